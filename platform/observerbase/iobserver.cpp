@@ -1,0 +1,3 @@
+#include <observerbase/iobserver.h>
+
+IObserver::~IObserver() = default;

@@ -1,0 +1,40 @@
+#include <observerbase/trace.h>
+
+#include <QLoggingCategory>
+#include <QMessageLogger>
+
+#include <mutex>
+#include <utility>
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcTrace, "zelko.trace")
+
+struct Sink {
+    std::mutex mutex;
+    TraceSink receive;
+};
+
+Sink& sink()
+{
+    static Sink instance;
+    return instance;
+}
+
+} // namespace
+
+void _Q_Trace(const QString& text, const char* file, int line)
+{
+    const std::lock_guard lock(sink().mutex);
+    if (sink().receive) {
+        sink().receive(text, file, line);
+    } else if (lcTrace().isWarningEnabled()) {
+        QMessageLogger(file, line, nullptr, lcTrace().categoryName()).warning().noquote() << text;
+    }
+}
+
+TraceSink SetTraceSink(TraceSink receive)
+{
+    const std::lock_guard lock(sink().mutex);
+    return std::exchange(sink().receive, std::move(receive));
+}

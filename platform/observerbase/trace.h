@@ -1,0 +1,18 @@
+#pragma once
+
+#include <observerbase/observerbase_export.h>
+
+#include <QString>
+
+#include <functional>
+
+/// Receives one trace: its text, the source file and the line that wrote it.
+using TraceSink = std::function<void(const QString& text, const char* file, int line)>;
+
+/// Writes a trace for developers, never shown to users. It goes to the trace sink if there is one and otherwise to the
+/// logging category "zelko.trace". Ask the mask of ErrorHandler before building the text. Any thread.
+OBSERVERBASE_EXPORT void _Q_Trace(const QString& text, const char* file, int line);
+
+/// Sets who receives traces, and returns who did so far; an empty function restores the logging category. The sink may be
+/// called on any thread that traces, one call at a time.
+OBSERVERBASE_EXPORT TraceSink SetTraceSink(TraceSink sink);
