@@ -1,0 +1,3 @@
+#include <valuecore/command.h>
+
+Command::~Command() = default;

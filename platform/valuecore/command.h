@@ -1,0 +1,34 @@
+#pragma once
+
+#include <valuecore/valuecore_export.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// One change, made locally or read from a peer's stream; both go through `Execute`.
+class VALUECORE_EXPORT Command
+{
+public:
+    virtual ~Command();
+
+    /// Makes the change.
+    virtual void Execute() = 0;
+
+    /// The number that tells the commands of one value apart in a stream.
+    virtual int GetCommandId() const = 0;
+
+    /// Appends the command to a stream, in the form that ValueBase::CreateNextCommand reads back.
+    virtual void AddCommandString(std::string& out) const = 0;
+
+    /// A copy; the caller owns it.
+    virtual Command* Clone() const = 0;
+
+protected:
+    Command() = default;
+    Command(const Command&) = default;
+    Command& operator=(const Command&) = default;
+};
+
+using CommandList = std::vector<std::unique_ptr<Command>>;

@@ -1,0 +1,16 @@
+#pragma once
+
+class TreeItem;
+
+/// Hears of every item that comes into a tree or leaves it. For whoever keeps a copy of a whole tree in step.
+class ITreeListener
+{
+public:
+    virtual ~ITreeListener() = default;
+
+    /// `item` stands in the tree.
+    virtual void ItemInserted(TreeItem& item) = 0;
+
+    /// `item` is about to leave and still stands where it stood; its own children have left already.
+    virtual void ItemRemoving(TreeItem& item) = 0;
+};

@@ -1,0 +1,6 @@
+#include <valuecore/node.h>
+
+Node::Node(const QString& name) : TreeItem(name)
+{}
+
+Node::~Node() = default;

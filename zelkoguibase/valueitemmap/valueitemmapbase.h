@@ -1,0 +1,354 @@
+#pragma once
+
+#include <valuecore/valuebase.h>
+#include <zelkoguibase/valueitemmap/changelog.h>
+#include <zelkoguibase/valueitemmap/ihaschangelogvalue.h>
+#include <zelkoguibase/valueitemmap/itemmapcommands.h>
+#include <zelkoguibase/valueitemmap/keyformat.h>
+
+#include <QString>
+
+#include <exception>
+#include <list>
+#include <stdexcept>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace valueitemmap {
+
+/// Thrown when a map is given no key and cannot make one.
+class NoUniqueKeyError final : public std::exception
+{
+public:
+    const char* what() const noexcept override
+    {
+        return "Cannot create unique key for this KeyType. Override CreateNewUnqiqueKey() method in your item map "
+               "specialization";
+    }
+};
+
+} // namespace valueitemmap
+
+/// A keyed map on the value tree with a numbered log of its changes.
+///
+/// `T` is the item. It has a `KeyType`, a virtual accessor `GetKey()`, copies, and an equality that compares content. `F`,
+/// its format, has the static functions
+///
+///     std::string toStandardString(const T&);           // begins with its own size: 4 bytes, machine order, size of the rest
+///     bool fromCharStream(const char** stream, T&);     // that size is known to be there when this is called
+///     QString GetString(const T&);                      // one line for people
+///
+/// `A`, its text adapter, is carried along for other users of the type; the map does not call it.
+///
+/// An observer of the map is told only that it changed (ValueChanged) and reads from the log, from a cursor of its own,
+/// what did. Any number of changes can so be folded into one notification, and an observer that fell too far behind learns
+/// that it has to read the whole map. Operations that change nothing log nothing and tell nobody.
+///
+/// Not thread safe; observers are called synchronously.
+template<typename T, typename F, typename A>
+class ValueItemMapBase : public ValueBase,
+                         public virtual valueitemmap::IHasChangeLogValueTemplate<typename T::KeyType>
+{
+public:
+    using KeyType = typename T::KeyType;
+    using K = KeyType;
+    using MapType = std::unordered_map<K, T>;
+    using ChangeLog = ChangeLogTemplate<char, K>;
+    using SetAtCommand = CommandMapSetAt<T, F, A>;
+    using EraseAtCommand = CommandMapEraseAt<T, F, A>;
+    using ClearCommand = CommandMapClear<T, F, A>;
+
+    /// The key that is none.
+    static const K InvalidKey;
+    static const K& GetInvalidKey() { return InvalidKey; }
+
+    ValueItemMapBase() : ValueItemMapBase(QString(), TValueState::Open) {}
+    ValueItemMapBase(const QString& name, TValueState state) : ValueBase(name, state), m_map(bucketsAtFirst) {}
+    ValueItemMapBase(const ValueItemMapBase& other) : ValueBase(other), m_map(bucketsAtFirst) { *this = other; }
+
+    /// Takes over state, items and file name. The log is not copied, nothing is logged and nobody is told.
+    ValueItemMapBase& operator=(const ValueItemMapBase& other)
+    {
+        ValueBase::operator=(other);
+        m_map = other.m_map;
+        m_filename = other.m_filename;
+        return *this;
+    }
+
+    bool operator==(const ValueItemMapBase& other) const
+    {
+        return m_map == other.m_map && m_filename == other.m_filename && ValueBase::operator==(other);
+    }
+
+    // Changing one item
+
+    /// Sets or inserts the item under `key` and returns the key. With InvalidKey a new key is made; a type of key that
+    /// cannot be made throws valueitemmap::NoUniqueKeyError. An item equal to the present one changes nothing.
+    virtual K SetAt(K key, const T& item, IObserver* origin)
+    {
+        if (key == InvalidKey) {
+            key = CreateNewUniqueKey();
+        }
+        const auto [place, inserted] = m_map.try_emplace(key, item);
+        if (!inserted) {
+            if (place->second == item) {
+                return key;
+            }
+            place->second = item;
+        }
+        m_changeLog.append(valueitemmap::ChangeSet, key);
+        recordSet(key, item, origin);
+        NotifyObservers(TChangeCode::ValueChanged, origin);
+        return key;
+    }
+
+    /// Erases the item under `key`, if there is one.
+    virtual void EraseAt(K key, IObserver* origin)
+    {
+        if (m_map.erase(key) == 0) {
+            return;
+        }
+        m_changeLog.append(valueitemmap::ChangeErased, key);
+        if (Record()) {
+            RecordCommand(new EraseAtCommand(this, key, origin));
+        }
+        NotifyObservers(TChangeCode::ValueChanged, origin);
+    }
+
+    /// Removes all items, if there are any.
+    virtual void Clear(IObserver* origin)
+    {
+        if (m_map.empty()) {
+            return;
+        }
+        m_map = MapType(bucketsAtFirst);
+        logCleared(origin);
+        NotifyObservers(TChangeCode::ValueChanged, origin);
+    }
+
+    /// `SetAt` under the item's own key; `PushBack` and this form of `Set` are the same.
+    K Add(const T& item, IObserver* origin) { return SetAt(item.GetKey(), item, origin); }
+    K PushBack(const T& item, IObserver* origin) { return Add(item, origin); }
+    K Set(const T& item, IObserver* origin) { return Add(item, origin); }
+
+    /// The same as `SetAt`.
+    K InsertAt(K key, const T& item, IObserver* origin) { return SetAt(std::move(key), item, origin); }
+
+    // Changing many items, with one notification
+
+    /// Sets the items of the list under their own keys. `removeOthers`: the map holds nothing else afterwards.
+    /// `onlyDifferences`: items that are there already are left alone, instead of being set again after a clear.
+    void Set(const std::list<T>& items, bool removeOthers, bool onlyDifferences, IObserver* origin)
+    {
+        StartTransaction(origin);
+        if (onlyDifferences) {
+            setDifferences(items, [](const T& item) { return std::pair<K, const T&>(item.GetKey(), item); },
+                removeOthers, origin);
+        } else {
+            if (removeOthers) {
+                Clear(origin);
+            }
+            for (const T& item : items) {
+                Add(item, origin);
+            }
+        }
+        EndTransaction(TChangeCode::ValueChanged, origin);
+    }
+
+    /// The same with keys given. Without `onlyDifferences` the given map always replaces the held one, whatever
+    /// `removeOthers` says, and no transaction is opened.
+    void Set(const MapType& items, bool removeOthers, bool onlyDifferences, IObserver* origin)
+    {
+        if (!onlyDifferences) {
+            if (removeOthers) {
+                Clear(origin);
+            }
+            SetMap(items, origin);
+            return;
+        }
+        StartTransaction(origin);
+        setDifferences(items, [](const auto& item) { return std::pair<K, const T&>(item.first, item.second); },
+            removeOthers, origin);
+        EndTransaction(TChangeCode::ValueChanged, origin);
+    }
+
+    /// Replaces the whole map. Always logs a clear and notifies once, also when both maps are empty.
+    void SetMap(const MapType& items, IObserver* origin)
+    {
+        logCleared(origin);
+        if (&items != &m_map) {
+            m_map = items;
+        }
+        for (const auto& [key, item] : m_map) {
+            m_changeLog.append(valueitemmap::ChangeSet, key);
+            recordSet(key, item, origin);
+        }
+        NotifyObservers(TChangeCode::ValueChanged, origin);
+    }
+
+    // Reading
+
+    /// The item under `key`; throws std::out_of_range when there is none.
+    const T& At(const K& key) const
+    {
+        const auto found = m_map.find(key);
+        if (found == m_map.end()) {
+            throw std::out_of_range("invalid unordered_map<K, T> key");
+        }
+        return found->second;
+    }
+
+    bool Contains(K key) const override { return m_map.find(key) != m_map.end(); }
+
+    /// Key of the first item in iteration order that equals `item`, InvalidKey if none does. A walk over all items.
+    K find(const T& item) const
+    {
+        for (const auto& [key, held] : m_map) {
+            if (held == item) {
+                return key;
+            }
+        }
+        return InvalidKey;
+    }
+
+    bool Empty() const { return m_map.empty(); }
+    std::uint64_t Size() const override { return m_map.size(); }
+
+    std::vector<K> IndexVector() const override
+    {
+        std::vector<K> keys;
+        keys.reserve(m_map.size());
+        for (const auto& entry : m_map) {
+            keys.push_back(entry.first);
+        }
+        return keys;
+    }
+
+    const MapType& data() const { return m_map; }
+
+    const QString& GetFilename() const { return m_filename; }
+    void SetFilename(const QString& filename) { m_filename = filename; }
+
+    // The log
+
+    const ChangeLog& GetChangeLog() const override { return m_changeLog; }
+
+    /// Sets how many changes the log keeps. Growing loses nothing; shrinking drops the newest changes. Throws
+    /// std::length_error, and leaves the log as it was, for a size that no allocator can serve.
+    void SetChangeLogSize(unsigned int size) { m_changeLog.setCapacity(size); }
+
+    std::size_t ChangeLogCapacity() const override { return m_changeLog.Capacity(); }
+
+    ValueBase* GetValueBase() override { return this; }
+
+    // IValue
+
+    /// The first item in iteration order and how many more there are; empty for an empty map.
+    QString GetStringValue() const override
+    {
+        return m_map.empty() ? QString()
+                             : F::GetString(m_map.begin()->second) + QStringLiteral(" - ")
+                                   + QStringLiteral("%1 more items...").arg(m_map.size() - 1, 0, 10, QLatin1Char(' '));
+    }
+
+    bool Compare(const ValueBase* other) const override
+    {
+        const auto* const same = dynamic_cast<const ValueItemMapBase*>(other);
+        return same && *this == *same;
+    }
+
+    // A new subscriber gets the map in the form in which later changes come.
+    void AddObjectStateStringForTransmission(std::string& out, unsigned int flags) override
+    {
+        ValueBase::AddObjectStateStringForTransmission(out, flags);
+        ClearCommand(this, nullptr).AddCommandString(out);
+        for (const auto& [key, item] : m_map) {
+            SetAtCommand(this, key, item, nullptr).AddCommandString(out);
+        }
+    }
+
+    Command* CreateNextCommand(int id, const char** stream, IObserver* origin, int available) override
+    {
+        switch (id) {
+        case CommandIdMapSetAt:
+            return readCommand<SetAtCommand>(stream, origin, available);
+        case CommandIdMapEraseAt:
+            return readCommand<EraseAtCommand>(stream, origin, available);
+        case CommandIdMapClear:
+            return new ClearCommand(this, origin);
+        default:
+            return ValueBase::CreateNextCommand(id, stream, origin, available);
+        }
+    }
+
+protected:
+    /// A key that no item has. Keys that cannot be counted up cannot be made.
+    virtual K CreateNewUniqueKey() { throw valueitemmap::NoUniqueKeyError(); }
+
+private:
+    static constexpr std::size_t bucketsAtFirst = 8;
+
+    // A command without a key could only be executed by making one up, which differs on both sides.
+    template<typename C>
+    Command* readCommand(const char** stream, IObserver* origin, int available)
+    {
+        CommandReader reader(stream, available);
+        auto command = std::make_unique<C>(this, reader, origin);
+        return reader.ok() && command->key() != InvalidKey ? command.release() : nullptr;
+    }
+
+    void logCleared(IObserver* origin)
+    {
+        m_changeLog.append(valueitemmap::ChangeCleared, InvalidKey);
+        if (Record()) {
+            RecordCommand(new ClearCommand(this, origin));
+        }
+    }
+
+    void recordSet(const K& key, const T& item, IObserver* origin)
+    {
+        if (Record()) {
+            RecordCommand(new SetAtCommand(this, key, item, origin));
+        }
+    }
+
+    bool holds(const K& key, const T& item) const
+    {
+        const auto found = m_map.find(key);
+        return found != m_map.end() && found->second == item;
+    }
+
+    // `split` gives key and item of an element. The old keys are struck out by a hash look-up, so that the cost does not
+    // grow with the square of the list.
+    template<typename Items, typename Split>
+    void setDifferences(const Items& items, Split split, bool removeOthers, IObserver* origin)
+    {
+        std::vector<K> oldKeys = IndexVector();
+        std::unordered_map<K, std::size_t> places;
+        for (std::size_t i = 0; removeOthers && i < oldKeys.size(); ++i) {
+            places.emplace(oldKeys[i], i);
+        }
+        for (const auto& element : items) {
+            const auto& [key, item] = split(element);
+            if (const auto old = places.find(key); old != places.end()) {
+                oldKeys[old->second] = InvalidKey;
+            }
+            if (!holds(key, item)) {
+                SetAt(key, item, origin);
+            }
+        }
+        for (std::size_t i = 0; removeOthers && i < oldKeys.size(); ++i) {
+            if (oldKeys[i] != InvalidKey) {
+                EraseAt(oldKeys[i], origin);
+            }
+        }
+    }
+
+    MapType m_map;
+    ChangeLog m_changeLog;
+    QString m_filename;
+};
+
+template<typename T, typename F, typename A>
+const typename T::KeyType ValueItemMapBase<T, F, A>::InvalidKey = valueitemmap::KeyFormat<typename T::KeyType>::invalid();
