@@ -2,12 +2,33 @@
 
 #include <valuecore/commandoptimizer.h>
 #include <valuecore/icommandtransmitter.h>
+#include <valuecore/iobjectstatecursor.h>
 
 #include <QTimer>
 
 #include <string_view>
 #include <typeinfo>
 #include <utility>
+
+namespace {
+
+// A state that is small enough to be given in one piece.
+class WholeStateCursor final : public IObjectStateCursor
+{
+public:
+    explicit WholeStateCursor(ValueBase& value) : m_value(value) {}
+
+    bool AppendNext(std::string& out, std::size_t) override
+    {
+        m_value.AddObjectStateStringForTransmission(out, 0);
+        return false;
+    }
+
+private:
+    ValueBase& m_value;
+};
+
+} // namespace
 
 // What a value with an update time needs besides.
 struct ValueBase::Waiting {
@@ -187,6 +208,11 @@ void ValueBase::PreWorkCommandList(CommandList& commands)
 void ValueBase::AddObjectStateStringForTransmission(std::string& out, unsigned int)
 {
     CommandState(this, m_state, nullptr).AddCommandString(out);
+}
+
+std::unique_ptr<IObjectStateCursor> ValueBase::OpenObjectState()
+{
+    return std::make_unique<WholeStateCursor>(*this);
 }
 
 void ValueBase::AddObjectStateStringForRecording(std::string& out)

@@ -16,6 +16,7 @@
 #include <optional>
 
 class ICommandTransmitter;
+class IObjectStateCursor;
 
 /// A value of the tree: a name, a state, observers, and content that a derived class holds.
 ///
@@ -107,6 +108,9 @@ public:
 
     /// Appends commands that bring a fresh value of the same type to the present state. `flags` is reserved and 0.
     void AddObjectStateStringForTransmission(std::string& out, unsigned int flags) override;
+
+    /// The same commands in pieces, for a state too large to be built at once.
+    virtual std::unique_ptr<IObjectStateCursor> OpenObjectState();
 
     /// The same for a recording.
     void AddObjectStateStringForRecording(std::string& out) override;

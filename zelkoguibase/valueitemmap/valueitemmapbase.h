@@ -1,5 +1,6 @@
 #pragma once
 
+#include <valuecore/iobjectstatecursor.h>
 #include <valuecore/valuebase.h>
 #include <zelkoguibase/valueitemmap/changelog.h>
 #include <zelkoguibase/valueitemmap/ihaschangelogvalue.h>
@@ -261,12 +262,13 @@ public:
     // A new subscriber gets the map in the form in which later changes come.
     void AddObjectStateStringForTransmission(std::string& out, unsigned int flags) override
     {
-        ValueBase::AddObjectStateStringForTransmission(out, flags);
-        ClearCommand(this, nullptr).AddCommandString(out);
+        addStateBeforeItems(out, flags);
         for (const auto& [key, item] : m_map) {
             SetAtCommand(this, key, item, nullptr).AddCommandString(out);
         }
     }
+
+    std::unique_ptr<IObjectStateCursor> OpenObjectState() override { return std::make_unique<StateCursor>(*this); }
 
     Command* CreateNextCommand(int id, const char** stream, IObserver* origin, int available) override
     {
@@ -288,6 +290,40 @@ protected:
 
 private:
     static constexpr std::size_t bucketsAtFirst = 8;
+
+    // Walks the keys that the map had at the start. An item that went in the meantime is passed over, one that changed
+    // is given as it is now, one that came is known to the receiver from its own command.
+    class StateCursor final : public IObjectStateCursor
+    {
+    public:
+        explicit StateCursor(ValueItemMapBase& map) : m_map(map), m_keys(map.IndexVector()) {}
+
+        bool AppendNext(std::string& out, std::size_t bytes) override
+        {
+            const std::size_t enough = out.size() + bytes;
+            if (m_next == 0) {
+                m_map.addStateBeforeItems(out, 0);
+            }
+            while (m_next < m_keys.size() && out.size() < enough) {
+                const auto found = m_map.m_map.find(m_keys[m_next++]);
+                if (found != m_map.m_map.end()) {
+                    SetAtCommand(&m_map, found->first, found->second, nullptr).AddCommandString(out);
+                }
+            }
+            return m_next < m_keys.size();
+        }
+
+    private:
+        ValueItemMapBase& m_map;
+        const std::vector<K> m_keys;
+        std::size_t m_next = 0;
+    };
+
+    void addStateBeforeItems(std::string& out, unsigned int flags)
+    {
+        ValueBase::AddObjectStateStringForTransmission(out, flags);
+        ClearCommand(this, nullptr).AddCommandString(out);
+    }
 
     // A command without a key could only be executed by making one up, which differs on both sides.
     template<typename C>

@@ -1,0 +1,72 @@
+#include <zelkobase/connection/linkframe.h>
+
+#include <valuecore/commandreader.h>
+
+#include <cstring>
+
+namespace ZelkoCommon::link {
+namespace {
+
+static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the link's byte order");
+
+bool isKnown(std::uint8_t type)
+{
+    return type >= static_cast<std::uint8_t>(FrameType::StateBegin) && type <= static_cast<std::uint8_t>(FrameType::Withdraw);
+}
+
+template<typename T>
+T numberAt(std::string_view bytes, std::size_t offset)
+{
+    T result;
+    std::memcpy(&result, bytes.data() + offset, sizeof(T));
+    return result;
+}
+
+} // namespace
+
+ReadResult readFrame(std::string_view& bytes, Frame& frame)
+{
+    if (!bytes.empty() && !isKnown(numberAt<std::uint8_t>(bytes, 0))) {
+        return ReadResult::Malformed;
+    }
+    if (bytes.size() < frameHeaderSize) {
+        return ReadResult::Incomplete;
+    }
+    const std::size_t size = numberAt<std::uint32_t>(bytes, 5);
+    if (size > maxFramePayload) {
+        return ReadResult::Malformed;
+    }
+    if (bytes.size() - frameHeaderSize < size) {
+        return ReadResult::Incomplete;
+    }
+    frame = {static_cast<FrameType>(bytes[0]), numberAt<std::uint32_t>(bytes, 1), bytes.substr(frameHeaderSize, size)};
+    bytes.remove_prefix(frameHeaderSize + size);
+    return ReadResult::Frame;
+}
+
+void appendFrame(std::string& out, FrameType type, std::uint32_t handle, std::string_view payload)
+{
+    commandwriter::number(out, static_cast<std::uint8_t>(type));
+    commandwriter::number(out, handle);
+    commandwriter::number(out, static_cast<std::uint32_t>(payload.size()));
+    out += payload;
+}
+
+void appendAnnouncement(std::string& out, std::uint32_t handle, const Announcement& what)
+{
+    std::string payload;
+    commandwriter::string(payload, what.path);
+    payload += what.typeName;
+    appendFrame(out, FrameType::Announce, handle, payload);
+}
+
+bool readAnnouncement(std::string_view payload, Announcement& what)
+{
+    const char* position = payload.data();
+    CommandReader reader(&position, static_cast<std::ptrdiff_t>(payload.size()));
+    what.path = reader.string();
+    what.typeName.assign(position, reader.remaining());
+    return reader.ok() && what.path.startsWith(QLatin1Char('/'));
+}
+
+} // namespace ZelkoCommon::link

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <zelkobase/connection/zelkobaseconnection_export.h>
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// The form of what travels on the tree link.
+///
+/// A batch is a piece of one byte stream of frames; a frame may begin in one batch and end in a later one. Numbers stand in
+/// the byte order of x86 and ARM, little-endian, which both sides share. A frame is
+///
+///     type      1 byte
+///     handle    4 bytes, the item that the frame is about; 0 where there is none
+///     size      4 bytes, number of bytes that follow
+///     payload   by type
+///
+/// A session begins with StateBegin, an Announce per item, the state of the plain values, Ready, then the state of the
+/// maps and of the values that stand behind a map in the same node, then StateEnd; changes may come in between from the
+/// moment an item was announced. The same happens in the middle of a session when its client was too slow and the
+/// server dropped what waited for it. Handles stay the same for the life of an item.
+namespace ZelkoCommon::link {
+
+enum class FrameType : std::uint8_t {
+    StateBegin = 1, ///< what the client holds is out of date; what is not announced until Ready is gone
+    Announce = 2,   ///< path below the root of the sub system and type name, both as in a command; no type: a node
+    Ready = 3,      ///< every item was announced and the plain values are up to date
+    Commands = 4,   ///< commands on the item, one behind the other
+    StateEnd = 5,   ///< everything is up to date
+    Withdraw = 6    ///< the item is gone
+};
+
+struct Frame {
+    FrameType type{};
+    std::uint32_t handle = 0;
+    std::string_view payload; ///< points into the bytes that were read
+};
+
+/// What an Announce says.
+struct Announcement {
+    QString path;
+    std::string typeName; ///< empty for a node
+};
+
+inline constexpr std::size_t frameHeaderSize = 9;
+
+/// No frame is larger; a peer that says so is not believed.
+inline constexpr std::size_t maxFramePayload = 64u * 1024 * 1024;
+
+enum class ReadResult {
+    Frame,     ///< a frame was read, and `bytes` begins behind it
+    Incomplete,///< the frame has not come whole; nothing was taken
+    Malformed  ///< this is no frame; nothing was taken
+};
+
+/// Reads the frame at the front of `bytes`.
+ZELKOBASECONNECTION_EXPORT ReadResult readFrame(std::string_view& bytes, Frame& frame);
+
+ZELKOBASECONNECTION_EXPORT void appendFrame(
+    std::string& out, FrameType type, std::uint32_t handle, std::string_view payload = {});
+
+ZELKOBASECONNECTION_EXPORT void appendAnnouncement(std::string& out, std::uint32_t handle, const Announcement& what);
+
+/// False when the payload does not parse.
+ZELKOBASECONNECTION_EXPORT bool readAnnouncement(std::string_view payload, Announcement& what);
+
+} // namespace ZelkoCommon::link

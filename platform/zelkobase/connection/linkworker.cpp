@@ -1,0 +1,195 @@
+#include <zelkobase/connection/linkworker_p.h>
+
+#include <observerbase/errorhandler.h>
+#include <observerbase/trace.h>
+#include <zelkobase/connection/linksubscriber_p.h>
+#include <zelkobase/orb/corbacall.h>
+#include <zelkobase/orb/orb.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace ZelkoCommon {
+namespace {
+
+// One call carries no more than this; the rest follows with the next.
+constexpr std::size_t maxWriteBytes = 1024 * 1024;
+
+// Writes of a user are small. Who has this much waiting writes to a server that takes nothing.
+constexpr std::size_t maxOutgoingBytes = 8 * 1024 * 1024;
+
+ZelkoTreeLink::Batch toBatch(const std::string& bytes)
+{
+    ZelkoTreeLink::Batch batch;
+    batch.length(static_cast<CORBA::ULong>(bytes.size()));
+    std::copy(bytes.begin(), bytes.end(), batch.get_buffer());
+    return batch;
+}
+
+} // namespace
+
+struct LinkWorker::Connection {
+    ZelkoTreeLink::TreeServer_var server;
+    ZelkoTreeLink::SessionId session = 0;
+    std::uint64_t number = 0;
+    LinkSubscriber* subscriber = nullptr; // owned by the ORB until it is deactivated
+};
+
+LinkWorker::LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
+    std::shared_ptr<LinkQueue> queue)
+    : m_orb(orb)
+    , m_subSystem(subSystem)
+    , m_options(options)
+    , m_queue(std::move(queue))
+    , m_thread([this] { run(); })
+{}
+
+LinkWorker::~LinkWorker()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+        m_somethingToDo.notify_all();
+    }
+    m_thread.join();
+}
+
+void LinkWorker::write(const std::string& frames)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_serving) {
+        return;
+    }
+    if (m_outgoing.size() + frames.size() > maxOutgoingBytes) {
+        m_dropReason = "the server does not take what is written";
+    } else {
+        m_outgoing += frames;
+    }
+    m_somethingToDo.notify_all();
+}
+
+void LinkWorker::drop(const std::string& reason)
+{
+    const std::lock_guard lock(m_mutex);
+    m_dropReason = reason;
+    m_somethingToDo.notify_all();
+}
+
+void LinkWorker::run()
+{
+    auto retry = m_options.firstRetry;
+    for (;;) {
+        if (const auto connection = attach()) {
+            retry = m_options.firstRetry;
+            serve(*connection);
+            detach(*connection);
+        }
+        waitForRetry(retry);
+        retry = std::min(retry * 2, m_options.lastRetry);
+        const std::lock_guard lock(m_mutex);
+        if (m_stopping) {
+            return;
+        }
+    }
+}
+
+std::optional<LinkWorker::Connection> LinkWorker::attach()
+{
+    Connection connection;
+    connection.number = m_queue->open();
+    connection.subscriber = new LinkSubscriber(m_queue, connection.number, m_options.callTimeout);
+    const PortableServer::ServantBase_var guard(connection.subscriber);
+    try {
+        const CORBA::Object_var object =
+            m_orb.remoteObject(m_subSystem.host, m_subSystem.port, ZelkoTreeLink::OBJECT_KEY);
+        connection.server = ZelkoTreeLink::TreeServer::_unchecked_narrow(object);
+        setCallTimeout(connection.server, m_options.callTimeout);
+        const PortableServer::ObjectId_var id = m_orb.rootPoa()->activate_object(connection.subscriber);
+        const ZelkoTreeLink::Subscriber_var self = connection.subscriber->_this();
+        const ZelkoTreeLink::Credentials who{m_options.user.toUtf8().constData(), m_options.password.toUtf8().constData()};
+        connection.session = connection.server->attach(ZelkoTreeLink::PROTOCOL_VERSION, who, self);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_serving = true;
+            m_dropReason.clear();
+            m_outgoing.clear();
+        }
+        connection.subscriber->setSession(connection.session);
+        return connection;
+    } catch (const CORBA::Exception& exception) {
+        deactivate(*connection.subscriber);
+        m_queue->reportFailure(explain(exception));
+        return std::nullopt;
+    }
+}
+
+// Ends with the connection, whoever ended it.
+void LinkWorker::serve(const Connection& connection)
+{
+    std::string reason;
+    try {
+        while (const auto frames = nextWrite()) {
+            connection.server->write(connection.session, toBatch(*frames));
+        }
+        const std::lock_guard lock(m_mutex);
+        reason = std::exchange(m_dropReason, {});
+    } catch (const CORBA::Exception& exception) {
+        reason = explain(exception);
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_serving = false;
+        m_outgoing.clear();
+    }
+    m_queue->close(connection.number, reason);
+}
+
+// A server that is gone needs not be told; one that is there frees what it keeps for this client.
+void LinkWorker::detach(const Connection& connection)
+{
+    deactivate(*connection.subscriber);
+    try {
+        connection.server->detach(connection.session);
+    } catch (const CORBA::Exception&) { // nothing follows from it
+    }
+}
+
+void LinkWorker::deactivate(LinkSubscriber& subscriber)
+{
+    try {
+        const PortableServer::ObjectId_var id = m_orb.rootPoa()->servant_to_id(&subscriber);
+        m_orb.rootPoa()->deactivate_object(id);
+    } catch (const CORBA::Exception&) { // it never was active
+    }
+}
+
+// What to send next: frames, or nothing but a sign of life. None when the connection is to end.
+std::optional<std::string> LinkWorker::nextWrite()
+{
+    std::unique_lock lock(m_mutex);
+    const auto mustEnd = [this] { return m_stopping || !m_dropReason.empty(); };
+    m_somethingToDo.wait_for(lock, m_options.heartbeat, [&] { return mustEnd() || !m_outgoing.empty(); });
+    if (!m_dropReason.empty() || (m_stopping && m_outgoing.empty())) {
+        return std::nullopt;
+    }
+    const std::size_t size = std::min(m_outgoing.size(), maxWriteBytes);
+    std::string frames = m_outgoing.substr(0, size);
+    m_outgoing.erase(0, size);
+    return frames;
+}
+
+void LinkWorker::waitForRetry(std::chrono::milliseconds time)
+{
+    std::unique_lock lock(m_mutex);
+    m_somethingToDo.wait_for(lock, time, [this] { return m_stopping; });
+}
+
+std::string LinkWorker::explain(const CORBA::Exception& exception) const
+{
+    if (const auto* const refused = ZelkoTreeLink::Refused::_downcast(&exception)) {
+        return std::string("the recorder server refused: ") + static_cast<const char*>(refused->text);
+    }
+    return describe(exception).toStdString();
+}
+
+} // namespace ZelkoCommon

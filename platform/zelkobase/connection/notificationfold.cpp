@@ -1,0 +1,69 @@
+#include <zelkobase/connection/notificationfold.h>
+
+#include <valuecore/valuebase.h>
+#include <zelkoguibase/valueitemmap/itemmapcommands.h>
+
+namespace ZelkoCommon {
+namespace {
+
+std::size_t targetOf(const Command& command)
+{
+    const auto* const onValue = dynamic_cast<const ValueBase::CommandOnValue*>(&command);
+    return onValue ? onValue->TargetHash().value_or(0) : 0;
+}
+
+bool isItemCommand(const Command& command)
+{
+    return command.GetCommandId() == CommandIdMapSetAt || command.GetCommandId() == CommandIdMapEraseAt;
+}
+
+} // namespace
+
+NotificationFold::NotificationFold() = default;
+
+NotificationFold::~NotificationFold()
+{
+    end();
+}
+
+void NotificationFold::prepare(ValueBase& value, const Command& command)
+{
+    if (m_value && (m_value != &value || mustEndBefore(command))) {
+        end();
+    }
+    if (!isItemCommand(command) || value.ChangeLogCapacity() == 0) {
+        return;
+    }
+    if (!m_value) {
+        m_value = &value;
+        m_alive = value.lifeline();
+        value.StartTransaction(nullptr);
+    }
+    remember(command);
+}
+
+void NotificationFold::end()
+{
+    if (m_value && !m_alive.expired()) {
+        m_value->EndTransaction(TChangeCode::ValueChanged, nullptr);
+    }
+    m_value = nullptr;
+    m_changes = 0;
+    m_setKeys.clear();
+}
+
+bool NotificationFold::mustEndBefore(const Command& command) const
+{
+    return !isItemCommand(command) || m_changes >= m_value->ChangeLogCapacity()
+           || (command.GetCommandId() == CommandIdMapEraseAt && m_setKeys.count(targetOf(command)) > 0);
+}
+
+void NotificationFold::remember(const Command& command)
+{
+    ++m_changes;
+    if (command.GetCommandId() == CommandIdMapSetAt) {
+        m_setKeys.insert(targetOf(command));
+    }
+}
+
+} // namespace ZelkoCommon

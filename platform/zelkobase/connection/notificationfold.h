@@ -1,0 +1,43 @@
+#pragma once
+
+#include <zelkobase/connection/zelkobaseconnection_export.h>
+
+#include <cstddef>
+#include <memory>
+#include <unordered_set>
+
+class Command;
+class ValueBase;
+
+namespace ZelkoCommon {
+
+/// Folds the notifications of a keyed map that gets many commands at once, so that its observers work through many changes
+/// in one go.
+///
+/// A fold never holds more changes than the map's log keeps: its observers read changes and are not driven into reading
+/// the whole map again. It ends before a clear, and before an erase of a key that was set in it: an observer that works
+/// through both in one go would keep what is gone. Values without a log are not folded, since each of their changes
+/// matters.
+class ZELKOBASECONNECTION_EXPORT NotificationFold
+{
+public:
+    NotificationFold();
+    ~NotificationFold(); ///< ends the fold
+
+    /// Called right before `command` is executed on `value`. Going on to another value ends the fold.
+    void prepare(ValueBase& value, const Command& command);
+
+    /// Tells the observers what is folded so far.
+    void end();
+
+private:
+    bool mustEndBefore(const Command& command) const;
+    void remember(const Command& command);
+
+    ValueBase* m_value = nullptr;
+    std::weak_ptr<void> m_alive;
+    std::size_t m_changes = 0;
+    std::unordered_set<std::size_t> m_setKeys; // hashes: two keys with the same one end a fold early, no more
+};
+
+} // namespace ZelkoCommon

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <zelkobase/connection/abstractserverconnectiondata.h>
+#include <zelkobase/connection/linkoptions.h>
+#include <zelkobase/connection/zelkobaseconnection_export.h>
+
+class Tree;
+
+namespace ZelkoCommon {
+
+class Orb;
+
+/// Connects to every sub system of a configuration over tree links of its own.
+class ZELKOBASECONNECTION_EXPORT ServerConnectionData : public AbstractServerConnectionData
+{
+    Q_OBJECT
+
+public:
+    /// Begins to connect to all sub systems that are configured now. `orb` and `tree` outlive this object.
+    ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr<ZelkoConfiguration> configuration,
+        const LinkOptions& options = {}, QObject* parent = nullptr);
+    ~ServerConnectionData() override;
+
+    std::shared_ptr<ZelkoConfiguration> GetConfiguration() const override;
+    bool isConnected(const QString& subSystem) const override;
+    std::shared_ptr<IVtClient> getVtClient(const QString& subSystem, ConnectionType type) const override;
+    VtConnectData getConnData(const QString& subSystem, ConnectionType type) const override;
+    QString getClientBasePath(const QString& subSystem, ConnectionType type) const override;
+    QString GetDeviceBasePath(const QString& device) const override;
+    QString GetBasePath(const QString& device) const override;
+    bool GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const override;
+
+    /// Why a sub system is not connected, for people; empty when it is, or when nothing is known yet.
+    QString lastError(const QString& subSystem) const;
+
+Q_SIGNALS:
+    /// An attempt to connect failed; the next one follows by itself.
+    void connectFailed(const QString& subSystem, const QString& reason);
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace ZelkoCommon

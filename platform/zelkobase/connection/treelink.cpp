@@ -1,0 +1,181 @@
+#include <zelkobase/connection/treelink.h>
+
+#include <observerbase/errorhandler.h>
+#include <observerbase/iobserver.h>
+#include <observerbase/trace.h>
+#include <zelkobase/connection/linkqueue.h>
+#include <zelkobase/connection/linkvtclient_p.h>
+#include <zelkobase/connection/linkworker_p.h>
+#include <zelkobase/connection/treemirror.h>
+
+#include <QTimer>
+
+#include <utility>
+
+namespace ZelkoCommon {
+namespace {
+
+// Stands for the server as the origin of changes. It observes nothing.
+class ServerOrigin final : public IObserver
+{
+public:
+    void Update(Observable*, TChangeCode) override {}
+};
+
+void traceWarning(const QString& text, int line)
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        _Q_Trace(text, __FILE__, line);
+    }
+}
+
+} // namespace
+
+struct TreeLink::Private {
+    Private(TreeLink* owner, Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& subSystem,
+        const LinkOptions& options);
+    ~Private();
+
+    void drain();
+    void handle(LinkQueue::Batch& batch) { mirror.append(std::move(batch.bytes)); }
+    void handle(const LinkQueue::Disconnected& entry) { reset(QString::fromStdString(entry.reason)); }
+    void handle(const LinkQueue::ConnectFailed& entry) { reportFailure(QString::fromStdString(entry.reason)); }
+    void becomeReady();
+    void reset(const QString& reason);
+    void reportFailure(const QString& reason);
+
+    TreeLink* const q;
+    const ZelkoConfiguration::SubSystem subSystem;
+    const LinkOptions options;
+    ServerOrigin origin;
+    TreeMirror mirror;
+    std::shared_ptr<LinkVtClient> client;
+    QString lastError;
+    bool connected = false;
+    bool ignoring = false; // what still comes of a connection that was given up here, its end included
+    QTimer nextSlice;
+    std::shared_ptr<LinkQueue> queue;
+    std::unique_ptr<LinkWorker> worker;
+};
+
+TreeLink::Private::Private(TreeLink* owner, Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& which,
+    const LinkOptions& linkOptions)
+    : q(owner)
+    , subSystem(which)
+    , options(linkOptions)
+    , mirror(tree, ZelkoConfiguration::MakeRootPath(which.name), &origin,
+          {[this] { becomeReady(); }, [this](const QString& path) { Q_EMIT q->nodeCreated(path); }})
+{
+    // A timer of 0 ms comes round once per turn of the event loop, behind what users do. A queued call would come
+    // before it, again and again.
+    nextSlice.setInterval(0);
+    QObject::connect(&nextSlice, &QTimer::timeout, q, [this] { drain(); });
+    queue = std::make_shared<LinkQueue>(
+        [this] { QMetaObject::invokeMethod(&nextSlice, qOverload<>(&QTimer::start), Qt::QueuedConnection); },
+        options.maxPendingBytes);
+    worker = std::make_unique<LinkWorker>(orb, subSystem, options, queue);
+}
+
+TreeLink::Private::~Private()
+{
+    queue->shutDown();
+    worker.reset();
+    if (client) {
+        client->close();
+    }
+    mirror.clear();
+}
+
+// One slice: applies what came, takes the next entry, and stops when the time is over or there is nothing more.
+void TreeLink::Private::drain()
+{
+    const auto end = std::chrono::steady_clock::now() + options.sliceBudget;
+    for (;;) {
+        const auto left = end - std::chrono::steady_clock::now();
+        const auto progress = mirror.apply(std::chrono::duration_cast<std::chrono::microseconds>(left));
+        if (progress == TreeMirror::Progress::MoreToDo) {
+            return;
+        }
+        if (progress == TreeMirror::Progress::Malformed) {
+            traceWarning(QStringLiteral("TreeLink: %1 sent what cannot be read; starting over").arg(subSystem.name), __LINE__);
+            worker->drop("the recorder server sent what cannot be read");
+            reset(QStringLiteral("the recorder server sent what cannot be read"));
+            ignoring = true;
+        }
+        auto entry = queue->take();
+        if (!entry) {
+            nextSlice.stop();
+            return;
+        }
+        if (std::exchange(ignoring, ignoring && std::holds_alternative<LinkQueue::Batch>(*entry))
+            && !std::holds_alternative<LinkQueue::ConnectFailed>(*entry)) {
+            continue;
+        }
+        std::visit([this](auto& what) { handle(what); }, *entry);
+    }
+}
+
+void TreeLink::Private::becomeReady()
+{
+    if (connected) {
+        return; // the server started over with a client that was too slow
+    }
+    connected = true;
+    lastError.clear();
+    client = std::make_shared<LinkVtClient>(
+        &origin, [this](const ValueBase& value) { return mirror.handleOf(value); },
+        [this](const std::string& frames) { worker->write(frames); });
+    Q_EMIT q->connected();
+}
+
+void TreeLink::Private::reset(const QString& reason)
+{
+    if (client) {
+        client->close();
+        client.reset();
+    }
+    mirror.clear();
+    if (!connected) {
+        reportFailure(reason);
+        return;
+    }
+    connected = false;
+    lastError = reason;
+    Q_EMIT q->disconnected();
+}
+
+void TreeLink::Private::reportFailure(const QString& reason)
+{
+    lastError = reason;
+    Q_EMIT q->connectFailed(reason);
+}
+
+TreeLink::TreeLink(Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
+    QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(this, orb, tree, subSystem, options))
+{}
+
+TreeLink::~TreeLink() = default;
+
+const QString& TreeLink::subSystem() const
+{
+    return d->subSystem.name;
+}
+
+bool TreeLink::isConnected() const
+{
+    return d->connected;
+}
+
+std::shared_ptr<IVtClient> TreeLink::client() const
+{
+    return d->client;
+}
+
+QString TreeLink::lastError() const
+{
+    return d->lastError;
+}
+
+} // namespace ZelkoCommon

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <zelkobase/connection/linkoptions.h>
+#include <zelkobase/connection/zelkobaseconnection_export.h>
+#include <zelkobase/connection/zelkoconfiguration.h>
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class IVtClient;
+class Tree;
+
+namespace ZelkoCommon {
+
+class Orb;
+
+/// Keeps the branch of one sub system on a local tree in step with its recorder server, for as long as it lives: connects,
+/// connects again when the connection is lost, and carries writes the other way.
+///
+/// Lives on the thread of the tree. Everything that can block runs on a thread of its own; the ORB's threads only put bytes
+/// into a queue.
+class ZELKOBASECONNECTION_EXPORT TreeLink : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Begins to connect. `orb` and `tree` outlive the link.
+    TreeLink(Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
+        QObject* parent = nullptr);
+
+    /// Detaches from the server and takes the branch out of the tree, without signals. Waits for a call that is under way,
+    /// at most its timeout.
+    ~TreeLink() override;
+
+    const QString& subSystem() const;
+
+    /// True from `connected()` to `disconnected()`.
+    bool isConnected() const;
+
+    /// The writing end; null while not connected. Writes of an old one, kept beyond its connection, go nowhere.
+    std::shared_ptr<IVtClient> client() const;
+
+    /// Why there is no connection, for people; empty while there is one, and before the first attempt has failed.
+    QString lastError() const;
+
+Q_SIGNALS:
+    /// Once per connection: everything that the server has stands in the tree, its plain values up to date.
+    void connected();
+    /// Once per lost connection, when the branch is gone from the tree.
+    void disconnected();
+    /// An attempt to connect failed; the next one follows by itself.
+    void connectFailed(const QString& reason);
+    /// A node came into the tree, with its full path.
+    void nodeCreated(const QString& path);
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace ZelkoCommon

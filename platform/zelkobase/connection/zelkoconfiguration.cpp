@@ -1,0 +1,157 @@
+#include <zelkobase/connection/zelkoconfiguration.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ZelkoCommon {
+namespace {
+
+constexpr qint64 maxFileSize = 1024 * 1024;
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("ZelkoCommon::ZelkoConfiguration", text);
+}
+
+bool fail(QString* error, const QString& text)
+{
+    if (error) {
+        *error = text;
+    }
+    return false;
+}
+
+bool isValid(const ZelkoConfiguration::SubSystem& subSystem)
+{
+    return !subSystem.name.isEmpty() && !subSystem.name.contains(QLatin1Char('/')) && !subSystem.host.isEmpty()
+           && subSystem.port != 0
+           && std::none_of(subSystem.host.begin(), subSystem.host.end(),
+               [](QChar c) { return c.isSpace() || c == QLatin1Char('/') || c == QLatin1Char('@'); });
+}
+
+// A whole number from 1 to 65535, and nothing that merely rounds to one.
+std::optional<quint16> readPort(const QJsonValue& value)
+{
+    if (value.isUndefined()) {
+        return ZelkoConfiguration::DefaultPort;
+    }
+    const double number = value.toDouble(0);
+    if (number < 1 || number > 65535 || number != std::floor(number)) {
+        return std::nullopt;
+    }
+    return static_cast<quint16>(number);
+}
+
+bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, QString* error)
+{
+    const QJsonObject object = value.toObject();
+    const QString name = object.value(QLatin1String("name")).toString();
+    const auto port = readPort(object.value(QLatin1String("port")));
+    if (!port) {
+        return fail(error, tr("the port of sub system \"%1\" is not a number from 1 to 65535").arg(name));
+    }
+    if (configuration.Find(name)) {
+        return fail(error, tr("the sub system \"%1\" is listed twice").arg(name));
+    }
+    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port})
+           || fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
+}
+
+bool readObject(const QJsonObject& object, ZelkoConfiguration& configuration, QString* error)
+{
+    const QJsonArray subSystems = object.value(QLatin1String("subSystems")).toArray();
+    if (subSystems.isEmpty()) {
+        return fail(error, tr("it lists no sub systems"));
+    }
+    for (const QJsonValue& value : subSystems) {
+        if (!readSubSystem(value, configuration, error)) {
+            return false;
+        }
+    }
+    const QJsonValue current = object.value(QLatin1String("currentSubSystem"));
+    return current.isUndefined() || configuration.SetCurrentSubSystem(current.toString())
+           || fail(error, tr("its current sub system \"%1\" is not listed").arg(current.toString()));
+}
+
+} // namespace
+
+ZelkoConfiguration::ZelkoConfiguration() = default;
+
+std::optional<ZelkoConfiguration> ZelkoConfiguration::fromJson(const QByteArray& json, QString* error)
+{
+    QJsonParseError parseError;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
+    if (!document.isObject()) {
+        fail(error, document.isNull() ? parseError.errorString() : tr("it is not a JSON object"));
+        return std::nullopt;
+    }
+    ZelkoConfiguration configuration;
+    return readObject(document.object(), configuration, error) ? std::optional(configuration) : std::nullopt;
+}
+
+std::optional<ZelkoConfiguration> ZelkoConfiguration::fromFile(const QString& fileName, QString* error)
+{
+    QFile file(fileName);
+    QString reason;
+    if (!file.open(QIODevice::ReadOnly)) {
+        reason = file.errorString();
+    } else if (file.size() > maxFileSize) {
+        reason = tr("it is too large for a site file");
+    } else if (auto configuration = fromJson(file.readAll(), &reason)) {
+        return configuration;
+    }
+    fail(error, tr("The site file %1 cannot be used: %2.").arg(fileName, reason));
+    return std::nullopt;
+}
+
+bool ZelkoConfiguration::AddSubSystem(const SubSystem& subSystem)
+{
+    if (!isValid(subSystem)) {
+        return false;
+    }
+    const auto known = std::find_if(m_subSystems.begin(), m_subSystems.end(),
+        [&](const SubSystem& other) { return other.name == subSystem.name; });
+    if (known == m_subSystems.end()) {
+        m_subSystems.push_back(subSystem);
+    } else {
+        *known = subSystem;
+    }
+    if (m_current.isEmpty()) {
+        m_current = subSystem.name;
+    }
+    return true;
+}
+
+const ZelkoConfiguration::SubSystem* ZelkoConfiguration::Find(const QString& name) const
+{
+    const auto found = std::find_if(
+        m_subSystems.begin(), m_subSystems.end(), [&](const SubSystem& subSystem) { return subSystem.name == name; });
+    return found == m_subSystems.end() ? nullptr : &*found;
+}
+
+bool ZelkoConfiguration::SetCurrentSubSystem(const QString& name)
+{
+    if (!Find(name)) {
+        return false;
+    }
+    m_current = name;
+    return true;
+}
+
+QString ZelkoConfiguration::MakeRootPath(const QString& subSystem)
+{
+    return QLatin1String("/SubSystems/") + subSystem;
+}
+
+QString ZelkoConfiguration::cfgPath() const
+{
+    return QStringLiteral("ZelkoGUI");
+}
+
+} // namespace ZelkoCommon

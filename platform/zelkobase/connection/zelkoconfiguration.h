@@ -1,0 +1,73 @@
+#pragma once
+
+#include <zelkobase/connection/zelkobaseconnection_export.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+namespace ZelkoCommon {
+
+/// Which sub systems a site has and where their recorder servers are found.
+///
+/// A site file is a JSON object:
+///
+///     {
+///         "currentSubSystem": "north",
+///         "subSystems": [
+///             { "name": "north", "host": "recorder-north", "port": 8004 },
+///             { "name": "south", "host": "192.0.2.7" }
+///         ]
+///     }
+///
+/// "port" is 8004 and "currentSubSystem" the first one when left out.
+class ZELKOBASECONNECTION_EXPORT ZelkoConfiguration
+{
+public:
+    static constexpr quint16 DefaultPort = 8004;
+
+    struct SubSystem {
+        QString name; ///< not empty, without "/"
+        QString host; ///< name or address
+        quint16 port = DefaultPort;
+
+        bool operator==(const SubSystem&) const = default;
+    };
+
+    ZelkoConfiguration();
+
+    /// Reads a site file as it stands. Nothing, and a text for people in `error`, when it is no site file.
+    static std::optional<ZelkoConfiguration> fromJson(const QByteArray& json, QString* error);
+
+    /// Reads a site file from disk; an error names the file.
+    static std::optional<ZelkoConfiguration> fromFile(const QString& fileName, QString* error);
+
+    /// Adds a sub system, or changes the one of that name. False, and no change, for a name or host that cannot be. The
+    /// first one becomes the current one.
+    bool AddSubSystem(const SubSystem& subSystem);
+
+    const std::vector<SubSystem>& SubSystems() const { return m_subSystems; }
+
+    /// The sub system of that name, or null.
+    const SubSystem* Find(const QString& name) const;
+
+    /// The sub system that an application works on; empty when there is none at all.
+    const QString& GetCurrentSubSystem() const { return m_current; }
+
+    /// False, and no change, for a name that is not there.
+    bool SetCurrentSubSystem(const QString& name);
+
+    /// Path of a sub system on the value tree.
+    static QString MakeRootPath(const QString& subSystem);
+
+    /// Under which the settings of windows are kept.
+    QString cfgPath() const;
+
+private:
+    std::vector<SubSystem> m_subSystems;
+    QString m_current;
+};
+
+} // namespace ZelkoCommon

@@ -1,0 +1,173 @@
+#include <zelkobase/orb/orb.h>
+
+#include <zelkobase/orb/corbacall.h>
+
+#include <omniORB4/IIOP.h>
+#include <omniORB4/omniIOR.h>
+#include <omniORB4/omniORB.h>
+
+#include <string>
+#include <vector>
+
+namespace ZelkoCommon {
+namespace {
+
+// Name and value pairs in the form that ORB_init takes, with their texts kept alive.
+class OptionTable
+{
+public:
+    void add(const char* name, const std::string& value) { m_entries.emplace_back(name, value); }
+    void add(const char* name, long value) { add(name, std::to_string(value)); }
+
+    CORBA::ORB_ptr initialise()
+    {
+        std::vector<const char*> flat;
+        for (const auto& [name, value] : m_entries) {
+            flat.push_back(name.c_str());
+            flat.push_back(value.c_str());
+        }
+        flat.push_back(nullptr);
+        flat.push_back(nullptr);
+        int argc = 0;
+        return CORBA::ORB_init(argc, nullptr, "omniORB4", reinterpret_cast<const char*(*)[2]>(flat.data()));
+    }
+
+private:
+    std::vector<std::pair<std::string, std::string>> m_entries;
+};
+
+OptionTable optionTable(const OrbOptions& options)
+{
+    OptionTable table;
+    const std::string address = options.listenAddress.toStdString();
+    const std::string host = address.find(':') == std::string::npos ? address : '[' + address + ']';
+    table.add("endPoint", "giop:tcp:" + host + ':' + std::to_string(options.port));
+    table.add("clientCallTimeOutPeriod", static_cast<long>(options.callTimeout.count()));
+    table.add("clientConnectTimeOutPeriod", static_cast<long>(options.connectTimeout.count()));
+    table.add("serverCallTimeOutPeriod", static_cast<long>(options.receiveTimeout.count()));
+    table.add("scanGranularity", 5);
+    table.add("inConScanPeriod", static_cast<long>(options.idleTime.count()));
+    table.add("outConScanPeriod", static_cast<long>(options.idleTime.count()));
+    table.add("threadPerConnectionPolicy", 0); // a pool: silent peers cost a socket, not a thread
+    table.add("maxServerThreadPoolSize", options.serverThreads);
+    table.add("giopMaxMsgSize", options.maxMessageBytes);
+    table.add("nativeCharCodeSet", "UTF-8");
+    table.add("supportBootstrapAgent", 0L);
+    table.add("strictIIOP", 1);
+    return table;
+}
+
+// Closes the gap between a host that people write and one that a corbaloc takes.
+std::string corbaloc(const QString& host, quint16 port, const char* key)
+{
+    const std::string name = host.toStdString();
+    const std::string quoted = name.find(':') == std::string::npos ? name : '[' + name + ']';
+    return "corbaloc::" + quoted + ':' + std::to_string(port) + '/' + key;
+}
+
+// The ORB does not tell its port, but every reference that it makes carries it.
+quint16 portInReference(CORBA::Object_ptr object)
+{
+    const omniIOR_var reference = object->_PR_getobj()->_getIOR();
+    const IOP::TaggedProfileList& profiles = reference->iopProfiles();
+    for (CORBA::ULong i = 0; i < profiles.length(); ++i) {
+        if (profiles[i].tag == IOP::TAG_INTERNET_IOP) {
+            IIOP::ProfileBody body;
+            IIOP::unmarshalProfile(profiles[i], body);
+            return body.address.port;
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+struct Orb::Private {
+    CORBA::ORB_var orb;
+    PortableServer::POA_var rootPoa;
+    PortableServer::POA_var namedPoa; // keys in it are the names themselves, so references outlive the process
+    quint16 port = 0;
+
+    void start(const OrbOptions& options);
+    void stop();
+};
+
+void Orb::Private::start(const OrbOptions& options)
+{
+    orb = optionTable(options).initialise();
+    const CORBA::Object_var root = orb->resolve_initial_references("RootPOA");
+    const CORBA::Object_var named = orb->resolve_initial_references("omniINSPOA");
+    rootPoa = PortableServer::POA::_narrow(root);
+    namedPoa = PortableServer::POA::_narrow(named);
+    rootPoa->the_POAManager()->activate();
+    namedPoa->the_POAManager()->activate();
+    const CORBA::Object_var probe = rootPoa->create_reference("IDL:omg.org/CORBA/Object:1.0");
+    port = portInReference(probe);
+}
+
+void Orb::Private::stop()
+{
+    if (!CORBA::is_nil(orb)) {
+        orb->destroy();
+    }
+}
+
+Orb::Orb(const OrbOptions& options) : d(std::make_unique<Private>())
+{
+    try {
+        d->start(options);
+    } catch (const CORBA::Exception& exception) {
+        try {
+            d->stop();
+        } catch (const CORBA::Exception&) { // what did not come up whole need not come down whole
+        }
+        throw OrbError("CORBA could not be started on " + options.listenAddress.toStdString() + " port "
+                       + std::to_string(options.port) + ": " + describe(exception).toStdString());
+    }
+}
+
+Orb::~Orb()
+{
+    try {
+        d->stop();
+    } catch (const CORBA::Exception&) { // there is nobody left to tell
+    }
+}
+
+CORBA::ORB_ptr Orb::orb() const
+{
+    return d->orb;
+}
+
+PortableServer::POA_ptr Orb::rootPoa() const
+{
+    return d->rootPoa;
+}
+
+void Orb::publish(const char* key, PortableServer::ServantBase* servant)
+{
+    const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId(key);
+    d->namedPoa->activate_object_with_id(id, servant);
+}
+
+void Orb::withdraw(const char* key)
+{
+    const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId(key);
+    d->namedPoa->deactivate_object(id);
+}
+
+quint16 Orb::port() const
+{
+    return d->port;
+}
+
+CORBA::Object_ptr Orb::remoteObject(const QString& host, quint16 port, const char* key) const
+{
+    try {
+        return d->orb->string_to_object(corbaloc(host, port, key).c_str());
+    } catch (const CORBA::Exception&) {
+        return CORBA::Object::_nil();
+    }
+}
+
+} // namespace ZelkoCommon

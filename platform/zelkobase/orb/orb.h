@@ -1,0 +1,87 @@
+#pragma once
+
+#include <zelkobase/orb/zelkobaseorb_export.h>
+
+#include <QString>
+
+#include <omniORB4/CORBA.h>
+
+#include <chrono>
+#include <memory>
+#include <stdexcept>
+
+namespace ZelkoCommon {
+
+/// How a process takes part in CORBA. Every option of the ORB that matters is set from here on purpose, because its own
+/// defaults suit a closed machine room: they listen on every interface, open a local socket to everybody, never give a
+/// call up and speak ISO-8859-1.
+struct ZELKOBASEORB_EXPORT OrbOptions {
+    /// Address to listen on; empty for all interfaces.
+    QString listenAddress = QStringLiteral("127.0.0.1");
+
+    /// Port to listen on; 0 lets the system choose.
+    quint16 port = 0;
+
+    /// After this time a call is given up; each call may set its own.
+    std::chrono::milliseconds callTimeout{5000};
+
+    /// After this time an attempt to connect is given up.
+    std::chrono::milliseconds connectTimeout{3000};
+
+    /// A peer that began a message must have sent the rest of it in this time.
+    std::chrono::milliseconds receiveTimeout{10000};
+
+    /// A connection without a call is closed after this time.
+    std::chrono::seconds idleTime{180};
+
+    /// How many calls are served at once; more wait. Bounds the threads that peers can make this process start.
+    int serverThreads = 32;
+
+    /// The largest message in bytes that is sent or accepted.
+    int maxMessageBytes = 4 * 1024 * 1024;
+};
+
+/// The ORB could not be started, the port is taken for instance. The text is for people.
+class ZELKOBASEORB_EXPORT OrbError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The ORB of the process. There is one at a time; it serves calls as soon as it exists, on threads of its own, until it
+/// is destroyed. All functions may be called on any thread.
+class ZELKOBASEORB_EXPORT Orb
+{
+public:
+    /// Throws OrbError.
+    explicit Orb(const OrbOptions& options);
+
+    /// Waits for the calls that are being served and closes all connections.
+    ~Orb();
+
+    Orb(const Orb&) = delete;
+    Orb& operator=(const Orb&) = delete;
+
+    CORBA::ORB_ptr orb() const;
+
+    /// Where objects without a name live; a reference to one ends with the process.
+    PortableServer::POA_ptr rootPoa() const;
+
+    /// Makes `servant` reachable as corbaloc::HOST:PORT/`key`, also by references from before a restart of the process.
+    void publish(const char* key, PortableServer::ServantBase* servant);
+
+    /// Ends what `publish` began, and waits for the calls that are being served by it.
+    void withdraw(const char* key);
+
+    /// The port that is listened on.
+    quint16 port() const;
+
+    /// Reference to the object `key` on a host, without asking whether it is there. Null for a host or port that cannot be.
+    CORBA::Object_ptr remoteObject(const QString& host, quint16 port, const char* key) const;
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace ZelkoCommon
