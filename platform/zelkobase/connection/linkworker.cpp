@@ -54,16 +54,17 @@ LinkWorker::~LinkWorker()
     m_thread.join();
 }
 
-void LinkWorker::write(const std::string& frames)
+void LinkWorker::write(const std::string& frame)
 {
     const std::lock_guard lock(m_mutex);
     if (!m_serving) {
         return;
     }
-    if (m_outgoing.size() + frames.size() > maxOutgoingBytes) {
+    if (m_outgoingBytes + frame.size() > maxOutgoingBytes) {
         m_dropReason = "the server does not take what is written";
     } else {
-        m_outgoing += frames;
+        m_outgoing.push_back(frame);
+        m_outgoingBytes += frame.size();
     }
     m_somethingToDo.notify_all();
 }
@@ -112,7 +113,7 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
             const std::lock_guard lock(m_mutex);
             m_serving = true;
             m_dropReason.clear();
-            m_outgoing.clear();
+            forgetOutgoing();
         }
         connection.subscriber->setSession(connection.session);
         return connection;
@@ -129,7 +130,7 @@ void LinkWorker::serve(const Connection& connection)
     std::string reason;
     try {
         while (const auto frames = nextWrite()) {
-            connection.server->write(connection.session, toBatch(*frames));
+            send(connection, *frames);
         }
         const std::lock_guard lock(m_mutex);
         reason = std::exchange(m_dropReason, {});
@@ -139,9 +140,25 @@ void LinkWorker::serve(const Connection& connection)
     {
         const std::lock_guard lock(m_mutex);
         m_serving = false;
-        m_outgoing.clear();
+        forgetOutgoing();
     }
     m_queue->close(connection.number, reason);
+}
+
+// A refused write is no reason to part: the server keeps its values and sends them again.
+void LinkWorker::send(const Connection& connection, const std::string& frames)
+{
+    try {
+        connection.server->write(connection.session, toBatch(frames));
+    } catch (const ZelkoTreeLink::Refused& refused) {
+        if (refused.reason != ZelkoTreeLink::REFUSED_BATCH) {
+            throw;
+        }
+        if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+            _Q_Trace(QStringLiteral("LinkWorker: %1 refused a write: %2")
+                         .arg(m_subSystem.name, QString::fromUtf8(static_cast<const char*>(refused.text))), __FILE__, __LINE__);
+        }
+    }
 }
 
 // A server that is gone needs not be told; one that is there frees what it keeps for this client.
@@ -172,10 +189,19 @@ std::optional<std::string> LinkWorker::nextWrite()
     if (!m_dropReason.empty() || (m_stopping && m_outgoing.empty())) {
         return std::nullopt;
     }
-    const std::size_t size = std::min(m_outgoing.size(), maxWriteBytes);
-    std::string frames = m_outgoing.substr(0, size);
-    m_outgoing.erase(0, size);
+    std::string frames;
+    while (!m_outgoing.empty() && (frames.empty() || frames.size() + m_outgoing.front().size() <= maxWriteBytes)) {
+        frames += m_outgoing.front();
+        m_outgoing.pop_front();
+    }
+    m_outgoingBytes -= frames.size();
     return frames;
+}
+
+void LinkWorker::forgetOutgoing()
+{
+    m_outgoing.clear();
+    m_outgoingBytes = 0;
 }
 
 void LinkWorker::waitForRetry(std::chrono::milliseconds time)

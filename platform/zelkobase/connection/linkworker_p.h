@@ -7,6 +7,7 @@
 #include <zelkoidl/treelink.hh>
 
 #include <condition_variable>
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -29,8 +30,8 @@ public:
     /// Detaches and ends the thread; waits for a call that is under way.
     ~LinkWorker();
 
-    /// Sends frames to the server, in order, as soon as it can. Dropped when there is no connection.
-    void write(const std::string& frames);
+    /// Sends a frame to the server, in order, as soon as it can. Dropped when there is no connection.
+    void write(const std::string& frame);
 
     /// Gives the present connection up, because of `reason`, and begins again.
     void drop(const std::string& reason);
@@ -41,10 +42,12 @@ private:
     void run();
     std::optional<Connection> attach();
     void serve(const Connection& connection);
+    void send(const Connection& connection, const std::string& frames);
     void detach(const Connection& connection);
     void deactivate(LinkSubscriber& subscriber);
     std::optional<std::string> nextWrite();
     void waitForRetry(std::chrono::milliseconds time);
+    void forgetOutgoing();
     std::string explain(const CORBA::Exception& exception) const;
 
     Orb& m_orb;
@@ -54,7 +57,8 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_somethingToDo;
-    std::string m_outgoing;
+    std::deque<std::string> m_outgoing; // frames; a call carries whole ones
+    std::size_t m_outgoingBytes = 0;
     std::string m_dropReason; // not empty: give the connection up
     bool m_serving = false;
     bool m_stopping = false;

@@ -1,0 +1,89 @@
+#include <recorder/link/linksession.h>
+
+#include <valuecore/valuebase.h>
+
+#include <utility>
+
+namespace {
+
+// Large enough that a call costs little beside its bytes, small enough that a client sees progress.
+constexpr std::size_t batchBytes = 256 * 1024;
+constexpr std::size_t statePieceBytes = 32 * 1024;
+
+} // namespace
+
+LinkSession::LinkSession(LinkedTree& tree, std::unique_ptr<LinkSender> sender, const QString& user,
+    std::size_t maxBacklogBytes, std::function<void()> wantsPump)
+    : m_tree(tree)
+    , m_sender(std::move(sender))
+    , m_user(user)
+    , m_wantsPump(std::move(wantsPump))
+    , m_backlog(maxBacklogBytes, batchBytes)
+{
+    m_tree.add(this);
+    m_wantsPump();
+}
+
+LinkSession::~LinkSession()
+{
+    m_tree.remove(this);
+}
+
+void LinkSession::pump()
+{
+    while (m_sender && m_sender->hasRoom()) {
+        refill();
+        if (m_backlog.isEmpty()) {
+            return;
+        }
+        m_sender->send(m_backlog.takeBatch());
+    }
+}
+
+// The state is made as the client takes it, so that it never stands in memory as a whole.
+void LinkSession::refill()
+{
+    if (std::exchange(m_stateWanted, false)) {
+        m_walk = std::make_unique<StateWalk>(m_tree);
+    }
+    while (m_walk && m_backlog.bytes() < batchBytes) {
+        if (const auto frame = m_walk->next(statePieceBytes)) {
+            append(frame);
+        } else {
+            m_walk.reset();
+        }
+    }
+}
+
+void LinkSession::correct(std::uint32_t handle)
+{
+    if (ValueBase* const value = m_tree.value(handle)) {
+        std::string state;
+        value->AddObjectStateStringForTransmission(state, 0);
+        frameCreated(makeFrame(ZelkoCommon::link::FrameType::Commands, handle, state));
+    }
+}
+
+// A change from before the state has begun is part of the state.
+void LinkSession::frameCreated(const LinkBacklog::SharedFrame& frame)
+{
+    if (!m_stateWanted) {
+        append(frame);
+        m_wantsPump();
+    }
+}
+
+std::unique_ptr<LinkSender> LinkSession::releaseSender()
+{
+    m_sender->stop();
+    return std::move(m_sender);
+}
+
+void LinkSession::append(const LinkBacklog::SharedFrame& frame)
+{
+    if (!m_backlog.append(frame)) {
+        m_walk.reset();
+        m_stateWanted = true;
+        ++m_restarts;
+    }
+}

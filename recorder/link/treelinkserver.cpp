@@ -1,0 +1,239 @@
+#include <recorder/link/treelinkserver.h>
+
+#include <recorder/link/linkedtree.h>
+#include <recorder/link/linksender.h>
+#include <recorder/link/linksession.h>
+#include <recorder/link/treeserverservant.h>
+
+#include <observerbase/errorhandler.h>
+#include <observerbase/trace.h>
+#include <valuecore/valuebase.h>
+#include <valuecore/valueptr.h>
+#include <zelkobase/orb/orb.h>
+
+#include <QTimer>
+
+#include <unordered_map>
+#include <vector>
+
+using ZelkoCommon::link::FrameType;
+using ZelkoTreeLink::SessionId;
+
+namespace {
+
+constexpr int housekeepingMilliseconds = 1000;
+
+// Changes are collected for a moment, so that many small ones make one call.
+constexpr int collectMilliseconds = 2;
+
+// A client's write, read and not yet executed.
+struct PendingWrite {
+    ValuePtr<ValueBase> value;
+    std::unique_ptr<Command> command;
+};
+
+} // namespace
+
+struct TreeLinkServer::Private {
+    Private(TreeLinkServer* owner, ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options,
+        MayWrite mayWrite, const Authenticate& authenticate);
+    ~Private();
+
+    void openSession(SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client);
+    void closeSession(SessionId id, const QString& reason);
+    void pumpAll();
+    void keepHouse();
+    LinkWriteVerdict write(SessionId id, const std::string& frames);
+    std::string readWrites(LinkSession& session, std::string_view frames, std::vector<PendingWrite>& writes);
+
+    TreeLinkServer* const q;
+    ZelkoCommon::Orb& orb;
+    const TreeLinkServerOptions options;
+    const MayWrite mayWrite;
+    LinkedTree tree;
+    std::shared_ptr<LinkSessionRegister> sessionRegister;
+    std::shared_ptr<TreeThreadGate> gate;
+    std::unordered_map<SessionId, std::unique_ptr<LinkSession>> sessions;
+    std::vector<std::unique_ptr<LinkSender>> ending; // stopped senders whose last call may still be under way
+    QTimer pumpTimer;
+    QTimer houseTimer;
+    int pastRestarts = 0;
+};
+
+TreeLinkServer::Private::Private(TreeLinkServer* owner, ZelkoCommon::Orb& usedOrb, Tree& served,
+    const TreeLinkServerOptions& serverOptions, MayWrite writePolicy, const Authenticate& authenticate)
+    : q(owner)
+    , orb(usedOrb)
+    , options(serverOptions)
+    , mayWrite(std::move(writePolicy))
+    , tree(served)
+    , sessionRegister(std::make_shared<LinkSessionRegister>(options.maxSessions))
+    , gate(std::make_shared<TreeThreadGate>(owner))
+{
+    pumpTimer.setInterval(collectMilliseconds);
+    pumpTimer.setSingleShot(true);
+    QObject::connect(&pumpTimer, &QTimer::timeout, q, [this] { pumpAll(); });
+    houseTimer.setInterval(housekeepingMilliseconds);
+    QObject::connect(&houseTimer, &QTimer::timeout, q, [this] { keepHouse(); });
+    houseTimer.start();
+
+    TreeServerServant::Handlers handlers;
+    handlers.attached = [this](SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client) {
+        openSession(id, user, client);
+    };
+    handlers.written = [this](SessionId id, const std::string& frames) { return write(id, frames); };
+    handlers.detached = [this](SessionId id) { closeSession(id, QStringLiteral("the client left")); };
+    auto* const servant = new TreeServerServant(sessionRegister, gate, handlers, authenticate, options);
+    const PortableServer::ServantBase_var guard(servant);
+    orb.publish(ZelkoTreeLink::OBJECT_KEY, servant);
+}
+
+TreeLinkServer::Private::~Private()
+{
+    gate->close();
+    try {
+        orb.withdraw(ZelkoTreeLink::OBJECT_KEY);
+    } catch (const CORBA::Exception&) { // the ORB went first
+    }
+}
+
+void TreeLinkServer::Private::openSession(SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client)
+{
+    LinkSender::Callbacks callbacks;
+    callbacks.sent = [this, id] {
+        gate->post([this, id] {
+            if (const auto found = sessions.find(id); found != sessions.end()) {
+                found->second->pump();
+            }
+        });
+    };
+    callbacks.failed = [this, id](const std::string& why) {
+        gate->post([this, id, why] { closeSession(id, QString::fromStdString(why)); });
+    };
+    auto sender = std::make_unique<LinkSender>(client, id, std::move(callbacks));
+    const auto wantsPump = [this] {
+        if (!pumpTimer.isActive()) {
+            pumpTimer.start();
+        }
+    };
+    sessions.emplace(id, std::make_unique<LinkSession>(tree, std::move(sender), user, options.maxBacklogBytes, wantsPump));
+    Q_EMIT q->sessionOpened(user);
+}
+
+// The thread of the sender may still wait for an answer. It is joined later, when it has ended.
+void TreeLinkServer::Private::closeSession(SessionId id, const QString& reason)
+{
+    sessionRegister->leave(id);
+    const auto found = sessions.find(id);
+    if (found == sessions.end()) {
+        return;
+    }
+    const std::unique_ptr<LinkSession> session = std::move(found->second);
+    sessions.erase(found);
+    pastRestarts += session->restarts();
+    ending.push_back(session->releaseSender());
+    Q_EMIT q->sessionClosed(session->user(), reason);
+}
+
+void TreeLinkServer::Private::pumpAll()
+{
+    for (const auto& [id, session] : sessions) {
+        session->pump();
+    }
+}
+
+void TreeLinkServer::Private::keepHouse()
+{
+    for (const SessionId id : sessionRegister->silentFor(options.maxSilence)) {
+        closeSession(id, QStringLiteral("nothing was heard of the client"));
+    }
+    std::erase_if(ending, [](const std::unique_ptr<LinkSender>& sender) { return sender->hasEnded(); });
+}
+
+// A batch is executed as a whole or not at all. Where it was refused, the client gets the values as they are.
+LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string& frames)
+{
+    const auto found = sessions.find(id);
+    if (found == sessions.end()) {
+        return {false, "it does not know this session any more"};
+    }
+    std::vector<PendingWrite> writes;
+    const std::string refusal = readWrites(*found->second, frames, writes);
+    if (!refusal.empty()) {
+        if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+            _Q_Trace(QStringLiteral("TreeLinkServer: refused a write of user \"%1\": %2")
+                         .arg(found->second->user(), QString::fromStdString(refusal)), __FILE__, __LINE__);
+        }
+        return {false, refusal};
+    }
+    for (const PendingWrite& write : writes) {
+        if (write.value) {
+            write.command->Execute();
+        }
+    }
+    return {true, {}};
+}
+
+// Gives the reason for a refusal, empty when every command was read and may be executed.
+std::string TreeLinkServer::Private::readWrites(
+    LinkSession& session, std::string_view frames, std::vector<PendingWrite>& writes)
+{
+    std::string refusal;
+    ZelkoCommon::link::Frame frame;
+    while (!frames.empty()) {
+        if (ZelkoCommon::link::readFrame(frames, frame) != ZelkoCommon::link::ReadResult::Frame
+            || frame.type != FrameType::Commands) {
+            return "the batch does not parse";
+        }
+        ValueBase* const value = tree.value(frame.handle);
+        if (!value) {
+            continue; // it went while the write was on its way
+        }
+        if (!mayWrite || !mayWrite(session.user(), *value)) {
+            session.correct(frame.handle);
+            refusal = "the user may not write " + value->GetPathName().toStdString();
+            continue;
+        }
+        const char* position = frame.payload.data();
+        CommandReader reader(&position, static_cast<std::ptrdiff_t>(frame.payload.size()));
+        while (reader.remaining() > 0) {
+            auto command = value->ReadCommand(reader, &session);
+            if (!command) {
+                return "the batch does not parse";
+            }
+            writes.push_back({ValuePtr<ValueBase>(value), std::move(command)});
+        }
+    }
+    return refusal;
+}
+
+TreeLinkServer::TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options,
+    MayWrite mayWrite, Authenticate authenticate, QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(this, orb, tree, options, std::move(mayWrite), authenticate))
+{}
+
+TreeLinkServer::~TreeLinkServer() = default;
+
+int TreeLinkServer::sessionCount() const
+{
+    return static_cast<int>(d->sessions.size());
+}
+
+std::size_t TreeLinkServer::backlogBytes() const
+{
+    std::size_t bytes = 0;
+    for (const auto& [id, session] : d->sessions) {
+        bytes += session->backlogBytes();
+    }
+    return bytes;
+}
+
+int TreeLinkServer::restartCount() const
+{
+    int restarts = d->pastRestarts;
+    for (const auto& [id, session] : d->sessions) {
+        restarts += session->restarts();
+    }
+    return restarts;
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <recorder/link/recorderlink_export.h>
+
+#include <QObject>
+#include <QString>
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+
+class Tree;
+class ValueBase;
+
+namespace ZelkoCommon {
+class Orb;
+}
+
+/// Bounds of the server's side of the tree link.
+struct TreeLinkServerOptions {
+    /// More clients than this are refused.
+    int maxSessions = 32;
+
+    /// What may wait for one client. When there is more it is dropped, and the client gets the whole state afresh.
+    std::size_t maxBacklogBytes = 8 * 1024 * 1024;
+
+    /// A client that does not take a batch in this time is dropped.
+    std::chrono::milliseconds deliverTimeout{20000};
+
+    /// A client of which nothing was heard for this time is dropped.
+    std::chrono::milliseconds maxSilence{30000};
+
+    /// For how long a client's write may wait for the thread of the tree.
+    std::chrono::milliseconds writeTimeout{4000};
+};
+
+/// Serves a tree to the clients of a tree link, under the object key of the link.
+///
+/// Lives on the thread of the tree. What clients send is served by threads of the ORB, which pass it on and wait for the
+/// verdict.
+class RECORDERLINK_EXPORT TreeLinkServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Whether a user may attach; an empty user is nobody in particular. Called on threads of the ORB.
+    using Authenticate = std::function<bool(const QString& user, const QString& password)>;
+
+    /// Whether a user may write a value. Called on the thread of the tree.
+    using MayWrite = std::function<bool(const QString& user, const ValueBase& value)>;
+
+    /// Begins to serve. `orb` and `tree` outlive the server. Without `mayWrite` nobody writes anything; without
+    /// `authenticate` everybody may look.
+    TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options = {},
+        MayWrite mayWrite = {}, Authenticate authenticate = {}, QObject* parent = nullptr);
+
+    /// Drops all clients; waits for calls to them that are under way.
+    ~TreeLinkServer() override;
+
+    int sessionCount() const;
+
+    /// Bytes that wait for clients, all together.
+    std::size_t backlogBytes() const;
+
+    /// How often a client that was too slow was given the whole state afresh.
+    int restartCount() const;
+
+Q_SIGNALS:
+    void sessionOpened(const QString& user);
+    void sessionClosed(const QString& user, const QString& reason);
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <recorder/link/treelinkserver.h>
+
+#include <zelkoidl/treelink.hh>
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+class QObject;
+
+/// What the threads of the ORB and the thread of the tree both know of the sessions.
+class LinkSessionRegister
+{
+public:
+    explicit LinkSessionRegister(int maxSessions);
+
+    /// A number for a new session that nobody can guess; 0 when there is no room.
+    ZelkoTreeLink::SessionId enter();
+    void leave(ZelkoTreeLink::SessionId session);
+
+    /// Notes a sign of life; false when there is no such session.
+    bool touch(ZelkoTreeLink::SessionId session);
+
+    /// Sessions of which nothing was heard for longer than `silence`.
+    std::vector<ZelkoTreeLink::SessionId> silentFor(std::chrono::milliseconds silence) const;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    const std::size_t m_maxSessions;
+    mutable std::mutex m_mutex;
+    std::unordered_map<ZelkoTreeLink::SessionId, Clock::time_point> m_lastHeard;
+};
+
+/// Runs functions on the thread of the tree for as long as the server there exists.
+class TreeThreadGate
+{
+public:
+    explicit TreeThreadGate(QObject* onTreeThread);
+
+    /// Queues `work`; false when the server is gone. Work that is queued but not begun when it goes is destroyed.
+    bool post(std::function<void()> work);
+
+    /// From the return on nothing is queued any more.
+    void close();
+
+private:
+    std::mutex m_mutex;
+    QObject* m_target;
+};
+
+/// What a write leads to.
+struct LinkWriteVerdict {
+    bool accepted = false;
+    std::string why; ///< for people, when it was not
+};
+
+/// The recorder's end of the tree link as the ORB sees it. Served on threads of the ORB.
+class TreeServerServant final : public POA_ZelkoTreeLink::TreeServer, public PortableServer::RefCountServantBase
+{
+public:
+    /// What it passes on to, on the thread of the tree.
+    struct Handlers {
+        std::function<void(ZelkoTreeLink::SessionId, const QString& user, ZelkoTreeLink::Subscriber_ptr)> attached;
+        std::function<LinkWriteVerdict(ZelkoTreeLink::SessionId, const std::string& frames)> written;
+        std::function<void(ZelkoTreeLink::SessionId)> detached;
+    };
+
+    TreeServerServant(std::shared_ptr<LinkSessionRegister> sessions, std::shared_ptr<TreeThreadGate> gate,
+        Handlers handlers, TreeLinkServer::Authenticate authenticate, const TreeLinkServerOptions& options);
+
+    ZelkoTreeLink::SessionId attach(CORBA::ULong version, const ZelkoTreeLink::Credentials& who,
+        ZelkoTreeLink::Subscriber_ptr client) override;
+    void write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands) override;
+    void detach(ZelkoTreeLink::SessionId session) override;
+
+private:
+    LinkWriteVerdict writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string frames);
+
+    const std::shared_ptr<LinkSessionRegister> m_sessions;
+    const std::shared_ptr<TreeThreadGate> m_gate;
+    const Handlers m_handlers;
+    const TreeLinkServer::Authenticate m_authenticate;
+    const TreeLinkServerOptions m_options;
+};
