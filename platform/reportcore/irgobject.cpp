@@ -1,0 +1,7 @@
+#include <reportcore/irgobject.h>
+
+namespace REPORTGENERATOR {
+
+IRGObject::~IRGObject() = default;
+
+} // namespace REPORTGENERATOR

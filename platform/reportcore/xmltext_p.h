@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <string_view>
+
+namespace pugi {
+class xml_node;
+}
+
+namespace REPORTGENERATOR {
+
+/// Text as it stands in XML. What XML cannot carry, or would not give back as it was (control characters other than tab
+/// and line feed, lone surrogates, U+FFFE and U+FFFF), is written as a backslash, "u" and four hexadecimal digits, and
+/// so is a backslash that would otherwise be read as the start of such a group. Every other text stays as it is.
+QString escaped(const QString& text);
+
+/// The reverse of escaped(), from UTF-8. False if the bytes are not UTF-8 or hold a character that XML does not allow.
+bool unescape(std::string_view utf8, QString& text);
+
+/// The text of an element that has no child elements, with entities resolved; `buffer` may hold it. Throws RGException
+/// if there are child elements, unknown entities or references to no character.
+std::string_view elementText(const pugi::xml_node& element, std::string& buffer);
+
+/// Without the blanks at both ends.
+std::string_view trimmed(std::string_view text);
+
+/// The start of a text, for a message.
+QString shortened(std::string_view utf8);
+
+} // namespace REPORTGENERATOR
