@@ -33,12 +33,29 @@ function(_zelko_own_include_directory target scope prefix)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zelko>)
 endfunction()
 
+# The NO_INSTALL half of zelko_add_room; reads its parsed arguments.
+macro(_zelko_add_inner_room)
+  add_library(${target} STATIC ${ROOM_SOURCES} ${ROOM_HEADERS})
+  add_library(${ROOM_ALIAS} ALIAS ${target})
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
+  _zelko_own_include_directory(${target} PUBLIC ${ROOM_PREFIX})
+  target_link_libraries(${target} PUBLIC ${ROOM_PUBLIC} PRIVATE zelko_warnings ${ROOM_PRIVATE})
+  if(ROOM_PCH)
+    zelko_use_precompiled_headers(${target} ${ROOM_PCH})
+  endif()
+endmacro()
+
 # zelko_add_room(<target> ALIAS <Zelko::Name> PREFIX <include prefix> [PCH core|widgets]
-#                SOURCES ... HEADERS ... [PUBLIC ...] [PRIVATE ...])
+#                SOURCES ... HEADERS ... [PUBLIC ...] [PRIVATE ...] [NO_INSTALL])
 # HEADERS are the installed ones; without SOURCES the room is header only.
+# NO_INSTALL is for rooms that only a program of the house links: a static library without an export header.
 function(zelko_add_room target)
-  cmake_parse_arguments(ROOM "" "ALIAS;PREFIX;PCH" "SOURCES;HEADERS;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ROOM "NO_INSTALL" "ALIAS;PREFIX;PCH" "SOURCES;HEADERS;PUBLIC;PRIVATE" ${ARGN})
   string(REPLACE "Zelko::" "" exported ${ROOM_ALIAS})
+  if(ROOM_NO_INSTALL)
+    _zelko_add_inner_room()
+    return()
+  endif()
   if(ROOM_SOURCES)
     add_library(${target} SHARED ${ROOM_SOURCES} ${ROOM_HEADERS})
     set_target_properties(${target} PROPERTIES AUTOMOC ON VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
