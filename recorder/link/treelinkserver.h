@@ -1,6 +1,5 @@
 #pragma once
 
-#include <recorder/link/recorderlink_export.h>
 
 #include <QObject>
 #include <QString>
@@ -39,7 +38,7 @@ struct TreeLinkServerOptions {
 ///
 /// Lives on the thread of the tree. What clients send is served by threads of the ORB, which pass it on and wait for the
 /// verdict.
-class RECORDERLINK_EXPORT TreeLinkServer : public QObject
+class TreeLinkServer : public QObject
 {
     Q_OBJECT
 
