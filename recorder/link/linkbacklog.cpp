@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace ZelkoRecorder {
+
 LinkBacklog::LinkBacklog(std::size_t maxBytes, std::size_t batchBytes) : m_maxBytes(maxBytes), m_batchBytes(batchBytes)
 {}
 
@@ -50,3 +52,5 @@ void LinkBacklog::drop()
         m_bytes = begun->size() - m_sentOfFirst;
     }
 }
+
+} // namespace ZelkoRecorder

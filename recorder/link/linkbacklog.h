@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+namespace ZelkoRecorder {
+
 /// What waits to be sent to one client: frames, shared with the backlogs of the other clients. Bounded: when it is full,
 /// what was not begun to be sent is dropped, and the client needs a fresh state.
 class LinkBacklog
@@ -34,3 +36,5 @@ private:
     std::size_t m_sentOfFirst = 0; // bytes of the first frame that are with the client already
     std::size_t m_bytes = 0;
 };
+
+} // namespace ZelkoRecorder

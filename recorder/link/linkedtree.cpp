@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace ZelkoRecorder {
+
 using ZelkoCommon::link::FrameType;
 
 LinkBacklog::SharedFrame makeFrame(FrameType type, std::uint32_t handle, std::string_view payload)
@@ -137,3 +139,5 @@ void LinkedTree::tell(const LinkBacklog::SharedFrame& frame, const IObserver* or
         }
     }
 }
+
+} // namespace ZelkoRecorder

@@ -18,6 +18,8 @@ class Tree;
 class TreeItem;
 class ValueBase;
 
+namespace ZelkoRecorder {
+
 /// Hears what the server's tree tells its clients. A session is one; it is also the origin of what its client writes.
 class ILinkSubscriber : public IObserver
 {
@@ -67,3 +69,5 @@ private:
 /// A frame that is made once and shared.
 LinkBacklog::SharedFrame makeFrame(
     ZelkoCommon::link::FrameType type, std::uint32_t handle, std::string_view payload = {});
+
+} // namespace ZelkoRecorder

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace ZelkoRecorder {
+
 namespace {
 
 constexpr std::size_t maxWaiting = 2;
@@ -106,3 +108,5 @@ void LinkSender::report(const Callback& callback, const Arguments&... arguments)
         callback(arguments...);
     }
 }
+
+} // namespace ZelkoRecorder

@@ -11,6 +11,8 @@
 #include <string>
 #include <thread>
 
+namespace ZelkoRecorder {
+
 /// The thread that calls one client. Batches go out one at a time and in order.
 class LinkSender
 {
@@ -58,3 +60,5 @@ private:
 
     std::thread m_thread; // last: it uses all of the above
 };
+
+} // namespace ZelkoRecorder

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace ZelkoRecorder {
+
 namespace {
 
 // Large enough that a call costs little beside its bytes, small enough that a client sees progress.
@@ -87,3 +89,5 @@ void LinkSession::append(const LinkBacklog::SharedFrame& frame)
         ++m_restarts;
     }
 }
+
+} // namespace ZelkoRecorder

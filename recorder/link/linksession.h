@@ -12,6 +12,8 @@
 #include <functional>
 #include <memory>
 
+namespace ZelkoRecorder {
+
 /// One client of the tree link, on the thread of the tree.
 ///
 /// A client that keeps up gets each change. For one that does not, what waits is bounded: it is dropped when it grows too
@@ -56,3 +58,5 @@ private:
     bool m_stateWanted = true;
     int m_restarts = 0;
 };
+
+} // namespace ZelkoRecorder

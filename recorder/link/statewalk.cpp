@@ -8,6 +8,8 @@
 
 #include <unordered_set>
 
+namespace ZelkoRecorder {
+
 using ZelkoCommon::link::FrameType;
 
 namespace {
@@ -100,3 +102,5 @@ LinkBacklog::SharedFrame StateWalk::nextOfState(std::size_t bytes)
     }
     return commands.empty() ? nullptr : makeFrame(FrameType::Commands, m_openHandle, commands);
 }
+
+} // namespace ZelkoRecorder

@@ -8,6 +8,8 @@
 #include <vector>
 
 class IObjectStateCursor;
+
+namespace ZelkoRecorder {
 class LinkedTree;
 
 /// Gives the state of a whole tree, frame by frame, while the tree goes on changing. Who gets all its frames, and those of
@@ -40,3 +42,5 @@ private:
     std::weak_ptr<void> m_openValue;
     std::unique_ptr<IObjectStateCursor> m_cursor;
 };
+
+} // namespace ZelkoRecorder

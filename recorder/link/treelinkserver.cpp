@@ -16,6 +16,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace ZelkoRecorder {
+
 using ZelkoCommon::link::FrameType;
 using ZelkoTreeLink::SessionId;
 
@@ -237,3 +239,5 @@ int TreeLinkServer::restartCount() const
     }
     return restarts;
 }
+
+} // namespace ZelkoRecorder

@@ -16,6 +16,8 @@ namespace ZelkoCommon {
 class Orb;
 }
 
+namespace ZelkoRecorder {
+
 /// Bounds of the server's side of the tree link.
 struct TreeLinkServerOptions {
     /// More clients than this are refused.
@@ -73,3 +75,5 @@ private:
     struct Private;
     const std::unique_ptr<Private> d;
 };
+
+} // namespace ZelkoRecorder

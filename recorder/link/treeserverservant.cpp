@@ -9,6 +9,8 @@
 #include <future>
 #include <utility>
 
+namespace ZelkoRecorder {
+
 namespace {
 
 [[noreturn]] void refuse(ZelkoTreeLink::RefusalReason reason, const std::string& text)
@@ -156,3 +158,5 @@ LinkWriteVerdict TreeServerServant::writeOnTreeThread(ZelkoTreeLink::SessionId s
         return {false, "it is shutting down"};
     }
 }
+
+} // namespace ZelkoRecorder

@@ -14,6 +14,8 @@
 
 class QObject;
 
+namespace ZelkoRecorder {
+
 /// What the threads of the ORB and the thread of the tree both know of the sessions.
 class LinkSessionRegister
 {
@@ -89,3 +91,5 @@ private:
     const TreeLinkServer::Authenticate m_authenticate;
     const TreeLinkServerOptions m_options;
 };
+
+} // namespace ZelkoRecorder
