@@ -33,7 +33,7 @@ StoredFormat SampleFormat::storedFormat() const
     case SampleType::ComplexInt8:
         return StoredFormat::Iq8Bit;
     case SampleType::RealInt16:
-        return StoredFormat::Audio16Bit;
+        return StoredFormat::Real16Bit;
     case SampleType::ComplexFloat32:
         return StoredFormat::Iq32BitFloat;
     case SampleType::ComplexInt16:

@@ -16,7 +16,7 @@ enum class SampleType {
 enum class StoredFormat {
     Iq16Bit = 1,
     Iq8Bit = 2,
-    Audio16Bit = 3,
+    Real16Bit = 3,
     Iq32BitFloat = 21,
 };
 
