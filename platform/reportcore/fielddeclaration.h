@@ -115,7 +115,7 @@ private:                                                                        
 #define RG_DETAIL_OPTION(type, name)                                                                                   \
     void Reset##name()                                                                                                 \
     {                                                                                                                  \
-        m_##name = decltype(m_##name)();                                                                                            \
+        m_##name = decltype(m_##name)();                                                                               \
         setAbsent(Number_##name);                                                                                      \
     }                                                                                                                  \
     bool Is##name##Set() const                                                                                         \

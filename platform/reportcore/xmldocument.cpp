@@ -55,8 +55,8 @@ bool XmlDocument::parseBytes(QByteArray bytes)
         return refuse(notUtf8());
     // The parser puts its end mark over the last byte it is given.
     m_bytes = std::move(bytes.append('\0'));
-    const auto result = m_document.load_buffer_inplace(m_bytes.data(), static_cast<std::size_t>(m_bytes.size()), parseFlags,
-                                                       pugi::encoding_utf8);
+    const auto result = m_document.load_buffer_inplace(m_bytes.data(), static_cast<std::size_t>(m_bytes.size()),
+                                                       parseFlags, pugi::encoding_utf8);
     const QString reason = QLatin1String(result.description());
     return result || refuse(QStringLiteral("not well-formed at byte %1: %2").arg(result.offset).arg(reason));
 }
