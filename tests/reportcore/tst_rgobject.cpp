@@ -34,8 +34,8 @@ std::string binaryOf(const SampleObject& object)
     return bytes;
 }
 
-/// Reads a copy on the heap to the byte, so that the address sanitizer sees a step past its end. Gives the bytes consumed,
-/// -1 if they were refused.
+/// Reads a copy on the heap to the byte, so that the address sanitizer sees a step past its end. Gives the bytes
+/// consumed, -1 if they were refused.
 std::ptrdiff_t readCopy(SampleObject& object, const std::string& bytes)
 {
     const std::vector<char> copy(bytes.begin(), bytes.end());
