@@ -65,7 +65,7 @@ def main():
         if options.capability and entry["capability"] != options.capability:
             continue
         prefix = ["taskset", "-c", entry["cpus"]] if "cpus" in entry else []
-        runs = [run_once(options.binaries / program, prefix) for _ in range(options.processes)]
+        runs = [run_once(options.binaries / entry["capability"] / program, prefix) for _ in range(options.processes)]
         for name, claim in entry["claims"].items():
             good &= report(name, claim, [measure(claim, run) for run in runs])
     return 0 if good else 1
