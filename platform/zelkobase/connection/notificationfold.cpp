@@ -50,20 +50,23 @@ void NotificationFold::end()
     m_value = nullptr;
     m_changes = 0;
     m_setKeys.clear();
+    m_erasedKeys.clear();
 }
 
 bool NotificationFold::mustEndBefore(const Command& command) const
 {
-    return !isItemCommand(command) || m_changes >= m_value->ChangeLogCapacity()
-           || (command.GetCommandId() == CommandIdMapEraseAt && m_setKeys.count(targetOf(command)) > 0);
+    if (!isItemCommand(command) || m_changes >= m_value->ChangeLogCapacity()) {
+        return true;
+    }
+    const auto& opposite = command.GetCommandId() == CommandIdMapSetAt ? m_erasedKeys : m_setKeys;
+    return opposite.count(targetOf(command)) > 0;
 }
 
 void NotificationFold::remember(const Command& command)
 {
     ++m_changes;
-    if (command.GetCommandId() == CommandIdMapSetAt) {
-        m_setKeys.insert(targetOf(command));
-    }
+    auto& keys = command.GetCommandId() == CommandIdMapSetAt ? m_setKeys : m_erasedKeys;
+    keys.insert(targetOf(command));
 }
 
 } // namespace ZelkoCommon

@@ -15,9 +15,9 @@ namespace ZelkoCommon {
 /// in one go.
 ///
 /// A fold never holds more changes than the map's log keeps: its observers read changes and are not driven into reading
-/// the whole map again. It ends before a clear, and before an erase of a key that was set in it: an observer that works
-/// through both in one go would keep what is gone. Values without a log are not folded, since each of their changes
-/// matters.
+/// the whole map again. It ends before a clear, before an erase of a key that was set in it, and before a set of a key
+/// that was erased in it: an observer that puts all it has to add before all it has to remove would keep what is gone, or
+/// lose what came back. Values without a log are not folded, since each of their changes matters.
 class ZELKOBASECONNECTION_EXPORT NotificationFold
 {
 public:
@@ -37,7 +37,9 @@ private:
     ValueBase* m_value = nullptr;
     std::weak_ptr<void> m_alive;
     std::size_t m_changes = 0;
-    std::unordered_set<std::size_t> m_setKeys; // hashes: two keys with the same one end a fold early, no more
+    // Hashes: two keys with the same one end a fold early, no more.
+    std::unordered_set<std::size_t> m_setKeys;
+    std::unordered_set<std::size_t> m_erasedKeys;
 };
 
 } // namespace ZelkoCommon
