@@ -47,7 +47,7 @@ endmacro()
 
 # zelko_add_room(<target> ALIAS <Zelko::Name> PREFIX <include prefix> [PCH core|widgets]
 #                SOURCES ... HEADERS ... [PUBLIC ...] [PRIVATE ...] [NO_INSTALL])
-# HEADERS are the installed ones; without SOURCES the room is header only.
+# HEADERS are the installed ones, in the folders they are given with; without SOURCES the room is header only.
 # NO_INSTALL is for rooms that only a program of the house links: a static library without an export header.
 function(zelko_add_room target)
   cmake_parse_arguments(ROOM "NO_INSTALL" "ALIAS;PREFIX;PCH" "SOURCES;HEADERS;PUBLIC;PRIVATE" ${ARGN})
@@ -77,7 +77,10 @@ function(zelko_add_room target)
   endif()
   add_library(${ROOM_ALIAS} ALIAS ${target})
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${exported})
-  install(FILES ${ROOM_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zelko/${ROOM_PREFIX})
+  foreach(header ${ROOM_HEADERS})
+    get_filename_component(folder ${header} DIRECTORY)
+    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zelko/${ROOM_PREFIX}/${folder})
+  endforeach()
   install(TARGETS ${target} EXPORT ZelkoTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}

@@ -66,7 +66,13 @@ public:
 
     ValueItemMapBase() : ValueItemMapBase(QString(), TValueState::Open) {}
     ValueItemMapBase(const QString& name, TValueState state) : ValueBase(name, state), m_map(bucketsAtFirst) {}
-    ValueItemMapBase(const ValueItemMapBase& other) : ValueBase(other), m_map(bucketsAtFirst) { *this = other; }
+    ValueItemMapBase(const ValueItemMapBase& other)
+        : Observable(other)
+        , ValueBase(other)
+        , m_map(bucketsAtFirst)
+    {
+        *this = other;
+    }
 
     /// Takes over state, items and file name. The log is not copied, nothing is logged and nobody is told.
     ValueItemMapBase& operator=(const ValueItemMapBase& other)

@@ -1,0 +1,32 @@
+#include <zelkobase/maps/recorditemmap.h>
+
+template class ValueItemMapBase<zelko::recordmap::RecordMapData, zelko::recordmap::RecordMapData_ItemFormat,
+                                zelko::recordmap::RecordMapData_TextAdapter>;
+template class ValueItemMap<zelko::recordmap::RecordMapData, zelko::recordmap::RecordMapData_ItemFormat,
+                            zelko::recordmap::RecordMapData_TextAdapter>;
+
+namespace zelko::recordmap {
+
+RecordItemMap::RecordItemMap() = default;
+RecordItemMap::RecordItemMap(const QString& name, TValueState state)
+    : ValueItemMap(name, state)
+{}
+RecordItemMap::RecordItemMap(const RecordItemMap& other) = default;
+RecordItemMap& RecordItemMap::operator=(const RecordItemMap& other) = default;
+RecordItemMap::~RecordItemMap() = default;
+
+bool RecordItemMap::contains(const QString& recordID) const
+{
+    return data().find(recordID) != data().end();
+}
+
+// Key and ID are two strings when they come from a stream. Of equal ones only the record's is kept: by the map, its log
+// and all that read from them.
+QString RecordItemMap::SetAt(QString key, const RecordMapData& item, IObserver* origin)
+{
+    const auto& record = item.GetRecordData();
+    const bool sameText = record && record->GetRecordID() == key;
+    return ValueItemMap::SetAt(sameText ? record->GetRecordID() : std::move(key), item, origin);
+}
+
+} // namespace zelko::recordmap

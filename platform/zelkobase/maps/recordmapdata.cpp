@@ -1,0 +1,60 @@
+#include <zelkobase/maps/recordmapdata.h>
+
+#include "sizeditem_p.h"
+
+namespace zelko::recordmap {
+
+RecordMapData::RecordMapData() = default;
+RecordMapData::RecordMapData(const RecordMapData& other) = default;
+RecordMapData& RecordMapData::operator=(const RecordMapData& other) = default;
+RecordMapData::~RecordMapData() = default;
+
+RecordMapData::RecordMapData(RecordDataPtr record)
+    : m_record(std::move(record))
+{}
+
+QString RecordMapData::GetKey() const
+{
+    return m_record ? m_record->GetRecordID() : QString();
+}
+
+// An item that is set again is mostly the same object, and a record with its lists is much to compare.
+bool RecordMapData::operator==(const RecordMapData& other) const
+{
+    if (m_record == other.m_record) {
+        return true;
+    }
+    return m_record && other.m_record && *m_record == *other.m_record;
+}
+
+std::string RecordMapData_ItemFormat::toStandardString(const RecordMapData& item)
+{
+    return makeSizedItem([&](std::string& out) {
+        if (const auto& record = item.GetRecordData()) {
+            record->appendBinary(out);
+        }
+    });
+}
+
+bool RecordMapData_ItemFormat::fromCharStream(const char** stream, RecordMapData& item)
+{
+    SizedItem bytes = takeSizedItem(stream);
+    if (bytes.isEmpty()) {
+        item = RecordMapData();
+        return true;
+    }
+    auto record = std::make_shared<ZELKO_XML::ZELKO_RecordData>();
+    if (!record->readBinary(bytes.begin, bytes.end) || !bytes.isEmpty()) {
+        return false;
+    }
+    item = RecordMapData(std::move(record));
+    return true;
+}
+
+QString RecordMapData_ItemFormat::GetString(const RecordMapData& item)
+{
+    const auto& record = item.GetRecordData();
+    return record ? QStringLiteral("%1 (%2)").arg(record->GetRecordName(), record->GetRecordID()) : QString();
+}
+
+} // namespace zelko::recordmap

@@ -1,0 +1,118 @@
+#include <zelkobase/models/abstractrecordlistmodel.h>
+
+#include "recordcolumns_p.h"
+
+namespace ZelkoCommon {
+namespace {
+
+// Known by name before a filter asks for a value of the type, or a queued connection carries one.
+void registerMetaTypes()
+{
+    qRegisterMetaType<ZELKO_XML::ZELKO_RecordData::DataFormat>("ZELKO_XML::ZELKO_RecordData::DataFormat");
+    qRegisterMetaType<ZELKO_XML::ZELKO_RecordData::DataRate>("ZELKO_XML::ZELKO_RecordData::DataRate");
+    qRegisterMetaType<ZELKO_XML::ZELKO_RecordData::Interface>("ZELKO_XML::ZELKO_RecordData::Interface");
+    qRegisterMetaType<ZELKO_XML::ZELKO_RecordData::RecordStatus>("ZELKO_XML::ZELKO_RecordData::RecordStatus");
+}
+
+QVariant alignment(const RecordColumn& column)
+{
+    return column.number ? QVariant(static_cast<int>(Qt::AlignRight | Qt::AlignVCenter)) : QVariant();
+}
+
+QVariant content(const RecordColumn& column, const ZELKO_XML::ZELKO_RecordData& record, int role)
+{
+    switch (role) {
+    case Qt::DisplayRole:
+        return column.text(record);
+    case AbstractRecordListModel::SortRole:
+        return column.sort(record);
+    case AbstractRecordListModel::ValueRole:
+        return column.value(record);
+    default:
+        return {};
+    }
+}
+
+bool hasContent(int role)
+{
+    return role == Qt::DisplayRole || role == AbstractRecordListModel::SortRole ||
+           role == AbstractRecordListModel::ValueRole;
+}
+
+} // namespace
+
+AbstractRecordListModel::AbstractRecordListModel(QObject* parent)
+    : QAbstractTableModel(parent)
+{
+    registerMetaTypes();
+}
+
+AbstractRecordListModel::~AbstractRecordListModel() = default;
+
+int AbstractRecordListModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : recordCount();
+}
+
+int AbstractRecordListModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : int{ColumnCount};
+}
+
+QVariant AbstractRecordListModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return {};
+    }
+    const RecordColumn& column = recordColumn(index.column());
+    if (role == Qt::TextAlignmentRole) {
+        return alignment(column);
+    }
+    if (!hasContent(role)) {
+        return {};
+    }
+    if (const RecordDataPtr record = recordData(index.row())) {
+        return content(column, *record, role);
+    }
+    return index.column() == RecordIDColumn ? QVariant(recordID(index.row())) : QVariant();
+}
+
+QVariant AbstractRecordListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < ColumnCount) {
+        return tr(recordColumn(section).header);
+    }
+    return QAbstractTableModel::headerData(section, orientation, role);
+}
+
+bool AbstractRecordListModel::hasRecord(const QString& recordID) const
+{
+    return recordRow(recordID) >= 0;
+}
+
+AbstractRecordListModel::RecordDataPtr AbstractRecordListModel::getRecordData(const QString& recordID) const
+{
+    return recordData(recordRow(recordID));
+}
+
+QString AbstractRecordListModel::getRecordID(const QModelIndex& index) const
+{
+    return checkIndex(index, CheckIndexOption::IndexIsValid) ? recordID(index.row()) : QString();
+}
+
+QModelIndex AbstractRecordListModel::recordIndex(const QString& recordID) const
+{
+    return index(recordRow(recordID), NameColumn);
+}
+
+int AbstractRecordListModel::recordRow(const QString& recordID) const
+{
+    for (int row = 0; row < recordCount(); ++row) {
+        if (this->recordID(row) == recordID) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+} // namespace ZelkoCommon

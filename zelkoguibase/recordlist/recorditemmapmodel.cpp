@@ -1,0 +1,428 @@
+#include <zelkoguibase/recordlist/recorditemmapmodel.h>
+
+#include "recordrows_p.h"
+
+#include <observerbase/errorhandler.h>
+#include <observerbase/iobserver.h>
+#include <observerbase/trace.h>
+#include <valuecore/valueptr.h>
+#include <zelkobase/maps/recorditemmap.h>
+
+#include <QHash>
+#include <QScopedValueRollback>
+
+namespace ZelkoGUI {
+
+using zelko::recordmap::RecordItemMap;
+using RecordStatus = ZELKO_XML::ZELKO_RecordData::RecordStatus;
+using Data = RecordRows::Data;
+
+namespace {
+
+// More than the map keeps by itself: this is the value that changes most, and a reader that falls behind resets the
+// list, which costs a view its selection and scroll position.
+constexpr unsigned int changesToKeep = 250;
+
+// A record of which nothing is known counts as one at rest.
+RecordStatus statusOf(const Data& data)
+{
+    return data ? data->GetRecordStatus() : RecordStatus::Finished;
+}
+
+bool isBeingRecorded(const Data& data)
+{
+    const RecordStatus status = statusOf(data);
+    return status == RecordStatus::Recording || status == RecordStatus::LoopRecording;
+}
+
+Data recordOf(const RecordItemMap& map, const QString& id)
+{
+    const auto found = map.data().find(id);
+    return found == map.data().end() ? Data() : found->second.GetRecordData();
+}
+
+void traceUnknownChange(int type)
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceError)) {
+        _Q_Trace(QStringLiteral("RecordItemMapModel::Update() -> RecordMap unhandled changeID %1").arg(type), __FILE__,
+                 __LINE__);
+    }
+}
+
+} // namespace
+
+/// Reads the map's log and turns it into row operations. Slots run in the middle of all of this; what was begun for a
+/// list that such a slot has emptied is given up, which `m_generation` tells.
+class RecordItemMapModel::Private final : public IObserver
+{
+public:
+    explicit Private(RecordItemMapModel* owner)
+        : m_owner(owner)
+        , m_map(this)
+    {}
+
+    bool connect(const QString& path);
+    void disconnect();
+    void Update(Observable* source, TChangeCode code) override;
+
+    RecordItemMap* map() const { return m_map.get(); }
+    const RecordRows& rows() const { return m_rows; }
+
+private:
+    struct StatusChange
+    {
+        QString id;
+        RecordStatus now;
+        RecordStatus before;
+    };
+    using Statuses = QHash<QString, RecordStatus>;
+
+    void followMap();
+    void readLog();
+    void workOff(char type, const QString& id);
+    void recordSet(const QString& id);
+    void updateRow(int row, const Data& data);
+    void insertQueued();
+    void announceInserted(int first);
+    void removeListed();
+    std::vector<int> takeListedRows();
+    void removeRun(int first, int count);
+    void announceRemoved();
+    void clearRows();
+    void dropAll();
+    void reload();
+    Statuses statuses() const;
+    void fillFromMap();
+    void announceStatusesSince(const Statuses& before);
+
+    RecordItemMapModel* const m_owner;
+    ValueObservingPtr<RecordItemMap> m_map;
+    std::uint64_t m_cursor = 0;
+    RecordRows m_rows;
+    std::vector<QString> m_idsToRemove;
+    std::vector<std::pair<QString, bool>> m_removed; // of one run: ID, and whether it was being recorded
+    unsigned int m_generation = 0;                   // counts how often the rows went all at once
+    bool m_atWork = false;
+    bool m_toldMeanwhile = false;
+};
+
+bool RecordItemMapModel::Private::connect(const QString& path)
+{
+    disconnect();
+    m_map = Tree::Instance()->Find<RecordItemMap>(path);
+    if (m_map) {
+        m_cursor = 0;
+        m_map->SetChangeLogSize(changesToKeep);
+        Update(m_map.get(), TChangeCode::ValueChanged);
+    }
+    return m_map.get() != nullptr;
+}
+
+void RecordItemMapModel::Private::disconnect()
+{
+    dropAll();
+    m_map = nullptr;
+}
+
+void RecordItemMapModel::Private::Update(Observable*, TChangeCode code)
+{
+    switch (code) {
+    case TChangeCode::ValueChanged:
+        followMap();
+        break;
+    case TChangeCode::StateChanged:
+        if (m_map && m_map->GetState() == TValueState::Deleted) {
+            dropAll();
+        }
+        break;
+    case TChangeCode::ChildRemoved:
+        dropAll();
+        break;
+    default:
+        break;
+    }
+}
+
+// A notification that a slot of ours causes waits until the rows are as the present one leaves them.
+void RecordItemMapModel::Private::followMap()
+{
+    m_toldMeanwhile = true;
+    if (m_atWork) {
+        return;
+    }
+    const QScopedValueRollback atWork(m_atWork, true);
+    while (m_toldMeanwhile) {
+        m_toldMeanwhile = false;
+        readLog();
+        insertQueued();
+        removeListed();
+    }
+}
+
+// The map is looked at anew each time: a slot may have let go of it.
+void RecordItemMapModel::Private::readLog()
+{
+    char type = 0;
+    QString id;
+    while (const RecordItemMap* const map = m_map.get()) {
+        const signed char result = map->GetChangeLog().ReadNext(m_cursor, type, id);
+        if (result == 0) {
+            return;
+        }
+        if (result < 0) {
+            reload();
+        } else {
+            workOff(type, id);
+        }
+    }
+}
+
+void RecordItemMapModel::Private::workOff(char type, const QString& id)
+{
+    switch (type) {
+    case valueitemmap::ChangeSet:
+        recordSet(id);
+        break;
+    case valueitemmap::ChangeErased:
+        // Only rows are erased, not what is queued: a record that came and went within one notification keeps the row
+        // that it is about to get, until the next change of it.
+        if (m_rows.rowOf(id) >= 0) {
+            m_idsToRemove.push_back(id);
+        }
+        break;
+    case valueitemmap::ChangeCleared:
+        // What was queued before the clear outlives it, and what was listed for removal stays listed.
+        clearRows();
+        break;
+    default:
+        traceUnknownChange(type);
+        break;
+    }
+}
+
+void RecordItemMapModel::Private::recordSet(const QString& id)
+{
+    const Data data = recordOf(*m_map, id);
+    if (!data) {
+        if (m_rows.rowOf(id) >= 0) {
+            m_idsToRemove.push_back(id);
+        }
+        return;
+    }
+    const int row = m_rows.rowOrQueue(id, data);
+    if (row >= 0) {
+        updateRow(row, data);
+    }
+}
+
+void RecordItemMapModel::Private::updateRow(int row, const Data& data)
+{
+    const QString id = m_rows.id(row);
+    const StatusChange status{id, statusOf(data), statusOf(m_rows.data(row))};
+    m_rows.replace(row, data);
+    Q_EMIT m_owner->dataChanged(m_owner->index(row, 0), m_owner->index(row, m_owner->columnCount() - 1));
+    Q_EMIT m_owner->si_recordChanged(id);
+    if (status.now != status.before) {
+        Q_EMIT m_owner->si_recordStatusChanged(id, status.now, status.before);
+    }
+}
+
+void RecordItemMapModel::Private::insertQueued()
+{
+    if (m_rows.queuedCount() == 0) {
+        return;
+    }
+    const int first = m_rows.count();
+    m_owner->beginInsertRows(QModelIndex(), first, first + m_rows.queuedCount() - 1);
+    m_rows.showQueued();
+    m_owner->endInsertRows();
+    announceInserted(first);
+}
+
+void RecordItemMapModel::Private::announceInserted(int first)
+{
+    const unsigned int generation = m_generation;
+    for (int row = first; generation == m_generation && row < m_rows.count(); ++row) {
+        const QString id = m_rows.id(row);
+        const RecordStatus status = statusOf(m_rows.data(row));
+        Q_EMIT m_owner->si_recordChanged(id);
+        if (status != RecordStatus::Finished) {
+            Q_EMIT m_owner->si_recordStatusChanged(id, status, RecordStatus::Finished);
+        }
+    }
+}
+
+void RecordItemMapModel::Private::removeListed()
+{
+    const std::vector<int> rows = takeListedRows();
+    if (rows.empty()) {
+        return;
+    }
+    const unsigned int generation = m_generation;
+    for (std::size_t end = rows.size(); end > 0 && generation == m_generation;) {
+        std::size_t first = end - 1;
+        while (first > 0 && rows[first - 1] == rows[first] - 1) {
+            --first;
+        }
+        removeRun(rows[first], static_cast<int>(end - first));
+        end = first;
+    }
+    m_rows.closeGap();
+}
+
+// A record may be listed twice, and one that was listed may have gone with all others.
+std::vector<int> RecordItemMapModel::Private::takeListedRows()
+{
+    std::vector<int> rows;
+    rows.reserve(m_idsToRemove.size());
+    for (const QString& id : m_idsToRemove) {
+        if (const int row = m_rows.rowOf(id); row >= 0) {
+            rows.push_back(row);
+        }
+    }
+    m_idsToRemove.clear();
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+void RecordItemMapModel::Private::removeRun(int first, int count)
+{
+    m_owner->beginRemoveRows(QModelIndex(), first, first + count - 1);
+    m_removed.clear();
+    for (int row = first; row < first + count; ++row) {
+        m_removed.emplace_back(m_rows.id(row), isBeingRecorded(m_rows.data(row)));
+    }
+    m_rows.removeRun(first, count);
+    m_owner->endRemoveRows();
+    announceRemoved();
+}
+
+void RecordItemMapModel::Private::announceRemoved()
+{
+    for (const auto& [id, beingRecorded] : m_removed) {
+        Q_EMIT m_owner->si_recordDeleted(id);
+        if (beingRecorded) {
+            Q_EMIT m_owner->si_recordDeletedWhileRecording(id);
+        }
+    }
+}
+
+void RecordItemMapModel::Private::clearRows()
+{
+    if (m_rows.count() == 0) {
+        return;
+    }
+    ++m_generation;
+    m_owner->beginResetModel();
+    m_rows.clearRows();
+    m_owner->endResetModel();
+    Q_EMIT m_owner->si_allRecordsChanged();
+}
+
+// Also of what is only half worked off, where a slot lets go of the map in the middle of a notification.
+void RecordItemMapModel::Private::dropAll()
+{
+    m_rows.clearQueue();
+    m_idsToRemove.clear();
+    clearRows();
+}
+
+void RecordItemMapModel::Private::reload()
+{
+    const Statuses before = statuses();
+    ++m_generation;
+    m_idsToRemove.clear();
+    m_owner->beginResetModel();
+    m_rows.clearQueue();
+    m_rows.clearRows();
+    fillFromMap();
+    m_owner->endResetModel();
+    Q_EMIT m_owner->si_allRecordsChanged();
+    announceStatusesSince(before);
+}
+
+RecordItemMapModel::Private::Statuses RecordItemMapModel::Private::statuses() const
+{
+    Statuses result;
+    result.reserve(m_rows.count());
+    for (int row = 0; row < m_rows.count(); ++row) {
+        result.insert(m_rows.id(row), statusOf(m_rows.data(row)));
+    }
+    return result;
+}
+
+void RecordItemMapModel::Private::fillFromMap()
+{
+    for (const auto& [id, item] : m_map->data()) {
+        m_rows.rowOrQueue(id, item.GetRecordData());
+    }
+    m_rows.showQueued();
+}
+
+void RecordItemMapModel::Private::announceStatusesSince(const Statuses& before)
+{
+    const unsigned int generation = m_generation;
+    for (int row = 0; generation == m_generation && row < m_rows.count(); ++row) {
+        const QString id = m_rows.id(row);
+        const StatusChange status{id, statusOf(m_rows.data(row)), before.value(id, RecordStatus::Finished)};
+        if (status.now != status.before) {
+            Q_EMIT m_owner->si_recordStatusChanged(id, status.now, status.before);
+        }
+    }
+}
+
+RecordItemMapModel::RecordItemMapModel(QObject* parent)
+    : AbstractRecordListModel(parent)
+    , d(std::make_unique<Private>(this))
+{}
+
+RecordItemMapModel::RecordItemMapModel(const QString& path, QObject* parent)
+    : RecordItemMapModel(parent)
+{
+    connect(path);
+}
+
+RecordItemMapModel::~RecordItemMapModel() = default;
+
+bool RecordItemMapModel::connect(const QString& path)
+{
+    return d->connect(path);
+}
+
+bool RecordItemMapModel::connected() const
+{
+    return d->map() != nullptr;
+}
+
+const QString RecordItemMapModel::connectionPath() const
+{
+    return connected() ? d->map()->GetPathName() : QString();
+}
+
+void RecordItemMapModel::disconnect()
+{
+    d->disconnect();
+}
+
+std::shared_ptr<ZELKO_XML::ZELKO_RecordData> RecordItemMapModel::recordData(int row) const
+{
+    return row >= 0 && row < recordCount() ? d->rows().data(row) : nullptr;
+}
+
+QString RecordItemMapModel::recordID(int row) const
+{
+    return row >= 0 && row < recordCount() ? d->rows().id(row) : QString();
+}
+
+int RecordItemMapModel::recordCount() const
+{
+    return d->rows().count();
+}
+
+int RecordItemMapModel::recordRow(const QString& recordID) const
+{
+    return d->rows().rowOf(recordID);
+}
+
+} // namespace ZelkoGUI

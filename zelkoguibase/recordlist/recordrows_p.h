@@ -1,0 +1,83 @@
+#pragma once
+
+#include <zelkobase/data/zelko_recorddata.h>
+
+#include <QString>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace ZelkoGUI {
+
+/// The rows of a record list: an order of IDs, the record of each, and the row of each, found by hash. Every operation
+/// on one record costs the same in a list of any length.
+///
+/// Records may be queued behind the rows: they are held but do not count as rows until showQueued().
+///
+/// Rows are removed in runs, from the last run to the first. Between the first run and closeGap() the freed places
+/// stay, as one gap that moves up the list with the runs: so each record is moved once however many runs there are, and
+/// every row and every ID can be looked up all the while.
+class RecordRows
+{
+public:
+    using Data = std::shared_ptr<ZELKO_XML::ZELKO_RecordData>;
+
+    /// Number of rows.
+    int count() const { return m_count; }
+
+    /// Number of records that wait behind the rows.
+    int queuedCount() const { return static_cast<int>(m_order.size()) - m_count - m_gapLength; }
+
+    /// The row of an ID; -1 for one that is not there or queued.
+    int rowOf(const QString& id) const;
+
+    /// ID and data of a row, which must exist.
+    const QString& id(int row) const { return entry(row).first; }
+    const Data& data(int row) const { return entry(row).second.data; }
+
+    /// Replaces the data of a row.
+    void replace(int row, const Data& data) { entry(row).second.data = data; }
+
+    /// The row of an ID. For one without a row -1: it is queued with `data` then, in place of what was queued for it.
+    int rowOrQueue(const QString& id, const Data& data);
+
+    /// Makes rows of the queued records, behind the others and in the order in which they were queued.
+    void showQueued() { m_count += queuedCount(); }
+
+    /// Removes `count` rows from `first` on, all of which stand in front of those removed since closeGap().
+    void removeRun(int first, int count);
+
+    /// Ends the removal of runs. The only step whose cost depends on the length of the list.
+    void closeGap();
+
+    /// Removes all rows; queued records stay queued.
+    void clearRows();
+
+    void clearQueue();
+
+private:
+    struct Content
+    {
+        Data data;
+        int place; // in m_order
+    };
+    using Records = std::unordered_map<QString, Content>;
+    using Entry = Records::value_type;
+
+    int rowAt(int place) const { return place < m_gapStart ? place : place - m_gapLength; }
+    const Entry& entry(int row) const { return *m_order[placeOf(row)]; }
+    Entry& entry(int row) { return *m_order[placeOf(row)]; }
+    std::size_t placeOf(int row) const { return static_cast<std::size_t>(row < m_gapStart ? row : row + m_gapLength); }
+    void put(int place, Entry* entry);
+    void eraseEntries(int firstPlace, int count);
+    void renumberFrom(int place);
+
+    Records m_records;
+    std::vector<Entry*> m_order; // rows, with a gap among them while runs are removed, then the queue
+    int m_count = 0;
+    int m_gapStart = 0;
+    int m_gapLength = 0;
+};
+
+} // namespace ZelkoGUI
