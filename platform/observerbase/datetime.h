@@ -18,6 +18,12 @@ public:
     /// Whole milliseconds of `time` as microseconds; 0 for an invalid time and for one before the epoch.
     static quint64 toMicroseconds(const QDateTime& time);
 
+    /// `toMicroseconds` under the name that the recorder's own sources use.
+    static quint64 QDateTime2TimeStamp(const QDateTime& time) { return toMicroseconds(time); }
+
+    /// Whole seconds of a time or of a length, cut off towards zero; 0 for what is not a number or does not fit.
+    static qint64 microsecToSec(double microseconds);
+
     /// Now, in microseconds.
     static quint64 currentMicroseconds();
 

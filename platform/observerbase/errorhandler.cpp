@@ -9,12 +9,14 @@ namespace {
 Q_LOGGING_CATEGORY(lcMessage, "zelko.message")
 }
 
-struct ErrorHandler::Private {
+struct ErrorHandler::Private
+{
     std::atomic<unsigned int> mask{TraceError | TraceWarning};
     MessageSink sink;
 };
 
-ErrorHandler::ErrorHandler() : d(std::make_unique<Private>())
+ErrorHandler::ErrorHandler()
+    : d(std::make_unique<Private>())
 {}
 
 ErrorHandler::~ErrorHandler() = default;
@@ -37,8 +39,8 @@ void ErrorHandler::SetTraceMask(unsigned int mask)
 
 void ErrorHandler::ShowMessage(const QString& text)
 {
-    if (d->sink) {
-        d->sink(text);
+    if (const MessageSink sink = d->sink) { // a copy: the sink may set another one while it runs
+        sink(text);
     } else {
         qCWarning(lcMessage).noquote() << text;
     }

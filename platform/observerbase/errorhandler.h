@@ -19,10 +19,7 @@
 class OBSERVERBASE_EXPORT ErrorHandler
 {
 public:
-    enum TraceBit : unsigned int {
-        TraceError = 32,
-        TraceWarning = 64
-    };
+    enum TraceBit : unsigned int { TraceError = 32, TraceWarning = 64 };
 
     /// Receives one message for the user.
     using MessageSink = std::function<void(const QString& text)>;

@@ -7,7 +7,8 @@
 
 // The list outlives the observable for as long as a notification walks it. While one walks, positions stand still:
 // a removed observer leaves a null, a move to the front waits until the outermost walk has ended.
-struct Observable::List {
+struct Observable::List
+{
     std::vector<IObserver*> observers;
     std::vector<IObserver*> wantsFirst;
     int walks = 0;
@@ -22,6 +23,28 @@ struct Observable::List {
         }
     }
 
+    // Also when an observer throws: otherwise the list would stay frozen for good.
+    class Walk
+    {
+    public:
+        explicit Walk(List& list)
+            : m_list(list)
+        {
+            ++m_list.walks;
+        }
+        ~Walk()
+        {
+            if (--m_list.walks == 0) {
+                m_list.settle();
+            }
+        }
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+
+    private:
+        List& m_list;
+    };
+
     void settle()
     {
         std::erase(observers, nullptr);
@@ -34,7 +57,8 @@ struct Observable::List {
 
 Observable::Observable() = default;
 
-Observable::Observable(const Observable&) : Observable()
+Observable::Observable(const Observable&)
+    : Observable()
 {}
 
 Observable& Observable::operator=(const Observable&)
@@ -111,21 +135,19 @@ void Observable::NotifyObservers(TChangeCode code, IObserver* origin)
     }
     const std::shared_ptr<List> list = m_list;
     const std::size_t count = list->observers.size(); // who is added from here on waits for the next notification
-    ++list->walks;
+    const List::Walk walk(*list);
     for (std::size_t i = 0; i < count && list->alive; ++i) {
         IObserver* const observer = list->observers[i];
         if (observer && observer != origin) {
             observer->Update(this, code);
         }
     }
-    if (--list->walks == 0) {
-        list->settle();
-    }
 }
 
 std::size_t Observable::ObserverCount() const
 {
-    return m_list ? m_list->observers.size()
-                        - static_cast<std::size_t>(std::count(m_list->observers.begin(), m_list->observers.end(), nullptr))
-                  : 0;
+    return m_list
+               ? m_list->observers.size() -
+                     static_cast<std::size_t>(std::count(m_list->observers.begin(), m_list->observers.end(), nullptr))
+               : 0;
 }

@@ -10,8 +10,10 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcTrace, "zelko.trace")
 
-struct Sink {
-    std::mutex mutex;
+// Recursive, and called through a copy, so that a sink may trace and may set another sink.
+struct Sink
+{
+    std::recursive_mutex mutex;
     TraceSink receive;
 };
 
@@ -26,8 +28,8 @@ Sink& sink()
 void _Q_Trace(const QString& text, const char* file, int line)
 {
     const std::lock_guard lock(sink().mutex);
-    if (sink().receive) {
-        sink().receive(text, file, line);
+    if (const TraceSink receive = sink().receive) {
+        receive(text, file, line);
     } else if (lcTrace().isWarningEnabled()) {
         QMessageLogger(file, line, nullptr, lcTrace().categoryName()).warning().noquote() << text;
     }

@@ -13,6 +13,6 @@ using TraceSink = std::function<void(const QString& text, const char* file, int 
 /// logging category "zelko.trace". Ask the mask of ErrorHandler before building the text. Any thread.
 OBSERVERBASE_EXPORT void _Q_Trace(const QString& text, const char* file, int line);
 
-/// Sets who receives traces, and returns who did so far; an empty function restores the logging category. The sink may be
-/// called on any thread that traces, one call at a time.
+/// Sets who receives traces, and returns who did so far; an empty function restores the logging category. The sink may
+/// be called on any thread that traces, one call at a time.
 OBSERVERBASE_EXPORT TraceSink SetTraceSink(TraceSink sink);
