@@ -1,7 +1,5 @@
 #include <valuecore/commandoptimizer.h>
 
-#include <valuecore/valuebase.h>
-
 #include <utility>
 
 namespace {
@@ -21,7 +19,8 @@ std::size_t placeOf(const OnValue& command)
 
 bool isBaseCommand(const Command& command)
 {
-    return command.GetCommandId() == ValueBase::CommandIdState || command.GetCommandId() == ValueBase::CommandIdHasChanged;
+    return command.GetCommandId() == ValueBase::CommandIdState ||
+           command.GetCommandId() == ValueBase::CommandIdHasChanged;
 }
 
 } // namespace
@@ -40,7 +39,7 @@ void CommandListOptimizer::Add(std::unique_ptr<Command> command)
         } else {
             dropSuperseded(*command);
         }
-        m_targets.emplace(placeOf(*added), m_commands.size());
+        remember(*added, m_commands.size());
     }
     m_commands.push_back(std::move(command));
 }
@@ -59,11 +58,19 @@ void CommandListOptimizer::dropContent()
     m_targets.clear();
     for (auto& command : m_commands) {
         if (command && isBaseCommand(*command)) {
-            m_targets.emplace(placeOf(*onValue(*command)), kept.size());
+            remember(*onValue(*command), kept.size());
             kept.push_back(std::move(command));
         }
     }
     m_commands = std::move(kept);
+}
+
+// Kept commands are not looked at again, so that a long row of them costs nothing.
+void CommandListOptimizer::remember(const ValueBase::CommandOnValue& command, std::size_t position)
+{
+    if (!command.IsKept()) {
+        m_targets.emplace(placeOf(command), position);
+    }
 }
 
 void CommandListOptimizer::dropSuperseded(const Command& command)

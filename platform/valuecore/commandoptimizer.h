@@ -1,6 +1,7 @@
 #pragma once
 
 #include <valuecore/command.h>
+#include <valuecore/valuebase.h>
 #include <valuecore/valuecore_export.h>
 
 #include <cstddef>
@@ -19,8 +20,8 @@ public:
     virtual CommandList Take() = 0;
 };
 
-/// The optimizer of all values: asks the commands themselves (ValueBase::CommandOnValue::Supersedes). The cost of a command
-/// does not grow with the length of the list.
+/// The optimizer of all values: asks the commands themselves (ValueBase::CommandOnValue::Supersedes). The cost of a
+/// command does not grow with the length of the list.
 class VALUECORE_EXPORT CommandListOptimizer final : public ICommandListOptimizer
 {
 public:
@@ -31,6 +32,7 @@ public:
     CommandList Take() override;
 
 private:
+    void remember(const ValueBase::CommandOnValue& command, std::size_t position);
     void dropContent();
     void dropSuperseded(const Command& command);
 

@@ -32,7 +32,7 @@ public:
     int remainingAsInt() const;
 
     /// A number of fixed width in the machine's byte order.
-    template<typename T>
+    template <typename T>
     T number()
     {
         static_assert(std::is_arithmetic_v<T>);
@@ -73,7 +73,7 @@ private:
 /// The writing side: appends the same parts to a command string.
 namespace commandwriter {
 
-template<typename T>
+template <typename T>
 void number(std::string& out, T value)
 {
     static_assert(std::is_arithmetic_v<T>);

@@ -10,7 +10,7 @@ class ICommandTransmitter
 public:
     virtual ~ICommandTransmitter() = default;
 
-    /// `command` was executed on `value` by `origin` (null: nobody in particular). Valid during the call; must not change
-    /// the value. A transmitter that is itself the origin has the change already and does not send it back.
+    /// `command` was executed on `value` by `origin` (null: nobody in particular). Valid during the call; must not
+    /// change the value. A transmitter that is itself the origin has the change already and does not send it back.
     virtual void Transmit(ValueBase& value, const Command& command, IObserver* origin) = 0;
 };

@@ -2,7 +2,8 @@
 
 class TreeItem;
 
-/// Hears of every item that comes into a tree or leaves it. For whoever keeps a copy of a whole tree in step.
+/// Hears of every item that comes into a tree or leaves it, before the observers of its parent do. For whoever keeps a
+/// copy of a whole tree in step. It must not change the tree from within.
 class ITreeListener
 {
 public:

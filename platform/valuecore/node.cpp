@@ -1,6 +1,7 @@
 #include <valuecore/node.h>
 
-Node::Node(const QString& name) : TreeItem(name)
+Node::Node(const QString& name)
+    : TreeItem(name)
 {}
 
 Node::~Node() = default;

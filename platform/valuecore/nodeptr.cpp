@@ -29,7 +29,8 @@ void NodePtr::Set(Node* node)
     m_lifeline = node ? node->lifeline() : std::weak_ptr<void>();
 }
 
-NodeObservingPtr::NodeObservingPtr(IObserver* client) : m_client(client)
+NodeObservingPtr::NodeObservingPtr(IObserver* client)
+    : m_client(client)
 {}
 
 NodeObservingPtr::~NodeObservingPtr()

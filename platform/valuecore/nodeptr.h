@@ -35,7 +35,8 @@ private:
     std::weak_ptr<void> m_lifeline;
 };
 
-/// Handle on a node that keeps a client subscribed to it: the client hears of added and removed children.
+/// Handle on a node that keeps a client subscribed to it: the client hears of added and removed children. As with
+/// values, a client holds one such handle per node.
 class VALUECORE_EXPORT NodeObservingPtr final : public NodePtr
 {
 public:

@@ -4,6 +4,8 @@
 #include <valuecore/itreelistener.h>
 #include <valuecore/node.h>
 
+#include <QHash>
+
 #include <algorithm>
 #include <unordered_map>
 
@@ -23,9 +25,15 @@ QString normalized(const QString& path)
     return result;
 }
 
+bool isName(const QString& name)
+{
+    return !name.isEmpty() && !name.contains(separator);
+}
+
 } // namespace
 
-struct Tree::Private {
+struct Tree::Private
+{
     explicit Private(Tree* owner);
 
     TreeItem* find(const QString& path) const;
@@ -40,7 +48,8 @@ struct Tree::Private {
     ITreeListener* listener = nullptr;
 };
 
-Tree::Private::Private(Tree* tree) : owner(tree)
+Tree::Private::Private(Tree* tree)
+    : owner(tree)
 {
     auto top = std::make_unique<Node>(QString());
     root = top.get();
@@ -56,10 +65,10 @@ TreeItem* Tree::Private::find(const QString& path) const
 
 TreeItem* Tree::Private::insert(Node& parent, std::unique_ptr<TreeItem> item)
 {
-    if (!item || item->m_tree || item->m_name.isEmpty() || item->m_name.contains(separator)) {
+    const QString path = parent.m_path + separator + item->m_name;
+    if (parent.m_leaving || path.size() > MaximumPathLength) {
         return nullptr;
     }
-    const QString path = parent.m_path + separator + item->m_name;
     const auto [place, inserted] = items.try_emplace(path, nullptr);
     if (!inserted) {
         return nullptr;
@@ -107,17 +116,24 @@ void Tree::Private::detach(TreeItem& item)
     auto& siblings = parent->m_children;
     siblings.erase(std::find(siblings.rbegin(), siblings.rend(), &item).base() - 1);
     const auto place = items.find(path);
-    const std::unique_ptr<TreeItem> last = std::move(place->second);
+    const std::weak_ptr<void> parentAlive = parent->lifeline();
+    std::unique_ptr<TreeItem> last = std::move(place->second);
     items.erase(place);
+    last.reset(); // handles on the item are null when the parent's observers look at them
+    if (parentAlive.expired()) {
+        return;
+    }
     parent->NotifyObservers(TChangeCode::ChildRemoved, nullptr);
 }
 
-Tree::Tree() : d(std::make_unique<Private>(this))
+Tree::Tree()
+    : d(std::make_unique<Private>(this))
 {}
 
 Tree::~Tree()
 {
     d->listener = nullptr;
+    d->root->m_leaving = true;
     while (!d->root->m_children.empty()) {
         Remove(d->root->m_children.back()->m_path);
     }
@@ -136,6 +152,9 @@ TreeItem* Tree::GetItem(const QString& path) const
 
 TreeItem* Tree::Insert(const QString& parentPath, std::unique_ptr<TreeItem> item)
 {
+    if (!item || item->m_tree || !isName(item->m_name)) {
+        return nullptr;
+    }
     Node* const parent = CreateOrGetNode(parentPath);
     return parent ? d->insert(*parent, std::move(item)) : nullptr;
 }
@@ -143,7 +162,10 @@ TreeItem* Tree::Insert(const QString& parentPath, std::unique_ptr<TreeItem> item
 Node* Tree::CreateOrGetNode(const QString& path)
 {
     const QString wanted = normalized(path);
-    return wanted.contains(QLatin1String("//")) ? nullptr : d->nodeAt(wanted);
+    if (wanted.size() > MaximumPathLength || wanted.contains(QLatin1String("//"))) {
+        return nullptr;
+    }
+    return d->nodeAt(wanted);
 }
 
 bool Tree::Remove(const QString& path)
@@ -154,6 +176,7 @@ bool Tree::Remove(const QString& path)
         return false;
     }
     const auto alive = item->lifeline();
+    item->m_leaving = true;
     d->removeChildren(wanted);
     if (!alive.expired()) {
         if (auto* const subject = dynamic_cast<IDeleteSubject*>(item)) {

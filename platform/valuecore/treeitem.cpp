@@ -3,11 +3,13 @@
 #include <valuecore/node.h>
 #include <valuecore/tree.h>
 
-TreeItem::TreeItem(const QString& name) : m_name(name)
+TreeItem::TreeItem(const QString& name)
+    : m_name(name)
 {}
 
 // A copy stands in no tree and no handle points to it.
-TreeItem::TreeItem(const TreeItem& other) : m_name(other.m_name)
+TreeItem::TreeItem(const TreeItem& other)
+    : m_name(other.m_name)
 {}
 
 // An item keeps its name and its place when it takes over the content of another.

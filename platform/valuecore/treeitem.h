@@ -30,8 +30,8 @@ public:
     /// The node that holds this item, or null for a root and outside of a tree.
     Node* GetParent() const { return m_parent; }
 
-    /// The node at `relativePath` below this item; an empty path asks for the item itself. Null when there is none or when
-    /// what stands there is a value.
+    /// The node at `relativePath` below this item; an empty path asks for the item itself. Null when there is none or
+    /// when what stands there is a value.
     Node* GetNode(const QString& relativePath);
 
     /// Something that expires when the item dies.
@@ -47,6 +47,7 @@ private:
 
     QString m_name;
     QString m_path;
+    bool m_leaving = false; // nothing can be put below it any more
     Tree* m_tree = nullptr;
     Node* m_parent = nullptr;
     mutable std::shared_ptr<void> m_lifeline;

@@ -5,18 +5,19 @@
 #include <valuecore/valueformat.h>
 
 #include <type_traits>
+#include <typeinfo>
 
 /// A plain typed value. `F` is its form in commands and as text.
-template<typename T, typename F = ValueFormat<T>>
+template <typename T, typename F = ValueFormat<T>>
 class Value : public ValueBase
 {
 public:
-    enum CommandId : int {
-        CommandIdSet = 10
-    };
+    enum CommandId : int { CommandIdSet = 10 };
     class CommandSet;
 
-    explicit Value(const QString& name = QString(), TValueState state = TValueState::Open) : ValueBase(name, state) {}
+    explicit Value(const QString& name = QString(), TValueState state = TValueState::Open)
+        : ValueBase(name, state)
+    {}
     Value(const Value&) = default;
     Value& operator=(const Value&) = default;
 
@@ -55,11 +56,17 @@ public:
     int GetType() const override { return F::type; }
     const char* GetTypeName() const override { return F::typeName; }
 
-    void Assign(const ValueBase& other) override { *this = dynamic_cast<const Value&>(other); }
+    // A value with limits is a plain value too, but not one of the same type.
+    void Assign(const ValueBase& other) override
+    {
+        if (typeid(*this) != typeid(other)) {
+            throw std::bad_cast();
+        }
+        *this = static_cast<const Value&>(other);
+    }
     bool Compare(const ValueBase* other) const override
     {
-        const auto* const same = dynamic_cast<const Value*>(other);
-        return same && *this == *same;
+        return other && typeid(*this) == typeid(*other) && *this == static_cast<const Value&>(*other);
     }
 
     void AddObjectStateStringForTransmission(std::string& out, unsigned int flags) override
@@ -79,8 +86,9 @@ public:
     }
 
 protected:
-    /// Whether the value may hold `value`.
-    virtual bool accepts(const T&) const { return true; }
+    /// Whether the value may hold `value`. What differs from itself, as "not a number" does, could never be compared
+    /// with what a peer holds, so no value holds it.
+    virtual bool accepts(const T& value) const { return value == value; }
 
 private:
     // `repeat` keeps the notification although the content is the same on the other side.
@@ -97,7 +105,7 @@ private:
 };
 
 /// Sets the content of a plain value, or repeats the notification of it.
-template<typename T, typename F>
+template <typename T, typename F>
 class Value<T, F>::CommandSet final : public ValueBase::CommandOnValue
 {
 public:
@@ -106,7 +114,8 @@ public:
         , m_content(content)
         , m_repeat(repeat)
     {}
-    CommandSet(Value* value, CommandReader& reader, IObserver* origin) : CommandOnValue(CommandIdSet, value, origin)
+    CommandSet(Value* value, CommandReader& reader, IObserver* origin)
+        : CommandOnValue(CommandIdSet, value, origin)
     {
         m_repeat = reader.boolean();
         m_content = F::read(reader);
@@ -132,10 +141,10 @@ public:
     CommandSet* Clone() const override { return new CommandSet(*this); }
 
     // A repeated command is an order given twice: none of the two is left out.
+    bool IsKept() const override { return m_repeat; }
     bool Supersedes(const CommandOnValue& earlier) const override
     {
-        const auto* const set = dynamic_cast<const CommandSet*>(&earlier);
-        return set && !set->m_repeat;
+        return earlier.GetCommandId() == CommandIdSet && !earlier.IsKept();
     }
 
 private:

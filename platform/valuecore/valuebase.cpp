@@ -16,7 +16,9 @@ namespace {
 class WholeStateCursor final : public IObjectStateCursor
 {
 public:
-    explicit WholeStateCursor(ValueBase& value) : m_value(value) {}
+    explicit WholeStateCursor(ValueBase& value)
+        : m_value(value)
+    {}
 
     bool AppendNext(std::string& out, std::size_t) override
     {
@@ -31,14 +33,17 @@ private:
 } // namespace
 
 // What a value with an update time needs besides.
-struct ValueBase::Waiting {
+struct ValueBase::Waiting
+{
     CommandList commands;
     QTimer timer;
     int milliseconds = 0;
     bool overridden = false;
 };
 
-ValueBase::ValueBase(const QString& name, TValueState state) : TreeItem(name), m_state(state)
+ValueBase::ValueBase(const QString& name, TValueState state)
+    : TreeItem(name)
+    , m_state(state)
 {}
 
 ValueBase::ValueBase(const ValueBase& other)
@@ -76,7 +81,7 @@ void ValueBase::SetState(TValueState state, IObserver* origin)
         return;
     }
     m_state = state;
-    if (Record()) {
+    if (Record() && state != TValueState::Deleted) {
         RecordCommand(new CommandState(this, state, origin));
     }
     NotifyObservers(TChangeCode::StateChanged, origin);
@@ -105,7 +110,11 @@ std::string ValueBase::GetCommandStringForTransmission()
 
 void ValueBase::SetCommandString(const CommandList& commands)
 {
+    const auto alive = lifeline();
     for (const auto& command : commands) {
+        if (alive.expired()) {
+            return;
+        }
         command->Execute();
     }
 }
@@ -148,14 +157,19 @@ std::string ValueBase::GetCommandStringForRecording()
     return stream;
 }
 
-void ValueBase::SetUpdateTimerTime(int milliseconds)
+ValueBase::Waiting& ValueBase::waiting()
 {
     if (!m_waiting) {
         m_waiting = std::make_unique<Waiting>();
         m_waiting->timer.setSingleShot(true);
         QObject::connect(&m_waiting->timer, &QTimer::timeout, &m_waiting->timer, [this] { OnTimer(); });
     }
-    m_waiting->milliseconds = milliseconds;
+    return *m_waiting;
+}
+
+void ValueBase::SetUpdateTimerTime(int milliseconds)
+{
+    waiting().milliseconds = milliseconds;
     if (milliseconds <= 0) {
         passOnWaiting();
     }
@@ -163,10 +177,8 @@ void ValueBase::SetUpdateTimerTime(int milliseconds)
 
 void ValueBase::OverrideTimer()
 {
-    if (m_waiting) {
-        m_waiting->overridden = true;
-        passOnWaiting();
-    }
+    waiting().overridden = true;
+    passOnWaiting();
 }
 
 void ValueBase::KillOverrideTimer()
@@ -207,7 +219,9 @@ void ValueBase::PreWorkCommandList(CommandList& commands)
 
 void ValueBase::AddObjectStateStringForTransmission(std::string& out, unsigned int)
 {
-    CommandState(this, m_state, nullptr).AddCommandString(out);
+    if (m_state != TValueState::Deleted) {
+        CommandState(this, m_state, nullptr).AddCommandString(out);
+    }
 }
 
 std::unique_ptr<IObjectStateCursor> ValueBase::OpenObjectState()
@@ -285,8 +299,12 @@ bool ValueBase::IsTransactionActive() const
 
 void ValueBase::AnnounceDeletion()
 {
-    m_transmitter = nullptr; // whoever copies the tree learns of the removal from the tree
-    SetState(TValueState::Deleted, nullptr);
+    if (std::exchange(m_deletionAnnounced, true)) {
+        return;
+    }
+    SetTransmitter(nullptr); // whoever copies the tree learns of the removal from the tree
+    m_state = TValueState::Deleted;
+    NotifyObservers(TChangeCode::StateChanged, nullptr);
 }
 
 void ValueBase::OnTimer()
@@ -374,6 +392,11 @@ bool ValueBase::CommandOnValue::Supersedes(const CommandOnValue&) const
 }
 
 bool ValueBase::CommandOnValue::SupersedesContent() const
+{
+    return false;
+}
+
+bool ValueBase::CommandOnValue::IsKept() const
 {
     return false;
 }

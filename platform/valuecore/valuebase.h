@@ -37,10 +37,7 @@ public:
     class CommandOnValue;
 
     /// Command ids that every value knows. A derived class has ids from 10 on.
-    enum BaseCommandId : int {
-        CommandIdState = 1,
-        CommandIdHasChanged = 2
-    };
+    enum BaseCommandId : int { CommandIdState = 1, CommandIdHasChanged = 2 };
 
     explicit ValueBase(const QString& name = QString(), TValueState state = TValueState::Open);
     ValueBase(const ValueBase& other);
@@ -59,21 +56,22 @@ public:
 
     TValueState GetState() const override { return m_state; }
 
-    /// Sets the state; observers other than `origin` hear StateChanged if it differs.
+    /// Sets the state; observers other than `origin` hear StateChanged if it differs. State Deleted stays on this side:
+    /// that a value is gone is for its tree to say, and no stream carries it.
     void SetState(TValueState state, IObserver* origin) override;
 
-    /// Notifies observers other than `origin` and passes the value on if it is bound, without any change of content: gives
-    /// a command twice.
+    /// Notifies observers other than `origin` and passes the value on if it is bound, without any change of content:
+    /// gives a command twice.
     void HasChanged(TChangeCode code, IObserver* origin) override;
 
     /// The commands that wait for their update time, as a stream; they wait no longer.
     std::string GetCommandStringForTransmission() override;
 
-    /// Executes the commands in order.
+    /// Executes the commands in order. An observer may take the value out of its tree meanwhile, which ends it.
     void SetCommandString(const CommandList& commands) override;
 
-    /// Reads commands up to the end of `stream` and executes them. False when the stream is malformed or truncated: then
-    /// none of its commands was executed.
+    /// Reads commands up to the end of `stream` and executes them. False when the stream is malformed or truncated:
+    /// then none of its commands was executed.
     bool SetCommandString(std::string_view stream, IObserver* origin) override;
 
     /// Takes over the content of a value of the same type; throws std::bad_cast on any other.
@@ -85,7 +83,8 @@ public:
     /// The commands recorded since recording was switched on or this was called last, as a stream.
     std::string GetCommandStringForRecording() override;
 
-    /// Passes commands on at most once in `milliseconds`, superfluous ones left out; 0, the default, passes each at once.
+    /// Passes commands on at most once in `milliseconds`, superfluous ones left out; 0, the default, passes each at
+    /// once.
     void SetUpdateTimerTime(int milliseconds) override;
 
     /// Passes on what waits, and everything from now on at once, whatever the update time.
@@ -137,7 +136,7 @@ public:
 
     // IDeleteSubject, Vorn::IHasTimerCallback, IOptimizeTrigger
 
-    /// State Deleted, and StateChanged to all observers, also in the middle of a transaction.
+    /// State Deleted, and StateChanged to all observers, also in the middle of a transaction. Unbinds the value.
     void AnnounceDeletion() override;
     void OnTimer() override;
     void TriggerOptimization() override;
@@ -154,8 +153,8 @@ public:
     /// Switches the list for GetCommandStringForRecording on or off; switching empties it.
     void SetRecording(bool on);
 
-    /// How many changes a notification may fold so that an observer can still read each of them; 0 when the value keeps no
-    /// log of its changes and notifications about it are not to be folded from outside.
+    /// How many changes a notification may fold so that an observer can still read each of them; 0 when the value keeps
+    /// no log of its changes and notifications about it are not to be folded from outside.
     virtual std::size_t ChangeLogCapacity() const;
 
 protected:
@@ -168,11 +167,13 @@ protected:
 private:
     struct Waiting;
 
+    Waiting& waiting();
     void transmit(const Command& command);
     void passOnWaiting();
 
     TValueState m_state;
     bool m_recording = false;
+    bool m_deletionAnnounced = false;
     int m_transactionDepth = 0;
     ICommandTransmitter* m_transmitter = nullptr;
     CommandList m_recorded;
@@ -201,6 +202,9 @@ public:
 
     /// True if this replaces whatever came before it in the value's content.
     virtual bool SupersedesContent() const;
+
+    /// True if this is never left out in favour of a later command on the same target: an order given on purpose.
+    virtual bool IsKept() const;
 
 protected:
     /// The value; commands live no longer than it.
@@ -238,6 +242,7 @@ public:
     void Execute() override;
     void AddCommandString(std::string& out) const override;
     CommandHasChanged* Clone() const override;
+    bool IsKept() const override { return true; }
 
 private:
     TChangeCode m_code;

@@ -8,23 +8,24 @@
 namespace valuefactory {
 namespace {
 
-template<typename V>
+template <typename V>
 std::unique_ptr<ValueBase> make()
 {
     return std::make_unique<V>();
 }
 
-template<typename V>
+template <typename V>
 std::pair<const std::string, Maker> entry()
 {
     return {V().GetTypeName(), &make<V>};
 }
 
-struct Types {
+struct Types
+{
     std::mutex mutex;
-    std::map<std::string, Maker, std::less<>> makers{entry<Value<QString>>(), entry<Value<int>>(), entry<Value<bool>>(),
-        entry<Value<double>>(), entry<Value<qint64>>(), entry<ValueNumeric<double>>(), entry<ValueNumeric<qint64>>(),
-        entry<ValueSelection>()};
+    std::map<std::string, Maker, std::less<>> makers{
+        entry<Value<QString>>(), entry<Value<int>>(),           entry<Value<bool>>(),          entry<Value<double>>(),
+        entry<Value<qint64>>(),  entry<ValueNumeric<double>>(), entry<ValueNumeric<qint64>>(), entry<ValueSelection>()};
 };
 
 Types& types()

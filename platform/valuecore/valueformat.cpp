@@ -2,7 +2,7 @@
 
 namespace {
 
-template<typename T>
+template <typename T>
 std::optional<T> ifOk(T value, bool ok)
 {
     return ok ? std::optional<T>(value) : std::nullopt;

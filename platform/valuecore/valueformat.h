@@ -15,11 +15,12 @@
 ///     T read(CommandReader& reader);
 ///     QString toText(const T& value);
 ///     std::optional<T> fromText(const QString& text);
-template<typename T>
+template <typename T>
 struct ValueFormat;
 
-template<>
-struct VALUECORE_EXPORT ValueFormat<QString> {
+template <>
+struct VALUECORE_EXPORT ValueFormat<QString>
+{
     static constexpr int type = 1;
     static constexpr const char* typeName = "Text";
     static void write(std::string& out, const QString& value) { commandwriter::string(out, value); }
@@ -28,8 +29,9 @@ struct VALUECORE_EXPORT ValueFormat<QString> {
     static std::optional<QString> fromText(const QString& text) { return text; }
 };
 
-template<>
-struct VALUECORE_EXPORT ValueFormat<int> {
+template <>
+struct VALUECORE_EXPORT ValueFormat<int>
+{
     static constexpr int type = 2;
     static constexpr const char* typeName = "Integer";
     static void write(std::string& out, int value) { commandwriter::number(out, std::int32_t{value}); }
@@ -38,8 +40,9 @@ struct VALUECORE_EXPORT ValueFormat<int> {
     static std::optional<int> fromText(const QString& text);
 };
 
-template<>
-struct VALUECORE_EXPORT ValueFormat<bool> {
+template <>
+struct VALUECORE_EXPORT ValueFormat<bool>
+{
     static constexpr int type = 3;
     static constexpr const char* typeName = "Boolean";
     static void write(std::string& out, bool value) { commandwriter::number(out, static_cast<std::uint8_t>(value)); }
@@ -48,8 +51,9 @@ struct VALUECORE_EXPORT ValueFormat<bool> {
     static std::optional<bool> fromText(const QString& text);
 };
 
-template<>
-struct VALUECORE_EXPORT ValueFormat<double> {
+template <>
+struct VALUECORE_EXPORT ValueFormat<double>
+{
     static constexpr int type = 4;
     static constexpr const char* typeName = "Number";
     static void write(std::string& out, double value) { commandwriter::number(out, value); }
@@ -58,8 +62,9 @@ struct VALUECORE_EXPORT ValueFormat<double> {
     static std::optional<double> fromText(const QString& text);
 };
 
-template<>
-struct VALUECORE_EXPORT ValueFormat<qint64> {
+template <>
+struct VALUECORE_EXPORT ValueFormat<qint64>
+{
     static constexpr int type = 5;
     static constexpr const char* typeName = "Integer64";
     static void write(std::string& out, qint64 value) { commandwriter::number(out, value); }

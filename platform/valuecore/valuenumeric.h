@@ -6,13 +6,11 @@
 #include <limits>
 
 /// A number with limits. A number outside of them, and one that is not a number at all, is refused.
-template<typename T>
+template <typename T>
 class ValueNumeric : public Value<T>
 {
 public:
-    enum CommandId : int {
-        CommandIdLimits = 11
-    };
+    enum CommandId : int { CommandIdLimits = 11 };
     class CommandLimits;
 
     explicit ValueNumeric(const QString& name = QString(), TValueState state = TValueState::Open);
@@ -23,8 +21,9 @@ public:
     T GetMinimum() const { return m_minimum; }
     T GetMaximum() const { return m_maximum; }
 
-    /// Sets the limits, both inclusive; the whole range of T at first. False, and no change, when `minimum` is not at most
-    /// `maximum`. A content that lies outside of the new limits moves to the nearer one.
+    /// Sets the limits, both inclusive; the whole range of T at first. False, and no change, when `minimum` is not at
+    /// most `maximum`. A content that lies outside of the new limits moves to the nearer one. Observers hear
+    /// ValueChanged once if the limits differ.
     bool SetLimits(T minimum, T maximum, IObserver* origin);
 
     bool operator==(const ValueNumeric& other) const;

@@ -8,7 +8,7 @@
 #include <memory>
 
 /// Handle on a value of the tree. Null until the value is found, and null again once the value is gone.
-template<typename T>
+template <typename T>
 class ValuePtr
 {
 public:
@@ -53,14 +53,17 @@ private:
 /// Handle on a value of the tree that keeps a client subscribed to the value for as long as it points to it. After the
 /// handle was reset, pointed elsewhere or destroyed, the client is not called any more.
 ///
-/// The client stands in front of the handle in the value's list of observers: on the notice of a deletion the client still
-/// sees the value through the handle, which lets go of it right afterwards.
-template<typename T>
+/// The client stands in front of the handle in the value's list of observers: on the notice of a deletion the client
+/// still sees the value through the handle, which lets go of it right afterwards. A client holds one such handle per
+/// value: the first of two that goes would end the subscription of both.
+template <typename T>
 class ValueObservingPtr final : public IObserver
 {
 public:
     /// `client` is not owned and outlives the handle.
-    explicit ValueObservingPtr(IObserver* client) : m_client(client) {}
+    explicit ValueObservingPtr(IObserver* client)
+        : m_client(client)
+    {}
     ~ValueObservingPtr() override { Reset(); }
     ValueObservingPtr(const ValueObservingPtr&) = delete;
     ValueObservingPtr& operator=(const ValueObservingPtr&) = delete;

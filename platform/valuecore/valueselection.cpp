@@ -21,9 +21,10 @@ public:
     void Execute() override
     {
         auto& selection = static_cast<ValueSelection&>(*value());
-        if (m_repeat && selection.indexOf(m_key) >= 0) {
-            selection.apply(m_key, true, GetOrigin());
-        } else {
+        const bool unknown = selection.indexOf(m_key) < 0; // the sender's choices changed under its key
+        if (m_repeat || (unknown && m_key != selection.m_key)) {
+            selection.apply(m_key, m_repeat, GetOrigin());
+        } else if (!unknown) {
             selection.SetCurrentKey(m_key, GetOrigin());
         }
     }
@@ -35,10 +36,10 @@ public:
         out.push_back(';');
     }
     CommandKey* Clone() const override { return new CommandKey(*this); }
+    bool IsKept() const override { return m_repeat; }
     bool Supersedes(const CommandOnValue& earlier) const override
     {
-        const auto* const set = dynamic_cast<const CommandKey*>(&earlier);
-        return set && !set->m_repeat;
+        return earlier.GetCommandId() == CommandIdKey && !earlier.IsKept();
     }
 
 private:
@@ -82,7 +83,8 @@ private:
     std::vector<Choice> m_choices;
 };
 
-ValueSelection::ValueSelection(const QString& name, TValueState state) : ValueBase(name, state)
+ValueSelection::ValueSelection(const QString& name, TValueState state)
+    : ValueBase(name, state)
 {}
 
 ValueSelection::ValueSelection(const ValueDescriptor& descriptor, TValueState state)
@@ -104,7 +106,8 @@ ValueSelection& ValueSelection::operator=(const ValueSelection&) = default;
 
 int ValueSelection::indexOf(int key) const
 {
-    const auto found = std::find_if(m_choices.begin(), m_choices.end(), [key](const Choice& c) { return c.key == key; });
+    const auto found =
+        std::find_if(m_choices.begin(), m_choices.end(), [key](const Choice& c) { return c.key == key; });
     return found == m_choices.end() ? -1 : static_cast<int>(found - m_choices.begin());
 }
 
@@ -158,7 +161,8 @@ void ValueSelection::HasChanged(TChangeCode code, IObserver* origin)
 
 bool ValueSelection::SetStringValue(const QString& text, IObserver* origin)
 {
-    const auto found = std::find_if(m_choices.begin(), m_choices.end(), [&](const Choice& c) { return c.name == text; });
+    const auto found =
+        std::find_if(m_choices.begin(), m_choices.end(), [&](const Choice& c) { return c.name == text; });
     return found != m_choices.end() && SetCurrentKey(found->key, origin);
 }
 

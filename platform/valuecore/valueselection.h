@@ -12,15 +12,13 @@
 class VALUECORE_EXPORT ValueSelection : public ValueBase
 {
 public:
-    struct Choice {
+    struct Choice
+    {
         int key;
         QString name;
         bool operator==(const Choice&) const = default;
     };
-    enum CommandId : int {
-        CommandIdKey = 10,
-        CommandIdChoices = 11
-    };
+    enum CommandId : int { CommandIdKey = 10, CommandIdChoices = 11 };
 
     explicit ValueSelection(const QString& name = QString(), TValueState state = TValueState::Open);
     /// Takes name and choices from a static description and selects the first choice.
@@ -40,7 +38,8 @@ public:
 
     const std::vector<Choice>& GetChoices() const { return m_choices; }
 
-    /// Selects by key. False, and no change, when there is no such choice; true also when nothing changed.
+    /// Selects by key. False, and no change, when there is no such choice; true also when nothing changed. A command
+    /// from a peer may carry a key without a choice, since the peer's choices may have been replaced under its key.
     virtual bool SetCurrentKey(int key, IObserver* origin);
 
     /// Replaces the choices; the key stays. Observers hear ValueChanged if they differ.
