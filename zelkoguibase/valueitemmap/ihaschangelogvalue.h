@@ -5,13 +5,13 @@
 
 class ValueBase;
 
-template<typename Type, typename Key>
+template <typename Type, typename Key>
 class ChangeLogTemplate;
 
 namespace valueitemmap {
 
 /// A keyed map value as its readers see it, whatever its items are.
-template<typename K>
+template <typename K>
 class IHasChangeLogValueTemplate
 {
 public:

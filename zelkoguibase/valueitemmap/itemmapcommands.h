@@ -3,22 +3,20 @@
 #include <valuecore/valuebase.h>
 #include <zelkoguibase/valueitemmap/keyformat.h>
 
+#include <QHash>
+
 #include <functional>
 #include <optional>
 #include <string>
 
-template<typename T, typename F, typename A>
+template <typename T, typename F, typename A>
 class ValueItemMapBase;
 
 /// Ids of the commands of a keyed map.
-enum ItemMapCommandId : int {
-    CommandIdMapSetAt = 20,
-    CommandIdMapEraseAt = 21,
-    CommandIdMapClear = 22
-};
+enum ItemMapCommandId : int { CommandIdMapSetAt = 20, CommandIdMapEraseAt = 21, CommandIdMapClear = 22 };
 
 /// What the two commands on one item share: the key, and what follows from it.
-template<typename T, typename F, typename A>
+template <typename T, typename F, typename A>
 class CommandOnMapItem : public ValueBase::CommandOnValue
 {
 public:
@@ -59,7 +57,7 @@ private:
 };
 
 /// Sets or inserts one item.
-template<typename T, typename F, typename A>
+template <typename T, typename F, typename A>
 class CommandMapSetAt final : public CommandOnMapItem<T, F, A>
 {
 public:
@@ -74,7 +72,8 @@ public:
 
     // An item announces its size, so its bytes are known to be there before its own format reads them. What that format
     // then makes of them is its affair: an item that it cannot read in full is set as far as it was read.
-    CommandMapSetAt(Map* map, CommandReader& reader, IObserver* origin) : Base(CommandIdMapSetAt, map, reader, origin)
+    CommandMapSetAt(Map* map, CommandReader& reader, IObserver* origin)
+        : Base(CommandIdMapSetAt, map, reader, origin)
     {
         const std::size_t size = reader.itemSize();
         if (reader.ok()) {
@@ -100,7 +99,7 @@ private:
 };
 
 /// Erases one item.
-template<typename T, typename F, typename A>
+template <typename T, typename F, typename A>
 class CommandMapEraseAt final : public CommandOnMapItem<T, F, A>
 {
 public:
@@ -108,7 +107,9 @@ public:
     using typename Base::Key;
     using typename Base::Map;
 
-    CommandMapEraseAt(Map* map, const Key& key, IObserver* origin) : Base(CommandIdMapEraseAt, map, key, origin) {}
+    CommandMapEraseAt(Map* map, const Key& key, IObserver* origin)
+        : Base(CommandIdMapEraseAt, map, key, origin)
+    {}
     CommandMapEraseAt(Map* map, CommandReader& reader, IObserver* origin)
         : Base(CommandIdMapEraseAt, map, reader, origin)
     {}
@@ -118,13 +119,15 @@ public:
 };
 
 /// Removes all items.
-template<typename T, typename F, typename A>
+template <typename T, typename F, typename A>
 class CommandMapClear final : public ValueBase::CommandOnValue
 {
 public:
     using Map = ValueItemMapBase<T, F, A>;
 
-    CommandMapClear(Map* map, IObserver* origin) : CommandOnValue(CommandIdMapClear, map, origin) {}
+    CommandMapClear(Map* map, IObserver* origin)
+        : CommandOnValue(CommandIdMapClear, map, origin)
+    {}
 
     void Execute() override { static_cast<Map&>(*this->value()).Clear(this->GetOrigin()); }
     CommandMapClear* Clone() const override { return new CommandMapClear(*this); }

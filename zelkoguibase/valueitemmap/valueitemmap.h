@@ -3,14 +3,16 @@
 #include <zelkoguibase/valueitemmap/valueitemmapbase.h>
 
 /// ValueItemMapBase as a whole value: what is left to a concrete class is its type number and type name.
-template<typename T, typename F, typename A>
+template <typename T, typename F, typename A>
 class ValueItemMap : public ValueItemMapBase<T, F, A>
 {
 public:
     using Base = ValueItemMapBase<T, F, A>;
 
     ValueItemMap() = default;
-    ValueItemMap(const QString& name, TValueState state) : Base(name, state) {}
+    ValueItemMap(const QString& name, TValueState state)
+        : Base(name, state)
+    {}
     ValueItemMap(const ValueItemMap& other) = default;
     ValueItemMap& operator=(const ValueItemMap& other) = default;
 

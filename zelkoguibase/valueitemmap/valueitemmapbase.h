@@ -7,6 +7,7 @@
 #include <zelkoguibase/valueitemmap/itemmapcommands.h>
 #include <zelkoguibase/valueitemmap/keyformat.h>
 
+#include <QHash>
 #include <QString>
 
 #include <exception>
@@ -33,23 +34,22 @@ public:
 
 /// A keyed map on the value tree with a numbered log of its changes.
 ///
-/// `T` is the item. It has a `KeyType`, a virtual accessor `GetKey()`, copies, and an equality that compares content. `F`,
-/// its format, has the static functions
+/// `T` is the item. It has a `KeyType`, a virtual accessor `GetKey()`, copies, and an equality that compares content.
+/// `F`, its format, has the static functions
 ///
-///     std::string toStandardString(const T&);           // begins with its own size: 4 bytes, machine order, size of the rest
-///     bool fromCharStream(const char** stream, T&);     // that size is known to be there when this is called
+///     std::string toStandardString(const T&);           // begins with its own size: 4 bytes, machine order, size of
+///     the rest bool fromCharStream(const char** stream, T&);     // that size is known to be there when this is called
 ///     QString GetString(const T&);                      // one line for people
 ///
 /// `A`, its text adapter, is carried along for other users of the type; the map does not call it.
 ///
 /// An observer of the map is told only that it changed (ValueChanged) and reads from the log, from a cursor of its own,
-/// what did. Any number of changes can so be folded into one notification, and an observer that fell too far behind learns
-/// that it has to read the whole map. Operations that change nothing log nothing and tell nobody.
+/// what did. Any number of changes can so be folded into one notification, and an observer that fell too far behind
+/// learns that it has to read the whole map. Operations that change nothing log nothing and tell nobody.
 ///
 /// Not thread safe; observers are called synchronously.
-template<typename T, typename F, typename A>
-class ValueItemMapBase : public ValueBase,
-                         public virtual valueitemmap::IHasChangeLogValueTemplate<typename T::KeyType>
+template <typename T, typename F, typename A>
+class ValueItemMapBase : public ValueBase, public virtual valueitemmap::IHasChangeLogValueTemplate<typename T::KeyType>
 {
 public:
     using KeyType = typename T::KeyType;
@@ -64,10 +64,17 @@ public:
     static const K InvalidKey;
     static const K& GetInvalidKey() { return InvalidKey; }
 
-    ValueItemMapBase() : ValueItemMapBase(QString(), TValueState::Open) {}
-    ValueItemMapBase(const QString& name, TValueState state) : ValueBase(name, state), m_map(bucketsAtFirst) {}
+    ValueItemMapBase()
+        : ValueItemMapBase(QString(), TValueState::Open)
+    {}
+    ValueItemMapBase(const QString& name, TValueState state)
+        : ValueBase(name, state)
+        , m_map(bucketsAtFirst)
+    {}
     ValueItemMapBase(const ValueItemMapBase& other)
-        : Observable(other)
+        : Observable()
+        , ISupportTransaction()
+        , valueitemmap::IHasChangeLogValueTemplate<K>()
         , ValueBase(other)
         , m_map(bucketsAtFirst)
     {
@@ -91,7 +98,8 @@ public:
     // Changing one item
 
     /// Sets or inserts the item under `key` and returns the key. With InvalidKey a new key is made; a type of key that
-    /// cannot be made throws valueitemmap::NoUniqueKeyError. An item equal to the present one changes nothing.
+    /// cannot be made throws valueitemmap::NoUniqueKeyError and nothing changes. An item equal to the present one
+    /// changes nothing.
     virtual K SetAt(K key, const T& item, IObserver* origin)
     {
         if (key == InvalidKey) {
@@ -148,19 +156,15 @@ public:
     /// `onlyDifferences`: items that are there already are left alone, instead of being set again after a clear.
     void Set(const std::list<T>& items, bool removeOthers, bool onlyDifferences, IObserver* origin)
     {
-        StartTransaction(origin);
-        if (onlyDifferences) {
-            setDifferences(items, [](const T& item) { return std::pair<K, const T&>(item.GetKey(), item); },
-                removeOthers, origin);
-        } else {
-            if (removeOthers) {
-                Clear(origin);
+        inTransaction(origin, [&] {
+            if (onlyDifferences) {
+                setDifferences(
+                    items, [](const T& item) { return std::pair<K, const T&>(item.GetKey(), item); }, removeOthers,
+                    origin);
+            } else {
+                setAll(items, removeOthers, origin);
             }
-            for (const T& item : items) {
-                Add(item, origin);
-            }
-        }
-        EndTransaction(TChangeCode::ValueChanged, origin);
+        });
     }
 
     /// The same with keys given. Without `onlyDifferences` the given map always replaces the held one, whatever
@@ -174,13 +178,15 @@ public:
             SetMap(items, origin);
             return;
         }
-        StartTransaction(origin);
-        setDifferences(items, [](const auto& item) { return std::pair<K, const T&>(item.first, item.second); },
-            removeOthers, origin);
-        EndTransaction(TChangeCode::ValueChanged, origin);
+        inTransaction(origin, [&] {
+            setDifferences(
+                items, [](const auto& item) { return std::pair<K, const T&>(item.first, item.second); }, removeOthers,
+                origin);
+        });
     }
 
-    /// Replaces the whole map. Always logs a clear and notifies once, also when both maps are empty.
+    /// Replaces the whole map, which must not hold InvalidKey. Always logs a clear and notifies once, also when both
+    /// maps are empty.
     void SetMap(const MapType& items, IObserver* origin)
     {
         logCleared(origin);
@@ -241,8 +247,9 @@ public:
 
     const ChangeLog& GetChangeLog() const override { return m_changeLog; }
 
-    /// Sets how many changes the log keeps. Growing loses nothing; shrinking drops the newest changes. Throws
-    /// std::length_error, and leaves the log as it was, for a size that no allocator can serve.
+    /// Sets how many changes the log keeps. Growing loses nothing; shrinking drops the newest changes, which a reader
+    /// that had not seen them is not told. Throws std::length_error "circular_buffer", and leaves the log as it was,
+    /// for a log of 2 GiB and more.
     void SetChangeLogSize(unsigned int size) { m_changeLog.setCapacity(size); }
 
     std::size_t ChangeLogCapacity() const override { return m_changeLog.Capacity(); }
@@ -255,8 +262,8 @@ public:
     QString GetStringValue() const override
     {
         return m_map.empty() ? QString()
-                             : F::GetString(m_map.begin()->second) + QStringLiteral(" - ")
-                                   + QStringLiteral("%1 more items...").arg(m_map.size() - 1, 0, 10, QLatin1Char(' '));
+                             : F::GetString(m_map.begin()->second) + QStringLiteral(" - ") +
+                                   QStringLiteral("%1 more items...").arg(m_map.size() - 1, 0, 10, QLatin1Char(' '));
     }
 
     bool Compare(const ValueBase* other) const override
@@ -297,32 +304,50 @@ protected:
 private:
     static constexpr std::size_t bucketsAtFirst = 8;
 
-    // Walks the keys that the map had at the start. An item that went in the meantime is passed over, one that changed
-    // is given as it is now, one that came is known to the receiver from its own command.
+    // Walks the keys that the map had at the first piece. An item that went in the meantime is passed over, one that
+    // changed is given as it is now, one that came is known to the receiver from its own command.
     class StateCursor final : public IObjectStateCursor
     {
     public:
-        explicit StateCursor(ValueItemMapBase& map) : m_map(map), m_keys(map.IndexVector()) {}
+        explicit StateCursor(ValueItemMapBase& map)
+            : m_map(map)
+        {}
 
         bool AppendNext(std::string& out, std::size_t bytes) override
         {
             const std::size_t enough = out.size() + bytes;
-            if (m_next == 0) {
-                m_map.addStateBeforeItems(out, 0);
+            if (!std::exchange(m_started, true)) {
+                start(out);
             }
-            while (m_next < m_keys.size() && out.size() < enough) {
-                const auto found = m_map.m_map.find(m_keys[m_next++]);
-                if (found != m_map.m_map.end()) {
-                    SetAtCommand(&m_map, found->first, found->second, nullptr).AddCommandString(out);
+            while (m_next < m_keys.size()) {
+                appendItem(out, m_keys[m_next++]);
+                if (out.size() >= enough) {
+                    break;
                 }
             }
             return m_next < m_keys.size();
         }
 
     private:
+        // The first piece clears what the receiver holds, also what came to it since the cursor was opened.
+        void start(std::string& out)
+        {
+            m_map.addStateBeforeItems(out, 0);
+            m_keys = m_map.IndexVector();
+        }
+
+        void appendItem(std::string& out, const K& key)
+        {
+            const auto found = m_map.m_map.find(key);
+            if (found != m_map.m_map.end()) {
+                SetAtCommand(&m_map, found->first, found->second, nullptr).AddCommandString(out);
+            }
+        }
+
         ValueItemMapBase& m_map;
-        const std::vector<K> m_keys;
+        std::vector<K> m_keys;
         std::size_t m_next = 0;
+        bool m_started = false;
     };
 
     void addStateBeforeItems(std::string& out, unsigned int flags)
@@ -332,7 +357,7 @@ private:
     }
 
     // A command without a key could only be executed by making one up, which differs on both sides.
-    template<typename C>
+    template <typename C>
     Command* readCommand(const char** stream, IObserver* origin, int available)
     {
         CommandReader reader(stream, available);
@@ -355,15 +380,39 @@ private:
         }
     }
 
+    // An item without a key ends the operation, but never leaves the map in a transaction that nobody ends.
+    template <typename Changes>
+    void inTransaction(IObserver* origin, Changes change)
+    {
+        StartTransaction(origin);
+        try {
+            change();
+        } catch (...) {
+            EndTransaction(TChangeCode::ValueChanged, origin);
+            throw;
+        }
+        EndTransaction(TChangeCode::ValueChanged, origin);
+    }
+
+    void setAll(const std::list<T>& items, bool removeOthers, IObserver* origin)
+    {
+        if (removeOthers) {
+            Clear(origin);
+        }
+        for (const T& item : items) {
+            Add(item, origin);
+        }
+    }
+
     bool holds(const K& key, const T& item) const
     {
         const auto found = m_map.find(key);
         return found != m_map.end() && found->second == item;
     }
 
-    // `split` gives key and item of an element. The old keys are struck out by a hash look-up, so that the cost does not
-    // grow with the square of the list.
-    template<typename Items, typename Split>
+    // `split` gives key and item of an element. The old keys are struck out by a hash look-up, so that the cost does
+    // not grow with the square of the list.
+    template <typename Items, typename Split>
     void setDifferences(const Items& items, Split split, bool removeOthers, IObserver* origin)
     {
         std::vector<K> oldKeys = IndexVector();
@@ -392,5 +441,6 @@ private:
     QString m_filename;
 };
 
-template<typename T, typename F, typename A>
-const typename T::KeyType ValueItemMapBase<T, F, A>::InvalidKey = valueitemmap::KeyFormat<typename T::KeyType>::invalid();
+template <typename T, typename F, typename A>
+const typename T::KeyType
+    ValueItemMapBase<T, F, A>::InvalidKey = valueitemmap::KeyFormat<typename T::KeyType>::invalid();
