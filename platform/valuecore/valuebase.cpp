@@ -222,6 +222,9 @@ void ValueBase::AddObjectStateStringForTransmission(std::string& out, unsigned i
     if (m_state != TValueState::Deleted) {
         CommandState(this, m_state, nullptr).AddCommandString(out);
     }
+    if (const std::uint64_t parts = ContentSize(); parts > 0) {
+        CommandExpectSize(this, parts).AddCommandString(out);
+    }
 }
 
 std::unique_ptr<IObjectStateCursor> ValueBase::OpenObjectState()
@@ -268,6 +271,8 @@ Command* ValueBase::CreateNextCommand(int id, const char** stream, IObserver* or
         command = std::make_unique<CommandState>(this, reader, origin);
     } else if (id == CommandIdHasChanged) {
         command = std::make_unique<CommandHasChanged>(this, reader, origin);
+    } else if (id == CommandIdExpectSize) {
+        command = std::make_unique<CommandExpectSize>(this, reader, origin);
     }
     return reader.ok() ? command.release() : nullptr;
 }
@@ -343,6 +348,13 @@ void ValueBase::SetRecording(bool on)
     m_recording = on;
     m_recorded.clear();
 }
+
+std::uint64_t ValueBase::ContentSize() const
+{
+    return 0;
+}
+
+void ValueBase::ExpectSize(std::uint64_t) {}
 
 std::size_t ValueBase::ChangeLogCapacity() const
 {
@@ -466,4 +478,33 @@ void CommandHasChanged::AddCommandString(std::string& out) const
 CommandHasChanged* CommandHasChanged::Clone() const
 {
     return new CommandHasChanged(*this);
+}
+
+CommandExpectSize::CommandExpectSize(ValueBase* value, std::uint64_t parts)
+    : CommandOnValue(ValueBase::CommandIdExpectSize, value, nullptr)
+    , m_parts(parts)
+{}
+
+CommandExpectSize::CommandExpectSize(ValueBase* value, CommandReader& reader, IObserver* origin)
+    : CommandOnValue(ValueBase::CommandIdExpectSize, value, origin)
+    , m_parts(reader.number<std::uint64_t>())
+{
+    reader.eatSemicolon();
+}
+
+void CommandExpectSize::Execute()
+{
+    value()->ExpectSize(m_parts);
+}
+
+void CommandExpectSize::AddCommandString(std::string& out) const
+{
+    CommandOnValue::AddCommandString(out);
+    commandwriter::number(out, m_parts);
+    out.push_back(';');
+}
+
+CommandExpectSize* CommandExpectSize::Clone() const
+{
+    return new CommandExpectSize(*this);
 }

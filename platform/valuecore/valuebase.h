@@ -37,7 +37,7 @@ public:
     class CommandOnValue;
 
     /// Command ids that every value knows. A derived class has ids from 10 on.
-    enum BaseCommandId : int { CommandIdState = 1, CommandIdHasChanged = 2 };
+    enum BaseCommandId : int { CommandIdState = 1, CommandIdHasChanged = 2, CommandIdExpectSize = 3 };
 
     explicit ValueBase(const QString& name = QString(), TValueState state = TValueState::Open);
     ValueBase(const ValueBase& other);
@@ -153,6 +153,13 @@ public:
     /// Switches the list for GetCommandStringForRecording on or off; switching empties it.
     void SetRecording(bool on);
 
+    /// How many parts the content has that come one by one in an object state; 0 for a value that comes in one piece.
+    virtual std::uint64_t ContentSize() const;
+
+    /// Told before the parts of an object state come, and how many there will be: a value may make room. It is a hint
+    /// of a peer and nothing more: it changes nothing that can be read.
+    virtual void ExpectSize(std::uint64_t parts);
+
     /// How many changes a notification may fold so that an observer can still read each of them; 0 when the value keeps
     /// no log of its changes and notifications about it are not to be folded from outside.
     virtual std::size_t ChangeLogCapacity() const;
@@ -246,4 +253,19 @@ public:
 
 private:
     TChangeCode m_code;
+};
+
+/// Announces how many parts of a content follow.
+class VALUECORE_EXPORT CommandExpectSize final : public ValueBase::CommandOnValue
+{
+public:
+    CommandExpectSize(ValueBase* value, std::uint64_t parts);
+    CommandExpectSize(ValueBase* value, CommandReader& reader, IObserver* origin);
+
+    void Execute() override;
+    void AddCommandString(std::string& out) const override;
+    CommandExpectSize* Clone() const override;
+
+private:
+    std::uint64_t m_parts;
 };

@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QString>
 
+#include <algorithm>
 #include <exception>
 #include <list>
 #include <stdexcept>
@@ -255,6 +256,19 @@ public:
     std::size_t ChangeLogCapacity() const override { return m_changeLog.Capacity(); }
 
     ValueBase* GetValueBase() override { return this; }
+
+    std::uint64_t ContentSize() const override { return m_map.size(); }
+
+    // Growing step by step would move all items again and again, each time in one long step. A peer that exaggerates gets
+    // no more room than the largest list that anybody keeps.
+    void ExpectSize(std::uint64_t parts) override
+    {
+        constexpr std::uint64_t largest = 1'000'000;
+        const std::uint64_t room = std::min(parts, largest);
+        if (room > m_map.bucket_count()) {
+            m_map.reserve(static_cast<std::size_t>(room));
+        }
+    }
 
     // IValue
 
