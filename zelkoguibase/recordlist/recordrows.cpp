@@ -4,23 +4,25 @@ namespace ZelkoGUI {
 
 int RecordRows::rowOf(const QString& id) const
 {
-    const auto found = m_records.find(id);
-    const int row = found == m_records.end() ? m_count : rowAt(found->second.place);
+    const int number = find(id, qHash(id));
+    const int row = number < 0 ? m_count : rowAt(at(number).place);
     return row < m_count ? row : -1;
 }
 
 int RecordRows::rowOrQueue(const QString& id, const Data& data)
 {
-    const auto [found, isNew] = m_records.try_emplace(id, Content{data, static_cast<int>(m_order.size())});
-    if (isNew) {
-        m_order.push_back(&*found);
+    const std::size_t hash = qHash(id);
+    const int number = find(id, hash);
+    if (number < 0) {
+        const int place = static_cast<int>(m_order.size());
+        m_order.push_back(newEntry({id, data, hash, place}));
         return -1;
     }
-    const int row = rowAt(found->second.place);
-    if (row < m_count) {
+    Entry& known = at(number);
+    if (const int row = rowAt(known.place); row < m_count) {
         return row;
     }
-    found->second.data = data;
+    known.data = data;
     return -1;
 }
 
@@ -42,9 +44,11 @@ void RecordRows::removeRun(int first, int count)
 
 void RecordRows::closeGap()
 {
-    const auto gap = m_order.begin() + m_gapStart;
-    m_order.erase(gap, gap + m_gapLength);
-    renumberFrom(m_gapStart);
+    if (m_gapLength > 0) {
+        const auto gap = m_order.begin() + m_gapStart;
+        m_order.erase(gap, gap + m_gapLength);
+        renumberFrom(m_gapStart);
+    }
     m_gapStart = 0;
     m_gapLength = 0;
 }
@@ -53,14 +57,13 @@ void RecordRows::clearRows()
 {
     closeGap();
     if (queuedCount() == 0) {
-        m_records = Records();
-        m_order = std::vector<Entry*>();
+        *this = RecordRows();
     } else {
         eraseEntries(0, m_count);
         m_order.erase(m_order.begin(), m_order.begin() + m_count);
         renumberFrom(0);
+        m_count = 0;
     }
-    m_count = 0;
 }
 
 void RecordRows::clearQueue()
@@ -70,23 +73,45 @@ void RecordRows::clearQueue()
     m_order.resize(static_cast<std::size_t>(firstQueued));
 }
 
-void RecordRows::put(int place, Entry* entry)
+int RecordRows::find(const QString& id, std::size_t hash) const
 {
-    m_order[static_cast<std::size_t>(place)] = entry;
-    entry->second.place = place;
+    return m_index.find(hash, [&](int number) { return at(number).id == id; });
+}
+
+int RecordRows::newEntry(Entry entry)
+{
+    int number = static_cast<int>(m_entries.size());
+    m_index.insert(entry.hash, m_free.empty() ? number : m_free.back());
+    if (m_free.empty()) {
+        m_entries.push_back(std::move(entry));
+    } else {
+        number = m_free.back();
+        m_free.pop_back();
+        at(number) = std::move(entry);
+    }
+    return number;
+}
+
+void RecordRows::put(int place, int number)
+{
+    m_order[static_cast<std::size_t>(place)] = number;
+    at(number).place = place;
 }
 
 void RecordRows::eraseEntries(int firstPlace, int count)
 {
     for (int place = firstPlace; place < firstPlace + count; ++place) {
-        m_records.erase(m_order[static_cast<std::size_t>(place)]->first);
+        const int number = m_order[static_cast<std::size_t>(place)];
+        m_index.erase(at(number).hash, number);
+        at(number) = Entry();
+        m_free.push_back(number);
     }
 }
 
 void RecordRows::renumberFrom(int place)
 {
     for (const int end = static_cast<int>(m_order.size()); place < end; ++place) {
-        m_order[static_cast<std::size_t>(place)]->second.place = place;
+        at(m_order[static_cast<std::size_t>(place)]).place = place;
     }
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "hashindex_p.h"
+
 #include <zelkobase/data/zelko_recorddata.h>
 
 #include <QString>
 
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace ZelkoGUI {
@@ -33,11 +34,11 @@ public:
     int rowOf(const QString& id) const;
 
     /// ID and data of a row, which must exist.
-    const QString& id(int row) const { return entry(row).first; }
-    const Data& data(int row) const { return entry(row).second.data; }
+    const QString& id(int row) const { return entry(row).id; }
+    const Data& data(int row) const { return entry(row).data; }
 
     /// Replaces the data of a row.
-    void replace(int row, const Data& data) { entry(row).second.data = data; }
+    void replace(int row, const Data& data) { entry(row).data = data; }
 
     /// The row of an ID. For one without a row -1: it is queued with `data` then, in place of what was queued for it.
     int rowOrQueue(const QString& id, const Data& data);
@@ -57,24 +58,32 @@ public:
     void clearQueue();
 
 private:
-    struct Content
+    struct Entry
     {
+        QString id;
         Data data;
+        std::size_t hash;
         int place; // in m_order
     };
-    using Records = std::unordered_map<QString, Content>;
-    using Entry = Records::value_type;
 
     int rowAt(int place) const { return place < m_gapStart ? place : place - m_gapLength; }
-    const Entry& entry(int row) const { return *m_order[placeOf(row)]; }
-    Entry& entry(int row) { return *m_order[placeOf(row)]; }
     std::size_t placeOf(int row) const { return static_cast<std::size_t>(row < m_gapStart ? row : row + m_gapLength); }
-    void put(int place, Entry* entry);
+    Entry& at(int number) { return m_entries[static_cast<std::size_t>(number)]; }
+    const Entry& at(int number) const { return m_entries[static_cast<std::size_t>(number)]; }
+    Entry& entry(int row) { return at(m_order[placeOf(row)]); }
+    const Entry& entry(int row) const { return at(m_order[placeOf(row)]); }
+
+    int find(const QString& id, std::size_t hash) const;
+    int newEntry(Entry entry);
+    void put(int place, int number);
     void eraseEntries(int firstPlace, int count);
     void renumberFrom(int place);
 
-    Records m_records;
-    std::vector<Entry*> m_order; // rows, with a gap among them while runs are removed, then the queue
+    // An entry has a number for as long as it lives; rows and index hold numbers only.
+    std::vector<Entry> m_entries;
+    std::vector<int> m_free;
+    HashIndex m_index;
+    std::vector<int> m_order; // rows, with a gap among them while runs are removed, then the queue
     int m_count = 0;
     int m_gapStart = 0;
     int m_gapLength = 0;

@@ -24,9 +24,13 @@ bool RecordItemMap::contains(const QString& recordID) const
 // and all that read from them.
 QString RecordItemMap::SetAt(QString key, const RecordMapData& item, IObserver* origin)
 {
-    const auto& record = item.GetRecordData();
-    const bool sameText = record && record->GetRecordID() == key;
-    return ValueItemMap::SetAt(sameText ? record->GetRecordID() : std::move(key), item, origin);
+    if (const auto& record = item.GetRecordData()) {
+        const QString& id = record->GetRecordID();
+        if (id.constData() != key.constData() && id == key) {
+            key = id;
+        }
+    }
+    return ValueItemMap::SetAt(std::move(key), item, origin);
 }
 
 } // namespace zelko::recordmap

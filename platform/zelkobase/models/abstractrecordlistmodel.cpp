@@ -25,18 +25,25 @@ QVariant content(const RecordColumn& column, const ZELKO_XML::ZELKO_RecordData& 
     case Qt::DisplayRole:
         return column.text(record);
     case AbstractRecordListModel::SortRole:
+    case Qt::UserRole:
         return column.sort(record);
-    case AbstractRecordListModel::ValueRole:
-        return column.value(record);
     default:
-        return {};
+        return column.value(record);
     }
 }
 
 bool hasContent(int role)
 {
-    return role == Qt::DisplayRole || role == AbstractRecordListModel::SortRole ||
-           role == AbstractRecordListModel::ValueRole;
+    switch (role) {
+    case Qt::DisplayRole:
+    case AbstractRecordListModel::SortRole:
+    case AbstractRecordListModel::ValueRole:
+    case Qt::UserRole:
+    case Qt::UserRole + 1:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace

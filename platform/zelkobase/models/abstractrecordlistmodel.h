@@ -50,7 +50,9 @@ public:
         ColumnCount
     };
 
-    enum Role : int { SortRole = Qt::UserRole, ValueRole = Qt::UserRole + 1 };
+    /// The numbers stand in saved filters, so they are fixed. Whoever asks for `Qt::UserRole` and the one behind it, which
+    /// once had these numbers, gets the same.
+    enum Role : int { SortRole = 32, ValueRole = 33 };
 
     explicit AbstractRecordListModel(QObject* parent = nullptr);
     ~AbstractRecordListModel() override;

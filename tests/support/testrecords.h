@@ -1,0 +1,18 @@
+#pragma once
+
+#include <zelkobase/data/zelko_recorddata.h>
+
+#include <memory>
+
+/// A record at rest; `status` is its number.
+inline std::shared_ptr<ZELKO_XML::ZELKO_RecordData> makeRecord(const QString& id, int status = 5, quint64 size = 0)
+{
+    auto record = std::make_shared<ZELKO_XML::ZELKO_RecordData>();
+    record->SetRecordID(id);
+    record->SetRecordName(QStringLiteral("name of ") + id);
+    record->SetStartTime(1700000000000000);
+    record->SetStopTime(1700000090000000);
+    record->SetSize(size);
+    record->SetRecordStatus(static_cast<ZELKO_XML::ZELKO_RecordData::RecordStatus>(status));
+    return record;
+}
