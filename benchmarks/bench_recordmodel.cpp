@@ -185,11 +185,12 @@ void removal(benchmark::State& state)
     measure<Subject>(state, manyRecords / 2, prepare, [&](Subject& subject) { subject.erase(ids); });
 }
 
-// Update by ID. What changes in a list is what is being recorded: some dozen records, which stand anywhere.
+// Update by ID. What changes in a list is what is being recorded: a handful of records, one per channel, which stand
+// anywhere.
 
 void updateOurs(benchmark::State& state)
 {
-    constexpr int changing = 50;
+    constexpr int changing = 16;
     const int rows = static_cast<int>(state.range(0));
     Ours ours;
     ours.fill(makeRecords(rows));
