@@ -56,6 +56,8 @@ private Q_SLOTS:
     void everyCommandReadsBack();
     void stateIsAClearAndASetPerItem();
     void stateReplacesWhatAFreshMapHeld();
+    void makesRoomForAnAnnouncedSize_data();
+    void makesRoomForAnAnnouncedSize();
     void givesItsStateInPieces_data();
     void givesItsStateInPieces();
     void changesBetweenPiecesReachAnEqualMap();
@@ -132,14 +134,22 @@ void tst_ItemMapStream::everyCommandReadsBack()
     QCOMPARE(map.GetChangeLog().NextNumber(), std::uint64_t{0});
 }
 
+// The command that announces how many items follow.
+static std::string sizeCommand(std::uint64_t items)
+{
+    std::string command = "3;";
+    commandwriter::number(command, items);
+    return command + ';';
+}
+
 void tst_ItemMapStream::stateIsAClearAndASetPerItem()
 {
     TextItemMap map("m", TValueState::Locked);
     QCOMPARE(stateOf(map), std::string("1;\2;22;"));
     map.Add(TextItem("a", 1), nullptr);
-    QCOMPARE(stateOf(map), "1;\2;22;" + setCommand("a", TextItem("a", 1)));
+    QCOMPARE(stateOf(map), "1;\2;" + sizeCommand(1) + "22;" + setCommand("a", TextItem("a", 1)));
     map.Add(TextItem("b", 2), nullptr);
-    std::string expected = "1;\2;22;";
+    std::string expected = "1;\2;" + sizeCommand(2) + "22;";
     for (const auto& [key, item] : map.data()) {
         expected += setCommand(key, item);
     }
@@ -162,6 +172,30 @@ void tst_ItemMapStream::stateReplacesWhatAFreshMapHeld()
     QCOMPARE(readLog(other.GetChangeLog(), position), QStringList({"3 ", "1 a"}));
 }
 
+void tst_ItemMapStream::makesRoomForAnAnnouncedSize_data()
+{
+    QTest::addColumn<quint64>("announced");
+    QTest::addColumn<quint64>("atLeast");
+    QTest::addColumn<quint64>("atMost");
+    QTest::newRow("what a list may have") << quint64{5000} << quint64{5000} << quint64{20'000};
+    QTest::newRow("no more than the largest list") << std::numeric_limits<quint64>::max() << quint64{1'000'000}
+                                                   << quint64{4'000'000};
+}
+
+void tst_ItemMapStream::makesRoomForAnAnnouncedSize()
+{
+    QFETCH(quint64, announced);
+    QFETCH(quint64, atLeast);
+    QFETCH(quint64, atMost);
+    TextItemMap map;
+    map.Add(TextItem("a", 1), nullptr);
+    QVERIFY(map.SetCommandString(sizeCommand(announced), nullptr));
+    QVERIFY(map.data().bucket_count() >= atLeast);
+    QVERIFY(map.data().bucket_count() <= atMost);
+    QCOMPARE(map.Size(), std::uint64_t{1});
+    QCOMPARE(map.GetChangeLog().NextNumber(), std::uint64_t{1});
+}
+
 void tst_ItemMapStream::givesItsStateInPieces_data()
 {
     QTest::addColumn<int>("items");
@@ -172,7 +206,7 @@ void tst_ItemMapStream::givesItsStateInPieces_data()
     QTest::newRow("one item and no bytes") << 1 << 0 << 1;
     QTest::newRow("an item per piece") << 5 << 0 << 5;
     QTest::newRow("fewer bytes than the beginning has") << 5 << 1 << 5;
-    QTest::newRow("two items per piece") << 6 << 33 << 3;
+    QTest::newRow("two items per piece") << 6 << 44 << 3;
     QTest::newRow("all in one piece") << 100 << 1000000 << 1;
 }
 
