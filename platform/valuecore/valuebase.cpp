@@ -390,7 +390,12 @@ ValueBase::CommandOnValue::CommandOnValue(int id, ValueBase* value, IObserver* o
 
 void ValueBase::CommandOnValue::AddCommandString(std::string& out) const
 {
-    commandwriter::commandId(out, m_id);
+    appendHeader(out, m_id);
+}
+
+void ValueBase::CommandOnValue::appendHeader(std::string& out, int id)
+{
+    commandwriter::commandId(out, id);
 }
 
 std::optional<std::size_t> ValueBase::CommandOnValue::TargetHash() const

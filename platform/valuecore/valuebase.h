@@ -214,6 +214,9 @@ public:
     virtual bool IsKept() const;
 
 protected:
+    /// Writes the header of a command with that id.
+    static void appendHeader(std::string& out, int id);
+
     /// The value; commands live no longer than it.
     ValueBase* value() const { return m_value; }
 

@@ -200,20 +200,23 @@ void tst_ItemMapStream::givesItsStateInPieces_data()
 {
     QTest::addColumn<int>("items");
     QTest::addColumn<int>("bytes");
-    QTest::addColumn<int>("pieces");
-    QTest::newRow("an empty map") << 0 << 100 << 1;
-    QTest::newRow("an empty map and no bytes") << 0 << 0 << 1;
-    QTest::newRow("one item and no bytes") << 1 << 0 << 1;
-    QTest::newRow("an item per piece") << 5 << 0 << 5;
-    QTest::newRow("fewer bytes than the beginning has") << 5 << 1 << 5;
-    QTest::newRow("two items per piece") << 6 << 44 << 3;
-    QTest::newRow("all in one piece") << 100 << 1000000 << 1;
+    QTest::addColumn<int>("fewestPieces");
+    QTest::addColumn<int>("mostPieces");
+    QTest::newRow("an empty map") << 0 << 100 << 1 << 1;
+    QTest::newRow("an empty map and no bytes") << 0 << 0 << 1 << 1;
+    QTest::newRow("one item and no bytes") << 1 << 0 << 1 << 1;
+    QTest::newRow("no bytes, so the items of a bucket per piece") << 5 << 0 << 2 << 5;
+    QTest::newRow("fewer bytes than the beginning has") << 5 << 1 << 2 << 5;
+    QTest::newRow("some items per piece") << 90 << 290 << 5 << 10;
+    QTest::newRow("all in one piece") << 100 << 1000000 << 1 << 1;
 }
 
 void tst_ItemMapStream::givesItsStateInPieces()
 {
     QFETCH(int, items);
     QFETCH(int, bytes);
+    QFETCH(int, fewestPieces);
+    QFETCH(int, mostPieces);
     TextItemMap map("m", TValueState::Locked);
     for (int i = 0; i < items; ++i) {
         const QString key(QChar('!' + i));
@@ -225,8 +228,11 @@ void tst_ItemMapStream::givesItsStateInPieces()
     for (bool more = true; more && pieces <= items; ++pieces) {
         more = cursor->AppendNext(state, static_cast<std::size_t>(bytes));
     }
-    QTEST(pieces, "pieces");
-    QCOMPARE(state, stateOf(map));
+    QVERIFY2(pieces >= fewestPieces && pieces <= mostPieces, qPrintable(QString::number(pieces)));
+    QCOMPARE(state.size(), stateOf(map).size());
+    TextItemMap receiver;
+    QVERIFY(receiver.SetCommandString(state, nullptr));
+    QVERIFY(receiver.Compare(&map));
 }
 
 // After each piece the map changes at random; commands and pieces go to the mirror in the order in which they came

@@ -23,12 +23,7 @@ public:
     using Map = ValueItemMapBase<T, F, A>;
     using Key = typename T::KeyType;
 
-    void AddCommandString(std::string& out) const override
-    {
-        CommandOnValue::AddCommandString(out);
-        valueitemmap::KeyFormat<Key>::write(out, m_key);
-        out.push_back(';');
-    }
+    void AddCommandString(std::string& out) const override { appendStart(out, GetCommandId(), m_key); }
     std::optional<std::size_t> TargetHash() const override { return std::hash<Key>()(m_key); }
     bool Supersedes(const CommandOnValue& earlier) const override
     {
@@ -48,6 +43,13 @@ protected:
         , m_key(valueitemmap::KeyFormat<Key>::read(reader))
     {
         reader.eatSemicolon();
+    }
+
+    static void appendStart(std::string& out, int id, const Key& key)
+    {
+        appendHeader(out, id);
+        valueitemmap::KeyFormat<Key>::write(out, key);
+        out.push_back(';');
     }
 
     Map& map() const { return static_cast<Map&>(*this->value()); }
@@ -86,10 +88,13 @@ public:
 
     // Only an invalid key can make SetAt throw, and a stream that holds one was refused when it was read.
     void Execute() override { this->map().SetAt(this->key(), m_item, this->GetOrigin()); }
-    void AddCommandString(std::string& out) const override
+    void AddCommandString(std::string& out) const override { append(out, this->key(), m_item); }
+
+    /// Appends the string of the command that would set `item`, without making one: a state has many.
+    static void append(std::string& out, const Key& key, const T& item)
     {
-        Base::AddCommandString(out);
-        out += F::toStandardString(m_item);
+        Base::appendStart(out, CommandIdMapSetAt, key);
+        out += F::toStandardString(item);
         out.push_back(';');
     }
     CommandMapSetAt* Clone() const override { return new CommandMapSetAt(*this); }

@@ -291,7 +291,7 @@ public:
     {
         addStateBeforeItems(out, flags);
         for (const auto& [key, item] : m_map) {
-            SetAtCommand(this, key, item, nullptr).AddCommandString(out);
+            SetAtCommand::append(out, key, item);
         }
     }
 
@@ -318,8 +318,9 @@ protected:
 private:
     static constexpr std::size_t bucketsAtFirst = 8;
 
-    // Walks the keys that the map had at the first piece. An item that went in the meantime is passed over, one that
-    // changed is given as it is now, one that came is known to the receiver from its own command.
+    // Walks the buckets of the map, which no change moves items between until the table grows; then it walks the new
+    // table, where the receiver has some items already, which is no harm. So an item that went in the meantime is passed
+    // over, one that changed is given as it is now, and one that came into a bucket behind is known from its own command.
     class StateCursor final : public IObjectStateCursor
     {
     public:
@@ -331,36 +332,39 @@ private:
         {
             const std::size_t enough = out.size() + bytes;
             if (!std::exchange(m_started, true)) {
-                start(out);
+                m_map.addStateBeforeItems(out, 0);
             }
-            while (m_next < m_keys.size()) {
-                appendItem(out, m_keys[m_next++]);
+            while (findBucket()) {
+                const MapType& items = m_map.m_map;
+                for (auto item = items.begin(m_bucket); item != items.end(m_bucket); ++item) {
+                    SetAtCommand::append(out, item->first, item->second);
+                }
+                ++m_bucket;
                 if (out.size() >= enough) {
-                    break;
+                    return findBucket();
                 }
             }
-            return m_next < m_keys.size();
+            return false;
         }
 
     private:
-        // The first piece clears what the receiver holds, also what came to it since the cursor was opened.
-        void start(std::string& out)
+        // Goes on to the next bucket with items, if there is one.
+        bool findBucket()
         {
-            m_map.addStateBeforeItems(out, 0);
-            m_keys = m_map.IndexVector();
-        }
-
-        void appendItem(std::string& out, const K& key)
-        {
-            const auto found = m_map.m_map.find(key);
-            if (found != m_map.m_map.end()) {
-                SetAtCommand(&m_map, found->first, found->second, nullptr).AddCommandString(out);
+            const MapType& items = m_map.m_map;
+            if (items.bucket_count() != m_bucketCount) {
+                m_bucketCount = items.bucket_count();
+                m_bucket = 0;
             }
+            while (m_bucket < m_bucketCount && items.begin(m_bucket) == items.end(m_bucket)) {
+                ++m_bucket;
+            }
+            return m_bucket < m_bucketCount;
         }
 
         ValueItemMapBase& m_map;
-        std::vector<K> m_keys;
-        std::size_t m_next = 0;
+        std::size_t m_bucketCount = 0;
+        std::size_t m_bucket = 0;
         bool m_started = false;
     };
 
