@@ -1,0 +1,173 @@
+#include <recorder/store/devicestore.h>
+
+#include <recorder/store/recorderlog.h>
+#include <recorder/store/recordid.h>
+#include <recorder/store/recordrepair.h>
+
+#include <reportcore/durablefile.h>
+#include <reportcore/rgexception.h>
+#include <zelkobase/data/recordfiles.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <filesystem>
+
+namespace ZelkoRecorder {
+
+using ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+constexpr QLatin1String birthPrefix(".new-");
+constexpr QLatin1String tombstonePrefix(".deleted-");
+
+// Reads names and kinds of a folder's entries without asking the disk for each of them, as QDir would.
+QStringList subFolders(const QString& folder)
+{
+    QStringList names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error), end;
+         !error && entry != end; entry.increment(error)) {
+        if (entry->is_directory(error)) {
+            names.append(QFile::decodeName(entry->path().filename().c_str()));
+        }
+    }
+    return names;
+}
+
+QString problemWith(const ZELKO_RecordData& record, const QString& recordID, const QDir& folder)
+{
+    if (record.GetRecordID() != recordID) {
+        return QStringLiteral("its metadata is that of record \"%1\"").arg(record.GetRecordID());
+    }
+    const QString samples = ZELKO_XML::sampleFileName(recordID, record.GetDataFormat());
+    return folder.exists(samples) ? QString() : QStringLiteral("it has no file %1").arg(samples);
+}
+
+RecordPointer readMetaData(const QDir& folder, QString* error)
+{
+    auto record = std::make_shared<ZELKO_RecordData>();
+    try {
+        if (record->LoadXml(folder.filePath(ZELKO_XML::metaDataFileName))) {
+            return record;
+        }
+        *error = QStringLiteral("it has no readable %1").arg(ZELKO_XML::metaDataFileName);
+    } catch (const RGException& exception) {
+        *error = exception.GetMessage();
+    }
+    return nullptr;
+}
+
+} // namespace
+
+DeviceStore::DeviceStore(const QString& folder) : m_folder(QDir(folder).absolutePath())
+{}
+
+QString DeviceStore::recordFolder(const QString& recordID) const
+{
+    return m_folder + QLatin1Char('/') + recordID;
+}
+
+QString DeviceStore::birthFolder(const QString& recordID) const
+{
+    return m_folder + QLatin1Char('/') + birthPrefix + recordID;
+}
+
+QString DeviceStore::tombstone(const QString& recordID) const
+{
+    return m_folder + QLatin1Char('/') + tombstonePrefix + recordID;
+}
+
+bool DeviceStore::open(QString* error) const
+{
+    if (QDir().mkpath(m_folder) && REPORTGENERATOR::syncFolder(m_folder)) {
+        return true;
+    }
+    *error = QStringLiteral("the folder %1 cannot be used").arg(m_folder);
+    return false;
+}
+
+void DeviceStore::removeLeftovers() const
+{
+    for (const QString& name : subFolders(m_folder)) {
+        if (name.startsWith(birthPrefix) || name.startsWith(tombstonePrefix)) {
+            QDir(recordFolder(name)).removeRecursively();
+        }
+    }
+}
+
+QStringList DeviceStore::recordIds() const
+{
+    QStringList ids;
+    for (const QString& name : subFolders(m_folder)) {
+        if (isRecordId(name)) {
+            ids.append(name);
+        } else if (!name.startsWith(QLatin1Char('.'))) {
+            qCWarning(recorderLog).noquote() << "set aside" << recordFolder(name) << ": no record has such an ID";
+        }
+    }
+    return ids;
+}
+
+RecordPointer DeviceStore::read(const QString& recordID, QString* error) const
+{
+    const QDir folder(recordFolder(recordID));
+    RecordPointer record = readMetaData(folder, error);
+    if (!record) {
+        return nullptr;
+    }
+    const QString problem = problemWith(*record, recordID, folder);
+    if (!problem.isEmpty()) {
+        *error = problem;
+        return nullptr;
+    }
+    return record;
+}
+
+RecordPointer DeviceStore::readAtRest(const QString& recordID, QString* error) const
+{
+    RecordPointer record = read(recordID, error);
+    if (record && isUnfinished(*record)) {
+        if (!repairRecord(recordFolder(recordID), *record, error)) {
+            return nullptr;
+        }
+        qCInfo(recorderLog).noquote() << "closed" << recordID << "at" << record->GetSize() << "bytes";
+    }
+    return record;
+}
+
+bool DeviceStore::save(const ZELKO_RecordData& record) const
+{
+    try {
+        return record.SaveXml(recordFolder(record.GetRecordID()) + QLatin1Char('/') + ZELKO_XML::metaDataFileName);
+    } catch (const RGException& exception) {
+        qCWarning(recorderLog).noquote() << "cannot save" << record.GetRecordID() << ":" << exception.GetMessage();
+        return false;
+    }
+}
+
+// A record goes by taking its name away, which is one step for the disk; only then its files are removed.
+QStringList DeviceStore::remove(const QStringList& recordIDs) const
+{
+    QStringList gone;
+    for (const QString& id : recordIDs) {
+        if (isRecordId(id) && QDir().rename(recordFolder(id), tombstone(id))) {
+            gone.append(id);
+        }
+    }
+    if (!gone.isEmpty() && !REPORTGENERATOR::syncFolder(m_folder)) {
+        qCWarning(recorderLog).noquote() << "deletions in" << m_folder << "are not durable yet";
+    }
+    for (const QString& id : gone) {
+        QDir(tombstone(id)).removeRecursively();
+    }
+    return gone;
+}
+
+bool DeviceStore::mayDelete(const ZELKO_RecordData& record)
+{
+    return record.GetDeletable() && record.GetRecordStatus() == ZELKO_RecordData::RecordStatus::Finished;
+}
+
+} // namespace ZelkoRecorder

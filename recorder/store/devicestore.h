@@ -1,0 +1,58 @@
+#pragma once
+
+#include <recorder/store/recordpointer.h>
+
+#include <QString>
+#include <QStringList>
+
+namespace ZelkoRecorder {
+
+/// The records of one device on disk: below the device's folder a folder per record, named after its ID, with
+/// "RecordData.xml" and the file of samples.
+///
+/// It keeps nothing in memory and takes no lock: any thread may call it, and each operation sees the disk as it is. All
+/// of them block for as long as the disk takes. Names that begin with "." are the store's own.
+class DeviceStore
+{
+public:
+    explicit DeviceStore(const QString& folder);
+
+    const QString& folder() const { return m_folder; }
+    QString recordFolder(const QString& recordID) const;
+
+    /// Makes the folder if it is missing. False, and a text for people in `error`, if it cannot be used.
+    bool open(QString* error) const;
+
+    /// Removes what births and deletions left that were interrupted: nothing of it was ever a record for anybody.
+    void removeLeftovers() const;
+
+    /// Names of the folders that may hold a record, in no order. What cannot be one is told to the log.
+    QStringList recordIds() const;
+
+    /// The record, just as its metadata says. Null, and a text for people in `error`, if its files cannot be read, are no
+    /// record, or are one of another ID.
+    RecordPointer read(const QString& recordID, QString* error) const;
+
+    /// As `read`, but a record that was left unfinished is closed on disk first. Not while it may be being recorded.
+    RecordPointer readAtRest(const QString& recordID, QString* error) const;
+
+    /// Replaces a record's metadata, durably.
+    bool save(const ZELKO_XML::ZELKO_RecordData& record) const;
+
+    /// Removes records with all their files. When it returns those in the result are gone for good, whatever happens to
+    /// the machine; the others are untouched.
+    QStringList remove(const QStringList& recordIDs) const;
+
+    /// Whether the record may be deleted as a client asks: it is marked so, and at rest.
+    static bool mayDelete(const ZELKO_XML::ZELKO_RecordData& record);
+
+    /// Where a record is built before it appears under its own name.
+    QString birthFolder(const QString& recordID) const;
+
+private:
+    QString tombstone(const QString& recordID) const;
+
+    const QString m_folder;
+};
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,197 @@
+#include <recorder/store/recording.h>
+
+#include <recorder/store/dataratetable.h>
+#include <recorder/store/thinindex.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <limits>
+#include <mutex>
+
+namespace ZelkoRecorder {
+
+using ZELKO_XML::IndexEntry;
+using ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+constexpr qint64 bufferBytes = 256 * 1024;
+
+// How long the signal is left to gather, so that a slow one is not read frame by frame.
+constexpr std::chrono::milliseconds gatherTime{20};
+
+qint64 framesIn(std::chrono::microseconds time, quint64 sampleRate)
+{
+    const double frames = std::chrono::duration<double>(time).count() * static_cast<double>(sampleRate);
+    return std::max<qint64>(1, static_cast<qint64>(frames));
+}
+
+} // namespace
+
+Recording::Recording(const DeviceStore& store, SignalSource& source, const ZELKO_RecordData& birth,
+                     const RecordingPace& pace, Listener listener)
+    : m_source(source)
+    , m_store(store)
+    , m_pace(pace)
+    , m_listener(std::move(listener))
+    , m_timeline(source.description(), birth.GetStartTime())
+    , m_bytesPerFrame(source.description().format.bytesPerFrame())
+    , m_begin(Clock::now())
+    , m_birth(birth)
+    , m_buffer(static_cast<std::size_t>(std::max(bufferBytes, m_bytesPerFrame)))
+    , m_lastStep(m_begin)
+    , m_indexFrames(framesIn(pace.indexInterval, source.description().sampleRate))
+    , m_nextIndexFrame(m_indexFrames)
+{
+    m_birth.SetIndexEntry({m_timeline.indexEntryAt(0)});
+}
+
+Recording::~Recording() = default;
+
+bool Recording::run(const std::stop_token& stop, QString* error)
+{
+    m_writer = RecordWriter::create(m_store, m_birth, error);
+    if (!m_writer) {
+        return false;
+    }
+    tell();
+    const bool recorded = recordAll(stop, error);
+    noteBookmarks();
+    noteIndexEntry();
+    const bool closed = m_writer->finish();
+    tell();
+    if (recorded && !closed) {
+        *error = QStringLiteral("the disk does not take the end of the record");
+    }
+    return recorded && closed;
+}
+
+bool Recording::recordAll(const std::stop_token& stop, QString* error)
+{
+    while (!stop.stop_requested()) {
+        const qint64 boundary = nextBoundary();
+        if (!waitForFrames(stop, boundary)) {
+            return true;
+        }
+        if (readTo(std::min(boundary, framesDue())) == 0) {
+            break;
+        }
+        if (m_frame == boundary) {
+            noteBookmarks();
+            noteIndexEntry();
+            m_diskRefused = !stepIfDue();
+        }
+        if (m_diskRefused) {
+            *error = QStringLiteral("the disk takes no more");
+            return false;
+        }
+    }
+    *error = m_source.errorText();
+    return error->isEmpty();
+}
+
+qint64 Recording::nextBoundary() const
+{
+    const qint64 segment = m_timeline.nextSegment(m_frame);
+    return segment < 0 ? m_nextIndexFrame : std::min(segment, m_nextIndexFrame);
+}
+
+// Frames that the signal has had time for, beginning with the recording.
+qint64 Recording::framesDue() const
+{
+    if (m_pace.speed <= 0) {
+        return std::numeric_limits<qint64>::max();
+    }
+    const double seconds = std::chrono::duration<double>(Clock::now() - m_begin).count();
+    return static_cast<qint64>(seconds * m_pace.speed * static_cast<double>(m_source.description().sampleRate));
+}
+
+// Returns when `frame` is due, or some frames have gathered; false when to stop.
+bool Recording::waitForFrames(const std::stop_token& stop, qint64 frame) const
+{
+    std::mutex mutex;
+    std::condition_variable_any nobodyWakes;
+    std::unique_lock lock(mutex);
+    const Clock::time_point gathered = Clock::now() + gatherTime;
+    constexpr std::chrono::milliseconds patience{1};
+    while (!stop.stop_requested()) {
+        const qint64 due = framesDue();
+        if (due >= frame || (due > m_frame && Clock::now() >= gathered)) {
+            return true;
+        }
+        nobodyWakes.wait_for(lock, stop, due > m_frame ? patience : gatherTime, [] { return false; });
+    }
+    return false;
+}
+
+// Reads as much as the buffer takes, up to `frame`; gives how many frames came.
+qint64 Recording::readTo(qint64 frame)
+{
+    const qint64 room = static_cast<qint64>(m_buffer.size()) / m_bytesPerFrame;
+    const qint64 frames = m_source.read(m_buffer.data(), std::min(room, frame - m_frame));
+    m_diskRefused = frames > 0 && !m_writer->append(m_buffer.data(), frames * m_bytesPerFrame);
+    m_frame += m_diskRefused ? 0 : frames;
+    return frames;
+}
+
+void Recording::noteIndexEntry()
+{
+    auto& index = m_writer->record().GetIndexEntry();
+    const IndexEntry entry = m_timeline.indexEntryAt(m_frame);
+    if (entry.GetRecordOffset() == index.constLast().GetRecordOffset()) {
+        return;
+    }
+    index.append(entry);
+    if (index.size() > m_pace.maximumIndexEntries && thinIndex(index)) {
+        m_indexFrames *= 2;
+    }
+    if (m_frame >= m_nextIndexFrame) {
+        m_nextIndexFrame = m_frame + m_indexFrames;
+    }
+}
+
+void Recording::noteBookmarks()
+{
+    const auto& marks = m_source.description().marks;
+    for (; m_nextMark < marks.size() && marks.at(m_nextMark).frame <= m_frame; ++m_nextMark) {
+        ZELKO_XML::BookmarkEntry bookmark;
+        bookmark.SetTimestamp(m_timeline.timeAt(marks.at(m_nextMark).frame));
+        bookmark.SetBookmark(marks.at(m_nextMark).text);
+        m_writer->record().AppendBookmarkEntry(bookmark);
+    }
+}
+
+// False if the disk refused.
+bool Recording::stepIfDue()
+{
+    const Clock::time_point now = Clock::now();
+    if (now - m_lastStep < m_pace.stepInterval) {
+        return true;
+    }
+    m_lastStep = now;
+    if (!m_writer->step()) {
+        return false;
+    }
+    tell();
+    return true;
+}
+
+void Recording::tell()
+{
+    m_listener(m_writer->saved());
+}
+
+ZELKO_RecordData recordOf(const SourceDescription& signal, quint64 now)
+{
+    ZELKO_RecordData record;
+    const SignalTimeline timeline(signal, now);
+    const quint64 bytesPerSecond = signal.sampleRate * static_cast<quint64>(signal.format.bytesPerFrame());
+    record.SetRecordName(signal.name);
+    record.SetStartTime(timeline.timeAt(0));
+    record.SetStopTime(timeline.timeAt(0));
+    record.SetDataFormat(static_cast<ZELKO_RecordData::DataFormat>(signal.format.storedFormat()));
+    record.SetDataRate(dataRateClass(bytesPerSecond));
+    return record;
+}
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,77 @@
+#include <recorder/store/recordrepair.h>
+
+#include <zelkobase/data/recordfiles.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <unistd.h>
+
+namespace ZelkoRecorder {
+
+using ZELKO_XML::ZELKO_RecordData;
+using Status = ZELKO_RecordData::RecordStatus;
+
+namespace {
+
+void dropIndexBeyond(quint64 size, ZELKO_RecordData& record)
+{
+    QVector<ZELKO_XML::IndexEntry> index = std::as_const(record).GetIndexEntry();
+    index.removeIf([size](const ZELKO_XML::IndexEntry& entry) { return entry.GetRecordOffset() > size; });
+    record.SetIndexEntry(index);
+}
+
+bool cutDurably(QFile& samples, quint64 size)
+{
+    return samples.resize(static_cast<qint64>(size)) && ::fdatasync(samples.handle()) == 0;
+}
+
+// What an interrupted save leaves behind.
+void removeTemporaries(const QDir& folder)
+{
+    const QStringList patterns{QString(ZELKO_XML::metaDataFileName) + QStringLiteral(".??????")};
+    for (const QString& name : folder.entryList(patterns, QDir::Files | QDir::Hidden)) {
+        QFile::remove(folder.filePath(name));
+    }
+}
+
+} // namespace
+
+bool isUnfinished(const ZELKO_RecordData& record)
+{
+    const Status status = record.GetRecordStatus();
+    return status == Status::Recording || status == Status::LoopRecording || status == Status::Stopping ||
+           (record.IsFinishedSet() && !record.GetFinished());
+}
+
+void closeAtLastIndexEntry(ZELKO_RecordData& record)
+{
+    const auto& index = std::as_const(record).GetIndexEntry();
+    const quint64 size = index.isEmpty() ? 0 : index.constLast().GetRecordOffset();
+    record.SetSize(size);
+    record.SetStopPosition(size);
+    record.SetStopTime(index.isEmpty() ? record.GetStartTime() : index.constLast().GetTimestamp());
+    record.SetRecordStatus(Status::Finished);
+    record.SetFinished(true);
+    record.SetDeletable(true);
+}
+
+bool repairRecord(const QString& folder, ZELKO_RecordData& record, QString* error)
+{
+    const QDir dir(folder);
+    QFile samples(dir.filePath(ZELKO_XML::sampleFileName(record.GetRecordID(), record.GetDataFormat())));
+    if (!samples.open(QIODevice::ReadWrite)) {
+        *error = samples.errorString();
+        return false;
+    }
+    dropIndexBeyond(static_cast<quint64>(samples.size()), record);
+    closeAtLastIndexEntry(record);
+    if (!cutDurably(samples, record.GetSize()) || !record.SaveXml(dir.filePath(ZELKO_XML::metaDataFileName))) {
+        *error = QStringLiteral("it cannot be written");
+        return false;
+    }
+    removeTemporaries(dir);
+    return true;
+}
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,92 @@
+#include <recorder/store/recordwriter.h>
+
+#include <recorder/store/recordrepair.h>
+
+#include <reportcore/durablefile.h>
+#include <reportcore/rgexception.h>
+#include <zelkobase/data/recordfiles.h>
+
+#include <QDir>
+
+#include <unistd.h>
+
+namespace ZelkoRecorder {
+
+using ZELKO_XML::ZELKO_RecordData;
+
+// It is built under a name that nobody reads, so that a folder under a record's ID always holds a whole record.
+std::unique_ptr<RecordWriter> RecordWriter::create(
+    const DeviceStore& store, const ZELKO_RecordData& birth, QString* error)
+{
+    std::unique_ptr<RecordWriter> writer(new RecordWriter(store, birth));
+    const QString place = store.recordFolder(birth.GetRecordID());
+    const QString builtIn = store.birthFolder(birth.GetRecordID());
+    if (!QFileInfo::exists(place) && writer->openIn(builtIn) && writer->save(builtIn) &&
+        QDir().rename(builtIn, place) && REPORTGENERATOR::syncFolder(store.folder())) {
+        return writer;
+    }
+    *error = QStringLiteral("the record %1 cannot be made in %2").arg(birth.GetRecordID(), store.folder());
+    QDir(builtIn).removeRecursively();
+    return nullptr;
+}
+
+RecordWriter::RecordWriter(const DeviceStore& store, const ZELKO_RecordData& birth) : m_store(store), m_record(birth)
+{
+    m_record.SetRecordStatus(ZELKO_RecordData::RecordStatus::Recording);
+    m_record.SetFinished(false);
+    m_record.SetDeletable(false);
+}
+
+bool RecordWriter::openIn(const QString& folder)
+{
+    const QDir dir(folder);
+    m_samples.setFileName(dir.filePath(ZELKO_XML::sampleFileName(m_record.GetRecordID(), m_record.GetDataFormat())));
+    return QDir().mkpath(folder) && m_samples.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered);
+}
+
+bool RecordWriter::append(const char* bytes, qint64 size)
+{
+    return m_samples.write(bytes, size) == size;
+}
+
+bool RecordWriter::step()
+{
+    const auto& index = std::as_const(m_record).GetIndexEntry();
+    if (!index.isEmpty()) {
+        m_record.SetSize(index.constLast().GetRecordOffset());
+        m_record.SetStopPosition(index.constLast().GetRecordOffset());
+        m_record.SetStopTime(index.constLast().GetTimestamp());
+    }
+    return flushSamples() && save(m_store.recordFolder(m_record.GetRecordID()));
+}
+
+bool RecordWriter::finish()
+{
+    closeAtLastIndexEntry(m_record);
+    const bool cut = m_samples.resize(static_cast<qint64>(m_record.GetSize())) && flushSamples();
+    if (cut && save(m_store.recordFolder(m_record.GetRecordID()))) {
+        return true;
+    }
+    m_saved = std::make_shared<ZELKO_RecordData>(m_record);
+    return false;
+}
+
+bool RecordWriter::flushSamples()
+{
+    return ::fdatasync(m_samples.handle()) == 0;
+}
+
+bool RecordWriter::save(const QString& folder)
+{
+    try {
+        if (!m_record.SaveXml(QDir(folder).filePath(ZELKO_XML::metaDataFileName))) {
+            return false;
+        }
+    } catch (const RGException&) {
+        return false;
+    }
+    m_saved = std::make_shared<ZELKO_RecordData>(m_record);
+    return true;
+}
+
+} // namespace ZelkoRecorder

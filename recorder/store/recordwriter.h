@@ -1,0 +1,52 @@
+#pragma once
+
+#include <recorder/store/devicestore.h>
+
+#include <QFile>
+
+#include <memory>
+
+namespace ZelkoRecorder {
+
+/// Writes one record, in steps after each of which the record on disk is whole: killed at any moment, it can be closed
+/// at the last step. For one thread; every operation blocks for as long as the disk takes.
+class RecordWriter
+{
+public:
+    /// Makes the record, without samples: `birth` has its ID, name, start time and what is known of the signal. When this
+    /// returns it is durable and stands in the store under its ID, as one that is being recorded. Null, with a text for
+    /// people in `error` and the store as it was, if the disk refuses or the ID is taken.
+    static std::unique_ptr<RecordWriter> create(
+        const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth, QString* error);
+
+    /// Adds samples behind those that are there. They count from the next step on. False if the disk takes no more.
+    bool append(const char* bytes, qint64 size);
+
+    /// For entries and bookmarks that the next step is to save.
+    ZELKO_XML::ZELKO_RecordData& record() { return m_record; }
+
+    /// Makes the samples durable, then the record with all its index entries and bookmarks, its size and stop time those
+    /// of the last index entry. False if the disk refuses: then the step before holds.
+    bool step();
+
+    /// The last step: cuts what no index entry counts and puts the record at rest. On failure the record is closed in
+    /// memory, and on disk when the store is opened the next time.
+    bool finish();
+
+    /// The record as it was saved last.
+    const RecordPointer& saved() const { return m_saved; }
+
+private:
+    RecordWriter(const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth);
+
+    bool openIn(const QString& folder);
+    bool save(const QString& folder);
+    bool flushSamples();
+
+    const DeviceStore& m_store;
+    QFile m_samples;
+    ZELKO_XML::ZELKO_RecordData m_record;
+    RecordPointer m_saved;
+};
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <zelkobase/data/indexentry.h>
+
+#include <QVector>
+
+namespace ZelkoRecorder {
+
+/// Leaves out every other entry, but never the first, the last, or one from which on the tuning is another. True if any
+/// entry went.
+bool thinIndex(QVector<ZELKO_XML::IndexEntry>& index);
+
+} // namespace ZelkoRecorder
