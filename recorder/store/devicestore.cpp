@@ -61,7 +61,8 @@ RecordPointer readMetaData(const QDir& folder, QString* error)
 
 } // namespace
 
-DeviceStore::DeviceStore(const QString& folder) : m_folder(QDir(folder).absolutePath())
+DeviceStore::DeviceStore(const QString& folder)
+    : m_folder(QDir(folder).absolutePath())
 {}
 
 QString DeviceStore::recordFolder(const QString& recordID) const

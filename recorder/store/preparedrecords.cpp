@@ -70,12 +70,21 @@ bool writeFile(const QString& path, const QByteArray& bytes, quint64 size)
 
 } // namespace
 
-PreparedRecords::PreparedRecords(const QString& device, int count) : m_device(device), m_count(count)
+PreparedRecords::PreparedRecords(const QString& device, int count)
+    : m_device(device)
+    , m_count(count)
 {}
 
 QString PreparedRecords::recordId(int number) const
 {
     return QStringLiteral("prepared-%1-%2").arg(m_device).arg(number, 7, 10, QLatin1Char('0'));
+}
+
+int PreparedRecords::numberOf(const QString& recordID) const
+{
+    bool isNumber = false;
+    const int number = QStringView(recordID).mid(recordID.lastIndexOf(QLatin1Char('-')) + 1).toInt(&isNumber);
+    return isNumber && number < m_count && recordID == recordId(number) ? number : -1;
 }
 
 ZELKO_RecordData PreparedRecords::record(int number) const
@@ -89,9 +98,8 @@ ZELKO_RecordData PreparedRecords::record(int number) const
 
     ZELKO_RecordData record;
     record.SetRecordID(recordId(number));
-    record.SetRecordName(QStringLiteral("%1, %2 %3")
-                             .arg(QString::fromLatin1(kind.name), QString::fromLatin1(place))
-                             .arg(number + 1));
+    record.SetRecordName(
+        QStringLiteral("%1, %2 %3").arg(QString::fromLatin1(kind.name), QString::fromLatin1(place)).arg(number + 1));
     record.SetStartTime(start);
     record.SetStopTime(start + seconds * perSecond);
     record.SetSize(seconds * kind.sampleRate * kind.bytesPerSample);

@@ -16,11 +16,14 @@ public:
     /// The ID of a record; `number` is 0 to `count` - 1.
     QString recordId(int number) const;
 
+    /// The number of the record with this ID; -1 if it is none of these.
+    int numberOf(const QString& recordID) const;
+
     /// A finished record with a name, times, a format, a size and an index that could be real ones.
     ZELKO_XML::ZELKO_RecordData record(int number) const;
 
-    /// Makes record `number` on disk with samples that are a hole in the file. Not durable: what the machine loses is made
-    /// again the next time. Null if the disk refuses.
+    /// Makes record `number` on disk with samples that are a hole in the file. Not durable: what the machine loses is
+    /// made again the next time. Null if the disk refuses.
     RecordPointer write(const DeviceStore& store, int number) const;
 
 private:

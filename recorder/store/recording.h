@@ -22,7 +22,8 @@ struct RecordingPace
     /// From one index entry to the next, in time of the signal.
     std::chrono::microseconds indexInterval{1'000'000};
 
-    /// At least from one durable step to the next, in time of the clock on the wall: bounds the load of disk and clients.
+    /// At least from one durable step to the next, in time of the clock on the wall: bounds the load of disk and
+    /// clients.
     std::chrono::milliseconds stepInterval{250};
 
     /// With more index entries than this the index is thinned out, and from there on written half as often.
@@ -41,8 +42,9 @@ public:
               const RecordingPace& pace, Listener listener);
     ~Recording();
 
-    /// Records until the signal ends, `stop` is requested, or the disk refuses; then closes the record. False, and a text
-    /// for people in `error`, after a failure of disk or source; what was recorded before it is kept. May be called once.
+    /// Records until the signal ends, `stop` is requested, or the disk refuses; then closes the record. False, and a
+    /// text for people in `error`, after a failure of disk or source; what was recorded before it is kept. May be
+    /// called once.
     bool run(const std::stop_token& stop, QString* error);
 
 private:

@@ -15,8 +15,8 @@ namespace ZelkoRecorder {
 using ZELKO_XML::ZELKO_RecordData;
 
 // It is built under a name that nobody reads, so that a folder under a record's ID always holds a whole record.
-std::unique_ptr<RecordWriter> RecordWriter::create(
-    const DeviceStore& store, const ZELKO_RecordData& birth, QString* error)
+std::unique_ptr<RecordWriter> RecordWriter::create(const DeviceStore& store, const ZELKO_RecordData& birth,
+                                                   QString* error)
 {
     std::unique_ptr<RecordWriter> writer(new RecordWriter(store, birth));
     const QString place = store.recordFolder(birth.GetRecordID());
@@ -30,7 +30,9 @@ std::unique_ptr<RecordWriter> RecordWriter::create(
     return nullptr;
 }
 
-RecordWriter::RecordWriter(const DeviceStore& store, const ZELKO_RecordData& birth) : m_store(store), m_record(birth)
+RecordWriter::RecordWriter(const DeviceStore& store, const ZELKO_RecordData& birth)
+    : m_store(store)
+    , m_record(birth)
 {
     m_record.SetRecordStatus(ZELKO_RecordData::RecordStatus::Recording);
     m_record.SetFinished(false);

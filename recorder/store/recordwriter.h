@@ -13,11 +13,11 @@ namespace ZelkoRecorder {
 class RecordWriter
 {
 public:
-    /// Makes the record, without samples: `birth` has its ID, name, start time and what is known of the signal. When this
-    /// returns it is durable and stands in the store under its ID, as one that is being recorded. Null, with a text for
-    /// people in `error` and the store as it was, if the disk refuses or the ID is taken.
-    static std::unique_ptr<RecordWriter> create(
-        const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth, QString* error);
+    /// Makes the record, without samples: `birth` has its ID, name, start time and what is known of the signal. When
+    /// this returns it is durable and stands in the store under its ID, as one that is being recorded. Null, with a
+    /// text for people in `error` and the store as it was, if the disk refuses or the ID is taken.
+    static std::unique_ptr<RecordWriter> create(const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth,
+                                                QString* error);
 
     /// Adds samples behind those that are there. They count from the next step on. False if the disk takes no more.
     bool append(const char* bytes, qint64 size);
@@ -25,8 +25,8 @@ public:
     /// For entries and bookmarks that the next step is to save.
     ZELKO_XML::ZELKO_RecordData& record() { return m_record; }
 
-    /// Makes the samples durable, then the record with all its index entries and bookmarks, its size and stop time those
-    /// of the last index entry. False if the disk refuses: then the step before holds.
+    /// Makes the samples durable, then the record with all its index entries and bookmarks, its size and stop time
+    /// those of the last index entry. False if the disk refuses: then the step before holds.
     bool step();
 
     /// The last step: cuts what no index entry counts and puts the record at rest. On failure the record is closed in

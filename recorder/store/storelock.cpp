@@ -28,8 +28,9 @@ bool StoreLock::acquire(const QString& folder, QString* error)
         return false;
     }
     if (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
-        *error = errno == EWOULDBLOCK ? QStringLiteral("another recorder works on the store %1").arg(folder)
-                                      : QStringLiteral("the store %1 cannot be locked: %2").arg(folder, qt_error_string());
+        *error = errno == EWOULDBLOCK
+                     ? QStringLiteral("another recorder works on the store %1").arg(folder)
+                     : QStringLiteral("the store %1 cannot be locked: %2").arg(folder, qt_error_string());
         return false;
     }
     return true;

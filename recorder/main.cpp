@@ -1,0 +1,112 @@
+#include <recorder/process/parentwatch.h>
+#include <recorder/process/recorderoptions.h>
+#include <recorder/process/stderrlog.h>
+#include <recorder/process/terminationsignals.h>
+#include <recorder/served/servedrecorder.h>
+#include <recorder/served/writepolicy.h>
+#include <recorder/store/recorderlog.h>
+#include <recorder/store/storelock.h>
+
+#include <zelkobase/orb/orb.h>
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <cstdio>
+
+using namespace ZelkoRecorder;
+
+namespace {
+
+constexpr int cannotServe = 1;
+
+int end(const RecorderOptions::Ending& ending)
+{
+    std::fprintf(ending.exitCode == 0 ? stdout : stderr, "%s\n", qPrintable(ending.text));
+    return ending.exitCode;
+}
+
+bool addDevices(ServedRecorder& recorder, const RecorderOptions& options, QString* error)
+{
+    for (const QString& id : options.devices) {
+        const DeviceIdentity identity{id, options.listenAddress, QCoreApplication::applicationVersion()};
+        DevicePlan plan;
+        plan.folder = QDir(options.store).filePath(id);
+        plan.sources = options.sources.value(id);
+        plan.pace = options.pace;
+        plan.preparedRecords = options.preparedRecords;
+        plan.churn = options.churn;
+        if (!recorder.addDevice(identity, plan, error)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void logSession(const TreeLinkServer& server)
+{
+    QObject::connect(&server, &TreeLinkServer::sessionOpened, &server,
+                     [](const QString& user) { qCInfo(recorderLog) << "client of user" << user << "connected"; });
+    QObject::connect(&server, &TreeLinkServer::sessionClosed, &server, [](const QString& user, const QString& reason) {
+        qCInfo(recorderLog).noquote() << "client of user" << user << "gone:" << reason;
+    });
+}
+
+ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
+{
+    ZelkoCommon::OrbOptions result;
+    result.listenAddress = options.listenAddress;
+    result.port = options.port;
+    return result;
+}
+
+// Nothing is recorded before store and port are known to be ours, and the devices are on the tree before anybody can
+// ask for it.
+int serve(const RecorderOptions& options)
+{
+    QString error;
+    StoreLock lock;
+    if (!lock.acquire(options.store, &error)) {
+        return end({error, cannotServe});
+    }
+    ZelkoCommon::Orb orb(orbOptions(options));
+    ServedRecorder recorder;
+    if (!addDevices(recorder, options, &error)) {
+        return end({error, cannotServe});
+    }
+    TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(options.listenAddress));
+    logSession(server);
+    qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
+                                  << "port" << orb.port();
+    std::printf("READY port=%d\n", int{orb.port()});
+    std::fflush(stdout);
+    const int result = QCoreApplication::exec();
+    recorder.close();
+    return result;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    logToStderr();
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("zelko-recorder"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ZELKO_VERSION));
+
+    RecorderOptions::Ending ending;
+    const auto options = RecorderOptions::parse(QCoreApplication::arguments(), &ending);
+    if (!options) {
+        return end(ending);
+    }
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, &application, &QCoreApplication::quit);
+    if (options->exitWithParent && !endWithParent()) {
+        return 0;
+    }
+    try {
+        return serve(*options);
+    } catch (const ZelkoCommon::OrbError& error) {
+        return end({QString::fromUtf8(error.what()), cannotServe});
+    }
+}

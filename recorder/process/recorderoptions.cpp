@@ -1,0 +1,161 @@
+#include <recorder/process/recorderoptions.h>
+
+#include <recorder/store/recordid.h>
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <cmath>
+
+namespace ZelkoRecorder {
+
+namespace {
+
+// Thrown while a command line is read; caught in parse().
+struct BadOption
+{
+    QString text;
+};
+
+void addOptions(QCommandLineParser& parser)
+{
+    const auto add = [&parser](const char* name, const char* text, const char* value, const char* byDefault = nullptr) {
+        parser.addOption(QCommandLineOption(QString::fromLatin1(name), QString::fromLatin1(text),
+                                            QString::fromLatin1(value), QString::fromLatin1(byDefault)));
+    };
+    parser.addHelpOption();
+    parser.addVersionOption();
+    add("store", "Folder of the recordings: below it a folder per device. Required.", "folder");
+    add("sub-system", "Name of the sub system that this recorder serves.", "name", "local");
+    add("device", "A device of it; may be given more than once. Default: Recorder1", "id");
+    add("listen", "Address to serve at.", "address", "127.0.0.1");
+    add("port", "Port to serve at; 0 lets the system choose.", "number", "8004");
+    add("source",
+        "What a device, the first one if none is named, records at once; several are recorded one after the "
+        "other. A generator, \"generator:fm,rate=48000,seconds=5\", or a SigMF file.",
+        "[device=]description");
+    add("speed", "Seconds of signal recorded in a second; 0 for as fast as possible.", "factor", "1");
+    add("index-interval", "Seconds of signal between two entries of a record's index.", "seconds", "1");
+    add("populate", "Prepared records of each device, for load tests.", "count", "0");
+    add("churn", "Changes a second that are made to each device's prepared records, on the tree only, for load tests.",
+        "changes", "0");
+    parser.addOption(
+        {QStringLiteral("exit-with-parent"), QStringLiteral("End when the process ends that started this one.")});
+}
+
+double number(const QCommandLineParser& parser, const QString& name, double least, double most)
+{
+    bool isNumber = false;
+    const double value = parser.value(name).toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(value) || value < least || value > most) {
+        throw BadOption{QStringLiteral("--%1 takes a number from %2 to %3, not \"%4\"")
+                            .arg(name)
+                            .arg(least)
+                            .arg(most)
+                            .arg(parser.value(name))};
+    }
+    return value;
+}
+
+int wholeNumber(const QCommandLineParser& parser, const QString& name, int least, int most)
+{
+    const double value = number(parser, name, least, most);
+    if (value != std::floor(value)) {
+        throw BadOption{QStringLiteral("--%1 takes a whole number, not \"%2\"").arg(name, parser.value(name))};
+    }
+    return static_cast<int>(value);
+}
+
+QStringList devices(const QCommandLineParser& parser)
+{
+    QStringList ids = parser.values(QStringLiteral("device"));
+    if (ids.isEmpty()) {
+        ids.append(QStringLiteral("Recorder1"));
+    }
+    for (const QString& id : ids) {
+        if (!isRecordId(id)) { // it becomes the name of a folder just as a record's ID does
+            throw BadOption{
+                QStringLiteral("\"%1\" cannot be a device: letters, digits, \"_\", \"-\" and \".\" can").arg(id)};
+        }
+    }
+    if (ids.removeDuplicates() > 0) {
+        throw BadOption{QStringLiteral("a device is given twice")};
+    }
+    return ids;
+}
+
+// Descriptions have "=" of their own: what stands before the first one counts only if it is a device.
+QHash<QString, QStringList> sources(const QCommandLineParser& parser, const QStringList& devices)
+{
+    QHash<QString, QStringList> byDevice;
+    for (const QString& text : parser.values(QStringLiteral("source"))) {
+        const qsizetype cut = text.indexOf(QLatin1Char('='));
+        const bool named = cut > 0 && devices.contains(text.left(cut));
+        byDevice[named ? text.left(cut) : devices.first()].append(named ? text.mid(cut + 1) : text);
+    }
+    return byDevice;
+}
+
+QString subSystem(const QCommandLineParser& parser)
+{
+    const QString name = parser.value(QStringLiteral("sub-system"));
+    if (name.isEmpty() || name.contains(QLatin1Char('/'))) {
+        throw BadOption{QStringLiteral("\"%1\" cannot be a sub system").arg(name)};
+    }
+    return name;
+}
+
+RecorderOptions read(const QCommandLineParser& parser)
+{
+    if (!parser.positionalArguments().isEmpty()) {
+        throw BadOption{
+            QStringLiteral("nobody knows what to do with \"%1\"").arg(parser.positionalArguments().first())};
+    }
+    RecorderOptions options;
+    options.store = parser.value(QStringLiteral("store"));
+    if (options.store.isEmpty()) {
+        throw BadOption{QStringLiteral("--store is required")};
+    }
+    options.subSystem = subSystem(parser);
+    options.devices = devices(parser);
+    options.sources = sources(parser, options.devices);
+    options.listenAddress = parser.value(QStringLiteral("listen"));
+    options.port = static_cast<quint16>(wholeNumber(parser, QStringLiteral("port"), 0, 65535));
+    options.preparedRecords = wholeNumber(parser, QStringLiteral("populate"), 0, 1'000'000);
+    options.churn = number(parser, QStringLiteral("churn"), 0, 1e6);
+    options.pace.speed = number(parser, QStringLiteral("speed"), 0, 1e6);
+    const double interval = number(parser, QStringLiteral("index-interval"), 0.001, 86400);
+    options.pace.indexInterval = std::chrono::microseconds(std::llround(interval * 1e6));
+    options.exitWithParent = parser.isSet(QStringLiteral("exit-with-parent"));
+    return options;
+}
+
+} // namespace
+
+std::optional<RecorderOptions> RecorderOptions::parse(const QStringList& arguments, Ending* ending)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Records signals and serves the recordings."));
+    addOptions(parser);
+    const QString program = QStringLiteral("zelko-recorder");
+    if (!parser.parse(arguments)) {
+        *ending = {program + QStringLiteral(": ") + parser.errorText(), 2};
+        return std::nullopt;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        *ending = {parser.helpText(), 0};
+        return std::nullopt;
+    }
+    if (parser.isSet(QStringLiteral("version"))) {
+        *ending = {program + QLatin1Char(' ') + QCoreApplication::applicationVersion(), 0};
+        return std::nullopt;
+    }
+    try {
+        return read(parser);
+    } catch (const BadOption& bad) {
+        *ending = {program + QStringLiteral(": ") + bad.text, 2};
+        return std::nullopt;
+    }
+}
+
+} // namespace ZelkoRecorder

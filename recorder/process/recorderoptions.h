@@ -1,0 +1,42 @@
+#pragma once
+
+#include <recorder/store/recording.h>
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace ZelkoRecorder {
+
+/// What the command line of the recorder says.
+struct RecorderOptions
+{
+    /// What a command line leads to, other than options.
+    struct Ending
+    {
+        /// To be printed: on the error output if `exitCode` is not 0.
+        QString text;
+        int exitCode = 0;
+    };
+
+    QString store;
+    QString subSystem = QStringLiteral("local");
+    QStringList devices;
+    QString listenAddress = QStringLiteral("127.0.0.1");
+    quint16 port = 8004;
+    /// By device, in the order given.
+    QHash<QString, QStringList> sources;
+    /// For each device.
+    int preparedRecords = 0;
+    double churn = 0;
+    RecordingPace pace;
+    bool exitWithParent = false;
+
+    /// Reads a command line, program name first. Nothing, and in `ending` what to print and the exit code, when it asks
+    /// for help or the version, or is wrong: the code is 2 then.
+    static std::optional<RecorderOptions> parse(const QStringList& arguments, Ending* ending);
+};
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,116 @@
+#include <recorder/served/recordingthread.h>
+
+#include <recorder/source/sourcefactory.h>
+#include <recorder/store/recorderlog.h>
+#include <recorder/store/recordid.h>
+
+#include <QDateTime>
+
+namespace ZelkoRecorder {
+
+using ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+quint64 microsecondsNow()
+{
+    return static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()) * 1000;
+}
+
+ZELKO_RecordData::Interface interfaceOf(const QString& source)
+{
+    return source.startsWith(QLatin1String("generator:")) ? ZELKO_RecordData::Interface::AnalogueIF
+                                                          : ZELKO_RecordData::Interface::FileImport;
+}
+
+} // namespace
+
+RecordingThread::RecordingThread(const QString& device, const DeviceStore& store, const QStringList& sources,
+                                 const RecordingPace& pace, QObject* parent)
+    : QObject(parent)
+    , m_device(device)
+    , m_store(store)
+    , m_sources(sources)
+    , m_pace(pace)
+{}
+
+RecordingThread::~RecordingThread()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ending = true;
+        m_stop.request_stop();
+    }
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
+}
+
+void RecordingThread::start()
+{
+    if (!m_sources.isEmpty() && !m_thread.joinable()) {
+        m_thread = std::thread([this] { recordAll(); });
+    }
+}
+
+void RecordingThread::stopRecording(const QString& recordID)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_recordID == recordID) {
+        m_stop.request_stop();
+    }
+}
+
+void RecordingThread::recordAll()
+{
+    for (const QString& source : m_sources) {
+        if (!m_ending) {
+            recordOne(source);
+        }
+    }
+}
+
+void RecordingThread::recordOne(const QString& source)
+{
+    QString error;
+    const auto signal = SourceFactory::create(source, &error);
+    if (!signal) {
+        qCWarning(recorderLog).noquote() << m_device << ": cannot record" << source << ":" << error;
+        return;
+    }
+    const quint64 now = microsecondsNow();
+    const QString id = createRecordId(now);
+    ZELKO_RecordData birth = recordOf(signal->description(), now);
+    birth.SetRecordID(id);
+    birth.SetInterface(interfaceOf(source));
+    if (birth.GetRecordName().isEmpty()) {
+        birth.SetRecordName(QStringLiteral("Recording of %1").arg(m_device));
+    }
+    const auto tell = [this](const RecordPointer& record) {
+        QMetaObject::invokeMethod(
+            this, [this, record] { Q_EMIT recordChanged(record); }, Qt::QueuedConnection);
+    };
+    const std::stop_token stop = begin(id);
+    qCInfo(recorderLog).noquote() << m_device << ": recording" << id << "from" << source;
+    if (!Recording(m_store, *signal, birth, m_pace, tell).run(stop, &error)) {
+        qCWarning(recorderLog).noquote() << m_device << ": recording" << id << "failed:" << error;
+    }
+    qCInfo(recorderLog).noquote() << m_device << ": ended" << id;
+    QMetaObject::invokeMethod(
+        this, [this, id] { Q_EMIT recordEnded(id); }, Qt::QueuedConnection);
+}
+
+std::stop_token RecordingThread::begin(const QString& recordID)
+{
+    QMetaObject::invokeMethod(
+        this, [this, recordID] { Q_EMIT recordBegins(recordID); }, Qt::QueuedConnection);
+    const std::lock_guard lock(m_mutex);
+    m_recordID = recordID;
+    m_stop = std::stop_source();
+    if (m_ending) {
+        m_stop.request_stop();
+    }
+    return m_stop.get_token();
+}
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <recorder/store/devicestore.h>
+#include <recorder/store/recording.h>
+
+#include <QObject>
+#include <QStringList>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+namespace ZelkoRecorder {
+
+/// Records a device's sources one after the other on a thread of its own. The signals come on the thread that this
+/// object lives on.
+class RecordingThread : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `sources` are texts as SourceFactory takes them.
+    RecordingThread(const QString& device, const DeviceStore& store, const QStringList& sources,
+                    const RecordingPace& pace, QObject* parent = nullptr);
+
+    /// Closes the recording under way, durably, and waits for that.
+    ~RecordingThread() override;
+
+    void start();
+
+    /// Ends the recording of this record, if it is under way, and goes on to the next source.
+    void stopRecording(const QString& recordID);
+
+Q_SIGNALS:
+    /// A record is about to be born. Comes before anything of it is on disk.
+    void recordBegins(const QString& recordID);
+
+    /// A durable state of the record that is being recorded.
+    void recordChanged(const ZelkoRecorder::RecordPointer& record);
+
+    /// Nobody writes to the record any more.
+    void recordEnded(const QString& recordID);
+
+private:
+    void recordAll();
+    void recordOne(const QString& source);
+    std::stop_token begin(const QString& recordID);
+
+    const QString m_device;
+    const DeviceStore m_store;
+    const QStringList m_sources;
+    const RecordingPace m_pace;
+
+    std::atomic<bool> m_ending = false;
+    std::mutex m_mutex;
+    std::stop_source m_stop; // of the recording under way, with its record's ID
+    QString m_recordID;
+
+    std::thread m_thread;
+};
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,217 @@
+#include <recorder/served/serveddevice.h>
+
+#include <recorder/served/recordchurn.h>
+#include <recorder/served/recordingthread.h>
+#include <recorder/served/storeworker.h>
+#include <recorder/store/recorderlog.h>
+
+#include <observerbase/iobserver.h>
+#include <valuecore/valueptr.h>
+#include <zelkobase/maps/recorditemmap.h>
+#include <zelkobase/names/valuenames.h>
+
+#include <QFileSystemWatcher>
+#include <QSet>
+#include <QTimer>
+
+namespace ZelkoRecorder {
+
+using zelko::recordmap::RecordMapData;
+
+namespace {
+
+// A burst of changes to the store makes one look at it.
+constexpr std::chrono::milliseconds foldTime{100};
+
+// How often the store is looked through where the system cannot tell of changes.
+constexpr std::chrono::seconds pollTime{5};
+
+} // namespace
+
+struct ServedDevice::Private final : public IObserver
+{
+    Private(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan);
+    ~Private() override;
+
+    void connectWorker(const QString& device);
+    void connectRecordings();
+    void watchStore();
+    void takeFromDisk(const RecordPointers& read);
+    void show(const RecordPointer& record);
+    void erase(const QStringList& recordIDs);
+    void endRecording(const QString& recordID);
+
+    void Update(Observable* source, TChangeCode code) override;
+    void deleteRecords(const QStringList& recordIDs);
+    void synchronizeOne(const QString& recordID);
+    void setIdle(const QString& recordID);
+
+    const DeviceStore store;
+    const PreparedRecords prepared;
+    const ServedBranch branch;
+    zelko::recordmap::RecordItemMap& records;
+    QSet<QString> beingRecorded;
+
+    StoreWorker worker;
+    RecordingThread recordings;
+    RecordChurn churn;
+    QFileSystemWatcher watcher;
+    QTimer rescanTimer;
+
+    ValueObservingPtr<BoolValue> synchronize{this};
+    ValueObservingPtr<TextValue> syncOneRecord{this};
+    ValueObservingPtr<TextValue> deleteRecordingList{this};
+    ValueObservingPtr<TextValue> setRecordIdle{this};
+};
+
+ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan)
+    : store(plan.folder)
+    , prepared(identity.id, plan.preparedRecords)
+    , branch(tree, identity)
+    , records(*branch.records)
+    , worker(store, prepared)
+    , recordings(identity.id, store, plan.sources, plan.pace)
+    , churn(records, prepared, plan.churn)
+{
+    synchronize = branch.synchronize;
+    syncOneRecord = branch.syncOneRecord;
+    deleteRecordingList = branch.deleteRecordingList;
+    setRecordIdle = branch.setRecordIdle;
+    connectWorker(identity.id);
+    connectRecordings();
+    watchStore();
+    worker.load();
+}
+
+ServedDevice::Private::~Private() = default;
+
+// Nothing is recorded before the load has looked at what earlier runs left behind: it would take a new record for one
+// of theirs.
+void ServedDevice::Private::connectWorker(const QString& device)
+{
+    connect(&worker, &StoreWorker::counted, &worker, [this, device](int count) {
+        qCInfo(recorderLog).noquote() << device << ": loading" << count << "records";
+        branch.loadCount->SetValue(count, nullptr);
+        recordings.start();
+    });
+    connect(&worker, &StoreWorker::recordsRead, &worker, [this](const RecordPointers& read) { takeFromDisk(read); });
+    connect(&worker, &StoreWorker::recordsGone, &worker, [this](const QStringList& ids) { erase(ids); });
+    connect(&worker, &StoreWorker::loaded, &worker, [this, device] {
+        qCInfo(recorderLog).noquote() << device << ": loaded," << records.Size() << "records";
+        branch.loadedCompletly->SetValue(true, nullptr);
+        churn.start();
+    });
+}
+
+void ServedDevice::Private::connectRecordings()
+{
+    connect(&recordings, &RecordingThread::recordBegins, &worker,
+            [this](const QString& id) { beingRecorded.insert(id); });
+    connect(&recordings, &RecordingThread::recordChanged, &worker,
+            [this](const RecordPointer& record) { show(record); });
+    connect(&recordings, &RecordingThread::recordEnded, &worker, [this](const QString& id) { endRecording(id); });
+}
+
+void ServedDevice::Private::watchStore()
+{
+    rescanTimer.setSingleShot(true);
+    connect(&rescanTimer, &QTimer::timeout, &worker, [this] { worker.rescan(); });
+    connect(&watcher, &QFileSystemWatcher::directoryChanged, &worker, [this] {
+        if (!rescanTimer.isActive()) {
+            rescanTimer.start(foldTime);
+        }
+    });
+    if (!watcher.addPath(store.folder())) {
+        qCWarning(recorderLog).noquote() << "cannot watch" << store.folder() << ", looking through it regularly";
+        rescanTimer.setSingleShot(false);
+        rescanTimer.start(pollTime);
+    }
+}
+
+// What was read while its recording went on may be older than what the recording told.
+void ServedDevice::Private::takeFromDisk(const RecordPointers& read)
+{
+    for (const RecordPointer& record : read) {
+        if (!beingRecorded.contains(record->GetRecordID())) {
+            show(record);
+        }
+    }
+}
+
+void ServedDevice::Private::show(const RecordPointer& record)
+{
+    records.SetAt(record->GetRecordID(), RecordMapData(record), nullptr);
+}
+
+void ServedDevice::Private::erase(const QStringList& recordIDs)
+{
+    for (const QString& id : recordIDs) {
+        if (!beingRecorded.contains(id)) {
+            records.EraseAt(id, nullptr);
+        }
+    }
+}
+
+// Its folder may have been taken away while it was being recorded; now that shows.
+void ServedDevice::Private::endRecording(const QString& recordID)
+{
+    beingRecorded.remove(recordID);
+    worker.readOne(recordID);
+}
+
+void ServedDevice::Private::Update(Observable* source, TChangeCode code)
+{
+    if (code != TChangeCode::ValueChanged) {
+        return;
+    }
+    if (source == synchronize.get()) {
+        worker.readAll();
+    } else if (source == syncOneRecord.get()) {
+        synchronizeOne(syncOneRecord->GetValue());
+    } else if (source == deleteRecordingList.get()) {
+        deleteRecords(deleteRecordingList->GetValue().split(zelko::names::recordIdSeparator, Qt::SkipEmptyParts));
+    } else if (source == setRecordIdle.get()) {
+        setIdle(setRecordIdle->GetValue());
+    }
+}
+
+// A client may ask for anything, so what may not be deleted is looked up here again.
+void ServedDevice::Private::deleteRecords(const QStringList& recordIDs)
+{
+    QStringList deletable;
+    for (const QString& id : recordIDs) {
+        const bool mayGo = records.contains(id) && !beingRecorded.contains(id) &&
+                           DeviceStore::mayDelete(*records.At(id).GetRecordData());
+        if (mayGo) {
+            deletable.append(id);
+        } else {
+            qCWarning(recorderLog).noquote() << "not deleted, it is in use, protected or unknown:" << id;
+        }
+    }
+    worker.remove(deletable);
+}
+
+void ServedDevice::Private::synchronizeOne(const QString& recordID)
+{
+    if (records.contains(recordID) && !beingRecorded.contains(recordID)) {
+        worker.readOne(recordID);
+    }
+}
+
+void ServedDevice::Private::setIdle(const QString& recordID)
+{
+    if (beingRecorded.contains(recordID)) {
+        recordings.stopRecording(recordID);
+    } else if (records.contains(recordID)) {
+        worker.putToRest(recordID);
+    }
+}
+
+ServedDevice::ServedDevice(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan, QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(tree, identity, plan))
+{}
+
+ServedDevice::~ServedDevice() = default;
+
+} // namespace ZelkoRecorder

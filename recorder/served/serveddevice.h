@@ -1,0 +1,48 @@
+#pragma once
+
+#include <recorder/served/servedbranch.h>
+#include <recorder/store/preparedrecords.h>
+#include <recorder/store/recording.h>
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+namespace ZelkoRecorder {
+
+/// What a device does from its start on.
+struct DevicePlan
+{
+    /// Folder with the device's records.
+    QString folder;
+    /// Recorded one after the other, at once.
+    QStringList sources;
+    RecordingPace pace;
+    /// Prepared records for load tests, and how many changes a second are made to them.
+    int preparedRecords = 0;
+    double churn = 0;
+};
+
+/// One device: its records on disk, and the same ones on the tree, kept in step.
+///
+/// The tree follows the disk: a record appears, changes and goes on the tree when it has done so durably on disk. Lives
+/// on the thread of the tree and never makes it wait for the disk, but in its destructor.
+class ServedDevice : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Puts the device's branch on the tree and begins to load and to record. `tree` outlives the device, whose branch
+    /// stays there.
+    ServedDevice(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan, QObject* parent = nullptr);
+
+    /// Closes the recording under way.
+    ~ServedDevice() override;
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace ZelkoRecorder

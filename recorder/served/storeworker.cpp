@@ -1,0 +1,211 @@
+#include <recorder/served/storeworker.h>
+
+#include <recorder/store/recorderlog.h>
+#include <recorder/store/recordrepair.h>
+
+#include <algorithm>
+
+namespace ZelkoRecorder {
+
+using ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+constexpr qsizetype sliceSize = 128;
+
+} // namespace
+
+StoreWorker::StoreWorker(const DeviceStore& store, const PreparedRecords& prepared, QObject* parent)
+    : QObject(parent)
+    , m_store(store)
+    , m_prepared(prepared)
+{
+    m_thread.setMaxThreadCount(1);
+    m_thread.setExpiryTimeout(-1);
+}
+
+StoreWorker::~StoreWorker()
+{
+    m_thread.clear();
+    m_thread.waitForDone();
+}
+
+void StoreWorker::enqueue(std::function<void()> job)
+{
+    m_thread.start(std::move(job));
+}
+
+void StoreWorker::report(std::function<void()> signal)
+{
+    QMetaObject::invokeMethod(this, std::move(signal), Qt::QueuedConnection);
+}
+
+void StoreWorker::load()
+{
+    enqueue([this] { listAll(); });
+}
+
+void StoreWorker::rescan()
+{
+    enqueue([this] { compareNames(); });
+}
+
+void StoreWorker::readAll()
+{
+    enqueue([this] {
+        compareNames();
+        readSlices(m_known.values());
+    });
+}
+
+void StoreWorker::readOne(const QString& recordID)
+{
+    enqueue([this, recordID] { readSlices({recordID}); });
+}
+
+void StoreWorker::putToRest(const QString& recordID)
+{
+    enqueue([this, recordID] {
+        QString error;
+        const RecordPointer record = m_store.readAtRest(recordID, &error);
+        if (!record) {
+            qCWarning(recorderLog).noquote() << "cannot put" << recordID << "to rest:" << error;
+            return;
+        }
+        if (record->GetRecordStatus() != ZELKO_RecordData::RecordStatus::Finished) {
+            record->SetRecordStatus(ZELKO_RecordData::RecordStatus::Finished);
+            record->SetFinished(true);
+            m_store.save(*record);
+        }
+        readSlices({recordID});
+    });
+}
+
+// In parts, so that the first of many are gone from the lists of clients before the last are from the disk.
+void StoreWorker::remove(const QStringList& recordIDs)
+{
+    for (qsizetype begin = 0; begin < recordIDs.size(); begin += sliceSize) {
+        enqueue([this, ids = recordIDs.mid(begin, sliceSize)] {
+            const QStringList gone = m_store.remove(ids);
+            for (const QString& id : gone) {
+                m_known.remove(id);
+            }
+            report([this, gone] { Q_EMIT recordsGone(gone); });
+        });
+    }
+}
+
+void StoreWorker::listAll()
+{
+    m_store.removeLeftovers();
+    m_toLoad = m_store.recordIds();
+    const QSet<QString> present(m_toLoad.cbegin(), m_toLoad.cend());
+    for (int number = 0; number < m_prepared.count(); ++number) {
+        const QString id = m_prepared.recordId(number);
+        if (!present.contains(id)) {
+            m_toLoad.append(id);
+        }
+    }
+    m_loading = true;
+    report([this, count = static_cast<int>(m_toLoad.size())] { Q_EMIT counted(count); });
+    loadSlice();
+}
+
+// The rest of the load queues up behind the jobs that have come meanwhile.
+void StoreWorker::loadSlice()
+{
+    RecordPointers slice;
+    for (qsizetype left = std::min(sliceSize, m_toLoad.size()); left > 0; --left) {
+        if (const RecordPointer record = loadOne(m_toLoad.takeFirst())) {
+            slice.append(record);
+        }
+    }
+    report([this, slice] { Q_EMIT recordsRead(slice); });
+    if (!m_toLoad.isEmpty()) {
+        enqueue([this] { loadSlice(); });
+        return;
+    }
+    m_loading = false;
+    report([this] { Q_EMIT loaded(); });
+    if (m_compareAfterLoad) {
+        compareNames();
+    }
+}
+
+RecordPointer StoreWorker::loadOne(const QString& recordID)
+{
+    QString error;
+    RecordPointer record = m_store.readAtRest(recordID, &error);
+    if (const int number = m_prepared.numberOf(recordID); !record && number >= 0) {
+        record = m_prepared.write(m_store, number);
+    }
+    if (record) {
+        m_known.insert(recordID);
+    } else {
+        setAside(recordID, error);
+    }
+    return record;
+}
+
+void StoreWorker::compareNames()
+{
+    if (m_loading) {
+        m_compareAfterLoad = true;
+        return;
+    }
+    const QStringList names = m_store.recordIds();
+    const QSet<QString> present(names.cbegin(), names.cend());
+    const QStringList gone = (QSet<QString>(m_known) - present).values();
+    const QStringList came = (QSet<QString>(present) - m_known).values();
+    m_known.subtract(QSet<QString>(gone.cbegin(), gone.cend()));
+    m_setAside.intersect(present);
+    if (!gone.isEmpty()) {
+        report([this, gone] { Q_EMIT recordsGone(gone); });
+    }
+    readSlices(came);
+}
+
+void StoreWorker::readSlices(const QStringList& recordIDs)
+{
+    RecordPointers slice;
+    for (const QString& id : recordIDs) {
+        if (const RecordPointer record = readKnown(id)) {
+            slice.append(record);
+        }
+        if (slice.size() == sliceSize) {
+            report([this, slice] { Q_EMIT recordsRead(slice); });
+            slice.clear();
+        }
+    }
+    if (!slice.isEmpty()) {
+        report([this, slice] { Q_EMIT recordsRead(slice); });
+    }
+}
+
+// What is being recorded is known, but told of by who records it.
+RecordPointer StoreWorker::readKnown(const QString& recordID)
+{
+    QString error;
+    const RecordPointer record = m_store.read(recordID, &error);
+    if (!record) {
+        if (m_known.remove(recordID)) {
+            report([this, recordID] { Q_EMIT recordsGone({recordID}); });
+        }
+        setAside(recordID, error);
+        return nullptr;
+    }
+    m_known.insert(recordID);
+    m_setAside.remove(recordID);
+    return isUnfinished(*record) ? nullptr : record;
+}
+
+// Told once, not each time the store is looked through.
+void StoreWorker::setAside(const QString& recordID, const QString& why)
+{
+    if (!m_setAside.contains(recordID)) {
+        m_setAside.insert(recordID);
+        qCWarning(recorderLog).noquote() << "set aside" << m_store.recordFolder(recordID) << ":" << why;
+    }
+}
+
+} // namespace ZelkoRecorder

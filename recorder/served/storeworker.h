@@ -1,0 +1,84 @@
+#pragma once
+
+#include <recorder/store/devicestore.h>
+#include <recorder/store/preparedrecords.h>
+
+#include <QObject>
+#include <QSet>
+#include <QThreadPool>
+
+#include <functional>
+#include <vector>
+
+namespace ZelkoRecorder {
+
+/// Does a device's work on disk, one job after the other on a thread of its own, so that the thread of the tree never
+/// waits for a disk. Results come as signals on the thread that this object lives on, in the order of the jobs; what is
+/// read comes in slices small enough for that thread.
+class StoreWorker : public QObject
+{
+    Q_OBJECT
+
+public:
+    StoreWorker(const DeviceStore& store, const PreparedRecords& prepared, QObject* parent = nullptr);
+
+    /// Waits for the job under way and forgets the others.
+    ~StoreWorker() override;
+
+    /// Reads the whole store for the first time: what earlier runs left half done is put in order, and prepared records
+    /// that are missing are made. Once, before anything else, and before anything is recorded to the store.
+    void load();
+
+    /// Looks for folders that came and went since.
+    void rescan();
+
+    /// Reads every record anew, and looks for folders that came and went.
+    void readAll();
+
+    /// Reads one record anew.
+    void readOne(const QString& recordID);
+
+    /// Puts a record at rest, whatever its status says. Not one that is being recorded.
+    void putToRest(const QString& recordID);
+
+    /// Removes records for good.
+    void remove(const QStringList& recordIDs);
+
+Q_SIGNALS:
+    /// The load has begun and there are so many records to come. From here on records may be born.
+    void counted(int records);
+
+    /// What was read. Records that are being recorded are left out.
+    void recordsRead(const ZelkoRecorder::RecordPointers& records);
+
+    /// The last record of the load has been read.
+    void loaded();
+
+    /// These are no longer in the store.
+    void recordsGone(const QStringList& recordIDs);
+
+private:
+    void enqueue(std::function<void()> job);
+    void report(std::function<void()> signal);
+    void listAll();
+    void loadSlice();
+    RecordPointer loadOne(const QString& recordID);
+    void compareNames();
+    void readSlices(const QStringList& recordIDs);
+    RecordPointer readKnown(const QString& recordID);
+    void setAside(const QString& recordID, const QString& why);
+
+    const DeviceStore m_store;
+    const PreparedRecords m_prepared;
+
+    // Only the jobs use these.
+    QStringList m_toLoad;
+    bool m_loading = false;
+    bool m_compareAfterLoad = false;
+    QSet<QString> m_known;
+    QSet<QString> m_setAside;
+
+    QThreadPool m_thread;
+};
+
+} // namespace ZelkoRecorder
