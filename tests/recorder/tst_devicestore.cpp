@@ -1,0 +1,216 @@
+#include <recorder/store/devicestore.h>
+
+#include <storedrecord.h>
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ZelkoRecorder;
+using namespace ZelkoTest;
+using ZELKO_XML::ZELKO_RecordData;
+
+class TestDeviceStore : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void makesItsFolder();
+    void refusesAFolderThatCannotBe();
+    void listsFoldersThatMayHoldRecords();
+    void readsARecord();
+    void readsARecordWithSymbols();
+    void refusesWhatIsNoRecord_data();
+    void refusesWhatIsNoRecord();
+    void leavesARecordAtRestAlone();
+    void closesAnUnfinishedRecord();
+    void savesMetaData();
+    void removesRecordsWithAllFiles();
+    void removesOnlyWhatIsThere();
+    void clearsAwayInterruptedBirthsAndDeletions();
+    void saysWhatMayBeDeleted_data();
+    void saysWhatMayBeDeleted();
+};
+
+void TestDeviceStore::makesItsFolder()
+{
+    const QTemporaryDir folder;
+    QString error;
+    QVERIFY(DeviceStore(folder.filePath(QStringLiteral("a/b"))).open(&error));
+    QVERIFY(QFileInfo(folder.filePath(QStringLiteral("a/b"))).isDir());
+}
+
+void TestDeviceStore::refusesAFolderThatCannotBe()
+{
+    const QTemporaryDir folder;
+    QVERIFY(writeBytes(folder.filePath(QStringLiteral("file")), "x"));
+    QString error;
+    QVERIFY(!DeviceStore(folder.filePath(QStringLiteral("file/device"))).open(&error));
+    QVERIFY(error.contains(QLatin1String("file/device")));
+}
+
+void TestDeviceStore::listsFoldersThatMayHoldRecords()
+{
+    const QTemporaryDir folder;
+    for (const char* name : {"R1", "R2", ".new-R3", "not an ID"}) {
+        QVERIFY(QDir(folder.path()).mkdir(QString::fromLatin1(name)));
+    }
+    QVERIFY(writeBytes(folder.filePath(QStringLiteral("file")), "x"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*not an ID")));
+    QStringList ids = DeviceStore(folder.path()).recordIds();
+    ids.sort();
+    QCOMPARE(ids, (QStringList{QStringLiteral("R1"), QStringLiteral("R2")}));
+}
+
+void TestDeviceStore::readsARecord()
+{
+    const QTemporaryDir folder;
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QString error;
+    const RecordPointer record = DeviceStore(folder.path()).read(QStringLiteral("R1"), &error);
+    QVERIFY2(record, qPrintable(error));
+    QVERIFY(*record == finishedRecord(QStringLiteral("R1")));
+}
+
+void TestDeviceStore::readsARecordWithSymbols()
+{
+    const QTemporaryDir folder;
+    ZELKO_RecordData symbols = finishedRecord(QStringLiteral("R1"));
+    symbols.SetDataFormat(ZELKO_RecordData::DataFormat::Symbols);
+    QVERIFY(storeRecord(folder.path(), symbols, 4000));
+    QVERIFY(QFile::exists(folder.filePath(QStringLiteral("R1/R1.sym"))));
+    QString error;
+    QVERIFY(DeviceStore(folder.path()).read(QStringLiteral("R1"), &error));
+}
+
+void TestDeviceStore::refusesWhatIsNoRecord_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<bool>("samples");
+    QTest::addColumn<QString>("because");
+    const QByteArray good = finishedRecord(QStringLiteral("R1")).GetXmlString().toUtf8();
+    const QByteArray other = finishedRecord(QStringLiteral("R2")).GetXmlString().toUtf8();
+    QTest::newRow("no metadata") << QByteArray() << true << QStringLiteral("no readable RecordData.xml");
+    QTest::newRow("half a file") << good.left(good.size() / 2) << true << QString();
+    QTest::newRow("not XML") << QByteArray("\0\1\2", 3) << true << QString();
+    QTest::newRow("of another record") << other << true << QStringLiteral("R2");
+    QTest::newRow("no samples") << good << false << QStringLiteral("R1.dat");
+}
+
+void TestDeviceStore::refusesWhatIsNoRecord()
+{
+    QFETCH(const QByteArray, xml);
+    QFETCH(const bool, samples);
+    QFETCH(const QString, because);
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("R1")));
+    QVERIFY(writeBytes(folder.filePath(QStringLiteral("R1/RecordData.xml.aB3dEf")), "<half"));
+    QVERIFY(xml.isEmpty() || writeBytes(folder.filePath(QStringLiteral("R1/RecordData.xml")), xml));
+    QVERIFY(!samples || writeBytes(folder.filePath(QStringLiteral("R1/R1.dat")), "samples"));
+    const auto before = contentOf(folder.path());
+    QString error;
+    QVERIFY(!DeviceStore(folder.path()).readAtRest(QStringLiteral("R1"), &error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY2(error.contains(because), qPrintable(error));
+    QCOMPARE(contentOf(folder.path()), before);
+}
+
+void TestDeviceStore::leavesARecordAtRestAlone()
+{
+    const QTemporaryDir folder;
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R1")), 5000)); // longer than its metadata says
+    const auto before = contentOf(folder.path());
+    QString error;
+    QVERIFY(DeviceStore(folder.path()).readAtRest(QStringLiteral("R1"), &error));
+    QCOMPARE(contentOf(folder.path()), before);
+}
+
+void TestDeviceStore::closesAnUnfinishedRecord()
+{
+    const QTemporaryDir folder;
+    QVERIFY(storeRecord(folder.path(), unfinishedRecord(QStringLiteral("R1")), 5000));
+    const DeviceStore store(folder.path());
+    QString error;
+    const RecordPointer record = store.readAtRest(QStringLiteral("R1"), &error);
+    QVERIFY2(record, qPrintable(error));
+    QVERIFY(*record == finishedRecord(QStringLiteral("R1")));
+    QVERIFY(*store.read(QStringLiteral("R1"), &error) == *record);
+    QCOMPARE(QFileInfo(folder.filePath(QStringLiteral("R1/R1.dat"))).size(), qint64{4000});
+}
+
+void TestDeviceStore::savesMetaData()
+{
+    const QTemporaryDir folder;
+    const DeviceStore store(folder.path());
+    ZELKO_RecordData record = finishedRecord(QStringLiteral("R1"));
+    QVERIFY(storeRecord(folder.path(), record, 4000));
+    record.SetRecordName(QStringLiteral("Another"));
+    QVERIFY(store.save(record));
+    QString error;
+    QVERIFY(*store.read(QStringLiteral("R1"), &error) == record);
+
+    record.SetRecordID(QStringLiteral("R2"));
+    QVERIFY(!store.save(record)); // it has no folder
+}
+
+void TestDeviceStore::removesRecordsWithAllFiles()
+{
+    const QTemporaryDir folder;
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R2")), 4000));
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R3")), 4000));
+    QVERIFY(writeBytes(folder.filePath(QStringLiteral("R1/note.txt")), "n"));
+    const QStringList gone = DeviceStore(folder.path()).remove({QStringLiteral("R1"), QStringLiteral("R3")});
+    QCOMPARE(gone, (QStringList{QStringLiteral("R1"), QStringLiteral("R3")}));
+    QCOMPARE(contentOf(folder.path()).keys(),
+             (QStringList{QStringLiteral("R2/R2.dat"), QStringLiteral("R2/RecordData.xml")}));
+}
+
+void TestDeviceStore::removesOnlyWhatIsThere()
+{
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("device")));
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("other")));
+    const DeviceStore store(folder.filePath(QStringLiteral("device")));
+    QCOMPARE(store.remove({QStringLiteral("missing"), QStringLiteral("../other"), QString(), QStringLiteral(".")}),
+             QStringList());
+    QVERIFY(QDir(folder.filePath(QStringLiteral("other"))).exists());
+}
+
+void TestDeviceStore::clearsAwayInterruptedBirthsAndDeletions()
+{
+    const QTemporaryDir folder;
+    const DeviceStore store(folder.path());
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R2")), 4000));
+    QVERIFY(QDir().rename(folder.filePath(QStringLiteral("R2")), folder.filePath(QStringLiteral(".deleted-R2"))));
+    QVERIFY(QDir().mkpath(store.birthFolder(QStringLiteral("R3"))));
+    QVERIFY(writeBytes(store.birthFolder(QStringLiteral("R3")) + QStringLiteral("/R3.dat"), "x"));
+    store.removeLeftovers();
+    QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("R1")});
+}
+
+void TestDeviceStore::saysWhatMayBeDeleted_data()
+{
+    QTest::addColumn<bool>("deletable");
+    QTest::addColumn<ZELKO_RecordData::RecordStatus>("status");
+    QTest::addColumn<bool>("mayDelete");
+    using Status = ZELKO_RecordData::RecordStatus;
+    QTest::newRow("deletable and at rest") << true << Status::Finished << true;
+    QTest::newRow("protected") << false << Status::Finished << false;
+    QTest::newRow("being recorded") << true << Status::Recording << false;
+    QTest::newRow("being replayed") << true << Status::Replaying << false;
+}
+
+void TestDeviceStore::saysWhatMayBeDeleted()
+{
+    QFETCH(const bool, deletable);
+    QFETCH(const ZELKO_RecordData::RecordStatus, status);
+    ZELKO_RecordData record = finishedRecord(QStringLiteral("R1"));
+    record.SetDeletable(deletable);
+    record.SetRecordStatus(status);
+    QTEST(DeviceStore::mayDelete(record), "mayDelete");
+}
+
+QTEST_GUILESS_MAIN(TestDeviceStore)
+#include "tst_devicestore.moc"

@@ -1,0 +1,217 @@
+#include <recorder/store/recording.h>
+
+#include <countingsource.h>
+#include <storedrecord.h>
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <thread>
+
+using namespace ZelkoRecorder;
+using namespace ZelkoTest;
+using ZELKO_XML::IndexEntry;
+using ZELKO_XML::ZELKO_RecordData;
+
+class TestRecording : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void recordsTheWholeSignal();
+    void tellsEachDurableStateInOrder();
+    void writesAnIndexEntryAtEachNewTuning();
+    void turnsMarksIntoBookmarks();
+    void thinsALongIndex();
+    void keepsWhatCameBeforeAFailure();
+    void keepsTimeWithTheSignal();
+    void endsAtOnceWhenAsked();
+    void endsWhenTheRecordIsTakenAway();
+    void describesASignalAtItsBirth();
+
+private:
+    static RecordingPace fast()
+    {
+        RecordingPace pace;
+        pace.speed = 0;
+        pace.stepInterval = std::chrono::milliseconds(0);
+        return pace;
+    }
+    bool run(SignalSource& source, const RecordingPace& pace, const std::stop_token& stop = {});
+    static QVector<quint64> offsets(const ZELKO_RecordData& record)
+    {
+        QVector<quint64> result;
+        for (const IndexEntry& entry : record.GetIndexEntry()) {
+            result.append(entry.GetRecordOffset());
+        }
+        return result;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    RecordPointers m_told;
+    std::function<void()> m_onTold;
+    QString m_error;
+};
+
+void TestRecording::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_told.clear();
+    m_onTold = {};
+    m_error.clear();
+}
+
+bool TestRecording::run(SignalSource& source, const RecordingPace& pace, const std::stop_token& stop)
+{
+    const DeviceStore store(m_folder->path());
+    ZELKO_RecordData birth = recordOf(source.description(), 10'000'000);
+    birth.SetRecordID(QStringLiteral("R1"));
+    const auto tell = [this, &store](const RecordPointer& record) {
+        QString error;
+        const RecordPointer stored = store.read(QStringLiteral("R1"), &error);
+        if (stored) { // what is told is on disk already
+            QVERIFY(*stored == *record);
+        }
+        m_told.append(record);
+        if (m_onTold) {
+            m_onTold();
+        }
+    };
+    return Recording(store, source, birth, pace, tell).run(stop, &m_error);
+}
+
+void TestRecording::recordsTheWholeSignal()
+{
+    CountingSource source(CountingSource::signal(2500));
+    QVERIFY2(run(source, fast()), qPrintable(m_error));
+    QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), CountingSource::bytes(2500));
+    const ZELKO_RecordData& record = *m_told.constLast();
+    QCOMPARE(record.GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QCOMPARE(record.GetSize(), quint64{10'000});
+    QCOMPARE(record.GetStartTime(), quint64{10'000'000});
+    QCOMPARE(record.GetStopTime(), quint64{12'500'000});
+    QCOMPARE(offsets(record), (QVector<quint64>{0, 4000, 8000, 10'000}));
+}
+
+void TestRecording::tellsEachDurableStateInOrder()
+{
+    CountingSource source(CountingSource::signal(2500));
+    QVERIFY(run(source, fast()));
+    QVector<std::pair<int, quint64>> told;
+    for (const RecordPointer& record : m_told) {
+        told.append({static_cast<int>(record->GetRecordStatus()), record->GetSize()});
+    }
+    QCOMPARE(told, (QVector<std::pair<int, quint64>>{{2, 0}, {2, 4000}, {2, 8000}, {5, 10'000}}));
+}
+
+void TestRecording::writesAnIndexEntryAtEachNewTuning()
+{
+    SourceDescription signal = CountingSource::signal(2000);
+    signal.segments = {{0, 100, 5'000'000}, {300, 200, 0}, {1500, 300, 60'000'000}};
+    CountingSource source(signal);
+    QVERIFY(run(source, fast()));
+    QVector<std::pair<quint64, quint64>> entries;
+    for (const IndexEntry& entry : std::as_const(*m_told.constLast()).GetIndexEntry()) {
+        entries.append({entry.GetTimestamp(), entry.GetTunerFrequency()});
+    }
+    QCOMPARE(entries, (QVector<std::pair<quint64, quint64>>{
+                          {5'000'000, 100}, {5'300'000, 200}, {6'000'000, 200}, {60'000'000, 300}, {60'500'000, 300}}));
+    QCOMPARE(m_told.constLast()->GetStartTime(), quint64{5'000'000});
+}
+
+void TestRecording::turnsMarksIntoBookmarks()
+{
+    SourceDescription signal = CountingSource::signal(2000);
+    signal.marks = {
+        {0, -1, QStringLiteral("begin")}, {500, 10, QStringLiteral("call")}, {3000, -1, QStringLiteral("never")}};
+    CountingSource source(signal);
+    QVERIFY(run(source, fast()));
+    QStringList bookmarks;
+    for (const auto& bookmark : std::as_const(*m_told.constLast()).GetBookmarkEntry()) {
+        bookmarks.append(QStringLiteral("%1 %2").arg(bookmark.GetTimestamp()).arg(bookmark.GetBookmark()));
+    }
+    QCOMPARE(bookmarks, (QStringList{QStringLiteral("10000000 begin"), QStringLiteral("10500000 call")}));
+}
+
+void TestRecording::thinsALongIndex()
+{
+    RecordingPace pace = fast();
+    pace.maximumIndexEntries = 4;
+    CountingSource source(CountingSource::signal(20'000));
+    QVERIFY(run(source, pace));
+    const QVector<quint64> kept = offsets(*m_told.constLast());
+    QVERIFY2(kept.size() <= 5, qPrintable(QString::number(kept.size())));
+    QCOMPARE(kept.constFirst(), quint64{0});
+    QCOMPARE(kept.constLast(), quint64{80'000});
+    QVERIFY(std::is_sorted(kept.cbegin(), kept.cend()));
+}
+
+void TestRecording::keepsWhatCameBeforeAFailure()
+{
+    CountingSource source(CountingSource::signal(5000), 1700);
+    QVERIFY(!run(source, fast()));
+    QCOMPARE(m_error, QStringLiteral("the cable broke"));
+    QCOMPARE(m_told.constLast()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), CountingSource::bytes(1700));
+}
+
+void TestRecording::keepsTimeWithTheSignal()
+{
+    RecordingPace pace;
+    pace.speed = 4;
+    CountingSource source(CountingSource::signal(2000)); // 2 s of signal
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(run(source, pace));
+    QVERIFY2(clock.elapsed() >= 490, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(m_told.constLast()->GetSize(), quint64{8000});
+}
+
+void TestRecording::endsAtOnceWhenAsked()
+{
+    RecordingPace pace;
+    pace.speed = 0.001; // the signal would take hours
+    CountingSource source(CountingSource::signal(-1));
+    std::stop_source stop;
+    std::thread asker;
+    m_onTold = [&] {
+        if (!asker.joinable()) {
+            asker = std::thread([&] { stop.request_stop(); });
+        }
+    };
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY2(run(source, pace, stop.get_token()), qPrintable(m_error));
+    asker.join();
+    QVERIFY(clock.elapsed() < 5000);
+    QCOMPARE(m_told.constLast()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+}
+
+void TestRecording::endsWhenTheRecordIsTakenAway()
+{
+    CountingSource source(CountingSource::signal(-1));
+    m_onTold = [&] { QDir(m_folder->filePath(QStringLiteral("R1"))).removeRecursively(); };
+    QVERIFY(!run(source, fast()));
+    QVERIFY(!m_error.isEmpty());
+    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("R1"))));
+}
+
+void TestRecording::describesASignalAtItsBirth()
+{
+    SourceDescription signal = CountingSource::signal(10, 48'000);
+    ZELKO_RecordData record = recordOf(signal, 77);
+    QCOMPARE(record.GetRecordName(), QStringLiteral("Counting"));
+    QCOMPARE(record.GetStartTime(), quint64{77});
+    QCOMPARE(record.GetDataFormat(), ZELKO_RecordData::DataFormat::IQ16);
+    QCOMPARE(record.GetDataRate(), ZELKO_RecordData::DataRate::UpTo256kB);
+    signal.segments[0].startTime = 5;
+    signal.format.type = SampleType::ComplexFloat32;
+    record = recordOf(signal, 77);
+    QCOMPARE(record.GetStartTime(), quint64{5});
+    QCOMPARE(static_cast<int>(record.GetDataFormat()), 21);
+}
+
+QTEST_GUILESS_MAIN(TestRecording)
+#include "tst_recording.moc"
