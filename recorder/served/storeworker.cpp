@@ -60,7 +60,10 @@ void StoreWorker::readAll()
 
 void StoreWorker::readOne(const QString& recordID)
 {
-    enqueue([this, recordID] { readSlices({recordID}); });
+    enqueue([this, recordID] {
+        m_known.insert(recordID); // to whoever asks: so it is told of if it is not there
+        readSlices({recordID});
+    });
 }
 
 void StoreWorker::putToRest(const QString& recordID)

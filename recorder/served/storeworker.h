@@ -35,7 +35,7 @@ public:
     /// Reads every record anew, and looks for folders that came and went.
     void readAll();
 
-    /// Reads one record anew.
+    /// Reads one record anew; tells that it is gone if it cannot be read.
     void readOne(const QString& recordID);
 
     /// Puts a record at rest, whatever its status says. Not one that is being recorded.

@@ -1,0 +1,146 @@
+#include <recorder/process/recorderoptions.h>
+
+#include <QTest>
+
+using namespace ZelkoRecorder;
+
+class TestRecorderOptions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hasDefaults();
+    void readsEveryOption();
+    void givesSourcesToDevices_data();
+    void givesSourcesToDevices();
+    void refusesBadOptions_data();
+    void refusesBadOptions();
+    void answersHelpAndVersion_data();
+    void answersHelpAndVersion();
+
+private:
+    static std::optional<RecorderOptions> parse(const QStringList& arguments, RecorderOptions::Ending* ending)
+    {
+        return RecorderOptions::parse(QStringList{QStringLiteral("zelko-recorder")} + arguments, ending);
+    }
+    RecorderOptions::Ending m_ending;
+};
+
+void TestRecorderOptions::hasDefaults()
+{
+    const auto options = parse({QStringLiteral("--store"), QStringLiteral("/s")}, &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->store, QStringLiteral("/s"));
+    QCOMPARE(options->subSystem, QStringLiteral("local"));
+    QCOMPARE(options->devices, QStringList{QStringLiteral("Recorder1")});
+    QCOMPARE(options->listenAddress, QStringLiteral("127.0.0.1"));
+    QCOMPARE(options->port, quint16{8004});
+    QVERIFY(options->sources.isEmpty());
+    QCOMPARE(options->preparedRecords, 0);
+    QCOMPARE(options->churn, 0.0);
+    QCOMPARE(options->pace.speed, 1.0);
+    QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(1'000'000));
+    QVERIFY(!options->exitWithParent);
+}
+
+void TestRecorderOptions::readsEveryOption()
+{
+    const QString line = QStringLiteral(
+        "--store /s --sub-system north --device A --device B-2 --listen ::1 --port 0 --populate 100000 --churn 2.5 "
+        "--speed 0 --index-interval 0.25 --exit-with-parent --source B-2=sigmf:/x=y");
+    const auto options = parse(line.split(QLatin1Char(' ')), &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->subSystem, QStringLiteral("north"));
+    QCOMPARE(options->devices, (QStringList{QStringLiteral("A"), QStringLiteral("B-2")}));
+    QCOMPARE(options->listenAddress, QStringLiteral("::1"));
+    QCOMPARE(options->port, quint16{0});
+    QCOMPARE(options->preparedRecords, 100'000);
+    QCOMPARE(options->churn, 2.5);
+    QCOMPARE(options->pace.speed, 0.0);
+    QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(250'000));
+    QVERIFY(options->exitWithParent);
+    QCOMPARE(options->sources.value(QStringLiteral("B-2")), QStringList{QStringLiteral("sigmf:/x=y")});
+}
+
+void TestRecorderOptions::givesSourcesToDevices_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QString>("description");
+    QTest::newRow("without a device") << QStringLiteral("generator:fm") << QStringLiteral("A")
+                                      << QStringLiteral("generator:fm");
+    QTest::newRow("with one") << QStringLiteral("B=generator:fm") << QStringLiteral("B")
+                              << QStringLiteral("generator:fm");
+    QTest::newRow("an equals sign of its own") << QStringLiteral("generator:fm,rate=48000") << QStringLiteral("A")
+                                               << QStringLiteral("generator:fm,rate=48000");
+    QTest::newRow("both") << QStringLiteral("B=generator:fm,rate=48000") << QStringLiteral("B")
+                          << QStringLiteral("generator:fm,rate=48000");
+    QTest::newRow("no such device") << QStringLiteral("C=x") << QStringLiteral("A") << QStringLiteral("C=x");
+}
+
+void TestRecorderOptions::givesSourcesToDevices()
+{
+    QFETCH(const QString, source);
+    QFETCH(const QString, device);
+    QFETCH(const QString, description);
+    const auto options = parse({QStringLiteral("--store=/s"), QStringLiteral("--device=A"),
+                                QStringLiteral("--device=B"), QStringLiteral("--source"), source},
+                               &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->sources.size(), 1);
+    QCOMPARE(options->sources.value(device), QStringList{description});
+}
+
+void TestRecorderOptions::refusesBadOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("mentions");
+    const auto row = [](const char* name, const QString& more, const QString& mentions) {
+        QTest::newRow(name) << (QStringList{QStringLiteral("--store=/s")} + more.split(QLatin1Char(' '))) << mentions;
+    };
+    QTest::newRow("no store") << QStringList() << QStringLiteral("--store");
+    row("an unknown option", QStringLiteral("--colour red"), QStringLiteral("colour"));
+    row("an option without its value", QStringLiteral("--port"), QStringLiteral("port"));
+    row("something without an option", QStringLiteral("generator:fm"), QStringLiteral("generator:fm"));
+    row("a port that is no number", QStringLiteral("--port http"), QStringLiteral("http"));
+    row("a port too high", QStringLiteral("--port 65536"), QStringLiteral("65536"));
+    row("a fraction of a port", QStringLiteral("--port 1.5"), QStringLiteral("1.5"));
+    row("a negative number of records", QStringLiteral("--populate -1"), QStringLiteral("-1"));
+    row("a speed below zero", QStringLiteral("--speed -1"), QStringLiteral("--speed"));
+    row("a speed without an end", QStringLiteral("--speed inf"), QStringLiteral("inf"));
+    row("a churn that is no number", QStringLiteral("--churn nan"), QStringLiteral("nan"));
+    row("no time at all between index entries", QStringLiteral("--index-interval 0"),
+        QStringLiteral("--index-interval"));
+    row("a device that is a path", QStringLiteral("--device a/b"), QStringLiteral("a/b"));
+    row("a device twice", QStringLiteral("--device A --device A"), QStringLiteral("twice"));
+    row("a sub system that is a path", QStringLiteral("--sub-system a/b"), QStringLiteral("a/b"));
+}
+
+void TestRecorderOptions::refusesBadOptions()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QString, mentions);
+    QVERIFY(!parse(arguments, &m_ending));
+    QCOMPARE(m_ending.exitCode, 2);
+    QVERIFY2(m_ending.text.contains(mentions), qPrintable(m_ending.text));
+}
+
+void TestRecorderOptions::answersHelpAndVersion_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("mentions");
+    QTest::newRow("help") << QStringLiteral("--help") << QStringLiteral("--populate");
+    QTest::newRow("version") << QStringLiteral("--version") << QStringLiteral("zelko-recorder");
+}
+
+void TestRecorderOptions::answersHelpAndVersion()
+{
+    QFETCH(const QString, option);
+    QFETCH(const QString, mentions);
+    QVERIFY(!parse({option}, &m_ending));
+    QCOMPARE(m_ending.exitCode, 0);
+    QVERIFY2(m_ending.text.contains(mentions), qPrintable(m_ending.text));
+}
+
+QTEST_GUILESS_MAIN(TestRecorderOptions)
+#include "tst_recorderoptions.moc"

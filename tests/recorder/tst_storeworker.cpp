@@ -1,0 +1,255 @@
+#include <recorder/served/storeworker.h>
+
+#include <storedrecord.h>
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ZelkoRecorder;
+using namespace ZelkoTest;
+using ZELKO_XML::ZELKO_RecordData;
+
+class TestStoreWorker : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void loadsCountThenRecordsThenEnd();
+    void loadsLargeStoresInSlices();
+    void setsUnreadableFoldersAside();
+    void closesWhatWasBeingRecorded();
+    void makesOnlyMissingPreparedRecords();
+    void makesHalfWrittenPreparedRecordsAgain();
+    void noticesFoldersThatComeAndGo();
+    void passesOverRecordsThatAreBeingRecorded();
+    void readsAllAnew();
+    void readsOneAnew();
+    void reportsARecordThatBecameUnreadable();
+    void reportsARecordThatIsAskedForAndIsNotThere();
+    void putsARecordToRest();
+    void removesRecords();
+    void mayEndInTheMiddleOfALoad();
+
+private:
+    void start(int prepared = 0);
+    void load(int prepared = 0);
+    static QString sorted(QStringList ids)
+    {
+        ids.sort();
+        return ids.join(QLatin1Char(' '));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<StoreWorker> m_worker;
+    QStringList m_log;
+};
+
+void TestStoreWorker::init()
+{
+    m_worker.reset();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_log.clear();
+}
+
+void TestStoreWorker::start(int prepared)
+{
+    m_worker =
+        std::make_unique<StoreWorker>(DeviceStore(m_folder->path()), PreparedRecords(QStringLiteral("D"), prepared));
+    StoreWorker* const worker = m_worker.get();
+    connect(worker, &StoreWorker::counted, worker,
+            [this](int n) { m_log.append(QStringLiteral("counted %1").arg(n)); });
+    connect(worker, &StoreWorker::loaded, worker, [this] { m_log.append(QStringLiteral("loaded")); });
+    connect(worker, &StoreWorker::recordsGone, worker,
+            [this](const QStringList& ids) { m_log.append(QStringLiteral("gone ") + sorted(ids)); });
+    connect(worker, &StoreWorker::recordsRead, worker, [this](const RecordPointers& read) {
+        QStringList ids;
+        for (const RecordPointer& record : read) {
+            ids.append(record->GetRecordID());
+        }
+        m_log.append(QStringLiteral("read ") + sorted(ids));
+    });
+}
+
+void TestStoreWorker::load(int prepared)
+{
+    start(prepared);
+    m_worker->load();
+    QTRY_VERIFY(m_log.contains(QStringLiteral("loaded")));
+    m_log.clear();
+}
+
+void TestStoreWorker::loadsCountThenRecordsThenEnd()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    start();
+    m_worker->load();
+    QTRY_COMPARE(m_log,
+                 (QStringList{QStringLiteral("counted 2"), QStringLiteral("read R1 R2"), QStringLiteral("loaded")}));
+}
+
+void TestStoreWorker::loadsLargeStoresInSlices()
+{
+    start(300);
+    m_worker->load();
+    m_worker->remove({QStringLiteral("unknown")}); // a job of somebody who does not want to wait for the whole load
+    QTRY_VERIFY(m_log.contains(QStringLiteral("loaded")));
+    QCOMPARE(m_log.size(), 6);
+    QCOMPARE(m_log.at(0), QStringLiteral("counted 300"));
+    QCOMPARE(m_log.indexOf(QStringLiteral("gone ")), 2);
+}
+
+void TestStoreWorker::setsUnreadableFoldersAside()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("R2")));
+    QVERIFY(writeBytes(m_folder->filePath(QStringLiteral("R2/RecordData.xml.aB3dEf")), "<half"));
+    const auto before = contentOf(m_folder->path());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R2")));
+    start();
+    m_worker->load();
+    QTRY_COMPARE(m_log,
+                 (QStringList{QStringLiteral("counted 2"), QStringLiteral("read R1"), QStringLiteral("loaded")}));
+    QCOMPARE(contentOf(m_folder->path()), before);
+}
+
+void TestStoreWorker::closesWhatWasBeingRecorded()
+{
+    QVERIFY(storeRecord(m_folder->path(), unfinishedRecord(QStringLiteral("R1")), 4321));
+    load();
+    ZELKO_RecordData record;
+    QVERIFY(record.LoadXml(m_folder->filePath(QStringLiteral("R1/RecordData.xml"))));
+    QVERIFY(record == finishedRecord(QStringLiteral("R1")));
+}
+
+void TestStoreWorker::makesOnlyMissingPreparedRecords()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 3);
+    load(2);
+    ZELKO_RecordData renamed = prepared.record(1);
+    renamed.SetRecordName(QStringLiteral("By hand"));
+    QVERIFY(DeviceStore(m_folder->path()).save(renamed));
+    start(3);
+    m_worker->load();
+    QTRY_VERIFY(m_log.contains(QStringLiteral("loaded")));
+    QString error;
+    const DeviceStore store(m_folder->path());
+    QVERIFY(*store.read(prepared.recordId(1), &error) == renamed);
+    QVERIFY(*store.read(prepared.recordId(2), &error) == prepared.record(2));
+}
+
+void TestStoreWorker::makesHalfWrittenPreparedRecordsAgain()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 1);
+    QVERIFY(QDir(m_folder->path()).mkdir(prepared.recordId(0)));
+    QVERIFY(writeBytes(m_folder->filePath(prepared.recordId(0) + QStringLiteral("/RecordData.xml")), "<ZELKO"));
+    load(1);
+    QString error;
+    QVERIFY(*DeviceStore(m_folder->path()).read(prepared.recordId(0), &error) == prepared.record(0));
+}
+
+void TestStoreWorker::noticesFoldersThatComeAndGo()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    load();
+    QVERIFY(QDir(m_folder->filePath(QStringLiteral("R1"))).removeRecursively());
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    m_worker->rescan();
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1"), QStringLiteral("read R2")}));
+    m_worker->rescan();
+    m_worker->readOne(QStringLiteral("R2")); // to see that the look in between found nothing
+    QTRY_COMPARE(m_log.size(), 3);
+    QCOMPARE(m_log.last(), QStringLiteral("read R2"));
+}
+
+void TestStoreWorker::passesOverRecordsThatAreBeingRecorded()
+{
+    load();
+    QVERIFY(storeRecord(m_folder->path(), unfinishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    m_worker->rescan();
+    m_worker->readOne(QStringLiteral("R1"));
+    m_worker->readAll();
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R2"), QStringLiteral("read R2")}));
+    ZELKO_RecordData record;
+    QVERIFY(record.LoadXml(m_folder->filePath(QStringLiteral("R1/RecordData.xml"))));
+    QVERIFY(record == unfinishedRecord(QStringLiteral("R1")));
+}
+
+void TestStoreWorker::readsAllAnew()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    load();
+    m_worker->readAll();
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1 R2")}));
+}
+
+void TestStoreWorker::readsOneAnew()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    load();
+    m_worker->readOne(QStringLiteral("R2"));
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R2")}));
+}
+
+void TestStoreWorker::reportsARecordThatBecameUnreadable()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    load();
+    QVERIFY(writeBytes(m_folder->filePath(QStringLiteral("R1/RecordData.xml")), "<half"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R1")));
+    m_worker->readOne(QStringLiteral("R1"));
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1")}));
+    QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("R1/R1.dat"))));
+}
+
+void TestStoreWorker::reportsARecordThatIsAskedForAndIsNotThere()
+{
+    load();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R1")));
+    m_worker->readOne(QStringLiteral("R1"));
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1")}));
+}
+
+void TestStoreWorker::putsARecordToRest()
+{
+    ZELKO_RecordData damaged = finishedRecord(QStringLiteral("R1"));
+    damaged.SetRecordStatus(ZELKO_RecordData::RecordStatus::Damaged);
+    QVERIFY(storeRecord(m_folder->path(), damaged, 4000));
+    load();
+    m_worker->putToRest(QStringLiteral("R1"));
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1")}));
+    QString error;
+    QVERIFY(*DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error) == finishedRecord(QStringLiteral("R1")));
+}
+
+void TestStoreWorker::removesRecords()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    load();
+    m_worker->remove({QStringLiteral("R1"), QStringLiteral("unknown")});
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1")}));
+    QCOMPARE(contentOf(m_folder->path()).size(), 2);
+    m_worker->rescan();
+    m_worker->readOne(QStringLiteral("R2"));
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1"), QStringLiteral("read R2")}));
+}
+
+void TestStoreWorker::mayEndInTheMiddleOfALoad()
+{
+    start(5000);
+    m_worker->load();
+    QTRY_VERIFY(m_log.size() > 2);
+    m_worker.reset();
+    const qsizetype told = m_log.size();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_log.size(), told);
+}
+
+QTEST_GUILESS_MAIN(TestStoreWorker)
+#include "tst_storeworker.moc"
