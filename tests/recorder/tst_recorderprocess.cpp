@@ -1,0 +1,243 @@
+#include <recorder/store/devicestore.h>
+#include <recorder/store/storelock.h>
+
+#include <recorderclient.h>
+#include <recorderprocess.h>
+#include <storedrecord.h>
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ZelkoTest;
+using ZELKO_XML::ZELKO_RecordData;
+using ZelkoRecorder::DeviceStore;
+using ZelkoRecorder::RecordPointer;
+using Status = ZELKO_RecordData::RecordStatus;
+
+class TestRecorderProcess : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void cleanup();
+    void saysItsPortAndNothingElse();
+    void closesRecordingsOnASignal_data();
+    void closesRecordingsOnASignal();
+    void endsWithTheRightCode_data();
+    void endsWithTheRightCode();
+    void refusesATakenPort();
+    void refusesAStoreInUse();
+    void endsWithItsParent();
+    void showsARecordingToAClient();
+    void deletesForAClient();
+    void takesNoOtherValueFromAClient();
+    void servesWhileItLoads();
+    void changesPreparedRecords();
+
+private:
+    RecorderClient& connectTo(quint16 port)
+    {
+        m_client = std::make_unique<RecorderClient>(*m_orb, port);
+        return *m_client;
+    }
+    QStringList withStore(const QString& more) const
+    {
+        return QStringList{QStringLiteral("--store"), m_folder->path()} +
+               more.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    }
+    QString device() const { return m_folder->filePath(QStringLiteral("Recorder1")); }
+
+    std::unique_ptr<ZelkoCommon::Orb> m_orb;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<RecorderProcess> m_recorder;
+    std::unique_ptr<RecorderClient> m_client;
+};
+
+void TestRecorderProcess::initTestCase()
+{
+    m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
+}
+
+void TestRecorderProcess::cleanupTestCase()
+{
+    m_orb.reset();
+}
+
+void TestRecorderProcess::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_recorder = std::make_unique<RecorderProcess>(QStringLiteral(ZELKO_RECORDER));
+}
+
+void TestRecorderProcess::cleanup()
+{
+    m_client.reset();
+    m_recorder.reset();
+}
+
+void TestRecorderProcess::saysItsPortAndNothingElse()
+{
+    QVERIFY(m_recorder->start(withStore(QStringLiteral("--source generator:noise,seconds=0.1"))));
+    QVERIFY(m_recorder->port() != 0);
+    m_recorder->send(SIGTERM);
+    QCOMPARE(m_recorder->exitCode(), 0);
+    QCOMPARE(m_recorder->process().readAllStandardOutput(), QByteArray());
+    const QByteArray log = m_recorder->process().readAllStandardError();
+    QVERIFY2(log.contains("serving sub system local"), log.constData());
+}
+
+void TestRecorderProcess::closesRecordingsOnASignal_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+}
+
+void TestRecorderProcess::closesRecordingsOnASignal()
+{
+    QFETCH(const int, signal);
+    QVERIFY(m_recorder->start(withStore(QStringLiteral("--index-interval 0.05 --source generator:fm"))));
+    const DeviceStore store(device());
+    QTRY_COMPARE(store.recordIds().size(), 1);
+    const QString id = store.recordIds().first();
+    QString error;
+    QTRY_VERIFY(store.read(id, &error) && store.read(id, &error)->GetSize() > 0);
+    m_recorder->send(signal);
+    QCOMPARE(m_recorder->exitCode(), 0);
+    const RecordPointer record = store.read(id, &error);
+    QCOMPARE(record->GetRecordStatus(), Status::Finished);
+    QCOMPARE(static_cast<quint64>(QFileInfo(device() + QStringLiteral("/%1/%1.dat").arg(id)).size()),
+             record->GetSize());
+}
+
+void TestRecorderProcess::endsWithTheRightCode_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("onStandardOutput");
+    QTest::newRow("help") << QStringList{QStringLiteral("--help")} << 0 << true;
+    QTest::newRow("version") << QStringList{QStringLiteral("--version")} << 0 << true;
+    QTest::newRow("no store") << QStringList() << 2 << false;
+    QTest::newRow("an unknown option") << QStringList{QStringLiteral("--colour")} << 2 << false;
+    QTest::newRow("a store that is a file")
+        << QStringList{QStringLiteral("--port=0"), QStringLiteral("--store=" ZELKO_RECORDER)} << 1 << false;
+    QTest::newRow("an address of another machine")
+        << QStringList{QStringLiteral("--port=0"), QStringLiteral("--listen=192.0.2.7"), QStringLiteral("--store"),
+                       QTemporaryDir().path()}
+        << 1 << false;
+}
+
+void TestRecorderProcess::endsWithTheRightCode()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const bool, onStandardOutput);
+    m_recorder->launch(arguments);
+    QTEST(m_recorder->exitCode(), "code");
+    QCOMPARE(m_recorder->process().readAllStandardOutput().isEmpty(), !onStandardOutput);
+    QCOMPARE(m_recorder->process().readAllStandardError().isEmpty(), onStandardOutput);
+}
+
+void TestRecorderProcess::refusesATakenPort()
+{
+    m_recorder->launch(withStore(QStringLiteral("--source generator:fm --port %1").arg(m_orb->port())));
+    QCOMPARE(m_recorder->exitCode(), 1);
+    QVERIFY(!m_recorder->process().readAllStandardError().isEmpty());
+    QVERIFY(!QDir(device()).exists());
+}
+
+void TestRecorderProcess::refusesAStoreInUse()
+{
+    QVERIFY(m_recorder->start(withStore({})));
+    RecorderProcess second(QStringLiteral(ZELKO_RECORDER));
+    second.launch(withStore(QStringLiteral("--port 0")));
+    QCOMPARE(second.exitCode(), 1);
+    const QByteArray log = second.process().readAllStandardError();
+    QVERIFY2(log.contains("another recorder"), log.constData());
+}
+
+void TestRecorderProcess::endsWithItsParent()
+{
+    QProcess parent;
+    const QString command = QStringLiteral("\"%1\" --port 0 --exit-with-parent --store \"%2\"; true")
+                                .arg(QStringLiteral(ZELKO_RECORDER), m_folder->path());
+    parent.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command});
+    QVERIFY(parent.waitForReadyRead());
+    QVERIFY(parent.readAllStandardOutput().startsWith("READY"));
+    QString error;
+    QVERIFY(!ZelkoRecorder::StoreLock().acquire(m_folder->path(), &error));
+    parent.kill();
+    QVERIFY(parent.waitForFinished());
+    QTRY_VERIFY(ZelkoRecorder::StoreLock().acquire(m_folder->path(), &error));
+}
+
+void TestRecorderProcess::showsARecordingToAClient()
+{
+    QVERIFY(m_recorder->start(withStore(QStringLiteral(
+        "--device A --device B --index-interval 0.1 --source A=generator:fm,name=Tower --source B=generator:noise"))));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.values(QStringLiteral("A")).isLoaded() && client.values(QStringLiteral("B")).isLoaded());
+    const RecorderValues a = client.values(QStringLiteral("A"));
+    QTRY_COMPARE(a.map()->Size(), std::uint64_t{1});
+    const QString id = a.ids().first();
+    QCOMPARE(a.record(id)->GetRecordName(), QStringLiteral("Tower"));
+    QCOMPARE(a.record(id)->GetRecordStatus(), Status::Recording);
+    QVERIFY(!a.record(id)->GetFinished());
+    QTRY_VERIFY(a.record(id)->GetSize() > 0);
+    const quint64 size = a.record(id)->GetSize();
+    QTRY_VERIFY(a.record(id)->GetSize() > size);
+    client.write(a.command<Value<QString>>("SetRecordIdle"), id);
+    QTRY_COMPARE(a.record(id)->GetRecordStatus(), Status::Finished);
+    QCOMPARE(client.values(QStringLiteral("B")).map()->Size(), std::uint64_t{1});
+}
+
+void TestRecorderProcess::deletesForAClient()
+{
+    for (const char* id : {"R1", "R2", "R3"}) {
+        QVERIFY(storeRecord(device(), finishedRecord(QString::fromLatin1(id)), 4000));
+    }
+    QVERIFY(m_recorder->start(withStore({})));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.values().isLoaded());
+    QCOMPARE(client.values().map()->Size(), std::uint64_t{3});
+    client.write(client.values().command<Value<QString>>("DeleteRecordingList"), QStringLiteral("R1@R3"));
+    QTRY_COMPARE(client.values().ids(), QStringList{QStringLiteral("R2")});
+    QVERIFY(!QDir(device() + QStringLiteral("/R1")).exists());
+    QVERIFY(QDir(device() + QStringLiteral("/R2")).removeRecursively());
+    QTRY_VERIFY(client.values().map()->Empty());
+}
+
+void TestRecorderProcess::takesNoOtherValueFromAClient()
+{
+    QVERIFY(m_recorder->start(withStore({})));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.values().isLoaded());
+    client.write(client.values().loadCount(), 77);
+    QCOMPARE(client.values().loadCount()->GetValue(), 77);
+    QTRY_COMPARE(client.values().loadCount()->GetValue(), 0);
+}
+
+void TestRecorderProcess::servesWhileItLoads()
+{
+    QVERIFY(m_recorder->start(withStore(QStringLiteral("--populate 3000"))));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.isConnected());
+    QTRY_COMPARE(client.values().loadCount()->GetValue(), 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded(), 60'000);
+    QCOMPARE(client.values().map()->Size(), std::uint64_t{3000});
+}
+
+void TestRecorderProcess::changesPreparedRecords()
+{
+    QVERIFY(m_recorder->start(withStore(QStringLiteral("--populate 3 --churn 200"))));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.values().isLoaded());
+    const QString id = client.values().ids().first();
+    const quint64 size = client.values().record(id)->GetSize();
+    QTRY_VERIFY(client.values().record(id)->GetSize() > size + 4096);
+}
+
+QTEST_GUILESS_MAIN(TestRecorderProcess)
+#include "tst_recorderprocess.moc"

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <recordervalues.h>
+
+#include <zelkobase/connection/ivtclient.h>
+#include <zelkobase/connection/treelink.h>
+#include <zelkobase/maps/itemmaptypes.h>
+#include <zelkobase/orb/orb.h>
+
+namespace ZelkoTest {
+
+/// A client of a recorder, with a tree of its own. The process has one ORB, which outlives it.
+class RecorderClient
+{
+public:
+    RecorderClient(ZelkoCommon::Orb& orb, quint16 port)
+        : m_link(orb, &m_tree, {subSystem(), QStringLiteral("127.0.0.1"), port}, options())
+    {}
+
+    bool isConnected() const { return m_link.isConnected(); }
+
+    RecorderValues values(const QString& device = QStringLiteral("Recorder1"))
+    {
+        return {m_tree, ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem()), device};
+    }
+
+    /// Sets a value here, from where it travels to the recorder.
+    template <typename T, typename Content>
+    void write(T* value, const Content& content)
+    {
+        m_link.client()->AddValue(value, 0);
+        value->SetValue(content, nullptr);
+    }
+
+private:
+    static QString subSystem() { return QStringLiteral("test"); }
+    static ZelkoCommon::LinkOptions options()
+    {
+        zelko::registerItemMapTypes();
+        ZelkoCommon::LinkOptions options;
+        options.firstRetry = options.lastRetry = std::chrono::milliseconds(50);
+        return options;
+    }
+
+    Tree m_tree;
+    ZelkoCommon::TreeLink m_link;
+};
+
+} // namespace ZelkoTest

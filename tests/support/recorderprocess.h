@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStringList>
+
+#include <csignal>
+
+namespace ZelkoTest {
+
+/// A recorder process, which is killed with this object.
+class RecorderProcess
+{
+public:
+    explicit RecorderProcess(const QString& program)
+        : m_program(program)
+    {}
+    ~RecorderProcess() { kill(); }
+
+    /// Starts it at a port of its own and waits until it serves; false if it ends instead or takes too long.
+    bool start(const QStringList& arguments)
+    {
+        launch(QStringList{QStringLiteral("--port"), QStringLiteral("0")} + arguments);
+        static const QRegularExpression ready(QStringLiteral("^READY port=(\\d+)\n$"));
+        while (!m_process.canReadLine()) {
+            if (!m_process.waitForReadyRead(timeout)) {
+                return false;
+            }
+        }
+        const auto match = ready.match(QString::fromLatin1(m_process.readLine()));
+        m_port = static_cast<quint16>(match.captured(1).toUInt());
+        return match.hasMatch();
+    }
+
+    /// Starts it just so.
+    void launch(const QStringList& arguments)
+    {
+        m_process.setReadChannel(QProcess::StandardOutput);
+        m_process.start(m_program, arguments);
+    }
+
+    quint16 port() const { return m_port; }
+    QProcess& process() { return m_process; }
+
+    /// Waits for it to end by itself; -1 if it does not, or not by itself.
+    int exitCode()
+    {
+        const bool ended = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(timeout);
+        return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    }
+
+    void send(int signal) { ::kill(static_cast<pid_t>(m_process.processId()), signal); }
+
+    /// SIGKILL; returns when it is dead.
+    void kill()
+    {
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.kill();
+            m_process.waitForFinished(timeout);
+        }
+    }
+
+private:
+    static constexpr int timeout = 30'000;
+
+    const QString m_program;
+    QProcess m_process;
+    quint16 m_port = 0;
+};
+
+} // namespace ZelkoTest
