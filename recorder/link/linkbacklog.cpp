@@ -5,7 +5,9 @@
 
 namespace ZelkoRecorder {
 
-LinkBacklog::LinkBacklog(std::size_t maxBytes, std::size_t batchBytes) : m_maxBytes(maxBytes), m_batchBytes(batchBytes)
+LinkBacklog::LinkBacklog(std::size_t maxBytes, std::size_t batchBytes)
+    : m_maxBytes(maxBytes)
+    , m_batchBytes(batchBytes)
 {}
 
 bool LinkBacklog::append(SharedFrame frame)

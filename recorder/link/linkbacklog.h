@@ -7,8 +7,8 @@
 
 namespace ZelkoRecorder {
 
-/// What waits to be sent to one client: frames, shared with the backlogs of the other clients. Bounded: when it is full,
-/// what was not begun to be sent is dropped, and the client needs a fresh state.
+/// What waits to be sent to one client: frames, shared with the backlogs of the other clients. Bounded: when it is
+/// full, what was not begun to be sent is dropped, and the client needs a fresh state.
 class LinkBacklog
 {
 public:

@@ -1,5 +1,6 @@
 #include <recorder/link/linkedtree.h>
 
+#include <valuecore/iobjectstatecursor.h>
 #include <valuecore/node.h>
 #include <valuecore/tree.h>
 #include <valuecore/valuebase.h>
@@ -18,7 +19,8 @@ LinkBacklog::SharedFrame makeFrame(FrameType type, std::uint32_t handle, std::st
     return std::make_shared<const std::string>(std::move(frame));
 }
 
-LinkedTree::LinkedTree(Tree& tree) : m_tree(tree)
+LinkedTree::LinkedTree(Tree& tree)
+    : m_tree(tree)
 {
     enterAllBelow(*tree.GetRoot());
     m_tree.SetListener(this);
@@ -70,20 +72,32 @@ LinkBacklog::SharedFrame LinkedTree::announcement(std::uint32_t handle) const
     const TreeItem* const announced = item(handle);
     const auto* const asValue = dynamic_cast<const ValueBase*>(announced);
     std::string frame;
-    ZelkoCommon::link::appendAnnouncement(
-        frame, handle, {announced->GetPathName(), asValue ? asValue->GetTypeName() : std::string()});
+    ZelkoCommon::link::appendAnnouncement(frame, handle,
+                                          {announced->GetPathName(), asValue ? asValue->GetTypeName() : std::string()});
     return std::make_shared<const std::string>(std::move(frame));
 }
 
-// Whoever put the value into the tree may have filled it before.
+// Whoever put the value into the tree may have filled it before, so its state is told in pieces as well.
 void LinkedTree::ItemInserted(TreeItem& inserted)
 {
     const std::uint32_t handle = enter(inserted);
     tell(announcement(handle), nullptr);
     if (auto* const asValue = dynamic_cast<ValueBase*>(&inserted)) {
-        std::string state;
-        asValue->AddObjectStateStringForTransmission(state, 0);
-        tell(makeFrame(FrameType::Commands, handle, state), nullptr);
+        tellState(handle, *asValue);
+    }
+}
+
+void LinkedTree::tellState(std::uint32_t handle, ValueBase& value)
+{
+    if (m_subscribers.empty()) {
+        return;
+    }
+    const auto cursor = value.OpenObjectState();
+    bool more = true;
+    while (more) {
+        std::string piece;
+        more = cursor->AppendNext(piece, statePieceBytes);
+        tell(makeFrame(FrameType::Commands, handle, piece), nullptr);
     }
 }
 

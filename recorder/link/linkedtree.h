@@ -20,6 +20,9 @@ class ValueBase;
 
 namespace ZelkoRecorder {
 
+/// A state that is larger travels in frames of about this size.
+inline constexpr std::size_t statePieceBytes = 32 * 1024;
+
 /// Hears what the server's tree tells its clients. A session is one; it is also the origin of what its client writes.
 class ILinkSubscriber : public IObserver
 {
@@ -28,7 +31,8 @@ public:
     void Update(Observable*, TChangeCode) override {}
 };
 
-/// A whole tree as its clients see it: gives each item a handle, and turns each change into a frame once for all of them.
+/// A whole tree as its clients see it: gives each item a handle, and turns each change into a frame once for all of
+/// them.
 class LinkedTree final : public ITreeListener, public ICommandTransmitter
 {
 public:
@@ -57,6 +61,7 @@ public:
 private:
     std::uint32_t enter(TreeItem& item);
     void enterAllBelow(TreeItem& item);
+    void tellState(std::uint32_t handle, ValueBase& value);
     void tell(const LinkBacklog::SharedFrame& frame, const IObserver* origin);
 
     Tree& m_tree;
@@ -67,7 +72,7 @@ private:
 };
 
 /// A frame that is made once and shared.
-LinkBacklog::SharedFrame makeFrame(
-    ZelkoCommon::link::FrameType type, std::uint32_t handle, std::string_view payload = {});
+LinkBacklog::SharedFrame makeFrame(ZelkoCommon::link::FrameType type, std::uint32_t handle,
+                                   std::string_view payload = {});
 
 } // namespace ZelkoRecorder

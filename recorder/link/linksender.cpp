@@ -1,5 +1,6 @@
 #include <recorder/link/linksender.h>
 
+#include <zelkobase/connection/linkframe.h>
 #include <zelkobase/orb/corbacall.h>
 
 #include <utility>
@@ -27,8 +28,7 @@ std::string explain(const CORBA::Exception& exception)
 
 } // namespace
 
-LinkSender::LinkSender(
-    ZelkoTreeLink::Subscriber_ptr client, ZelkoTreeLink::SessionId session, Callbacks callbacks)
+LinkSender::LinkSender(ZelkoTreeLink::Subscriber_ptr client, ZelkoTreeLink::SessionId session, Callbacks callbacks)
     : m_client(ZelkoTreeLink::Subscriber::_duplicate(client))
     , m_session(session)
     , m_callbacks(std::move(callbacks))
@@ -92,7 +92,7 @@ bool LinkSender::waitForBatch(std::string& batch)
 bool LinkSender::deliver(const std::string& batch)
 {
     try {
-        m_client->deliver(m_session, m_number++, lend(batch));
+        m_client->deliver(m_session, m_number++, lend(batch), ZelkoCommon::link::checksum(batch));
         return true;
     } catch (const CORBA::Exception& exception) {
         report(m_callbacks.failed, explain(exception));
@@ -100,7 +100,7 @@ bool LinkSender::deliver(const std::string& batch)
     }
 }
 
-template<typename Callback, typename... Arguments>
+template <typename Callback, typename... Arguments>
 void LinkSender::report(const Callback& callback, const Arguments&... arguments)
 {
     const std::lock_guard lock(m_mutex); // so that `stop` waits for a callback that has begun

@@ -18,9 +18,10 @@ class LinkSender
 {
 public:
     /// Both are called on the sender's thread.
-    struct Callbacks {
-        std::function<void()> sent;                          ///< there is room for another batch
-        std::function<void(const std::string& why)> failed;  ///< the client does not take anything more; comes once
+    struct Callbacks
+    {
+        std::function<void()> sent;                         ///< there is room for another batch
+        std::function<void(const std::string& why)> failed; ///< the client does not take anything more; comes once
     };
 
     LinkSender(ZelkoTreeLink::Subscriber_ptr client, ZelkoTreeLink::SessionId session, Callbacks callbacks);
@@ -44,7 +45,7 @@ private:
     void run();
     bool waitForBatch(std::string& batch);
     bool deliver(const std::string& batch);
-    template<typename Callback, typename... Arguments>
+    template <typename Callback, typename... Arguments>
     void report(const Callback& callback, const Arguments&... arguments);
 
     const ZelkoTreeLink::Subscriber_var m_client;

@@ -10,12 +10,11 @@ namespace {
 
 // Large enough that a call costs little beside its bytes, small enough that a client sees progress.
 constexpr std::size_t batchBytes = 256 * 1024;
-constexpr std::size_t statePieceBytes = 32 * 1024;
 
 } // namespace
 
 LinkSession::LinkSession(LinkedTree& tree, std::unique_ptr<LinkSender> sender, const QString& user,
-    std::size_t maxBacklogBytes, std::function<void()> wantsPump)
+                         std::size_t maxBacklogBytes, std::function<void()> wantsPump)
     : m_tree(tree)
     , m_sender(std::move(sender))
     , m_user(user)

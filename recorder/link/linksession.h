@@ -16,14 +16,14 @@ namespace ZelkoRecorder {
 
 /// One client of the tree link, on the thread of the tree.
 ///
-/// A client that keeps up gets each change. For one that does not, what waits is bounded: it is dropped when it grows too
-/// large, and the client gets the whole state afresh once it takes something again.
+/// A client that keeps up gets each change. For one that does not, what waits is bounded: it is dropped when it grows
+/// too large, and the client gets the whole state afresh once it takes something again.
 class LinkSession final : public ILinkSubscriber
 {
 public:
     /// `wantsPump` is called when there is something to hand over.
     LinkSession(LinkedTree& tree, std::unique_ptr<LinkSender> sender, const QString& user, std::size_t maxBacklogBytes,
-        std::function<void()> wantsPump);
+                std::function<void()> wantsPump);
     ~LinkSession() override;
 
     const QString& user() const { return m_user; }

@@ -21,7 +21,9 @@ bool isLarge(const ValueBase& value)
 
 } // namespace
 
-StateWalk::StateWalk(const LinkedTree& tree) : m_tree(tree), m_toAnnounce(tree.handles())
+StateWalk::StateWalk(const LinkedTree& tree)
+    : m_tree(tree)
+    , m_toAnnounce(tree.handles())
 {
     sortHandles();
 }
@@ -44,8 +46,8 @@ void StateWalk::sortHandles()
     }
 }
 
-// Walks StateBegin, announcements, states before Ready, Ready, states after it, StateEnd. Items that went in the meantime
-// are passed over: their withdrawal was told already.
+// Walks StateBegin, announcements, states before Ready, Ready, states after it, StateEnd. Items that went in the
+// meantime are passed over: their withdrawal was told already.
 LinkBacklog::SharedFrame StateWalk::next(std::size_t bytes)
 {
     const std::size_t announceEnd = 1 + m_toAnnounce.size();

@@ -12,12 +12,12 @@ class IObjectStateCursor;
 namespace ZelkoRecorder {
 class LinkedTree;
 
-/// Gives the state of a whole tree, frame by frame, while the tree goes on changing. Who gets all its frames, and those of
-/// the changes since it began, in the order in which they were made, has the tree as it is.
+/// Gives the state of a whole tree, frame by frame, while the tree goes on changing. Who gets all its frames, and those
+/// of the changes since it began, in the order in which they were made, has the tree as it is.
 ///
-/// The order serves a client that shows progress: all items are announced, then the plain values come, then Ready, then the
-/// maps. A plain value that stands behind a map in the same node comes behind the content of that map, so that it can
-/// say that the map is complete.
+/// The order serves a client that shows progress: all items are announced, then the plain values come, then Ready, then
+/// the maps. A plain value that stands behind a map in the same node comes behind the content of that map, so that it
+/// can say that the map is complete.
 class StateWalk
 {
 public:

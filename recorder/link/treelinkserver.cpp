@@ -29,16 +29,19 @@ constexpr int housekeepingMilliseconds = 1000;
 constexpr int collectMilliseconds = 2;
 
 // A client's write, read and not yet executed.
-struct PendingWrite {
+struct PendingWrite
+{
+    std::uint32_t handle;
     ValuePtr<ValueBase> value;
     std::unique_ptr<Command> command;
 };
 
 } // namespace
 
-struct TreeLinkServer::Private {
+struct TreeLinkServer::Private
+{
     Private(TreeLinkServer* owner, ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options,
-        MayWrite mayWrite, const Authenticate& authenticate);
+            MayWrite mayWrite, const Authenticate& authenticate);
     ~Private();
 
     void openSession(SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client);
@@ -46,7 +49,8 @@ struct TreeLinkServer::Private {
     void pumpAll();
     void keepHouse();
     LinkWriteVerdict write(SessionId id, const std::string& frames);
-    std::string readWrites(LinkSession& session, std::string_view frames, std::vector<PendingWrite>& writes);
+    bool readWrites(LinkSession& session, std::string_view frames, std::vector<PendingWrite>& writes);
+    LinkWriteVerdict execute(LinkSession& session, const std::vector<PendingWrite>& writes);
 
     TreeLinkServer* const q;
     ZelkoCommon::Orb& orb;
@@ -63,7 +67,8 @@ struct TreeLinkServer::Private {
 };
 
 TreeLinkServer::Private::Private(TreeLinkServer* owner, ZelkoCommon::Orb& usedOrb, Tree& served,
-    const TreeLinkServerOptions& serverOptions, MayWrite writePolicy, const Authenticate& authenticate)
+                                 const TreeLinkServerOptions& serverOptions, MayWrite writePolicy,
+                                 const Authenticate& authenticate)
     : q(owner)
     , orb(usedOrb)
     , options(serverOptions)
@@ -93,6 +98,9 @@ TreeLinkServer::Private::Private(TreeLinkServer* owner, ZelkoCommon::Orb& usedOr
 TreeLinkServer::Private::~Private()
 {
     gate->close();
+    for (const auto& [id, session] : sessions) {
+        ending.push_back(session->releaseSender()); // all stop before the first one is waited for
+    }
     try {
         orb.withdraw(ZelkoTreeLink::OBJECT_KEY);
     } catch (const CORBA::Exception&) { // the ORB went first
@@ -118,7 +126,8 @@ void TreeLinkServer::Private::openSession(SessionId id, const QString& user, Zel
             pumpTimer.start();
         }
     };
-    sessions.emplace(id, std::make_unique<LinkSession>(tree, std::move(sender), user, options.maxBacklogBytes, wantsPump));
+    sessions.emplace(id,
+                     std::make_unique<LinkSession>(tree, std::move(sender), user, options.maxBacklogBytes, wantsPump));
     Q_EMIT q->sessionOpened(user);
 }
 
@@ -152,65 +161,75 @@ void TreeLinkServer::Private::keepHouse()
     std::erase_if(ending, [](const std::unique_ptr<LinkSender>& sender) { return sender->hasEnded(); });
 }
 
-// A batch is executed as a whole or not at all. Where it was refused, the client gets the values as they are.
 LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string& frames)
 {
     const auto found = sessions.find(id);
     if (found == sessions.end()) {
-        return {false, "it does not know this session any more"};
+        return {ZelkoTreeLink::REFUSED_SESSION, "it does not know this session any more"};
     }
     std::vector<PendingWrite> writes;
-    const std::string refusal = readWrites(*found->second, frames, writes);
-    if (!refusal.empty()) {
-        if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
-            _Q_Trace(QStringLiteral("TreeLinkServer: refused a write of user \"%1\": %2")
-                         .arg(found->second->user(), QString::fromStdString(refusal)), __FILE__, __LINE__);
-        }
-        return {false, refusal};
+    LinkWriteVerdict verdict;
+    if (readWrites(*found->second, frames, writes)) {
+        verdict = execute(*found->second, writes);
+    } else {
+        verdict = {ZelkoTreeLink::REFUSED_DAMAGED, "the batch does not parse"};
     }
-    for (const PendingWrite& write : writes) {
-        if (write.value) {
-            write.command->Execute();
-        }
+    if (verdict.refusal && ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        _Q_Trace(QStringLiteral("TreeLinkServer: refused a write: %1").arg(QString::fromStdString(verdict.why)),
+                 __FILE__, __LINE__);
     }
-    return {true, {}};
+    return verdict;
 }
 
-// Gives the reason for a refusal, empty when every command was read and may be executed.
-std::string TreeLinkServer::Private::readWrites(
-    LinkSession& session, std::string_view frames, std::vector<PendingWrite>& writes)
+// False when the batch does not parse as a whole.
+bool TreeLinkServer::Private::readWrites(LinkSession& session, std::string_view frames,
+                                         std::vector<PendingWrite>& writes)
 {
-    std::string refusal;
     ZelkoCommon::link::Frame frame;
     while (!frames.empty()) {
-        if (ZelkoCommon::link::readFrame(frames, frame) != ZelkoCommon::link::ReadResult::Frame
-            || frame.type != FrameType::Commands) {
-            return "the batch does not parse";
+        if (ZelkoCommon::link::readFrame(frames, frame) != ZelkoCommon::link::ReadResult::Frame ||
+            frame.type != FrameType::Commands) {
+            return false;
         }
         ValueBase* const value = tree.value(frame.handle);
         if (!value) {
             continue; // it went while the write was on its way
-        }
-        if (!mayWrite || !mayWrite(session.user(), *value)) {
-            session.correct(frame.handle);
-            refusal = "the user may not write " + value->GetPathName().toStdString();
-            continue;
         }
         const char* position = frame.payload.data();
         CommandReader reader(&position, static_cast<std::ptrdiff_t>(frame.payload.size()));
         while (reader.remaining() > 0) {
             auto command = value->ReadCommand(reader, &session);
             if (!command) {
-                return "the batch does not parse";
+                return false;
             }
-            writes.push_back({ValuePtr<ValueBase>(value), std::move(command)});
+            writes.push_back({frame.handle, value, std::move(command)});
         }
     }
-    return refusal;
+    return true;
+}
+
+// What stands in one batch came together by chance, so each write is judged by itself. Where one is refused, the client
+// gets the value as it is.
+LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const std::vector<PendingWrite>& writes)
+{
+    LinkWriteVerdict verdict;
+    for (const PendingWrite& write : writes) {
+        if (!write.value) {
+            continue;
+        }
+        if (mayWrite && mayWrite(session.user(), *write.value)) {
+            write.command->Execute();
+            continue;
+        }
+        session.correct(write.handle);
+        verdict = {ZelkoTreeLink::REFUSED_BATCH, "user \"" + session.user().toStdString() + "\" may not write " +
+                                                     write.value->GetPathName().toStdString()};
+    }
+    return verdict;
 }
 
 TreeLinkServer::TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options,
-    MayWrite mayWrite, Authenticate authenticate, QObject* parent)
+                               MayWrite mayWrite, Authenticate authenticate, QObject* parent)
     : QObject(parent)
     , d(std::make_unique<Private>(this, orb, tree, options, std::move(mayWrite), authenticate))
 {}

@@ -1,6 +1,5 @@
 #pragma once
 
-
 #include <QObject>
 #include <QString>
 
@@ -19,7 +18,8 @@ class Orb;
 namespace ZelkoRecorder {
 
 /// Bounds of the server's side of the tree link.
-struct TreeLinkServerOptions {
+struct TreeLinkServerOptions
+{
     /// More clients than this are refused.
     int maxSessions = 32;
 
@@ -38,8 +38,8 @@ struct TreeLinkServerOptions {
 
 /// Serves a tree to the clients of a tree link, under the object key of the link.
 ///
-/// Lives on the thread of the tree. What clients send is served by threads of the ORB, which pass it on and wait for the
-/// verdict.
+/// Lives on the thread of the tree. What clients send is served by threads of the ORB, which pass it on and wait for
+/// the verdict.
 class TreeLinkServer : public QObject
 {
     Q_OBJECT
@@ -53,8 +53,8 @@ public:
 
     /// Begins to serve. `orb` and `tree` outlive the server. Without `mayWrite` nobody writes anything; without
     /// `authenticate` everybody may look.
-    TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options = {},
-        MayWrite mayWrite = {}, Authenticate authenticate = {}, QObject* parent = nullptr);
+    TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options = {}, MayWrite mayWrite = {},
+                   Authenticate authenticate = {}, QObject* parent = nullptr);
 
     /// Drops all clients; waits for calls to them that are under way.
     ~TreeLinkServer() override;

@@ -1,5 +1,6 @@
 #include <recorder/link/treeserverservant.h>
 
+#include <zelkobase/connection/linkframe.h>
 #include <zelkobase/orb/corbacall.h>
 
 #include <QMetaObject>
@@ -25,7 +26,8 @@ QString toText(const CORBA::String_member& utf8)
 
 } // namespace
 
-LinkSessionRegister::LinkSessionRegister(int maxSessions) : m_maxSessions(static_cast<std::size_t>(maxSessions))
+LinkSessionRegister::LinkSessionRegister(int maxSessions)
+    : m_maxSessions(static_cast<std::size_t>(maxSessions))
 {}
 
 ZelkoTreeLink::SessionId LinkSessionRegister::enter()
@@ -71,7 +73,8 @@ std::vector<ZelkoTreeLink::SessionId> LinkSessionRegister::silentFor(std::chrono
     return result;
 }
 
-TreeThreadGate::TreeThreadGate(QObject* onTreeThread) : m_target(onTreeThread)
+TreeThreadGate::TreeThreadGate(QObject* onTreeThread)
+    : m_target(onTreeThread)
 {}
 
 bool TreeThreadGate::post(std::function<void()> work)
@@ -87,8 +90,8 @@ void TreeThreadGate::close()
 }
 
 TreeServerServant::TreeServerServant(std::shared_ptr<LinkSessionRegister> sessions,
-    std::shared_ptr<TreeThreadGate> gate, Handlers handlers, TreeLinkServer::Authenticate authenticate,
-    const TreeLinkServerOptions& options)
+                                     std::shared_ptr<TreeThreadGate> gate, Handlers handlers,
+                                     TreeLinkServer::Authenticate authenticate, const TreeLinkServerOptions& options)
     : m_sessions(std::move(sessions))
     , m_gate(std::move(gate))
     , m_handlers(std::move(handlers))
@@ -96,8 +99,8 @@ TreeServerServant::TreeServerServant(std::shared_ptr<LinkSessionRegister> sessio
     , m_options(options)
 {}
 
-ZelkoTreeLink::SessionId TreeServerServant::attach(
-    CORBA::ULong version, const ZelkoTreeLink::Credentials& who, ZelkoTreeLink::Subscriber_ptr client)
+ZelkoTreeLink::SessionId TreeServerServant::attach(CORBA::ULong version, const ZelkoTreeLink::Credentials& who,
+                                                   ZelkoTreeLink::Subscriber_ptr client)
 {
     if (version != ZelkoTreeLink::PROTOCOL_VERSION) {
         refuse(ZelkoTreeLink::REFUSED_VERSION, "it speaks another version of the link");
@@ -119,7 +122,8 @@ ZelkoTreeLink::SessionId TreeServerServant::attach(
     return session;
 }
 
-void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands)
+void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands,
+                              ZelkoTreeLink::Checksum check)
 {
     if (!m_sessions->touch(session)) {
         refuse(ZelkoTreeLink::REFUSED_SESSION, "it does not know this session any more");
@@ -128,9 +132,12 @@ void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeL
         return;
     }
     std::string frames(reinterpret_cast<const char*>(commands.get_buffer()), commands.length());
+    if (ZelkoCommon::link::checksum(frames) != check) {
+        refuse(ZelkoTreeLink::REFUSED_DAMAGED, "a batch was damaged on its way");
+    }
     const LinkWriteVerdict verdict = writeOnTreeThread(session, std::move(frames));
-    if (!verdict.accepted) {
-        refuse(ZelkoTreeLink::REFUSED_BATCH, verdict.why);
+    if (verdict.refusal) {
+        refuse(*verdict.refusal, verdict.why);
     }
 }
 
@@ -141,7 +148,9 @@ void TreeServerServant::detach(ZelkoTreeLink::SessionId session)
     }
 }
 
-// Work that the tree's thread never comes to is destroyed with its promise, which ends the wait.
+// Work that the tree's thread never comes to is destroyed with its promise, which ends the wait. A write that the
+// thread has not come to in time stays in its turn; where it turns out not to be allowed, the client gets the value
+// back then.
 LinkWriteVerdict TreeServerServant::writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string frames)
 {
     auto promise = std::make_shared<std::promise<LinkWriteVerdict>>();
@@ -153,9 +162,9 @@ LinkWriteVerdict TreeServerServant::writeOnTreeThread(ZelkoTreeLink::SessionId s
         if (verdict.wait_for(m_options.writeTimeout) == std::future_status::ready) {
             return verdict.get();
         }
-        return {false, "it is too busy"};
+        return {};
     } catch (const std::future_error&) {
-        return {false, "it is shutting down"};
+        return {ZelkoTreeLink::REFUSED_SESSION, "it is shutting down"};
     }
 }
 

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -58,9 +59,10 @@ private:
 };
 
 /// What a write leads to.
-struct LinkWriteVerdict {
-    bool accepted = false;
-    std::string why; ///< for people, when it was not
+struct LinkWriteVerdict
+{
+    std::optional<ZelkoTreeLink::RefusalReason> refusal; ///< none when everything was done, or waits to be done
+    std::string why;                                     ///< for people
 };
 
 /// The recorder's end of the tree link as the ORB sees it. Served on threads of the ORB.
@@ -68,18 +70,21 @@ class TreeServerServant final : public POA_ZelkoTreeLink::TreeServer, public Por
 {
 public:
     /// What it passes on to, on the thread of the tree.
-    struct Handlers {
+    struct Handlers
+    {
         std::function<void(ZelkoTreeLink::SessionId, const QString& user, ZelkoTreeLink::Subscriber_ptr)> attached;
         std::function<LinkWriteVerdict(ZelkoTreeLink::SessionId, const std::string& frames)> written;
         std::function<void(ZelkoTreeLink::SessionId)> detached;
     };
 
     TreeServerServant(std::shared_ptr<LinkSessionRegister> sessions, std::shared_ptr<TreeThreadGate> gate,
-        Handlers handlers, TreeLinkServer::Authenticate authenticate, const TreeLinkServerOptions& options);
+                      Handlers handlers, TreeLinkServer::Authenticate authenticate,
+                      const TreeLinkServerOptions& options);
 
     ZelkoTreeLink::SessionId attach(CORBA::ULong version, const ZelkoTreeLink::Credentials& who,
-        ZelkoTreeLink::Subscriber_ptr client) override;
-    void write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands) override;
+                                    ZelkoTreeLink::Subscriber_ptr client) override;
+    void write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands,
+               ZelkoTreeLink::Checksum check) override;
     void detach(ZelkoTreeLink::SessionId session) override;
 
 private:

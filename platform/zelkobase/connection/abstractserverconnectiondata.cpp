@@ -2,7 +2,8 @@
 
 namespace ZelkoCommon {
 
-AbstractServerConnectionData::AbstractServerConnectionData(QObject* parent) : QObject(parent)
+AbstractServerConnectionData::AbstractServerConnectionData(QObject* parent)
+    : QObject(parent)
 {}
 
 AbstractServerConnectionData::~AbstractServerConnectionData() = default;

@@ -16,8 +16,8 @@ class ZelkoConfiguration;
 
 /// The connection of a client to the recorder servers of its sub systems, as the library sees it.
 ///
-/// Lives on the GUI thread, which is also the thread of the value tree; the signals come there, in the order in which things
-/// happened. Nothing blocks.
+/// Lives on the GUI thread, which is also the thread of the value tree; the signals come there, in the order in which
+/// things happened. Nothing blocks.
 class ZELKOBASECONNECTION_EXPORT AbstractServerConnectionData : public QObject
 {
     Q_OBJECT

@@ -8,9 +8,9 @@ class IVtClient
 public:
     virtual ~IVtClient() = default;
 
-    /// From here on each change of `value` that did not come from the server is sent to it, in order and without waiting
-    /// for an answer. `flags` is reserved and 0. Only values that the server announced can be added; for any other, and
-    /// for one that is added already, nothing happens. Ends with the value, or with the connection.
+    /// From here on each change of `value` that did not come from the server is sent to it, in order and without
+    /// waiting for an answer. `flags` is reserved and 0. Only values that the server announced can be added; for any
+    /// other, and for one that is added already, nothing happens. Ends with the value, or with the connection.
     virtual void AddValue(ValueBase* value, int flags) = 0;
 
     /// Ends what `AddValue` began.

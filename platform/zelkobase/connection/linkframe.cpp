@@ -11,10 +11,11 @@ static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the link's byte order");
 
 bool isKnown(std::uint8_t type)
 {
-    return type >= static_cast<std::uint8_t>(FrameType::StateBegin) && type <= static_cast<std::uint8_t>(FrameType::Withdraw);
+    return type >= static_cast<std::uint8_t>(FrameType::StateBegin) &&
+           type <= static_cast<std::uint8_t>(FrameType::Withdraw);
 }
 
-template<typename T>
+template <typename T>
 T numberAt(std::string_view bytes, std::size_t offset)
 {
     T result;
@@ -23,6 +24,25 @@ T numberAt(std::string_view bytes, std::size_t offset)
 }
 
 } // namespace
+
+// Every step is a bijection of the sum as well as of the word, so that neither can swallow a difference of the other.
+std::uint64_t checksum(std::string_view batch)
+{
+    constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
+    std::uint64_t sum = batch.size() * odd;
+    const auto add = [&sum](std::uint64_t word) {
+        sum = (sum ^ word) * odd;
+        sum ^= sum >> 32;
+    };
+    while (batch.size() >= sizeof(std::uint64_t)) {
+        add(numberAt<std::uint64_t>(batch, 0));
+        batch.remove_prefix(sizeof(std::uint64_t));
+    }
+    std::uint64_t rest = 0;
+    std::memcpy(&rest, batch.data(), batch.size());
+    add(rest);
+    return sum;
+}
 
 ReadResult readFrame(std::string_view& bytes, Frame& frame)
 {
@@ -66,7 +86,7 @@ bool readAnnouncement(std::string_view payload, Announcement& what)
     CommandReader reader(&position, static_cast<std::ptrdiff_t>(payload.size()));
     what.path = reader.string();
     what.typeName.assign(position, reader.remaining());
-    return reader.ok() && what.path.startsWith(QLatin1Char('/'));
+    return reader.ok() && what.path.startsWith(QLatin1Char('/')) && what.path.size() <= maxPathLength;
 }
 
 } // namespace ZelkoCommon::link

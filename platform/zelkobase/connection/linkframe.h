@@ -11,8 +11,8 @@
 
 /// The form of what travels on the tree link.
 ///
-/// A batch is a piece of one byte stream of frames; a frame may begin in one batch and end in a later one. Numbers stand in
-/// the byte order of x86 and ARM, little-endian, which both sides share. A frame is
+/// A batch is a piece of one byte stream of frames; a frame may begin in one batch and end in a later one. Numbers
+/// stand in the byte order of x86 and ARM, little-endian, which both sides share. A frame is
 ///
 ///     type      1 byte
 ///     handle    4 bytes, the item that the frame is about; 0 where there is none
@@ -34,14 +34,16 @@ enum class FrameType : std::uint8_t {
     Withdraw = 6    ///< the item is gone
 };
 
-struct Frame {
+struct Frame
+{
     FrameType type{};
     std::uint32_t handle = 0;
     std::string_view payload; ///< points into the bytes that were read
 };
 
 /// What an Announce says.
-struct Announcement {
+struct Announcement
+{
     QString path;
     std::string typeName; ///< empty for a node
 };
@@ -51,17 +53,24 @@ inline constexpr std::size_t frameHeaderSize = 9;
 /// No frame is larger; a peer that says so is not believed.
 inline constexpr std::size_t maxFramePayload = 64u * 1024 * 1024;
 
+/// No path is longer, and so none is nested deeper than the tree can walk.
+inline constexpr qsizetype maxPathLength = 4096;
+
+/// Checksum of a batch. TCP's own is 16 bits wide and not carried across proxies; what slips through it must not become
+/// the name of a record, let alone an order to delete one. No damage that keeps to eight aligned bytes goes unseen.
+ZELKOBASECONNECTION_EXPORT std::uint64_t checksum(std::string_view batch);
+
 enum class ReadResult {
-    Frame,     ///< a frame was read, and `bytes` begins behind it
-    Incomplete,///< the frame has not come whole; nothing was taken
-    Malformed  ///< this is no frame; nothing was taken
+    Frame,      ///< a frame was read, and `bytes` begins behind it
+    Incomplete, ///< the frame has not come whole; nothing was taken
+    Malformed   ///< this is no frame; nothing was taken
 };
 
 /// Reads the frame at the front of `bytes`.
 ZELKOBASECONNECTION_EXPORT ReadResult readFrame(std::string_view& bytes, Frame& frame);
 
-ZELKOBASECONNECTION_EXPORT void appendFrame(
-    std::string& out, FrameType type, std::uint32_t handle, std::string_view payload = {});
+ZELKOBASECONNECTION_EXPORT void appendFrame(std::string& out, FrameType type, std::uint32_t handle,
+                                            std::string_view payload = {});
 
 ZELKOBASECONNECTION_EXPORT void appendAnnouncement(std::string& out, std::uint32_t handle, const Announcement& what);
 

@@ -8,8 +8,9 @@
 namespace ZelkoCommon {
 
 /// Times and bounds of a tree link on the client's side.
-struct LinkOptions {
-    QString user;     ///< for whom the client acts; empty: nobody in particular
+struct LinkOptions
+{
+    QString user; ///< for whom the client acts; empty: nobody in particular
     QString password;
 
     /// After this time without an answer the server counts as gone.
@@ -27,6 +28,9 @@ struct LinkOptions {
 
     /// What may wait for the GUI thread; more is held back at the server.
     std::size_t maxPendingBytes = 8 * 1024 * 1024;
+
+    /// For how long a batch is held back before the connection is given up. Shorter than the server's patience.
+    std::chrono::milliseconds patience{15000};
 };
 
 } // namespace ZelkoCommon

@@ -15,18 +15,21 @@
 
 namespace ZelkoCommon {
 
-/// The one way from the threads of a link to the thread of the tree. Data and the state of the connection stand in it in
-/// the order in which they came about, so that nothing is shown of a connection that is known to be over.
+/// The one way from the threads of a link to the thread of the tree. Data and the state of the connection stand in it
+/// in the order in which they came about, so that nothing is shown of a connection that is known to be over.
 class ZELKOBASECONNECTION_EXPORT LinkQueue
 {
 public:
-    struct Batch {
+    struct Batch
+    {
         std::string bytes;
     };
-    struct Disconnected {
+    struct Disconnected
+    {
         std::string reason; ///< for people, in UTF-8
     };
-    struct ConnectFailed {
+    struct ConnectFailed
+    {
         std::string reason; ///< for people, in UTF-8
     };
     using Entry = std::variant<Batch, Disconnected, ConnectFailed>;

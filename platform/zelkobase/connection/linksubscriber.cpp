@@ -1,11 +1,13 @@
 #include <zelkobase/connection/linksubscriber_p.h>
 
+#include <zelkobase/connection/linkframe.h>
+
 #include <utility>
 
 namespace ZelkoCommon {
 
-LinkSubscriber::LinkSubscriber(
-    std::shared_ptr<LinkQueue> queue, std::uint64_t connection, std::chrono::milliseconds patience)
+LinkSubscriber::LinkSubscriber(std::shared_ptr<LinkQueue> queue, std::uint64_t connection,
+                               std::chrono::milliseconds patience)
     : m_queue(std::move(queue))
     , m_connection(connection)
     , m_patience(patience)
@@ -18,13 +20,16 @@ void LinkSubscriber::setSession(ZelkoTreeLink::SessionId session)
     m_sessionKnown.notify_all();
 }
 
-void LinkSubscriber::deliver(
-    ZelkoTreeLink::SessionId session, CORBA::ULong number, const ZelkoTreeLink::Batch& commands)
+void LinkSubscriber::deliver(ZelkoTreeLink::SessionId session, CORBA::ULong number,
+                             const ZelkoTreeLink::Batch& commands, ZelkoTreeLink::Checksum check)
 {
     if (!takeTurn(session, number)) {
         throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_SESSION, "no such session, or a batch out of turn");
     }
     std::string bytes(reinterpret_cast<const char*>(commands.get_buffer()), commands.length());
+    if (link::checksum(bytes) != check) {
+        throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_DAMAGED, "a batch was damaged on its way");
+    }
     if (!m_queue->put(m_connection, std::move(bytes), m_patience)) {
         throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_SESSION, "the client does not take anything more");
     }

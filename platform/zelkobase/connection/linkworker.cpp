@@ -2,6 +2,7 @@
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
+#include <zelkobase/connection/linkframe.h>
 #include <zelkobase/connection/linksubscriber_p.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/orb.h>
@@ -18,6 +19,9 @@ constexpr std::size_t maxWriteBytes = 1024 * 1024;
 // Writes of a user are small. Who has this much waiting writes to a server that takes nothing.
 constexpr std::size_t maxOutgoingBytes = 8 * 1024 * 1024;
 
+// A server that does not answer finds out by itself that the client has left.
+constexpr std::chrono::milliseconds goodbyeTimeout{1000};
+
 ZelkoTreeLink::Batch toBatch(const std::string& bytes)
 {
     ZelkoTreeLink::Batch batch;
@@ -28,15 +32,17 @@ ZelkoTreeLink::Batch toBatch(const std::string& bytes)
 
 } // namespace
 
-struct LinkWorker::Connection {
+struct LinkWorker::Connection
+{
     ZelkoTreeLink::TreeServer_var server;
     ZelkoTreeLink::SessionId session = 0;
     std::uint64_t number = 0;
     LinkSubscriber* subscriber = nullptr; // owned by the ORB until it is deactivated
+    PortableServer::ObjectId_var subscriberId;
 };
 
 LinkWorker::LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
-    std::shared_ptr<LinkQueue> queue)
+                       std::shared_ptr<LinkQueue> queue)
     : m_orb(orb)
     , m_subSystem(subSystem)
     , m_options(options)
@@ -60,8 +66,8 @@ void LinkWorker::write(const std::string& frame)
     if (!m_serving) {
         return;
     }
-    if (m_outgoingBytes + frame.size() > maxOutgoingBytes) {
-        m_dropReason = "the server does not take what is written";
+    if (frame.size() > maxWriteBytes || m_outgoingBytes + frame.size() > maxOutgoingBytes) {
+        m_dropReason = "more was written than the recorder server takes";
     } else {
         m_outgoing.push_back(frame);
         m_outgoingBytes += frame.size();
@@ -80,10 +86,14 @@ void LinkWorker::run()
 {
     auto retry = m_options.firstRetry;
     for (;;) {
+        const auto begin = std::chrono::steady_clock::now();
         if (const auto connection = attach()) {
-            retry = m_options.firstRetry;
             serve(*connection);
             detach(*connection);
+            // Whoever takes a client and loses it at once, again and again, is not worth its haste.
+            if (std::chrono::steady_clock::now() - begin > m_options.lastRetry) {
+                retry = m_options.firstRetry;
+            }
         }
         waitForRetry(retry);
         retry = std::min(retry * 2, m_options.lastRetry);
@@ -98,16 +108,21 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
 {
     Connection connection;
     connection.number = m_queue->open();
-    connection.subscriber = new LinkSubscriber(m_queue, connection.number, m_options.callTimeout);
+    connection.subscriber = new LinkSubscriber(m_queue, connection.number, m_options.patience);
     const PortableServer::ServantBase_var guard(connection.subscriber);
     try {
         const CORBA::Object_var object =
             m_orb.remoteObject(m_subSystem.host, m_subSystem.port, ZelkoTreeLink::OBJECT_KEY);
+        if (CORBA::is_nil(object)) {
+            m_queue->reportFailure("there can be no such host or port");
+            return std::nullopt;
+        }
         connection.server = ZelkoTreeLink::TreeServer::_unchecked_narrow(object);
         setCallTimeout(connection.server, m_options.callTimeout);
-        const PortableServer::ObjectId_var id = m_orb.rootPoa()->activate_object(connection.subscriber);
+        connection.subscriberId = m_orb.rootPoa()->activate_object(connection.subscriber);
         const ZelkoTreeLink::Subscriber_var self = connection.subscriber->_this();
-        const ZelkoTreeLink::Credentials who{m_options.user.toUtf8().constData(), m_options.password.toUtf8().constData()};
+        const ZelkoTreeLink::Credentials who{m_options.user.toUtf8().constData(),
+                                             m_options.password.toUtf8().constData()};
         connection.session = connection.server->attach(ZelkoTreeLink::PROTOCOL_VERSION, who, self);
         {
             const std::lock_guard lock(m_mutex);
@@ -118,7 +133,7 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
         connection.subscriber->setSession(connection.session);
         return connection;
     } catch (const CORBA::Exception& exception) {
-        deactivate(*connection.subscriber);
+        deactivate(connection);
         m_queue->reportFailure(explain(exception));
         return std::nullopt;
     }
@@ -145,18 +160,19 @@ void LinkWorker::serve(const Connection& connection)
     m_queue->close(connection.number, reason);
 }
 
-// A refused write is no reason to part: the server keeps its values and sends them again.
+// A write that is not allowed is no reason to part: the server keeps its values and sends them again.
 void LinkWorker::send(const Connection& connection, const std::string& frames)
 {
     try {
-        connection.server->write(connection.session, toBatch(frames));
+        connection.server->write(connection.session, toBatch(frames), link::checksum(frames));
     } catch (const ZelkoTreeLink::Refused& refused) {
         if (refused.reason != ZelkoTreeLink::REFUSED_BATCH) {
             throw;
         }
         if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
             _Q_Trace(QStringLiteral("LinkWorker: %1 refused a write: %2")
-                         .arg(m_subSystem.name, QString::fromUtf8(static_cast<const char*>(refused.text))), __FILE__, __LINE__);
+                         .arg(m_subSystem.name, QString::fromUtf8(static_cast<const char*>(refused.text))),
+                     __FILE__, __LINE__);
         }
     }
 }
@@ -164,18 +180,18 @@ void LinkWorker::send(const Connection& connection, const std::string& frames)
 // A server that is gone needs not be told; one that is there frees what it keeps for this client.
 void LinkWorker::detach(const Connection& connection)
 {
-    deactivate(*connection.subscriber);
+    deactivate(connection);
     try {
+        setCallTimeout(connection.server, std::min(m_options.callTimeout, goodbyeTimeout));
         connection.server->detach(connection.session);
     } catch (const CORBA::Exception&) { // nothing follows from it
     }
 }
 
-void LinkWorker::deactivate(LinkSubscriber& subscriber)
+void LinkWorker::deactivate(const Connection& connection)
 {
     try {
-        const PortableServer::ObjectId_var id = m_orb.rootPoa()->servant_to_id(&subscriber);
-        m_orb.rootPoa()->deactivate_object(id);
+        m_orb.rootPoa()->deactivate_object(connection.subscriberId);
     } catch (const CORBA::Exception&) { // it never was active
     }
 }

@@ -16,7 +16,6 @@
 
 namespace ZelkoCommon {
 
-class LinkSubscriber;
 class Orb;
 
 /// The thread of a link that makes its calls to the server: attaches, writes, asks whether the server still lives, and
@@ -25,7 +24,7 @@ class LinkWorker
 {
 public:
     LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
-        std::shared_ptr<LinkQueue> queue);
+               std::shared_ptr<LinkQueue> queue);
 
     /// Detaches and ends the thread; waits for a call that is under way.
     ~LinkWorker();
@@ -44,7 +43,7 @@ private:
     void serve(const Connection& connection);
     void send(const Connection& connection, const std::string& frames);
     void detach(const Connection& connection);
-    void deactivate(LinkSubscriber& subscriber);
+    void deactivate(const Connection& connection);
     std::optional<std::string> nextWrite();
     void waitForRetry(std::chrono::milliseconds time);
     void forgetOutgoing();

@@ -3,6 +3,8 @@
 #include <valuecore/valuebase.h>
 #include <zelkoguibase/valueitemmap/itemmapcommands.h>
 
+#include <utility>
+
 namespace ZelkoCommon {
 namespace {
 
@@ -44,13 +46,14 @@ void NotificationFold::prepare(ValueBase& value, const Command& command)
 
 void NotificationFold::end()
 {
-    if (m_value && !m_alive.expired()) {
-        m_value->EndTransaction(TChangeCode::ValueChanged, nullptr);
-    }
-    m_value = nullptr;
     m_changes = 0;
     m_setKeys.clear();
     m_erasedKeys.clear();
+    // Observers run now, and may come back here.
+    ValueBase* const value = std::exchange(m_value, nullptr);
+    if (value && !m_alive.expired()) {
+        value->EndTransaction(TChangeCode::ValueChanged, nullptr);
+    }
 }
 
 bool NotificationFold::mustEndBefore(const Command& command) const

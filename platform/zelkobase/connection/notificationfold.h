@@ -11,13 +11,13 @@ class ValueBase;
 
 namespace ZelkoCommon {
 
-/// Folds the notifications of a keyed map that gets many commands at once, so that its observers work through many changes
-/// in one go.
+/// Folds the notifications of a keyed map that gets many commands at once, so that its observers work through many
+/// changes in one go.
 ///
 /// A fold never holds more changes than the map's log keeps: its observers read changes and are not driven into reading
 /// the whole map again. It ends before a clear, before an erase of a key that was set in it, and before a set of a key
-/// that was erased in it: an observer that puts all it has to add before all it has to remove would keep what is gone, or
-/// lose what came back. Values without a log are not folded, since each of their changes matters.
+/// that was erased in it: an observer that puts all it has to add before all it has to remove would keep what is gone,
+/// or lose what came back. Values without a log are not folded, since each of their changes matters.
 class ZELKOBASECONNECTION_EXPORT NotificationFold
 {
 public:

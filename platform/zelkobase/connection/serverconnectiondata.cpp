@@ -19,7 +19,8 @@ bool isAddress(const QString& host)
 
 } // namespace
 
-struct ServerConnectionData::Private {
+struct ServerConnectionData::Private
+{
     std::shared_ptr<ZelkoConfiguration> configuration;
     std::map<QString, std::unique_ptr<TreeLink>> links;
 
@@ -31,7 +32,7 @@ struct ServerConnectionData::Private {
 };
 
 ServerConnectionData::ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr<ZelkoConfiguration> configuration,
-    const LinkOptions& options, QObject* parent)
+                                           const LinkOptions& options, QObject* parent)
     : AbstractServerConnectionData(parent)
     , d(std::make_unique<Private>())
 {
@@ -43,7 +44,7 @@ ServerConnectionData::ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr
         connect(link.get(), &TreeLink::connected, this, [this, name] { Q_EMIT si_allTicsConnected(name); });
         connect(link.get(), &TreeLink::disconnected, this, [this, name] { Q_EMIT si_allTicsDisconnected(name); });
         connect(link.get(), &TreeLink::connectFailed, this,
-            [this, name](const QString& reason) { Q_EMIT connectFailed(name, reason); });
+                [this, name](const QString& reason) { Q_EMIT connectFailed(name, reason); });
         connect(link.get(), &TreeLink::nodeCreated, this, [this, devices](const QString& path) {
             if (path.startsWith(devices) && path.indexOf(QLatin1Char('/'), devices.size()) < 0) {
                 Q_EMIT si_deviceNodeAdded(path);
@@ -86,13 +87,14 @@ QString ServerConnectionData::getClientBasePath(const QString& subSystem, Connec
 
 QString ServerConnectionData::GetDeviceBasePath(const QString& device) const
 {
-    return getClientBasePath(d->configuration->GetCurrentSubSystem(), ConnectionType::Client) + QLatin1Char('/') + device;
+    return getClientBasePath(d->configuration->GetCurrentSubSystem(), ConnectionType::Client) + QLatin1Char('/') +
+           device;
 }
 
 QString ServerConnectionData::GetBasePath(const QString& device) const
 {
-    return ZelkoConfiguration::MakeRootPath(d->configuration->GetCurrentSubSystem()) + QLatin1String("/ZELKO/Command/")
-           + device + QLatin1Char('/');
+    return ZelkoConfiguration::MakeRootPath(d->configuration->GetCurrentSubSystem()) +
+           QLatin1String("/ZELKO/Command/") + device + QLatin1Char('/');
 }
 
 bool ServerConnectionData::GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const

@@ -18,7 +18,7 @@ class ZELKOBASECONNECTION_EXPORT ServerConnectionData : public AbstractServerCon
 public:
     /// Begins to connect to all sub systems that are configured now. `orb` and `tree` outlive this object.
     ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr<ZelkoConfiguration> configuration,
-        const LinkOptions& options = {}, QObject* parent = nullptr);
+                         const LinkOptions& options = {}, QObject* parent = nullptr);
     ~ServerConnectionData() override;
 
     std::shared_ptr<ZelkoConfiguration> GetConfiguration() const override;

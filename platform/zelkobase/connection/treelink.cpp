@@ -15,6 +15,9 @@
 namespace ZelkoCommon {
 namespace {
 
+// What is fetched from the queue at once: enough for a fold, little enough to be forgotten when the connection ends.
+constexpr std::size_t fetchBytes = 256 * 1024;
+
 // Stands for the server as the origin of changes. It observes nothing.
 class ServerOrigin final : public IObserver
 {
@@ -31,12 +34,16 @@ void traceWarning(const QString& text, int line)
 
 } // namespace
 
-struct TreeLink::Private {
+struct TreeLink::Private
+{
     Private(TreeLink* owner, Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& subSystem,
-        const LinkOptions& options);
+            const LinkOptions& options);
     ~Private();
 
     void drain();
+    void applySlice();
+    bool fetch();
+    void giveUp(const char* reason);
     void handle(LinkQueue::Batch& batch) { mirror.append(std::move(batch.bytes)); }
     void handle(const LinkQueue::Disconnected& entry) { reset(QString::fromStdString(entry.reason)); }
     void handle(const LinkQueue::ConnectFailed& entry) { reportFailure(QString::fromStdString(entry.reason)); }
@@ -53,18 +60,21 @@ struct TreeLink::Private {
     QString lastError;
     bool connected = false;
     bool ignoring = false; // what still comes of a connection that was given up here, its end included
+    bool draining = false;
+    bool missed = false; // a wake-up in the middle of a slice
+    TreeMirror::Progress progress = TreeMirror::Progress::Idle; // of the last slice
     QTimer nextSlice;
     std::shared_ptr<LinkQueue> queue;
     std::unique_ptr<LinkWorker> worker;
 };
 
 TreeLink::Private::Private(TreeLink* owner, Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& which,
-    const LinkOptions& linkOptions)
+                           const LinkOptions& linkOptions)
     : q(owner)
     , subSystem(which)
     , options(linkOptions)
     , mirror(tree, ZelkoConfiguration::MakeRootPath(which.name), &origin,
-          {[this] { becomeReady(); }, [this](const QString& path) { Q_EMIT q->nodeCreated(path); }})
+             {[this] { becomeReady(); }, [this](const QString& path) { Q_EMIT q->nodeCreated(path); }})
 {
     // A timer of 0 ms comes round once per turn of the event loop, behind what users do. A queued call would come
     // before it, again and again.
@@ -86,33 +96,72 @@ TreeLink::Private::~Private()
     mirror.clear();
 }
 
-// One slice: applies what came, takes the next entry, and stops when the time is over or there is nothing more.
+// An observer may open a window with an event loop of its own. What comes meanwhile waits: a change must not overtake
+// the one that is being told.
 void TreeLink::Private::drain()
+{
+    if (draining) {
+        nextSlice.stop();
+        missed = true;
+        return;
+    }
+    draining = true;
+    applySlice();
+    draining = false;
+}
+
+// Fetches and applies until the time is over or there is nothing more. Many small batches are fetched at once, so that
+// what they change is told in one go.
+void TreeLink::Private::applySlice()
 {
     const auto end = std::chrono::steady_clock::now() + options.sliceBudget;
     for (;;) {
+        const bool thatIsAll = progress != TreeMirror::Progress::MoreToDo && !fetch();
         const auto left = end - std::chrono::steady_clock::now();
-        const auto progress = mirror.apply(std::chrono::duration_cast<std::chrono::microseconds>(left));
+        progress = mirror.apply(std::chrono::duration_cast<std::chrono::microseconds>(left));
         if (progress == TreeMirror::Progress::MoreToDo) {
-            return;
+            break;
         }
         if (progress == TreeMirror::Progress::Malformed) {
-            traceWarning(QStringLiteral("TreeLink: %1 sent what cannot be read; starting over").arg(subSystem.name), __LINE__);
-            worker->drop("the recorder server sent what cannot be read");
-            reset(QStringLiteral("the recorder server sent what cannot be read"));
-            ignoring = true;
-        }
-        auto entry = queue->take();
-        if (!entry) {
+            giveUp("the recorder server sent what cannot be read");
+        } else if (thatIsAll && !std::exchange(missed, false)) {
             nextSlice.stop();
             return;
         }
-        if (std::exchange(ignoring, ignoring && std::holds_alternative<LinkQueue::Batch>(*entry))
-            && !std::holds_alternative<LinkQueue::ConnectFailed>(*entry)) {
+        if (std::chrono::steady_clock::now() >= end) {
+            break;
+        }
+    }
+    nextSlice.start();
+}
+
+// Moves what waits to the mirror, up to what it can work on for a while. False when the queue is empty.
+bool TreeLink::Private::fetch()
+{
+    for (std::size_t bytes = 0; bytes < fetchBytes;) {
+        auto entry = queue->take();
+        if (!entry) {
+            return false;
+        }
+        if (const auto* const batch = std::get_if<LinkQueue::Batch>(&*entry)) {
+            bytes += batch->bytes.size();
+        }
+        if (std::exchange(ignoring, ignoring && std::holds_alternative<LinkQueue::Batch>(*entry)) &&
+            !std::holds_alternative<LinkQueue::ConnectFailed>(*entry)) {
             continue;
         }
         std::visit([this](auto& what) { handle(what); }, *entry);
     }
+    return true;
+}
+
+void TreeLink::Private::giveUp(const char* reason)
+{
+    traceWarning(QStringLiteral("TreeLink: %1: %2; starting over").arg(subSystem.name, QLatin1String(reason)),
+                 __LINE__);
+    worker->drop(reason);
+    ignoring = true;
+    reset(QString::fromLatin1(reason));
 }
 
 void TreeLink::Private::becomeReady()
@@ -135,6 +184,7 @@ void TreeLink::Private::reset(const QString& reason)
         client.reset();
     }
     mirror.clear();
+    progress = TreeMirror::Progress::Idle;
     if (!connected) {
         reportFailure(reason);
         return;
@@ -151,7 +201,7 @@ void TreeLink::Private::reportFailure(const QString& reason)
 }
 
 TreeLink::TreeLink(Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
-    QObject* parent)
+                   QObject* parent)
     : QObject(parent)
     , d(std::make_unique<Private>(this, orb, tree, subSystem, options))
 {}

@@ -16,11 +16,14 @@ namespace ZelkoCommon {
 
 class Orb;
 
-/// Keeps the branch of one sub system on a local tree in step with its recorder server, for as long as it lives: connects,
-/// connects again when the connection is lost, and carries writes the other way.
+/// Keeps the branch of one sub system on a local tree in step with its recorder server, for as long as it lives:
+/// connects, connects again when the connection is lost, and carries writes the other way.
 ///
-/// Lives on the thread of the tree. Everything that can block runs on a thread of its own; the ORB's threads only put bytes
-/// into a queue.
+/// Lives on the thread of the tree. Everything that can block runs on a thread of its own; the ORB's threads only put
+/// bytes into a queue.
+///
+/// Slots of its signals and observers of the tree must not destroy it; `deleteLater` is for them. While one of them
+/// runs an event loop of its own, changes wait.
 class ZELKOBASECONNECTION_EXPORT TreeLink : public QObject
 {
     Q_OBJECT
@@ -28,10 +31,10 @@ class ZELKOBASECONNECTION_EXPORT TreeLink : public QObject
 public:
     /// Begins to connect. `orb` and `tree` outlive the link.
     TreeLink(Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
-        QObject* parent = nullptr);
+             QObject* parent = nullptr);
 
-    /// Detaches from the server and takes the branch out of the tree, without signals. Waits for a call that is under way,
-    /// at most its timeout.
+    /// Detaches from the server and takes the branch out of the tree, without signals. Waits for a call that is under
+    /// way, at most its timeout.
     ~TreeLink() override;
 
     const QString& subSystem() const;

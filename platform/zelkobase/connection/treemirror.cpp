@@ -1,5 +1,7 @@
 #include <zelkobase/connection/treemirror.h>
 
+#include <observerbase/errorhandler.h>
+#include <observerbase/trace.h>
 #include <valuecore/node.h>
 #include <valuecore/tree.h>
 #include <valuecore/valuebase.h>
@@ -16,6 +18,13 @@ constexpr std::size_t maxItems = 100'000;
 
 // Looking at the clock costs about as much as applying a small command.
 constexpr int commandsPerLook = 8;
+
+void traceWarning(const QString& text, int line)
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        _Q_Trace(text, __FILE__, line);
+    }
+}
 
 } // namespace
 
@@ -74,7 +83,12 @@ void TreeMirror::clear()
 std::uint32_t TreeMirror::handleOf(const ValueBase& value) const
 {
     const auto found = m_handles.find(&value);
-    return found == m_handles.end() ? 0 : found->second;
+    if (found == m_handles.end()) {
+        return 0;
+    }
+    // Of an item that somebody here took away the address may be another's by now.
+    const auto item = m_items.find(found->second);
+    return item == m_items.end() || item->second.alive.expired() ? 0 : found->second;
 }
 
 std::size_t TreeMirror::pendingBytes() const
@@ -155,37 +169,62 @@ void TreeMirror::beginCommands(std::uint32_t handle, std::string_view commands)
 bool TreeMirror::announce(std::uint32_t handle, std::string_view payload)
 {
     link::Announcement what;
-    if (handle == 0 || m_items.size() >= maxItems || !link::readAnnouncement(payload, what)) {
+    if (handle == 0 || !link::readAnnouncement(payload, what)) {
         return false;
     }
     const QString path = m_rootPath + what.path;
     m_stale.erase(handle);
     if (const auto known = m_items.find(handle); known != m_items.end()) {
-        return known->second.path == path && known->second.typeName == what.typeName;
+        if (known->second.path != path || known->second.typeName != what.typeName) {
+            return false;
+        }
+        if (!known->second.alive.expired()) {
+            return true;
+        }
+        withdraw(handle); // somebody here took it away; a fresh state brings it back
     }
-    return create(handle, path, what.typeName);
+    makeWay(path);
+    create(handle, path, what.typeName);
+    return m_items.size() <= maxItems;
 }
 
-// A node may stand there already: somebody here may have asked for it, or a value below it came first.
-bool TreeMirror::create(std::uint32_t handle, const QString& path, const std::string& typeName)
+// What went on the server and came again in its place has a new handle, and the old one was not withdrawn when the
+// client was too slow to hear of it.
+void TreeMirror::makeWay(const QString& path)
 {
-    const qsizetype cut = path.lastIndexOf(QLatin1Char('/'));
-    TreeItem* item = nullptr;
-    if (typeName.empty()) {
-        item = m_tree->CreateOrGetNode(path);
-    } else if (auto value = valuefactory::create(typeName)) {
-        value->SetName(path.mid(cut + 1));
-        item = m_tree->Insert(path.left(cut), std::move(value));
+    const auto standing = m_handles.find(m_tree->GetItem(path));
+    if (standing != m_handles.end() && m_stale.count(standing->second) > 0) {
+        withdraw(standing->second);
     }
+}
+
+// A node may stand there already: somebody here may have asked for it, or a value below it came first. A value of a
+// type that is not known here, or whose place is taken, is passed over: the rest of the tree is of use without it.
+void TreeMirror::create(std::uint32_t handle, const QString& path, const std::string& typeName)
+{
+    TreeItem* const item = typeName.empty() ? m_tree->CreateOrGetNode(path) : insertValue(path, typeName);
     if (!item) {
-        return false;
+        traceWarning(
+            QStringLiteral("TreeMirror: no place for %1 of type \"%2\"").arg(path, QString::fromStdString(typeName)),
+            __LINE__);
+        return;
     }
     m_items[handle] = {item, item->lifeline(), path, typeName};
     m_handles[item] = handle;
     if (typeName.empty() && m_callbacks.nodeCreated) {
         m_callbacks.nodeCreated(path);
     }
-    return true;
+}
+
+TreeItem* TreeMirror::insertValue(const QString& path, const std::string& typeName)
+{
+    auto value = valuefactory::create(typeName);
+    if (!value) {
+        return nullptr;
+    }
+    const qsizetype cut = path.lastIndexOf(QLatin1Char('/'));
+    value->SetName(path.mid(cut + 1));
+    return m_tree->Insert(path.left(cut), std::move(value));
 }
 
 bool TreeMirror::applyCommand()
@@ -217,7 +256,9 @@ void TreeMirror::withdraw(std::uint32_t handle)
     }
     const Item item = found->second;
     m_items.erase(found);
-    m_handles.erase(item.item);
+    if (const auto known = m_handles.find(item.item); known != m_handles.end() && known->second == handle) {
+        m_handles.erase(known);
+    }
     if (!item.alive.expired()) {
         m_tree->Remove(item.path);
     }

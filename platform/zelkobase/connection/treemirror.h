@@ -28,8 +28,8 @@ enum class FrameType : std::uint8_t;
 
 /// The client's copy of a server's tree: applies the frames of a tree link below a root path of a local tree.
 ///
-/// Works on the thread of the tree, in slices, so that a large state does not hold the thread up. The frames come from a
-/// peer and are not trusted: what cannot be understood stops the mirror, and what was applied before stands until
+/// Works on the thread of the tree, in slices, so that a large state does not hold the thread up. The frames come from
+/// a peer and are not trusted: what cannot be understood stops the mirror, and what was applied before stands until
 /// `clear()`.
 class ZELKOBASECONNECTION_EXPORT TreeMirror
 {
@@ -41,7 +41,8 @@ public:
     };
 
     /// What the owner wants to hear of, called in between two commands. A callback must not destroy the mirror.
-    struct Callbacks {
+    struct Callbacks
+    {
         std::function<void()> ready;                          ///< each time the whole tree was announced
         std::function<void(const QString& path)> nodeCreated; ///< full path of an announced node
     };
@@ -53,7 +54,8 @@ public:
     /// Takes over a batch; nothing is applied yet.
     void append(std::string batch);
 
-    /// Applies what came until all is done or `budget` is over, and tells observers of what it did.
+    /// Applies what came until all is done or `budget` is over, and tells observers of what it did. Makes some headway
+    /// even when there is no time. An observer or callback must not come back here.
     Progress apply(std::chrono::microseconds budget);
 
     /// Removes every item that the mirror made, and forgets what was not applied.
@@ -66,7 +68,8 @@ public:
     std::size_t pendingBytes() const;
 
 private:
-    struct Item {
+    struct Item
+    {
         TreeItem* item = nullptr;
         std::weak_ptr<void> alive;
         QString path;
@@ -78,7 +81,9 @@ private:
     void applyFrame(link::FrameType type, std::uint32_t handle, std::string_view payload);
     void beginCommands(std::uint32_t handle, std::string_view commands);
     bool announce(std::uint32_t handle, std::string_view payload);
-    bool create(std::uint32_t handle, const QString& path, const std::string& typeName);
+    void makeWay(const QString& path);
+    void create(std::uint32_t handle, const QString& path, const std::string& typeName);
+    TreeItem* insertValue(const QString& path, const std::string& typeName);
     bool applyCommand();
     void withdraw(std::uint32_t handle);
     void beginState();
@@ -89,11 +94,11 @@ private:
     IObserver* const m_origin;
     const Callbacks m_callbacks;
 
-    std::deque<std::string> m_batches;  // not looked at yet
-    std::string m_bytes;                // being read
-    std::size_t m_position = 0;         // in m_bytes
-    std::string_view m_commands;        // rest of the Commands frame being applied; points into m_bytes
-    ValueBase* m_value = nullptr; // that the commands are for
+    std::deque<std::string> m_batches; // not looked at yet
+    std::string m_bytes;               // being read
+    std::size_t m_position = 0;        // in m_bytes
+    std::string_view m_commands;       // rest of the Commands frame being applied; points into m_bytes
+    ValueBase* m_value = nullptr;      // that the commands are for
     std::weak_ptr<void> m_valueAlive;
     bool m_malformed = false;
 

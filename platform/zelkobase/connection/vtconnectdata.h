@@ -10,7 +10,8 @@ enum class ConnectionType : int {
 };
 
 /// Where a value tree server is found.
-struct VtConnectData {
+struct VtConnectData
+{
     QString host;      ///< name or address, as configured
     QString ipAddress; ///< address
     int port = 0;      ///< 0: not known

@@ -29,10 +29,10 @@ bool fail(QString* error, const QString& text)
 
 bool isValid(const ZelkoConfiguration::SubSystem& subSystem)
 {
-    return !subSystem.name.isEmpty() && !subSystem.name.contains(QLatin1Char('/')) && !subSystem.host.isEmpty()
-           && subSystem.port != 0
-           && std::none_of(subSystem.host.begin(), subSystem.host.end(),
-               [](QChar c) { return c.isSpace() || c == QLatin1Char('/') || c == QLatin1Char('@'); });
+    return !subSystem.name.isEmpty() && !subSystem.name.contains(QLatin1Char('/')) && !subSystem.host.isEmpty() &&
+           subSystem.port != 0 && std::none_of(subSystem.host.begin(), subSystem.host.end(), [](QChar c) {
+               return c.isSpace() || c == QLatin1Char('/') || c == QLatin1Char('@');
+           });
 }
 
 // A whole number from 1 to 65535, and nothing that merely rounds to one.
@@ -59,8 +59,8 @@ bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, Q
     if (configuration.Find(name)) {
         return fail(error, tr("the sub system \"%1\" is listed twice").arg(name));
     }
-    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port})
-           || fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
+    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port}) ||
+           fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
 }
 
 bool readObject(const QJsonObject& object, ZelkoConfiguration& configuration, QString* error)
@@ -75,8 +75,8 @@ bool readObject(const QJsonObject& object, ZelkoConfiguration& configuration, QS
         }
     }
     const QJsonValue current = object.value(QLatin1String("currentSubSystem"));
-    return current.isUndefined() || configuration.SetCurrentSubSystem(current.toString())
-           || fail(error, tr("its current sub system \"%1\" is not listed").arg(current.toString()));
+    return current.isUndefined() || configuration.SetCurrentSubSystem(current.toString()) ||
+           fail(error, tr("its current sub system \"%1\" is not listed").arg(current.toString()));
 }
 
 } // namespace
@@ -116,7 +116,7 @@ bool ZelkoConfiguration::AddSubSystem(const SubSystem& subSystem)
         return false;
     }
     const auto known = std::find_if(m_subSystems.begin(), m_subSystems.end(),
-        [&](const SubSystem& other) { return other.name == subSystem.name; });
+                                    [&](const SubSystem& other) { return other.name == subSystem.name; });
     if (known == m_subSystems.end()) {
         m_subSystems.push_back(subSystem);
     } else {
@@ -130,8 +130,8 @@ bool ZelkoConfiguration::AddSubSystem(const SubSystem& subSystem)
 
 const ZelkoConfiguration::SubSystem* ZelkoConfiguration::Find(const QString& name) const
 {
-    const auto found = std::find_if(
-        m_subSystems.begin(), m_subSystems.end(), [&](const SubSystem& subSystem) { return subSystem.name == name; });
+    const auto found = std::find_if(m_subSystems.begin(), m_subSystems.end(),
+                                    [&](const SubSystem& subSystem) { return subSystem.name == name; });
     return found == m_subSystems.end() ? nullptr : &*found;
 }
 

@@ -28,7 +28,8 @@ class ZELKOBASECONNECTION_EXPORT ZelkoConfiguration
 public:
     static constexpr quint16 DefaultPort = 8004;
 
-    struct SubSystem {
+    struct SubSystem
+    {
         QString name; ///< not empty, without "/"
         QString host; ///< name or address
         quint16 port = DefaultPort;

@@ -6,6 +6,7 @@
 #include <omniORB4/omniIOR.h>
 #include <omniORB4/omniORB.h>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -80,9 +81,12 @@ quint16 portInReference(CORBA::Object_ptr object)
     return 0;
 }
 
+std::atomic_flag exists;
+
 } // namespace
 
-struct Orb::Private {
+struct Orb::Private
+{
     CORBA::ORB_var orb;
     PortableServer::POA_var rootPoa;
     PortableServer::POA_var namedPoa; // keys in it are the names themselves, so references outlive the process
@@ -107,31 +111,33 @@ void Orb::Private::start(const OrbOptions& options)
 
 void Orb::Private::stop()
 {
-    if (!CORBA::is_nil(orb)) {
-        orb->destroy();
+    try {
+        if (!CORBA::is_nil(orb)) {
+            orb->destroy();
+        }
+    } catch (const CORBA::Exception&) { // there is nobody left to tell
     }
+    exists.clear();
 }
 
-Orb::Orb(const OrbOptions& options) : d(std::make_unique<Private>())
+Orb::Orb(const OrbOptions& options)
+    : d(std::make_unique<Private>())
 {
+    if (exists.test_and_set()) {
+        throw OrbError("CORBA runs in this process already");
+    }
     try {
         d->start(options);
     } catch (const CORBA::Exception& exception) {
-        try {
-            d->stop();
-        } catch (const CORBA::Exception&) { // what did not come up whole need not come down whole
-        }
-        throw OrbError("CORBA could not be started on " + options.listenAddress.toStdString() + " port "
-                       + std::to_string(options.port) + ": " + describe(exception).toStdString());
+        d->stop();
+        throw OrbError("CORBA could not be started on " + options.listenAddress.toStdString() + " port " +
+                       std::to_string(options.port) + ": " + describe(exception).toStdString());
     }
 }
 
 Orb::~Orb()
 {
-    try {
-        d->stop();
-    } catch (const CORBA::Exception&) { // there is nobody left to tell
-    }
+    d->stop();
 }
 
 CORBA::ORB_ptr Orb::orb() const

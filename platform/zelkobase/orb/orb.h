@@ -15,7 +15,8 @@ namespace ZelkoCommon {
 /// How a process takes part in CORBA. Every option of the ORB that matters is set from here on purpose, because its own
 /// defaults suit a closed machine room: they listen on every interface, open a local socket to everybody, never give a
 /// call up and speak ISO-8859-1.
-struct ZELKOBASEORB_EXPORT OrbOptions {
+struct ZELKOBASEORB_EXPORT OrbOptions
+{
     /// Address to listen on; empty for all interfaces.
     QString listenAddress = QStringLiteral("127.0.0.1");
 
@@ -48,7 +49,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The ORB of the process. There is one at a time; it serves calls as soon as it exists, on threads of its own, until it
+/// The ORB of the process. There is one at a time, and a second one is refused: it would be the first one under another
+/// name, options and end included. It serves calls as soon as it exists, on threads of its own, until it
 /// is destroyed. All functions may be called on any thread.
 class ZELKOBASEORB_EXPORT Orb
 {
@@ -70,13 +72,14 @@ public:
     /// Makes `servant` reachable as corbaloc::HOST:PORT/`key`, also by references from before a restart of the process.
     void publish(const char* key, PortableServer::ServantBase* servant);
 
-    /// Ends what `publish` began, and waits for the calls that are being served by it.
+    /// Ends what `publish` began. Calls that are being served go on to their end, for which it does not wait.
     void withdraw(const char* key);
 
     /// The port that is listened on.
     quint16 port() const;
 
-    /// Reference to the object `key` on a host, without asking whether it is there. Null for a host or port that cannot be.
+    /// Reference to the object `key` on a host, without asking whether it is there. Null for a host or port that cannot
+    /// be.
     CORBA::Object_ptr remoteObject(const QString& host, quint16 port, const char* key) const;
 
 private:
