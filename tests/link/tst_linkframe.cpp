@@ -1,5 +1,5 @@
-#include "support/framestream.h"
-#include "support/frametext.h"
+#include "framestream.h"
+#include "frametext.h"
 
 #include <zelkobase/connection/linkframe.h>
 

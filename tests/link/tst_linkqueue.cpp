@@ -156,7 +156,10 @@ void TestLinkQueue::wakesNobodyAndTakesNothingAfterShutDown()
     const auto connection = queue.open();
     QVERIFY(queue.put(connection, "a", 0ms));
     takeAll(queue);
-    std::thread sender([&] { while (queue.put(connection, "b", 10s)) {} });
+    std::thread sender([&] {
+        while (queue.put(connection, "b", 10s)) {
+        }
+    });
     while (wakeUps < 2) {
         std::this_thread::yield();
     }

@@ -1,4 +1,4 @@
-#include "support/testrecords.h"
+#include "testrecords.h"
 
 #include <zelkobase/connection/notificationfold.h>
 #include <zelkobase/maps/recorditemmap.h>
@@ -9,9 +9,9 @@
 
 #include <QtTest>
 
-using ZelkoCommon::NotificationFold;
 using zelko::recordmap::RecordItemMap;
 using zelko::recordmap::RecordMapData;
+using ZelkoCommon::NotificationFold;
 
 namespace {
 
@@ -32,7 +32,8 @@ public:
         char type = 0;
         QString key;
         while (const auto result = m_map.GetChangeLog().ReadNext(m_cursor, type, key)) {
-            changes << (result < 0 ? QStringLiteral("behind") : QStringLiteral("%1 %2").arg(int(type)).arg(key).trimmed());
+            changes << (result < 0 ? QStringLiteral("behind")
+                                   : QStringLiteral("%1 %2").arg(int(type)).arg(key).trimmed());
         }
         notifications << changes.join(QStringLiteral(", "));
     }

@@ -1,6 +1,6 @@
-#include "support/framestream.h"
-#include "support/testrecords.h"
-#include "support/treedigest.h"
+#include "framestream.h"
+#include "testrecords.h"
+#include "treedigest.h"
 
 #include <zelkobase/connection/treemirror.h>
 #include <zelkobase/maps/itemmaptypes.h>
@@ -46,7 +46,9 @@ struct Fixture
     Tree tree;
     Origin origin;
     QStringList log;
-    TreeMirror mirror{&tree, root, &origin,
+    TreeMirror mirror{&tree,
+                      root,
+                      &origin,
                       {[this] { log << QStringLiteral("ready"); }, [this](const QString& path) { log << path; }}};
 
     Progress feed(const FrameStream& stream) { return feed(stream.bytes()); }
@@ -74,7 +76,8 @@ std::string setRecord(const QString& id, quint64 size = 0)
 {
     RecordItemMap source;
     std::string commands;
-    RecordItemMap::SetAtCommand(&source, id, RecordMapData(makeRecord(id, 5, size)), nullptr).AddCommandString(commands);
+    RecordItemMap::SetAtCommand(&source, id, RecordMapData(makeRecord(id, 5, size)), nullptr)
+        .AddCommandString(commands);
     return commands;
 }
 
@@ -230,7 +233,8 @@ void TestTreeMirror::aFreshStateReplacesWhatCameAgainUnderANewHandle()
     f.feed(FrameStream().begin().announce(1, "/A").announce(2, path, typeBefore.toStdString()).ready());
     TreeItem* const before = f.tree.GetItem(root + path);
     const auto alive = before->lifeline();
-    QCOMPARE(f.feed(FrameStream().begin().announce(1, "/A").announce(5, path, typeAfter.toStdString()).ready()), Progress::Idle);
+    QCOMPARE(f.feed(FrameStream().begin().announce(1, "/A").announce(5, path, typeAfter.toStdString()).ready()),
+             Progress::Idle);
     QVERIFY(alive.expired());
     QVERIFY(f.tree.GetItem(root + path));
     QCOMPARE(f.feed(FrameStream().withdraw(5)), Progress::Idle);
@@ -362,7 +366,8 @@ void TestTreeMirror::anObserverMayRemoveTheMapWhoseFoldEnds()
     map->SetChangeLogSize(2);
     Call remover([&] { f.tree.Remove(root + "/Map"); });
     map->AddObserver(&remover);
-    QCOMPARE(f.feed(FrameStream().commands(4, setRecord("A") + setRecord("B") + setRecord("C") + setRecord("D"))), Progress::Idle);
+    QCOMPARE(f.feed(FrameStream().commands(4, setRecord("A") + setRecord("B") + setRecord("C") + setRecord("D"))),
+             Progress::Idle);
     QVERIFY(!f.find<RecordItemMap>("/Map"));
 }
 

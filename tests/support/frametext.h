@@ -6,8 +6,8 @@
 
 #include <string_view>
 
-/// What a stream of frames says, a text per frame: "begin", "announce 3 /A/B int", "ready", "commands 3", "end", "withdraw 3";
-/// last "malformed" or "incomplete" where it does not end with a frame.
+/// What a stream of frames says, a text per frame: "begin", "announce 3 /A/B int", "ready", "commands 3", "end",
+/// "withdraw 3"; last "malformed" or "incomplete" where it does not end with a frame.
 inline QStringList frameTexts(std::string_view bytes)
 {
     using namespace ZelkoCommon::link;
@@ -16,7 +16,8 @@ inline QStringList frameTexts(std::string_view bytes)
     while (!bytes.empty()) {
         const ReadResult result = readFrame(bytes, frame);
         if (result != ReadResult::Frame) {
-            return texts << (result == ReadResult::Malformed ? QStringLiteral("malformed") : QStringLiteral("incomplete"));
+            return texts << (result == ReadResult::Malformed ? QStringLiteral("malformed")
+                                                             : QStringLiteral("incomplete"));
         }
         Announcement what;
         switch (frame.type) {

@@ -37,8 +37,11 @@ inline void listTree(const Node& top, const QString& path, QStringList& lines)
         const QString itemPath = path + QLatin1Char('/') + item->GetName();
         if (auto* const value = dynamic_cast<ValueBase*>(item)) {
             const std::string content = contentOf(*value);
-            lines << itemPath + QLatin1Char(' ') + QLatin1String(value->GetTypeName()) + QLatin1Char(' ')
-                         + QString::fromLatin1(QCryptographicHash::hash(QByteArrayView(content.data(), qsizetype(content.size())), QCryptographicHash::Sha1).toHex());
+            lines << itemPath + QLatin1Char(' ') + QLatin1String(value->GetTypeName()) + QLatin1Char(' ') +
+                         QString::fromLatin1(
+                             QCryptographicHash::hash(QByteArrayView(content.data(), qsizetype(content.size())),
+                                                      QCryptographicHash::Sha1)
+                                 .toHex());
         } else if (const auto* const node = dynamic_cast<const Node*>(item)) {
             lines << itemPath;
             listTree(*node, itemPath, lines);
@@ -61,5 +64,6 @@ inline QStringList treeList(Tree& tree, const QString& rootPath = {})
 inline QString treeDigest(Tree& tree, const QString& rootPath = {})
 {
     return QString::fromLatin1(
-        QCryptographicHash::hash(treeList(tree, rootPath).join(QLatin1Char('\n')).toUtf8(), QCryptographicHash::Sha1).toHex());
+        QCryptographicHash::hash(treeList(tree, rootPath).join(QLatin1Char('\n')).toUtf8(), QCryptographicHash::Sha1)
+            .toHex());
 }

@@ -1,0 +1,102 @@
+#include <recorder/link/linkbacklog.h>
+
+#include <QtTest>
+
+using ZelkoRecorder::LinkBacklog;
+
+namespace {
+
+LinkBacklog::SharedFrame frame(const char* text)
+{
+    return std::make_shared<const std::string>(text);
+}
+
+} // namespace
+
+class TestLinkBacklog : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void batchesWholeFramesAsFarAsTheyFit();
+    void cutsAFrameThatIsLargerThanABatch();
+    void dropsAllWhenItIsFull();
+    void takesAFrameOfAnySizeWhenItIsEmpty();
+    void keepsTheRestOfAFrameThatWasBegun();
+    void sharesFrames();
+};
+
+void TestLinkBacklog::batchesWholeFramesAsFarAsTheyFit()
+{
+    LinkBacklog backlog(100, 10);
+    QVERIFY(backlog.isEmpty());
+    QCOMPARE(backlog.takeBatch(), std::string());
+    QVERIFY(backlog.append(frame("aaaa")));
+    QVERIFY(backlog.append(frame("bbbbbb")));
+    QVERIFY(backlog.append(frame("c")));
+    QCOMPARE(backlog.bytes(), std::size_t{11});
+    QCOMPARE(backlog.takeBatch(), std::string("aaaabbbbbb"));
+    QCOMPARE(backlog.takeBatch(), std::string("c"));
+    QVERIFY(backlog.isEmpty());
+}
+
+void TestLinkBacklog::cutsAFrameThatIsLargerThanABatch()
+{
+    LinkBacklog backlog(100, 4);
+    QVERIFY(backlog.append(frame("ab")));
+    QVERIFY(backlog.append(frame("0123456789")));
+    QVERIFY(backlog.append(frame("xy")));
+    QCOMPARE(backlog.takeBatch(), std::string("ab"));
+    QCOMPARE(backlog.takeBatch(), std::string("0123"));
+    QCOMPARE(backlog.takeBatch(), std::string("4567"));
+    QCOMPARE(backlog.takeBatch(), std::string("89xy"));
+    QVERIFY(backlog.isEmpty());
+}
+
+void TestLinkBacklog::dropsAllWhenItIsFull()
+{
+    LinkBacklog backlog(10, 4);
+    QVERIFY(backlog.append(frame("12345")));
+    QVERIFY(backlog.append(frame("67890")));
+    QVERIFY(!backlog.append(frame("x")));
+    QVERIFY(backlog.isEmpty());
+    QVERIFY(backlog.append(frame("new")));
+    QCOMPARE(backlog.takeBatch(), std::string("new"));
+}
+
+void TestLinkBacklog::takesAFrameOfAnySizeWhenItIsEmpty()
+{
+    LinkBacklog backlog(4, 8);
+    QVERIFY(backlog.append(frame("larger than the bound")));
+    QVERIFY(!backlog.append(frame("x")));
+}
+
+void TestLinkBacklog::keepsTheRestOfAFrameThatWasBegun()
+{
+    LinkBacklog backlog(12, 4);
+    QVERIFY(backlog.append(frame("0123456789")));
+    QCOMPARE(backlog.takeBatch(), std::string("0123"));
+    QVERIFY(backlog.append(frame("abcdef")));
+    QVERIFY(!backlog.append(frame("x")));
+    QCOMPARE(backlog.bytes(), std::size_t{6});
+    QVERIFY(backlog.append(frame("new")));
+    QCOMPARE(backlog.takeBatch(), std::string("4567"));
+    QCOMPARE(backlog.takeBatch(), std::string("89"));
+    QCOMPARE(backlog.takeBatch(), std::string("new"));
+}
+
+void TestLinkBacklog::sharesFrames()
+{
+    const auto shared = frame("shared");
+    LinkBacklog first(100, 10);
+    LinkBacklog second(100, 10);
+    first.append(shared);
+    second.append(shared);
+    QCOMPARE(shared.use_count(), 3L);
+    first.takeBatch();
+    second.takeBatch();
+    QCOMPARE(shared.use_count(), 1L);
+}
+
+QTEST_APPLESS_MAIN(TestLinkBacklog)
+#include "tst_linkbacklog.moc"

@@ -1,0 +1,173 @@
+#include <zelkobase/connection/zelkoconfiguration.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+using ZelkoCommon::ZelkoConfiguration;
+using SubSystem = ZelkoConfiguration::SubSystem;
+
+class TestZelkoConfiguration : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsASiteFile();
+    void fillsInWhatIsLeftOut();
+    void refusesWhatIsNoSiteFile_data();
+    void refusesWhatIsNoSiteFile();
+    void namesTheFileThatCannotBeUsed();
+    void readsAFileFromDisk();
+    void refusesAHugeFile();
+    void takesSubSystemsGivenInCode();
+    void refusesSubSystemsThatCannotBe_data();
+    void refusesSubSystemsThatCannotBe();
+    void makesThePathsOfTheTree();
+};
+
+void TestZelkoConfiguration::readsASiteFile()
+{
+    QString error;
+    const auto site = ZelkoConfiguration::fromJson(
+        R"({"currentSubSystem": "south", "subSystems": [{"name": "north", "host": "recorder-north", "port": 9000},
+            {"name": "south", "host": "::1"}]})",
+        &error);
+    QVERIFY2(site, qPrintable(error));
+    QCOMPARE(site->SubSystems(), (std::vector<SubSystem>{{"north", "recorder-north", 9000}, {"south", "::1", 8004}}));
+    QCOMPARE(site->GetCurrentSubSystem(), "south");
+    QCOMPARE(site->Find("north")->port, 9000);
+    QVERIFY(!site->Find("east"));
+}
+
+void TestZelkoConfiguration::fillsInWhatIsLeftOut()
+{
+    const auto site = ZelkoConfiguration::fromJson(R"({"subSystems": [{"name": "a", "host": "h"}]})", nullptr);
+    QVERIFY(site);
+    QCOMPARE(site->GetCurrentSubSystem(), "a");
+    QCOMPARE(site->Find("a")->port, 8004);
+}
+
+void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("reason");
+    const auto port = [](const char* value) {
+        return QByteArray(R"({"subSystems": [{"name": "a", "host": "h", "port": )") + value + "}]}";
+    };
+    QTest::newRow("nothing") << QByteArray() << "illegal value";
+    QTest::newRow("an array") << QByteArray("[]") << "it is not a JSON object";
+    QTest::newRow("an empty object") << QByteArray("{}") << "it lists no sub systems";
+    QTest::newRow("sub systems that are no array") << QByteArray(R"({"subSystems": 3})") << "it lists no sub systems";
+    QTest::newRow("a sub system that is no object") << QByteArray(R"({"subSystems": [3]})") << "needs a name";
+    QTest::newRow("a sub system without a name") << QByteArray(R"({"subSystems": [{"host": "h"}]})") << "needs a name";
+    QTest::newRow("a sub system without a host") << QByteArray(R"({"subSystems": [{"name": "a"}]})") << "and a host";
+    QTest::newRow("a sub system listed twice")
+        << QByteArray(R"({"subSystems": [{"name": "a", "host": "h"}, {"name": "a", "host": "i"}]})")
+        << "\"a\" is listed twice";
+    QTest::newRow("port 0") << port("0") << "the port of sub system \"a\"";
+    QTest::newRow("a port below") << port("-1") << "the port of sub system \"a\"";
+    QTest::newRow("a port beyond") << port("65536") << "the port of sub system \"a\"";
+    QTest::newRow("half a port") << port("80.5") << "the port of sub system \"a\"";
+    QTest::newRow("a port as text") << port("\"80\"") << "the port of sub system \"a\"";
+    QTest::newRow("a current sub system that is not listed")
+        << QByteArray(R"({"currentSubSystem": "b", "subSystems": [{"name": "a", "host": "h"}]})")
+        << "\"b\" is not listed";
+}
+
+void TestZelkoConfiguration::refusesWhatIsNoSiteFile()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, reason);
+    QString error;
+    QVERIFY(!ZelkoConfiguration::fromJson(json, &error));
+    QVERIFY2(error.contains(reason), qPrintable(error));
+    QVERIFY(!ZelkoConfiguration::fromJson(json, nullptr));
+}
+
+void TestZelkoConfiguration::namesTheFileThatCannotBeUsed()
+{
+    QString error;
+    QVERIFY(!ZelkoConfiguration::fromFile("/nonexistent/site.json", &error));
+    QVERIFY2(error.contains("/nonexistent/site.json"), qPrintable(error));
+}
+
+void TestZelkoConfiguration::readsAFileFromDisk()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath("site.json"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(R"({"subSystems": [{"name": "a", "host": "h"}]})");
+    file.close();
+    QString error;
+    QVERIFY2(ZelkoConfiguration::fromFile(file.fileName(), &error), qPrintable(error));
+}
+
+void TestZelkoConfiguration::refusesAHugeFile()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath("site.json"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.resize(2 * 1024 * 1024));
+    QString error;
+    QVERIFY(!ZelkoConfiguration::fromFile(file.fileName(), &error));
+    QVERIFY2(error.contains("too large"), qPrintable(error));
+}
+
+void TestZelkoConfiguration::takesSubSystemsGivenInCode()
+{
+    ZelkoConfiguration site;
+    QCOMPARE(site.GetCurrentSubSystem(), QString());
+    QVERIFY(!site.SetCurrentSubSystem("a"));
+    QVERIFY(site.AddSubSystem({"a", "127.0.0.1", 1}));
+    QVERIFY(site.AddSubSystem({"b", "127.0.0.1", 2}));
+    QVERIFY(site.AddSubSystem({"a", "127.0.0.1", 3}));
+    QCOMPARE(site.SubSystems().size(), std::size_t{2});
+    QCOMPARE(site.Find("a")->port, 3);
+    QCOMPARE(site.GetCurrentSubSystem(), "a");
+    QVERIFY(site.SetCurrentSubSystem("b"));
+    QVERIFY(!site.SetCurrentSubSystem("c"));
+    QCOMPARE(site.GetCurrentSubSystem(), "b");
+}
+
+void TestZelkoConfiguration::refusesSubSystemsThatCannotBe_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("host");
+    QTest::addColumn<int>("port");
+    QTest::newRow("no name") << ""
+                             << "h" << 1;
+    QTest::newRow("a name of two levels") << "a/b"
+                                          << "h" << 1;
+    QTest::newRow("no host") << "a"
+                             << "" << 1;
+    QTest::newRow("a host with a blank") << "a"
+                                         << "h h" << 1;
+    QTest::newRow("a host with a path") << "a"
+                                        << "h/key" << 1;
+    QTest::newRow("a host with a version") << "a"
+                                           << "1.2@h" << 1;
+    QTest::newRow("a host that is two") << "a"
+                                        << "h,:i" << 1;
+    QTest::newRow("a host with an escape") << "a"
+                                           << "h%2f" << 1;
+    QTest::newRow("no port") << "a"
+                             << "h" << 0;
+}
+
+void TestZelkoConfiguration::refusesSubSystemsThatCannotBe()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, host);
+    QFETCH(int, port);
+    ZelkoConfiguration site;
+    QVERIFY(!site.AddSubSystem({name, host, static_cast<quint16>(port)}));
+    QVERIFY(site.SubSystems().empty());
+}
+
+void TestZelkoConfiguration::makesThePathsOfTheTree()
+{
+    QCOMPARE(ZelkoConfiguration::MakeRootPath("north"), "/SubSystems/north");
+    QCOMPARE(ZelkoConfiguration().cfgPath(), "ZelkoGUI");
+}
+
+QTEST_APPLESS_MAIN(TestZelkoConfiguration)
+#include "tst_zelkoconfiguration.moc"
