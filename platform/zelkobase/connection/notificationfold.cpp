@@ -30,8 +30,12 @@ NotificationFold::~NotificationFold()
 
 void NotificationFold::prepare(ValueBase& value, const Command& command)
 {
+    const auto alive = value.lifeline();
     if (m_value && (m_value != &value || mustEndBefore(command))) {
         end();
+    }
+    if (alive.expired()) {
+        return;
     }
     if (!isItemCommand(command) || value.ChangeLogCapacity() == 0) {
         return;

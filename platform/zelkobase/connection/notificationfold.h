@@ -24,7 +24,8 @@ public:
     NotificationFold();
     ~NotificationFold(); ///< ends the fold
 
-    /// Called right before `command` is executed on `value`. Going on to another value ends the fold.
+    /// Called right before `command` is executed on `value`. Going on to another value ends the fold. The
+    /// observers of a fold that ends may take the value away.
     void prepare(ValueBase& value, const Command& command);
 
     /// Tells the observers what is folded so far.

@@ -61,7 +61,7 @@ struct TreeLink::Private
     bool connected = false;
     bool ignoring = false; // what still comes of a connection that was given up here, its end included
     bool draining = false;
-    bool missed = false; // a wake-up in the middle of a slice
+    bool missed = false;                                        // a wake-up in the middle of a slice
     TreeMirror::Progress progress = TreeMirror::Progress::Idle; // of the last slice
     QTimer nextSlice;
     std::shared_ptr<LinkQueue> queue;

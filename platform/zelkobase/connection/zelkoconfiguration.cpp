@@ -1,5 +1,7 @@
 #include <zelkobase/connection/zelkoconfiguration.h>
 
+#include <zelkobase/orb/hostname.h>
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QJsonArray>
@@ -27,16 +29,10 @@ bool fail(QString* error, const QString& text)
     return false;
 }
 
-// What a host name or an address consists of. Anything else would mean something in the address that the ORB is given.
-bool isPartOfHost(QChar c)
-{
-    return c.unicode() < 128 && (c.isLetterOrNumber() || QLatin1String(".-_:").contains(c));
-}
-
 bool isValid(const ZelkoConfiguration::SubSystem& subSystem)
 {
-    return !subSystem.name.isEmpty() && !subSystem.name.contains(QLatin1Char('/')) && !subSystem.host.isEmpty() &&
-           subSystem.port != 0 && std::all_of(subSystem.host.begin(), subSystem.host.end(), isPartOfHost);
+    return !subSystem.name.isEmpty() && !subSystem.name.contains(QLatin1Char('/')) && subSystem.port != 0 &&
+           canBeHost(subSystem.host);
 }
 
 // A whole number from 1 to 65535, and nothing that merely rounds to one.

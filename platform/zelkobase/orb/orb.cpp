@@ -1,6 +1,7 @@
 #include <zelkobase/orb/orb.h>
 
 #include <zelkobase/orb/corbacall.h>
+#include <zelkobase/orb/hostname.h>
 
 #include <omniORB4/IIOP.h>
 #include <omniORB4/omniIOR.h>
@@ -37,12 +38,24 @@ private:
     std::vector<std::pair<std::string, std::string>> m_entries;
 };
 
+std::string quoted(const QString& host)
+{
+    const std::string name = host.toStdString();
+    return name.find(':') == std::string::npos ? name : '[' + name + ']';
+}
+
+std::string endpoint(const QString& host, quint16 port)
+{
+    return "giop:tcp:" + quoted(host) + ':' + std::to_string(port);
+}
+
 OptionTable optionTable(const OrbOptions& options)
 {
     OptionTable table;
-    const std::string address = options.listenAddress.toStdString();
-    const std::string host = address.find(':') == std::string::npos ? address : '[' + address + ']';
-    table.add("endPoint", "giop:tcp:" + host + ':' + std::to_string(options.port));
+    table.add("endPoint", endpoint(options.listenAddress, options.port));
+    if (options.publishedPort != 0) {
+        table.add("endPointPublish", endpoint(options.publishedHost, options.publishedPort));
+    }
     table.add("clientCallTimeOutPeriod", static_cast<long>(options.callTimeout.count()));
     table.add("clientConnectTimeOutPeriod", static_cast<long>(options.connectTimeout.count()));
     table.add("serverCallTimeOutPeriod", static_cast<long>(options.receiveTimeout.count()));
@@ -61,9 +74,7 @@ OptionTable optionTable(const OrbOptions& options)
 // Closes the gap between a host that people write and one that a corbaloc takes.
 std::string corbaloc(const QString& host, quint16 port, const char* key)
 {
-    const std::string name = host.toStdString();
-    const std::string quoted = name.find(':') == std::string::npos ? name : '[' + name + ']';
-    return "corbaloc::" + quoted + ':' + std::to_string(port) + '/' + key;
+    return "corbaloc::" + quoted(host) + ':' + std::to_string(port) + '/' + key;
 }
 
 // The ORB does not tell its port, but every reference that it makes carries it.
@@ -106,7 +117,7 @@ void Orb::Private::start(const OrbOptions& options)
     rootPoa->the_POAManager()->activate();
     namedPoa->the_POAManager()->activate();
     const CORBA::Object_var probe = rootPoa->create_reference("IDL:omg.org/CORBA/Object:1.0");
-    port = portInReference(probe);
+    port = options.port != 0 ? options.port : portInReference(probe);
 }
 
 void Orb::Private::stop()
@@ -169,6 +180,9 @@ quint16 Orb::port() const
 
 CORBA::Object_ptr Orb::remoteObject(const QString& host, quint16 port, const char* key) const
 {
+    if (!canBeHost(host) || port == 0) {
+        return CORBA::Object::_nil();
+    }
     try {
         return d->orb->string_to_object(corbaloc(host, port, key).c_str());
     } catch (const CORBA::Exception&) {

@@ -23,6 +23,11 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// Port to listen on; 0 lets the system choose.
     quint16 port = 0;
 
+    /// Where others reach this process when that is not where it listens, behind an address translation for instance.
+    /// Empty and 0: where it listens. The port to listen on must be given then.
+    QString publishedHost;
+    quint16 publishedPort = 0;
+
     /// After this time a call is given up; each call may set its own.
     std::chrono::milliseconds callTimeout{5000};
 

@@ -1,0 +1,152 @@
+#include "faultproxy.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <deque>
+
+namespace {
+
+constexpr int tickMilliseconds = 2;
+constexpr qint64 maxWaiting = 1024 * 1024; // so that a frozen proxy fills the line, as a frozen host would
+
+// One direction of a relayed connection.
+class Lane
+{
+public:
+    Lane(QTcpSocket* from, QTcpSocket* to, FaultProxy::Faults& faults)
+        : m_from(from)
+        , m_to(to)
+        , m_faults(faults)
+    {
+        m_from->setReadBufferSize(64 * 1024);
+        m_clock.start();
+    }
+
+    void run()
+    {
+        take();
+        while (!m_faults.frozen && !m_waiting.empty() && m_waiting.front().first <= m_clock.elapsed()) {
+            QByteArray& first = m_waiting.front().second;
+            const int pieces = m_faults.pieces;
+            const QByteArray part = pieces > 0 ? first.left(pieces) : first;
+            m_to->write(part);
+            m_to->flush();
+            m_faults.bytes += part.size();
+            m_bytes -= part.size();
+            first.remove(0, part.size());
+            if (first.isEmpty()) {
+                m_waiting.pop_front();
+            }
+        }
+    }
+
+private:
+    void take()
+    {
+        if (m_bytes >= maxWaiting || m_to->bytesToWrite() > maxWaiting || m_from->bytesAvailable() == 0) {
+            return;
+        }
+        QByteArray bytes = m_from->readAll();
+        damage(bytes);
+        m_bytes += bytes.size();
+        m_waiting.emplace_back(m_clock.elapsed() + m_faults.delay, bytes);
+    }
+
+    void damage(QByteArray& bytes)
+    {
+        const int oneIn = m_faults.damage;
+        for (m_untilDamage += oneIn > 0 ? bytes.size() : 0; oneIn > 0 && m_untilDamage >= oneIn;
+             m_untilDamage -= oneIn) {
+            const qsizetype at = QRandomGenerator::global()->bounded(bytes.size());
+            bytes[at] = static_cast<char>(bytes[at] ^ (1 << QRandomGenerator::global()->bounded(8)));
+            ++m_faults.damaged;
+        }
+    }
+
+    QTcpSocket* m_from;
+    QTcpSocket* m_to;
+    FaultProxy::Faults& m_faults;
+    QElapsedTimer m_clock;
+    std::deque<std::pair<qint64, QByteArray>> m_waiting;
+    qint64 m_bytes = 0;
+    qint64 m_untilDamage = 0;
+};
+
+class Relay : public QObject
+{
+    Q_OBJECT
+
+public:
+    Relay(QTcpSocket* client, std::shared_ptr<FaultProxy::Faults> faults, QObject* parent)
+        : QObject(parent)
+        , m_faults(std::move(faults))
+        , m_client(client)
+        , m_cuts(m_faults->cuts)
+    {
+        m_client->setParent(this);
+        m_server.connectToHost(QHostAddress::LocalHost, m_faults->target);
+        const auto end = [this] { deleteLater(); };
+        connect(m_client, &QTcpSocket::disconnected, this, end);
+        connect(&m_server, &QTcpSocket::disconnected, this, end);
+        connect(&m_server, &QTcpSocket::errorOccurred, this, end);
+        for (QTcpSocket* const socket : {m_client, &m_server}) {
+            connect(socket, &QTcpSocket::readyRead, this, &Relay::run);
+            connect(socket, &QTcpSocket::bytesWritten, this, &Relay::run);
+        }
+        connect(&m_tick, &QTimer::timeout, this, &Relay::run);
+        m_tick.start(tickMilliseconds);
+    }
+
+private:
+    void run()
+    {
+        if (m_faults->cuts != m_cuts) {
+            m_client->abort();
+            m_server.abort();
+            deleteLater();
+            return;
+        }
+        if (m_server.state() == QAbstractSocket::ConnectedState) {
+            m_there.run();
+            m_back.run();
+        }
+    }
+
+    const std::shared_ptr<FaultProxy::Faults> m_faults;
+    QTcpSocket* const m_client;
+    QTcpSocket m_server;
+    const int m_cuts;
+    Lane m_there{m_client, &m_server, *m_faults};
+    Lane m_back{&m_server, m_client, *m_faults};
+    QTimer m_tick;
+};
+
+} // namespace
+
+FaultProxy::FaultProxy(quint16 targetPort)
+{
+    setTarget(targetPort);
+    auto* const server = new QTcpServer;
+    server->listen(QHostAddress::LocalHost);
+    m_port = server->serverPort();
+    server->moveToThread(&m_thread);
+    QObject::connect(server, &QTcpServer::newConnection, server, [server, faults = m_faults] {
+        while (QTcpSocket* const client = server->nextPendingConnection()) {
+            new Relay(client, faults, server);
+        }
+    });
+    QObject::connect(&m_thread, &QThread::finished, server, &QObject::deleteLater);
+    m_thread.start();
+}
+
+FaultProxy::~FaultProxy()
+{
+    m_thread.quit();
+    m_thread.wait();
+}
+
+#include "faultproxy.moc"

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QHostAddress>
+#include <QThread>
+
+#include <atomic>
+#include <memory>
+
+/// A TCP relay on the loopback interface that misbehaves as it is told. It runs on a thread of its own; all functions
+/// may be called on any thread.
+class FaultProxy
+{
+public:
+    /// Relays to `targetPort`; it may be set later, before the first connection. Listens on a port that the system
+    /// chooses.
+    explicit FaultProxy(quint16 targetPort = 0);
+    ~FaultProxy();
+
+    quint16 port() const { return m_port; }
+    void setTarget(quint16 port) { m_faults->target = port; }
+
+    /// Holds every piece back for so long.
+    void setDelay(int milliseconds) { m_faults->delay = milliseconds; }
+
+    /// Passes on no more than so many bytes at once; 0 for as they come.
+    void setPieces(int bytes) { m_faults->pieces = bytes; }
+
+    /// Damages one byte out of so many that go to the target, or come back; 0 for none.
+    void setDamage(int oneInBytes) { m_faults->damage = oneInBytes; }
+
+    /// Passes nothing on, until it is set back.
+    void setFrozen(bool frozen) { m_faults->frozen = frozen; }
+
+    /// Cuts all connections.
+    void cut() { ++m_faults->cuts; }
+
+    qint64 bytes() const { return m_faults->bytes; }
+    int damaged() const { return m_faults->damaged; }
+
+    struct Faults
+    {
+        std::atomic<quint16> target = 0;
+        std::atomic<int> delay = 0;
+        std::atomic<int> pieces = 0;
+        std::atomic<int> damage = 0;
+        std::atomic<bool> frozen = false;
+        std::atomic<int> cuts = 0;
+        std::atomic<qint64> bytes = 0;
+        std::atomic<int> damaged = 0;
+    };
+
+private:
+    std::shared_ptr<Faults> m_faults = std::make_shared<Faults>();
+    quint16 m_port = 0;
+    QThread m_thread;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QProcess>
+#include <QStringList>
+
+/// A server process, from its READY line to its end. Killed when it goes out of scope.
+class ServerProcess
+{
+public:
+    /// The link peer of the tests.
+    static QString peerProgram();
+
+    /// Starts `program` and waits until it is ready. With a port it comes back under the same one.
+    explicit ServerProcess(const QStringList& arguments = {}, quint16 port = 0, const QString& program = peerProgram());
+    ~ServerProcess();
+
+    /// 0 when it did not become ready.
+    quint16 port() const { return m_port; }
+    qint64 pid() const { return m_process.processId(); }
+
+    /// Says a line to it and gives the line that it answers with; empty when none comes.
+    QString ask(const QString& line);
+
+    void kill();
+    void stop();       ///< SIGSTOP
+    void continueIt(); ///< SIGCONT
+
+    /// SIGTERM, and whether it ended with 0 in time.
+    bool terminate();
+
+private:
+    QString readLine();
+
+    QProcess m_process;
+    quint16 m_port = 0;
+};
+
+/// Resident memory of a process in bytes; 0 when it is not there.
+qint64 residentBytes(qint64 pid);

@@ -1,0 +1,253 @@
+#include "faultproxy.h"
+#include "linkclient.h"
+#include "serverprocess.h"
+
+#include <zelkobase/connection/ivtclient.h>
+#include <zelkobase/maps/itemmaptypes.h>
+#include <zelkobase/orb/orb.h>
+
+#include <valuecore/valuetypes.h>
+
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+
+using namespace ZelkoCommon;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString device = QStringLiteral("/ZELKO/Device/R1");
+constexpr int patience = 60000;
+
+OrbOptions optionsBehind(const FaultProxy& proxy)
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    OrbOptions options;
+    options.port = probe.serverPort();
+    options.publishedHost = "127.0.0.1";
+    options.publishedPort = proxy.port();
+    options.receiveTimeout = 2s;
+    return options;
+}
+
+} // namespace
+
+/// Both directions go through a proxy: the client reaches the server through one, and names another as its own address,
+/// so that the server's batches come through that one.
+class TestLinkFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void bothDirectionsGoThroughTheProxies();
+    void aSlowLineOnlyTakesLonger();
+    void tinyPiecesAreAsGoodAsLargeOnes();
+    void aCutIsMended_data();
+    void aCutIsMended();
+    void aFrozenLineIsGivenUpAndTakenUpAgain();
+    void damageLeadsToAReconnectAndAnEqualTree_data();
+    void damageLeadsToAReconnectAndAnEqualTree();
+    void aDamagedWriteIsNeverCarriedOut();
+    void garbageFromAStrangerHarmsNobody();
+
+private:
+    LinkOptions options() const
+    {
+        LinkOptions result = LinkClient::quickOptions();
+        result.callTimeout = 1000ms;
+        return result;
+    }
+
+    FaultProxy m_toServer;
+    FaultProxy m_toClient;
+    std::unique_ptr<Orb> m_orb;
+};
+
+void TestLinkFaults::initTestCase()
+{
+    zelko::registerItemMapTypes();
+    m_orb = std::make_unique<Orb>(optionsBehind(m_toClient));
+    m_toClient.setTarget(m_orb->port());
+}
+
+void TestLinkFaults::cleanup()
+{
+    for (FaultProxy* const proxy : {&m_toServer, &m_toClient}) {
+        proxy->setDelay(0);
+        proxy->setPieces(0);
+        proxy->setDamage(0);
+        proxy->setFrozen(false);
+        proxy->cut();
+    }
+}
+
+void TestLinkFaults::bothDirectionsGoThroughTheProxies()
+{
+    ServerProcess server;
+    server.ask("populate 2000");
+    m_toServer.setTarget(server.port());
+    const qint64 bytesBefore = m_toClient.bytes();
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QVERIFY(m_toClient.bytes() - bytesBefore > 200000); // the batches
+    const qint64 called = m_toServer.bytes();
+    QTRY_VERIFY(m_toServer.bytes() > called); // the heartbeats
+}
+
+void TestLinkFaults::aSlowLineOnlyTakesLonger()
+{
+    m_toServer.setDelay(50);
+    m_toClient.setDelay(50);
+    ServerProcess server;
+    server.ask("populate 2000");
+    m_toServer.setTarget(server.port());
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QCOMPARE(client.log, QStringList{"connected"});
+}
+
+void TestLinkFaults::tinyPiecesAreAsGoodAsLargeOnes()
+{
+    m_toServer.setPieces(3);
+    m_toClient.setPieces(3);
+    ServerProcess server;
+    server.ask("populate 200");
+    m_toServer.setTarget(server.port());
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QCOMPARE(client.log, QStringList{"connected"});
+}
+
+void TestLinkFaults::aCutIsMended_data()
+{
+    QTest::addColumn<bool>("toServer");
+    QTest::addColumn<bool>("toClient");
+    QTest::newRow("of the calls") << true << false;
+    QTest::newRow("of the batches") << false << true;
+    QTest::newRow("of both") << true << true;
+}
+
+void TestLinkFaults::aCutIsMended()
+{
+    QFETCH(bool, toServer);
+    QFETCH(bool, toClient);
+    ServerProcess server;
+    server.ask("populate 1000");
+    m_toServer.setTarget(server.port());
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_VERIFY(client.isConnected());
+    server.ask("churn 5000");
+    for (int i = 0; i < 5; ++i) {
+        if (toServer) {
+            m_toServer.cut();
+        }
+        if (toClient) {
+            m_toClient.cut();
+        }
+        QTest::qWait(200);
+        QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    }
+    server.ask("churn 0");
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "1", patience);
+    for (int i = 0; i < client.log.size(); ++i) {
+        QCOMPARE(client.log[i], i % 2 == 0 ? "connected" : "disconnected");
+    }
+}
+
+void TestLinkFaults::aFrozenLineIsGivenUpAndTakenUpAgain()
+{
+    ServerProcess server;
+    server.ask("populate 1000");
+    m_toServer.setTarget(server.port());
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_VERIFY(client.isConnected());
+    m_toServer.setFrozen(true);
+    m_toClient.setFrozen(true);
+    QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected"}), patience);
+    server.ask("number 5");
+    m_toServer.setFrozen(false);
+    m_toClient.setFrozen(false);
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+}
+
+void TestLinkFaults::damageLeadsToAReconnectAndAnEqualTree_data()
+{
+    QTest::addColumn<int>("oneInBytes");
+    QTest::addColumn<bool>("batches");
+    QTest::newRow("of batches, now and then") << 100000 << true;
+    QTest::newRow("of batches, in each") << 5000 << true;
+    QTest::newRow("of calls, now and then") << 1000 << false;
+    QTest::newRow("of calls, in each") << 100 << false;
+}
+
+void TestLinkFaults::damageLeadsToAReconnectAndAnEqualTree()
+{
+    QFETCH(int, oneInBytes);
+    QFETCH(bool, batches);
+    ServerProcess server;
+    server.ask("populate 1000");
+    m_toServer.setTarget(server.port());
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_VERIFY(client.isConnected());
+    FaultProxy& damaging = batches ? m_toClient : m_toServer;
+    const int damagedBefore = damaging.damaged();
+    damaging.setDamage(oneInBytes);
+    server.ask("churn 1000");
+    QTRY_VERIFY_WITH_TIMEOUT(damaging.damaged() - damagedBefore >= 5, patience);
+    damaging.setDamage(0);
+    server.ask("churn 0");
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "1", patience);
+}
+
+void TestLinkFaults::aDamagedWriteIsNeverCarriedOut()
+{
+    ServerProcess server;
+    m_toServer.setTarget(server.port());
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    m_toServer.setDamage(400);
+    for (int i = 0; i < 100; ++i) {
+        QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+        auto* const text = client.find<Value<QString>>(device + "/Text");
+        client.writer()->AddValue(text, 0);
+        text->SetValue(QString(20, QChar(u'a' + i % 2)), nullptr);
+        QTest::qWait(20);
+        const QString held = server.ask("text");
+        QVERIFY2(held.isEmpty() || held == QString(20, u'a') || held == QString(20, u'b'), qPrintable(held));
+    }
+    QVERIFY(m_toServer.damaged() > 0);
+    m_toServer.setDamage(0);
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+}
+
+void TestLinkFaults::garbageFromAStrangerHarmsNobody()
+{
+    ServerProcess server;
+    m_toServer.setTarget(server.port());
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_VERIFY(client.isConnected());
+    std::vector<std::unique_ptr<QTcpSocket>> strangers;
+    for (const QByteArray& bytes : {QByteArray("GET / HTTP/1.1\r\n\r\n"), QByteArray("GIOP"),
+                                    QByteArray("GIOP\x01\x02\x01\0\xff\xff\xff\x7f", 12),
+                                    QByteArray("GIOP\x01\x02\x01\0\x10\0\0\0", 12), QByteArray(100000, '\xff')}) {
+        for (const quint16 port : {server.port(), m_orb->port()}) {
+            strangers.push_back(std::make_unique<QTcpSocket>());
+            strangers.back()->connectToHost(QHostAddress::LocalHost, port);
+            QVERIFY(strangers.back()->waitForConnected());
+            strangers.back()->write(bytes);
+            strangers.back()->flush();
+        }
+    }
+    server.ask("number 5");
+    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QCOMPARE(client.log, QStringList{"connected"});
+}
+
+QTEST_GUILESS_MAIN(TestLinkFaults)
+#include "tst_linkfaults.moc"

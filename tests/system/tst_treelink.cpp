@@ -1,0 +1,414 @@
+#include "linkclient.h"
+#include "serverprocess.h"
+
+#include <zelkobase/connection/ivtclient.h>
+#include <zelkobase/maps/itemmaptypes.h>
+#include <zelkobase/orb/corbacall.h>
+#include <zelkoidl/treelink.hh>
+
+#include <observerbase/iobserver.h>
+#include <valuecore/valuetypes.h>
+
+#include <QTimer>
+#include <QtTest>
+
+using namespace ZelkoCommon;
+using namespace std::chrono_literals;
+using zelko::recordmap::RecordItemMap;
+
+namespace {
+
+const QString device = QStringLiteral("/ZELKO/Device/R1");
+const QString map = device + QStringLiteral("/Records/Map");
+constexpr int patience = 30000;
+
+class Call final : public IObserver
+{
+public:
+    explicit Call(std::function<void()> what)
+        : m_what(std::move(what))
+    {}
+    void Update(Observable*, TChangeCode) override { m_what(); }
+
+private:
+    std::function<void()> m_what;
+};
+
+} // namespace
+
+class TestTreeLink : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { zelko::registerItemMapTypes(); }
+
+    void loadsAServersTree();
+    void followsEachChange();
+    void tellsThePlainValuesBeforeItIsConnectedAndTheMapBeforeItIsComplete();
+    void tellsNodesOfDevices();
+    void waitsForAServerThatIsNotThereYet();
+    void comesBackByItselfAfterTheServerWasKilled();
+    void givesUpAServerThatHangs();
+    void sendsWritesOfAddedValuesAndNoOthers();
+    void neverEchoesAChangeOfTheServer();
+    void losesAWriteThatMayNotBeToTheServersValue();
+    void writesOfAnOldConnectionGoNowhere();
+    void theServerForgetsAClientThatLeaves();
+    void theServerTakesNoMoreClientsThanItMay();
+    void theServerDropsASilentClient();
+    void theServerRefusesAnotherVersion();
+    void everyOneOfSeveralClientsEndsEqual();
+    void aBlockedGuiEndsEqualAndTheServerStaysBounded();
+    void changesWaitWhileAnObserverRunsAnEventLoop();
+    void anEndInTheMiddleOfTheFirstLoadIsClean();
+    void saysWhereItsValuesStand();
+
+private:
+    Orb m_orb{{}};
+};
+
+void TestTreeLink::loadsAServersTree()
+{
+    ServerProcess server;
+    QVERIFY(server.port() != 0);
+    QCOMPARE(server.ask("populate 10000"), "ok");
+    LinkClient client(m_orb, server.port());
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QCOMPARE(client.log, QStringList{"connected"});
+    QVERIFY(client.isConnected());
+    QCOMPARE(client.find<RecordItemMap>(map)->Size(), 10000u);
+}
+
+void TestTreeLink::followsEachChange()
+{
+    ServerProcess server;
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    for (const char* const step :
+         {"set A 1", "set A 2", "set B 1", "erase A", "insert New", "number 5", "remove New", "clear"}) {
+        QCOMPARE(server.ask(step), "ok");
+        QTRY_COMPARE(client.digest(), server.ask("digest"));
+    }
+    QCOMPARE(client.log, QStringList{"connected"});
+    QCOMPARE(server.ask("restarts"), "0");
+}
+
+void TestTreeLink::tellsThePlainValuesBeforeItIsConnectedAndTheMapBeforeItIsComplete()
+{
+    ServerProcess server;
+    server.ask("populate 5000");
+    LinkClient client(m_orb, server.port());
+    QList<quint64> sizeAtConnect;
+    QList<int> countAtConnect;
+    QList<quint64> sizeAtComplete;
+    Call complete([&] { sizeAtComplete << client.find<RecordItemMap>(map)->Size(); });
+    connect(&client.connection, &AbstractServerConnectionData::si_allTicsConnected, this, [&] {
+        sizeAtConnect << client.find<RecordItemMap>(map)->Size();
+        countAtConnect << client.find<Value<int>>(device + "/Records/LoadCount")->GetValue();
+        client.find<Value<bool>>(device + "/Records/LoadedCompletly")->AddObserver(&complete);
+    });
+    QTRY_COMPARE_WITH_TIMEOUT(sizeAtComplete, QList<quint64>{5000}, patience);
+    QCOMPARE(countAtConnect, QList<int>{5000});
+    QVERIFY(sizeAtConnect.size() == 1 && sizeAtConnect.first() < 5000);
+}
+
+void TestTreeLink::tellsNodesOfDevices()
+{
+    ServerProcess server;
+    LinkClient client(m_orb, server.port());
+    QSignalSpy added(&client.connection, &AbstractServerConnectionData::si_deviceNodeAdded);
+    QTRY_VERIFY(client.isConnected());
+    QCOMPARE(added.size(), 1);
+    QCOMPARE(added.first().first().toString(), client.root + device);
+}
+
+void TestTreeLink::waitsForAServerThatIsNotThereYet()
+{
+    quint16 port = 0;
+    {
+        ServerProcess first;
+        port = first.port();
+    }
+    LinkClient client(m_orb, port);
+    QSignalSpy failed(&client.connection, &ServerConnectionData::connectFailed);
+    QTRY_VERIFY(failed.size() >= 2);
+    QCOMPARE(client.connection.lastError("north"), "nobody answers there, or not in time (TRANSIENT)");
+    QCOMPARE(client.log, QStringList());
+    ServerProcess server({}, port);
+    QTRY_VERIFY(client.isConnected());
+    QCOMPARE(client.connection.lastError("north"), QString());
+}
+
+void TestTreeLink::comesBackByItselfAfterTheServerWasKilled()
+{
+    ServerProcess first;
+    first.ask("populate 1000");
+    LinkClient client(m_orb, first.port());
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), first.ask("digest"), patience);
+    QStringList changesAfterTheEnd;
+    Call afterTheEnd([&] { changesAfterTheEnd << client.log.join(','); });
+    client.find<Value<int>>(device + "/Number")->AddObserver(&afterTheEnd);
+    first.kill();
+    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected"}));
+    QVERIFY(!client.isConnected());
+    QVERIFY(!client.writer());
+    QVERIFY(!client.connection.lastError("north").isEmpty());
+    QCOMPARE(changesAfterTheEnd, QStringList{"connected"}); // the notice of its deletion
+
+    ServerProcess second({}, first.port());
+    second.ask("populate 500");
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), second.ask("digest"), patience);
+    QCOMPARE(client.log, (QStringList{"connected", "disconnected", "connected"}));
+}
+
+void TestTreeLink::givesUpAServerThatHangs()
+{
+    ServerProcess server;
+    LinkOptions options = LinkClient::quickOptions();
+    options.callTimeout = 500ms;
+    LinkClient client(m_orb, server.port(), options);
+    QTRY_VERIFY(client.isConnected());
+    server.stop();
+    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected"}));
+    server.continueIt();
+    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected", "connected"}));
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+}
+
+void TestTreeLink::sendsWritesOfAddedValuesAndNoOthers()
+{
+    ServerProcess server;
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    auto* const number = client.find<Value<int>>(device + "/Number");
+    auto* const text = client.find<Value<QString>>(device + "/Text");
+    client.writer()->AddValue(number, 0);
+    text->SetValue("stays here", nullptr);
+    number->SetValue(1, nullptr);
+    number->SetValue(2, nullptr);
+    number->HasChanged(TChangeCode::ValueChanged, nullptr);
+    QTRY_COMPARE(server.ask("writes"), "3");
+    client.writer()->RemoveValue(number);
+    number->SetValue(3, nullptr);
+    client.writer()->AddValue(text, 0);
+    text->SetValue("goes there", nullptr);
+    QTRY_COMPARE(server.ask("writes"), "4");
+    QVERIFY(client.digest() != server.ask("digest"));
+    client.writer()->AddValue(number, 0);
+    number->HasChanged(TChangeCode::ValueChanged, nullptr);
+    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QCOMPARE(server.ask("writes"), "5");
+}
+
+void TestTreeLink::neverEchoesAChangeOfTheServer()
+{
+    ServerProcess server;
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    auto* const number = client.find<Value<int>>(device + "/Number");
+    client.writer()->AddValue(number, 0);
+    int updates = 0;
+    Call counter([&] { ++updates; });
+    number->AddObserver(&counter);
+    for (int i = 1; i <= 100; ++i) {
+        server.ask(QStringLiteral("number %1").arg(i));
+    }
+    QTRY_COMPARE(number->GetValue(), 100);
+    QCOMPARE(updates, 100);
+    number->SetValue(7, nullptr); // behind any echo
+    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QCOMPARE(server.ask("writes"), "1");
+    QCOMPARE(updates, 101); // and the write did not come back either
+}
+
+void TestTreeLink::losesAWriteThatMayNotBeToTheServersValue()
+{
+    ServerProcess server;
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    auto* const readOnly = client.find<Value<int>>(device + "/ReadOnly");
+    auto* const number = client.find<Value<int>>(device + "/Number");
+    client.writer()->AddValue(readOnly, 0);
+    client.writer()->AddValue(number, 0);
+    readOnly->SetValue(5, nullptr);
+    number->SetValue(6, nullptr);
+    QTRY_COMPARE(readOnly->GetValue(), 0);
+    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QCOMPARE(number->GetValue(), 6);
+    QCOMPARE(server.ask("writes"), "1");
+    QCOMPARE(client.log, QStringList{"connected"});
+}
+
+void TestTreeLink::writesOfAnOldConnectionGoNowhere()
+{
+    ServerProcess first;
+    LinkClient client(m_orb, first.port());
+    QTRY_VERIFY(client.isConnected());
+    const auto old = client.writer();
+    first.kill();
+    QTRY_COMPARE(client.log.size(), 2);
+    ServerProcess second({}, first.port());
+    QTRY_COMPARE(client.log.size(), 3);
+    auto* const number = client.find<Value<int>>(device + "/Number");
+    old->AddValue(number, 0);
+    number->SetValue(5, nullptr);
+    client.writer()->AddValue(number, 0);
+    number->SetValue(6, nullptr);
+    QTRY_COMPARE(client.digest(), second.ask("digest"));
+    QCOMPARE(second.ask("writes"), "1");
+}
+
+void TestTreeLink::theServerForgetsAClientThatLeaves()
+{
+    ServerProcess server;
+    {
+        LinkClient client(m_orb, server.port());
+        QTRY_VERIFY(client.isConnected());
+        QTRY_COMPARE(server.ask("sessions"), "1");
+    }
+    QTRY_COMPARE(server.ask("sessions"), "0");
+}
+
+void TestTreeLink::theServerTakesNoMoreClientsThanItMay()
+{
+    ServerProcess server({"--max-sessions", "1"});
+    auto first = std::make_unique<LinkClient>(m_orb, server.port());
+    QTRY_VERIFY(first->isConnected());
+    LinkClient second(m_orb, server.port());
+    QTRY_COMPARE(second.connection.lastError("north"),
+                 "the recorder server refused: it has as many clients as it takes");
+    QVERIFY(first->isConnected());
+    first.reset();
+    QTRY_VERIFY(second.isConnected());
+}
+
+void TestTreeLink::theServerDropsASilentClient()
+{
+    ServerProcess server({"--max-silence", "300"});
+    LinkOptions options = LinkClient::quickOptions();
+    options.heartbeat = 5000ms;
+    LinkClient client(m_orb, server.port(), options);
+    QTRY_VERIFY(client.isConnected());
+    QTRY_COMPARE(server.ask("sessions"), "0");
+    QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected", "connected"}), patience);
+}
+
+void TestTreeLink::theServerRefusesAnotherVersion()
+{
+    ServerProcess server;
+    const CORBA::Object_var object = m_orb.remoteObject("127.0.0.1", server.port(), ZelkoTreeLink::OBJECT_KEY);
+    const auto remote = ZelkoTreeLink::TreeServer_var(ZelkoTreeLink::TreeServer::_unchecked_narrow(object));
+    try {
+        remote->attach(ZelkoTreeLink::PROTOCOL_VERSION + 1, {"", ""}, ZelkoTreeLink::Subscriber::_nil());
+        QFAIL("another version was taken");
+    } catch (const ZelkoTreeLink::Refused& refused) {
+        QCOMPARE(refused.reason, ZelkoTreeLink::REFUSED_VERSION);
+    }
+}
+
+void TestTreeLink::everyOneOfSeveralClientsEndsEqual()
+{
+    ServerProcess server;
+    server.ask("populate 1000");
+    std::vector<std::unique_ptr<LinkClient>> clients;
+    server.ask("churn 2000");
+    for (int i = 0; i < 5; ++i) {
+        clients.push_back(std::make_unique<LinkClient>(m_orb, server.port()));
+        QTRY_VERIFY(clients.back()->isConnected());
+    }
+    clients.erase(clients.begin());
+    server.ask("churn 0");
+    for (const auto& client : clients) {
+        QTRY_COMPARE_WITH_TIMEOUT(client->digest(), server.ask("digest"), patience);
+        QCOMPARE(client->log, QStringList{"connected"});
+    }
+}
+
+// The thread of the tree does nothing for a while, as a process does that is stopped.
+void TestTreeLink::aBlockedGuiEndsEqualAndTheServerStaysBounded()
+{
+    ServerProcess server({"--backlog", "1000000"});
+    server.ask("populate 1000");
+    LinkOptions options = LinkClient::quickOptions();
+    options.maxPendingBytes = 1000000;
+    LinkClient client(m_orb, server.port(), options);
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    const qint64 before = residentBytes(server.pid());
+    server.ask("churn 10000");
+    QElapsedTimer blocked;
+    blocked.start();
+    while (blocked.elapsed() < 4000) {
+        QVERIFY(server.ask("backlog").toInt() <= 1300000);
+        QTest::qSleep(100);
+    }
+    const qint64 grown = residentBytes(server.pid()) - before;
+    QVERIFY2(grown < 32 * 1024 * 1024, qPrintable(QString::number(grown)));
+    QVERIFY(server.ask("restarts").toInt() >= 1);
+    server.ask("churn 0");
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QCOMPARE(client.log, QStringList{"connected"});
+}
+
+void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
+{
+    ServerProcess server;
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    auto* const number = client.find<Value<int>>(device + "/Number");
+    QList<int> seen;
+    Call window([&] {
+        seen << number->GetValue();
+        if (seen.size() == 1) {
+            server.ask("number 2");
+            server.ask("number 3");
+            QTest::qWait(300);
+            seen << number->GetValue();
+        }
+    });
+    number->AddObserver(&window);
+    server.ask("number 1");
+    QTRY_COMPARE(seen, (QList<int>{1, 1, 2, 3}));
+    QTRY_COMPARE(client.digest(), server.ask("digest"));
+}
+
+void TestTreeLink::anEndInTheMiddleOfTheFirstLoadIsClean()
+{
+    ServerProcess server;
+    server.ask("populate 20000");
+    for (int i = 0; i < 5; ++i) {
+        LinkClient client(m_orb, server.port());
+        QTRY_VERIFY(client.find<RecordItemMap>(map) && client.find<RecordItemMap>(map)->Size() > 100);
+        if (i % 2 == 0) {
+            QTest::qWait(20 * i);
+        }
+    }
+    QTRY_COMPARE(server.ask("sessions"), "0");
+}
+
+void TestTreeLink::saysWhereItsValuesStand()
+{
+    auto site = LinkClient::site(1);
+    site->AddSubSystem({"south", "recorder-south", 7});
+    const auto type = ConnectionType::Client;
+    Tree tree;
+    ServerConnectionData data(m_orb, &tree, site);
+    QCOMPARE(data.getClientBasePath("south", type), "/SubSystems/south/ZELKO/Device");
+    QCOMPARE(data.GetDeviceBasePath("R1"), "/SubSystems/north/ZELKO/Device/R1");
+    QCOMPARE(data.GetBasePath("R1"), "/SubSystems/north/ZELKO/Command/R1/");
+    QCOMPARE(data.getConnData("north", type), (VtConnectData{"127.0.0.1", "127.0.0.1", 1}));
+    QCOMPARE(data.getConnData("south", type), (VtConnectData{"recorder-south", "", 7}));
+    QCOMPARE(data.getConnData("east", type), VtConnectData());
+    VtConnectData found{"kept", "kept", 3};
+    QVERIFY(!data.GetIPConnectionInformation("east", found));
+    QCOMPARE(found.host, "kept");
+    QVERIFY(data.GetIPConnectionInformation("", found));
+    QCOMPARE(found.host, "127.0.0.1");
+    QVERIFY(!data.isConnected("north"));
+    QVERIFY(!data.getVtClient("north", type));
+    QVERIFY(!data.getVtClient("east", type));
+    QCOMPARE(data.GetConfiguration(), site);
+}
+
+QTEST_GUILESS_MAIN(TestTreeLink)
+#include "tst_treelink.moc"
