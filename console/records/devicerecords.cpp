@@ -1,0 +1,153 @@
+#include <console/records/devicerecords.h>
+
+#include <console/treeobserver.h>
+
+#include <valuecore/valueptr.h>
+#include <valuecore/valuetypes.h>
+#include <zelkobase/maps/recorditemmap.h>
+#include <zelkoguibase/recordlist/recorditemmapmodel.h>
+
+#include <QTimer>
+
+namespace ZelkoConsole {
+
+using zelko::recordmap::RecordItemMap;
+using ZelkoCommon::AbstractRecordListModel;
+
+namespace {
+
+constexpr int lookUpInterval = 100;
+
+} // namespace
+
+struct DeviceRecords::Private
+{
+    explicit Private(DeviceRecords* owner);
+
+    QString path(const char* name) const { return devicePath + QLatin1String("/Records/") + QLatin1String(name); }
+    void observed(TChangeCode code);
+    void lookUp();
+    void checkStillThere();
+    void letGo();
+    bool isWhole() const { return map && loadCount && complete; }
+
+    DeviceRecords* const q;
+    QString devicePath;
+    bool connected = false;
+    QTimer timer;
+    ZelkoGUI::RecordItemMapModel model;
+    TreeObserver observer;
+    ValueObservingPtr<RecordItemMap> map;
+    ValueObservingPtr<Value<int>> loadCount;
+    ValueObservingPtr<Value<bool>> complete;
+};
+
+DeviceRecords::Private::Private(DeviceRecords* owner)
+    : q(owner)
+    , model(nullptr)
+    , observer([this](TChangeCode code) { observed(code); })
+    , map(&observer)
+    , loadCount(&observer)
+    , complete(&observer)
+{
+    timer.setInterval(lookUpInterval);
+    connect(&timer, &QTimer::timeout, q, [this] { lookUp(); });
+    connect(&model, &QAbstractItemModel::rowsInserted, q, &DeviceRecords::progressChanged);
+    connect(&model, &AbstractRecordListModel::si_allRecordsChanged, q, &DeviceRecords::progressChanged);
+}
+
+// A value that goes is still held while its observers hear of it, so what is left is looked at afterwards.
+void DeviceRecords::Private::observed(TChangeCode code)
+{
+    if (code == TChangeCode::StateChanged) {
+        QTimer::singleShot(0, q, [this] { checkStillThere(); });
+    } else if (code == TChangeCode::ValueChanged && connected) {
+        Q_EMIT q->progressChanged();
+    }
+}
+
+void DeviceRecords::Private::lookUp()
+{
+    map.GetFromTree(path("Map"));
+    loadCount.GetFromTree(path("LoadCount"));
+    complete.GetFromTree(path("LoadedCompletly"));
+    if (!isWhole() || !model.connect(path("Map"))) {
+        return;
+    }
+    timer.stop();
+    connected = true;
+    Q_EMIT q->connectionChanged();
+    Q_EMIT q->progressChanged();
+}
+
+void DeviceRecords::Private::checkStillThere()
+{
+    if (connected && !isWhole()) {
+        letGo();
+        timer.start();
+    }
+}
+
+void DeviceRecords::Private::letGo()
+{
+    timer.stop();
+    map = nullptr;
+    loadCount = nullptr;
+    complete = nullptr;
+    model.disconnect();
+    if (std::exchange(connected, false)) {
+        Q_EMIT q->connectionChanged();
+        Q_EMIT q->progressChanged();
+    }
+}
+
+DeviceRecords::DeviceRecords(QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(this))
+{}
+
+DeviceRecords::~DeviceRecords() = default;
+
+void DeviceRecords::follow(const QString& devicePath)
+{
+    if (d->devicePath == devicePath) {
+        return;
+    }
+    d->letGo();
+    d->devicePath = devicePath;
+    if (!devicePath.isEmpty()) {
+        d->timer.start();
+        d->lookUp();
+    }
+}
+
+const QString& DeviceRecords::devicePath() const
+{
+    return d->devicePath;
+}
+
+bool DeviceRecords::isConnected() const
+{
+    return d->connected;
+}
+
+bool DeviceRecords::isComplete() const
+{
+    return d->complete && d->complete->GetValue();
+}
+
+LoadProgress DeviceRecords::progress() const
+{
+    const int count = d->model.recordCount();
+    if (!d->loadCount || !d->complete || d->complete->GetValue() || count >= d->loadCount->GetValue()) {
+        return {};
+    }
+    return {count, d->loadCount->GetValue()};
+}
+
+ZelkoGUI::RecordItemMapModel* DeviceRecords::model() const
+{
+    return &d->model;
+}
+
+} // namespace ZelkoConsole

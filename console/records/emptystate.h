@@ -1,0 +1,22 @@
+#pragma once
+
+#include <console/session/subsystemstatus.h>
+#include <console/widgets/glyph.h>
+
+namespace ZelkoConsole {
+
+/// What a table without rows says instead.
+struct EmptyState
+{
+    Glyph glyph = Glyph::Empty;
+    QString text;
+
+    bool operator==(const EmptyState&) const = default;
+};
+
+/// For the records of `device`, which is empty when only a sub system is chosen. `recordsFound` tells whether they
+/// stand on the tree, `loading` whether some are still on their way.
+EmptyState emptyState(const QString& subSystem, const SubSystemStatus& status, const QString& device, bool recordsFound,
+                      bool loading);
+
+} // namespace ZelkoConsole

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <console/records/emptystate.h>
+
+#include <QTableView>
+
+class QAction;
+class QMenu;
+class QSettings;
+
+namespace ZelkoConsole {
+
+/// The table of records: column order and widths that suit them, columns that can be moved and hidden, and a text where
+/// there are no rows. Its model has the columns of a record list.
+class RecordTableView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit RecordTableView(QWidget* parent = nullptr);
+    ~RecordTableView() override;
+
+    /// Sets the model and gives the columns their places.
+    void setModel(QAbstractItemModel* model) override;
+
+    /// What stands there while there are no rows.
+    void setEmptyState(const EmptyState& state);
+    const EmptyState& emptyState() const;
+
+    /// Places, widths, visible columns and sorting as they were at first.
+    void resetColumns();
+
+    /// One checkable action per column, in the order of the columns on screen at first, and one that resets them. The
+    /// last visible column cannot be hidden. Owned by the view.
+    QMenu* columnMenu() const;
+
+    void saveColumns(QSettings& settings) const;
+    /// Settings that do not fit are passed over.
+    void restoreColumns(const QSettings& settings);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void fillColumnMenu();
+    void updateColumnMenu();
+    void paintEmptyState();
+
+    EmptyState m_emptyState;
+    QMenu* m_columnMenu;
+};
+
+} // namespace ZelkoConsole

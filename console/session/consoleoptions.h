@@ -1,0 +1,34 @@
+#pragma once
+
+#include <console/session/embeddedrecorder.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace ZelkoConsole {
+
+/// What the command line of the console can say.
+struct ConsoleOptions
+{
+    QString siteFile;    ///< empty: the console starts a recorder of its own
+    QString storeFolder; ///< of that recorder; empty: a folder of the user's application data
+    QStringList sources; ///< what that recorder records; empty: `defaultSources()`
+
+    /// Reads a command line without the program's name. Nothing, and a text for people in `error`, when it is wrong.
+    static std::optional<ConsoleOptions> parse(const QStringList& arguments, QString* error);
+
+    /// The text for --help.
+    static QString helpText();
+
+    /// Some short recordings of generated signals on each of `defaultDevices()`, so that a first start has something to
+    /// show.
+    static QStringList defaultSources();
+    static QStringList defaultDevices();
+
+    /// How the recorder is to be started; the program is expected in `programFolder`.
+    EmbeddedRecorderOptions recorderOptions(const QString& programFolder) const;
+};
+
+} // namespace ZelkoConsole

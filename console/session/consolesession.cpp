@@ -1,0 +1,142 @@
+#include <console/session/consolesession.h>
+
+#include <valuecore/tree.h>
+#include <zelkobase/connection/serverconnectiondata.h>
+#include <zelkobase/maps/itemmaptypes.h>
+
+#include <algorithm>
+
+namespace ZelkoConsole {
+
+using ZelkoCommon::LinkOptions;
+using ZelkoCommon::ServerConnectionData;
+using ZelkoCommon::ZelkoConfiguration;
+
+namespace {
+
+// A recorder on the same machine is asked again soon: nobody is spared by waiting.
+LinkOptions localLink()
+{
+    LinkOptions options;
+    options.lastRetry = std::chrono::milliseconds(1000);
+    return options;
+}
+
+} // namespace
+
+struct ConsoleSession::Private
+{
+    Private(ConsoleSession* owner, ZelkoCommon::Orb& theOrb, const LinkOptions& linkOptions)
+        : q(owner)
+        , orb(theOrb)
+        , link(linkOptions)
+    {}
+
+    void connectTo(const ZelkoConfiguration& site);
+    void recorderChanged();
+    SubSystemStatus linkStatus(const QString& subSystem) const;
+
+    ConsoleSession* const q;
+    ZelkoCommon::Orb& orb;
+    const LinkOptions link;
+    QStringList names;
+    quint16 port = 0; // that the connection was made for
+    std::unique_ptr<EmbeddedRecorder> recorder;
+    std::unique_ptr<ServerConnectionData> connection;
+};
+
+void ConsoleSession::Private::connectTo(const ZelkoConfiguration& site)
+{
+    connection =
+        std::make_unique<ServerConnectionData>(orb, Tree::Instance(), std::make_shared<ZelkoConfiguration>(site), link);
+    const auto changed = [this](const QString& subSystem) { Q_EMIT q->statusChanged(subSystem); };
+    connect(connection.get(), &ServerConnectionData::si_allTicsConnected, q, changed);
+    connect(connection.get(), &ServerConnectionData::si_allTicsDisconnected, q, changed);
+    connect(connection.get(), &ServerConnectionData::connectFailed, q, changed);
+}
+
+// The link finds a recorder that came back on its old port by itself.
+void ConsoleSession::Private::recorderChanged()
+{
+    if (recorder->state() == EmbeddedRecorder::State::Running && port != recorder->port()) {
+        port = recorder->port();
+        connection.reset();
+        ZelkoConfiguration site;
+        site.AddSubSystem({names.constFirst(), QStringLiteral("127.0.0.1"), port});
+        connectTo(site);
+    }
+    Q_EMIT q->statusChanged(names.constFirst());
+}
+
+SubSystemStatus ConsoleSession::Private::linkStatus(const QString& subSystem) const
+{
+    if (connection->isConnected(subSystem)) {
+        return {LinkState::Connected, {}};
+    }
+    const QString reason = connection->lastError(subSystem);
+    return {reason.isEmpty() ? LinkState::Connecting : LinkState::Unreachable, reason};
+}
+
+ConsoleSession::ConsoleSession(ZelkoCommon::Orb& orb, const ZelkoConfiguration& site, const LinkOptions& link,
+                               QObject* parent)
+    : Session(parent)
+    , d(std::make_unique<Private>(this, orb, link))
+{
+    zelko::registerItemMapTypes();
+    for (const auto& subSystem : site.SubSystems()) {
+        d->names.append(subSystem.name);
+    }
+    d->connectTo(site);
+}
+
+ConsoleSession::ConsoleSession(ZelkoCommon::Orb& orb, const EmbeddedRecorderOptions& recorder, QObject* parent)
+    : Session(parent)
+    , d(std::make_unique<Private>(this, orb, localLink()))
+{
+    zelko::registerItemMapTypes();
+    d->names.append(recorder.subSystem);
+    d->recorder = std::make_unique<EmbeddedRecorder>(recorder);
+    connect(d->recorder.get(), &EmbeddedRecorder::changed, this, [this] { d->recorderChanged(); });
+    d->recorder->start();
+}
+
+ConsoleSession::~ConsoleSession()
+{
+    blockSignals(true);
+    d->connection.reset();
+    d->recorder.reset();
+}
+
+QStringList ConsoleSession::subSystems() const
+{
+    return d->names;
+}
+
+SubSystemStatus ConsoleSession::status(const QString& subSystem) const
+{
+    if (!d->names.contains(subSystem)) {
+        return {};
+    }
+    if (d->recorder && d->recorder->state() == EmbeddedRecorder::State::Failed) {
+        return {LinkState::Unreachable, d->recorder->failure()};
+    }
+    if (d->recorder && d->recorder->state() != EmbeddedRecorder::State::Running) {
+        return {LinkState::Starting, {}};
+    }
+    return d->linkStatus(subSystem);
+}
+
+const EmbeddedRecorder* ConsoleSession::recorder() const
+{
+    return d->recorder.get();
+}
+
+bool needsNetwork(const ZelkoConfiguration& site)
+{
+    return std::any_of(site.SubSystems().begin(), site.SubSystems().end(), [](const auto& subSystem) {
+        return subSystem.host != QLatin1String("localhost") && !subSystem.host.startsWith(QLatin1String("127.")) &&
+               subSystem.host != QLatin1String("::1");
+    });
+}
+
+} // namespace ZelkoConsole

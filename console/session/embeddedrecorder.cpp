@@ -1,0 +1,198 @@
+#include <console/session/embeddedrecorder.h>
+
+#include <console/session/backoff.h>
+#include <console/session/recorderoutput.h>
+
+#include <QDir>
+#include <QProcess>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace ZelkoConsole {
+namespace {
+
+constexpr int stopTimeout = 5000;
+
+} // namespace
+
+struct EmbeddedRecorder::Private
+{
+    Private(EmbeddedRecorder* owner, const EmbeddedRecorderOptions& recorderOptions);
+
+    void launch();
+    QStringList arguments() const;
+    void takeOutput();
+    void takeError();
+    void ended(int exitCode, QProcess::ExitStatus exitStatus);
+    QString endText(int exitCode, QProcess::ExitStatus exitStatus) const;
+    void fail(const QString& reason);
+    void enter(State newState, const QString& reason = {});
+
+    EmbeddedRecorder* const q;
+    const EmbeddedRecorderOptions options;
+    QProcess process;
+    RecorderOutput output;
+    BackOff backOff;
+    QTimer restart;
+    QTimer patience;
+    State state = State::Stopped;
+    QString failure;
+    quint16 port = 0;
+};
+
+EmbeddedRecorder::Private::Private(EmbeddedRecorder* owner, const EmbeddedRecorderOptions& recorderOptions)
+    : q(owner)
+    , options(recorderOptions)
+    , backOff(recorderOptions.firstRestart, recorderOptions.lastRestart)
+{
+    restart.setSingleShot(true);
+    patience.setSingleShot(true);
+    connect(&restart, &QTimer::timeout, q, [this] { launch(); });
+    connect(&patience, &QTimer::timeout, q, [this] {
+        fail(EmbeddedRecorder::tr("it does not get ready"));
+        process.kill();
+    });
+    connect(&process, &QProcess::readyReadStandardOutput, q, [this] { takeOutput(); });
+    connect(&process, &QProcess::readyReadStandardError, q, [this] { takeError(); });
+    connect(&process, &QProcess::finished, q, [this](int code, QProcess::ExitStatus status) { ended(code, status); });
+    connect(&process, &QProcess::errorOccurred, q, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            fail(EmbeddedRecorder::tr("%1 cannot be started").arg(options.program));
+        }
+    });
+}
+
+void EmbeddedRecorder::Private::launch()
+{
+    output.clear();
+    enter(State::Starting);
+    if (!QDir().mkpath(options.storeFolder)) {
+        fail(EmbeddedRecorder::tr("the folder %1 cannot be made").arg(options.storeFolder));
+        return;
+    }
+    patience.start(options.readyTimeout);
+    process.start(options.program, arguments());
+}
+
+QStringList EmbeddedRecorder::Private::arguments() const
+{
+    QStringList list{
+        QStringLiteral("--store"), options.storeFolder,   QStringLiteral("--sub-system"),      options.subSystem,
+        QStringLiteral("--port"),  QString::number(port), QStringLiteral("--exit-with-parent")};
+    for (const QString& device : options.devices) {
+        list << QStringLiteral("--device") << device;
+    }
+    for (const QString& source : options.sources) {
+        list << QStringLiteral("--source") << source;
+    }
+    return list;
+}
+
+void EmbeddedRecorder::Private::takeOutput()
+{
+    const auto served = output.takeOutput(process.readAllStandardOutput());
+    if (served && state == State::Starting) {
+        port = *served;
+        patience.stop();
+        backOff.reset();
+        enter(State::Running);
+    }
+}
+
+// What the recorder logs belongs to whoever started the console from a terminal.
+void EmbeddedRecorder::Private::takeError()
+{
+    const QByteArray bytes = process.readAllStandardError();
+    output.takeError(bytes);
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
+}
+
+void EmbeddedRecorder::Private::ended(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    takeError();
+    if (state == State::Starting || state == State::Running) {
+        fail(endText(exitCode, exitStatus));
+    }
+}
+
+QString EmbeddedRecorder::Private::endText(int exitCode, QProcess::ExitStatus exitStatus) const
+{
+    if (exitStatus == QProcess::CrashExit) {
+        return EmbeddedRecorder::tr("it was killed");
+    }
+    const QString text = output.lastError();
+    return exitCode == 0 || text.isEmpty() ? EmbeddedRecorder::tr("it ended with code %1").arg(exitCode) : text;
+}
+
+void EmbeddedRecorder::Private::fail(const QString& reason)
+{
+    patience.stop();
+    if (state == State::Starting) {
+        port = 0; // somebody else may have taken it: the system chooses another one
+    }
+    restart.start(backOff.next());
+    enter(State::Failed, reason);
+}
+
+void EmbeddedRecorder::Private::enter(State newState, const QString& reason)
+{
+    state = newState;
+    failure = reason;
+    Q_EMIT q->changed();
+}
+
+EmbeddedRecorder::EmbeddedRecorder(const EmbeddedRecorderOptions& options, QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(this, options))
+{}
+
+EmbeddedRecorder::~EmbeddedRecorder()
+{
+    blockSignals(true);
+    stop();
+}
+
+void EmbeddedRecorder::start()
+{
+    if (d->state == State::Stopped) {
+        d->launch();
+    }
+}
+
+void EmbeddedRecorder::stop()
+{
+    d->restart.stop();
+    d->patience.stop();
+    d->enter(State::Stopped);
+    if (d->process.state() == QProcess::NotRunning) {
+        return;
+    }
+    d->process.terminate();
+    if (!d->process.waitForFinished(stopTimeout)) {
+        d->process.kill();
+        d->process.waitForFinished(stopTimeout);
+    }
+}
+
+EmbeddedRecorder::State EmbeddedRecorder::state() const
+{
+    return d->state;
+}
+
+QString EmbeddedRecorder::failure() const
+{
+    return d->failure;
+}
+
+quint16 EmbeddedRecorder::port() const
+{
+    return d->port;
+}
+
+qint64 EmbeddedRecorder::processId() const
+{
+    return d->process.processId();
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,53 @@
+#include <console/session/subsystemstatus.h>
+
+#include <QCoreApplication>
+
+namespace ZelkoConsole {
+namespace {
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("ZelkoConsole::SubSystemStatus", text);
+}
+
+QString unreachableText(const QString& subSystem, const QString& reason)
+{
+    if (reason.isEmpty()) {
+        return tr("Recorder %1 is not reachable, trying again").arg(subSystem);
+    }
+    return tr("Recorder %1 is not reachable: %2, trying again").arg(subSystem, reason);
+}
+
+} // namespace
+
+QString shortText(const SubSystemStatus& status)
+{
+    switch (status.state) {
+    case LinkState::Starting:
+        return tr("starting");
+    case LinkState::Connecting:
+        return tr("connecting");
+    case LinkState::Connected:
+        return tr("connected");
+    case LinkState::Unreachable:
+        return tr("not reachable");
+    }
+    return {};
+}
+
+QString longText(const QString& subSystem, const SubSystemStatus& status)
+{
+    switch (status.state) {
+    case LinkState::Starting:
+        return tr("Starting recorder %1 ...").arg(subSystem);
+    case LinkState::Connecting:
+        return tr("Connecting to %1 ...").arg(subSystem);
+    case LinkState::Connected:
+        return tr("Connected to %1").arg(subSystem);
+    case LinkState::Unreachable:
+        return unreachableText(subSystem, status.reason);
+    }
+    return {};
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,153 @@
+#include <console/window/consolewindow.h>
+
+#include <console/devices/devicelistmodel.h>
+#include <console/devices/devicelistview.h>
+#include <console/records/recordpane.h>
+#include <console/records/recordtableview.h>
+#include <console/session/session.h>
+#include <console/widgets/connectionbadge.h>
+#include <console/window/timezonetext.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDateTime>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTimeZone>
+#include <QVBoxLayout>
+
+namespace ZelkoConsole {
+namespace {
+
+constexpr QLatin1String geometryKey("window/geometry");
+constexpr QLatin1String splitterKey("window/splitter");
+constexpr QSize firstSize(1280, 720);
+
+} // namespace
+
+ConsoleWindow::ConsoleWindow(Session* session, QSettings* settings, QWidget* parent)
+    : QMainWindow(parent)
+    , m_session(session)
+    , m_settings(settings)
+    , m_deviceModel(new DeviceListModel(this))
+    , m_devices(new DeviceListView(m_deviceModel))
+    , m_records(new RecordPane)
+    , m_splitter(new QSplitter(Qt::Horizontal))
+    , m_badge(new ConnectionBadge)
+{
+    setObjectName(QStringLiteral("consoleWindow"));
+    setWindowTitle(tr("Recorder Console"));
+    setCentralWidget(makeContent());
+    makeMenus();
+    makeStatusBar();
+
+    connect(m_devices, &DeviceListView::chosen, this, &ConsoleWindow::showChoice);
+    connect(session, &Session::statusChanged, this, &ConsoleWindow::statusChanged);
+    m_deviceModel->setSubSystems(session->subSystems());
+    for (const QString& subSystem : session->subSystems()) {
+        statusChanged(subSystem);
+    }
+    restorePlaces();
+    m_devices->setFocus();
+}
+
+ConsoleWindow::~ConsoleWindow() = default;
+
+QWidget* ConsoleWindow::makeContent()
+{
+    m_splitter->addWidget(m_devices);
+    m_splitter->addWidget(m_records);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(10);
+
+    auto* const content = new QWidget;
+    auto* const layout = new QVBoxLayout(content);
+    layout->setContentsMargins(10, 10, 10, 6);
+    layout->addWidget(m_splitter);
+    return content;
+}
+
+void ConsoleWindow::makeMenus()
+{
+    QMenu* const file = menuBar()->addMenu(tr("&File"));
+    QAction* const quit = file->addAction(tr("&Quit"));
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    quit->setMenuRole(QAction::QuitRole);
+    connect(quit, &QAction::triggered, this, &QWidget::close);
+
+    QMenu* const view = menuBar()->addMenu(tr("&View"));
+    view->addMenu(m_records->table()->columnMenu());
+    view->addSeparator();
+    QAction* const devices = view->addAction(tr("Go to &Devices"));
+    devices->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_D));
+    connect(devices, &QAction::triggered, m_devices, qOverload<>(&QWidget::setFocus));
+    QAction* const records = view->addAction(tr("Go to &Recordings"));
+    records->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
+    connect(records, &QAction::triggered, m_records->table(), qOverload<>(&QWidget::setFocus));
+
+    QMenu* const help = menuBar()->addMenu(tr("&Help"));
+    QAction* const about = help->addAction(tr("&About Recorder Console"));
+    about->setShortcut(QKeySequence(Qt::Key_F1));
+    about->setMenuRole(QAction::AboutRole);
+    connect(about, &QAction::triggered, this, &ConsoleWindow::showAbout);
+}
+
+void ConsoleWindow::makeStatusBar()
+{
+    auto* const zone = new QLabel(timeZoneText(QTimeZone::systemTimeZone(), QDateTime::currentDateTimeUtc()));
+    zone->setObjectName(QStringLiteral("timeZone"));
+    zone->setContentsMargins(6, 0, 6, 0);
+    statusBar()->setSizeGripEnabled(false);
+    statusBar()->addWidget(m_badge);
+    statusBar()->addPermanentWidget(zone);
+}
+
+void ConsoleWindow::showAbout()
+{
+    QMessageBox::about(this, tr("About Recorder Console"),
+                       tr("<h3>Recorder Console</h3>"
+                          "<p>Version %1</p>"
+                          "<p>Shows the recordings of signal recorders as they appear, grow, finish and go.</p>")
+                           .arg(QApplication::applicationVersion()));
+}
+
+void ConsoleWindow::showChoice()
+{
+    const QString subSystem = m_devices->chosenSubSystem();
+    const SubSystemStatus status = m_session->status(subSystem);
+    m_records->setDevice(subSystem, m_devices->chosenDevice());
+    m_records->setStatus(status);
+    m_badge->show(subSystem, status);
+}
+
+void ConsoleWindow::statusChanged(const QString& subSystem)
+{
+    m_deviceModel->setStatus(subSystem, m_session->status(subSystem));
+    if (subSystem == m_devices->chosenSubSystem()) {
+        showChoice();
+    }
+}
+
+void ConsoleWindow::restorePlaces()
+{
+    m_records->table()->restoreColumns(*m_settings);
+    if (!restoreGeometry(m_settings->value(geometryKey).toByteArray())) {
+        resize(firstSize);
+    }
+    m_splitter->restoreState(m_settings->value(splitterKey).toByteArray());
+}
+
+void ConsoleWindow::closeEvent(QCloseEvent* event)
+{
+    m_records->table()->saveColumns(*m_settings);
+    m_settings->setValue(geometryKey, saveGeometry());
+    m_settings->setValue(splitterKey, m_splitter->saveState());
+    QMainWindow::closeEvent(event);
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,108 @@
+#include <console/window/runningconsole.h>
+
+#include <console/session/consolesession.h>
+#include <console/window/consolewindow.h>
+
+#include <zelkobase/orb/orb.h>
+
+#include <QApplication>
+#include <QIcon>
+#include <QSettings>
+
+// The macro wants a function outside of namespaces.
+static void initResources()
+{
+    Q_INIT_RESOURCE(console);
+}
+
+namespace ZelkoConsole {
+
+using ZelkoCommon::Orb;
+using ZelkoCommon::OrbOptions;
+using ZelkoCommon::ZelkoConfiguration;
+
+void prepareApplication()
+{
+    initResources();
+    QApplication::setOrganizationName(QStringLiteral("Zelko"));
+    QApplication::setApplicationName(QStringLiteral("zelko-console"));
+    QApplication::setApplicationDisplayName(QApplication::translate("ZelkoConsole", "Recorder Console"));
+    QApplication::setApplicationVersion(QStringLiteral(ZELKO_VERSION));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/console/console.svg")));
+}
+
+// In the order in which the parts are made; they go the other way round.
+struct RunningConsole::Private
+{
+    bool openSite(const QString& siteFile, QString* error);
+    void openOwn(const ConsoleOptions& options);
+    void listen(bool onNetwork);
+
+    QSettings settings;
+    std::unique_ptr<Orb> orb;
+    std::unique_ptr<ConsoleSession> session;
+    std::unique_ptr<ConsoleWindow> window;
+};
+
+bool RunningConsole::Private::openSite(const QString& siteFile, QString* error)
+{
+    const auto site = ZelkoConfiguration::fromFile(siteFile, error);
+    if (!site) {
+        return false;
+    }
+    listen(needsNetwork(*site));
+    session = std::make_unique<ConsoleSession>(*orb, *site);
+    return true;
+}
+
+void RunningConsole::Private::openOwn(const ConsoleOptions& options)
+{
+    listen(false);
+    session = std::make_unique<ConsoleSession>(*orb, options.recorderOptions(QApplication::applicationDirPath()));
+}
+
+// Recorders call the console back with what changes.
+void RunningConsole::Private::listen(bool onNetwork)
+{
+    OrbOptions options;
+    if (onNetwork) {
+        options.listenAddress.clear();
+    }
+    orb = std::make_unique<Orb>(options);
+}
+
+std::unique_ptr<RunningConsole> RunningConsole::open(const ConsoleOptions& options, QString* error)
+{
+    std::unique_ptr<RunningConsole> console(new RunningConsole);
+    Private& d = *console->d;
+    try {
+        if (options.siteFile.isEmpty()) {
+            d.openOwn(options);
+        } else if (!d.openSite(options.siteFile, error)) {
+            return nullptr;
+        }
+    } catch (const ZelkoCommon::OrbError& problem) {
+        *error = QString::fromUtf8(problem.what());
+        return nullptr;
+    }
+    d.window = std::make_unique<ConsoleWindow>(d.session.get(), &d.settings);
+    return console;
+}
+
+RunningConsole::RunningConsole()
+    : d(std::make_unique<Private>())
+{}
+
+RunningConsole::~RunningConsole() = default;
+
+ConsoleSession& RunningConsole::session() const
+{
+    return *d->session;
+}
+
+ConsoleWindow& RunningConsole::window() const
+{
+    return *d->window;
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <console/session/consoleoptions.h>
+
+#include <memory>
+
+class QString;
+
+namespace ZelkoConsole {
+
+class ConsoleSession;
+class ConsoleWindow;
+
+/// Name, icon and version of the application, for its windows, settings and folders. Once, after QApplication was made.
+void prepareApplication();
+
+/// A whole console: ORB, session, settings and window. One at a time.
+class RunningConsole
+{
+public:
+    /// Connects, or starts a recorder, as the options say; the window is made and not shown yet. Null, and a text for
+    /// people in `error`, when the site file cannot be used or the network not be listened on.
+    static std::unique_ptr<RunningConsole> open(const ConsoleOptions& options, QString* error);
+
+    ~RunningConsole();
+
+    ConsoleSession& session() const;
+    ConsoleWindow& window() const;
+
+private:
+    RunningConsole();
+
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace ZelkoConsole
