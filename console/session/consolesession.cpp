@@ -40,7 +40,6 @@ struct ConsoleSession::Private
     ZelkoCommon::Orb& orb;
     const LinkOptions link;
     QStringList names;
-    quint16 port = 0; // that the connection was made for
     std::unique_ptr<EmbeddedRecorder> recorder;
     std::unique_ptr<ServerConnectionData> connection;
 };
@@ -55,14 +54,13 @@ void ConsoleSession::Private::connectTo(const ZelkoConfiguration& site)
     connect(connection.get(), &ServerConnectionData::connectFailed, q, changed);
 }
 
-// The link finds a recorder that came back on its old port by itself.
+// The process is watched, so its end need not be found out by the link: what it had is taken from the tree at once.
 void ConsoleSession::Private::recorderChanged()
 {
-    if (recorder->state() == EmbeddedRecorder::State::Running && port != recorder->port()) {
-        port = recorder->port();
-        connection.reset();
+    connection.reset();
+    if (recorder->state() == EmbeddedRecorder::State::Running) {
         ZelkoConfiguration site;
-        site.AddSubSystem({names.constFirst(), QStringLiteral("127.0.0.1"), port});
+        site.AddSubSystem({names.constFirst(), QStringLiteral("127.0.0.1"), recorder->port()});
         connectTo(site);
     }
     Q_EMIT q->statusChanged(names.constFirst());

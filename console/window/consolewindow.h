@@ -29,6 +29,9 @@ public:
     RecordPane* records() const { return m_records; }
     ConnectionBadge* badge() const { return m_badge; }
 
+    /// Shows what the console is and its version; blocks until that is closed.
+    void showAbout();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
@@ -36,7 +39,6 @@ private:
     QWidget* makeContent();
     void makeMenus();
     void makeStatusBar();
-    void showAbout();
     void showChoice();
     void statusChanged(const QString& subSystem);
     void restorePlaces();

@@ -1,0 +1,182 @@
+#include <console/demo/demowalk.h>
+
+#include <console/demo/appearance.h>
+#include <console/demo/operatorhands.h>
+#include <console/devices/devicelistview.h>
+#include <console/records/devicerecords.h>
+#include <console/records/recordpane.h>
+#include <console/records/recordtableview.h>
+#include <console/session/consolesession.h>
+#include <console/window/consolewindow.h>
+
+#include <zelkobase/models/abstractrecordlistmodel.h>
+
+#include <QDir>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QTest>
+
+#include <csignal>
+
+namespace ZelkoConsole {
+
+using ZelkoCommon::AbstractRecordListModel;
+using Status = ZELKO_XML::ZELKO_RecordData::RecordStatus;
+
+namespace {
+
+constexpr int patience = 60'000;
+
+quint64 sizeOf(const QModelIndex& index)
+{
+    return index.siblingAtColumn(AbstractRecordListModel::SizeColumn)
+        .data(AbstractRecordListModel::SortRole)
+        .toULongLong();
+}
+
+QString idOf(const QModelIndex& index)
+{
+    return index.siblingAtColumn(AbstractRecordListModel::RecordIDColumn).data().toString();
+}
+
+} // namespace
+
+DemoWalk::DemoWalk(ConsoleSession& session, ConsoleWindow& window, const QString& pictureFolder, int records)
+    : m_session(session)
+    , m_window(window)
+    , m_table(*window.records()->table())
+    , m_folder(pictureFolder)
+    , m_records(records)
+{}
+
+bool DemoWalk::run()
+{
+    if (!QDir().mkpath(m_folder)) {
+        return fail(QStringLiteral("the folder %1 cannot be made").arg(m_folder));
+    }
+    m_window.show();
+    m_window.activateWindow();
+    return seeLiveRecord() && seeRecordGrow() && seeFinishedRecords() && sortBySize() && selectTwo() &&
+           killRecorder() && seeListRestored();
+}
+
+bool DemoWalk::seeLiveRecord()
+{
+    return waitFor("a record that is being recorded",
+                   [this] { return recordWithStatus(static_cast<int>(Status::Recording)).isValid(); });
+}
+
+bool DemoWalk::seeRecordGrow()
+{
+    const QPersistentModelIndex record = recordWithStatus(static_cast<int>(Status::Recording));
+    const quint64 before = sizeOf(record);
+    return waitFor("the size of a record growing", [&] { return sizeOf(record) > before; }) &&
+           takePicture("1-growing-record");
+}
+
+bool DemoWalk::seeFinishedRecords()
+{
+    return waitFor("as many recordings as there are sources",
+                   [this] { return m_table.model()->rowCount() >= m_records; }) &&
+           waitFor("a finished record",
+                   [this] { return recordWithStatus(static_cast<int>(Status::Finished)).isValid(); });
+}
+
+bool DemoWalk::sortBySize()
+{
+    operatorhands::clickHeader(m_table, AbstractRecordListModel::SizeColumn);
+    if (m_table.horizontalHeader()->sortIndicatorSection() != AbstractRecordListModel::SizeColumn ||
+        !isSortedBySize()) {
+        return fail(QStringLiteral("a click on the header did not sort the list by size"));
+    }
+    return true;
+}
+
+bool DemoWalk::selectTwo()
+{
+    operatorhands::clickRow(m_table, 0);
+    QTest::keyClick(&m_table, Qt::Key_Down, Qt::ShiftModifier);
+    m_selected = selectedIds();
+    m_rowsBefore = m_table.model()->rowCount();
+    if (m_selected.size() != 2) {
+        return fail(QStringLiteral("a click and Shift+Down selected %1 records instead of 2").arg(m_selected.size()));
+    }
+    return takePicture("2-finished-records");
+}
+
+bool DemoWalk::killRecorder()
+{
+    ::kill(static_cast<pid_t>(m_session.recorder()->processId()), SIGKILL);
+    const QString subSystem = m_session.subSystems().constFirst();
+    return waitFor("that the recorder is gone",
+                   [&] {
+                       return m_session.status(subSystem).state == LinkState::Unreachable &&
+                              m_table.model()->rowCount() == 0;
+                   }) &&
+           takePicture("3-recorder-killed");
+}
+
+bool DemoWalk::seeListRestored()
+{
+    const bool restored = waitFor("the list with its selection again", [this] {
+        return m_window.records()->records()->isComplete() && m_table.model()->rowCount() >= m_rowsBefore &&
+               selectedIds() == m_selected && isSortedBySize();
+    });
+    return restored && takePicture("4-restored-list");
+}
+
+bool DemoWalk::waitFor(const char* what, const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, patience) ||
+           fail(
+               QStringLiteral("the console did not show %1 within %2 s").arg(QLatin1String(what)).arg(patience / 1000));
+}
+
+bool DemoWalk::takePicture(const char* name)
+{
+    const QString file = QDir(m_folder).filePath(QLatin1String(name) + QLatin1String(".png"));
+    if (!savePicture(m_window, file)) {
+        return fail(QStringLiteral("the picture %1 cannot be written").arg(file));
+    }
+    m_pictures.append(file);
+    return true;
+}
+
+bool DemoWalk::fail(const QString& text)
+{
+    m_failure = text;
+    return false;
+}
+
+QModelIndex DemoWalk::recordWithStatus(int status) const
+{
+    const QAbstractItemModel& model = *m_table.model();
+    const QModelIndex first = model.index(0, AbstractRecordListModel::StatusColumn);
+    return model.match(first, AbstractRecordListModel::SortRole, status, 1, Qt::MatchExactly).value(0);
+}
+
+bool DemoWalk::isSortedBySize() const
+{
+    const bool ascending = m_table.horizontalHeader()->sortIndicatorOrder() == Qt::AscendingOrder;
+    const QAbstractItemModel& model = *m_table.model();
+    for (int row = 1; row < model.rowCount(); ++row) {
+        const quint64 above = sizeOf(model.index(row - 1, 0));
+        const quint64 below = sizeOf(model.index(row, 0));
+        if (ascending ? above > below : above < below) {
+            return false;
+        }
+    }
+    return true;
+}
+
+QStringList DemoWalk::selectedIds() const
+{
+    QStringList ids;
+    for (const QModelIndex& index : m_table.selectionModel()->selectedRows()) {
+        ids.append(idOf(index));
+    }
+    ids.sort();
+    return ids;
+}
+
+} // namespace ZelkoConsole

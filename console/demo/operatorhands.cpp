@@ -1,0 +1,27 @@
+#include <console/demo/operatorhands.h>
+
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTest>
+
+namespace ZelkoConsole::operatorhands {
+
+void clickHeader(QTableView& table, int column)
+{
+    QHeaderView& header = *table.horizontalHeader();
+    table.horizontalScrollBar()->setValue(header.sectionPosition(column));
+    const QPoint middle(header.sectionViewportPosition(column) + header.sectionSize(column) / 2, header.height() / 2);
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, Qt::NoModifier, middle);
+    table.horizontalScrollBar()->setValue(0);
+}
+
+void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers)
+{
+    const int column = table.horizontalHeader()->logicalIndexAt(1);
+    const QModelIndex index = table.model()->index(row, column);
+    table.scrollTo(index);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, modifiers, table.visualRect(index).center());
+}
+
+} // namespace ZelkoConsole::operatorhands

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Qt>
+
+class QModelIndex;
+class QTableView;
+
+/// What an operator does with mouse and keyboard, as real events. They need a window that is shown.
+namespace ZelkoConsole::operatorhands {
+
+/// Clicks on the header of a column, which sorts by it. Scrolls it into sight before.
+void clickHeader(QTableView& table, int column);
+
+/// Clicks into the first visible cell of a row; with a modifier as the operator would hold it.
+void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+} // namespace ZelkoConsole::operatorhands

@@ -1,0 +1,79 @@
+#include <console/demo/appearance.h>
+#include <console/demo/scenes.h>
+#include <console/window/runningconsole.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QProcess>
+#include <QTextStream>
+
+namespace {
+
+constexpr int wrongUsage = 2;
+constexpr auto variantVariable = "ZELKO_PICTURES_VARIANT";
+
+int fail(const QString& text, int code)
+{
+    QTextStream(stderr) << "zelko-pictures: " << text << '\n';
+    return code;
+}
+
+// Paints the pictures of one look; light and dark differ in the palette, the scale was set by who started this process.
+int paintVariant(const QString& folder, const QString& variant)
+{
+    if (variant == QLatin1String("dark")) {
+        QApplication::setPalette(ZelkoConsole::darkPalette());
+    }
+    const QStringList files = ZelkoConsole::paintScenes(folder, variant);
+    QTextStream(stdout) << files.join(QLatin1Char('\n')) << '\n';
+    return files.isEmpty() ? fail(QStringLiteral("the pictures cannot be written to %1").arg(folder), 1) : 0;
+}
+
+// The scale of a process is fixed when it starts, so each look gets a process of its own.
+int startVariant(const QString& variant, const QString& scale)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(variantVariable), variant);
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), scale);
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QApplication::applicationFilePath(), QApplication::arguments().mid(1));
+    return process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
+}
+
+int paintAll()
+{
+    int result = 0;
+    for (const auto& [variant, scale] : {std::pair("light", "1"), std::pair("dark", "1"), std::pair("200", "2")}) {
+        result = std::max(result, startVariant(QLatin1String(variant), QLatin1String(scale)));
+    }
+    return result;
+}
+
+} // namespace
+
+// zelko-pictures DIR [NAME]: a picture of each window and widget of the capability NAME, or of all, in three looks.
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    ZelkoConsole::prepareApplication();
+    QApplication::setStyle(QStringLiteral("fusion"));
+
+    const QStringList arguments = QApplication::arguments().mid(1);
+    if (arguments.isEmpty() || arguments.size() > 2) {
+        return fail(QStringLiteral("usage: zelko-pictures DIR [NAME]"), wrongUsage);
+    }
+    const QString capability = arguments.value(1, QStringLiteral("spine"));
+    if (capability != QLatin1String("spine")) {
+        return fail(QStringLiteral("there are no pictures of \"%1\"").arg(capability), wrongUsage);
+    }
+    const QString folder = QDir(arguments.constFirst()).filePath(capability);
+    if (!QDir().mkpath(folder)) {
+        return fail(QStringLiteral("the folder %1 cannot be made").arg(folder), 1);
+    }
+    const QString variant = qEnvironmentVariable(variantVariable);
+    return variant.isEmpty() ? paintAll() : paintVariant(folder, variant);
+}

@@ -1,0 +1,124 @@
+#include <console/demo/samplesite.h>
+
+#include <console/treepaths.h>
+
+#include <valuecore/tree.h>
+#include <valuecore/valuetypes.h>
+#include <zelkobase/maps/recorditemmap.h>
+
+namespace ZelkoConsole {
+
+using zelko::recordmap::RecordItemMap;
+using zelko::recordmap::RecordMapData;
+
+namespace {
+
+template <typename T>
+T& find(const QString& path)
+{
+    return *Tree::Instance()->Find<T>(path);
+}
+
+template <typename T>
+void put(const QString& parent, const char* name)
+{
+    Tree::Instance()->Emplace(parent, std::make_unique<T>(QLatin1String(name), TValueState::Open));
+}
+
+RecordItemMap& mapOf(const QString& subSystem, const QString& device)
+{
+    return find<RecordItemMap>(treepath::device(subSystem, device) + QLatin1String("/Records/Map"));
+}
+
+} // namespace
+
+SampleSite::SampleSite(const QStringList& subSystems, QObject* parent)
+    : Session(parent)
+    , m_names(subSystems)
+{}
+
+SampleSite::~SampleSite()
+{
+    for (const QString& name : m_names) {
+        Tree::Instance()->Remove(ZelkoCommon::ZelkoConfiguration::MakeRootPath(name));
+    }
+}
+
+void SampleSite::setStatus(const QString& subSystem, const SubSystemStatus& status)
+{
+    m_status[subSystem] = status;
+    Q_EMIT statusChanged(subSystem);
+}
+
+void SampleSite::lose(const QString& subSystem, const QString& reason)
+{
+    Tree::Instance()->Remove(ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem));
+    setStatus(subSystem, {LinkState::Unreachable, reason});
+}
+
+void SampleSite::addDevice(const QString& subSystem, const QString& device, bool available)
+{
+    const QString path = treepath::device(subSystem, device);
+    put<Value<bool>>(path, "ZelkoAvailable");
+    put<Value<int>>(path + QLatin1String("/Records"), "LoadCount");
+    put<RecordItemMap>(path + QLatin1String("/Records"), "Map");
+    put<Value<bool>>(path + QLatin1String("/Records"), "LoadedCompletly");
+    setAvailable(subSystem, device, available);
+    setLoad(subSystem, device, 0, true);
+}
+
+void SampleSite::removeDevice(const QString& subSystem, const QString& device)
+{
+    Tree::Instance()->Remove(treepath::device(subSystem, device));
+}
+
+void SampleSite::setAvailable(const QString& subSystem, const QString& device, bool available)
+{
+    find<Value<bool>>(treepath::device(subSystem, device) + QLatin1String("/ZelkoAvailable"))
+        .SetValue(available, nullptr);
+}
+
+void SampleSite::setLoad(const QString& subSystem, const QString& device, int loadCount, bool complete)
+{
+    const QString path = treepath::device(subSystem, device) + QLatin1String("/Records/");
+    find<Value<int>>(path + QLatin1String("LoadCount")).SetValue(loadCount, nullptr);
+    find<Value<bool>>(path + QLatin1String("LoadedCompletly")).SetValue(complete, nullptr);
+}
+
+void SampleSite::setRecord(const QString& subSystem, const QString& device, const RecordPtr& record)
+{
+    mapOf(subSystem, device).SetAt(record->GetRecordID(), RecordMapData(record), nullptr);
+}
+
+void SampleSite::eraseRecord(const QString& subSystem, const QString& device, const QString& id)
+{
+    mapOf(subSystem, device).EraseAt(id, nullptr);
+}
+
+SampleSite::RecordPtr sampleRecord(const QString& id, const QString& name, SampleSite::Record::RecordStatus status,
+                                   quint64 start, quint64 duration, quint64 frequency)
+{
+    using Record = SampleSite::Record;
+    constexpr quint64 sampleRate = 250000;
+    auto record = std::make_shared<Record>();
+    record->SetRecordID(id);
+    record->SetRecordName(name);
+    record->SetRecordStatus(status);
+    record->SetStartTime(start);
+    record->SetStopTime(start + duration);
+    record->SetSize(duration * sampleRate / 250000);
+    record->SetDataFormat(Record::DataFormat::IQ16);
+    record->SetDataRate(Record::DataRate::UpTo1MB);
+    record->SetInterface(Record::Interface::Ethernet);
+    record->SetDeletable(true);
+    ZELKO_XML::IndexEntry entry;
+    entry.SetTimestamp(start);
+    entry.SetRecordOffset(0);
+    entry.SetTunerFrequency(frequency);
+    entry.SetSampleRate(sampleRate);
+    entry.SetBandwidth(200000);
+    record->SetIndexEntry({entry});
+    return record;
+}
+
+} // namespace ZelkoConsole
