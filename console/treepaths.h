@@ -1,6 +1,7 @@
 #pragma once
 
 #include <zelkobase/connection/zelkoconfiguration.h>
+#include <zelkobase/names/valuenames.h>
 
 #include <QString>
 
@@ -10,7 +11,7 @@ namespace ZelkoConsole::treepath {
 /// The node that holds the devices of a sub system.
 inline QString devices(const QString& subSystem)
 {
-    return ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem) + QLatin1String("/ZELKO/Device");
+    return ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem) + zelko::names::zelkoDevice;
 }
 
 /// The branch of a device.

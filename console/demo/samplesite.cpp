@@ -10,6 +10,7 @@ namespace ZelkoConsole {
 
 using zelko::recordmap::RecordItemMap;
 using zelko::recordmap::RecordMapData;
+namespace names = zelko::names;
 
 namespace {
 
@@ -19,15 +20,22 @@ T& find(const QString& path)
     return *Tree::Instance()->Find<T>(path);
 }
 
+// Puts a value where the path ends.
 template <typename T>
-void put(const QString& parent, const char* name)
+void put(const QString& path)
 {
-    Tree::Instance()->Emplace(parent, std::make_unique<T>(QLatin1String(name), TValueState::Open));
+    const auto end = path.lastIndexOf(QLatin1Char('/'));
+    Tree::Instance()->Emplace(path.left(end), std::make_unique<T>(path.mid(end + 1), TValueState::Open));
+}
+
+QString availablePath(const QString& subSystem, const QString& device)
+{
+    return treepath::device(subSystem, device) + QLatin1Char('/') + names::zelkoAvailable;
 }
 
 RecordItemMap& mapOf(const QString& subSystem, const QString& device)
 {
-    return find<RecordItemMap>(treepath::device(subSystem, device) + QLatin1String("/Records/Map"));
+    return find<RecordItemMap>(treepath::device(subSystem, device) + names::recordsMap);
 }
 
 } // namespace
@@ -59,10 +67,10 @@ void SampleSite::lose(const QString& subSystem, const QString& reason)
 void SampleSite::addDevice(const QString& subSystem, const QString& device, bool available)
 {
     const QString path = treepath::device(subSystem, device);
-    put<Value<bool>>(path, "ZelkoAvailable");
-    put<Value<int>>(path + QLatin1String("/Records"), "LoadCount");
-    put<RecordItemMap>(path + QLatin1String("/Records"), "Map");
-    put<Value<bool>>(path + QLatin1String("/Records"), "LoadedCompletly");
+    put<Value<bool>>(availablePath(subSystem, device));
+    put<Value<int>>(path + names::recordsLoadCount);
+    put<RecordItemMap>(path + names::recordsMap);
+    put<Value<bool>>(path + names::recordsLoadedCompletly);
     setAvailable(subSystem, device, available);
     setLoad(subSystem, device, 0, true);
 }
@@ -74,15 +82,14 @@ void SampleSite::removeDevice(const QString& subSystem, const QString& device)
 
 void SampleSite::setAvailable(const QString& subSystem, const QString& device, bool available)
 {
-    find<Value<bool>>(treepath::device(subSystem, device) + QLatin1String("/ZelkoAvailable"))
-        .SetValue(available, nullptr);
+    find<Value<bool>>(availablePath(subSystem, device)).SetValue(available, nullptr);
 }
 
 void SampleSite::setLoad(const QString& subSystem, const QString& device, int loadCount, bool complete)
 {
-    const QString path = treepath::device(subSystem, device) + QLatin1String("/Records/");
-    find<Value<int>>(path + QLatin1String("LoadCount")).SetValue(loadCount, nullptr);
-    find<Value<bool>>(path + QLatin1String("LoadedCompletly")).SetValue(complete, nullptr);
+    const QString path = treepath::device(subSystem, device);
+    find<Value<int>>(path + names::recordsLoadCount).SetValue(loadCount, nullptr);
+    find<Value<bool>>(path + names::recordsLoadedCompletly).SetValue(complete, nullptr);
 }
 
 void SampleSite::setRecord(const QString& subSystem, const QString& device, const RecordPtr& record)

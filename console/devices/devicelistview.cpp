@@ -1,6 +1,7 @@
 #include <console/devices/devicelistview.h>
 
 #include <console/devices/devicelistmodel.h>
+#include <console/widgets/roomystyle.h>
 
 #include <QHeaderView>
 
@@ -10,6 +11,8 @@ DeviceListView::DeviceListView(DeviceListModel* model, QWidget* parent)
     : QTreeView(parent)
     , m_model(model)
 {
+    RoomyStyle::apply(this);
+    RoomyStyle::apply(header());
     setObjectName(QStringLiteral("deviceList"));
     setAccessibleName(tr("Devices"));
     setModel(model);

@@ -39,7 +39,7 @@ void DeviceListModel::SubSystem::readTree()
     for (const auto& device : devices) {
         const QString path = treepath::device(name, device->name);
         device->node.GetFromTree(path);
-        device->available.GetFromTree(path + QLatin1String("/ZelkoAvailable"));
+        device->available.GetFromTree(path + QLatin1Char('/') + zelko::names::zelkoAvailable);
     }
     m_model->rowsChanged(m_model->subSystemIndex(name));
 }

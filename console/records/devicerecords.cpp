@@ -5,6 +5,7 @@
 #include <valuecore/valueptr.h>
 #include <valuecore/valuetypes.h>
 #include <zelkobase/maps/recorditemmap.h>
+#include <zelkobase/names/valuenames.h>
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
 #include <QTimer>
@@ -12,6 +13,7 @@
 namespace ZelkoConsole {
 
 using zelko::recordmap::RecordItemMap;
+namespace names = zelko::names;
 using ZelkoCommon::AbstractRecordListModel;
 
 namespace {
@@ -24,7 +26,6 @@ struct DeviceRecords::Private
 {
     explicit Private(DeviceRecords* owner);
 
-    QString path(const char* name) const { return devicePath + QLatin1String("/Records/") + QLatin1String(name); }
     void observed(TChangeCode code);
     void lookUp();
     void checkStillThere();
@@ -68,10 +69,10 @@ void DeviceRecords::Private::observed(TChangeCode code)
 
 void DeviceRecords::Private::lookUp()
 {
-    map.GetFromTree(path("Map"));
-    loadCount.GetFromTree(path("LoadCount"));
-    complete.GetFromTree(path("LoadedCompletly"));
-    if (!isWhole() || !model.connect(path("Map"))) {
+    map.GetFromTree(devicePath + names::recordsMap);
+    loadCount.GetFromTree(devicePath + names::recordsLoadCount);
+    complete.GetFromTree(devicePath + names::recordsLoadedCompletly);
+    if (!isWhole() || !model.connect(devicePath + names::recordsMap)) {
         return;
     }
     timer.stop();

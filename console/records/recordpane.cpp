@@ -1,10 +1,12 @@
 #include <console/records/recordpane.h>
 
 #include <console/records/devicerecords.h>
+#include <console/records/recordsortmodel.h>
 #include <console/records/recordtableview.h>
 #include <console/records/selectionkeeper.h>
 #include <console/records/selectionsummary.h>
 #include <console/treepaths.h>
+#include <console/widgets/heading.h>
 
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
@@ -12,46 +14,24 @@
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QProgressBar>
-#include <QSortFilterProxyModel>
 
 namespace ZelkoConsole {
-
-using ZelkoCommon::AbstractRecordListModel;
-
-namespace {
-
-QSortFilterProxyModel* makeProxy(AbstractRecordListModel* records, QObject* parent)
-{
-    auto* const proxy = new QSortFilterProxyModel(parent);
-    proxy->setSortRole(AbstractRecordListModel::SortRole);
-    proxy->setSortCaseSensitivity(Qt::CaseInsensitive);
-    proxy->setDynamicSortFilter(true);
-    proxy->setSourceModel(records);
-    return proxy;
-}
-
-// A place that stays where it is when there is nothing to show in it.
-void keepPlace(QWidget* widget)
-{
-    QSizePolicy policy = widget->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    widget->setSizePolicy(policy);
-}
-
-} // namespace
 
 RecordPane::RecordPane(QWidget* parent)
     : QWidget(parent)
     , m_records(new DeviceRecords(this))
-    , m_proxy(makeProxy(m_records->model(), this))
+    , m_proxy(new RecordSortModel(this))
     , m_table(new RecordTableView)
-    , m_title(new QLabel)
+    , m_title(new Heading)
     , m_subtitle(new QLabel)
     , m_count(new QLabel)
     , m_selection(new QLabel)
     , m_progressLabel(new QLabel(tr("Loading Records: ")))
     , m_progress(new QProgressBar)
+    , m_progressCount(new QLabel)
+    , m_statusWidget(makeStatusWidget())
 {
+    m_proxy->setSourceModel(m_records->model());
     m_table->setModel(m_proxy);
     m_keeper = new SelectionKeeper(m_table, m_proxy, m_records->model(), this);
     auto* const layout = new QVBoxLayout(this);
@@ -59,7 +39,6 @@ RecordPane::RecordPane(QWidget* parent)
     layout->setSpacing(6);
     layout->addWidget(makeHead());
     layout->addWidget(m_table, 1);
-    layout->addWidget(makeFoot());
 
     connect(m_records, &DeviceRecords::connectionChanged, this, &RecordPane::updateTexts);
     connect(m_records, &DeviceRecords::progressChanged, this, &RecordPane::updateProgress);
@@ -79,17 +58,13 @@ RecordPane::~RecordPane() = default;
 
 QWidget* RecordPane::makeHead()
 {
-    QFont large = font();
-    large.setPointSizeF(large.pointSizeF() * 1.3);
-    large.setBold(true);
-    m_title->setFont(large);
     m_title->setObjectName(QStringLiteral("deviceTitle"));
     m_subtitle->setForegroundRole(QPalette::PlaceholderText);
     m_count->setObjectName(QStringLiteral("recordCount"));
 
     auto* const head = new QWidget;
     auto* const layout = new QHBoxLayout(head);
-    layout->setContentsMargins(2, 2, 2, 0);
+    layout->setContentsMargins(2, 0, 2, 0);
     layout->addWidget(m_title, 0, Qt::AlignBaseline);
     layout->addWidget(m_subtitle, 0, Qt::AlignBaseline);
     layout->addStretch(1);
@@ -97,24 +72,23 @@ QWidget* RecordPane::makeHead()
     return head;
 }
 
-QWidget* RecordPane::makeFoot()
+QWidget* RecordPane::makeStatusWidget()
 {
     m_selection->setObjectName(QStringLiteral("selectionSummary"));
     m_progressLabel->setObjectName(QStringLiteral("loadLabel"));
     m_progress->setObjectName(QStringLiteral("loadProgress"));
     m_progress->setAccessibleName(tr("Loading Records"));
-    m_progress->setFormat(tr("%v of %m"));
-    m_progress->setFixedWidth(fontMetrics().horizontalAdvance(QLatin1Char('m')) * 18);
-    keepPlace(m_progress);
-    keepPlace(m_progressLabel);
+    m_progress->setTextVisible(false);
+    m_progress->setFixedSize(fontMetrics().averageCharWidth() * 20, fontMetrics().height());
 
-    auto* const foot = new QWidget;
-    auto* const layout = new QHBoxLayout(foot);
-    layout->setContentsMargins(2, 0, 2, 0);
+    auto* const widget = new QWidget(this);
+    auto* const layout = new QHBoxLayout(widget);
+    layout->setContentsMargins(6, 0, 6, 0);
     layout->addWidget(m_selection, 1);
     layout->addWidget(m_progressLabel);
     layout->addWidget(m_progress);
-    return foot;
+    layout->addWidget(m_progressCount);
+    return widget;
 }
 
 void RecordPane::setDevice(const QString& subSystem, const QString& device)
@@ -164,11 +138,14 @@ void RecordPane::updateSelection()
 void RecordPane::updateProgress()
 {
     const LoadProgress progress = m_records->progress();
-    m_progressLabel->setVisible(progress.isLoading());
-    m_progress->setVisible(progress.isLoading());
+    for (QWidget* const part : {static_cast<QWidget*>(m_progressLabel), static_cast<QWidget*>(m_progress),
+                                static_cast<QWidget*>(m_progressCount)}) {
+        part->setVisible(progress.isLoading());
+    }
     if (progress.isLoading()) {
         m_progress->setRange(0, progress.total);
         m_progress->setValue(progress.count);
+        m_progressCount->setText(tr("%1 of %2").arg(progress.count).arg(progress.total));
     } else if (m_records->isComplete()) {
         m_keeper->finish();
     }

@@ -6,15 +6,17 @@
 
 class QLabel;
 class QProgressBar;
-class QSortFilterProxyModel;
 
 namespace ZelkoConsole {
 
 class DeviceRecords;
+class Heading;
+class RecordSortModel;
 class RecordTableView;
 class SelectionKeeper;
 
-/// The recordings of one device: title, table, their number and what is selected, and how far the first load is.
+/// The recordings of one device: title, their number and the table; for the status bar of a window what is selected and
+/// how far the first load is.
 class RecordPane : public QWidget
 {
     Q_OBJECT
@@ -33,9 +35,12 @@ public:
     RecordTableView* table() const { return m_table; }
     DeviceRecords* records() const { return m_records; }
 
+    /// To be put into a status bar, which owns it from there on.
+    QWidget* statusWidget() const { return m_statusWidget; }
+
 private:
     QWidget* makeHead();
-    QWidget* makeFoot();
+    QWidget* makeStatusWidget();
     void updateTitle();
     void updateTexts();
     void updateCount();
@@ -46,15 +51,17 @@ private:
     QString m_device;
     SubSystemStatus m_status;
     DeviceRecords* m_records;
-    QSortFilterProxyModel* m_proxy;
+    RecordSortModel* m_proxy;
     RecordTableView* m_table;
     SelectionKeeper* m_keeper;
-    QLabel* m_title;
+    Heading* m_title;
     QLabel* m_subtitle;
     QLabel* m_count;
     QLabel* m_selection;
     QLabel* m_progressLabel;
     QProgressBar* m_progress;
+    QLabel* m_progressCount;
+    QWidget* m_statusWidget;
 };
 
 } // namespace ZelkoConsole

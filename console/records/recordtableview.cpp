@@ -1,6 +1,7 @@
 #include <console/records/recordtableview.h>
 
 #include <console/records/statusdelegate.h>
+#include <console/widgets/roomystyle.h>
 
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
@@ -43,17 +44,14 @@ constexpr std::array<ColumnLayout, Model::ColumnCount> columnLayout{{
 
 constexpr QLatin1String settingsKey("recordTable/columns");
 
-int paddingOf(const QWidget* widget)
-{
-    return 2 * (widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, widget) + 4);
-}
-
 } // namespace
 
 RecordTableView::RecordTableView(QWidget* parent)
     : QTableView(parent)
     , m_columnMenu(new QMenu(tr("&Columns"), this))
 {
+    RoomyStyle::apply(this);
+    RoomyStyle::apply(horizontalHeader());
     setObjectName(QStringLiteral("recordTable"));
     setAccessibleName(tr("Recordings"));
     setAlternatingRowColors(true);
@@ -71,12 +69,11 @@ RecordTableView::RecordTableView(QWidget* parent)
 
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    verticalHeader()->setDefaultSectionSize(RoomyStyle::rowHeight(this));
 
     QHeaderView* const header = horizontalHeader();
     header->setSectionsMovable(true);
     header->setHighlightSections(false);
-    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& position) { m_columnMenu->popup(horizontalHeader()->mapToGlobal(position)); });
@@ -108,10 +105,11 @@ const EmptyState& RecordTableView::emptyState() const
 void RecordTableView::resetColumns()
 {
     QHeaderView* const header = horizontalHeader();
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this);
     for (int place = 0; place < Model::ColumnCount; ++place) {
         const auto& [column, widest] = columnLayout[static_cast<std::size_t>(place)];
-        const int text = fontMetrics().horizontalAdvance(QLatin1String(widest)) + paddingOf(this);
-        const int sign = column == Model::StatusColumn ? style()->pixelMetric(QStyle::PM_SmallIconSize) + 4 : 0;
+        const int text = fontMetrics().horizontalAdvance(QLatin1String(widest)) + 2 * margin + 4;
+        const int sign = column == Model::StatusColumn ? style()->pixelMetric(QStyle::PM_SmallIconSize) + margin : 0;
         header->moveSection(header->visualIndex(column), place);
         header->setSectionHidden(column, false);
         header->resizeSection(column, std::max(text + sign, header->sectionSizeHint(column)));

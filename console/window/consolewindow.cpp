@@ -6,6 +6,7 @@
 #include <console/records/recordtableview.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
+#include <console/widgets/heading.h>
 #include <console/window/timezonetext.h>
 
 #include <QAction>
@@ -59,7 +60,7 @@ ConsoleWindow::~ConsoleWindow() = default;
 
 QWidget* ConsoleWindow::makeContent()
 {
-    m_splitter->addWidget(m_devices);
+    m_splitter->addWidget(makeDevicePane());
     m_splitter->addWidget(m_records);
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setChildrenCollapsible(false);
@@ -70,6 +71,20 @@ QWidget* ConsoleWindow::makeContent()
     layout->setContentsMargins(10, 10, 10, 6);
     layout->addWidget(m_splitter);
     return content;
+}
+
+QWidget* ConsoleWindow::makeDevicePane()
+{
+    auto* const title = new Heading(tr("Devices"));
+    title->setBuddy(m_devices);
+    title->setContentsMargins(2, 0, 2, 0);
+    auto* const pane = new QWidget;
+    auto* const layout = new QVBoxLayout(pane);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    layout->addWidget(title);
+    layout->addWidget(m_devices, 1);
+    return pane;
 }
 
 void ConsoleWindow::makeMenus()
@@ -104,6 +119,7 @@ void ConsoleWindow::makeStatusBar()
     zone->setContentsMargins(6, 0, 6, 0);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(m_badge);
+    statusBar()->addWidget(m_records->statusWidget(), 1);
     statusBar()->addPermanentWidget(zone);
 }
 

@@ -37,6 +37,7 @@ protected:
 
 private:
     QWidget* makeContent();
+    QWidget* makeDevicePane();
     void makeMenus();
     void makeStatusBar();
     void showChoice();

@@ -1,0 +1,14 @@
+#include <console/widgets/heading.h>
+
+namespace ZelkoConsole {
+
+Heading::Heading(const QString& text, QWidget* parent)
+    : QLabel(text, parent)
+{
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.25);
+    large.setBold(true);
+    setFont(large);
+}
+
+} // namespace ZelkoConsole

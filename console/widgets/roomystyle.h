@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace ZelkoConsole {
+
+/// The application's style with some more room in lists and tables: around the text of cells and headers, and between
+/// rows.
+class RoomyStyle : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    /// Gives `view` such a style, which goes with it.
+    static void apply(QWidget* view);
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override;
+
+    /// Height of a row of text in `view`.
+    static int rowHeight(const QWidget* view);
+};
+
+} // namespace ZelkoConsole
