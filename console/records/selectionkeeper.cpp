@@ -24,7 +24,6 @@ struct SelectionKeeper::Private
 
     QString idOf(const QModelIndex& proxyIndex) const { return records->getRecordID(proxy->mapToSource(proxyIndex)); }
     QModelIndex indexOf(const QString& id) const { return proxy->mapFromSource(records->recordIndex(id)); }
-    bool isEmpty() const { return selected.isEmpty() && current.isEmpty() && top.isEmpty(); }
 
     void remember();
     void restore();
@@ -37,7 +36,8 @@ struct SelectionKeeper::Private
     QTimer soon;
     QSet<QString> selected;
     QString current;
-    QString top; // ID of the first row in sight; empty when that is the first row of all, which then stays so
+    bool scrolled = false; // whether `top` and `left` are still to be restored
+    QString top;           // ID of the first row in sight; empty when that is the first row of all, which then stays so
     int left = 0;
 };
 
@@ -52,16 +52,15 @@ void SelectionKeeper::Private::remember()
     if (view->currentIndex().isValid()) {
         current = idOf(view->currentIndex());
     }
-    if (view->verticalScrollBar()->value() > 0) {
-        top = idOf(view->indexAt(QPoint(0, 0)));
-    }
+    top = view->verticalScrollBar()->value() > 0 ? idOf(view->indexAt(QPoint(0, 0))) : QString();
+    scrolled = true;
     left = view->horizontalScrollBar()->value();
 }
 
 void SelectionKeeper::Private::restore()
 {
-    if (!isEmpty()) {
-        restoreSelection();
+    restoreSelection();
+    if (scrolled) {
         restoreScrolling();
     }
 }
@@ -118,13 +117,15 @@ void SelectionKeeper::forget()
     d->soon.stop();
     d->selected.clear();
     d->current.clear();
-    d->top.clear();
+    d->scrolled = false;
 }
 
 void SelectionKeeper::finish()
 {
-    d->restore();
-    forget();
+    if (d->proxy->rowCount() > 0) {
+        d->restore();
+        d->scrolled = false;
+    }
 }
 
 bool SelectionKeeper::eventFilter(QObject* watched, QEvent* event)

@@ -30,7 +30,8 @@ public:
     /// Nothing that is remembered comes back: another list is shown from here on.
     void forget();
 
-    /// All rows that will come back are here: restores what there is and forgets the rest.
+    /// The list is complete again: restores what there is, and leaves the scroll position to the operator from there
+    /// on. Nothing happens while there are no rows.
     void finish();
 
 protected:

@@ -19,16 +19,22 @@ void RoomyStyle::apply(QWidget* view)
 
 int RoomyStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
 {
-    return metric == PM_FocusFrameHMargin || metric == PM_HeaderMargin
-               ? sideMargin
-               : QProxyStyle::pixelMetric(metric, option, widget);
+    return metric == PM_FocusFrameHMargin ? sideMargin : QProxyStyle::pixelMetric(metric, option, widget);
+}
+
+QRect RoomyStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
+{
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    const int more = sideMargin - QProxyStyle::pixelMetric(PM_HeaderMargin, option, widget);
+    return element == SE_HeaderLabel ? rect.adjusted(more, 0, -more, 0) : rect;
 }
 
 QSize RoomyStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                                    const QWidget* widget) const
 {
     const QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
-    return type == CT_ItemViewItem && widget ? wanted.expandedTo(QSize(0, rowHeight(widget))) : wanted;
+    const bool isRow = widget && (type == CT_ItemViewItem || type == CT_HeaderSection);
+    return isRow ? wanted.expandedTo(QSize(0, rowHeight(widget))) : wanted;
 }
 
 int RoomyStyle::rowHeight(const QWidget* view)
