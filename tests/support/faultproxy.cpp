@@ -95,7 +95,6 @@ public:
         connect(&m_server, &QTcpSocket::errorOccurred, this, end);
         for (QTcpSocket* const socket : {m_client, &m_server}) {
             connect(socket, &QTcpSocket::readyRead, this, &Relay::run);
-            connect(socket, &QTcpSocket::bytesWritten, this, &Relay::run);
         }
         connect(&m_tick, &QTimer::timeout, this, &Relay::run);
         m_tick.start(tickMilliseconds);

@@ -1,12 +1,12 @@
 #include "linkclient.h"
 #include "serverprocess.h"
+#include "watch.h"
 
 #include <zelkobase/connection/ivtclient.h>
 #include <zelkobase/maps/itemmaptypes.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkoidl/treelink.hh>
 
-#include <observerbase/iobserver.h>
 #include <valuecore/valuetypes.h>
 
 #include <QTimer>
@@ -21,18 +21,6 @@ namespace {
 const QString device = QStringLiteral("/ZELKO/Device/R1");
 const QString map = device + QStringLiteral("/Records/Map");
 constexpr int patience = 30000;
-
-class Call final : public IObserver
-{
-public:
-    explicit Call(std::function<void()> what)
-        : m_what(std::move(what))
-    {}
-    void Update(Observable*, TChangeCode) override { m_what(); }
-
-private:
-    std::function<void()> m_what;
-};
 
 } // namespace
 
@@ -102,11 +90,11 @@ void TestTreeLink::tellsThePlainValuesBeforeItIsConnectedAndTheMapBeforeItIsComp
     QList<quint64> sizeAtConnect;
     QList<int> countAtConnect;
     QList<quint64> sizeAtComplete;
-    Call complete([&] { sizeAtComplete << client.find<RecordItemMap>(map)->Size(); });
+    Watch complete([&] { sizeAtComplete << client.find<RecordItemMap>(map)->Size(); });
     connect(&client.connection, &AbstractServerConnectionData::si_allTicsConnected, this, [&] {
         sizeAtConnect << client.find<RecordItemMap>(map)->Size();
         countAtConnect << client.find<Value<int>>(device + "/Records/LoadCount")->GetValue();
-        client.find<Value<bool>>(device + "/Records/LoadedCompletly")->AddObserver(&complete);
+        complete.on(client.find<Value<bool>>(device + "/Records/LoadedCompletly"));
     });
     QTRY_COMPARE_WITH_TIMEOUT(sizeAtComplete, QList<quint64>{5000}, patience);
     QCOMPARE(countAtConnect, QList<int>{5000});
@@ -147,8 +135,8 @@ void TestTreeLink::comesBackByItselfAfterTheServerWasKilled()
     LinkClient client(m_orb, first.port());
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), first.ask("digest"), patience);
     QStringList changesAfterTheEnd;
-    Call afterTheEnd([&] { changesAfterTheEnd << client.log.join(','); });
-    client.find<Value<int>>(device + "/Number")->AddObserver(&afterTheEnd);
+    Watch afterTheEnd([&] { changesAfterTheEnd << client.log.join(','); });
+    afterTheEnd.on(client.find<Value<int>>(device + "/Number"));
     first.kill();
     QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected"}));
     QVERIFY(!client.isConnected());
@@ -209,8 +197,8 @@ void TestTreeLink::neverEchoesAChangeOfTheServer()
     auto* const number = client.find<Value<int>>(device + "/Number");
     client.writer()->AddValue(number, 0);
     int updates = 0;
-    Call counter([&] { ++updates; });
-    number->AddObserver(&counter);
+    Watch counter([&] { ++updates; });
+    counter.on(number);
     for (int i = 1; i <= 100; ++i) {
         server.ask(QStringLiteral("number %1").arg(i));
     }
@@ -357,7 +345,7 @@ void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
     QTRY_VERIFY(client.isConnected());
     auto* const number = client.find<Value<int>>(device + "/Number");
     QList<int> seen;
-    Call window([&] {
+    Watch window([&] {
         seen << number->GetValue();
         if (seen.size() == 1) {
             server.ask("number 2");
@@ -366,7 +354,7 @@ void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
             seen << number->GetValue();
         }
     });
-    number->AddObserver(&window);
+    window.on(number);
     server.ask("number 1");
     QTRY_COMPARE(seen, (QList<int>{1, 1, 2, 3}));
     QTRY_COMPARE(client.digest(), server.ask("digest"));
