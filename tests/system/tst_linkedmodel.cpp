@@ -1,6 +1,6 @@
 #include "faultproxy.h"
 #include "linkclient.h"
-#include "serverprocess.h"
+#include "peerprocess.h"
 
 #include <zelkobase/maps/itemmaptypes.h>
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
@@ -71,7 +71,7 @@ void TestLinkedModel::endsEqualThroughSetsErasesClearsOverrunsAndReconnects()
 {
     constexpr int steps = 100000;
     constexpr int stepsAtOnce = 500;
-    ServerProcess server({"--backlog", "60000"});
+    PeerProcess server({"--backlog", "60000"});
     FaultProxy proxy(server.port());
     LinkOptions options = LinkClient::quickOptions();
     options.maxPendingBytes = 30000;
@@ -96,7 +96,7 @@ void TestLinkedModel::endsEqualThroughSetsErasesClearsOverrunsAndReconnects()
 
 void TestLinkedModel::readsChangesAndIsNotDrivenIntoReloads()
 {
-    ServerProcess server;
+    PeerProcess server;
     ModelClient m(m_orb, server.port());
     QTRY_VERIFY(m.model.connected());
     QSignalSpy resets(&m.model, &QAbstractItemModel::modelReset);
@@ -112,7 +112,7 @@ void TestLinkedModel::readsChangesAndIsNotDrivenIntoReloads()
 void TestLinkedModel::loadsAHundredThousandRecordsWithoutALongPause()
 {
     constexpr int count = 100000;
-    ServerProcess server;
+    PeerProcess server;
     server.ask(QStringLiteral("populate %1").arg(count));
     ModelClient m(m_orb, server.port());
     QElapsedTimer sinceLastTurn;

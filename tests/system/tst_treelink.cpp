@@ -1,5 +1,5 @@
 #include "linkclient.h"
-#include "serverprocess.h"
+#include "peerprocess.h"
 #include "watch.h"
 
 #include <zelkobase/connection/ivtclient.h>
@@ -47,6 +47,8 @@ private Q_SLOTS:
     void theServerDropsASilentClient();
     void theServerRefusesAnotherVersion();
     void everyOneOfSeveralClientsEndsEqual();
+    void theServerOutlivesAClientThatIsKilled();
+    void aStoppedClientEndsEqualAndTheServerStaysBounded();
     void aBlockedGuiEndsEqualAndTheServerStaysBounded();
     void changesWaitWhileAnObserverRunsAnEventLoop();
     void anEndInTheMiddleOfTheFirstLoadIsClean();
@@ -58,7 +60,7 @@ private:
 
 void TestTreeLink::loadsAServersTree()
 {
-    ServerProcess server;
+    PeerProcess server;
     QVERIFY(server.port() != 0);
     QCOMPARE(server.ask("populate 10000"), "ok");
     LinkClient client(m_orb, server.port());
@@ -70,7 +72,7 @@ void TestTreeLink::loadsAServersTree()
 
 void TestTreeLink::followsEachChange()
 {
-    ServerProcess server;
+    PeerProcess server;
     LinkClient client(m_orb, server.port());
     QTRY_VERIFY(client.isConnected());
     for (const char* const step :
@@ -84,7 +86,7 @@ void TestTreeLink::followsEachChange()
 
 void TestTreeLink::tellsThePlainValuesBeforeItIsConnectedAndTheMapBeforeItIsComplete()
 {
-    ServerProcess server;
+    PeerProcess server;
     server.ask("populate 5000");
     LinkClient client(m_orb, server.port());
     QList<quint64> sizeAtConnect;
@@ -103,7 +105,7 @@ void TestTreeLink::tellsThePlainValuesBeforeItIsConnectedAndTheMapBeforeItIsComp
 
 void TestTreeLink::tellsNodesOfDevices()
 {
-    ServerProcess server;
+    PeerProcess server;
     LinkClient client(m_orb, server.port());
     QSignalSpy added(&client.connection, &AbstractServerConnectionData::si_deviceNodeAdded);
     QTRY_VERIFY(client.isConnected());
@@ -115,7 +117,7 @@ void TestTreeLink::waitsForAServerThatIsNotThereYet()
 {
     quint16 port = 0;
     {
-        ServerProcess first;
+        PeerProcess first;
         port = first.port();
     }
     LinkClient client(m_orb, port);
@@ -123,14 +125,14 @@ void TestTreeLink::waitsForAServerThatIsNotThereYet()
     QTRY_VERIFY(failed.size() >= 2);
     QCOMPARE(client.connection.lastError("north"), "nobody answers there, or not in time (TRANSIENT)");
     QCOMPARE(client.log, QStringList());
-    ServerProcess server({}, port);
+    PeerProcess server({}, port);
     QTRY_VERIFY(client.isConnected());
     QCOMPARE(client.connection.lastError("north"), QString());
 }
 
 void TestTreeLink::comesBackByItselfAfterTheServerWasKilled()
 {
-    ServerProcess first;
+    PeerProcess first;
     first.ask("populate 1000");
     LinkClient client(m_orb, first.port());
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), first.ask("digest"), patience);
@@ -144,7 +146,7 @@ void TestTreeLink::comesBackByItselfAfterTheServerWasKilled()
     QVERIFY(!client.connection.lastError("north").isEmpty());
     QCOMPARE(changesAfterTheEnd, QStringList{"connected"}); // the notice of its deletion
 
-    ServerProcess second({}, first.port());
+    PeerProcess second({}, first.port());
     second.ask("populate 500");
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), second.ask("digest"), patience);
     QCOMPARE(client.log, (QStringList{"connected", "disconnected", "connected"}));
@@ -152,7 +154,7 @@ void TestTreeLink::comesBackByItselfAfterTheServerWasKilled()
 
 void TestTreeLink::givesUpAServerThatHangs()
 {
-    ServerProcess server;
+    PeerProcess server;
     LinkOptions options = LinkClient::quickOptions();
     options.callTimeout = 500ms;
     LinkClient client(m_orb, server.port(), options);
@@ -166,7 +168,7 @@ void TestTreeLink::givesUpAServerThatHangs()
 
 void TestTreeLink::sendsWritesOfAddedValuesAndNoOthers()
 {
-    ServerProcess server;
+    PeerProcess server;
     LinkClient client(m_orb, server.port());
     QTRY_VERIFY(client.isConnected());
     auto* const number = client.find<Value<int>>(device + "/Number");
@@ -191,7 +193,7 @@ void TestTreeLink::sendsWritesOfAddedValuesAndNoOthers()
 
 void TestTreeLink::neverEchoesAChangeOfTheServer()
 {
-    ServerProcess server;
+    PeerProcess server;
     LinkClient client(m_orb, server.port());
     QTRY_VERIFY(client.isConnected());
     auto* const number = client.find<Value<int>>(device + "/Number");
@@ -212,7 +214,7 @@ void TestTreeLink::neverEchoesAChangeOfTheServer()
 
 void TestTreeLink::losesAWriteThatMayNotBeToTheServersValue()
 {
-    ServerProcess server;
+    PeerProcess server;
     LinkClient client(m_orb, server.port());
     QTRY_VERIFY(client.isConnected());
     auto* const readOnly = client.find<Value<int>>(device + "/ReadOnly");
@@ -230,13 +232,13 @@ void TestTreeLink::losesAWriteThatMayNotBeToTheServersValue()
 
 void TestTreeLink::writesOfAnOldConnectionGoNowhere()
 {
-    ServerProcess first;
+    PeerProcess first;
     LinkClient client(m_orb, first.port());
     QTRY_VERIFY(client.isConnected());
     const auto old = client.writer();
     first.kill();
     QTRY_COMPARE(client.log.size(), 2);
-    ServerProcess second({}, first.port());
+    PeerProcess second({}, first.port());
     QTRY_COMPARE(client.log.size(), 3);
     auto* const number = client.find<Value<int>>(device + "/Number");
     old->AddValue(number, 0);
@@ -249,7 +251,7 @@ void TestTreeLink::writesOfAnOldConnectionGoNowhere()
 
 void TestTreeLink::theServerForgetsAClientThatLeaves()
 {
-    ServerProcess server;
+    PeerProcess server;
     {
         LinkClient client(m_orb, server.port());
         QTRY_VERIFY(client.isConnected());
@@ -260,7 +262,7 @@ void TestTreeLink::theServerForgetsAClientThatLeaves()
 
 void TestTreeLink::theServerTakesNoMoreClientsThanItMay()
 {
-    ServerProcess server({"--max-sessions", "1"});
+    PeerProcess server({"--max-sessions", "1"});
     auto first = std::make_unique<LinkClient>(m_orb, server.port());
     QTRY_VERIFY(first->isConnected());
     LinkClient second(m_orb, server.port());
@@ -273,7 +275,7 @@ void TestTreeLink::theServerTakesNoMoreClientsThanItMay()
 
 void TestTreeLink::theServerDropsASilentClient()
 {
-    ServerProcess server({"--max-silence", "300"});
+    PeerProcess server({"--max-silence", "300"});
     LinkOptions options = LinkClient::quickOptions();
     options.heartbeat = 5000ms;
     LinkClient client(m_orb, server.port(), options);
@@ -284,7 +286,7 @@ void TestTreeLink::theServerDropsASilentClient()
 
 void TestTreeLink::theServerRefusesAnotherVersion()
 {
-    ServerProcess server;
+    PeerProcess server;
     const CORBA::Object_var object = m_orb.remoteObject("127.0.0.1", server.port(), ZelkoTreeLink::OBJECT_KEY);
     const auto remote = ZelkoTreeLink::TreeServer_var(ZelkoTreeLink::TreeServer::_unchecked_narrow(object));
     try {
@@ -297,7 +299,7 @@ void TestTreeLink::theServerRefusesAnotherVersion()
 
 void TestTreeLink::everyOneOfSeveralClientsEndsEqual()
 {
-    ServerProcess server;
+    PeerProcess server;
     server.ask("populate 1000");
     std::vector<std::unique_ptr<LinkClient>> clients;
     server.ask("churn 2000");
@@ -313,10 +315,52 @@ void TestTreeLink::everyOneOfSeveralClientsEndsEqual()
     }
 }
 
+void TestTreeLink::theServerOutlivesAClientThatIsKilled()
+{
+    PeerProcess server;
+    server.ask("populate 1000");
+    LinkClient other(m_orb, server.port());
+    const auto client = PeerProcess::client(server.port());
+    QTRY_COMPARE(client->ask("log"), "connected");
+    QTRY_COMPARE(server.ask("sessions"), "2");
+    server.ask("churn 5000");
+    client->kill();
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "1", patience);
+    server.ask("churn 0");
+    QTRY_COMPARE_WITH_TIMEOUT(other.digest(), server.ask("digest"), patience);
+    QCOMPARE(other.log, QStringList{"connected"});
+}
+
+void TestTreeLink::aStoppedClientEndsEqualAndTheServerStaysBounded()
+{
+    PeerProcess server;
+    server.ask("populate 10000");
+    const auto client = PeerProcess::client(server.port());
+    QTRY_COMPARE_WITH_TIMEOUT(client->ask("digest"), server.ask("digest"), patience);
+    server.ask("churn 10000");
+    QTRY_VERIFY(client->ask("digest") != QString());
+    const qint64 before = residentBytes(server.pid());
+    client->stop();
+    qint64 most = 0;
+    QElapsedTimer stopped;
+    stopped.start();
+    while (stopped.elapsed() < 10000) { // some 100,000 changes of about 100 bytes
+        most = std::max(most, residentBytes(server.pid()));
+        QVERIFY(server.ask("backlog").toInt() <= 8 * 1024 * 1024);
+        QTest::qSleep(100);
+    }
+    client->continueIt();
+    qInfo("the server grew by %.1f MB in the meantime", double(most - before) / 1e6);
+    QVERIFY(most - before < 32 * 1024 * 1024);
+    server.ask("churn 0");
+    QTRY_COMPARE_WITH_TIMEOUT(client->ask("digest"), server.ask("digest"), patience);
+    QVERIFY(server.ask("restarts").toInt() >= 1);
+}
+
 // The thread of the tree does nothing for a while, as a process does that is stopped.
 void TestTreeLink::aBlockedGuiEndsEqualAndTheServerStaysBounded()
 {
-    ServerProcess server({"--backlog", "1000000"});
+    PeerProcess server({"--backlog", "1000000"});
     server.ask("populate 1000");
     LinkOptions options = LinkClient::quickOptions();
     options.maxPendingBytes = 1000000;
@@ -340,7 +384,7 @@ void TestTreeLink::aBlockedGuiEndsEqualAndTheServerStaysBounded()
 
 void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
 {
-    ServerProcess server;
+    PeerProcess server;
     LinkClient client(m_orb, server.port());
     QTRY_VERIFY(client.isConnected());
     auto* const number = client.find<Value<int>>(device + "/Number");
@@ -362,7 +406,7 @@ void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
 
 void TestTreeLink::anEndInTheMiddleOfTheFirstLoadIsClean()
 {
-    ServerProcess server;
+    PeerProcess server;
     server.ask("populate 20000");
     for (int i = 0; i < 5; ++i) {
         LinkClient client(m_orb, server.port());

@@ -1,4 +1,4 @@
-#include "serverprocess.h"
+#include "peerprocess.h"
 
 #include <QFile>
 
@@ -19,56 +19,70 @@ void sendSignal(const QProcess& process, int signal)
 
 } // namespace
 
-QString ServerProcess::peerProgram()
+QString PeerProcess::serverProgram()
 {
     return QStringLiteral(ZELKO_LINK_PEER);
 }
 
-ServerProcess::ServerProcess(const QStringList& arguments, quint16 port, const QString& program)
+QString PeerProcess::clientProgram()
+{
+    return QStringLiteral(ZELKO_LINK_CLIENT);
+}
+
+std::unique_ptr<PeerProcess> PeerProcess::client(quint16 serverPort)
+{
+    return std::unique_ptr<PeerProcess>(new PeerProcess(Started(), clientProgram(), {QString::number(serverPort)}));
+}
+
+PeerProcess::PeerProcess(const QStringList& arguments, quint16 port, const QString& program)
+    : PeerProcess(Started(), program, QStringList(arguments) << QStringLiteral("--port") << QString::number(port))
+{}
+
+PeerProcess::PeerProcess(Started, const QString& program, const QStringList& arguments)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(program, QStringList(arguments) << QStringLiteral("--port") << QString::number(port));
+    m_process.start(program, arguments);
     const QString ready = readLine();
     if (ready.startsWith(QLatin1String("READY port="))) {
         m_port = ready.mid(11).toUShort();
     }
 }
 
-ServerProcess::~ServerProcess()
+PeerProcess::~PeerProcess()
 {
     kill();
 }
 
-QString ServerProcess::ask(const QString& line)
+QString PeerProcess::ask(const QString& line)
 {
     m_process.write(line.toUtf8() + '\n');
     return readLine();
 }
 
-void ServerProcess::kill()
+void PeerProcess::kill()
 {
     sendSignal(m_process, SIGKILL);
     m_process.waitForFinished(patience);
 }
 
-void ServerProcess::stop()
+void PeerProcess::stop()
 {
     sendSignal(m_process, SIGSTOP);
 }
 
-void ServerProcess::continueIt()
+void PeerProcess::continueIt()
 {
     sendSignal(m_process, SIGCONT);
 }
 
-bool ServerProcess::terminate()
+bool PeerProcess::terminate()
 {
     m_process.terminate();
     return m_process.waitForFinished(patience) && m_process.exitStatus() == QProcess::NormalExit &&
            m_process.exitCode() == 0;
 }
 
-QString ServerProcess::readLine()
+QString PeerProcess::readLine()
 {
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(patience)) {
