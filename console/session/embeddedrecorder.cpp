@@ -121,7 +121,10 @@ QString EmbeddedRecorder::Private::endText(int exitCode, QProcess::ExitStatus ex
     if (exitStatus == QProcess::CrashExit) {
         return EmbeddedRecorder::tr("it was killed");
     }
-    const QString text = output.lastError();
+    QString text = output.lastError();
+    if (text.endsWith(QLatin1Char('.'))) {
+        text.chop(1); // it becomes a part of a sentence
+    }
     return exitCode == 0 || text.isEmpty() ? EmbeddedRecorder::tr("it ended with code %1").arg(exitCode) : text;
 }
 

@@ -1,5 +1,6 @@
 #include <console/widgets/roomystyle.h>
 
+#include <QStyleOptionHeaderV2>
 #include <QWidget>
 
 namespace ZelkoConsole {
@@ -22,11 +23,18 @@ int RoomyStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
     return metric == PM_FocusFrameHMargin ? sideMargin : QProxyStyle::pixelMetric(metric, option, widget);
 }
 
-QRect RoomyStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
+void RoomyStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const
 {
-    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
-    const int more = sideMargin - QProxyStyle::pixelMetric(PM_HeaderMargin, option, widget);
-    return element == SE_HeaderLabel ? rect.adjusted(more, 0, -more, 0) : rect;
+    const auto* const header = qstyleoption_cast<const QStyleOptionHeaderV2*>(option);
+    if (element != CE_HeaderLabel || !header) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionHeaderV2 roomy(*header);
+    const int more = sideMargin - pixelMetric(PM_HeaderMargin, option, widget);
+    roomy.rect.adjust(more, 0, -more, 0);
+    QProxyStyle::drawControl(element, &roomy, painter, widget);
 }
 
 QSize RoomyStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <console/session/embeddedrecorder.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+/// Options for the recorder that was built with the tests, with short waits and a store of its own.
+inline ZelkoConsole::EmbeddedRecorderOptions recorderStart(const QTemporaryDir& store, const QStringList& sources = {})
+{
+    ZelkoConsole::EmbeddedRecorderOptions options;
+    options.program = QDir(QStringLiteral(ZELKO_PROGRAMS)).filePath(QStringLiteral("zelko-recorder"));
+    options.storeFolder = store.filePath(QStringLiteral("store"));
+    options.subSystem = QStringLiteral("local");
+    options.devices = QStringList(QStringLiteral("Recorder1"));
+    options.sources = sources;
+    options.firstRestart = std::chrono::milliseconds(100);
+    options.lastRestart = std::chrono::milliseconds(400);
+    return options;
+}

@@ -1,0 +1,186 @@
+#include "recorderstart.h"
+
+#include <console/demo/operatorhands.h>
+#include <console/records/devicerecords.h>
+#include <console/records/recordpane.h>
+#include <console/records/recordtableview.h>
+#include <console/session/consolesession.h>
+#include <console/window/consolewindow.h>
+
+#include <valuecore/tree.h>
+#include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkobase/orb/orb.h>
+
+#include <QItemSelectionModel>
+#include <QProcess>
+#include <QSettings>
+#include <QTest>
+
+#include <csignal>
+
+using namespace ZelkoConsole;
+using Model = ZelkoCommon::AbstractRecordListModel;
+
+namespace {
+
+constexpr int patience = 30'000;
+const QString local = QStringLiteral("local");
+
+const QStringList sources{QStringLiteral("generator:fm,name=Short,seconds=1"),
+                          QStringLiteral("generator:carrier,name=Long,rate=8000,seconds=600")};
+
+// A window over a session, and what stands in its table.
+struct Shown
+{
+    explicit Shown(Session& session)
+        : settings(folder.filePath(QStringLiteral("s.ini")), QSettings::IniFormat)
+        , window(&session, &settings)
+        , table(*window.records()->table())
+    {
+        window.show();
+    }
+
+    QString text(int row, int column) const { return table.model()->index(row, column).data().toString(); }
+    int rows() const { return table.model()->rowCount(); }
+
+    int rowOf(const QString& name, const QString& status) const
+    {
+        for (int row = 0; row < rows(); ++row) {
+            if (text(row, Model::NameColumn) == name && text(row, Model::StatusColumn) == status) {
+                return row;
+            }
+        }
+        return -1;
+    }
+
+    QStringList selected() const
+    {
+        QStringList ids;
+        for (const QModelIndex& row : table.selectionModel()->selectedRows(Model::RecordIDColumn)) {
+            ids.append(row.data().toString());
+        }
+        return ids;
+    }
+
+    QTemporaryDir folder;
+    QSettings settings;
+    ConsoleWindow window;
+    RecordTableView& table;
+};
+
+} // namespace
+
+class TestConsoleSession : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions()); }
+    void cleanupTestCase() { m_orb.reset(); }
+
+    void showsRecordsAppearGrowAndFinish()
+    {
+        const QTemporaryDir store;
+        ConsoleSession session(*m_orb, recorderStart(store, sources));
+        QCOMPARE(session.status(local).state, LinkState::Starting);
+        const Shown shown(session);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("recording")) >= 0, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Long"), QStringLiteral("recording")) >= 0, patience);
+        const auto size = [&shown] {
+            const int row = shown.rowOf(QStringLiteral("Long"), QStringLiteral("recording"));
+            return shown.table.model()->index(row, Model::SizeColumn).data(Model::SortRole).toULongLong();
+        };
+        const quint64 before = size();
+        QTRY_VERIFY_WITH_TIMEOUT(size() > before, patience);
+    }
+
+    void bringsTheListBackWithItsSelectionWhenTheRecorderWasKilled()
+    {
+        const QTemporaryDir store;
+        ConsoleSession session(*m_orb, recorderStart(store, sources));
+        Shown shown(session);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
+        operatorhands::clickRow(shown.table, shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")));
+        const QStringList selected = shown.selected();
+        QCOMPARE(selected.size(), 1);
+
+        ::kill(static_cast<pid_t>(session.recorder()->processId()), SIGKILL);
+        QTRY_COMPARE_WITH_TIMEOUT(session.status(local).state, LinkState::Unreachable, patience);
+        QCOMPARE(session.status(local).reason, QStringLiteral("it was killed"));
+        QCOMPARE(shown.rows(), 0);
+
+        QTRY_COMPARE_WITH_TIMEOUT(shown.selected(), selected, patience);
+        QVERIFY(session.status(local).isConnected());
+    }
+
+    void leavesNothingOnTheTree()
+    {
+        const QTemporaryDir store;
+        {
+            ConsoleSession session(*m_orb, recorderStart(store));
+            QTRY_VERIFY_WITH_TIMEOUT(session.status(local).isConnected(), patience);
+            QVERIFY(Tree::Instance()->GetItem(QStringLiteral("/SubSystems/local/ZELKO")));
+        }
+        QVERIFY(!Tree::Instance()->GetItem(QStringLiteral("/SubSystems/local/ZELKO")));
+    }
+
+    void followsTheRecorderOfASiteThroughAKill()
+    {
+        const QTemporaryDir store;
+        EmbeddedRecorder recorder(recorderStart(store, sources)); // stands for one that somebody else started
+        recorder.start();
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), EmbeddedRecorder::State::Running, patience);
+        ZelkoCommon::ZelkoConfiguration site;
+        site.AddSubSystem({local, QStringLiteral("127.0.0.1"), recorder.port()});
+        ConsoleSession session(*m_orb, site);
+        QCOMPARE(session.recorder(), nullptr);
+        const Shown shown(session);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
+
+        bool wasLost = false;
+        connect(&session, &Session::statusChanged, &session,
+                [&] { wasLost = wasLost || !session.status(local).isConnected(); });
+        ::kill(static_cast<pid_t>(recorder.processId()), SIGKILL);
+        QTRY_VERIFY_WITH_TIMEOUT(wasLost, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
+        QVERIFY(session.status(local).isConnected());
+    }
+
+    void tellsThatARecorderOfTheSiteIsNotThere()
+    {
+        ZelkoCommon::ZelkoConfiguration site;
+        site.AddSubSystem({QStringLiteral("north"), QStringLiteral("127.0.0.1"), 1});
+        const ConsoleSession session(*m_orb, site);
+        QCOMPARE(session.subSystems(), QStringList(QStringLiteral("north")));
+        QTRY_COMPARE_WITH_TIMEOUT(session.status(QStringLiteral("north")).state, LinkState::Unreachable, patience);
+        QVERIFY(!session.status(QStringLiteral("north")).reason.isEmpty());
+        QCOMPARE(session.status(QStringLiteral("west")), SubSystemStatus());
+    }
+
+    void knowsWhichSitesNeedTheNetwork_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<bool>("network");
+        QTest::newRow("localhost") << QStringLiteral("localhost") << false;
+        QTest::newRow("a loopback address") << QStringLiteral("127.0.0.5") << false;
+        QTest::newRow("the IPv6 loopback address") << QStringLiteral("::1") << false;
+        QTest::newRow("a name") << QStringLiteral("recorder-north") << true;
+        QTest::newRow("an address") << QStringLiteral("192.0.2.7") << true;
+    }
+
+    void knowsWhichSitesNeedTheNetwork()
+    {
+        QFETCH(QString, host);
+        ZelkoCommon::ZelkoConfiguration site;
+        site.AddSubSystem({QStringLiteral("near"), QStringLiteral("localhost"), 8004});
+        site.AddSubSystem({QStringLiteral("other"), host, 8004});
+        QTEST(needsNetwork(site), "network");
+    }
+
+private:
+    std::unique_ptr<ZelkoCommon::Orb> m_orb;
+};
+
+QTEST_MAIN(TestConsoleSession)
+#include "tst_consolesession.moc"

@@ -1,0 +1,186 @@
+#include "recorderstart.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <csignal>
+
+using ZelkoConsole::EmbeddedRecorder;
+using State = EmbeddedRecorder::State;
+
+namespace {
+
+constexpr int patience = 30'000;
+
+void killHard(const EmbeddedRecorder& recorder)
+{
+    ::kill(static_cast<pid_t>(recorder.processId()), SIGKILL);
+}
+
+bool processExists(qint64 id)
+{
+    return ::kill(static_cast<pid_t>(id), 0) == 0;
+}
+
+// A program that does what a broken recorder might.
+QString script(const QTemporaryDir& folder, const QByteArray& text)
+{
+    const QString path = folder.filePath(QStringLiteral("program"));
+    QFile file(path);
+    const bool written = file.open(QIODevice::WriteOnly) && file.write("#!/bin/sh\n" + text) > 0;
+    file.setPermissions(file.permissions() | QFile::ExeOwner);
+    return written ? path : QString();
+}
+
+} // namespace
+
+class TestEmbeddedRecorder : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsARecorderOnAPortOfItsOwn()
+    {
+        const QTemporaryDir store;
+        EmbeddedRecorder recorder(recorderStart(store));
+        QCOMPARE(recorder.state(), State::Stopped);
+        recorder.start();
+        QCOMPARE(recorder.state(), State::Starting);
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Running, patience);
+        QVERIFY(recorder.port() != 0);
+        QVERIFY(processExists(recorder.processId()));
+    }
+
+    void startsItAgainOnTheSamePort()
+    {
+        const QTemporaryDir store;
+        EmbeddedRecorder recorder(recorderStart(store));
+        recorder.start();
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Running, patience);
+        const quint16 port = recorder.port();
+        const qint64 process = recorder.processId();
+        killHard(recorder);
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Failed, patience);
+        QCOMPARE(recorder.failure(), QStringLiteral("it was killed"));
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Running, patience);
+        QCOMPARE(recorder.failure(), QString());
+        QCOMPARE(recorder.port(), port);
+        QVERIFY(recorder.processId() != process);
+    }
+
+    void takesAnotherPortWhenItsOwnIsTaken()
+    {
+        const QTemporaryDir store;
+        const QTemporaryDir otherStore;
+        EmbeddedRecorder first(recorderStart(store));
+        first.start();
+        QTRY_COMPARE_WITH_TIMEOUT(first.state(), State::Running, patience);
+        const quint16 port = first.port();
+        QProcess thief;
+        connect(&first, &EmbeddedRecorder::changed, this, [&] {
+            if (first.state() == State::Failed && thief.state() == QProcess::NotRunning) {
+                thief.start(recorderStart(store).program, {QStringLiteral("--store"), otherStore.path(),
+                                                           QStringLiteral("--port"), QString::number(port)});
+                thief.waitForReadyRead(patience);
+            }
+        });
+        killHard(first);
+        QTRY_COMPARE_WITH_TIMEOUT(first.state(), State::Failed, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(first.state(), State::Running, patience);
+        QVERIFY(first.port() != port);
+        thief.kill();
+        thief.waitForFinished();
+    }
+
+    void endsTheProcessWhenItIsStopped()
+    {
+        const QTemporaryDir store;
+        EmbeddedRecorder recorder(recorderStart(store));
+        recorder.start();
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Running, patience);
+        const qint64 process = recorder.processId();
+        recorder.stop();
+        QCOMPARE(recorder.state(), State::Stopped);
+        QVERIFY(!processExists(process));
+    }
+
+    void tellsWhyARecorderCannotBeStarted()
+    {
+        const QTemporaryDir store;
+        auto options = recorderStart(store);
+        options.program = QStringLiteral("/nowhere/zelko-recorder");
+        EmbeddedRecorder recorder(options);
+        recorder.start();
+        QTRY_COMPARE(recorder.state(), State::Failed);
+        QCOMPARE(recorder.failure(), QStringLiteral("/nowhere/zelko-recorder cannot be started"));
+    }
+
+    void tellsWhatTheRecorderSaidAtItsEnd_data()
+    {
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<QString>("failure");
+        QTest::newRow("a reason") << QByteArray("echo 'store is full' >&2; exit 1") << QStringLiteral("store is full");
+        QTest::newRow("a sentence") << QByteArray("echo 'Store is full.' >&2; exit 1")
+                                    << QStringLiteral("Store is full");
+        QTest::newRow("nothing") << QByteArray("exit 3") << QStringLiteral("it ended with code 3");
+        QTest::newRow("an end without being asked")
+            << QByteArray("echo 'all is well' >&2; exit 0") << QStringLiteral("it ended with code 0");
+    }
+
+    void tellsWhatTheRecorderSaidAtItsEnd()
+    {
+        QFETCH(QByteArray, program);
+        const QTemporaryDir folder;
+        auto options = recorderStart(folder);
+        options.program = script(folder, program);
+        EmbeddedRecorder recorder(options);
+        recorder.start();
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Failed, patience);
+        QTEST(recorder.failure(), "failure");
+    }
+
+    void triesAgainUntilItWorks()
+    {
+        const QTemporaryDir folder;
+        auto options = recorderStart(folder);
+        const QByteArray mark = folder.filePath(QStringLiteral("mark")).toUtf8();
+        options.program = script(
+            folder, "if [ -e " + mark + " ]; then echo READY port=4711; exec sleep 60; fi; touch " + mark + "; exit 1");
+        EmbeddedRecorder recorder(options);
+        QList<State> states;
+        connect(&recorder, &EmbeddedRecorder::changed, this, [&] { states.append(recorder.state()); });
+        recorder.start();
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Running, patience);
+        QCOMPARE(states, QList<State>({State::Starting, State::Failed, State::Starting, State::Running}));
+        QCOMPARE(recorder.port(), quint16{4711});
+    }
+
+    void givesUpOnARecorderThatDoesNotGetReady()
+    {
+        const QTemporaryDir folder;
+        auto options = recorderStart(folder);
+        options.readyTimeout = std::chrono::milliseconds(200);
+        options.program = script(folder, "exec sleep 60");
+        EmbeddedRecorder recorder(options);
+        recorder.start();
+        const qint64 process = recorder.processId();
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Failed, patience);
+        QCOMPARE(recorder.failure(), QStringLiteral("it does not get ready"));
+        QTRY_VERIFY(!processExists(process));
+    }
+
+    void tellsThatTheStoreCannotBeMade()
+    {
+        const QTemporaryDir folder;
+        auto options = recorderStart(folder);
+        options.storeFolder = QStringLiteral("/proc/nothing/here");
+        EmbeddedRecorder recorder(options);
+        recorder.start();
+        QCOMPARE(recorder.state(), State::Failed);
+        QCOMPARE(recorder.failure(), QStringLiteral("the folder /proc/nothing/here cannot be made"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestEmbeddedRecorder)
+#include "tst_embeddedrecorder.moc"

@@ -1,0 +1,118 @@
+#include "recordlistsetting.h"
+
+#include <console/demo/operatorhands.h>
+#include <console/records/recordpane.h>
+#include <console/records/recordtableview.h>
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QTest>
+
+using namespace ZelkoConsole;
+
+namespace {
+
+struct Setting : RecordListSetting
+{
+    explicit Setting(int count = 0)
+        : RecordListSetting(count)
+    {
+        pane.resize(900, 320);
+        pane.show();
+    }
+
+    void showDevice()
+    {
+        pane.setDevice(north, device);
+        pane.setStatus(site.status(north));
+    }
+
+    QString text(const char* name) const { return pane.findChild<QLabel*>(QLatin1String(name))->text(); }
+    QProgressBar& bar() const { return *pane.findChild<QProgressBar*>(QStringLiteral("loadProgress")); }
+    QLabel& barLabel() const { return *pane.findChild<QLabel*>(QStringLiteral("loadLabel")); }
+
+    RecordPane pane;
+};
+
+} // namespace
+
+class TestRecordPane : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void countsTheRecordings()
+    {
+        Setting setting(2);
+        setting.showDevice();
+        QCOMPARE(setting.text("recordCount"), QStringLiteral("2 recordings"));
+        setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(0));
+        QCOMPARE(setting.text("recordCount"), QStringLiteral("1 recording"));
+        setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(1));
+        QCOMPARE(setting.text("recordCount"), QStringLiteral("0 recordings"));
+        QCOMPARE(setting.pane.table()->emptyState().text, QStringLiteral("No recordings on this device"));
+    }
+
+    void sumsUpTheSelection()
+    {
+        Setting setting(3);
+        setting.showDevice();
+        QCOMPARE(setting.text("selectionSummary"), QString());
+        operatorhands::clickRow(*setting.pane.table(), 0);
+        operatorhands::clickRow(*setting.pane.table(), 1, Qt::ShiftModifier);
+        QCOMPARE(setting.text("selectionSummary"), QStringLiteral("2 selected, 4.76 MByte, 5 s"));
+    }
+
+    void followsTheSizeOfASelectedRecordThatGrows()
+    {
+        Setting setting(1);
+        setting.showDevice();
+        operatorhands::clickRow(*setting.pane.table(), 0);
+        auto grown = RecordListSetting::record(0);
+        grown->SetSize(2048);
+        setting.site.setRecord(setting.north, setting.device, grown);
+        QCOMPARE(setting.text("selectionSummary"), QStringLiteral("1 selected, 2 kByte, 1 s"));
+    }
+
+    void showsHowFarTheLoadIsAndHidesItWhenDone()
+    {
+        Setting setting(1);
+        setting.site.setLoad(setting.north, setting.device, 3, false);
+        setting.showDevice();
+        QVERIFY(setting.bar().isVisible());
+        QCOMPARE(setting.barLabel().text(), QStringLiteral("Loading Records: "));
+        QCOMPARE(setting.bar().maximum(), 3);
+        QCOMPARE(setting.bar().value(), 1);
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(1));
+        QCOMPARE(setting.bar().value(), 2);
+        setting.site.setLoad(setting.north, setting.device, 3, true);
+        QVERIFY(!setting.bar().isVisible());
+        QVERIFY(!setting.barLabel().isVisible());
+    }
+
+    void hidesTheLoadWhenTheRecorderDies()
+    {
+        Setting setting(1);
+        setting.site.setLoad(setting.north, setting.device, 3, false);
+        setting.showDevice();
+        setting.lose();
+        setting.pane.setStatus(setting.site.status(setting.north));
+        QTRY_VERIFY(!setting.bar().isVisible());
+        QCOMPARE(setting.text("recordCount"), QString());
+        QCOMPARE(setting.pane.table()->emptyState().text,
+                 QStringLiteral("Recorder north is not reachable: it was killed, trying again"));
+    }
+
+    void namesDeviceAndSubSystem()
+    {
+        Setting setting;
+        setting.showDevice();
+        QCOMPARE(setting.text("deviceTitle"), QStringLiteral("A1"));
+        setting.pane.setDevice(setting.north, QString());
+        QCOMPARE(setting.text("deviceTitle"), QStringLiteral("north"));
+        QCOMPARE(setting.pane.table()->emptyState().text, QStringLiteral("Select a device of north"));
+    }
+};
+
+QTEST_MAIN(TestRecordPane)
+#include "tst_recordpane.moc"

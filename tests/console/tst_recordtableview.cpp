@@ -1,0 +1,241 @@
+#include "recordlistsetting.h"
+
+#include <console/demo/operatorhands.h>
+#include <console/records/recordsortmodel.h>
+#include <console/records/recordtableview.h>
+
+#include <zelkoguibase/recordlist/recorditemmapmodel.h>
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QHeaderView>
+#include <QMenu>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ZelkoConsole;
+using Model = ZelkoCommon::AbstractRecordListModel;
+
+namespace {
+
+struct Setting : RecordListSetting
+{
+    explicit Setting(int count = 0)
+        : RecordListSetting(count)
+        , records(treepath::device(north, device) + QLatin1String("/Records/Map"), nullptr)
+    {
+        sorted.setSourceModel(&records);
+        view.setModel(&sorted);
+        view.resize(1000, 300);
+        view.show();
+    }
+
+    QStringList ids() const
+    {
+        QStringList list;
+        for (int row = 0; row < sorted.rowCount(); ++row) {
+            list.append(sorted.index(row, Model::RecordIDColumn).data().toString());
+        }
+        return list;
+    }
+
+    QStringList columnsOnScreen() const
+    {
+        QStringList list;
+        for (int place = 0; place < Model::ColumnCount; ++place) {
+            const int column = view.horizontalHeader()->logicalIndex(place);
+            if (!view.isColumnHidden(column)) {
+                list.append(sorted.headerData(column, Qt::Horizontal).toString());
+            }
+        }
+        return list;
+    }
+
+    QAction* columnAction(int column) const
+    {
+        for (QAction* const action : view.columnMenu()->actions()) {
+            if (action->isCheckable() && action->data().toInt() == column) {
+                return action;
+            }
+        }
+        return nullptr;
+    }
+
+    ZelkoGUI::RecordItemMapModel records;
+    RecordSortModel sorted;
+    QAbstractItemModelTester tester{&sorted, QAbstractItemModelTester::FailureReportingMode::Fatal};
+    RecordTableView view;
+};
+
+const QStringList allColumns{QStringLiteral("Name"),      QStringLiteral("Status"),      QStringLiteral("Start Time"),
+                             QStringLiteral("Duration"),  QStringLiteral("Size"),        QStringLiteral("Frequency"),
+                             QStringLiteral("Bandwidth"), QStringLiteral("Sample Rate"), QStringLiteral("Data Format"),
+                             QStringLiteral("Stop Time"), QStringLiteral("Data Rate"),   QStringLiteral("Interface"),
+                             QStringLiteral("Deletable"), QStringLiteral("Record ID")};
+
+} // namespace
+
+class TestRecordTableView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsAllColumnsTheNewestRecordFirst()
+    {
+        const Setting setting(3);
+        QCOMPARE(setting.columnsOnScreen(), allColumns);
+        QCOMPARE(setting.ids(), QStringList({QStringLiteral("r02"), QStringLiteral("r01"), QStringLiteral("r00")}));
+    }
+
+    void sortsByAClickOnAHeader()
+    {
+        Setting setting(3);
+        operatorhands::clickHeader(setting.view, Model::SizeColumn);
+        const QStringList first = setting.ids();
+        operatorhands::clickHeader(setting.view, Model::SizeColumn);
+        const QStringList second = setting.ids();
+        QCOMPARE(QStringList(first.rbegin(), first.rend()), second);
+        QVERIFY(first.constFirst() == QLatin1String("r00") || first.constFirst() == QLatin1String("r02"));
+    }
+
+    void movesARecordThatGrowsToItsPlace()
+    {
+        Setting setting(3);
+        setting.view.sortByColumn(Model::SizeColumn, Qt::AscendingOrder);
+        auto grown = RecordListSetting::record(0, 2);
+        grown->SetSize(1'000'000'000);
+        setting.site.setRecord(setting.north, setting.device, grown);
+        QCOMPARE(setting.ids(), QStringList({QStringLiteral("r01"), QStringLiteral("r02"), QStringLiteral("r00")}));
+    }
+
+    void sortsSizesAsNumbersAndNamesWithoutRegardToCase()
+    {
+        Setting setting;
+        const auto add = [&setting](int number, const char* name, quint64 size) {
+            auto record = RecordListSetting::record(number);
+            record->SetRecordName(QLatin1String(name));
+            record->SetSize(size);
+            setting.site.setRecord(setting.north, setting.device, record);
+        };
+        add(0, "beta", 9);
+        add(1, "Alpha", 10'000);
+        add(2, "Gamma", 800);
+        setting.view.sortByColumn(Model::SizeColumn, Qt::AscendingOrder);
+        QCOMPARE(setting.ids(), QStringList({QStringLiteral("r00"), QStringLiteral("r02"), QStringLiteral("r01")}));
+        setting.view.sortByColumn(Model::NameColumn, Qt::AscendingOrder);
+        QCOMPARE(setting.ids(), QStringList({QStringLiteral("r01"), QStringLiteral("r00"), QStringLiteral("r02")}));
+    }
+
+    void alignsTheHeaderOfAQuantityWithItsCells()
+    {
+        const Setting setting(1);
+        for (int column = 0; column < Model::ColumnCount; ++column) {
+            const QVariant cell = setting.sorted.index(0, column).data(Qt::TextAlignmentRole);
+            const bool right = (cell.toInt() & Qt::AlignRight) != 0;
+            const int header = setting.sorted.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
+            QCOMPARE((header & Qt::AlignRight) != 0, right);
+        }
+    }
+
+    void selectsWholeRows()
+    {
+        Setting setting(5);
+        operatorhands::clickRow(setting.view, 1);
+        operatorhands::clickRow(setting.view, 3, Qt::ControlModifier);
+        QCOMPARE(setting.view.selectionModel()->selectedRows().size(), 2);
+        QTest::keyClick(&setting.view, Qt::Key_Down, Qt::ShiftModifier);
+        QVERIFY(setting.view.selectionModel()->isRowSelected(4));
+    }
+
+    void hidesAndShowsAColumnByItsMenu()
+    {
+        Setting setting(1);
+        QAction* const action = setting.columnAction(Model::BandwidthColumn);
+        action->trigger();
+        QVERIFY(!setting.columnsOnScreen().contains(QStringLiteral("Bandwidth")));
+        QVERIFY(!action->isChecked());
+        action->trigger();
+        QCOMPARE(setting.columnsOnScreen(), allColumns);
+    }
+
+    void opensTheColumnMenuOnTheHeader()
+    {
+        Setting setting(1);
+        QSignalSpy shown(setting.view.columnMenu(), &QMenu::aboutToShow);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(30, 5),
+                                setting.view.horizontalHeader()->mapToGlobal(QPoint(30, 5)));
+        QCoreApplication::sendEvent(setting.view.horizontalHeader()->viewport(), &event);
+        QTRY_COMPARE(shown.count(), 1);
+        setting.view.columnMenu()->close();
+    }
+
+    void keepsTheLastColumn()
+    {
+        Setting setting(1);
+        for (int column = 1; column < Model::ColumnCount; ++column) {
+            setting.columnAction(column)->trigger();
+        }
+        QCOMPARE(setting.columnsOnScreen(), QStringList(QStringLiteral("Name")));
+        QVERIFY(!setting.columnAction(Model::NameColumn)->isEnabled());
+        setting.columnAction(Model::SizeColumn)->trigger();
+        QVERIFY(setting.columnAction(Model::NameColumn)->isEnabled());
+    }
+
+    void resetsTheColumns()
+    {
+        Setting setting(1);
+        setting.view.horizontalHeader()->moveSection(0, 5);
+        setting.columnAction(Model::SizeColumn)->trigger();
+        setting.view.columnMenu()->actions().constLast()->trigger();
+        QCOMPARE(setting.columnsOnScreen(), allColumns);
+        QVERIFY(setting.columnAction(Model::SizeColumn)->isChecked());
+    }
+
+    void remembersTheColumns()
+    {
+        const QTemporaryDir folder;
+        QSettings settings(folder.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
+        QStringList before;
+        {
+            Setting setting(1);
+            setting.view.horizontalHeader()->moveSection(0, 3);
+            setting.columnAction(Model::SizeColumn)->trigger();
+            setting.view.horizontalHeader()->resizeSection(Model::NameColumn, 321);
+            setting.view.saveColumns(settings);
+            before = setting.columnsOnScreen();
+        }
+        Setting setting(1);
+        setting.view.restoreColumns(settings);
+        QCOMPARE(setting.columnsOnScreen(), before);
+        QCOMPARE(setting.view.columnWidth(Model::NameColumn), 321);
+        QVERIFY(!setting.columnAction(Model::SizeColumn)->isChecked());
+    }
+
+    void passesOverSettingsThatDoNotFit()
+    {
+        const QTemporaryDir folder;
+        QSettings settings(folder.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
+        settings.setValue(QStringLiteral("recordTable/columns"), QByteArray("nonsense"));
+        Setting setting(1);
+        setting.view.restoreColumns(settings);
+        QCOMPARE(setting.columnsOnScreen(), allColumns);
+    }
+
+    void paintsItsTextOnlyWithoutRows()
+    {
+        Setting setting;
+        setting.view.setEmptyState({Glyph::Bad, QStringLiteral("Nothing to see")});
+        const QImage withText = setting.view.viewport()->grab().toImage();
+        setting.view.setEmptyState({Glyph::Empty, QString()});
+        QVERIFY(setting.view.viewport()->grab().toImage() != withText);
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(1));
+        const QImage withRow = setting.view.viewport()->grab().toImage();
+        setting.view.setEmptyState({Glyph::Bad, QStringLiteral("Nothing to see")});
+        QVERIFY(setting.view.viewport()->grab().toImage() == withRow);
+    }
+};
+
+QTEST_MAIN(TestRecordTableView)
+#include "tst_recordtableview.moc"

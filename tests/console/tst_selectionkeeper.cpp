@@ -1,0 +1,159 @@
+#include "recordlistsetting.h"
+
+#include <console/demo/operatorhands.h>
+#include <console/records/recordpane.h>
+#include <console/records/recordtableview.h>
+#include <console/records/selectionkeeper.h>
+
+#include <zelkobase/models/abstractrecordlistmodel.h>
+
+#include <QItemSelectionModel>
+#include <QScrollBar>
+#include <QTest>
+
+using namespace ZelkoConsole;
+using Model = ZelkoCommon::AbstractRecordListModel;
+
+namespace {
+
+constexpr int count = 40;
+
+// A pane over a list of many records, in the order of their numbers.
+struct Setting : RecordListSetting
+{
+    Setting()
+        : RecordListSetting(count)
+    {
+        pane.resize(900, 320);
+        pane.show();
+        pane.setDevice(north, device);
+        pane.setStatus(site.status(north));
+        table.sortByColumn(Model::StartTimeColumn, Qt::AscendingOrder);
+    }
+
+    void loseAndComeBack(int countThen = count)
+    {
+        lose();
+        comeBack(countThen);
+    }
+
+    bool isBack(int countThen = count) const { return table.model()->rowCount() == countThen; }
+
+    QStringList selected() const
+    {
+        QStringList ids;
+        for (const QModelIndex& row : table.selectionModel()->selectedRows(Model::RecordIDColumn)) {
+            ids.append(row.data().toString());
+        }
+        ids.sort();
+        return ids;
+    }
+
+    QString topId() const
+    {
+        return table.indexAt(QPoint(0, 0)).siblingAtColumn(Model::RecordIDColumn).data().toString();
+    }
+
+    RecordPane pane;
+    RecordTableView& table = *pane.table();
+};
+
+} // namespace
+
+class TestSelectionKeeper : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void selectsTheSameRecordsAgain()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        operatorhands::clickRow(setting.table, 5, Qt::ControlModifier);
+        const QString current = setting.table.currentIndex().siblingAtColumn(Model::RecordIDColumn).data().toString();
+        setting.loseAndComeBack();
+        QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r05")}));
+        QCOMPARE(setting.table.currentIndex().siblingAtColumn(Model::RecordIDColumn).data().toString(), current);
+    }
+
+    void passesOverRecordsThatDoNotComeBack()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        operatorhands::clickRow(setting.table, 5, Qt::ControlModifier);
+        setting.loseAndComeBack(5);
+        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+    }
+
+    void keepsTheScrollPosition()
+    {
+        Setting setting;
+        setting.table.verticalScrollBar()->setValue(20);
+        const QString top = setting.topId();
+        setting.loseAndComeBack();
+        QTRY_COMPARE(setting.topId(), top);
+        QVERIFY(setting.table.verticalScrollBar()->value() > 0);
+    }
+
+    void staysAtTheTopForNewRecordsToBeSeen()
+    {
+        Setting setting;
+        setting.table.sortByColumn(Model::StartTimeColumn, Qt::DescendingOrder);
+        QCOMPARE(setting.topId(), QStringLiteral("r39"));
+        setting.loseAndComeBack(count + 2);
+        QTRY_VERIFY(setting.isBack(count + 2));
+        QTRY_COMPARE(setting.topId(), QStringLiteral("r41"));
+    }
+
+    void doesNotScrollOnceTheListIsBack()
+    {
+        Setting setting;
+        setting.table.verticalScrollBar()->setValue(20);
+        setting.loseAndComeBack();
+        QTRY_VERIFY(setting.table.verticalScrollBar()->value() > 0);
+        setting.table.verticalScrollBar()->setValue(0);
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(60));
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.table.verticalScrollBar()->value(), 0);
+    }
+
+    void leavesWhatTheOperatorDoesInBetween()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        setting.lose();
+        setting.comeBack(2);
+        QTRY_VERIFY(setting.isBack(2));
+        operatorhands::clickRow(setting.table, 1);
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(3));
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList(QStringLiteral("r01")));
+    }
+
+    void bringsNothingToAnotherDevice()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        setting.site.addDevice(setting.north, QStringLiteral("A2"));
+        setting.site.setRecord(setting.north, QStringLiteral("A2"), RecordListSetting::record(3));
+        setting.pane.setDevice(setting.north, QStringLiteral("A2"));
+        QTRY_VERIFY(setting.isBack(1));
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList());
+    }
+
+    void survivesASecondLossBeforeTheListIsComplete()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        operatorhands::clickRow(setting.table, 30, Qt::ControlModifier);
+        setting.loseAndComeBack(10);
+        QTRY_VERIFY(setting.isBack(10));
+        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+        setting.loseAndComeBack();
+        QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r30")}));
+    }
+};
+
+QTEST_MAIN(TestSelectionKeeper)
+#include "tst_selectionkeeper.moc"
