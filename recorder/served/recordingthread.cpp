@@ -87,8 +87,7 @@ void RecordingThread::recordOne(const QString& source)
         birth.SetRecordName(QStringLiteral("Recording of %1").arg(m_device));
     }
     const auto tell = [this](const RecordPointer& record) {
-        QMetaObject::invokeMethod(
-            this, [this, record] { Q_EMIT recordChanged(record); }, Qt::QueuedConnection);
+        m_news.post([this, record] { Q_EMIT recordChanged(record); });
     };
     const std::stop_token stop = begin(id);
     qCInfo(recorderLog).noquote() << m_device << ": recording" << id << "from" << source;
@@ -96,14 +95,12 @@ void RecordingThread::recordOne(const QString& source)
         qCWarning(recorderLog).noquote() << m_device << ": recording" << id << "failed:" << error;
     }
     qCInfo(recorderLog).noquote() << m_device << ": ended" << id;
-    QMetaObject::invokeMethod(
-        this, [this, id] { Q_EMIT recordEnded(id); }, Qt::QueuedConnection);
+    m_news.post([this, id] { Q_EMIT recordEnded(id); });
 }
 
 std::stop_token RecordingThread::begin(const QString& recordID)
 {
-    QMetaObject::invokeMethod(
-        this, [this, recordID] { Q_EMIT recordBegins(recordID); }, Qt::QueuedConnection);
+    m_news.post([this, recordID] { Q_EMIT recordBegins(recordID); });
     const std::lock_guard lock(m_mutex);
     m_recordID = recordID;
     m_stop = std::stop_source();

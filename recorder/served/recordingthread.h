@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/mailbox.h>
 #include <recorder/store/devicestore.h>
 #include <recorder/store/recording.h>
 
@@ -56,6 +57,7 @@ private:
     std::stop_source m_stop; // of the recording under way, with its record's ID
     QString m_recordID;
 
+    Mailbox m_news;
     std::thread m_thread;
 };
 

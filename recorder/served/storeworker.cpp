@@ -19,40 +19,23 @@ StoreWorker::StoreWorker(const DeviceStore& store, const PreparedRecords& prepar
     : QObject(parent)
     , m_store(store)
     , m_prepared(prepared)
-{
-    m_thread.setMaxThreadCount(1);
-    m_thread.setExpiryTimeout(-1);
-}
+{}
 
-StoreWorker::~StoreWorker()
-{
-    m_thread.clear();
-    m_thread.waitForDone();
-}
-
-void StoreWorker::enqueue(std::function<void()> job)
-{
-    m_thread.start(std::move(job));
-}
-
-void StoreWorker::report(std::function<void()> signal)
-{
-    QMetaObject::invokeMethod(this, std::move(signal), Qt::QueuedConnection);
-}
+StoreWorker::~StoreWorker() = default;
 
 void StoreWorker::load()
 {
-    enqueue([this] { listAll(); });
+    m_thread.enqueue([this] { listAll(); });
 }
 
 void StoreWorker::rescan()
 {
-    enqueue([this] { compareNames(); });
+    m_thread.enqueue([this] { compareNames(); });
 }
 
 void StoreWorker::readAll()
 {
-    enqueue([this] {
+    m_thread.enqueue([this] {
         compareNames();
         readSlices(m_known.values());
     });
@@ -60,7 +43,7 @@ void StoreWorker::readAll()
 
 void StoreWorker::readOne(const QString& recordID)
 {
-    enqueue([this, recordID] {
+    m_thread.enqueue([this, recordID] {
         m_known.insert(recordID); // to whoever asks: so it is told of if it is not there
         readSlices({recordID});
     });
@@ -68,7 +51,7 @@ void StoreWorker::readOne(const QString& recordID)
 
 void StoreWorker::putToRest(const QString& recordID)
 {
-    enqueue([this, recordID] {
+    m_thread.enqueue([this, recordID] {
         QString error;
         const RecordPointer record = m_store.readAtRest(recordID, &error);
         if (!record) {
@@ -88,12 +71,12 @@ void StoreWorker::putToRest(const QString& recordID)
 void StoreWorker::remove(const QStringList& recordIDs)
 {
     for (qsizetype begin = 0; begin < recordIDs.size(); begin += sliceSize) {
-        enqueue([this, ids = recordIDs.mid(begin, sliceSize)] {
+        m_thread.enqueue([this, ids = recordIDs.mid(begin, sliceSize)] {
             const QStringList gone = m_store.remove(ids);
             for (const QString& id : gone) {
                 m_known.remove(id);
             }
-            report([this, gone] { Q_EMIT recordsGone(gone); });
+            m_results.post([this, gone] { Q_EMIT recordsGone(gone); });
         });
     }
 }
@@ -110,7 +93,7 @@ void StoreWorker::listAll()
         }
     }
     m_loading = true;
-    report([this, count = static_cast<int>(m_toLoad.size())] { Q_EMIT counted(count); });
+    m_results.post([this, count = static_cast<int>(m_toLoad.size())] { Q_EMIT counted(count); });
     loadSlice();
 }
 
@@ -123,13 +106,13 @@ void StoreWorker::loadSlice()
             slice.append(record);
         }
     }
-    report([this, slice] { Q_EMIT recordsRead(slice); });
+    m_results.post([this, slice] { Q_EMIT recordsRead(slice); });
     if (!m_toLoad.isEmpty()) {
-        enqueue([this] { loadSlice(); });
+        m_thread.enqueue([this] { loadSlice(); });
         return;
     }
     m_loading = false;
-    report([this] { Q_EMIT loaded(); });
+    m_results.post([this] { Q_EMIT loaded(); });
     if (m_compareAfterLoad) {
         compareNames();
     }
@@ -163,7 +146,7 @@ void StoreWorker::compareNames()
     m_known.subtract(QSet<QString>(gone.cbegin(), gone.cend()));
     m_setAside.intersect(present);
     if (!gone.isEmpty()) {
-        report([this, gone] { Q_EMIT recordsGone(gone); });
+        m_results.post([this, gone] { Q_EMIT recordsGone(gone); });
     }
     readSlices(came);
 }
@@ -176,12 +159,12 @@ void StoreWorker::readSlices(const QStringList& recordIDs)
             slice.append(record);
         }
         if (slice.size() == sliceSize) {
-            report([this, slice] { Q_EMIT recordsRead(slice); });
+            m_results.post([this, slice] { Q_EMIT recordsRead(slice); });
             slice.clear();
         }
     }
     if (!slice.isEmpty()) {
-        report([this, slice] { Q_EMIT recordsRead(slice); });
+        m_results.post([this, slice] { Q_EMIT recordsRead(slice); });
     }
 }
 
@@ -192,7 +175,7 @@ RecordPointer StoreWorker::readKnown(const QString& recordID)
     const RecordPointer record = m_store.read(recordID, &error);
     if (!record) {
         if (m_known.remove(recordID)) {
-            report([this, recordID] { Q_EMIT recordsGone({recordID}); });
+            m_results.post([this, recordID] { Q_EMIT recordsGone({recordID}); });
         }
         setAside(recordID, error);
         return nullptr;

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <recorder/served/jobthread.h>
+#include <recorder/served/mailbox.h>
 #include <recorder/store/devicestore.h>
 #include <recorder/store/preparedrecords.h>
 
 #include <QObject>
 #include <QSet>
-#include <QThreadPool>
 
 #include <functional>
 #include <vector>
@@ -58,8 +59,6 @@ Q_SIGNALS:
     void recordsGone(const QStringList& recordIDs);
 
 private:
-    void enqueue(std::function<void()> job);
-    void report(std::function<void()> signal);
     void listAll();
     void loadSlice();
     RecordPointer loadOne(const QString& recordID);
@@ -78,7 +77,8 @@ private:
     QSet<QString> m_known;
     QSet<QString> m_setAside;
 
-    QThreadPool m_thread;
+    Mailbox m_results;
+    JobThread m_thread; // goes first
 };
 
 } // namespace ZelkoRecorder
