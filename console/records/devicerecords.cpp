@@ -26,7 +26,8 @@ struct DeviceRecords::Private
 {
     explicit Private(DeviceRecords* owner);
 
-    void observed(TChangeCode code);
+    void stateChanged(TChangeCode code);
+    void loadChanged(TChangeCode code);
     void lookUp();
     void checkStillThere();
     void letGo();
@@ -37,7 +38,8 @@ struct DeviceRecords::Private
     bool connected = false;
     QTimer timer;
     ZelkoGUI::RecordItemMapModel model;
-    TreeObserver observer;
+    TreeObserver mapObserver;
+    TreeObserver loadObserver;
     ValueObservingPtr<RecordItemMap> map;
     ValueObservingPtr<Value<int>> loadCount;
     ValueObservingPtr<Value<bool>> complete;
@@ -46,10 +48,11 @@ struct DeviceRecords::Private
 DeviceRecords::Private::Private(DeviceRecords* owner)
     : q(owner)
     , model(nullptr)
-    , observer([this](TChangeCode code) { observed(code); })
-    , map(&observer)
-    , loadCount(&observer)
-    , complete(&observer)
+    , mapObserver([this](TChangeCode code) { stateChanged(code); })
+    , loadObserver([this](TChangeCode code) { loadChanged(code); })
+    , map(&mapObserver)
+    , loadCount(&loadObserver)
+    , complete(&loadObserver)
 {
     timer.setInterval(lookUpInterval);
     connect(&timer, &QTimer::timeout, q, [this] { lookUp(); });
@@ -57,12 +60,19 @@ DeviceRecords::Private::Private(DeviceRecords* owner)
     connect(&model, &AbstractRecordListModel::si_allRecordsChanged, q, &DeviceRecords::progressChanged);
 }
 
-// A value that goes is still held while its observers hear of it, so what is left is looked at afterwards.
-void DeviceRecords::Private::observed(TChangeCode code)
+// A value that goes is still held while its observers hear of it, so what is left is looked at afterwards. The rows
+// come by way of the model.
+void DeviceRecords::Private::stateChanged(TChangeCode code)
 {
     if (code == TChangeCode::StateChanged) {
         QTimer::singleShot(0, q, [this] { checkStillThere(); });
-    } else if (code == TChangeCode::ValueChanged && connected) {
+    }
+}
+
+void DeviceRecords::Private::loadChanged(TChangeCode code)
+{
+    stateChanged(code);
+    if (code == TChangeCode::ValueChanged && connected) {
         Q_EMIT q->progressChanged();
     }
 }

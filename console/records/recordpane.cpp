@@ -98,8 +98,9 @@ void RecordPane::setDevice(const QString& subSystem, const QString& device)
     }
     m_subSystem = subSystem;
     m_device = device;
+    m_records->follow(QString());
+    m_keeper->forget(); // before rows of the other device can come
     m_records->follow(device.isEmpty() ? QString() : treepath::device(subSystem, device));
-    m_keeper->forget();
     updateTitle();
     updateTexts();
 }

@@ -64,6 +64,7 @@ RecordTableView::RecordTableView(QWidget* parent)
     setTabKeyNavigation(false);
     setCornerButtonEnabled(false);
     setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollMode(ScrollPerItem);
     setSortingEnabled(true);
     setItemDelegateForColumn(Model::StatusColumn, new StatusDelegate(this));
 
@@ -115,6 +116,7 @@ void RecordTableView::resetColumns()
         header->resizeSection(column, std::max(text + sign, header->sectionSizeHint(column)));
     }
     sortByColumn(Model::StartTimeColumn, Qt::DescendingOrder);
+    updateColumnMenu();
 }
 
 QMenu* RecordTableView::columnMenu() const

@@ -36,6 +36,7 @@ struct SelectionKeeper::Private
     QTimer soon;
     QSet<QString> selected;
     QString current;
+    bool complete = false; // whether all rows that will come back are here
     bool scrolled = false; // whether `top` and `left` are still to be restored
     QString top;           // ID of the first row in sight; empty when that is the first row of all, which then stays so
     int left = 0;
@@ -54,6 +55,7 @@ void SelectionKeeper::Private::remember()
     }
     top = view->verticalScrollBar()->value() > 0 ? idOf(view->indexAt(QPoint(0, 0))) : QString();
     scrolled = true;
+    complete = false;
     left = view->horizontalScrollBar()->value();
 }
 
@@ -63,6 +65,7 @@ void SelectionKeeper::Private::restore()
     if (scrolled) {
         restoreScrolling();
     }
+    scrolled = scrolled && !std::exchange(complete, false);
 }
 
 void SelectionKeeper::Private::restoreSelection()
@@ -86,6 +89,7 @@ void SelectionKeeper::Private::restoreSelection()
 // Rows that come later still move this one, so it is remembered to the end.
 void SelectionKeeper::Private::restoreScrolling()
 {
+    view->doItemsLayout(); // without it new rows have no place yet to scroll to
     const QModelIndex topIndex = indexOf(top);
     if (topIndex.isValid()) {
         view->scrollTo(topIndex, QAbstractItemView::PositionAtTop);
@@ -123,8 +127,8 @@ void SelectionKeeper::forget()
 void SelectionKeeper::finish()
 {
     if (d->proxy->rowCount() > 0) {
-        d->restore();
-        d->scrolled = false;
+        d->complete = true;
+        d->soon.start();
     }
 }
 

@@ -78,8 +78,8 @@ void EmbeddedRecorder::Private::launch()
 QStringList EmbeddedRecorder::Private::arguments() const
 {
     QStringList list{
-        QStringLiteral("--store"), options.storeFolder,   QStringLiteral("--sub-system"),      options.subSystem,
-        QStringLiteral("--port"),  QString::number(port), QStringLiteral("--exit-with-parent")};
+        QStringLiteral("--store"), options.storeFolder, QStringLiteral("--sub-system"),      options.subSystem,
+        QStringLiteral("--port"),  QStringLiteral("0"), QStringLiteral("--exit-with-parent")};
     for (const QString& device : options.devices) {
         list << QStringLiteral("--device") << device;
     }
@@ -131,9 +131,6 @@ QString EmbeddedRecorder::Private::endText(int exitCode, QProcess::ExitStatus ex
 void EmbeddedRecorder::Private::fail(const QString& reason)
 {
     patience.stop();
-    if (state == State::Starting) {
-        port = 0; // somebody else may have taken it: the system chooses another one
-    }
     restart.start(backOff.next());
     enter(State::Failed, reason);
 }

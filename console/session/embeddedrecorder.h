@@ -26,8 +26,8 @@ struct EmbeddedRecorderOptions
 
 /// The recorder server beside the console, as a child process: started, watched, and started again when it dies.
 ///
-/// After a restart it listens on the port that it had before, unless somebody else took it. Nothing blocks but the
-/// destructor, which gives the recorder some seconds to close its recordings. GUI thread.
+/// The system chooses its port, another one after each start. Nothing blocks but `stop()` and the destructor, which give
+/// the recorder some seconds to close its recordings. GUI thread.
 class EmbeddedRecorder : public QObject
 {
     Q_OBJECT
@@ -54,7 +54,7 @@ public:
     /// Why it failed, for people, without a full stop; empty in the other states.
     QString failure() const;
 
-    /// The port it serves on; 0 before it has served for the first time.
+    /// The port it serves on, or served on last; 0 before it has served for the first time.
     quint16 port() const;
 
     /// Of the running process; 0 when there is none.
