@@ -1,6 +1,6 @@
 #include <console/widgets/roomystyle.h>
 
-#include <QStyleOptionHeaderV2>
+#include <QStyleOptionHeader>
 #include <QWidget>
 
 namespace ZelkoConsole {
@@ -26,12 +26,12 @@ int RoomyStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
 void RoomyStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                              const QWidget* widget) const
 {
-    const auto* const header = qstyleoption_cast<const QStyleOptionHeaderV2*>(option);
+    const auto* const header = qstyleoption_cast<const QStyleOptionHeader*>(option);
     if (element != CE_HeaderLabel || !header) {
         QProxyStyle::drawControl(element, option, painter, widget);
         return;
     }
-    QStyleOptionHeaderV2 roomy(*header);
+    QStyleOptionHeader roomy(*header);
     const int more = sideMargin - pixelMetric(PM_HeaderMargin, option, widget);
     roomy.rect.adjust(more, 0, -more, 0);
     QProxyStyle::drawControl(element, &roomy, painter, widget);
