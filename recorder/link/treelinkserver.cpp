@@ -9,6 +9,7 @@
 #include <observerbase/trace.h>
 #include <valuecore/valuebase.h>
 #include <valuecore/valueptr.h>
+#include <zelkobase/connection/wakeup.h>
 #include <zelkobase/orb/orb.h>
 
 #include <QTimer>
@@ -58,6 +59,7 @@ struct TreeLinkServer::Private
     const MayWrite mayWrite;
     LinkedTree tree;
     std::shared_ptr<LinkSessionRegister> sessionRegister;
+    ZelkoCommon::WakeUp wakeUp{[this] { gate->run(); }};
     std::shared_ptr<TreeThreadGate> gate;
     std::unordered_map<SessionId, std::unique_ptr<LinkSession>> sessions;
     std::vector<std::unique_ptr<LinkSender>> ending; // stopped senders whose last call may still be under way
@@ -75,7 +77,7 @@ TreeLinkServer::Private::Private(TreeLinkServer* owner, ZelkoCommon::Orb& usedOr
     , mayWrite(std::move(writePolicy))
     , tree(served)
     , sessionRegister(std::make_shared<LinkSessionRegister>(options.maxSessions))
-    , gate(std::make_shared<TreeThreadGate>(owner))
+    , gate(std::make_shared<TreeThreadGate>([this] { wakeUp.call(); }))
 {
     pumpTimer.setInterval(collectMilliseconds);
     pumpTimer.setSingleShot(true);

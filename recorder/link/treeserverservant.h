@@ -6,14 +6,13 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <unordered_map>
-
-class QObject;
 
 namespace ZelkoRecorder {
 
@@ -45,17 +44,24 @@ private:
 class TreeThreadGate
 {
 public:
-    explicit TreeThreadGate(QObject* onTreeThread);
+    /// `wakeUp` makes the thread of the tree call `run`; it is called once until that was done.
+    explicit TreeThreadGate(std::function<void()> wakeUp);
 
     /// Queues `work`; false when the server is gone. Work that is queued but not begun when it goes is destroyed.
     bool post(std::function<void()> work);
 
-    /// From the return on nothing is queued any more.
+    /// Does what is queued. Thread of the tree.
+    void run();
+
+    /// From the return on nothing is queued any more, and nobody is woken.
     void close();
 
 private:
+    std::function<void()> next();
+
     std::mutex m_mutex;
-    QObject* m_target;
+    std::function<void()> m_wakeUp;
+    std::deque<std::function<void()>> m_work;
 };
 
 /// What a write leads to.

@@ -158,7 +158,9 @@ void TestOrb::givesUpOnAServerThatIsSilent()
 {
     QTcpServer silent;
     QVERIFY(silent.listen(QHostAddress::LocalHost));
-    const Orb orb({});
+    OrbOptions options;
+    options.connectTimeout = 300ms;
+    const Orb orb(options);
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(failureOf(orb, silent.serverPort()), "TIMEOUT");

@@ -7,6 +7,7 @@
 #include <zelkobase/connection/linkvtclient_p.h>
 #include <zelkobase/connection/linkworker_p.h>
 #include <zelkobase/connection/treemirror.h>
+#include <zelkobase/connection/wakeup.h>
 
 #include <QTimer>
 
@@ -64,6 +65,7 @@ struct TreeLink::Private
     bool missed = false;                                        // a wake-up in the middle of a slice
     TreeMirror::Progress progress = TreeMirror::Progress::Idle; // of the last slice
     QTimer nextSlice;
+    WakeUp wakeUp{[this] { nextSlice.start(); }};
     std::shared_ptr<LinkQueue> queue;
     std::unique_ptr<LinkWorker> worker;
 };
@@ -80,9 +82,7 @@ TreeLink::Private::Private(TreeLink* owner, Orb& orb, Tree* tree, const ZelkoCon
     // before it, again and again.
     nextSlice.setInterval(0);
     QObject::connect(&nextSlice, &QTimer::timeout, q, [this] { drain(); });
-    queue = std::make_shared<LinkQueue>(
-        [this] { QMetaObject::invokeMethod(&nextSlice, qOverload<>(&QTimer::start), Qt::QueuedConnection); },
-        options.maxPendingBytes);
+    queue = std::make_shared<LinkQueue>([this] { wakeUp.call(); }, options.maxPendingBytes);
     worker = std::make_unique<LinkWorker>(orb, subSystem, options, queue);
 }
 

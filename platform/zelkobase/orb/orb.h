@@ -31,7 +31,7 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// After this time a call is given up; each call may set its own.
     std::chrono::milliseconds callTimeout{5000};
 
-    /// After this time an attempt to connect is given up.
+    /// The limit of a call that has to connect first, in place of the call's own; 0: the call's own.
     std::chrono::milliseconds connectTimeout{3000};
 
     /// A peer that began a message must have sent the rest of it in this time.
