@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,10 @@ public:
 
     /// Appends the command to a stream, in the form that ValueBase::CreateNextCommand reads back.
     virtual void AddCommandString(std::string& out) const = 0;
+
+    /// Hash of what the command is about within its value, the key of an item for instance; empty when it is about the
+    /// value as a whole.
+    virtual std::optional<std::size_t> TargetHash() const;
 
     /// A copy; the caller owns it.
     virtual Command* Clone() const = 0;

@@ -398,11 +398,6 @@ void ValueBase::CommandOnValue::appendHeader(std::string& out, int id)
     commandwriter::commandId(out, id);
 }
 
-std::optional<std::size_t> ValueBase::CommandOnValue::TargetHash() const
-{
-    return std::nullopt;
-}
-
 bool ValueBase::CommandOnValue::Supersedes(const CommandOnValue&) const
 {
     return false;

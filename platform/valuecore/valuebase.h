@@ -200,10 +200,6 @@ public:
 
     IObserver* GetOrigin() const { return m_origin; }
 
-    /// Hash of what the command is about within its value, the key of an item for instance; empty when it is about the
-    /// value as a whole.
-    virtual std::optional<std::size_t> TargetHash() const;
-
     /// True if `earlier`, a command on the same value, changes nothing that this one does not replace.
     virtual bool Supersedes(const CommandOnValue& earlier) const;
 

@@ -3,20 +3,20 @@
 #include <valuecore/valuebase.h>
 #include <zelkoguibase/valueitemmap/itemmapcommands.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace ZelkoCommon {
 namespace {
 
-std::size_t targetOf(const Command& command)
+bool isSet(const Command& command)
 {
-    const auto* const onValue = dynamic_cast<const ValueBase::CommandOnValue*>(&command);
-    return onValue ? onValue->TargetHash().value_or(0) : 0;
+    return command.GetCommandId() == CommandIdMapSetAt;
 }
 
 bool isItemCommand(const Command& command)
 {
-    return command.GetCommandId() == CommandIdMapSetAt || command.GetCommandId() == CommandIdMapEraseAt;
+    return isSet(command) || command.GetCommandId() == CommandIdMapEraseAt;
 }
 
 } // namespace
@@ -30,8 +30,9 @@ NotificationFold::~NotificationFold()
 
 void NotificationFold::prepare(ValueBase& value, const Command& command)
 {
+    const std::size_t key = command.TargetHash().value_or(0);
     const auto alive = value.lifeline();
-    if (m_value && (m_value != &value || mustEndBefore(command))) {
+    if (m_value && (m_value != &value || mustEndBefore(command, key))) {
         end();
     }
     if (alive.expired()) {
@@ -45,7 +46,7 @@ void NotificationFold::prepare(ValueBase& value, const Command& command)
         m_alive = value.lifeline();
         value.StartTransaction(nullptr);
     }
-    remember(command);
+    remember(command, key);
 }
 
 void NotificationFold::end()
@@ -60,20 +61,45 @@ void NotificationFold::end()
     }
 }
 
-bool NotificationFold::mustEndBefore(const Command& command) const
+bool NotificationFold::mustEndBefore(const Command& command, std::size_t key) const
 {
-    if (!isItemCommand(command) || m_changes >= m_value->ChangeLogCapacity()) {
-        return true;
-    }
-    const auto& opposite = command.GetCommandId() == CommandIdMapSetAt ? m_erasedKeys : m_setKeys;
-    return opposite.count(targetOf(command)) > 0;
+    return !isItemCommand(command) || m_changes >= std::min(m_value->ChangeLogCapacity(), maxChanges) ||
+           (isSet(command) ? m_erasedKeys : m_setKeys).contains(key);
 }
 
-void NotificationFold::remember(const Command& command)
+void NotificationFold::remember(const Command& command, std::size_t key)
 {
     ++m_changes;
-    auto& keys = command.GetCommandId() == CommandIdMapSetAt ? m_setKeys : m_erasedKeys;
-    keys.insert(targetOf(command));
+    (isSet(command) ? m_setKeys : m_erasedKeys).insert(key);
+}
+
+bool NotificationFold::Keys::contains(std::size_t hash) const
+{
+    return m_used && m_slots[slotOf(hash)] != 0;
+}
+
+void NotificationFold::Keys::insert(std::size_t hash)
+{
+    m_slots[slotOf(hash)] = hash | 1;
+    m_used = true;
+}
+
+void NotificationFold::Keys::clear()
+{
+    if (m_used) {
+        m_slots.fill(0);
+        m_used = false;
+    }
+}
+
+// Where the hash stands or would stand; there is always a free slot.
+std::size_t NotificationFold::Keys::slotOf(std::size_t hash) const
+{
+    std::size_t slot = (hash >> 1) % slotCount;
+    while (m_slots[slot] != 0 && m_slots[slot] != (hash | 1)) {
+        slot = (slot + 1) % slotCount;
+    }
+    return slot;
 }
 
 } // namespace ZelkoCommon

@@ -2,9 +2,9 @@
 
 #include <zelkobase/connection/zelkobaseconnection_export.h>
 
+#include <array>
 #include <cstddef>
 #include <memory>
-#include <unordered_set>
 
 class Command;
 class ValueBase;
@@ -32,15 +32,33 @@ public:
     void end();
 
 private:
-    bool mustEndBefore(const Command& command) const;
-    void remember(const Command& command);
+    // The keys that one fold has touched, by their hashes: two keys with the same one end a fold early, no more.
+    class Keys
+    {
+    public:
+        bool contains(std::size_t hash) const;
+        void insert(std::size_t hash);
+        void clear();
+
+    private:
+        static constexpr std::size_t slotCount = 1024; // twice as many as a fold has changes, at least
+
+        std::size_t slotOf(std::size_t hash) const;
+
+        std::array<std::size_t, slotCount> m_slots{}; // 0 for a free slot
+        bool m_used = false;
+    };
+
+    static constexpr std::size_t maxChanges = 512;
+
+    bool mustEndBefore(const Command& command, std::size_t key) const;
+    void remember(const Command& command, std::size_t key);
 
     ValueBase* m_value = nullptr;
     std::weak_ptr<void> m_alive;
     std::size_t m_changes = 0;
-    // Hashes: two keys with the same one end a fold early, no more.
-    std::unordered_set<std::size_t> m_setKeys;
-    std::unordered_set<std::size_t> m_erasedKeys;
+    Keys m_setKeys;
+    Keys m_erasedKeys;
 };
 
 } // namespace ZelkoCommon
