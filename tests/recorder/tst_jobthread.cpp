@@ -57,13 +57,15 @@ void TestJobThread::queuesAJobOfAJobBehindTheOthers()
 
 void TestJobThread::forgetsWaitingJobsWhenItGoes()
 {
-    const auto thread = std::make_unique<JobThread>();
     std::atomic<int> ran = 0;
-    std::function<void()> again = [&] {
+    JobThread* worker = nullptr;
+    const std::function<void()> again = [&] {
         ++ran;
-        thread->enqueue(again); // there is always one that waits
+        worker->enqueue(again); // there is always one that waits
     };
-    thread->enqueue(again);
+    JobThread thread;
+    worker = &thread;
+    thread.enqueue(again);
     QTRY_VERIFY(ran > 10);
 }
 
