@@ -1,6 +1,7 @@
 #include "framestream.h"
 #include "testrecords.h"
 #include "treedigest.h"
+#include "watch.h"
 
 #include <zelkobase/connection/treemirror.h>
 #include <zelkobase/maps/itemmaptypes.h>
@@ -28,23 +29,11 @@ public:
     int updates = 0;
 };
 
-class Call final : public IObserver
-{
-public:
-    explicit Call(std::function<void()> what)
-        : m_what(std::move(what))
-    {}
-    void Update(Observable*, TChangeCode) override { m_what(); }
-
-private:
-    std::function<void()> m_what;
-};
-
 // A mirror with its tree and a log of its callbacks.
 struct Fixture
 {
-    Tree tree;
     Origin origin;
+    Tree tree;
     QStringList log;
     TreeMirror mirror{&tree,
                       root,
@@ -138,13 +127,14 @@ void TestTreeMirror::executesCommandsInTheNameOfThePeer()
 {
     Fixture f;
     f.feed(twoValues().ready());
-    Origin other;
+    int updates = 0;
+    Watch other([&] { ++updates; });
     f.find<Value<int>>("/A/Number")->AddObserver(&f.origin);
-    f.find<Value<int>>("/A/Number")->AddObserver(&other);
+    other.on(f.find<Value<int>>("/A/Number"));
     f.feed(FrameStream().commands(2, setInt(7) + setInt(8)));
     QCOMPARE(f.find<Value<int>>("/A/Number")->GetValue(), 8);
     QCOMPARE(f.origin.updates, 0);
-    QCOMPARE(other.updates, 2);
+    QCOMPARE(updates, 2);
 }
 
 void TestTreeMirror::removesWhatIsWithdrawn()
@@ -352,8 +342,8 @@ void TestTreeMirror::anObserverMayRemoveTheValueThatChanges()
 {
     Fixture f;
     f.feed(twoValues().ready());
-    Call remover([&] { f.tree.Remove(root + "/A/Number"); });
-    f.find<Value<int>>("/A/Number")->AddObserver(&remover);
+    Watch remover([&] { f.tree.Remove(root + "/A/Number"); });
+    remover.on(f.find<Value<int>>("/A/Number"));
     QCOMPARE(f.feed(FrameStream().commands(2, setInt(5) + setInt(6)).commands(2, setInt(7))), Progress::Idle);
     QVERIFY(!f.find<Value<int>>("/A/Number"));
 }
@@ -364,8 +354,8 @@ void TestTreeMirror::anObserverMayRemoveTheMapWhoseFoldEnds()
     f.feed(FrameStream().begin().announce(4, "/Map", "RecordItemMap").ready());
     auto* const map = f.find<RecordItemMap>("/Map");
     map->SetChangeLogSize(2);
-    Call remover([&] { f.tree.Remove(root + "/Map"); });
-    map->AddObserver(&remover);
+    Watch remover([&] { f.tree.Remove(root + "/Map"); });
+    remover.on(map);
     QCOMPARE(f.feed(FrameStream().commands(4, setRecord("A") + setRecord("B") + setRecord("C") + setRecord("D"))),
              Progress::Idle);
     QVERIFY(!f.find<RecordItemMap>("/Map"));
@@ -380,12 +370,12 @@ void TestTreeMirror::stopsWhenTheTimeIsOver()
         commands += setInt(i);
     }
     auto* const number = f.find<Value<int>>("/A/Number");
-    Call slow([] { QTest::qSleep(1); });
-    number->AddObserver(&slow);
+    Watch slow([] { QTest::qSleep(1); });
+    slow.on(number);
     f.mirror.append(FrameStream().commands(2, commands).bytes());
     QCOMPARE(f.mirror.apply(5ms), Progress::MoreToDo);
     QVERIFY(number->GetValue() < 500);
-    number->DeleteObserver(&slow);
+    slow.on(nullptr);
     QCOMPARE(f.mirror.apply(1h), Progress::Idle);
     QCOMPARE(number->GetValue(), 1000);
 }
@@ -412,8 +402,8 @@ void TestTreeMirror::foldsTheChangesOfAMapOverFramesAndBatches()
     Fixture f;
     f.feed(FrameStream().begin().announce(4, "/Map", "RecordItemMap").ready());
     int notifications = 0;
-    Call counter([&] { ++notifications; });
-    f.find<RecordItemMap>("/Map")->AddObserver(&counter);
+    Watch counter([&] { ++notifications; });
+    counter.on(f.find<RecordItemMap>("/Map"));
     f.mirror.append(FrameStream().commands(4, setRecord("A") + setRecord("B")).commands(4, setRecord("C")).bytes());
     f.mirror.append(FrameStream().commands(4, setRecord("D")).bytes());
     QCOMPARE(f.mirror.apply(1h), Progress::Idle);
