@@ -1,5 +1,5 @@
-// The first load of a device's record list over the tree link, beside the bare ORB moving the same records, and the longest
-// pause of the GUI thread meanwhile. The other end is a process of its own, this program with another argument.
+// The first load of a device's record list over the tree link, beside the bare ORB moving the same records, and the
+// longest pause of the GUI thread meanwhile. The other end is a process of its own, this program with another argument.
 #include <recorder/link/treelinkserver.h>
 
 #include <valuecore/tree.h>
@@ -17,6 +17,7 @@
 #include <zelkoidl/benchrecords.hh>
 
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
@@ -24,9 +25,9 @@
 #include <memory>
 #include <string>
 
-using ZELKO_XML::ZELKO_RecordData;
 using zelko::recordmap::RecordItemMap;
 using zelko::recordmap::RecordMapData;
+using ZELKO_XML::ZELKO_RecordData;
 
 namespace {
 
@@ -77,7 +78,9 @@ void fill(ZelkoBench::Record& out, const ZELKO_RecordData& record)
 class RecordsServant final : public POA_ZelkoBench::Records, public PortableServer::RefCountServantBase
 {
 public:
-    explicit RecordsServant(const RecordItemMap& map) : m_map(map) {}
+    explicit RecordsServant(const RecordItemMap& map)
+        : m_map(map)
+    {}
 
     ZelkoBench::RecordSeq* getAll() override
     {
@@ -107,7 +110,7 @@ int serve(QCoreApplication& application)
     ZelkoCommon::Orb orb(orbOptions());
     Tree tree;
     auto* const map = tree.Emplace(QStringLiteral("/ZELKO/Device/A/Records"),
-        std::make_unique<RecordItemMap>(QStringLiteral("Map"), TValueState::Open));
+                                   std::make_unique<RecordItemMap>(QStringLiteral("Map"), TValueState::Open));
     for (int i = 0; i < recordCount; ++i) {
         map->Add(RecordMapData(makeRecord(i)), nullptr);
     }
@@ -131,7 +134,7 @@ public:
     Load()
     {
         QObject::connect(&m_link, &ZelkoCommon::TreeLink::connected, &m_model,
-            [this] { m_model.connect(QStringLiteral("/SubSystems/bench/ZELKO/Device/A/Records/Map")); });
+                         [this] { m_model.connect(QStringLiteral("/SubSystems/bench/ZELKO/Device/A/Records/Map")); });
         QObject::connect(&m_turn, &QTimer::timeout, &m_model, [this] { noteTurn(); });
         m_turn.start(0);
     }
@@ -155,8 +158,10 @@ private:
     std::chrono::steady_clock::time_point m_lastTurn = std::chrono::steady_clock::now();
     std::chrono::duration<double, std::milli> m_longestPause{0};
     ZelkoGUI::RecordItemMapModel m_model{nullptr};
-    ZelkoCommon::TreeLink m_link{*clientOrb, Tree::Instance(), {QStringLiteral("bench"), QStringLiteral("127.0.0.1"), serverPort},
-        ZelkoCommon::LinkOptions()};
+    ZelkoCommon::TreeLink m_link{*clientOrb,
+                                 Tree::Instance(),
+                                 {QStringLiteral("bench"), QStringLiteral("127.0.0.1"), serverPort},
+                                 ZelkoCommon::LinkOptions()};
 };
 
 void overTheLink(benchmark::State& state)
@@ -188,6 +193,12 @@ void overTheBareOrb(benchmark::State& state)
 BENCHMARK(overTheLink)->Name("firstload/ours")->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 BENCHMARK(overTheBareOrb)->Name("firstload/bareorb")->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 
+// The processor for the other end: the last one of the machine.
+long lastProcessor()
+{
+    return sysconf(_SC_NPROCESSORS_ONLN) - 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -198,7 +209,9 @@ int main(int argc, char** argv)
     }
     QProcess server;
     server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    server.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--serve")});
+    // Each end has a processor of its own, as on two machines.
+    server.start(QStringLiteral("taskset"), {QStringLiteral("-c"), QString::number(lastProcessor()),
+                                             QCoreApplication::applicationFilePath(), QStringLiteral("--serve")});
     if (!server.waitForReadyRead(60'000)) {
         std::fprintf(stderr, "the server did not come up\n");
         return EXIT_FAILURE;

@@ -13,59 +13,69 @@ import sys
 from pathlib import Path
 
 
+LEAST_PROCESSES = 5
+
+
 def arguments():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("capability", nargs="?", help="run only the claims of this capability")
     parser.add_argument("--binaries", type=Path, required=True)
     parser.add_argument("--goals", type=Path, required=True)
-    parser.add_argument("--processes", type=int, default=5)
+    parser.add_argument("--processes", type=int, default=LEAST_PROCESSES, help=f"{LEAST_PROCESSES} at least")
     return parser.parse_args()
 
 
 def run_once(program, prefix):
-    """One process of a benchmark program: the median of each of its benchmarks, by name."""
+    """One process of a benchmark program: the repetitions of each of its benchmarks, by name."""
     command = prefix + [str(program), "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=5",
-                        "--benchmark_report_aggregates_only=true", "--benchmark_format=json"]
-    output = subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout
-    return {entry["run_name"]: entry for entry in json.loads(output)["benchmarks"]
-            if entry.get("aggregate_name") == "median"}
+                        "--benchmark_format=json"]
+    output = subprocess.run(command, check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL).stdout
+    results = {}
+    for entry in json.loads(output)["benchmarks"]:
+        if entry["run_type"] == "iteration":
+            results.setdefault(entry["run_name"], []).append(entry)
+    return results
 
 
-def find(results, name):
-    """The result of a benchmark, whose full name may carry options behind the given one."""
-    for full, entry in results.items():
+def values(results, name, key):
+    """One figure of all repetitions of a benchmark, whose full name may carry options behind the given one."""
+    for full, repetitions in results.items():
         if full == name or full.startswith(name + "/"):
-            return entry
+            return [repetition[key] for repetition in repetitions]
     raise KeyError(f"no benchmark {name} among {sorted(results)}")
 
 
 def measure(claim, results):
+    """The figure of a claim in one process: a ratio of medians, or a counter, the worst one where a single case counts."""
     if "counter" in claim:
-        return find(results, claim["benchmark"])[claim["counter"]]
-    return find(results, claim["ours"])["real_time"] / find(results, claim["beside"])["real_time"]
+        counted = values(results, claim["benchmark"], claim["counter"])
+        return max(counted) if claim.get("worst") else statistics.median(counted)
+    ours, beside = (statistics.median(values(results, claim[side], "real_time")) for side in ("ours", "beside"))
+    return ours / beside
 
 
-def meets(claim, value):
-    return value <= claim["at_most"] if "at_most" in claim else value >= claim["at_least"]
-
-
-def report(name, claim, values):
-    value = statistics.median(values)
+def report(name, claim, measured):
+    value = max(measured) if claim.get("worst") else statistics.median(measured)
     sign, goal = ("<=", claim["at_most"]) if "at_most" in claim else (">=", claim["at_least"])
-    verdict = "ok" if meets(claim, value) else "short"
-    print(f"ratio {name} {value:.3f} {sign} {goal} {verdict}", flush=True)
-    return verdict == "ok"
+    good = value <= goal if sign == "<=" else value >= goal
+    print(f"ratio {name} {value:.3f} {sign} {goal} {'ok' if good else 'short'}", flush=True)
+    return good
 
 
 def main():
     options = arguments()
     goals = json.loads(options.goals.read_text())
+    chosen = {program: entry for program, entry in goals.items()
+              if options.capability in (None, entry["capability"])}
+    if not chosen:
+        print(f"no benchmarks for {options.capability}; there are some for: "
+              + ", ".join(sorted({entry["capability"] for entry in goals.values()})), file=sys.stderr)
+        return 2
     good = True
-    for program, entry in goals.items():
-        if options.capability and entry["capability"] != options.capability:
-            continue
+    for program, entry in chosen.items():
         prefix = ["taskset", "-c", entry["cpus"]] if "cpus" in entry else []
-        runs = [run_once(options.binaries / entry["capability"] / program, prefix) for _ in range(options.processes)]
+        runs = [run_once(options.binaries / entry["capability"] / program, prefix)
+                for _ in range(max(options.processes, LEAST_PROCESSES))]
         for name, claim in entry["claims"].items():
             good &= report(name, claim, [measure(claim, run) for run in runs])
     return 0 if good else 1

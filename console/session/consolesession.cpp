@@ -2,7 +2,6 @@
 
 #include <valuecore/tree.h>
 #include <zelkobase/connection/serverconnectiondata.h>
-#include <zelkobase/maps/itemmaptypes.h>
 
 #include <algorithm>
 
@@ -80,7 +79,6 @@ ConsoleSession::ConsoleSession(ZelkoCommon::Orb& orb, const ZelkoConfiguration& 
     : Session(parent)
     , d(std::make_unique<Private>(this, orb, link))
 {
-    zelko::registerItemMapTypes();
     for (const auto& subSystem : site.SubSystems()) {
         d->names.append(subSystem.name);
     }
@@ -91,7 +89,6 @@ ConsoleSession::ConsoleSession(ZelkoCommon::Orb& orb, const EmbeddedRecorderOpti
     : Session(parent)
     , d(std::make_unique<Private>(this, orb, localLink()))
 {
-    zelko::registerItemMapTypes();
     d->names.append(recorder.subSystem);
     d->recorder = std::make_unique<EmbeddedRecorder>(recorder);
     connect(d->recorder.get(), &EmbeddedRecorder::changed, this, [this] { d->recorderChanged(); });

@@ -26,8 +26,8 @@ struct EmbeddedRecorderOptions
 
 /// The recorder server beside the console, as a child process: started, watched, and started again when it dies.
 ///
-/// The system chooses its port, another one after each start. Nothing blocks but `stop()` and the destructor, which give
-/// the recorder some seconds to close its recordings. GUI thread.
+/// The system chooses its port, another one after each start. Nothing blocks but `stop()` and the destructor, which
+/// give the recorder some seconds to close its recordings. GUI thread.
 class EmbeddedRecorder : public QObject
 {
     Q_OBJECT

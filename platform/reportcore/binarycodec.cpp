@@ -2,6 +2,8 @@
 
 #include <reportcore/objectfields_p.h>
 
+#include <algorithm>
+
 namespace REPORTGENERATOR {
 
 namespace {
@@ -12,13 +14,17 @@ void appendList(const RGObject& object, const FieldInfo& field, std::string& out
     ObjectFields::forEachItem(object, field, [&](const void* item) { field.item->appendBinary(item, out); });
 }
 
+// An item takes more room in memory than in the bytes of a peer. So a peer that promises many gets room for a few, and
+// more only as they come.
+constexpr quint32 promisedAtMost = 1024;
+
 // A count that the bytes left cannot hold is refused before memory is asked for.
 bool readList(ByteReader& reader, const FieldInfo& field, void* list)
 {
     quint32 count = 0;
     if (!reader.read(count) || count == 0 || count > reader.left() / field.item->leastBinarySize())
         return false;
-    field.list->reserve(list, static_cast<qsizetype>(count));
+    field.list->reserve(list, static_cast<qsizetype>(std::min(count, promisedAtMost)));
     for (quint32 i = 0; i < count; ++i) {
         if (!field.item->readBinary(reader, field.list->append(list)))
             return false;

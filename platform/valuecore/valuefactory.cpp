@@ -34,6 +34,14 @@ Types& types()
     return instance;
 }
 
+// A maker runs without the lock, so that it may register further types.
+Maker makerOf(std::string_view typeName)
+{
+    const std::lock_guard lock(types().mutex);
+    const auto found = types().makers.find(typeName);
+    return found == types().makers.end() ? nullptr : found->second;
+}
+
 } // namespace
 
 void registerType(const std::string& typeName, Maker maker)
@@ -44,9 +52,8 @@ void registerType(const std::string& typeName, Maker maker)
 
 std::unique_ptr<ValueBase> create(std::string_view typeName)
 {
-    const std::lock_guard lock(types().mutex);
-    const auto found = types().makers.find(typeName);
-    return found == types().makers.end() ? nullptr : found->second();
+    const Maker maker = makerOf(typeName);
+    return maker ? maker() : nullptr;
 }
 
 } // namespace valuefactory

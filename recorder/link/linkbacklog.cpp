@@ -16,9 +16,14 @@ bool LinkBacklog::append(SharedFrame frame)
         drop();
         return false;
     }
+    appendState(std::move(frame));
+    return true;
+}
+
+void LinkBacklog::appendState(SharedFrame frame)
+{
     m_bytes += frame->size();
     m_frames.push_back(std::move(frame));
-    return true;
 }
 
 std::string LinkBacklog::takeBatch()

@@ -19,6 +19,10 @@ public:
     /// Appends a frame; false when there was no room and the backlog was dropped.
     bool append(SharedFrame frame);
 
+    /// Appends a frame of a state that is being made as the client takes it. Never dropped: who makes it waits for room
+    /// by himself.
+    void appendState(SharedFrame frame);
+
     /// Bytes that wait.
     std::size_t bytes() const { return m_bytes; }
 

@@ -49,7 +49,7 @@ void LinkSession::refill()
     }
     while (m_walk && m_backlog.bytes() < batchBytes) {
         if (const auto frame = m_walk->next(statePieceBytes)) {
-            append(frame);
+            m_backlog.appendState(frame);
         } else {
             m_walk.reset();
         }

@@ -197,6 +197,10 @@ bool TreeLinkServer::Private::readWrites(LinkSession& session, std::string_view 
         if (!value) {
             continue; // it went while the write was on its way
         }
+        if (!mayWrite || !mayWrite(session.user(), *value)) {
+            writes.push_back({frame.handle, value, nullptr}); // what it would do is not even read
+            continue;
+        }
         const char* position = frame.payload.data();
         CommandReader reader(&position, static_cast<std::ptrdiff_t>(frame.payload.size()));
         while (reader.remaining() > 0) {
@@ -219,7 +223,7 @@ LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const st
         if (!write.value) {
             continue;
         }
-        if (mayWrite && mayWrite(session.user(), *write.value)) {
+        if (write.command) {
             write.command->Execute();
             continue;
         }

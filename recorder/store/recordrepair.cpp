@@ -1,5 +1,6 @@
 #include <recorder/store/recordrepair.h>
 
+#include <reportcore/rgexception.h>
 #include <zelkobase/data/recordfiles.h>
 
 #include <QDir>
@@ -35,6 +36,16 @@ void removeTemporaries(const QDir& folder)
     }
 }
 
+// A record that has become invalid is not written, and that is no reason to end the recorder.
+bool saveMetaData(const QDir& dir, const ZELKO_RecordData& record)
+{
+    try {
+        return record.SaveXml(dir.filePath(ZELKO_XML::metaDataFileName));
+    } catch (const RGException&) {
+        return false;
+    }
+}
+
 } // namespace
 
 bool isUnfinished(const ZELKO_RecordData& record)
@@ -66,7 +77,7 @@ bool repairRecord(const QString& folder, ZELKO_RecordData& record, QString* erro
     }
     dropIndexBeyond(static_cast<quint64>(samples.size()), record);
     closeAtLastIndexEntry(record);
-    if (!cutDurably(samples, record.GetSize()) || !record.SaveXml(dir.filePath(ZELKO_XML::metaDataFileName))) {
+    if (!cutDurably(samples, record.GetSize()) || !saveMetaData(dir, record)) {
         *error = QStringLiteral("it cannot be written");
         return false;
     }

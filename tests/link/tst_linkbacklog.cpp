@@ -23,6 +23,7 @@ private Q_SLOTS:
     void dropsAllWhenItIsFull();
     void takesAFrameOfAnySizeWhenItIsEmpty();
     void keepsTheRestOfAFrameThatWasBegun();
+    void keepsAStateThatIsLargerThanTheBound();
     void sharesFrames();
 };
 
@@ -83,6 +84,16 @@ void TestLinkBacklog::keepsTheRestOfAFrameThatWasBegun()
     QCOMPARE(backlog.takeBatch(), std::string("4567"));
     QCOMPARE(backlog.takeBatch(), std::string("89"));
     QCOMPARE(backlog.takeBatch(), std::string("new"));
+}
+
+// A state that was dropped would be made again, and dropped again, for ever.
+void TestLinkBacklog::keepsAStateThatIsLargerThanTheBound()
+{
+    LinkBacklog backlog(10, 100);
+    QVERIFY(backlog.append(frame("change")));
+    backlog.appendState(frame("a state of more bytes than the bound"));
+    QCOMPARE(backlog.bytes(), std::size_t{42});
+    QCOMPARE(backlog.takeBatch(), std::string("changea state of more bytes than the bound"));
 }
 
 void TestLinkBacklog::sharesFrames()

@@ -178,8 +178,8 @@ void tst_ItemMapStream::makesRoomForAnAnnouncedSize_data()
     QTest::addColumn<quint64>("atLeast");
     QTest::addColumn<quint64>("atMost");
     QTest::newRow("what a list may have") << quint64{5000} << quint64{5000} << quint64{20'000};
-    QTest::newRow("no more than the largest list") << std::numeric_limits<quint64>::max() << quint64{1'000'000}
-                                                   << quint64{4'000'000};
+    QTest::newRow("no more than the largest list")
+        << std::numeric_limits<quint64>::max() << quint64{1'000'000} << quint64{4'000'000};
 }
 
 void tst_ItemMapStream::makesRoomForAnAnnouncedSize()

@@ -36,8 +36,10 @@ configure() {
     shift
     need_packages "${packages_to_build[@]}"
     cd "$root"
-    cmake --preset "$preset" "$@" >"/tmp/zelko-configure-$$.log" 2>&1 || { cat "/tmp/zelko-configure-$$.log"; return 1; }
-    rm -f "/tmp/zelko-configure-$$.log"
+    local log
+    log=$(mktemp)
+    cmake --preset "$preset" "$@" >"$log" 2>&1 || { cat "$log" >&2; rm -f "$log"; return 1; }
+    rm -f "$log"
 }
 
 # build PRESET [TARGET...]

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <concepts>
+#include <limits>
 #include <string>
 
 namespace valueitemmap {

@@ -38,9 +38,12 @@ public:
 /// `T` is the item. It has a `KeyType`, a virtual accessor `GetKey()`, copies, and an equality that compares content.
 /// `F`, its format, has the static functions
 ///
-///     std::string toStandardString(const T&);           // begins with its own size: 4 bytes, machine order, size of
-///     the rest bool fromCharStream(const char** stream, T&);     // that size is known to be there when this is called
-///     QString GetString(const T&);                      // one line for people
+///     std::string toStandardString(const T&);
+///     bool fromCharStream(const char** stream, T&);
+///     QString GetString(const T&);
+///
+/// The first begins with its own size: four bytes in the machine's order, the number of bytes behind them. When the
+/// second is called, that many are known to be there. The third is one line for people.
 ///
 /// `A`, its text adapter, is carried along for other users of the type; the map does not call it.
 ///
@@ -259,8 +262,8 @@ public:
 
     std::uint64_t ContentSize() const override { return m_map.size(); }
 
-    // Growing step by step would move all items again and again, each time in one long step. A peer that exaggerates gets
-    // no more room than the largest list that anybody keeps.
+    // Growing step by step would move all items again and again, each time in one long step. A peer that exaggerates
+    // gets no more room than the largest list that anybody keeps.
     void ExpectSize(std::uint64_t parts) override
     {
         constexpr std::uint64_t largest = 1'000'000;
@@ -319,8 +322,9 @@ private:
     static constexpr std::size_t bucketsAtFirst = 8;
 
     // Walks the buckets of the map, which no change moves items between until the table grows; then it walks the new
-    // table, where the receiver has some items already, which is no harm. So an item that went in the meantime is passed
-    // over, one that changed is given as it is now, and one that came into a bucket behind is known from its own command.
+    // table, where the receiver has some items already, which is no harm. So an item that went in the meantime is
+    // passed over, one that changed is given as it is now, and one that came into a bucket behind is known from its own
+    // command.
     class StateCursor final : public IObjectStateCursor
     {
     public:

@@ -2,6 +2,9 @@
 
 #include <zelkobase/connection/treelink.h>
 #include <zelkobase/connection/zelkoconfiguration.h>
+#include <zelkobase/maps/itemmaptypes.h>
+#include <zelkobase/names/valuenames.h>
+#include <zelkobase/stringmap/stringitemmap.h>
 
 #include <arpa/inet.h>
 
@@ -36,6 +39,9 @@ ServerConnectionData::ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr
     : AbstractServerConnectionData(parent)
     , d(std::make_unique<Private>())
 {
+    // A link makes values by the names of their types, and a recorder has maps of these.
+    zelko::registerItemMapTypes();
+    registerStringItemMap();
     d->configuration = std::move(configuration);
     for (const auto& subSystem : d->configuration->SubSystems()) {
         auto link = std::make_unique<TreeLink>(orb, tree, subSystem, options);
@@ -82,7 +88,7 @@ VtConnectData ServerConnectionData::getConnData(const QString& subSystem, Connec
 
 QString ServerConnectionData::getClientBasePath(const QString& subSystem, ConnectionType) const
 {
-    return ZelkoConfiguration::MakeRootPath(subSystem) + QLatin1String("/ZELKO/Device");
+    return ZelkoConfiguration::MakeRootPath(subSystem) + zelko::names::zelkoDevice;
 }
 
 QString ServerConnectionData::GetDeviceBasePath(const QString& device) const
@@ -93,8 +99,8 @@ QString ServerConnectionData::GetDeviceBasePath(const QString& device) const
 
 QString ServerConnectionData::GetBasePath(const QString& device) const
 {
-    return ZelkoConfiguration::MakeRootPath(d->configuration->GetCurrentSubSystem()) +
-           QLatin1String("/ZELKO/Command/") + device + QLatin1Char('/');
+    return ZelkoConfiguration::MakeRootPath(d->configuration->GetCurrentSubSystem()) + zelko::names::zelkoCommand +
+           QLatin1Char('/') + device + QLatin1Char('/');
 }
 
 bool ServerConnectionData::GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const

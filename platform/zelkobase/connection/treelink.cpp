@@ -44,6 +44,7 @@ struct TreeLink::Private
     void drain();
     void applySlice();
     bool fetch();
+    bool passesOver(const LinkQueue::Entry& entry);
     void giveUp(const char* reason);
     void handle(LinkQueue::Batch& batch) { mirror.append(std::move(batch.bytes)); }
     void handle(const LinkQueue::Disconnected& entry) { reset(QString::fromStdString(entry.reason)); }
@@ -146,13 +147,21 @@ bool TreeLink::Private::fetch()
         if (const auto* const batch = std::get_if<LinkQueue::Batch>(&*entry)) {
             bytes += batch->bytes.size();
         }
-        if (std::exchange(ignoring, ignoring && std::holds_alternative<LinkQueue::Batch>(*entry)) &&
-            !std::holds_alternative<LinkQueue::ConnectFailed>(*entry)) {
+        if (passesOver(*entry)) {
             continue;
         }
         std::visit([this](auto& what) { handle(what); }, *entry);
     }
     return true;
+}
+
+// Of a connection that was given up here nothing more is looked at, up to and including its end. An attempt that failed
+// belongs to the next one.
+bool TreeLink::Private::passesOver(const LinkQueue::Entry& entry)
+{
+    const bool belongsToOld = ignoring && !std::holds_alternative<LinkQueue::ConnectFailed>(entry);
+    ignoring = ignoring && std::holds_alternative<LinkQueue::Batch>(entry);
+    return belongsToOld;
 }
 
 void TreeLink::Private::giveUp(const char* reason)

@@ -1,5 +1,7 @@
 #include <zelkobase/connection/zelkoconfiguration.h>
 
+#include <zelkobase/names/valuenames.h>
+
 #include <zelkobase/orb/hostname.h>
 
 #include <QCoreApplication>
@@ -146,7 +148,7 @@ bool ZelkoConfiguration::SetCurrentSubSystem(const QString& name)
 
 QString ZelkoConfiguration::MakeRootPath(const QString& subSystem)
 {
-    return QLatin1String("/SubSystems/") + subSystem;
+    return zelko::names::subSystemsRoot + subSystem;
 }
 
 QString ZelkoConfiguration::cfgPath() const

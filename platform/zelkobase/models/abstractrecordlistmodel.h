@@ -50,8 +50,8 @@ public:
         ColumnCount
     };
 
-    /// The numbers stand in saved filters, so they are fixed. Whoever asks for `Qt::UserRole` and the one behind it, which
-    /// once had these numbers, gets the same.
+    /// The numbers stand in saved filters, so they are fixed. Whoever asks for `Qt::UserRole` and the one behind it,
+    /// which once had these numbers, gets the same.
     enum Role : int { SortRole = 32, ValueRole = 33 };
 
     explicit AbstractRecordListModel(QObject* parent = nullptr);
