@@ -9,12 +9,23 @@
 
 namespace ZelkoRecorder {
 
+namespace {
+
+// The values beside the commands tell what is the case, which is not for clients to say.
+bool isCommand(const ValueBase& value)
+{
+    static const QString branch = QString(zelko::names::zelkoCommand) + QLatin1Char('/');
+    static const QStringList names{zelko::names::synchronize, zelko::names::syncOneRecord,
+                                   zelko::names::deleteRecordingList, zelko::names::setRecordIdle};
+    return value.GetPathName().startsWith(branch) && names.contains(value.GetName());
+}
+
+} // namespace
+
 TreeLinkServer::MayWrite writePolicy(const QString& listenAddress)
 {
-    const bool local = isLoopbackAddress(listenAddress);
-    const QString commands = QString(zelko::names::zelkoCommand) + QLatin1Char('/');
-    return [local, commands](const QString&, const ValueBase& value) {
-        return local && value.GetPathName().startsWith(commands);
+    return [local = isLoopbackAddress(listenAddress)](const QString&, const ValueBase& value) {
+        return local && isCommand(value);
     };
 }
 

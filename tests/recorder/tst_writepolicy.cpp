@@ -43,22 +43,29 @@ void TestWritePolicy::allowsCommandsOnThisMachineOnly_data()
 {
     QTest::addColumn<QString>("listen");
     QTest::addColumn<QString>("node");
+    QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("mayWrite");
     const QString here = QStringLiteral("127.0.0.1");
-    QTest::newRow("a command") << here << QStringLiteral("/ZELKO/Command/D1") << true;
-    QTest::newRow("a record value") << here << QStringLiteral("/ZELKO/Device/D1/Records") << false;
-    QTest::newRow("a branch with a similar name") << here << QStringLiteral("/ZELKO/Commands") << false;
-    QTest::newRow("a command over a network")
-        << QStringLiteral("192.0.2.7") << QStringLiteral("/ZELKO/Command/D1") << false;
-    QTest::newRow("a command over every interface") << QString() << QStringLiteral("/ZELKO/Command/D1") << false;
+    const QString commands = QStringLiteral("/ZELKO/Command/D1");
+    for (const char* const name : {"Synchronize", "SyncOneRecord", "DeleteRecordingList", "SetRecordIdle"}) {
+        QTest::addRow("the command %s", name) << here << commands << QString::fromLatin1(name) << true;
+    }
+    const QString idle = QStringLiteral("SetRecordIdle");
+    QTest::newRow("what is told beside the commands") << here << commands << QStringLiteral("Extended") << false;
+    QTest::newRow("an address beside the commands") << here << commands << QStringLiteral("IpAddress") << false;
+    QTest::newRow("a record value") << here << QStringLiteral("/ZELKO/Device/D1/Records") << idle << false;
+    QTest::newRow("a branch with a similar name") << here << QStringLiteral("/ZELKO/Commands") << idle << false;
+    QTest::newRow("a command over a network") << QStringLiteral("192.0.2.7") << commands << idle << false;
+    QTest::newRow("a command over every interface") << QString() << commands << idle << false;
 }
 
 void TestWritePolicy::allowsCommandsOnThisMachineOnly()
 {
     QFETCH(const QString, listen);
     QFETCH(const QString, node);
+    QFETCH(const QString, name);
     Tree tree;
-    const auto* const value = tree.Emplace(node, std::make_unique<Value<QString>>(QStringLiteral("V")));
+    const auto* const value = tree.Emplace(node, std::make_unique<Value<QString>>(name));
     QVERIFY(value);
     QTEST(writePolicy(listen)(QStringLiteral("anybody"), *value), "mayWrite");
 }

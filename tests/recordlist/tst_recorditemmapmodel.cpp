@@ -649,6 +649,14 @@ private Q_SLOTS:
         checkLookUps();
     }
 
+    void rowThatGoesWithItsOwnChangeIsNotAnnounced()
+    {
+        connectFilled({{u"A"_s, atRest}});
+        const auto guard = onFirst(&RecordItemMapModel::dataChanged, [this] { m_model->disconnect(); });
+        fold([this] { set(u"A"_s, recording); });
+        QCOMPARE(m_log->take(), lines({"changed 0", "begin reset", "end reset", "all records changed"}));
+    }
+
     void mapDeletedByASlotEndsTheWork()
     {
         connectFilled(manyAtRest(6));

@@ -220,9 +220,12 @@ void RecordItemMapModel::Private::updateRow(int row, const Data& data)
     const QString id = m_rows.id(row);
     const StatusChange status{id, statusOf(data), statusOf(m_rows.data(row))};
     m_rows.replace(row, data);
+    const unsigned int generation = m_generation;
     Q_EMIT m_owner->dataChanged(m_owner->index(row, 0), m_owner->index(row, m_owner->columnCount() - 1));
-    Q_EMIT m_owner->si_recordChanged(id);
-    if (status.now != status.before) {
+    if (generation == m_generation) {
+        Q_EMIT m_owner->si_recordChanged(id);
+    }
+    if (generation == m_generation && status.now != status.before) {
         Q_EMIT m_owner->si_recordStatusChanged(id, status.now, status.before);
     }
 }

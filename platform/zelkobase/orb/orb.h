@@ -35,7 +35,7 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     std::chrono::milliseconds connectTimeout{3000};
 
     /// A peer that began a message must have sent the rest of it in this time.
-    std::chrono::milliseconds receiveTimeout{10000};
+    std::chrono::milliseconds receiveTimeout{3000};
 
     /// A connection without a call is closed after this time.
     std::chrono::seconds idleTime{180};
