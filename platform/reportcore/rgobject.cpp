@@ -195,10 +195,15 @@ void RGObject::appendBinary(std::string& out) const
 
 bool RGObject::readBinary(const char*& begin, const char* end)
 {
+    return replaceValidated([&](RGObject& fresh) { return fresh.fillFromBinary(begin, end); });
+}
+
+// Of a new object; one that is half filled when this fails is for the bin.
+bool RGObject::fillFromBinary(const char*& begin, const char* end)
+{
     ByteReader reader(begin, end);
     quint8 version = 0;
-    const bool complete = reader.read(version) && version == binaryVersion &&
-                          replaceValidated([&reader](RGObject& fresh) { return readFields(reader, fresh); });
+    const bool complete = reader.read(version) && version == binaryVersion && readFields(reader, *this);
     if (complete)
         begin = reader.position();
     return complete;

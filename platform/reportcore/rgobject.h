@@ -3,6 +3,7 @@
 #include <reportcore/irgobject.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace REPORTGENERATOR {
@@ -43,6 +44,15 @@ public:
     /// checked, required fields are not.
     bool readBinary(const char*& begin, const char* end);
 
+    /// As readBinary(), into a new object of class T; null if the bytes are not one. Spares the second object that
+    /// keeps the old state of the first.
+    template <typename T>
+    static std::shared_ptr<T> makeFromBinary(const char*& begin, const char* end)
+    {
+        auto object = std::make_shared<T>();
+        return static_cast<RGObject&>(*object).fillFromBinary(begin, end) ? object : nullptr;
+    }
+
     /// What is wrong with the object in one line, empty if Check() passes.
     QString problem() const;
 
@@ -79,6 +89,7 @@ private:
     friend class ObjectFields;
 
     bool replaceValidated(const Fill& fill);
+    bool fillFromBinary(const char*& begin, const char* end);
     bool loadFrom(QFile& file);
     bool readRoot(const XmlDocument& document, const QString& where);
     QString className() const;

@@ -33,15 +33,22 @@ bool CommandReader::boolean()
     return m_ok && byte == 1;
 }
 
+std::string_view CommandReader::stringBytes()
+{
+    const std::size_t size = number<std::uint32_t>() * sizeof(char16_t);
+    const char* const bytes = take(size);
+    return bytes ? std::string_view(bytes, size) : std::string_view();
+}
+
+// What is too long fails before anything is allocated.
 QString CommandReader::string()
 {
-    const std::size_t units = number<std::uint32_t>();
-    const char* const bytes = take(units * sizeof(char16_t)); // fails before anything is allocated
-    if (!bytes) {
+    const std::string_view bytes = stringBytes();
+    if (bytes.empty()) {
         return {};
     }
-    QString text(static_cast<qsizetype>(units), Qt::Uninitialized);
-    std::memcpy(text.data(), bytes, units * sizeof(char16_t));
+    QString text(static_cast<qsizetype>(bytes.size() / sizeof(char16_t)), Qt::Uninitialized);
+    std::memcpy(text.data(), bytes.data(), bytes.size());
     return text;
 }
 

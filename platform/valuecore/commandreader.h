@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 /// Reads the parts of a command from a byte stream that need not be trusted.
@@ -48,6 +49,9 @@ public:
 
     /// An unsigned 32-bit count of UTF-16 code units, then that many code units; no terminator, no escaping.
     QString string();
+
+    /// The code units of such a text, in place: two bytes each, not aligned.
+    std::string_view stringBytes();
 
     /// A command id: decimal digits, then ";".
     int commandId();

@@ -205,7 +205,7 @@ void tst_ItemMapStream::givesItsStateInPieces_data()
     QTest::newRow("an empty map") << 0 << 100 << 1 << 1;
     QTest::newRow("an empty map and no bytes") << 0 << 0 << 1 << 1;
     QTest::newRow("one item and no bytes") << 1 << 0 << 1 << 1;
-    QTest::newRow("no bytes, so the items of a bucket per piece") << 5 << 0 << 2 << 5;
+    QTest::newRow("no bytes, so one item per piece") << 5 << 0 << 5 << 5;
     QTest::newRow("fewer bytes than the beginning has") << 5 << 1 << 2 << 5;
     QTest::newRow("some items per piece") << 90 << 290 << 5 << 10;
     QTest::newRow("all in one piece") << 100 << 1000000 << 1 << 1;

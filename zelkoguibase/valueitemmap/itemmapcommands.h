@@ -52,6 +52,8 @@ protected:
         out.push_back(';');
     }
 
+    void setKey(Key key) { m_key = std::move(key); }
+
     Map& map() const { return static_cast<Map&>(*this->value()); }
 
 private:
@@ -75,8 +77,11 @@ public:
     // An item announces its size, so its bytes are known to be there before its own format reads them. What that format
     // then makes of them is its affair: an item that it cannot read in full is set as far as it was read.
     CommandMapSetAt(Map* map, CommandReader& reader, IObserver* origin)
-        : Base(CommandIdMapSetAt, map, reader, origin)
+        : Base(CommandIdMapSetAt, map, Key(), origin)
     {
+        using KeyFormat = valueitemmap::KeyFormat<Key>;
+        const auto key = KeyFormat::take(reader);
+        reader.eatSemicolon();
         const std::size_t size = reader.itemSize();
         if (reader.ok()) {
             const char* const end = *reader.stream() + size;
@@ -84,6 +89,7 @@ public:
             *reader.stream() = end;
             reader.eatSemicolon();
         }
+        this->setKey(KeyFormat::make(key, m_item.GetKey()));
     }
 
     // Only an invalid key can make SetAt throw, and a stream that holds one was refused when it was read.
@@ -94,7 +100,11 @@ public:
     static void append(std::string& out, const Key& key, const T& item)
     {
         Base::appendStart(out, CommandIdMapSetAt, key);
-        out += F::toStandardString(item);
+        if constexpr (requires { F::appendTo(out, item); }) {
+            F::appendTo(out, item);
+        } else {
+            out += F::toStandardString(item);
+        }
         out.push_back(';');
     }
     CommandMapSetAt* Clone() const override { return new CommandMapSetAt(*this); }

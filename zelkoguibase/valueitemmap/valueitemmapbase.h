@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <exception>
 #include <list>
+#include <memory>
 #include <stdexcept>
 #include <unordered_map>
 #include <utility>
@@ -43,7 +44,11 @@ public:
 ///     QString GetString(const T&);
 ///
 /// The first begins with its own size: four bytes in the machine's order, the number of bytes behind them. When the
-/// second is called, that many are known to be there. The third is one line for people.
+/// second is called, that many are known to be there. The third is one line for people. A format may also have
+///
+///     void appendTo(std::string& out, const T&);
+///
+/// which appends what the first gives: a state of many items is then made without a string for each.
 ///
 /// `A`, its text adapter, is carried along for other users of the type; the map does not call it.
 ///
@@ -90,6 +95,7 @@ public:
     {
         ValueBase::operator=(other);
         m_map = other.m_map;
+        restartStates();
         m_filename = other.m_filename;
         return *this;
     }
@@ -109,12 +115,16 @@ public:
         if (key == InvalidKey) {
             key = CreateNewUniqueKey();
         }
+        const std::size_t bucketsBefore = m_map.bucket_count();
         const auto [place, inserted] = m_map.try_emplace(key, item);
         if (!inserted) {
             if (place->second == item) {
                 return key;
             }
             place->second = item;
+        }
+        if (m_map.bucket_count() != bucketsBefore) {
+            restartStates();
         }
         m_changeLog.append(valueitemmap::ChangeSet, key);
         recordSet(key, item, origin);
@@ -125,9 +135,16 @@ public:
     /// Erases the item under `key`, if there is one.
     virtual void EraseAt(K key, IObserver* origin)
     {
-        if (m_map.erase(key) == 0) {
+        const auto found = m_map.find(key);
+        if (found == m_map.end()) {
             return;
         }
+        forEachState([&](StatePosition& state) {
+            if (state.next == found) {
+                ++state.next;
+            }
+        });
+        m_map.erase(found);
         m_changeLog.append(valueitemmap::ChangeErased, key);
         if (Record()) {
             RecordCommand(new EraseAtCommand(this, key, origin));
@@ -142,6 +159,7 @@ public:
             return;
         }
         m_map = MapType(bucketsAtFirst);
+        restartStates();
         logCleared(origin);
         NotifyObservers(TChangeCode::ValueChanged, origin);
     }
@@ -196,6 +214,7 @@ public:
         logCleared(origin);
         if (&items != &m_map) {
             m_map = items;
+            restartStates();
         }
         for (const auto& [key, item] : m_map) {
             m_changeLog.append(valueitemmap::ChangeSet, key);
@@ -262,14 +281,16 @@ public:
 
     std::uint64_t ContentSize() const override { return m_map.size(); }
 
-    // Growing step by step would move all items again and again, each time in one long step. A peer that exaggerates
-    // gets no more room than the largest list that anybody keeps.
+    // Growing step by step would move all items again and again, each time in one long step. There are two buckets for
+    // each item: a new one then mostly finds an empty one, and need not look at the keys of its neighbours. A peer that
+    // exaggerates gets no more room than the largest list that anybody keeps.
     void ExpectSize(std::uint64_t parts) override
     {
         constexpr std::uint64_t largest = 1'000'000;
-        const std::uint64_t room = std::min(parts, largest);
+        const std::uint64_t room = 2 * std::min(parts, largest);
         if (room > m_map.bucket_count()) {
             m_map.reserve(static_cast<std::size_t>(room));
+            restartStates();
         }
     }
 
@@ -321,56 +342,73 @@ protected:
 private:
     static constexpr std::size_t bucketsAtFirst = 8;
 
-    // Walks the buckets of the map, which no change moves items between until the table grows; then it walks the new
-    // table, where the receiver has some items already, which is no harm. So an item that went in the meantime is
-    // passed over, one that changed is given as it is now, and one that came into a bucket behind is known from its own
-    // command.
+    // Where a state stands that is made in pieces: the item that comes next. Who removes that item moves it on.
+    struct StatePosition
+    {
+        typename MapType::const_iterator next;
+    };
+
+    // Walks the items. One that went in the meantime is passed over, one that changed is given as it is now, and one
+    // that came behind is known from its own command. When the items are laid out anew the walk begins again: the
+    // receiver has some of them already, which is no harm.
     class StateCursor final : public IObjectStateCursor
     {
     public:
         explicit StateCursor(ValueItemMapBase& map)
             : m_map(map)
+            , m_position(map.openState())
         {}
 
         bool AppendNext(std::string& out, std::size_t bytes) override
         {
             const std::size_t enough = out.size() + bytes;
+            auto& next = m_position->next;
             if (!std::exchange(m_started, true)) {
                 m_map.addStateBeforeItems(out, 0);
+                next = m_map.m_map.cbegin();
             }
-            while (findBucket()) {
-                const MapType& items = m_map.m_map;
-                for (auto item = items.begin(m_bucket); item != items.end(m_bucket); ++item) {
-                    SetAtCommand::append(out, item->first, item->second);
-                }
-                ++m_bucket;
+            const auto end = m_map.m_map.cend();
+            while (next != end) {
+                SetAtCommand::append(out, next->first, next->second);
+                ++next;
                 if (out.size() >= enough) {
-                    return findBucket();
+                    break;
                 }
             }
-            return false;
+            return next != end;
         }
 
     private:
-        // Goes on to the next bucket with items, if there is one.
-        bool findBucket()
-        {
-            const MapType& items = m_map.m_map;
-            if (items.bucket_count() != m_bucketCount) {
-                m_bucketCount = items.bucket_count();
-                m_bucket = 0;
-            }
-            while (m_bucket < m_bucketCount && items.begin(m_bucket) == items.end(m_bucket)) {
-                ++m_bucket;
-            }
-            return m_bucket < m_bucketCount;
-        }
-
         ValueItemMapBase& m_map;
-        std::size_t m_bucketCount = 0;
-        std::size_t m_bucket = 0;
+        const std::shared_ptr<StatePosition> m_position;
         bool m_started = false;
     };
+
+    std::shared_ptr<StatePosition> openState()
+    {
+        auto position = std::make_shared<StatePosition>(StatePosition{m_map.cend()});
+        m_states.push_back(position);
+        return position;
+    }
+
+    // Of the states that are being made; those that have ended are forgotten on the way.
+    template <typename Use>
+    void forEachState(Use use)
+    {
+        std::erase_if(m_states, [&](const std::weak_ptr<StatePosition>& state) {
+            const auto position = state.lock();
+            if (position) {
+                use(*position);
+            }
+            return !position;
+        });
+    }
+
+    // To be called when the map may have laid out its items anew.
+    void restartStates()
+    {
+        forEachState([this](StatePosition& state) { state.next = m_map.cbegin(); });
+    }
 
     void addStateBeforeItems(std::string& out, unsigned int flags)
     {
@@ -459,6 +497,7 @@ private:
     }
 
     MapType m_map;
+    std::vector<std::weak_ptr<StatePosition>> m_states;
     ChangeLog m_changeLog;
     QString m_filename;
 };

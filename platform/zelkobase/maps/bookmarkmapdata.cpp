@@ -26,13 +26,20 @@ bool BookmarkMapData::operator==(const BookmarkMapData& other) const
     return m_key == other.m_key && m_entry == other.m_entry;
 }
 
-std::string BookmarkMapData_ItemFormat::toStandardString(const BookmarkMapData& item)
+void BookmarkMapData_ItemFormat::appendTo(std::string& out, const BookmarkMapData& item)
 {
-    return makeSizedItem([&](std::string& out) {
+    appendSizedItem(out, [&] {
         const unsigned int key = item.GetKey();
         out.append(reinterpret_cast<const char*>(&key), sizeof key);
         item.toEntry().appendBinary(out);
     });
+}
+
+std::string BookmarkMapData_ItemFormat::toStandardString(const BookmarkMapData& item)
+{
+    std::string out;
+    appendTo(out, item);
+    return out;
 }
 
 bool BookmarkMapData_ItemFormat::fromCharStream(const char** stream, BookmarkMapData& item)

@@ -41,6 +41,9 @@ class ZELKOBASEMAPS_EXPORT BookmarkMapData_ItemFormat
 public:
     static std::string toStandardString(const BookmarkMapData& item);
 
+    /// Appends what `toStandardString` gives.
+    static void appendTo(std::string& out, const BookmarkMapData& item);
+
     /// Reads an item of which the stream is known to hold the announced size and advances the stream behind it. False
     /// for bytes that are not exactly one item; `item` is as before then.
     static bool fromCharStream(const char** stream, BookmarkMapData& item);

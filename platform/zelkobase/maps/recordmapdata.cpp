@@ -6,7 +6,9 @@ namespace zelko::recordmap {
 
 RecordMapData::RecordMapData() = default;
 RecordMapData::RecordMapData(const RecordMapData& other) = default;
+RecordMapData::RecordMapData(RecordMapData&& other) noexcept = default;
 RecordMapData& RecordMapData::operator=(const RecordMapData& other) = default;
+RecordMapData& RecordMapData::operator=(RecordMapData&& other) noexcept = default;
 RecordMapData::~RecordMapData() = default;
 
 RecordMapData::RecordMapData(RecordDataPtr record)
@@ -27,13 +29,20 @@ bool RecordMapData::operator==(const RecordMapData& other) const
     return m_record && other.m_record && *m_record == *other.m_record;
 }
 
-std::string RecordMapData_ItemFormat::toStandardString(const RecordMapData& item)
+void RecordMapData_ItemFormat::appendTo(std::string& out, const RecordMapData& item)
 {
-    return makeSizedItem([&](std::string& out) {
+    appendSizedItem(out, [&] {
         if (const auto& record = item.GetRecordData()) {
             record->appendBinary(out);
         }
     });
+}
+
+std::string RecordMapData_ItemFormat::toStandardString(const RecordMapData& item)
+{
+    std::string out;
+    appendTo(out, item);
+    return out;
 }
 
 bool RecordMapData_ItemFormat::fromCharStream(const char** stream, RecordMapData& item)
@@ -43,8 +52,8 @@ bool RecordMapData_ItemFormat::fromCharStream(const char** stream, RecordMapData
         item = RecordMapData();
         return true;
     }
-    auto record = std::make_shared<ZELKO_XML::ZELKO_RecordData>();
-    if (!record->readBinary(bytes.begin, bytes.end) || !bytes.isEmpty()) {
+    auto record = REPORTGENERATOR::RGObject::makeFromBinary<ZELKO_XML::ZELKO_RecordData>(bytes.begin, bytes.end);
+    if (!record || !bytes.isEmpty()) {
         return false;
     }
     item = RecordMapData(std::move(record));

@@ -24,7 +24,9 @@ public:
     RecordMapData();
     explicit RecordMapData(RecordDataPtr record);
     RecordMapData(const RecordMapData& other);
+    RecordMapData(RecordMapData&& other) noexcept;
     RecordMapData& operator=(const RecordMapData& other);
+    RecordMapData& operator=(RecordMapData&& other) noexcept;
     virtual ~RecordMapData();
 
     /// The record. Null is legal: the key is known, but no data of it.
@@ -43,6 +45,9 @@ class ZELKOBASEMAPS_EXPORT RecordMapData_ItemFormat
 {
 public:
     static std::string toStandardString(const RecordMapData& item);
+
+    /// Appends what `toStandardString` gives.
+    static void appendTo(std::string& out, const RecordMapData& item);
 
     /// Reads an item of which the stream is known to hold the announced size and advances the stream behind it. False
     /// for bytes that are not exactly one record; `item` is as before then.

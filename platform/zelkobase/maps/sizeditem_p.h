@@ -15,15 +15,15 @@ struct SizedItem
     bool isEmpty() const { return begin == end; }
 };
 
-/// An item in the form that the map's commands carry: its size in four bytes, then what `append` writes.
+/// Appends an item in the form that the map's commands carry: its size in four bytes, then what `append` appends.
 template <typename Append>
-std::string makeSizedItem(Append append)
+void appendSizedItem(std::string& out, Append append)
 {
-    std::string out(sizeof(std::uint32_t), '\0');
-    append(out);
-    const auto size = static_cast<std::uint32_t>(out.size() - sizeof(std::uint32_t));
-    std::memcpy(out.data(), &size, sizeof size);
-    return out;
+    const std::size_t start = out.size();
+    out.append(sizeof(std::uint32_t), '\0');
+    append();
+    const auto size = static_cast<std::uint32_t>(out.size() - start - sizeof(std::uint32_t));
+    std::memcpy(out.data() + start, &size, sizeof size);
 }
 
 /// Takes one item from a stream that is known to hold it whole.
