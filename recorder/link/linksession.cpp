@@ -2,6 +2,7 @@
 
 #include <valuecore/valuebase.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace ZelkoRecorder {
@@ -41,13 +42,17 @@ void LinkSession::pump()
     }
 }
 
-// The state is made as the client takes it, so that it never stands in memory as a whole.
+// The state is made as the client takes it, so that it never stands in memory as a whole. It begins with little at a
+// time: the client has something to do while the next is made.
 void LinkSession::refill()
 {
     if (std::exchange(m_stateWanted, false)) {
         m_walk = std::make_unique<StateWalk>(m_tree);
+        m_refillBytes = statePieceBytes;
     }
-    while (m_walk && m_backlog.bytes() < batchBytes) {
+    const std::size_t wanted = m_refillBytes;
+    m_refillBytes = std::min(2 * wanted, batchBytes);
+    while (m_walk && m_backlog.bytes() < wanted) {
         if (const auto frame = m_walk->next(statePieceBytes)) {
             m_backlog.appendState(frame);
         } else {

@@ -54,6 +54,7 @@ private:
     const QString m_user;
     const std::function<void()> m_wantsPump;
     LinkBacklog m_backlog;
+    std::size_t m_refillBytes = statePieceBytes;
     std::unique_ptr<StateWalk> m_walk;
     bool m_stateWanted = true;
     int m_restarts = 0;

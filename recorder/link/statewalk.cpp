@@ -98,11 +98,17 @@ LinkBacklog::SharedFrame StateWalk::nextOfState(std::size_t bytes)
         m_cursor.reset();
         return nullptr;
     }
-    std::string commands;
-    if (!m_cursor->AppendNext(commands, bytes)) {
+    std::string frame;
+    frame.reserve(bytes + bytes / 4);
+    const std::size_t payload = ZelkoCommon::link::beginFrame(frame, FrameType::Commands, m_openHandle);
+    if (!m_cursor->AppendNext(frame, bytes)) {
         m_cursor.reset();
     }
-    return commands.empty() ? nullptr : makeFrame(FrameType::Commands, m_openHandle, commands);
+    if (frame.size() == payload) {
+        return nullptr;
+    }
+    ZelkoCommon::link::endFrame(frame, payload);
+    return std::make_shared<const std::string>(std::move(frame));
 }
 
 } // namespace ZelkoRecorder

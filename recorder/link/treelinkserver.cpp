@@ -128,8 +128,9 @@ void TreeLinkServer::Private::openSession(SessionId id, const QString& user, Zel
             pumpTimer.start();
         }
     };
-    sessions.emplace(id,
-                     std::make_unique<LinkSession>(tree, std::move(sender), user, options.maxBacklogBytes, wantsPump));
+    const auto opened = sessions.emplace(
+        id, std::make_unique<LinkSession>(tree, std::move(sender), user, options.maxBacklogBytes, wantsPump));
+    opened.first->second->pump();
     Q_EMIT q->sessionOpened(user);
 }
 

@@ -2,6 +2,8 @@
 
 #include <valuecore/commandreader.h>
 
+#include <xxhash.h>
+
 #include <cstring>
 
 namespace ZelkoCommon::link {
@@ -25,23 +27,9 @@ T numberAt(std::string_view bytes, std::size_t offset)
 
 } // namespace
 
-// Every step is a bijection of the sum as well as of the word, so that neither can swallow a difference of the other.
 std::uint64_t checksum(std::string_view batch)
 {
-    constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
-    std::uint64_t sum = batch.size() * odd;
-    const auto add = [&sum](std::uint64_t word) {
-        sum = (sum ^ word) * odd;
-        sum ^= sum >> 32;
-    };
-    while (batch.size() >= sizeof(std::uint64_t)) {
-        add(numberAt<std::uint64_t>(batch, 0));
-        batch.remove_prefix(sizeof(std::uint64_t));
-    }
-    std::uint64_t rest = 0;
-    std::memcpy(&rest, batch.data(), batch.size());
-    add(rest);
-    return sum;
+    return XXH3_64bits(batch.data(), batch.size());
 }
 
 ReadResult readFrame(std::string_view& bytes, Frame& frame)
@@ -64,12 +52,25 @@ ReadResult readFrame(std::string_view& bytes, Frame& frame)
     return ReadResult::Frame;
 }
 
-void appendFrame(std::string& out, FrameType type, std::uint32_t handle, std::string_view payload)
+std::size_t beginFrame(std::string& out, FrameType type, std::uint32_t handle)
 {
     commandwriter::number(out, static_cast<std::uint8_t>(type));
     commandwriter::number(out, handle);
-    commandwriter::number(out, static_cast<std::uint32_t>(payload.size()));
+    commandwriter::number(out, std::uint32_t{0});
+    return out.size();
+}
+
+void endFrame(std::string& out, std::size_t payloadStart)
+{
+    const auto size = static_cast<std::uint32_t>(out.size() - payloadStart);
+    std::memcpy(out.data() + payloadStart - sizeof size, &size, sizeof size);
+}
+
+void appendFrame(std::string& out, FrameType type, std::uint32_t handle, std::string_view payload)
+{
+    const std::size_t payloadStart = beginFrame(out, type, handle);
     out += payload;
+    endFrame(out, payloadStart);
 }
 
 void appendAnnouncement(std::string& out, std::uint32_t handle, const Announcement& what)

@@ -56,8 +56,9 @@ inline constexpr std::size_t maxFramePayload = 64u * 1024 * 1024;
 /// No path is longer, and so none is nested deeper than the tree can walk.
 inline constexpr qsizetype maxPathLength = 4096;
 
-/// Checksum of a batch. TCP's own is 16 bits wide and not carried across proxies; what slips through it must not become
-/// the name of a record, let alone an order to delete one. No damage that keeps to eight aligned bytes goes unseen.
+/// Checksum of a batch, XXH3 with 64 bits (https://github.com/Cyan4973/xxHash). TCP's own is 16 bits wide and not
+/// carried across proxies; what slips through it must not become the name of a record, let alone an order to delete
+/// one.
 ZELKOBASECONNECTION_EXPORT std::uint64_t checksum(std::string_view batch);
 
 enum class ReadResult {
@@ -71,6 +72,10 @@ ZELKOBASECONNECTION_EXPORT ReadResult readFrame(std::string_view& bytes, Frame& 
 
 ZELKOBASECONNECTION_EXPORT void appendFrame(std::string& out, FrameType type, std::uint32_t handle,
                                             std::string_view payload = {});
+
+/// Begins a frame whose payload is then appended in place, and gives where the payload starts, which `endFrame` takes.
+ZELKOBASECONNECTION_EXPORT std::size_t beginFrame(std::string& out, FrameType type, std::uint32_t handle);
+ZELKOBASECONNECTION_EXPORT void endFrame(std::string& out, std::size_t payloadStart);
 
 ZELKOBASECONNECTION_EXPORT void appendAnnouncement(std::string& out, std::uint32_t handle, const Announcement& what);
 
