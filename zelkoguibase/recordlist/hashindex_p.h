@@ -30,6 +30,14 @@ public:
         return -1;
     }
 
+    /// Says that `hash` is about to be looked for, so that its place is fetched from memory meanwhile.
+    void expect(std::size_t hash) const
+    {
+        if (!m_slots.empty()) {
+            __builtin_prefetch(&m_slots[home(static_cast<std::uint32_t>(hash))]);
+        }
+    }
+
     /// Puts in a number that is not there.
     void insert(std::size_t hash, int number);
 

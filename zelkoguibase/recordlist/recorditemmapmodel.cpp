@@ -202,6 +202,7 @@ void RecordItemMapModel::Private::workOff(char type, const QString& id)
 
 void RecordItemMapModel::Private::recordSet(const QString& id)
 {
+    const std::size_t hash = m_rows.expect(id);
     const Data data = recordOf(*m_map, id);
     if (!data) {
         if (m_rows.rowOf(id) >= 0) {
@@ -209,7 +210,7 @@ void RecordItemMapModel::Private::recordSet(const QString& id)
         }
         return;
     }
-    const int row = m_rows.rowOrQueue(id, data);
+    const int row = m_rows.rowOrQueue(id, hash, data);
     if (row >= 0) {
         updateRow(row, data);
     }
@@ -358,7 +359,7 @@ RecordItemMapModel::Private::Statuses RecordItemMapModel::Private::statuses() co
 void RecordItemMapModel::Private::fillFromMap()
 {
     for (const auto& [id, item] : m_map->data()) {
-        m_rows.rowOrQueue(id, item.GetRecordData());
+        m_rows.rowOrQueue(id, m_rows.expect(id), item.GetRecordData());
     }
     m_rows.showQueued();
 }

@@ -9,9 +9,8 @@ int RecordRows::rowOf(const QString& id) const
     return row < m_count ? row : -1;
 }
 
-int RecordRows::rowOrQueue(const QString& id, const Data& data)
+int RecordRows::rowOrQueue(const QString& id, std::size_t hash, const Data& data)
 {
-    const std::size_t hash = qHash(id);
     const int number = find(id, hash);
     if (number < 0) {
         const int place = static_cast<int>(m_order.size());

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <boost/container/deque.hpp>
+
 #include <memory>
 #include <vector>
 
@@ -40,8 +42,17 @@ public:
     /// Replaces the data of a row.
     void replace(int row, const Data& data) { entry(row).data = data; }
 
-    /// The row of an ID. For one without a row -1: it is queued with `data` then, in place of what was queued for it.
-    int rowOrQueue(const QString& id, const Data& data);
+    /// The hash under which an ID is looked for, whose place in memory is fetched from now on.
+    std::size_t expect(const QString& id) const
+    {
+        const std::size_t hash = qHash(id);
+        m_index.expect(hash);
+        return hash;
+    }
+
+    /// The row of an ID with that hash. For one without a row -1: it is queued with `data` then, in place of what was
+    /// queued for it.
+    int rowOrQueue(const QString& id, std::size_t hash, const Data& data);
 
     /// Makes rows of the queued records, behind the others and in the order in which they were queued.
     void showQueued() { m_count += queuedCount(); }
@@ -79,8 +90,12 @@ private:
     void eraseEntries(int firstPlace, int count);
     void renumberFrom(int place);
 
+    // Grows without moving what is there, which in a long list would be one long step.
+    using Blocks = boost::container::deque_options_t<boost::container::block_size<1024u>>;
+    using Entries = boost::container::deque<Entry, void, Blocks>;
+
     // An entry has a number for as long as it lives; rows and index hold numbers only.
-    std::vector<Entry> m_entries;
+    Entries m_entries;
     std::vector<int> m_free;
     HashIndex m_index;
     std::vector<int> m_order; // rows, with a gap among them while runs are removed, then the queue

@@ -31,11 +31,7 @@ NotificationFold::~NotificationFold()
 void NotificationFold::prepare(ValueBase& value, const Command& command)
 {
     const std::size_t key = command.TargetHash().value_or(0);
-    const auto alive = value.lifeline();
-    if (m_value && (m_value != &value || mustEndBefore(command, key))) {
-        end();
-    }
-    if (alive.expired()) {
+    if (m_value && (m_value != &value || mustEndBefore(command, key)) && !endsBeside(value)) {
         return;
     }
     if (!isItemCommand(command) || value.ChangeLogCapacity() == 0) {
@@ -59,6 +55,14 @@ void NotificationFold::end()
     if (value && !m_alive.expired()) {
         value->EndTransaction(TChangeCode::ValueChanged, nullptr);
     }
+}
+
+// Ends the fold, and tells whether the observers have left `value` where it is.
+bool NotificationFold::endsBeside(const ValueBase& value)
+{
+    const auto alive = value.lifeline();
+    end();
+    return !alive.expired();
 }
 
 bool NotificationFold::mustEndBefore(const Command& command, std::size_t key) const

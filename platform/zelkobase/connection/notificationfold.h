@@ -51,6 +51,7 @@ private:
 
     static constexpr std::size_t maxChanges = 512;
 
+    bool endsBeside(const ValueBase& value);
     bool mustEndBefore(const Command& command, std::size_t key) const;
     void remember(const Command& command, std::size_t key);
 
