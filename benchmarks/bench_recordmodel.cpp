@@ -13,6 +13,7 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <map>
 #include <random>
 
 namespace {
@@ -22,6 +23,7 @@ using zelko::recordmap::RecordMapData;
 using RecordPtr = PlainRecordModel::RecordPtr;
 
 constexpr int manyRecords = 100000;
+constexpr int mostRecords = 1000000;
 constexpr int recordsInSlice = 200; // what the tree link folds into one notification is below the log's 250
 
 RecordPtr makeRecord(int number, quint64 size)
@@ -67,13 +69,14 @@ std::vector<QString> scatteredHalf(const std::vector<RecordPtr>& records)
 class Ours
 {
 public:
-    Ours()
+    explicit Ours(const QString& node = QStringLiteral("/Bench"))
+        : m_node(node)
     {
-        m_map = Tree::Instance()->Emplace(QStringLiteral("/Bench"),
+        m_map = Tree::Instance()->Emplace(m_node,
                                           std::make_unique<RecordItemMap>(QStringLiteral("Map"), TValueState::Open));
         m_model.connect(m_map->GetPathName());
     }
-    ~Ours() { Tree::Instance()->Remove(QStringLiteral("/Bench")); }
+    ~Ours() { Tree::Instance()->Remove(m_node); }
     Ours(const Ours&) = delete;
     Ours& operator=(const Ours&) = delete;
 
@@ -104,6 +107,7 @@ public:
     int count() const { return m_model.rowCount(); }
 
 private:
+    const QString m_node;
     RecordItemMap* m_map;
     ZelkoGUI::RecordItemMapModel m_model{nullptr};
 };
@@ -186,24 +190,41 @@ void removal(benchmark::State& state)
 }
 
 // Update by ID. What changes in a list is what is being recorded: a handful of records, one per channel, which stand
-// anywhere. The records of the short list lie as far apart in memory as those of the long one: what a processor makes
-// of memory in one small piece is not the list's doing.
+// anywhere.
+
+// The records of a short list lie as far apart in memory as those of the longest one: what a processor makes of memory
+// in one small piece is not the list's doing.
+std::vector<RecordPtr> spreadRecords(int rows)
+{
+    static const std::vector<RecordPtr> all = makeRecords(mostRecords);
+    std::vector<RecordPtr> records;
+    for (int i = 0; i < rows; ++i) {
+        records.push_back(all[static_cast<std::size_t>(i * (mostRecords / rows))]);
+    }
+    return records;
+}
+
+// Made once: the longest one takes a while.
+Ours& standingList(int rows)
+{
+    static const Tree* const tree = Tree::Instance(); // outlives the lists
+    static std::map<int, std::unique_ptr<Ours>> lists;
+    std::unique_ptr<Ours>& list = lists[rows];
+    if (tree && !list) {
+        list = std::make_unique<Ours>(QStringLiteral("/Bench%1").arg(rows));
+        list->fill(spreadRecords(rows));
+    }
+    return *list;
+}
 
 void updateOurs(benchmark::State& state)
 {
     constexpr int changing = 16;
     const int rows = static_cast<int>(state.range(0));
-    const int step = manyRecords / rows;
-    const std::vector<RecordPtr> all = makeRecords(manyRecords);
-    std::vector<RecordPtr> listed;
-    for (int i = 0; i < rows; ++i) {
-        listed.push_back(all[static_cast<std::size_t>(i * step)]);
-    }
-    Ours ours;
-    ours.fill(listed);
+    Ours& ours = standingList(rows);
     std::vector<RecordPtr> states[2];
     for (int i = 0; i < changing; ++i) {
-        const int number = i * (rows / changing) * step;
+        const int number = i * (rows / changing) * (mostRecords / rows);
         states[0].push_back(makeRecord(number, 1));
         states[1].push_back(makeRecord(number, 2));
     }
@@ -213,6 +234,27 @@ void updateOurs(benchmark::State& state)
         ++turn;
     }
     if (ours.count() != rows) {
+        state.SkipWithError("an update made a row");
+    }
+}
+
+// Updates all over the list: here the processor's memory counts, for us and for a plain model.
+
+template <typename Subject>
+void updatesAllOver(benchmark::State& state)
+{
+    Subject subject;
+    subject.fill(sharedRecords());
+    std::vector<RecordPtr> states[2] = {makeRecords(manyRecords, 1), makeRecords(manyRecords, 2)};
+    for (std::vector<RecordPtr>& records : states) {
+        std::shuffle(records.begin(), records.end(), std::mt19937(11));
+    }
+    std::size_t turn = 0;
+    for (auto _ : state) {
+        subject.set(states[turn / manyRecords % 2][turn % manyRecords]);
+        ++turn;
+    }
+    if (subject.count() != manyRecords) {
         state.SkipWithError("an update made a row");
     }
 }
@@ -245,7 +287,9 @@ BENCHMARK(rows<Ours>)->Name("rows/ours")->Unit(benchmark::kMillisecond);
 BENCHMARK(rows<Plain>)->Name("rows/plain")->Unit(benchmark::kMillisecond);
 BENCHMARK(rowsInSlices<Ours>)->Name("rows_in_slices/ours")->Unit(benchmark::kMillisecond);
 BENCHMARK(rowsInSlices<Plain>)->Name("rows_in_slices/plain")->Unit(benchmark::kMillisecond);
-BENCHMARK(updateOurs)->Name("update")->Arg(1000)->Arg(100000);
+BENCHMARK(updateOurs)->Name("update")->Arg(1000)->Arg(100000)->Arg(1000000);
+BENCHMARK(updatesAllOver<Ours>)->Name("updates_all_over/ours");
+BENCHMARK(updatesAllOver<Plain>)->Name("updates_all_over/plain");
 BENCHMARK(removal<Ours>)->Name("removal/ours")->Unit(benchmark::kMillisecond);
 BENCHMARK(removal<Plain>)->Name("removal/plain")->Unit(benchmark::kMillisecond);
 BENCHMARK(memoryOurs)->Name("memory")->Unit(benchmark::kMillisecond)->Iterations(1);
