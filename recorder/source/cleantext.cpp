@@ -13,8 +13,9 @@ bool isForbidden(QChar character)
 bool isLoneSurrogate(const QString& text, qsizetype index)
 {
     const QChar character = text.at(index);
-    if (character.isHighSurrogate())
+    if (character.isHighSurrogate()) {
         return index + 1 == text.size() || !text.at(index + 1).isLowSurrogate();
+    }
     return character.isLowSurrogate() && (index == 0 || !text.at(index - 1).isHighSurrogate());
 }
 
@@ -24,8 +25,9 @@ QString cleanText(QString text, qsizetype maximumLength)
 {
     text.truncate(maximumLength);
     for (qsizetype index = 0; index < text.size(); ++index) {
-        if (isForbidden(text.at(index)) || isLoneSurrogate(text, index))
+        if (isForbidden(text.at(index)) || isLoneSurrogate(text, index)) {
             text[index] = u' ';
+        }
     }
     return text.simplified();
 }

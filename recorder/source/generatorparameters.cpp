@@ -102,12 +102,13 @@ void Reader::readPair(const QString& pair)
 {
     const qsizetype equals = pair.indexOf(u'=');
     const QString key = pair.left(equals).trimmed();
-    if (equals < 0)
+    if (equals < 0) {
         error = QStringLiteral("generator: \"%1\" has no value").arg(key);
-    else if (m_seen.contains(key))
+    } else if (m_seen.contains(key)) {
         error = QStringLiteral("generator: \"%1\" is given twice").arg(key);
-    else
+    } else {
         readValue(key, pair.mid(equals + 1).trimmed());
+    }
     m_seen.insert(key);
 }
 
@@ -120,8 +121,9 @@ void Reader::readValue(const QString& key, const QString& value)
     if (key == u"start") {
         const std::optional<quint64> start = microsecondsFromIsoTime(value);
         parameters.startTime = start.value_or(0);
-        if (!start)
+        if (!start) {
             error = QStringLiteral("generator: \"start\" is not an ISO 8601 moment since 1970: \"%1\"").arg(value);
+        }
         return;
     }
     for (const NumberKey& known : numberKeys) {
@@ -165,14 +167,16 @@ void Reader::checkTogether()
     const auto rate = static_cast<double>(parameters.sampleRate);
     constexpr const char* half = "half the rate";
     checkLimit("bandwidth", static_cast<double>(parameters.bandwidth.value_or(1)), rate, "the rate");
-    if (parameters.kind != Kind::Noise)
+    if (parameters.kind != Kind::Noise) {
         checkLimit("offset", std::abs(parameters.offset), rate / 2, half);
+    }
     if (parameters.kind == Kind::Fm) {
         checkLimit("deviation", parameters.deviation, rate / 2, half);
         checkLimit("modulation", parameters.modulation, rate / 2, half);
     }
-    if (parameters.kind == Kind::Bursts)
+    if (parameters.kind == Kind::Bursts) {
         checkLimit("burst", parameters.burstMilliseconds, parameters.periodMilliseconds, "the period");
+    }
 }
 
 } // namespace
@@ -183,14 +187,17 @@ std::optional<GeneratorParameters> GeneratorParameters::parse(const QString& tex
     Reader reader;
     reader.readKind(parts.takeFirst().trimmed());
     for (const QString& part : std::as_const(parts)) {
-        if (reader.error.isEmpty())
+        if (reader.error.isEmpty()) {
             reader.readPair(part);
+        }
     }
     reader.checkTogether();
-    if (reader.error.isEmpty())
+    if (reader.error.isEmpty()) {
         return reader.parameters;
-    if (error != nullptr)
+    }
+    if (error != nullptr) {
         *error = reader.error;
+    }
     return std::nullopt;
 }
 
@@ -201,11 +208,13 @@ qint64 GeneratorParameters::framesIn(double milliseconds) const
 
 QString GeneratorParameters::displayName() const
 {
-    if (!name.isEmpty())
+    if (!name.isEmpty()) {
         return name;
+    }
     for (const KindWord& known : kindWords) {
-        if (known.kind == kind)
+        if (known.kind == kind) {
             return known.recordName;
+        }
     }
     return {};
 }

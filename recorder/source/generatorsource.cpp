@@ -53,10 +53,12 @@ SourceDescription describe(const GeneratorParameters& parameters)
     description.sampleRate = parameters.sampleRate;
     description.bandwidth = parameters.bandwidth.value_or(parameters.sampleRate);
     description.segments = {{0, parameters.centreFrequency, parameters.startTime}};
-    if (parameters.seconds)
+    if (parameters.seconds) {
         description.totalFrames = parameters.framesIn(*parameters.seconds * 1'000);
-    if (parameters.kind == Kind::Bursts)
+    }
+    if (parameters.kind == Kind::Bursts) {
         description.marks = burstMarks(parameters, description.totalFrames);
+    }
     return description;
 }
 

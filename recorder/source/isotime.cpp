@@ -21,12 +21,14 @@ QTime timeOfDay(const QRegularExpressionMatch& match)
 
 std::optional<qint64> zoneSeconds(const QRegularExpressionMatch& match)
 {
-    if (match.capturedView(u"sign").isEmpty())
+    if (match.capturedView(u"sign").isEmpty()) {
         return 0;
+    }
     const int hours = match.capturedView(u"zoneHours").toInt();
     const int minutes = match.capturedView(u"zoneMinutes").toInt();
-    if (hours > 14 || minutes > 59)
+    if (hours > 14 || minutes > 59) {
         return std::nullopt;
+    }
     const qint64 seconds = qint64(hours) * 3600 + qint64(minutes) * 60;
     return match.capturedView(u"sign") == u"-" ? -seconds : seconds;
 }
@@ -46,19 +48,23 @@ std::optional<quint64> microsecondsFromIsoTime(QStringView text)
 {
     // Far more digits than any clock gives; the limit keeps the pattern from chewing on a text of megabytes.
     constexpr qsizetype longestText = 64;
-    if (text.size() > longestText)
+    if (text.size() > longestText) {
         return std::nullopt;
+    }
     const QRegularExpressionMatch match = pattern().match(text.toString());
-    if (!match.hasMatch())
+    if (!match.hasMatch()) {
         return std::nullopt;
+    }
     const QDate date = QDate::fromString(match.captured(u"date"), Qt::ISODate);
     const QTime time = timeOfDay(match);
     const std::optional<qint64> zone = zoneSeconds(match);
-    if (!date.isValid() || !time.isValid() || !zone)
+    if (!date.isValid() || !time.isValid() || !zone) {
         return std::nullopt;
+    }
     const qint64 seconds = QDateTime(date, time, Qt::UTC).toSecsSinceEpoch() - *zone;
-    if (seconds < 0)
+    if (seconds < 0) {
         return std::nullopt;
+    }
     constexpr quint64 perSecond = 1'000'000;
     const int fraction = fractionAsMicroseconds(match.capturedView(u"fraction"));
     return static_cast<quint64>(seconds) * perSecond + static_cast<quint64>(fraction);

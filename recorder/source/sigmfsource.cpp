@@ -19,8 +19,9 @@ constexpr QLatin1StringView dataSuffix(".sigmf-data");
 QString stemOf(const QString& path)
 {
     for (const QLatin1StringView suffix : {metaSuffix, dataSuffix}) {
-        if (path.endsWith(suffix))
+        if (path.endsWith(suffix)) {
             return path.chopped(suffix.size());
+        }
     }
     return path;
 }
@@ -29,11 +30,13 @@ std::unique_ptr<QFile> openFile(const QString& path)
 {
     // Asked before opening: a pipe would block, and a folder opens on some systems.
     const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
+    if (info.exists() && !info.isFile()) {
         throw Refusal{QStringLiteral("\"%1\" is not a file").arg(path)};
+    }
     auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly))
+    if (!file->open(QIODevice::ReadOnly)) {
         throw Refusal{QStringLiteral("\"%1\" cannot be read: %2").arg(path, file->errorString())};
+    }
     return file;
 }
 
@@ -44,32 +47,38 @@ SigmfMetadata readMetadata(const QString& path)
     // One byte beyond the limit is enough for the parser to refuse the file.
     const std::optional<SigmfMetadata> metadata =
         SigmfMetadata::parse(file->read(SigmfMetadata::maximumSize + 1), &error);
-    if (!metadata)
+    if (!metadata) {
         throw Refusal{QStringLiteral("\"%1\": %2").arg(path, error)};
+    }
     return *metadata;
 }
 
 QString dataPath(const QString& stem, const QString& dataset)
 {
-    if (dataset.isEmpty())
+    if (dataset.isEmpty()) {
         return stem + dataSuffix;
+    }
     const QString folder = QFileInfo(stem).absolutePath();
     const QFileInfo data(folder + u'/' + dataset);
     // The name has no path in it, but it may be that of a link to somewhere else.
-    if (data.exists() && QFileInfo(data.canonicalFilePath()).path() != QFileInfo(folder).canonicalFilePath())
+    if (data.exists() && QFileInfo(data.canonicalFilePath()).path() != QFileInfo(folder).canonicalFilePath()) {
         throw Refusal{QStringLiteral("\"%1\" lies outside of its folder").arg(data.filePath())};
+    }
     return data.filePath();
 }
 
 void checkHash(QFile& data, const QByteArray& expected)
 {
-    if (expected.isEmpty())
+    if (expected.isEmpty()) {
         return;
+    }
     QCryptographicHash hash(QCryptographicHash::Sha512);
-    if (!hash.addData(&data) || hash.result() != expected)
+    if (!hash.addData(&data) || hash.result() != expected) {
         throw Refusal{QStringLiteral("\"%1\" does not have the SHA-512 of its metadata").arg(data.fileName())};
-    if (!data.seek(0))
+    }
+    if (!data.seek(0)) {
         throw Refusal{QStringLiteral("\"%1\" cannot be read: %2").arg(data.fileName(), data.errorString())};
+    }
 }
 
 /// Takes out what speaks of frames that the data file does not have.
@@ -78,8 +87,9 @@ void trim(SourceDescription& description)
     const qint64 total = description.totalFrames;
     description.segments.removeIf([total](const SourceSegment& segment) { return segment.frame >= total; });
     description.marks.removeIf([total](const SourceMark& mark) { return mark.frame >= total; });
-    for (SourceMark& mark : description.marks)
+    for (SourceMark& mark : description.marks) {
         mark.frameCount = std::min(mark.frameCount, total - mark.frame);
+    }
 }
 
 SourceDescription describe(const SigmfMetadata& metadata, const QString& stem, const QFile& data)
@@ -87,10 +97,12 @@ SourceDescription describe(const SigmfMetadata& metadata, const QString& stem, c
     SourceDescription description = metadata.description;
     description.name = cleanText(QFileInfo(stem).fileName());
     description.totalFrames = data.size() / description.format.bytesPerFrame();
-    if (description.totalFrames == 0)
+    if (description.totalFrames == 0) {
         throw Refusal{QStringLiteral("\"%1\" holds no samples").arg(data.fileName())};
-    if (description.totalFrames > SourceDescription::maximumFrame)
+    }
+    if (description.totalFrames > SourceDescription::maximumFrame) {
         throw Refusal{QStringLiteral("\"%1\" holds too many samples").arg(data.fileName())};
+    }
     trim(description);
     return description;
 }
@@ -112,8 +124,9 @@ std::unique_ptr<SigmfSource> SigmfSource::open(const QString& path, QString* err
         checkHash(*data, metadata.sha512);
         return std::unique_ptr<SigmfSource>(new SigmfSource(description, std::move(data)));
     } catch (const Refusal& refusal) {
-        if (error != nullptr)
+        if (error != nullptr) {
             *error = refusal.text;
+        }
         return nullptr;
     }
 }
@@ -121,8 +134,9 @@ std::unique_ptr<SigmfSource> SigmfSource::open(const QString& path, QString* err
 qint64 SigmfSource::read(char* buffer, qint64 frames)
 {
     const qint64 count = std::min(frames, description().totalFrames - m_frame);
-    if (count <= 0 || !errorText().isEmpty())
+    if (count <= 0 || !errorText().isEmpty()) {
         return 0;
+    }
     const qint64 bytes = count * description().format.bytesPerFrame();
     if (m_data->read(buffer, bytes) != bytes) {
         fail(QStringLiteral("\"%1\" ends early or cannot be read").arg(m_data->fileName()));

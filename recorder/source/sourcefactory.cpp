@@ -19,16 +19,20 @@ std::unique_ptr<SignalSource> SourceFactory::create(const QString& description, 
 {
     constexpr QLatin1StringView generator("generator:");
     constexpr QLatin1StringView sigmf("sigmf:");
-    if (description.startsWith(generator))
+    if (description.startsWith(generator)) {
         return createGenerator(description.mid(generator.size()), error);
-    if (description.startsWith(sigmf))
+    }
+    if (description.startsWith(sigmf)) {
         return SigmfSource::open(description.mid(sigmf.size()), error);
-    if (description.endsWith(u".sigmf-meta") || description.endsWith(u".sigmf-data"))
+    }
+    if (description.endsWith(u".sigmf-meta") || description.endsWith(u".sigmf-data")) {
         return SigmfSource::open(description, error);
-    if (error != nullptr)
+    }
+    if (error != nullptr) {
         *error = QStringLiteral("\"%1\" is not a source: it must begin with \"generator:\" or \"sigmf:\", or end in "
                                 "\".sigmf-meta\" or \".sigmf-data\"")
                      .arg(description);
+    }
     return nullptr;
 }
 

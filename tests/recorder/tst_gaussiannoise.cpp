@@ -13,16 +13,18 @@ QVector<float> numbers(quint64 seed, int count)
 {
     GaussianNoise noise(seed);
     QVector<float> result;
-    for (int index = 0; index < count; ++index)
+    for (int index = 0; index < count; ++index) {
         result.append(noise.next());
+    }
     return result;
 }
 
 double meanOfProducts(const QVector<float>& left, qsizetype lag)
 {
     double sum = 0;
-    for (qsizetype index = lag; index < left.size(); ++index)
+    for (qsizetype index = lag; index < left.size(); ++index) {
         sum += static_cast<double>(left[index]) * static_cast<double>(left[index - lag]);
+    }
     return sum / static_cast<double>(left.size() - lag);
 }
 

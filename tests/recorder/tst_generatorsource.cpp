@@ -16,8 +16,9 @@ GeneratorParameters parsed(const QString& text)
 {
     QString error;
     const auto parameters = GeneratorParameters::parse(text, &error);
-    if (!parameters)
+    if (!parameters) {
         qFatal("%s", qPrintable(error));
+    }
     return *parameters;
 }
 
@@ -67,8 +68,9 @@ double decibel(double power)
 double powerOf(const Samples& samples)
 {
     double sum = 0;
-    for (const std::complex<double>& sample : samples)
+    for (const std::complex<double>& sample : samples) {
         sum += std::norm(sample);
+    }
     return sum / static_cast<double>(samples.size());
 }
 
@@ -87,8 +89,9 @@ Samples withoutLine(Samples samples, double frequency, double rate)
 QVector<double> momentaryFrequencies(const Samples& samples, double rate)
 {
     QVector<double> frequencies;
-    for (qsizetype n = 1; n < samples.size(); ++n)
+    for (qsizetype n = 1; n < samples.size(); ++n) {
         frequencies.append(std::arg(samples[n] * std::conj(samples[n - 1])) * rate / (2 * std::numbers::pi));
+    }
     return frequencies;
 }
 
@@ -218,8 +221,9 @@ void TestGeneratorSource::fmSwingsAroundItsOffset()
 
     // The swing itself is a tone of the modulating frequency, with the deviation as its amplitude.
     Samples swing;
-    for (const double frequency : frequencies)
+    for (const double frequency : frequencies) {
         swing.append(std::complex<double>(frequency + 4000, 0));
+    }
     QVERIFY(std::abs(2 * std::abs(line(swing, 100, rate)) - 3000) < 5);
     QVERIFY(2 * std::abs(line(swing, 200, rate)) < 5);
     QVERIFY(std::abs(decibel(powerOf(samples)) - -3) < 0.02);
@@ -230,8 +234,9 @@ void TestGeneratorSource::burstsKeepTheirTimes()
     const QString text = QStringLiteral("bursts,rate=1000,burst=20,period=50,level=0,seconds=0.11");
     const Samples samples = samplesOf(text, 1'000);
     QString onAndOff;
-    for (const std::complex<double>& sample : samples)
+    for (const std::complex<double>& sample : samples) {
         onAndOff += std::abs(sample) > 0.99 ? u'#' : std::abs(sample) == 0 ? u'.' : u'?';
+    }
     const QString on(20, u'#');
     const QString off(30, u'.');
     QCOMPARE(onAndOff, on + off + on + off + on.left(10));
@@ -262,8 +267,9 @@ void TestGeneratorSource::noiseHasItsPower()
     const Samples samples = samplesOf(QStringLiteral("noise,level=%1").arg(level), 100'000);
     QVERIFY(std::abs(decibel(powerOf(samples)) - level) < 0.1);
     // Flat: no line of it stands out by much, wherever one looks.
-    for (double frequency = -23'000; frequency < 24'000; frequency += 1'000)
+    for (double frequency = -23'000; frequency < 24'000; frequency += 1'000) {
         QVERIFY(decibel(std::norm(line(samples, frequency, 48'000))) < level - 35);
+    }
 }
 
 void TestGeneratorSource::noiseIsAddedToTheCarrier()
@@ -308,8 +314,9 @@ void TestGeneratorSource::dividingReadsChangesNothing()
     QByteArray divided;
     for (qint64 frames = 1;; frames = frames * 3 % 101) {
         const QByteArray part = bytesOf(source, frames);
-        if (part.isEmpty())
+        if (part.isEmpty()) {
             break;
+        }
         divided += part;
     }
     QCOMPARE(divided.size(), 9'600 * 4);

@@ -38,8 +38,9 @@ SigmfMetadata accepted(const QByteArray& bytes)
 {
     QString error;
     const std::optional<SigmfMetadata> metadata = SigmfMetadata::parse(bytes, &error);
-    if (!metadata)
+    if (!metadata) {
         qFatal("%s", qPrintable(error));
+    }
     return *metadata;
 }
 
@@ -328,8 +329,9 @@ void TestSigmfMetadata::refusesEveryTruncation()
     pair.annotations = {QJsonObject{{"core:sample_start", 1}, {"core:comment", "a"}}};
     const QByteArray whole = pair.metadata().trimmed();
     QVERIFY(SigmfMetadata::parse(whole, nullptr));
-    for (qsizetype size = 0; size < whole.size(); ++size)
+    for (qsizetype size = 0; size < whole.size(); ++size) {
         QVERIFY2(!SigmfMetadata::parse(whole.left(size), nullptr), qPrintable(QString::number(size)));
+    }
 }
 
 void TestSigmfMetadata::survivesEveryFlippedByte()

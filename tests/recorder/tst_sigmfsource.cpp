@@ -18,8 +18,9 @@ QByteArray readAll(SignalSource& source, qint64 framesAtOnce)
     const int size = source.description().format.bytesPerFrame();
     QByteArray buffer(framesAtOnce * size, '\0');
     QByteArray bytes;
-    while (const qint64 frames = source.read(buffer.data(), framesAtOnce))
+    while (const qint64 frames = source.read(buffer.data(), framesAtOnce)) {
         bytes += buffer.left(frames * size);
+    }
     return bytes;
 }
 
