@@ -2,6 +2,7 @@
 
 #include <recorder/source/cleantext.h>
 #include <recorder/source/refusal.h>
+#include <recorder/source/regularfile.h>
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -28,14 +29,10 @@ QString stemOf(const QString& path)
 
 std::unique_ptr<QFile> openFile(const QString& path)
 {
-    // Asked before opening: a pipe would block, and a folder opens on some systems.
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) {
-        throw Refusal{QStringLiteral("\"%1\" is not a file").arg(path)};
-    }
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly)) {
-        throw Refusal{QStringLiteral("\"%1\" cannot be read: %2").arg(path, file->errorString())};
+    QString error;
+    auto file = openRegularFile(path, &error);
+    if (!file) {
+        throw Refusal{error};
     }
     return file;
 }

@@ -1,5 +1,6 @@
 #include <recorder/store/devicestore.h>
 
+#include <recorder/source/regularfile.h>
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/recordid.h>
 #include <recorder/store/recordrepair.h>
@@ -10,6 +11,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <filesystem>
 
@@ -42,17 +44,21 @@ QString problemWith(const ZELKO_RecordData& record, const QString& recordID, con
         return QStringLiteral("its metadata is that of record \"%1\"").arg(record.GetRecordID());
     }
     const QString samples = ZELKO_XML::sampleFileName(recordID, record.GetDataFormat());
-    return folder.exists(samples) ? QString() : QStringLiteral("it has no file %1").arg(samples);
+    return QFileInfo(folder.filePath(samples)).isFile() ? QString() : QStringLiteral("it has no file %1").arg(samples);
 }
 
 RecordPointer readMetaData(const QDir& folder, QString* error)
 {
+    const auto file = openRegularFile(folder.filePath(ZELKO_XML::metaDataFileName), error);
+    if (!file) {
+        return nullptr;
+    }
     auto record = std::make_shared<ZELKO_RecordData>();
     try {
-        if (record->LoadXml(folder.filePath(ZELKO_XML::metaDataFileName))) {
+        if (record->LoadXml(file.get())) {
             return record;
         }
-        *error = QStringLiteral("it has no readable %1").arg(ZELKO_XML::metaDataFileName);
+        *error = QStringLiteral("its %1 holds no record").arg(ZELKO_XML::metaDataFileName);
     } catch (const RGException& exception) {
         *error = exception.GetMessage();
     }

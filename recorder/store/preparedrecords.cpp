@@ -61,10 +61,13 @@ QVector<IndexEntry> indexOf(const Kind& kind, quint64 start, quint64 seconds, qu
     return index;
 }
 
+// Replaces whatever has that name: it may be a pipe, which one would wait for.
 bool writeFile(const QString& path, const QByteArray& bytes, quint64 size)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size() &&
+    file.remove();
+    return file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered) &&
+           file.write(bytes) == bytes.size() &&
            (size == static_cast<quint64>(bytes.size()) || file.resize(static_cast<qint64>(size)));
 }
 

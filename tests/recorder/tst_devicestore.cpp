@@ -5,9 +5,23 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
 using ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+bool makeSpecial(const QString& path, const QString& kind)
+{
+    if (kind == "a pipe") {
+        return mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
+    }
+    return kind == "a folder" ? QDir().mkdir(path) : QFile::link(QStringLiteral("/dev/zero"), path);
+}
+
+} // namespace
 
 class TestDeviceStore : public QObject
 {
@@ -21,6 +35,8 @@ private Q_SLOTS:
     void readsARecordWithSymbols();
     void refusesWhatIsNoRecord_data();
     void refusesWhatIsNoRecord();
+    void doesNotWaitAtAPipeInPlaceOfAFile_data();
+    void doesNotWaitAtAPipeInPlaceOfAFile();
     void leavesARecordAtRestAlone();
     void closesAnUnfinishedRecord();
     void savesMetaData();
@@ -89,7 +105,7 @@ void TestDeviceStore::refusesWhatIsNoRecord_data()
     QTest::addColumn<QString>("because");
     const QByteArray good = finishedRecord(QStringLiteral("R1")).GetXmlString().toUtf8();
     const QByteArray other = finishedRecord(QStringLiteral("R2")).GetXmlString().toUtf8();
-    QTest::newRow("no metadata") << QByteArray() << true << QStringLiteral("no readable RecordData.xml");
+    QTest::newRow("no metadata") << QByteArray() << true << QStringLiteral("RecordData.xml\" cannot be read");
     QTest::newRow("half a file") << good.left(good.size() / 2) << true << QString();
     QTest::newRow("not XML") << QByteArray("\0\1\2", 3) << true << QString();
     QTest::newRow("of another record") << other << true << QStringLiteral("R2");
@@ -112,6 +128,33 @@ void TestDeviceStore::refusesWhatIsNoRecord()
     QVERIFY(!error.isEmpty());
     QVERIFY2(error.contains(because), qPrintable(error));
     QCOMPARE(contentOf(folder.path()), before);
+}
+
+void TestDeviceStore::doesNotWaitAtAPipeInPlaceOfAFile_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("because");
+    for (const char* kind : {"a pipe", "a folder", "a link to a device"}) {
+        QTest::addRow("metadata, %s", kind) << "RecordData.xml" << QString(kind) << "RecordData.xml\" is not a file";
+        QTest::addRow("samples, %s", kind) << "R1.dat" << QString(kind) << "it has no file R1.dat";
+    }
+}
+
+// Files of a record in another shape than that of files.
+void TestDeviceStore::doesNotWaitAtAPipeInPlaceOfAFile()
+{
+    QFETCH(const QString, file);
+    QFETCH(const QString, kind);
+    QFETCH(const QString, because);
+    const QTemporaryDir folder;
+    QVERIFY(storeRecord(folder.path(), unfinishedRecord(QStringLiteral("R1")), 4000));
+    const QString path = folder.filePath(QStringLiteral("R1/") + file);
+    QVERIFY(QFile::remove(path));
+    QVERIFY(makeSpecial(path, kind));
+    QString error;
+    QVERIFY(!DeviceStore(folder.path()).readAtRest(QStringLiteral("R1"), &error));
+    QVERIFY2(error.contains(because), qPrintable(error));
 }
 
 void TestDeviceStore::leavesARecordAtRestAlone()

@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace ZelkoTest;
 using ZELKO_XML::ZELKO_RecordData;
 using ZelkoRecorder::DeviceStore;
@@ -34,6 +36,7 @@ private Q_SLOTS:
     void showsARecordingToAClient();
     void deletesForAClient();
     void takesNoOtherValueFromAClient();
+    void servesWithPipesInPlaceOfFiles();
     void servesWhileItLoads();
     void changesPreparedRecords();
 
@@ -217,6 +220,23 @@ void TestRecorderProcess::takesNoOtherValueFromAClient()
     client.write(client.values().loadCount(), 77);
     QCOMPARE(client.values().loadCount()->GetValue(), 77);
     QTRY_COMPARE(client.values().loadCount()->GetValue(), 0);
+}
+
+// One read of a pipe that nobody writes to would hold up everything behind it.
+void TestRecorderProcess::servesWithPipesInPlaceOfFiles()
+{
+    QVERIFY(storeRecord(device(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(QDir(device()).mkdir(QStringLiteral("R2")));
+    const QString source = m_folder->filePath(QStringLiteral("pipe.sigmf-meta"));
+    for (const QString& path : {device() + QStringLiteral("/R2/RecordData.xml"), source}) {
+        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    }
+    QVERIFY(
+        m_recorder->start(withStore(QStringLiteral("--source %1 --source generator:noise,seconds=0.1").arg(source))));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.values().isLoaded());
+    QTRY_COMPARE(client.values().map()->Size(), std::uint64_t{2});
+    QVERIFY(client.values().record(QStringLiteral("R1")));
 }
 
 void TestRecorderProcess::servesWhileItLoads()

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
 using ZELKO_XML::ZELKO_RecordData;
@@ -22,6 +24,7 @@ private Q_SLOTS:
     void closesWhatWasBeingRecorded();
     void makesOnlyMissingPreparedRecords();
     void makesHalfWrittenPreparedRecordsAgain();
+    void makesPreparedRecordsWherePipesStand();
     void noticesFoldersThatComeAndGo();
     void passesOverRecordsThatAreBeingRecorded();
     void readsAllAnew();
@@ -148,6 +151,21 @@ void TestStoreWorker::makesHalfWrittenPreparedRecordsAgain()
     load(1);
     QString error;
     QVERIFY(*DeviceStore(m_folder->path()).read(prepared.recordId(0), &error) == prepared.record(0));
+}
+
+void TestStoreWorker::makesPreparedRecordsWherePipesStand()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 1);
+    const QString folder = m_folder->filePath(prepared.recordId(0));
+    QVERIFY(QDir().mkdir(folder));
+    for (const char* name : {"/RecordData.xml", "/prepared-D-0000000.dat", "/prepared-D-0000000.sym"}) {
+        QCOMPARE(mkfifo(QFile::encodeName(folder + name).constData(), 0600), 0);
+    }
+    load(1);
+    QString error;
+    const RecordPointer record = DeviceStore(m_folder->path()).read(prepared.recordId(0), &error);
+    QVERIFY2(record, qPrintable(error));
+    QVERIFY(*record == prepared.record(0));
 }
 
 void TestStoreWorker::noticesFoldersThatComeAndGo()
