@@ -36,7 +36,7 @@ Q_SIGNALS:
     /// A record is about to be born. Comes before anything of it is on disk.
     void recordBegins(const QString& recordID);
 
-    /// A durable state of the record that is being recorded.
+    /// A durable state of the record that is being recorded; in the end marked as damaged if it could not be closed.
     void recordChanged(const ZelkoRecorder::RecordPointer& record);
 
     /// Nobody writes to the record any more.

@@ -26,8 +26,9 @@ struct DevicePlan
 
 /// One device: its records on disk, and the same ones on the tree, kept in step.
 ///
-/// The tree follows the disk: a record appears, changes and goes on the tree when it has done so durably on disk. Lives
-/// on the thread of the tree and never makes it wait for the disk, but in its destructor.
+/// The tree follows the disk: a record appears, changes and goes on the tree when it has done so durably on disk. A
+/// recording whose end the disk does not take is shown as damaged with what is durable of it; putting it to rest tries
+/// again. Lives on the thread of the tree and never makes it wait for the disk, but in its destructor.
 class ServedDevice : public QObject
 {
     Q_OBJECT

@@ -29,8 +29,8 @@ public:
     /// Names of the folders that may hold a record, in no order. What cannot be one is told to the log.
     QStringList recordIds() const;
 
-    /// The record, just as its metadata says. Null, and a text for people in `error`, if its files are no regular files,
-    /// cannot be read, are no record, or are one of another ID.
+    /// The record, just as its metadata says. Null, and a text for people in `error`, if its files are no regular
+    /// files, cannot be read, are no record, or are one of another ID.
     RecordPointer read(const QString& recordID, QString* error) const;
 
     /// As `read`, but a record that was left unfinished is closed on disk first. Not while it may be being recorded.

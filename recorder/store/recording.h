@@ -34,7 +34,8 @@ struct RecordingPace
 class Recording
 {
 public:
-    /// Told of each durable state of the record. Called on the thread of `run`.
+    /// Told of each durable state of the record. If the disk does not take the last one, told in the end of the one
+    /// before as of a damaged record. Called on the thread of `run`.
     using Listener = std::function<void(const RecordPointer&)>;
 
     /// `birth` has the record's ID and whatever the signal does not say. `store` and `source` outlive the recording.

@@ -69,7 +69,8 @@ bool RecordWriter::finish()
     if (cut && save(m_store.recordFolder(m_record.GetRecordID()))) {
         return true;
     }
-    m_saved = std::make_shared<ZELKO_RecordData>(m_record);
+    m_saved = std::make_shared<ZELKO_RecordData>(*m_saved);
+    m_saved->SetRecordStatus(ZELKO_RecordData::RecordStatus::Damaged);
     return false;
 }
 

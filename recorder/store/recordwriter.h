@@ -29,11 +29,12 @@ public:
     /// those of the last index entry. False if the disk refuses: then the step before holds.
     bool step();
 
-    /// The last step: cuts what no index entry counts and puts the record at rest. On failure the record is closed in
-    /// memory, and on disk when the store is opened the next time.
+    /// The last step: cuts what no index entry counts and puts the record at rest. False if the disk refuses: then the
+    /// step before holds, and the record can be closed at it as after a kill.
     bool finish();
 
-    /// The record as it was saved last.
+    /// The record as it was saved last; marked as damaged after `finish` has failed, as nobody records it any more and
+    /// it is not at rest either.
     const RecordPointer& saved() const { return m_saved; }
 
 private:

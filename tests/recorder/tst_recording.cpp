@@ -1,12 +1,14 @@
 #include <recorder/store/recording.h>
 
 #include <countingsource.h>
+#include <filesizelimit.h>
 #include <storedrecord.h>
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <optional>
 #include <thread>
 
 using namespace ZelkoRecorder;
@@ -26,6 +28,8 @@ private Q_SLOTS:
     void turnsMarksIntoBookmarks();
     void thinsALongIndex();
     void keepsWhatCameBeforeAFailure();
+    void isNeverFinishedWhenTheDiskDoesNotTakeItsEnd_data();
+    void isNeverFinishedWhenTheDiskDoesNotTakeItsEnd();
     void keepsTimeWithTheSignal();
     void endsAtOnceWhenAsked();
     void endsWhenTheRecordIsTakenAway();
@@ -40,6 +44,14 @@ private:
         return pace;
     }
     bool run(SignalSource& source, const RecordingPace& pace, const std::stop_token& stop = {});
+    QVector<std::pair<int, quint64>> told() const
+    {
+        QVector<std::pair<int, quint64>> result;
+        for (const RecordPointer& record : m_told) {
+            result.append({static_cast<int>(record->GetRecordStatus()), record->GetSize()});
+        }
+        return result;
+    }
     static QVector<quint64> offsets(const ZELKO_RecordData& record)
     {
         QVector<quint64> result;
@@ -72,6 +84,9 @@ bool TestRecording::run(SignalSource& source, const RecordingPace& pace, const s
         QString error;
         const RecordPointer stored = store.read(QStringLiteral("R1"), &error);
         if (stored) { // what is told is on disk already
+            if (record->GetRecordStatus() == ZELKO_RecordData::RecordStatus::Damaged) {
+                stored->SetRecordStatus(ZELKO_RecordData::RecordStatus::Damaged);
+            }
             QVERIFY(*stored == *record);
         }
         m_told.append(record);
@@ -99,11 +114,7 @@ void TestRecording::tellsEachDurableStateInOrder()
 {
     CountingSource source(CountingSource::signal(2500));
     QVERIFY(run(source, fast()));
-    QVector<std::pair<int, quint64>> told;
-    for (const RecordPointer& record : m_told) {
-        told.append({static_cast<int>(record->GetRecordStatus()), record->GetSize()});
-    }
-    QCOMPARE(told, (QVector<std::pair<int, quint64>>{{2, 0}, {2, 4000}, {2, 8000}, {5, 10'000}}));
+    QCOMPARE(told(), (QVector<std::pair<int, quint64>>{{2, 0}, {2, 4000}, {2, 8000}, {5, 10'000}}));
 }
 
 void TestRecording::writesAnIndexEntryAtEachNewTuning()
@@ -155,6 +166,43 @@ void TestRecording::keepsWhatCameBeforeAFailure()
     QCOMPARE(m_error, QStringLiteral("the cable broke"));
     QCOMPARE(m_told.constLast()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
     QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), CountingSource::bytes(1700));
+}
+
+void TestRecording::isNeverFinishedWhenTheDiskDoesNotTakeItsEnd_data()
+{
+    QTest::addColumn<qint64>("frames");
+    QTest::addColumn<bool>("folderGoes");
+    QTest::addColumn<QString>("error");
+    const QString end = QStringLiteral("the disk does not take the end of the record");
+    QTest::newRow("a full disk under the samples") << qint64{2500} << false << "the disk takes no more";
+    QTest::newRow("a full disk under the last metadata") << qint64{2000} << false << end;
+    QTest::newRow("a folder that went") << qint64{2500} << true << end;
+}
+
+void TestRecording::isNeverFinishedWhenTheDiskDoesNotTakeItsEnd()
+{
+    QFETCH(const qint64, frames);
+    QFETCH(const bool, folderGoes);
+    std::optional<FileSizeLimit> full;
+    m_onTold = [&] {
+        if (m_told.size() == 3 && folderGoes) {
+            QDir(m_folder->filePath(QStringLiteral("R1"))).removeRecursively();
+        } else if (m_told.size() == 3) {
+            full.emplace(100);
+        }
+    };
+    CountingSource source(CountingSource::signal(frames));
+    const bool recorded = run(source, fast());
+    full.reset();
+    QVERIFY(!recorded);
+    QTEST(m_error, "error");
+    QCOMPARE(told(), (QVector<std::pair<int, quint64>>{{2, 0}, {2, 4000}, {2, 8000}, {8, 8000}}));
+    if (!folderGoes) {
+        const RecordPointer closed = DeviceStore(m_folder->path()).readAtRest(QStringLiteral("R1"), &m_error);
+        QVERIFY2(closed, qPrintable(m_error));
+        QCOMPARE(closed->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+        QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), CountingSource::bytes(2000));
+    }
 }
 
 void TestRecording::keepsTimeWithTheSignal()

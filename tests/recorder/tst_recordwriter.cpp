@@ -1,5 +1,6 @@
 #include <recorder/store/recordwriter.h>
 
+#include <filesizelimit.h>
 #include <storedrecord.h>
 
 #include <QTemporaryDir>
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void countsSamplesFromTheStepOn();
     void leavesARecordThatCanBeClosedAtTheLastStep();
     void cutsAtTheLastEntryWhenItFinishes();
+    void keepsTheStepBeforeWhenItCannotFinish();
     void reportsAFolderThatWent();
 
 private:
@@ -123,13 +125,35 @@ void TestRecordWriter::cutsAtTheLastEntryWhenItFinishes()
     QCOMPARE(stored()->GetSize(), quint64{4});
 }
 
+void TestRecordWriter::keepsTheStepBeforeWhenItCannotFinish()
+{
+    const auto writer = RecordWriter::create(*m_store, birth(), &m_error);
+    QVERIFY(writer->append("abcd", 4));
+    writer->record().AppendIndexEntry(indexEntry(10'500'000, 4));
+    QVERIFY(writer->step());
+    QVERIFY(writer->append("efgh", 4));
+    writer->record().AppendIndexEntry(indexEntry(10'700'000, 8));
+    {
+        const FileSizeLimit full(100); // less than the metadata needs
+        QVERIFY(!writer->finish());
+    }
+    ZELKO_RecordData onDisk = *stored();
+    QCOMPARE(onDisk.GetSize(), quint64{4});
+    onDisk.SetRecordStatus(ZELKO_RecordData::RecordStatus::Damaged);
+    QVERIFY(*writer->saved() == onDisk);
+    const RecordPointer closed = m_store->readAtRest(QStringLiteral("R1"), &m_error);
+    QVERIFY2(closed, qPrintable(m_error));
+    QCOMPARE(closed->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QCOMPARE(closed->GetSize(), quint64{4});
+}
+
 void TestRecordWriter::reportsAFolderThatWent()
 {
     const auto writer = RecordWriter::create(*m_store, birth(), &m_error);
     QVERIFY(QDir(m_folder->filePath(QStringLiteral("R1"))).removeRecursively());
     QVERIFY(!writer->step());
     QVERIFY(!writer->finish());
-    QCOMPARE(writer->saved()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QCOMPARE(writer->saved()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Damaged);
     QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("R1"))));
 }
 

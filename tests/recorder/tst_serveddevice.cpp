@@ -1,5 +1,6 @@
 #include <recorder/served/servedrecorder.h>
 
+#include <filesizelimit.h>
 #include <recordervalues.h>
 #include <storedrecord.h>
 
@@ -71,6 +72,7 @@ private Q_SLOTS:
     void showsARecordThatWasCopiedIn();
     void foldsABurstOfRemovals();
     void dropsARecordingWhoseFolderWasRemoved();
+    void showsARecordingAsDamagedUntilTheDiskTakesItsEnd();
     void deletesWhatAClientAsks();
     void deletesNothingThatIsProtectedOrInUse();
     void synchronizesWithTheDisk();
@@ -283,6 +285,30 @@ void TestServedDevice::dropsARecordingWhoseFolderWasRemoved()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside")));
     QVERIFY(QDir(plan().folder + QLatin1Char('/') + values().ids().first()).removeRecursively());
     QTRY_VERIFY(values().map()->Empty());
+}
+
+void TestServedDevice::showsARecordingAsDamagedUntilTheDiskTakesItsEnd()
+{
+    DevicePlan recording = plan();
+    recording.sources = {QStringLiteral("generator:fm,rate=10000")};
+    serve(recording);
+    OneRecordLog log(*values().map());
+    QTRY_VERIFY(log.log.size() > 2);
+    const QString recordID = values().ids().first();
+    {
+        const FileSizeLimit full(100);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("recording .* failed: the disk")));
+        QTRY_COMPARE(log.log.last().first, 8);
+    }
+    const auto durable = log.log.last();
+    QCOMPARE(log.log.at(log.log.size() - 2), std::pair(2, durable.second));
+    auto* const idle = values().command<Value<QString>>("SetRecordIdle");
+    idle->SetValue(recordID, nullptr);
+    const auto isAtRest = [&] {
+        idle->HasChanged(TChangeCode::ValueChanged, nullptr); // again: it may have come before the recording ended
+        return log.log.last() == std::pair(5, durable.second);
+    };
+    QTRY_VERIFY(isAtRest());
 }
 
 void TestServedDevice::deletesWhatAClientAsks()
