@@ -48,7 +48,7 @@ void logSession(const TreeLinkServer& server)
     QObject::connect(&server, &TreeLinkServer::sessionOpened, &server,
                      [](const QString& user) { qCInfo(recorderLog) << "client of user" << user << "connected"; });
     QObject::connect(&server, &TreeLinkServer::sessionClosed, &server, [](const QString& user, const QString& reason) {
-        qCInfo(recorderLog).noquote() << "client of user" << user << "gone:" << reason;
+        qCInfo(recorderLog) << "client of user" << user << "gone:" << qUtf8Printable(reason);
     });
 }
 

@@ -3,6 +3,7 @@
 #include <recorder/served/recordchurn.h>
 #include <recorder/served/recordingthread.h>
 #include <recorder/served/storeworker.h>
+#include <recorder/source/cleantext.h>
 #include <recorder/store/recorderlog.h>
 
 #include <observerbase/iobserver.h>
@@ -33,7 +34,7 @@ struct ServedDevice::Private final : public IObserver
     Private(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan);
     ~Private() override;
 
-    void connectWorker(const QString& device);
+    void connectWorker();
     void connectRecordings();
     void watchStore();
     void takeFromDisk(const RecordPointers& read);
@@ -46,6 +47,7 @@ struct ServedDevice::Private final : public IObserver
     void synchronizeOne(const QString& recordID);
     void setIdle(const QString& recordID);
 
+    const QString device;
     const DeviceStore store;
     const PreparedRecords prepared;
     const ServedBranch branch;
@@ -65,7 +67,8 @@ struct ServedDevice::Private final : public IObserver
 };
 
 ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan)
-    : store(plan.folder)
+    : device(identity.id)
+    , store(plan.folder)
     , prepared(identity.id, plan.preparedRecords)
     , branch(tree, identity)
     , records(*branch.records)
@@ -77,7 +80,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     syncOneRecord = branch.syncOneRecord;
     deleteRecordingList = branch.deleteRecordingList;
     setRecordIdle = branch.setRecordIdle;
-    connectWorker(identity.id);
+    connectWorker();
     connectRecordings();
     watchStore();
     worker.load();
@@ -87,16 +90,16 @@ ServedDevice::Private::~Private() = default;
 
 // Nothing is recorded before the load has looked at what earlier runs left behind: it would take a new record for one
 // of theirs.
-void ServedDevice::Private::connectWorker(const QString& device)
+void ServedDevice::Private::connectWorker()
 {
-    connect(&worker, &StoreWorker::counted, &worker, [this, device](int count) {
+    connect(&worker, &StoreWorker::counted, &worker, [this](int count) {
         qCInfo(recorderLog).noquote() << device << ": loading" << count << "records";
         branch.loadCount->SetValue(count, nullptr);
         recordings.start();
     });
     connect(&worker, &StoreWorker::recordsRead, &worker, [this](const RecordPointers& read) { takeFromDisk(read); });
     connect(&worker, &StoreWorker::recordsGone, &worker, [this](const QStringList& ids) { erase(ids); });
-    connect(&worker, &StoreWorker::loaded, &worker, [this, device] {
+    connect(&worker, &StoreWorker::loaded, &worker, [this] {
         qCInfo(recorderLog).noquote() << device << ": loaded," << records.Size() << "records";
         branch.loadedCompletly->SetValue(true, nullptr);
         churn.start();
@@ -175,18 +178,21 @@ void ServedDevice::Private::Update(Observable* source, TChangeCode code)
     }
 }
 
-// A client may ask for anything, so what may not be deleted is looked up here again.
+// A client may ask for anything, so what may not be deleted is looked up here again, and a list of any length makes one
+// line in the log.
 void ServedDevice::Private::deleteRecords(const QStringList& recordIDs)
 {
     QStringList deletable;
+    QStringList spared;
     for (const QString& id : recordIDs) {
         const bool mayGo = records.contains(id) && !beingRecorded.contains(id) &&
                            DeviceStore::mayDelete(*records.At(id).GetRecordData());
-        if (mayGo) {
-            deletable.append(id);
-        } else {
-            qCWarning(recorderLog).noquote() << "not deleted, it is in use, protected or unknown:" << id;
-        }
+        (mayGo ? deletable : spared).append(id);
+    }
+    if (!spared.isEmpty()) {
+        constexpr qsizetype longestId = 128;
+        qCWarning(recorderLog).noquote() << device << ": not deleted, in use, protected or unknown:" << spared.size()
+                                         << "records, the first is" << cleanText(spared.first(), longestId);
     }
     worker.remove(deletable);
 }
