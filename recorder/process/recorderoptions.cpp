@@ -39,6 +39,7 @@ void addOptions(QCommandLineParser& parser)
     add("populate", "Prepared records of each device, for load tests.", "count", "0");
     add("churn", "Changes a second that are made to each device's prepared records, on the tree only, for load tests.",
         "changes", "0");
+    add("churn-changes", "After so many of these changes a device rests; 0 for never.", "count", "0");
     parser.addOption(
         {QStringLiteral("exit-with-parent"), QStringLiteral("End when the process ends that started this one.")});
 }
@@ -122,7 +123,8 @@ RecorderOptions read(const QCommandLineParser& parser)
     options.listenAddress = parser.value(QStringLiteral("listen"));
     options.port = static_cast<quint16>(wholeNumber(parser, QStringLiteral("port"), 0, 65535));
     options.preparedRecords = wholeNumber(parser, QStringLiteral("populate"), 0, 1'000'000);
-    options.churn = number(parser, QStringLiteral("churn"), 0, 1e6);
+    options.churn.perSecond = number(parser, QStringLiteral("churn"), 0, 1e6);
+    options.churn.changes = wholeNumber(parser, QStringLiteral("churn-changes"), 0, 1'000'000'000);
     options.pace.speed = number(parser, QStringLiteral("speed"), 0, 1e6);
     const double interval = number(parser, QStringLiteral("index-interval"), 0.001, 86400);
     options.pace.indexInterval = std::chrono::microseconds(std::llround(interval * 1e6));

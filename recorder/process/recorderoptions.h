@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/recordchurn.h>
 #include <recorder/store/recording.h>
 
 #include <QHash>
@@ -30,7 +31,7 @@ struct RecorderOptions
     QHash<QString, QStringList> sources;
     /// For each device.
     int preparedRecords = 0;
-    double churn = 0;
+    ChurnPlan churn;
     RecordingPace pace;
     bool exitWithParent = false;
 

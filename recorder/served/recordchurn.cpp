@@ -3,41 +3,56 @@
 #include <zelkobase/maps/recorditemmap.h>
 
 #include <algorithm>
-#include <chrono>
+#include <limits>
 
 namespace ZelkoRecorder {
 
 using zelko::recordmap::RecordMapData;
 
-RecordChurn::RecordChurn(zelko::recordmap::RecordItemMap& map, const PreparedRecords& prepared, double perSecond,
+namespace {
+
+qint64 allChanges(const PreparedRecords& prepared, const ChurnPlan& plan)
+{
+    if (prepared.count() == 0) {
+        return 0;
+    }
+    return plan.changes > 0 ? plan.changes : std::numeric_limits<qint64>::max();
+}
+
+} // namespace
+
+RecordChurn::RecordChurn(zelko::recordmap::RecordItemMap& map, const PreparedRecords& prepared, const ChurnPlan& plan,
                          QObject* parent)
     : QObject(parent)
     , m_map(map)
     , m_prepared(prepared)
-    , m_perSecond(perSecond)
+    , m_perSecond(plan.perSecond)
+    , m_changes(allChanges(prepared, plan))
 {
     constexpr std::chrono::milliseconds tick{5};
     m_timer.setInterval(tick);
     m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, [this] { changeThoseDue(); });
+    connect(&m_timer, &QTimer::timeout, this,
+            [this] { changeUntil(std::chrono::nanoseconds(m_clock.nsecsElapsed())); });
 }
 
 void RecordChurn::start()
 {
-    if (m_perSecond > 0 && m_prepared.count() > 0) {
+    if (m_perSecond > 0 && m_changes > 0) {
         m_clock.start();
         m_timer.start();
     }
 }
 
-// What a stall has put off is made up for in bounded portions.
-void RecordChurn::changeThoseDue()
+void RecordChurn::changeUntil(std::chrono::nanoseconds sinceStart)
 {
     constexpr qint64 portion = 1000;
-    const double seconds = std::chrono::duration<double>(std::chrono::nanoseconds(m_clock.nsecsElapsed())).count();
-    const qint64 due = static_cast<qint64>(seconds * m_perSecond) - m_done;
-    for (qint64 i = std::min(due, portion); i > 0; --i) {
+    const auto due = static_cast<qint64>(std::chrono::duration<double>(sinceStart).count() * m_perSecond);
+    for (qint64 left = std::min({due - m_done, m_changes - m_done, portion}); left > 0; --left) {
         changeNext();
+    }
+    if (m_done == m_changes) {
+        m_timer.stop();
     }
 }
 

@@ -1,6 +1,5 @@
 #include <recorder/served/serveddevice.h>
 
-#include <recorder/served/recordchurn.h>
 #include <recorder/served/recordingthread.h>
 #include <recorder/served/storeworker.h>
 #include <recorder/source/cleantext.h>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/recordchurn.h>
 #include <recorder/served/servedbranch.h>
 #include <recorder/store/preparedrecords.h>
 #include <recorder/store/recording.h>
@@ -19,9 +20,9 @@ struct DevicePlan
     /// Recorded one after the other, at once.
     QStringList sources;
     RecordingPace pace;
-    /// Prepared records for load tests, and how many changes a second are made to them.
+    /// Prepared records for load tests, and the changes that are made to them as soon as they are loaded.
     int preparedRecords = 0;
-    double churn = 0;
+    ChurnPlan churn;
 };
 
 /// One device: its records on disk, and the same ones on the tree, kept in step.

@@ -2,10 +2,10 @@
 
 #include <zelkobase/maps/recorditemmap.h>
 
-#include <QElapsedTimer>
 #include <QTest>
 
 using namespace ZelkoRecorder;
+using namespace std::chrono_literals;
 using zelko::recordmap::RecordItemMap;
 using zelko::recordmap::RecordMapData;
 
@@ -14,8 +14,13 @@ class TestRecordChurn : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void changesEvenlyAtTheRate();
+    void changesOneAfterTheOtherAtTheRate();
+    void makesARecordLargerAndLonger();
+    void makesUpForAStallInPortions();
+    void restsAfterTheLastChange();
     void passesOverRecordsThatWent();
+    void runsByItself();
+    void goesOnWhenNothingIsDueAtFirst();
     void restsWithoutARate();
 
 private:
@@ -25,28 +30,72 @@ private:
             map.Add(RecordMapData(std::make_shared<ZELKO_XML::ZELKO_RecordData>(prepared.record(i))), nullptr);
         }
     }
-    static quint64 growth(const RecordItemMap& map, const PreparedRecords& prepared, int number)
+
+    // How often each record was changed; -1 for one that is not there.
+    static QList<int> changes(const RecordItemMap& map, const PreparedRecords& prepared)
     {
-        return map.At(prepared.recordId(number)).GetRecordData()->GetSize() - prepared.record(number).GetSize();
+        QList<int> result;
+        for (int i = 0; i < prepared.count(); ++i) {
+            const ZELKO_XML::ZELKO_RecordData before = prepared.record(i);
+            const auto now =
+                map.contains(before.GetRecordID()) ? map.At(before.GetRecordID()).GetRecordData() : nullptr;
+            result.append(now ? static_cast<int>((now->GetSize() - before.GetSize()) / 4096) : -1);
+        }
+        return result;
     }
 };
 
-void TestRecordChurn::changesEvenlyAtTheRate()
+void TestRecordChurn::changesOneAfterTheOtherAtTheRate()
 {
     const PreparedRecords prepared(QStringLiteral("D"), 5);
     RecordItemMap map;
     fill(map, prepared);
-    RecordChurn churn(map, prepared, 1000);
-    QElapsedTimer clock;
-    clock.start();
-    churn.start();
-    QTRY_VERIFY(growth(map, prepared, 4) >= 20 * 4096);
-    quint64 changes = 0;
-    for (int i = 0; i < prepared.count(); ++i) {
-        changes += growth(map, prepared, i) / 4096;
-        QVERIFY(growth(map, prepared, i) - growth(map, prepared, 4) <= 4096);
-    }
-    QVERIFY2(changes <= static_cast<quint64>(clock.elapsed()) + 1, qPrintable(QString::number(changes)));
+    RecordChurn churn(map, prepared, {1000, 0});
+    churn.changeUntil(1ms);
+    QCOMPARE(changes(map, prepared), (QList<int>{1, 0, 0, 0, 0}));
+    churn.changeUntil(1999us);
+    QCOMPARE(changes(map, prepared), (QList<int>{1, 0, 0, 0, 0}));
+    churn.changeUntil(13ms);
+    QCOMPARE(changes(map, prepared), (QList<int>{3, 3, 3, 2, 2}));
+}
+
+void TestRecordChurn::makesARecordLargerAndLonger()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 1);
+    RecordItemMap map;
+    fill(map, prepared);
+    RecordChurn churn(map, prepared, {1000, 0});
+    churn.changeUntil(3ms);
+    ZELKO_XML::ZELKO_RecordData expected = prepared.record(0);
+    expected.SetSize(expected.GetSize() + 3 * 4096);
+    expected.SetStopTime(expected.GetStopTime() + 3'000'000);
+    QVERIFY(*map.At(prepared.recordId(0)).GetRecordData() == expected);
+}
+
+void TestRecordChurn::makesUpForAStallInPortions()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 1);
+    RecordItemMap map;
+    fill(map, prepared);
+    RecordChurn churn(map, prepared, {1000, 0});
+    churn.changeUntil(1500ms);
+    QCOMPARE(changes(map, prepared), QList<int>{1000});
+    churn.changeUntil(1500ms);
+    QCOMPARE(changes(map, prepared), QList<int>{1500});
+}
+
+void TestRecordChurn::restsAfterTheLastChange()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 3);
+    RecordItemMap map;
+    fill(map, prepared);
+    RecordChurn churn(map, prepared, {1000, 7});
+    churn.changeUntil(5ms);
+    QCOMPARE(changes(map, prepared), (QList<int>{2, 2, 1}));
+    churn.changeUntil(1h);
+    QCOMPARE(changes(map, prepared), (QList<int>{3, 2, 2}));
+    churn.changeUntil(2h);
+    QCOMPARE(changes(map, prepared), (QList<int>{3, 2, 2}));
 }
 
 void TestRecordChurn::passesOverRecordsThatWent()
@@ -55,10 +104,30 @@ void TestRecordChurn::passesOverRecordsThatWent()
     RecordItemMap map;
     fill(map, prepared);
     map.EraseAt(prepared.recordId(1), nullptr);
-    RecordChurn churn(map, prepared, 1000);
+    RecordChurn churn(map, prepared, {1000, 0});
+    churn.changeUntil(6ms);
+    QCOMPARE(changes(map, prepared), (QList<int>{2, -1, 2}));
+}
+
+void TestRecordChurn::runsByItself()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 3);
+    RecordItemMap map;
+    fill(map, prepared);
+    RecordChurn churn(map, prepared, {1000, 30});
     churn.start();
-    QTRY_VERIFY(growth(map, prepared, 2) >= 5 * 4096);
-    QVERIFY(!map.contains(prepared.recordId(1)));
+    QTRY_COMPARE(changes(map, prepared), (QList<int>{10, 10, 10}));
+}
+
+void TestRecordChurn::goesOnWhenNothingIsDueAtFirst()
+{
+    const PreparedRecords prepared(QStringLiteral("D"), 1);
+    RecordItemMap map;
+    fill(map, prepared);
+    RecordChurn churn(map, prepared, {20, 0});
+    churn.changeUntil(5ms);
+    churn.start();
+    QTRY_VERIFY(changes(map, prepared).first() >= 2);
 }
 
 void TestRecordChurn::restsWithoutARate()
@@ -66,14 +135,13 @@ void TestRecordChurn::restsWithoutARate()
     const PreparedRecords prepared(QStringLiteral("D"), 3);
     RecordItemMap map;
     fill(map, prepared);
-    RecordChurn resting(map, prepared, 0);
-    RecordChurn other(map, PreparedRecords(QStringLiteral("D"), 0), 1000);
-    RecordChurn last(map, PreparedRecords(QStringLiteral("D"), 1), 1000);
+    RecordChurn resting(map, prepared, {});
+    RecordChurn withoutRecords(map, PreparedRecords(QStringLiteral("D"), 0), {1000, 0});
+    RecordChurn last(map, PreparedRecords(QStringLiteral("D"), 1), {1000, 5});
     resting.start();
-    other.start();
+    withoutRecords.start();
     last.start();
-    QTRY_VERIFY(growth(map, prepared, 0) >= 5 * 4096);
-    QCOMPARE(growth(map, prepared, 1), quint64{0});
+    QTRY_COMPARE(changes(map, prepared), (QList<int>{5, 0, 0}));
 }
 
 QTEST_GUILESS_MAIN(TestRecordChurn)

@@ -37,7 +37,8 @@ void TestRecorderOptions::hasDefaults()
     QCOMPARE(options->port, quint16{8004});
     QVERIFY(options->sources.isEmpty());
     QCOMPARE(options->preparedRecords, 0);
-    QCOMPARE(options->churn, 0.0);
+    QCOMPARE(options->churn.perSecond, 0.0);
+    QCOMPARE(options->churn.changes, qint64{0});
     QCOMPARE(options->pace.speed, 1.0);
     QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(1'000'000));
     QVERIFY(!options->exitWithParent);
@@ -47,7 +48,7 @@ void TestRecorderOptions::readsEveryOption()
 {
     const QString line = QStringLiteral(
         "--store /s --sub-system north --device A --device B-2 --listen ::1 --port 0 --populate 100000 --churn 2.5 "
-        "--speed 0 --index-interval 0.25 --exit-with-parent --source B-2=sigmf:/x=y");
+        "--churn-changes 70000 --speed 0 --index-interval 0.25 --exit-with-parent --source B-2=sigmf:/x=y");
     const auto options = parse(line.split(QLatin1Char(' ')), &m_ending);
     QVERIFY2(options, qPrintable(m_ending.text));
     QCOMPARE(options->subSystem, QStringLiteral("north"));
@@ -55,7 +56,8 @@ void TestRecorderOptions::readsEveryOption()
     QCOMPARE(options->listenAddress, QStringLiteral("::1"));
     QCOMPARE(options->port, quint16{0});
     QCOMPARE(options->preparedRecords, 100'000);
-    QCOMPARE(options->churn, 2.5);
+    QCOMPARE(options->churn.perSecond, 2.5);
+    QCOMPARE(options->churn.changes, qint64{70'000});
     QCOMPARE(options->pace.speed, 0.0);
     QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(250'000));
     QVERIFY(options->exitWithParent);
@@ -109,6 +111,7 @@ void TestRecorderOptions::refusesBadOptions_data()
     row("a speed below zero", QStringLiteral("--speed -1"), QStringLiteral("--speed"));
     row("a speed without an end", QStringLiteral("--speed inf"), QStringLiteral("inf"));
     row("a churn that is no number", QStringLiteral("--churn nan"), QStringLiteral("nan"));
+    row("half a change", QStringLiteral("--churn-changes 0.5"), QStringLiteral("0.5"));
     row("no time at all between index entries", QStringLiteral("--index-interval 0"),
         QStringLiteral("--index-interval"));
     row("a device that is a path", QStringLiteral("--device a/b"), QStringLiteral("a/b"));

@@ -444,7 +444,7 @@ void TestServedDevice::changesPreparedRecordsForLoadTests()
 {
     DevicePlan load = plan();
     load.preparedRecords = 10;
-    load.churn = 500;
+    load.churn.perSecond = 500;
     serve(load);
     const PreparedRecords prepared(QStringLiteral("D1"), 10);
     QTRY_VERIFY(values().isLoaded());
