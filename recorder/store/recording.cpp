@@ -4,9 +4,7 @@
 #include <recorder/store/thinindex.h>
 
 #include <algorithm>
-#include <condition_variable>
 #include <limits>
-#include <mutex>
 
 namespace ZelkoRecorder {
 
@@ -29,14 +27,15 @@ qint64 framesIn(std::chrono::microseconds time, quint64 sampleRate)
 } // namespace
 
 Recording::Recording(const DeviceStore& store, SignalSource& source, const ZELKO_RecordData& birth,
-                     const RecordingPace& pace, Listener listener)
+                     const RecordingPace& pace, Listener listener, RecordingClock& clock)
     : m_source(source)
     , m_store(store)
+    , m_clock(clock)
     , m_pace(pace)
     , m_listener(std::move(listener))
     , m_timeline(source.description(), birth.GetStartTime())
     , m_bytesPerFrame(source.description().format.bytesPerFrame())
-    , m_begin(Clock::now())
+    , m_begin(clock.now())
     , m_birth(birth)
     , m_buffer(static_cast<std::size_t>(std::max(bufferBytes, m_bytesPerFrame)))
     , m_lastStep(m_begin)
@@ -102,24 +101,21 @@ qint64 Recording::framesDue() const
     if (m_pace.speed <= 0) {
         return std::numeric_limits<qint64>::max();
     }
-    const double seconds = std::chrono::duration<double>(Clock::now() - m_begin).count();
+    const double seconds = std::chrono::duration<double>(m_clock.now() - m_begin).count();
     return static_cast<qint64>(seconds * m_pace.speed * static_cast<double>(m_source.description().sampleRate));
 }
 
 // Returns when `frame` is due, or some frames have gathered; false when to stop.
 bool Recording::waitForFrames(const std::stop_token& stop, qint64 frame) const
 {
-    std::mutex mutex;
-    std::condition_variable_any nobodyWakes;
-    std::unique_lock lock(mutex);
-    const Clock::time_point gathered = Clock::now() + gatherTime;
+    const RecordingClock::TimePoint gathered = m_clock.now() + gatherTime;
     constexpr std::chrono::milliseconds patience{1};
     while (!stop.stop_requested()) {
         const qint64 due = framesDue();
-        if (due >= frame || (due > m_frame && Clock::now() >= gathered)) {
+        if (due >= frame || (due > m_frame && m_clock.now() >= gathered)) {
             return true;
         }
-        nobodyWakes.wait_for(lock, stop, due > m_frame ? patience : gatherTime, [] { return false; });
+        m_clock.wait(stop, due > m_frame ? patience : gatherTime);
     }
     return false;
 }
@@ -164,7 +160,7 @@ void Recording::noteBookmarks()
 // False if the disk refused.
 bool Recording::stepIfDue()
 {
-    const Clock::time_point now = Clock::now();
+    const RecordingClock::TimePoint now = m_clock.now();
     if (now - m_lastStep < m_pace.stepInterval) {
         return true;
     }

@@ -2,6 +2,7 @@
 
 #include <recorder/source/signalsource.h>
 #include <recorder/store/devicestore.h>
+#include <recorder/store/recordingclock.h>
 #include <recorder/store/recordwriter.h>
 #include <recorder/store/signaltimeline.h>
 
@@ -38,9 +39,10 @@ public:
     /// before as of a damaged record. Called on the thread of `run`.
     using Listener = std::function<void(const RecordPointer&)>;
 
-    /// `birth` has the record's ID and whatever the signal does not say. `store` and `source` outlive the recording.
+    /// `birth` has the record's ID and whatever the signal does not say. `store`, `source` and `clock` outlive the
+    /// recording.
     Recording(const DeviceStore& store, SignalSource& source, const ZELKO_XML::ZELKO_RecordData& birth,
-              const RecordingPace& pace, Listener listener);
+              const RecordingPace& pace, Listener listener, RecordingClock& clock = RecordingClock::steady());
     ~Recording();
 
     /// Records until the signal ends, `stop` is requested, or the disk refuses; then closes the record. False, and a
@@ -49,8 +51,6 @@ public:
     bool run(const std::stop_token& stop, QString* error);
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     bool recordAll(const std::stop_token& stop, QString* error);
     qint64 nextBoundary() const;
     qint64 framesDue() const;
@@ -63,15 +63,16 @@ private:
 
     SignalSource& m_source;
     const DeviceStore& m_store;
+    RecordingClock& m_clock;
     const RecordingPace m_pace;
     const Listener m_listener;
     const SignalTimeline m_timeline;
     const qint64 m_bytesPerFrame;
-    const Clock::time_point m_begin;
+    const RecordingClock::TimePoint m_begin;
     ZELKO_XML::ZELKO_RecordData m_birth;
     std::unique_ptr<RecordWriter> m_writer;
     std::vector<char> m_buffer;
-    Clock::time_point m_lastStep;
+    RecordingClock::TimePoint m_lastStep;
     qint64 m_frame = 0;
     qint64 m_indexFrames;
     qint64 m_nextIndexFrame;

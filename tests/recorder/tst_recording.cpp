@@ -4,7 +4,6 @@
 #include <filesizelimit.h>
 #include <storedrecord.h>
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -13,8 +12,50 @@
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
+using namespace std::chrono_literals;
 using ZELKO_XML::IndexEntry;
 using ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+// Time passes only while somebody waits.
+class ManualClock : public RecordingClock
+{
+public:
+    TimePoint now() override { return TimePoint(m_elapsed); }
+    void wait(const std::stop_token&, std::chrono::milliseconds time) override { m_elapsed += time; }
+    std::chrono::milliseconds elapsed() const { return m_elapsed; }
+
+private:
+    std::chrono::milliseconds m_elapsed{0};
+};
+
+// Notes when how many frames had been read.
+class TimedSource : public CountingSource
+{
+public:
+    TimedSource(const SourceDescription& description, const ManualClock& clock)
+        : CountingSource(description)
+        , m_clock(clock)
+    {}
+
+    qint64 read(char* buffer, qint64 frames) override
+    {
+        const qint64 count = CountingSource::read(buffer, frames);
+        m_frames += count;
+        m_reads.append({m_clock.elapsed(), m_frames});
+        return count;
+    }
+
+    const QVector<std::pair<std::chrono::milliseconds, qint64>>& reads() const { return m_reads; }
+
+private:
+    const ManualClock& m_clock;
+    qint64 m_frames = 0;
+    QVector<std::pair<std::chrono::milliseconds, qint64>> m_reads;
+};
+
+} // namespace
 
 class TestRecording : public QObject
 {
@@ -32,6 +73,7 @@ private Q_SLOTS:
     void isNeverFinishedWhenTheDiskDoesNotTakeItsEnd();
     void keepsTimeWithTheSignal();
     void endsAtOnceWhenAsked();
+    void wakesFromAWaitWhenAsked();
     void endsWhenTheRecordIsTakenAway();
     void describesASignalAtItsBirth();
 
@@ -64,6 +106,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     RecordPointers m_told;
     std::function<void()> m_onTold;
+    std::unique_ptr<ManualClock> m_clock;
     QString m_error;
 };
 
@@ -72,6 +115,7 @@ void TestRecording::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_told.clear();
     m_onTold = {};
+    m_clock.reset();
     m_error.clear();
 }
 
@@ -94,7 +138,8 @@ bool TestRecording::run(SignalSource& source, const RecordingPace& pace, const s
             m_onTold();
         }
     };
-    return Recording(store, source, birth, pace, tell).run(stop, &m_error);
+    RecordingClock& clock = m_clock ? *m_clock : RecordingClock::steady();
+    return Recording(store, source, birth, pace, tell, clock).run(stop, &m_error);
 }
 
 void TestRecording::recordsTheWholeSignal()
@@ -209,32 +254,38 @@ void TestRecording::keepsTimeWithTheSignal()
 {
     RecordingPace pace;
     pace.speed = 4;
-    CountingSource source(CountingSource::signal(2000)); // 2 s of signal
-    QElapsedTimer clock;
-    clock.start();
+    m_clock = std::make_unique<ManualClock>();
+    TimedSource source(CountingSource::signal(2000), *m_clock); // 2 s of signal
     QVERIFY(run(source, pace));
-    QVERIFY2(clock.elapsed() >= 490, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(m_told.constLast()->GetSize(), quint64{8000});
+    for (const auto& [time, frames] : source.reads()) {
+        QVERIFY2(frames <= 4 * time.count(), qPrintable(QString::number(time.count())));
+    }
+    QVERIFY(m_clock->elapsed() < 550ms);
+    QVERIFY(source.reads().size() > 10 && source.reads().size() < 100); // neither at once nor frame by frame
 }
 
 void TestRecording::endsAtOnceWhenAsked()
 {
     RecordingPace pace;
-    pace.speed = 0.001; // the signal would take hours
+    pace.speed = 0.001;
+    m_clock = std::make_unique<ManualClock>();
     CountingSource source(CountingSource::signal(-1));
     std::stop_source stop;
-    std::thread asker;
-    m_onTold = [&] {
-        if (!asker.joinable()) {
-            asker = std::thread([&] { stop.request_stop(); });
-        }
-    };
-    QElapsedTimer clock;
-    clock.start();
+    m_onTold = [&] { stop.request_stop(); };
     QVERIFY2(run(source, pace, stop.get_token()), qPrintable(m_error));
+    QCOMPARE(m_clock->elapsed(), 0ms);
+    QCOMPARE(told(), (QVector<std::pair<int, quint64>>{{2, 0}, {5, 0}}));
+}
+
+// It would come back tomorrow.
+void TestRecording::wakesFromAWaitWhenAsked()
+{
+    std::stop_source stop;
+    std::thread asker([&] { stop.request_stop(); });
+    RecordingClock::steady().wait(stop.get_token(), 24h);
     asker.join();
-    QVERIFY(clock.elapsed() < 5000);
-    QCOMPARE(m_told.constLast()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QVERIFY(stop.stop_requested());
 }
 
 void TestRecording::endsWhenTheRecordIsTakenAway()
