@@ -136,6 +136,7 @@ FaultProxy::FaultProxy(quint16 targetPort)
     QObject::connect(server, &QTcpServer::newConnection, server, [server, faults = m_faults] {
         while (QTcpSocket* const client = server->nextPendingConnection()) {
             new Relay(client, faults, server);
+            ++faults->connections;
         }
     });
     QObject::connect(&m_thread, &QThread::finished, server, &QObject::deleteLater);

@@ -37,6 +37,9 @@ public:
     qint64 bytes() const { return m_faults->bytes; }
     int damaged() const { return m_faults->damaged; }
 
+    /// How many connections it has taken so far.
+    int connections() const { return m_faults->connections; }
+
     struct Faults
     {
         std::atomic<quint16> target = 0;
@@ -47,6 +50,7 @@ public:
         std::atomic<int> cuts = 0;
         std::atomic<qint64> bytes = 0;
         std::atomic<int> damaged = 0;
+        std::atomic<int> connections = 0;
     };
 
 private:

@@ -47,6 +47,13 @@ struct LinkClient
         return tree.Find<T>(root + path);
     }
     QString digest() const { return treeDigest(tree, root); }
+
+    /// Of one value; empty when it is not there.
+    QString digest(const QString& path) const
+    {
+        auto* const value = find<ValueBase>(path);
+        return value ? digestOf(*value) : QString();
+    }
     bool isConnected() const { return connection.isConnected("north"); }
     std::shared_ptr<IVtClient> writer() const
     {

@@ -14,9 +14,13 @@
 
 namespace {
 
-QString answer(const LinkClient& client, const QString& line)
+// "digest" of the tree, "digest PATH" of one value, or what the connection told so far.
+QString answer(const LinkClient& client, const QStringList& words)
 {
-    return line == "digest" ? client.digest() : client.log.join(',');
+    if (words.first() == "digest") {
+        return words.size() > 1 ? client.digest(words.at(1)) : client.digest();
+    }
+    return client.log.join(',');
 }
 
 } // namespace
@@ -36,7 +40,8 @@ int main(int argc, char* argv[])
         } else if (byte != '\n') {
             line.append(byte);
         } else {
-            std::cout << answer(client, QString::fromUtf8(std::exchange(line, {}))).toStdString() << std::endl;
+            const QString words = QString::fromUtf8(std::exchange(line, {}));
+            std::cout << answer(client, words.split(' ')).toStdString() << std::endl;
         }
     });
     std::cout << "READY port=" << orb.port() << std::endl;

@@ -1,5 +1,6 @@
 #include "peerprocess.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <csignal>
@@ -15,6 +16,16 @@ void sendSignal(const QProcess& process, int signal)
     if (process.processId() > 0) {
         ::kill(static_cast<pid_t>(process.processId()), signal);
     }
+}
+
+// A number of the kernel's account of a process.
+qint64 statusNumber(qint64 pid, const QByteArray& field)
+{
+    QFile file(QStringLiteral("/proc/%1/status").arg(pid));
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const qsizetype begin = text.indexOf('\n' + field + ':');
+    const QByteArray line = begin < 0 ? QByteArray() : text.mid(begin + field.size() + 2);
+    return line.simplified().split(' ').first().toLongLong();
 }
 
 } // namespace
@@ -100,4 +111,19 @@ qint64 residentBytes(qint64 pid)
 {
     QFile file(QStringLiteral("/proc/%1/statm").arg(pid));
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE) : 0;
+}
+
+qint64 peakResidentBytes(qint64 pid)
+{
+    return statusNumber(pid, "VmHWM") * 1024;
+}
+
+int threadCount(qint64 pid)
+{
+    return static_cast<int>(statusNumber(pid, "Threads"));
+}
+
+int openFileCount(qint64 pid)
+{
+    return static_cast<int>(QDir(QStringLiteral("/proc/%1/fd").arg(pid)).count());
 }

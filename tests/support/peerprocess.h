@@ -48,3 +48,10 @@ private:
 
 /// Resident memory of a process in bytes; 0 when it is not there.
 qint64 residentBytes(qint64 pid);
+
+/// The most that it ever was.
+qint64 peakResidentBytes(qint64 pid);
+
+/// Threads, and open files and sockets; 0 when the process is not there.
+int threadCount(qint64 pid);
+int openFileCount(qint64 pid);

@@ -31,17 +31,22 @@ inline std::string contentOf(ValueBase& value)
     return content;
 }
 
+/// A hash of the same.
+inline QString digestOf(ValueBase& value)
+{
+    const std::string content = contentOf(value);
+    return QString::fromLatin1(
+        QCryptographicHash::hash(QByteArrayView(content.data(), qsizetype(content.size())), QCryptographicHash::Sha1)
+            .toHex());
+}
+
 inline void listTree(const Node& top, const QString& path, QStringList& lines)
 {
     for (TreeItem* const item : top.GetTreeItems()) {
         const QString itemPath = path + QLatin1Char('/') + item->GetName();
         if (auto* const value = dynamic_cast<ValueBase*>(item)) {
-            const std::string content = contentOf(*value);
             lines << itemPath + QLatin1Char(' ') + QLatin1String(value->GetTypeName()) + QLatin1Char(' ') +
-                         QString::fromLatin1(
-                             QCryptographicHash::hash(QByteArrayView(content.data(), qsizetype(content.size())),
-                                                      QCryptographicHash::Sha1)
-                                 .toHex());
+                         digestOf(*value);
         } else if (const auto* const node = dynamic_cast<const Node*>(item)) {
             lines << itemPath;
             listTree(*node, itemPath, lines);

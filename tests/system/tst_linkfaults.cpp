@@ -1,5 +1,6 @@
 #include "faultproxy.h"
 #include "linkclient.h"
+#include "orbbehindproxy.h"
 #include "peerprocess.h"
 
 #include <zelkobase/connection/ivtclient.h>
@@ -8,7 +9,6 @@
 
 #include <valuecore/valuetypes.h>
 
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
 
@@ -19,18 +19,6 @@ namespace {
 
 const QString device = QStringLiteral("/ZELKO/Device/R1");
 constexpr int patience = 60000;
-
-OrbOptions optionsBehind(const FaultProxy& proxy)
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    OrbOptions options;
-    options.port = probe.serverPort();
-    options.publishedHost = "127.0.0.1";
-    options.publishedPort = proxy.port();
-    options.receiveTimeout = 2s;
-    return options;
-}
 
 } // namespace
 
