@@ -33,6 +33,7 @@ bool addDevices(ServedRecorder& recorder, const RecorderOptions& options, QStrin
         DevicePlan plan;
         plan.folder = QDir(options.store).filePath(id);
         plan.sources = options.sources.value(id);
+        plan.repeat = options.repeat;
         plan.pace = options.pace;
         plan.preparedRecords = options.preparedRecords;
         plan.churn = options.churn;

@@ -40,6 +40,8 @@ void addOptions(QCommandLineParser& parser)
     add("churn", "Changes a second that are made to each device's prepared records, on the tree only, for load tests.",
         "changes", "0");
     add("churn-changes", "After so many of these changes a device rests; 0 for never.", "count", "0");
+    parser.addOption({QStringLiteral("once"),
+                      QStringLiteral("Pass over sources that the device has recorded to their end before.")});
     parser.addOption(
         {QStringLiteral("exit-with-parent"), QStringLiteral("End when the process ends that started this one.")});
 }
@@ -120,6 +122,9 @@ RecorderOptions read(const QCommandLineParser& parser)
     options.subSystem = subSystem(parser);
     options.devices = devices(parser);
     options.sources = sources(parser, options.devices);
+    if (parser.isSet(QStringLiteral("once"))) {
+        options.repeat = RecordingThread::Repeat::Unfinished;
+    }
     options.listenAddress = parser.value(QStringLiteral("listen"));
     options.port = static_cast<quint16>(wholeNumber(parser, QStringLiteral("port"), 0, 65535));
     options.preparedRecords = wholeNumber(parser, QStringLiteral("populate"), 0, 1'000'000);

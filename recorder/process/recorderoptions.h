@@ -1,6 +1,7 @@
 #pragma once
 
 #include <recorder/served/recordchurn.h>
+#include <recorder/served/recordingthread.h>
 #include <recorder/store/recording.h>
 
 #include <QHash>
@@ -32,6 +33,7 @@ struct RecorderOptions
     /// For each device.
     int preparedRecords = 0;
     ChurnPlan churn;
+    RecordingThread::Repeat repeat = RecordingThread::Repeat::Everything;
     RecordingPace pace;
     bool exitWithParent = false;
 

@@ -26,12 +26,13 @@ ZELKO_RecordData::Interface interfaceOf(const QString& source)
 } // namespace
 
 RecordingThread::RecordingThread(const QString& device, const DeviceStore& store, const QStringList& sources,
-                                 const RecordingPace& pace, QObject* parent)
+                                 const RecordingPace& pace, Repeat repeat, QObject* parent)
     : QObject(parent)
     , m_device(device)
     , m_store(store)
     , m_sources(sources)
     , m_pace(pace)
+    , m_repeat(repeat)
 {}
 
 RecordingThread::~RecordingThread()
@@ -63,20 +64,32 @@ void RecordingThread::stopRecording(const QString& recordID)
 
 void RecordingThread::recordAll()
 {
+    RecordedSources recorded(m_store.folder());
     for (const QString& source : m_sources) {
         if (!m_ending) {
-            recordOne(source);
+            recordOne(source, recorded);
         }
     }
 }
 
-void RecordingThread::recordOne(const QString& source)
+void RecordingThread::recordOne(const QString& source, RecordedSources& recorded)
+{
+    const QString fingerprint = SourceFactory::fingerprint(source);
+    if (m_repeat == Repeat::Unfinished && recorded.contains(fingerprint)) {
+        qCInfo(recorderLog).noquote() << m_device << ": passing over" << source << ", it was recorded before";
+    } else if (record(source) && !recorded.add(fingerprint)) {
+        qCWarning(recorderLog).noquote() << m_device << ": cannot note that" << source << "was recorded";
+    }
+}
+
+// True if it was recorded to its end.
+bool RecordingThread::record(const QString& source)
 {
     QString error;
     const auto signal = SourceFactory::create(source, &error);
     if (!signal) {
         qCWarning(recorderLog).noquote() << m_device << ": cannot record" << source << ":" << error;
-        return;
+        return false;
     }
     const quint64 now = microsecondsNow();
     const QString id = createRecordId(now);
@@ -91,11 +104,13 @@ void RecordingThread::recordOne(const QString& source)
     };
     const std::stop_token stop = begin(id);
     qCInfo(recorderLog).noquote() << m_device << ": recording" << id << "from" << source;
-    if (!Recording(m_store, *signal, birth, m_pace, tell).run(stop, &error)) {
+    Recording recording(m_store, *signal, birth, m_pace, tell);
+    if (!recording.run(stop, &error)) {
         qCWarning(recorderLog).noquote() << m_device << ": recording" << id << "failed:" << error;
     }
     qCInfo(recorderLog).noquote() << m_device << ": ended" << id;
     m_news.post([this, id] { Q_EMIT recordEnded(id); });
+    return recording.isComplete();
 }
 
 std::stop_token RecordingThread::begin(const QString& recordID)

@@ -2,6 +2,7 @@
 
 #include <recorder/served/mailbox.h>
 #include <recorder/store/devicestore.h>
+#include <recorder/store/recordedsources.h>
 #include <recorder/store/recording.h>
 
 #include <QObject>
@@ -20,9 +21,15 @@ class RecordingThread : public QObject
     Q_OBJECT
 
 public:
+    /// What is recorded again.
+    enum class Repeat {
+        Everything,
+        Unfinished ///< only what the store has never recorded to its end
+    };
+
     /// `sources` are texts as SourceFactory takes them.
     RecordingThread(const QString& device, const DeviceStore& store, const QStringList& sources,
-                    const RecordingPace& pace, QObject* parent = nullptr);
+                    const RecordingPace& pace, Repeat repeat, QObject* parent = nullptr);
 
     /// Closes the recording under way, durably, and waits for that.
     ~RecordingThread() override;
@@ -44,13 +51,15 @@ Q_SIGNALS:
 
 private:
     void recordAll();
-    void recordOne(const QString& source);
+    void recordOne(const QString& source, RecordedSources& recorded);
+    bool record(const QString& source);
     std::stop_token begin(const QString& recordID);
 
     const QString m_device;
     const DeviceStore m_store;
     const QStringList m_sources;
     const RecordingPace m_pace;
+    const Repeat m_repeat;
 
     std::atomic<bool> m_ending = false;
     std::mutex m_mutex;

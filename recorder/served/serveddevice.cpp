@@ -1,6 +1,5 @@
 #include <recorder/served/serveddevice.h>
 
-#include <recorder/served/recordingthread.h>
 #include <recorder/served/storeworker.h>
 #include <recorder/source/cleantext.h>
 #include <recorder/store/recorderlog.h>
@@ -72,7 +71,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     , branch(tree, identity)
     , records(*branch.records)
     , worker(store, prepared)
-    , recordings(identity.id, store, plan.sources, plan.pace)
+    , recordings(identity.id, store, plan.sources, plan.pace, plan.repeat)
     , churn(records, prepared, plan.churn)
 {
     synchronize = branch.synchronize;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <recorder/served/recordchurn.h>
+#include <recorder/served/recordingthread.h>
 #include <recorder/served/servedbranch.h>
 #include <recorder/store/preparedrecords.h>
 #include <recorder/store/recording.h>
@@ -17,8 +18,9 @@ struct DevicePlan
 {
     /// Folder with the device's records.
     QString folder;
-    /// Recorded one after the other, at once.
+    /// Recorded one after the other, at once, and which of them again.
     QStringList sources;
+    RecordingThread::Repeat repeat = RecordingThread::Repeat::Everything;
     RecordingPace pace;
     /// Prepared records for load tests, and the changes that are made to them as soon as they are loaded.
     int preparedRecords = 0;

@@ -5,7 +5,9 @@
 #include <recorder/source/regularfile.h>
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QFileInfo>
+#include <QStringList>
 
 #include <algorithm>
 #include <utility>
@@ -126,6 +128,22 @@ std::unique_ptr<SigmfSource> SigmfSource::open(const QString& path, QString* err
         }
         return nullptr;
     }
+}
+
+QString SigmfSource::fingerprint(const QString& path)
+{
+    const QString metaPath = stemOf(path) + metaSuffix;
+    QStringList parts;
+    try {
+        for (const QString& file : {metaPath, dataPath(stemOf(path), readMetadata(metaPath).dataset)}) {
+            const QFileInfo info(file);
+            parts << info.canonicalFilePath() << QString::number(info.size())
+                  << QString::number(info.lastModified().toMSecsSinceEpoch());
+        }
+    } catch (const Refusal& refusal) {
+        return refusal.text;
+    }
+    return parts.join(u'\n');
 }
 
 qint64 SigmfSource::read(char* buffer, qint64 frames)

@@ -20,6 +20,10 @@ public:
     /// outside of its folder, if there is no whole frame, or if the hash differs. `error` may be null.
     static std::unique_ptr<SigmfSource> open(const QString& path, QString* error);
 
+    /// The same text for each way to name a pair, another one when one of its files is another or has been written to
+    /// since. Any text for a pair that `open` refuses. Reads the metadata only.
+    static QString fingerprint(const QString& path);
+
     /// Fails if the file can no longer be read or has become shorter.
     qint64 read(char* buffer, qint64 frames) override;
 

@@ -13,20 +13,27 @@ std::unique_ptr<SignalSource> createGenerator(const QString& text, QString* erro
     return parameters ? std::make_unique<GeneratorSource>(*parameters) : nullptr;
 }
 
+// The path in a description of a SigMF recording; nothing if it describes something else.
+std::optional<QString> sigmfPath(const QString& description)
+{
+    constexpr QLatin1StringView sigmf("sigmf:");
+    if (description.startsWith(sigmf)) {
+        return description.mid(sigmf.size());
+    }
+    const bool isFile = description.endsWith(u".sigmf-meta") || description.endsWith(u".sigmf-data");
+    return isFile ? std::optional(description) : std::nullopt;
+}
+
 } // namespace
 
 std::unique_ptr<SignalSource> SourceFactory::create(const QString& description, QString* error)
 {
     constexpr QLatin1StringView generator("generator:");
-    constexpr QLatin1StringView sigmf("sigmf:");
     if (description.startsWith(generator)) {
         return createGenerator(description.mid(generator.size()), error);
     }
-    if (description.startsWith(sigmf)) {
-        return SigmfSource::open(description.mid(sigmf.size()), error);
-    }
-    if (description.endsWith(u".sigmf-meta") || description.endsWith(u".sigmf-data")) {
-        return SigmfSource::open(description, error);
+    if (const auto path = sigmfPath(description)) {
+        return SigmfSource::open(*path, error);
     }
     if (error != nullptr) {
         *error = QStringLiteral("\"%1\" is not a source: it must begin with \"generator:\" or \"sigmf:\", or end in "
@@ -34,6 +41,12 @@ std::unique_ptr<SignalSource> SourceFactory::create(const QString& description, 
                      .arg(description);
     }
     return nullptr;
+}
+
+QString SourceFactory::fingerprint(const QString& description)
+{
+    const auto path = sigmfPath(description);
+    return path ? SigmfSource::fingerprint(*path) : description;
 }
 
 } // namespace ZelkoRecorder

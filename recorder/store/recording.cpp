@@ -62,6 +62,7 @@ bool Recording::run(const std::stop_token& stop, QString* error)
     if (recorded && !closed) {
         *error = QStringLiteral("the disk does not take the end of the record");
     }
+    m_complete = recorded && closed && m_signalEnded;
     return recorded && closed;
 }
 
@@ -73,6 +74,7 @@ bool Recording::recordAll(const std::stop_token& stop, QString* error)
             return true;
         }
         if (readTo(std::min(boundary, framesDue())) == 0) {
+            m_signalEnded = true;
             break;
         }
         if (m_frame == boundary) {

@@ -50,6 +50,9 @@ public:
     /// called once.
     bool run(const std::stop_token& stop, QString* error);
 
+    /// Whether the whole signal was recorded, to its end and durably.
+    bool isComplete() const { return m_complete; }
+
 private:
     bool recordAll(const std::stop_token& stop, QString* error);
     qint64 nextBoundary() const;
@@ -78,6 +81,8 @@ private:
     qint64 m_nextIndexFrame;
     qsizetype m_nextMark = 0;
     bool m_diskRefused = false;
+    bool m_signalEnded = false;
+    bool m_complete = false;
 };
 
 /// What a record of such a signal says of itself at its birth, but for its ID: name, start, format, data rate. `now` is

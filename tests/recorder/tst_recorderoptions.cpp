@@ -42,13 +42,14 @@ void TestRecorderOptions::hasDefaults()
     QCOMPARE(options->pace.speed, 1.0);
     QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(1'000'000));
     QVERIFY(!options->exitWithParent);
+    QCOMPARE(options->repeat, RecordingThread::Repeat::Everything);
 }
 
 void TestRecorderOptions::readsEveryOption()
 {
     const QString line = QStringLiteral(
         "--store /s --sub-system north --device A --device B-2 --listen ::1 --port 0 --populate 100000 --churn 2.5 "
-        "--churn-changes 70000 --speed 0 --index-interval 0.25 --exit-with-parent --source B-2=sigmf:/x=y");
+        "--churn-changes 70000 --speed 0 --index-interval 0.25 --exit-with-parent --once --source B-2=sigmf:/x=y");
     const auto options = parse(line.split(QLatin1Char(' ')), &m_ending);
     QVERIFY2(options, qPrintable(m_ending.text));
     QCOMPARE(options->subSystem, QStringLiteral("north"));
@@ -61,6 +62,7 @@ void TestRecorderOptions::readsEveryOption()
     QCOMPARE(options->pace.speed, 0.0);
     QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(250'000));
     QVERIFY(options->exitWithParent);
+    QCOMPARE(options->repeat, RecordingThread::Repeat::Unfinished);
     QCOMPARE(options->sources.value(QStringLiteral("B-2")), QStringList{QStringLiteral("sigmf:/x=y")});
 }
 

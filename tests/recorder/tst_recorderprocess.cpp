@@ -3,6 +3,7 @@
 
 #include <recorderclient.h>
 #include <recorderprocess.h>
+#include <sigmfpair.h>
 #include <storedrecord.h>
 
 #include <QTemporaryDir>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void takesNoOtherValueFromAClient();
     void servesWithPipesInPlaceOfFiles();
     void servesWhileItLoads();
+    void recordsACaptureOnceAlthoughItIsKilled();
     void changesPreparedRecords();
 
 private:
@@ -247,6 +249,44 @@ void TestRecorderProcess::servesWhileItLoads()
     QTRY_COMPARE(client.values().loadCount()->GetValue(), 3000);
     QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded(), 60'000);
     QCOMPARE(client.values().map()->Size(), std::uint64_t{3000});
+}
+
+void TestRecorderProcess::recordsACaptureOnceAlthoughItIsKilled()
+{
+    SigmfPair capture;
+    capture.samples = QByteArray(4 * 400, 's'); // 0.4 s
+    capture.addHash();
+    QVERIFY(capture.write(m_folder->filePath(QStringLiteral("capture"))));
+    const auto withCapture = [&](const QString& more) {
+        return withStore(QStringLiteral("--once --index-interval 0.05 --source %1.sigmf-meta ")
+                             .arg(m_folder->filePath(QStringLiteral("capture"))) +
+                         more);
+    };
+    const auto atRest = [this](const QString& name) {
+        int count = 0;
+        for (const QString& id : m_client->values().ids()) {
+            const RecordPointer record = m_client->values().record(id);
+            count += record->GetRecordName() == name && record->GetRecordStatus() == Status::Finished ? 1 : 0;
+        }
+        return count;
+    };
+    const auto isLoaded = [this] { return m_client->values().isLoaded(); };
+    QVERIFY(m_recorder->start(withCapture(QStringLiteral("--speed 0.01"))));
+    connectTo(m_recorder->port());
+    QTRY_VERIFY(isLoaded() && m_client->values().map()->Size() == 1);
+    m_recorder->kill(); // in the middle of it
+    QVERIFY(m_recorder->start(withCapture(QString())));
+    connectTo(m_recorder->port());
+    QTRY_VERIFY(isLoaded() && atRest(QStringLiteral("capture")) == 2);
+    m_recorder->send(SIGTERM); // which leaves it the time to note that
+    QCOMPARE(m_recorder->exitCode(), 0);
+    for (const QString& next : {QStringLiteral("X"), QStringLiteral("Y")}) {
+        QVERIFY(m_recorder->start(withCapture(QStringLiteral("--source generator:noise,seconds=0.1,name=") + next)));
+        connectTo(m_recorder->port());
+        QTRY_VERIFY(isLoaded() && atRest(next) == 1);
+        QCOMPARE(atRest(QStringLiteral("capture")), 2);
+        m_recorder->kill();
+    }
 }
 
 void TestRecorderProcess::changesPreparedRecords()

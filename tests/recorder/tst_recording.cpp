@@ -108,6 +108,7 @@ private:
     std::function<void()> m_onTold;
     std::unique_ptr<ManualClock> m_clock;
     QString m_error;
+    bool m_complete = false;
 };
 
 void TestRecording::init()
@@ -139,13 +140,17 @@ bool TestRecording::run(SignalSource& source, const RecordingPace& pace, const s
         }
     };
     RecordingClock& clock = m_clock ? *m_clock : RecordingClock::steady();
-    return Recording(store, source, birth, pace, tell, clock).run(stop, &m_error);
+    Recording recording(store, source, birth, pace, tell, clock);
+    const bool recorded = recording.run(stop, &m_error);
+    m_complete = recording.isComplete();
+    return recorded;
 }
 
 void TestRecording::recordsTheWholeSignal()
 {
     CountingSource source(CountingSource::signal(2500));
     QVERIFY2(run(source, fast()), qPrintable(m_error));
+    QVERIFY(m_complete);
     QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), CountingSource::bytes(2500));
     const ZELKO_RecordData& record = *m_told.constLast();
     QCOMPARE(record.GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
@@ -208,6 +213,7 @@ void TestRecording::keepsWhatCameBeforeAFailure()
 {
     CountingSource source(CountingSource::signal(5000), 1700);
     QVERIFY(!run(source, fast()));
+    QVERIFY(!m_complete);
     QCOMPARE(m_error, QStringLiteral("the cable broke"));
     QCOMPARE(m_told.constLast()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
     QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), CountingSource::bytes(1700));
@@ -239,7 +245,7 @@ void TestRecording::isNeverFinishedWhenTheDiskDoesNotTakeItsEnd()
     CountingSource source(CountingSource::signal(frames));
     const bool recorded = run(source, fast());
     full.reset();
-    QVERIFY(!recorded);
+    QVERIFY(!recorded && !m_complete);
     QTEST(m_error, "error");
     QCOMPARE(told(), (QVector<std::pair<int, quint64>>{{2, 0}, {2, 4000}, {2, 8000}, {8, 8000}}));
     if (!folderGoes) {
@@ -274,6 +280,7 @@ void TestRecording::endsAtOnceWhenAsked()
     std::stop_source stop;
     m_onTold = [&] { stop.request_stop(); };
     QVERIFY2(run(source, pace, stop.get_token()), qPrintable(m_error));
+    QVERIFY(!m_complete);
     QCOMPARE(m_clock->elapsed(), 0ms);
     QCOMPARE(told(), (QVector<std::pair<int, quint64>>{{2, 0}, {5, 0}}));
 }

@@ -88,6 +88,8 @@ private Q_SLOTS:
     void showsARecordingGrowAndEnd();
     void recordsSourcesOneAfterTheOther();
     void passesOverASourceThatIsNone();
+    void recordsASourceOnceIfToldSo();
+    void recordsASourceAgainThatWasNotRecordedToItsEnd();
     void recordsSeveralDevicesSideBySide();
     void closesTheRecordingWhenItEnds();
     void dropsARecordWhoseFolderWasRemoved();
@@ -128,6 +130,30 @@ private:
     RecorderValues values(const QString& device = QStringLiteral("D1")) const
     {
         return {m_recorder->tree(), QString(), device};
+    }
+    // The recorder started anew on its store, with short sources of these names.
+    void restart(RecordingThread::Repeat repeat, const QStringList& names)
+    {
+        DevicePlan recording = plan();
+        recording.pace.speed = 0;
+        recording.repeat = repeat;
+        for (const QString& name : names) {
+            recording.sources.append(QStringLiteral("generator:noise,seconds=0.1,name=") + name);
+        }
+        m_recorder = std::make_unique<ServedRecorder>();
+        serve(recording);
+    }
+    QStringList namesAtRest() const
+    {
+        QStringList names;
+        for (const QString& recordID : values().ids()) {
+            const auto record = values().record(recordID);
+            if (record->GetRecordStatus() == Status::Finished) {
+                names.append(record->GetRecordName());
+            }
+        }
+        names.sort();
+        return names;
     }
     static QString id(int number) { return QStringLiteral("R%1").arg(number); }
 
@@ -235,6 +261,36 @@ void TestServedDevice::passesOverASourceThatIsNone()
     serve(recording);
     QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
     QCOMPARE(values().record(values().ids().first())->GetRecordName(), QStringLiteral("Second"));
+}
+
+void TestServedDevice::recordsASourceOnceIfToldSo()
+{
+    using Repeat = RecordingThread::Repeat;
+    restart(Repeat::Unfinished, {"A", "A", "B"});
+    QTRY_COMPARE(namesAtRest(), (QStringList{"A", "B"}));
+    restart(Repeat::Unfinished, {"A", "B", "C"});
+    QTRY_COMPARE(namesAtRest(), (QStringList{"A", "B", "C"}));
+    restart(Repeat::Everything, {"A", "D"});
+    QTRY_COMPARE(namesAtRest(), (QStringList{"A", "A", "B", "C", "D"}));
+    QCOMPARE(DeviceStore(plan().folder).remove(values().ids()).size(), 5);
+    restart(Repeat::Unfinished, {"A", "D", "E"});
+    QTRY_COMPARE(namesAtRest(), QStringList{"E"});
+}
+
+void TestServedDevice::recordsASourceAgainThatWasNotRecordedToItsEnd()
+{
+    DevicePlan recording = plan();
+    recording.repeat = RecordingThread::Repeat::Unfinished;
+    recording.sources = {QStringLiteral("generator:noise,rate=10000,seconds=80000,name=Long")};
+    serve(recording);
+    QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
+    values().command<Value<QString>>("SetRecordIdle")->SetValue(values().ids().first(), nullptr);
+    QTRY_COMPARE(namesAtRest(), QStringList{"Long"});
+    for (int records = 2; records <= 3; ++records) { // it was stopped, and then interrupted
+        m_recorder = std::make_unique<ServedRecorder>();
+        serve(recording);
+        QTRY_COMPARE(values().map()->Size(), static_cast<std::uint64_t>(records));
+    }
 }
 
 void TestServedDevice::recordsSeveralDevicesSideBySide()

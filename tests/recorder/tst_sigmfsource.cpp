@@ -2,6 +2,7 @@
 
 #include <sigmfpair.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QTest>
 
@@ -42,6 +43,8 @@ private Q_SLOTS:
     void ignoresTheRestOfAFrame();
     void acceptsTheRightHash();
     void readsTheNamedDataFile();
+    void isAnotherSourceWhenAFileWasWrittenTo_data();
+    void isAnotherSourceWhenAFileWasWrittenTo();
     void followsALinkOfTheUsualName();
     void refusesMissingAndOddFiles_data();
     void refusesMissingAndOddFiles();
@@ -197,6 +200,35 @@ void TestSigmfSource::readsTheNamedDataFile()
     const auto source = SigmfSource::open(path("rec"), nullptr);
     QVERIFY(source);
     QCOMPARE(readAll(*source, 10), pair.samples);
+}
+
+void TestSigmfSource::isAnotherSourceWhenAFileWasWrittenTo_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<bool>("grows");
+    QTest::newRow("more metadata") << "rec.sigmf-meta" << true;
+    QTest::newRow("metadata written again") << "rec.sigmf-meta" << false;
+    QTest::newRow("more data") << "samples.bin" << true;
+    QTest::newRow("data written again") << "samples.bin" << false;
+}
+
+void TestSigmfSource::isAnotherSourceWhenAFileWasWrittenTo()
+{
+    QFETCH(const QString, file);
+    QFETCH(const bool, grows);
+    SigmfPair pair;
+    pair.global["core:dataset"] = QStringLiteral("samples.bin");
+    QVERIFY(writeFile(path("rec.sigmf-meta"), pair.metadata()));
+    QVERIFY(writeFile(path("samples.bin"), pair.samples));
+    const QString before = SigmfSource::fingerprint(path("rec"));
+    QCOMPARE(SigmfSource::fingerprint(path("rec")), before);
+    QFile changed(m_folder->filePath(file));
+    QVERIFY(changed.open(QIODevice::ReadWrite | QIODevice::Append));
+    const QDateTime time = changed.fileTime(QFileDevice::FileModificationTime);
+    QVERIFY(!grows || (changed.write(" ") == 1 && changed.flush()));
+    QVERIFY(changed.setFileTime(grows ? time : time.addSecs(1), QFileDevice::FileModificationTime));
+    changed.close();
+    QVERIFY(SigmfSource::fingerprint(path("rec")) != before);
 }
 
 void TestSigmfSource::followsALinkOfTheUsualName()

@@ -5,6 +5,7 @@
 
 #include <sigmfpair.h>
 
+#include <QDir>
 #include <QTest>
 
 using namespace ZelkoRecorder;
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void makesAGenerator();
     void opensARecording_data();
     void opensARecording();
+    void tellsSourcesApart();
     void refusesWithTheReason_data();
     void refusesWithTheReason();
 
@@ -59,6 +61,25 @@ void TestSourceFactory::opensARecording()
     const auto source = SourceFactory::create(text, &error);
     QVERIFY2(dynamic_cast<SigmfSource*>(source.get()), qPrintable(error));
     QCOMPARE(source->description().totalFrames, qint64{4});
+    const QString other = QStringLiteral("sigmf:") + QDir::current().relativeFilePath(m_folder.filePath("rec"));
+    QCOMPARE(SourceFactory::fingerprint(text), SourceFactory::fingerprint(other));
+}
+
+void TestSourceFactory::tellsSourcesApart()
+{
+    QVERIFY(ZelkoTest::SigmfPair().write(m_folder.filePath(QStringLiteral("other"))));
+    const QStringList texts{QStringLiteral("generator:fm"),
+                            QStringLiteral("generator:fm,rate=48000"),
+                            QStringLiteral("sigmf:") + m_folder.filePath(QStringLiteral("rec")),
+                            QStringLiteral("sigmf:") + m_folder.filePath(QStringLiteral("other")),
+                            QStringLiteral("sigmf:/nowhere/rec"),
+                            QString()};
+    QSet<QString> fingerprints;
+    for (const QString& text : texts) {
+        fingerprints.insert(SourceFactory::fingerprint(text));
+        QCOMPARE(SourceFactory::fingerprint(text), SourceFactory::fingerprint(text));
+    }
+    QCOMPARE(fingerprints.size(), texts.size());
 }
 
 void TestSourceFactory::refusesWithTheReason_data()
