@@ -11,7 +11,6 @@
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
 #include <QHBoxLayout>
-#include <QItemSelectionModel>
 #include <QLabel>
 #include <QProgressBar>
 
@@ -34,6 +33,7 @@ RecordPane::RecordPane(QWidget* parent)
     m_proxy->setSourceModel(m_records->model());
     m_table->setModel(m_proxy);
     m_keeper = new SelectionKeeper(m_table, m_proxy, m_records->model(), this);
+    m_summary = new SelectionSummary(m_table->selectionModel(), this);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
@@ -46,9 +46,7 @@ RecordPane::RecordPane(QWidget* parent)
         connect(m_proxy, signal, this, &RecordPane::updateCount);
     }
     connect(m_proxy, &QAbstractItemModel::modelReset, this, &RecordPane::updateCount);
-    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &RecordPane::updateSelection);
-    connect(m_proxy, &QAbstractItemModel::dataChanged, this, &RecordPane::updateSelection);
-    connect(m_proxy, &QAbstractItemModel::modelReset, this, &RecordPane::updateSelection);
+    connect(m_summary, &SelectionSummary::changed, this, [this] { m_selection->setText(m_summary->text()); });
     updateTitle();
     updateCount();
     updateProgress();
@@ -129,11 +127,6 @@ void RecordPane::updateCount()
     const int count = m_proxy->rowCount();
     const QString text = count == 1 ? tr("1 recording") : tr("%1 recordings").arg(count);
     m_count->setText(m_records->isConnected() ? text : QString());
-}
-
-void RecordPane::updateSelection()
-{
-    m_selection->setText(selectionSummary(m_table->selectionModel()->selectedRows()));
 }
 
 void RecordPane::updateProgress()

@@ -14,6 +14,7 @@ class Heading;
 class RecordSortModel;
 class RecordTableView;
 class SelectionKeeper;
+class SelectionSummary;
 
 /// The recordings of one device: title, their number and the table; for the status bar of a window what is selected and
 /// how far the first load is.
@@ -44,7 +45,6 @@ private:
     void updateTitle();
     void updateTexts();
     void updateCount();
-    void updateSelection();
     void updateProgress();
 
     QString m_subSystem;
@@ -54,6 +54,7 @@ private:
     RecordSortModel* m_proxy;
     RecordTableView* m_table;
     SelectionKeeper* m_keeper;
+    SelectionSummary* m_summary;
     Heading* m_title;
     QLabel* m_subtitle;
     QLabel* m_count;
