@@ -1,4 +1,5 @@
 #include <console/demo/demowalk.h>
+#include <console/demo/expectedrecord.h>
 #include <console/session/consolesession.h>
 #include <console/window/consolewindow.h>
 #include <console/window/runningconsole.h>
@@ -7,6 +8,8 @@
 #include <QCommandLineParser>
 #include <QTemporaryDir>
 #include <QTextStream>
+
+#include <optional>
 
 namespace {
 
@@ -25,22 +28,42 @@ bool hasDisplay()
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
-// A short signal, then the captures, then a long one, so that something is always being recorded.
-QStringList sourcesWith(const QStringList& captures)
+// A short signal, then the captures; each of them ends.
+QStringList finiteSources(const QStringList& captures)
 {
-    QStringList sources{QStringLiteral("Recorder1=generator:fm,name=Voice channel,rate=48000,frequency=145500000,"
-                                       "bandwidth=12500,seconds=4")};
-    for (const QString& capture : captures) {
-        sources.append(QLatin1String("Recorder1=") + capture);
+    return QStringList{QStringLiteral("generator:fm,name=Voice channel,rate=48000,frequency=145500000,"
+                                      "bandwidth=12500,seconds=4")} +
+           captures;
+}
+
+// A long one behind them, so that something is always being recorded.
+QStringList recorderSources(const QStringList& finite)
+{
+    QStringList sources;
+    for (const QString& source : finite) {
+        sources.append(QLatin1String("Recorder1=") + source);
     }
     sources.append(QStringLiteral("Recorder1=generator:bursts,name=Telemetry bursts,rate=250000,frequency=433920000,"
-                                  "bandwidth=200000,seconds=600"));
+                                  "bandwidth=200000,seconds=3600"));
     return sources;
 }
 
-int walk(RunningConsole& console, const QString& folder, int records)
+std::optional<QList<ExpectedRecord>> expectedOf(const QStringList& sources, QString* error)
 {
-    DemoWalk walk(console.session(), console.window(), folder, records);
+    QList<ExpectedRecord> expected;
+    for (const QString& source : sources) {
+        const auto record = ExpectedRecord::ofSource(source, error);
+        if (!record) {
+            return std::nullopt;
+        }
+        expected.append(*record);
+    }
+    return expected;
+}
+
+int walk(RunningConsole& console, const QString& folder, const QList<ExpectedRecord>& expected)
+{
+    DemoWalk walk(console.session(), console.window(), folder, expected);
     const bool done = walk.run();
     QTextStream(stdout) << "Pictures:\n  " << walk.pictures().join(QLatin1String("\n  ")) << '\n';
     return done ? 0 : fail(walk.failure(), 1);
@@ -49,16 +72,21 @@ int walk(RunningConsole& console, const QString& folder, int records)
 int run(const QCommandLineParser& parser, bool drive)
 {
     const QTemporaryDir store;
+    const QStringList finite = finiteSources(parser.values(QStringLiteral("record")));
+    QString error;
+    const auto expected = expectedOf(finite, &error);
+    if (!expected) {
+        return fail(error, 1);
+    }
     ConsoleOptions options;
     options.storeFolder = store.path();
-    options.sources = sourcesWith(parser.values(QStringLiteral("record")));
-    QString error;
+    options.sources = recorderSources(finite);
     const auto console = RunningConsole::open(options, &error);
     if (!console) {
         return fail(error, 1);
     }
     if (drive) {
-        return walk(*console, parser.value(QStringLiteral("pictures")), static_cast<int>(options.sources.size()));
+        return walk(*console, parser.value(QStringLiteral("pictures")), *expected);
     }
     console->window().show();
     return QApplication::exec();

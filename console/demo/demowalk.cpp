@@ -16,7 +16,9 @@
 #include <QItemSelectionModel>
 #include <QTest>
 
+#include <algorithm>
 #include <csignal>
+#include <numeric>
 
 namespace ZelkoConsole {
 
@@ -25,7 +27,15 @@ using Status = ZELKO_XML::ZELKO_RecordData::RecordStatus;
 
 namespace {
 
-constexpr int patience = 60'000;
+// For what takes no time by itself, on a machine that is busy.
+constexpr std::chrono::milliseconds patience{60'000};
+
+std::chrono::milliseconds lengthOf(const QList<ExpectedRecord>& records)
+{
+    return std::accumulate(
+        records.begin(), records.end(), std::chrono::milliseconds(0),
+        [](std::chrono::milliseconds sum, const ExpectedRecord& record) { return sum + record.length; });
+}
 
 quint64 sizeOf(const QModelIndex& index)
 {
@@ -41,12 +51,13 @@ QString idOf(const QModelIndex& index)
 
 } // namespace
 
-DemoWalk::DemoWalk(ConsoleSession& session, ConsoleWindow& window, const QString& pictureFolder, int records)
+DemoWalk::DemoWalk(ConsoleSession& session, ConsoleWindow& window, const QString& pictureFolder,
+                   const QList<ExpectedRecord>& expected)
     : m_session(session)
     , m_window(window)
     , m_table(*window.records()->table())
     , m_folder(pictureFolder)
-    , m_records(records)
+    , m_expected(expected)
 {}
 
 bool DemoWalk::run()
@@ -62,7 +73,7 @@ bool DemoWalk::run()
 
 bool DemoWalk::seeLiveRecord()
 {
-    return waitFor("a record that is being recorded",
+    return waitFor(QStringLiteral("a record that is being recorded"),
                    [this] { return recordWithStatus(static_cast<int>(Status::Recording)).isValid(); });
 }
 
@@ -70,16 +81,28 @@ bool DemoWalk::seeRecordGrow()
 {
     const QPersistentModelIndex record = recordWithStatus(static_cast<int>(Status::Recording));
     const quint64 before = sizeOf(record);
-    return waitFor("the size of a record growing", [&] { return sizeOf(record) > before; }) &&
+    return waitFor(QStringLiteral("the size of a record growing"), [&] { return sizeOf(record) > before; }) &&
            takePicture("1-growing-record");
 }
 
 bool DemoWalk::seeFinishedRecords()
 {
-    return waitFor("as many recordings as there are sources",
-                   [this] { return m_table.model()->rowCount() >= m_records; }) &&
-           waitFor("a finished record",
-                   [this] { return recordWithStatus(static_cast<int>(Status::Finished)).isValid(); });
+    return std::all_of(m_expected.begin(), m_expected.end(),
+                       [this](const ExpectedRecord& record) { return seeFinished(record); }) &&
+           waitFor(QStringLiteral("the recording that follows"), [this] {
+               return m_table.model()->rowCount() > m_expected.size() &&
+                      recordWithStatus(static_cast<int>(Status::Recording)).isValid();
+           });
+}
+
+// The recordings are made in turn, so all of them may have to be waited for. A source that is given twice is to be seen
+// twice.
+bool DemoWalk::seeFinished(const ExpectedRecord& record)
+{
+    const auto wanted = m_expected.count(record);
+    return waitFor(
+        QStringLiteral("the finished recording \"%1\"").arg(record.name),
+        [&] { return record.countIn(*m_table.model()) == wanted; }, lengthOf(m_expected));
 }
 
 bool DemoWalk::sortBySize()
@@ -108,7 +131,7 @@ bool DemoWalk::killRecorder()
 {
     ::kill(static_cast<pid_t>(m_session.recorder()->processId()), SIGKILL);
     const QString subSystem = m_session.subSystems().constFirst();
-    return waitFor("that the recorder is gone",
+    return waitFor(QStringLiteral("that the recorder is gone"),
                    [&] {
                        return m_session.status(subSystem).state == LinkState::Unreachable &&
                               m_table.model()->rowCount() == 0;
@@ -118,18 +141,18 @@ bool DemoWalk::killRecorder()
 
 bool DemoWalk::seeListRestored()
 {
-    const bool restored = waitFor("the list with its selection again", [this] {
+    const bool restored = waitFor(QStringLiteral("the list with its selection again"), [this] {
         return m_window.records()->records()->isComplete() && m_table.model()->rowCount() >= m_rowsBefore &&
                selectedIds() == m_selected && isSortedBySize();
     });
     return restored && takePicture("4-restored-list");
 }
 
-bool DemoWalk::waitFor(const char* what, const std::function<bool()>& condition)
+bool DemoWalk::waitFor(const QString& what, const std::function<bool()>& condition, std::chrono::milliseconds longest)
 {
-    return QTest::qWaitFor(condition, patience) ||
-           fail(
-               QStringLiteral("the console did not show %1 within %2 s").arg(QLatin1String(what)).arg(patience / 1000));
+    const auto limit = std::chrono::ceil<std::chrono::seconds>(longest + patience);
+    return QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds(limit).count())) ||
+           fail(QStringLiteral("the console did not show %1 within %2 s").arg(what).arg(limit.count()));
 }
 
 bool DemoWalk::takePicture(const char* name)

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <console/demo/expectedrecord.h>
+
+#include <QList>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
-#include <memory>
 
 class QModelIndex;
 
@@ -20,11 +22,13 @@ class RecordTableView;
 class DemoWalk
 {
 public:
-    /// `records` is how many recordings have to show up before the recorder is killed, at least 2. Session and window
-    /// outlive the walk.
-    DemoWalk(ConsoleSession& session, ConsoleWindow& window, const QString& pictureFolder, int records);
+    /// `expected` is what the recorder records from its start on, one after the other, before the recording that it is
+    /// killed in; at least one. Session and window outlive the walk.
+    DemoWalk(ConsoleSession& session, ConsoleWindow& window, const QString& pictureFolder,
+             const QList<ExpectedRecord>& expected);
 
-    /// Takes some ten seconds. False when something was not shown that should have been; `failure()` tells what.
+    /// Takes as long as the expected recordings and some seconds. False when something was not shown that should have
+    /// been; `failure()` tells what.
     bool run();
 
     const QString& failure() const { return m_failure; }
@@ -41,7 +45,8 @@ private:
     bool killRecorder();
     bool seeListRestored();
 
-    bool waitFor(const char* what, const std::function<bool()>& condition);
+    bool seeFinished(const ExpectedRecord& record);
+    bool waitFor(const QString& what, const std::function<bool()>& condition, std::chrono::milliseconds longest = {});
     bool takePicture(const char* name);
     bool fail(const QString& text);
     QModelIndex recordWithStatus(int status) const;
@@ -52,7 +57,7 @@ private:
     ConsoleWindow& m_window;
     RecordTableView& m_table;
     const QString m_folder;
-    const int m_records;
+    const QList<ExpectedRecord> m_expected;
     QStringList m_selected;
     int m_rowsBefore = 0;
     QString m_failure;
