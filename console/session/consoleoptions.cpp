@@ -21,7 +21,10 @@ void describe(QCommandLineParser& parser)
     parser.setApplicationDescription(tr("Operator console for signal recorders.\n"
                                         "Without a site file it starts a recorder of its own."));
     parser.addOption({siteOption, tr("The sub systems to connect to."), QStringLiteral("FILE")});
-    parser.addOption({storeOption, tr("Where the own recorder keeps its recordings."), QStringLiteral("DIR")});
+    parser.addOption(
+        {storeOption,
+         tr("Where the own recorder keeps its recordings. Without it each console that runs has a folder of its own."),
+         QStringLiteral("DIR")});
     parser.addOption(
         {recordOption,
          tr("What the own recorder records; may be given more than once: \"generator:...\" or the path of a "

@@ -13,7 +13,7 @@ namespace ZelkoConsole {
 struct ConsoleOptions
 {
     QString siteFile;    ///< empty: the console starts a recorder of its own
-    QString storeFolder; ///< of that recorder; empty: a folder of the user's application data
+    QString storeFolder; ///< of that recorder; empty: one of the user's application data that no other console uses
     QStringList sources; ///< what that recorder records; empty: `defaultSources()`
 
     /// Reads a command line without the program's name. Nothing, and a text for people in `error`, when it is wrong.
@@ -27,7 +27,8 @@ struct ConsoleOptions
     static QStringList defaultSources();
     static QStringList defaultDevices();
 
-    /// How the recorder is to be started; the program is expected in `programFolder`.
+    /// How the recorder is to be started; the program is expected in `programFolder`. Another console may use the store
+    /// where the command line names none.
     EmbeddedRecorderOptions recorderOptions(const QString& programFolder) const;
 };
 

@@ -1,6 +1,7 @@
 #include <console/window/runningconsole.h>
 
 #include <console/session/consolesession.h>
+#include <console/session/storefolder.h>
 #include <console/window/consolewindow.h>
 
 #include <zelkobase/orb/orb.h>
@@ -39,6 +40,7 @@ struct RunningConsole::Private
     void listen(bool onNetwork);
 
     QSettings settings;
+    std::unique_ptr<StoreFolder> store;
     std::unique_ptr<Orb> orb;
     std::unique_ptr<ConsoleSession> session;
     std::unique_ptr<ConsoleWindow> window;
@@ -57,8 +59,13 @@ bool RunningConsole::Private::openSite(const QString& siteFile, QString* error)
 
 void RunningConsole::Private::openOwn(const ConsoleOptions& options)
 {
+    EmbeddedRecorderOptions recorder = options.recorderOptions(QApplication::applicationDirPath());
+    if (options.storeFolder.isEmpty()) {
+        store = std::make_unique<StoreFolder>(recorder.storeFolder);
+        recorder.storeFolder = store->path();
+    }
     listen(false);
-    session = std::make_unique<ConsoleSession>(*orb, options.recorderOptions(QApplication::applicationDirPath()));
+    session = std::make_unique<ConsoleSession>(*orb, recorder);
 }
 
 // Recorders call the console back with what changes.
