@@ -39,6 +39,7 @@ struct EmbeddedRecorder::Private
     State state = State::Stopped;
     QString failure;
     quint16 port = 0;
+    bool hasServed = false;
 };
 
 EmbeddedRecorder::Private::Private(EmbeddedRecorder* owner, const EmbeddedRecorderOptions& recorderOptions)
@@ -83,8 +84,11 @@ QStringList EmbeddedRecorder::Private::arguments() const
     for (const QString& device : options.devices) {
         list << QStringLiteral("--device") << device;
     }
-    for (const QString& source : options.sources) {
-        list << QStringLiteral("--source") << source;
+    // A recorder that served has recorded them, or began to: a second time would be a second recording of each.
+    if (!hasServed) {
+        for (const QString& source : options.sources) {
+            list << QStringLiteral("--source") << source;
+        }
     }
     return list;
 }
@@ -94,6 +98,7 @@ void EmbeddedRecorder::Private::takeOutput()
     const auto served = output.takeOutput(process.readAllStandardOutput());
     if (served && state == State::Starting) {
         port = *served;
+        hasServed = true;
         patience.stop();
         backOff.reset();
         enter(State::Running);

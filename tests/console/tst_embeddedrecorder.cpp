@@ -33,6 +33,12 @@ QString script(const QTemporaryDir& folder, const QByteArray& text)
     return written ? path : QString();
 }
 
+QByteArrayList linesOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().split('\n') : QByteArrayList();
+}
+
 } // namespace
 
 class TestEmbeddedRecorder : public QObject
@@ -128,6 +134,26 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Running, patience);
         QCOMPARE(states, QList<State>({State::Starting, State::Failed, State::Starting, State::Running}));
         QCOMPARE(recorder.port(), quint16{4711});
+    }
+
+    void asksForTheSourcesUntilARecorderServedAndNotAgain()
+    {
+        const QTemporaryDir folder;
+        auto options = recorderStart(folder, {QStringLiteral("generator:fm"), QStringLiteral("generator:noise")});
+        const QString log = folder.filePath(QStringLiteral("log"));
+        // Ends before it serves at the first start, and right after it served at the others.
+        options.program = script(folder, "echo \"$@\" >> " + log.toUtf8() + "; if [ $(wc -l < " + log.toUtf8() +
+                                             ") -gt 1 ]; then echo READY port=4711; fi; exit 1");
+        EmbeddedRecorder recorder(options);
+        recorder.start();
+        const auto starts = [&log] { return linesOf(log); };
+        QTRY_VERIFY_WITH_TIMEOUT(starts().size() >= 4, patience);
+        recorder.stop();
+        QList<qsizetype> sources;
+        for (const QByteArray& start : starts().first(4)) {
+            sources.append(start.count("--source"));
+        }
+        QCOMPARE(sources, QList<qsizetype>({2, 2, 0, 0}));
     }
 
     void givesUpOnARecorderThatDoesNotGetReady()
