@@ -3,8 +3,6 @@
 #include <valuecore/tree.h>
 #include <zelkobase/connection/serverconnectiondata.h>
 
-#include <algorithm>
-
 namespace ZelkoConsole {
 
 using ZelkoCommon::LinkOptions;
@@ -124,14 +122,6 @@ SubSystemStatus ConsoleSession::status(const QString& subSystem) const
 const EmbeddedRecorder* ConsoleSession::recorder() const
 {
     return d->recorder.get();
-}
-
-bool needsNetwork(const ZelkoConfiguration& site)
-{
-    return std::any_of(site.SubSystems().begin(), site.SubSystems().end(), [](const auto& subSystem) {
-        return subSystem.host != QLatin1String("localhost") && !subSystem.host.startsWith(QLatin1String("127.")) &&
-               subSystem.host != QLatin1String("::1");
-    });
 }
 
 } // namespace ZelkoConsole

@@ -39,7 +39,4 @@ private:
     const std::unique_ptr<Private> d;
 };
 
-/// Whether a recorder of the site stands on another host, and so has to be able to call this one.
-bool needsNetwork(const ZelkoCommon::ZelkoConfiguration& site);
-
 } // namespace ZelkoConsole

@@ -1,6 +1,7 @@
 #include <console/window/runningconsole.h>
 
 #include <console/session/consolesession.h>
+#include <console/session/listenaddress.h>
 #include <console/session/storefolder.h>
 #include <console/window/consolewindow.h>
 
@@ -37,7 +38,7 @@ struct RunningConsole::Private
 {
     bool openSite(const QString& siteFile, QString* error);
     void openOwn(const ConsoleOptions& options);
-    void listen(bool onNetwork);
+    void listen(const QString& address);
 
     QSettings settings;
     std::unique_ptr<StoreFolder> store;
@@ -52,7 +53,7 @@ bool RunningConsole::Private::openSite(const QString& siteFile, QString* error)
     if (!site) {
         return false;
     }
-    listen(needsNetwork(*site));
+    listen(listenAddress(*site));
     session = std::make_unique<ConsoleSession>(*orb, *site);
     return true;
 }
@@ -64,17 +65,15 @@ void RunningConsole::Private::openOwn(const ConsoleOptions& options)
         store = std::make_unique<StoreFolder>(recorder.storeFolder);
         recorder.storeFolder = store->path();
     }
-    listen(false);
+    listen(OrbOptions().listenAddress);
     session = std::make_unique<ConsoleSession>(*orb, recorder);
 }
 
 // Recorders call the console back with what changes.
-void RunningConsole::Private::listen(bool onNetwork)
+void RunningConsole::Private::listen(const QString& address)
 {
     OrbOptions options;
-    if (onNetwork) {
-        options.listenAddress.clear();
-    }
+    options.listenAddress = address;
     orb = std::make_unique<Orb>(options);
 }
 

@@ -29,11 +29,12 @@ void TestZelkoConfiguration::readsASiteFile()
     QString error;
     const auto site = ZelkoConfiguration::fromJson(
         R"({"currentSubSystem": "south", "subSystems": [{"name": "north", "host": "recorder-north", "port": 9000},
-            {"name": "south", "host": "::1"}]})",
+            {"name": "south", "host": "::1"}], "listen": "192.0.2.20"})",
         &error);
     QVERIFY2(site, qPrintable(error));
     QCOMPARE(site->SubSystems(), (std::vector<SubSystem>{{"north", "recorder-north", 9000}, {"south", "::1", 8004}}));
     QCOMPARE(site->GetCurrentSubSystem(), "south");
+    QCOMPARE(site->ListenAddress(), "192.0.2.20");
     QCOMPARE(site->Find("north")->port, 9000);
     QVERIFY(!site->Find("east"));
 }
@@ -44,6 +45,7 @@ void TestZelkoConfiguration::fillsInWhatIsLeftOut()
     QVERIFY(site);
     QCOMPARE(site->GetCurrentSubSystem(), "a");
     QCOMPARE(site->Find("a")->port, 8004);
+    QCOMPARE(site->ListenAddress(), QString());
 }
 
 void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
@@ -63,6 +65,13 @@ void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
     QTest::newRow("a sub system listed twice")
         << QByteArray(R"({"subSystems": [{"name": "a", "host": "h"}, {"name": "a", "host": "i"}]})")
         << "\"a\" is listed twice";
+    const auto listen = [](const char* value) {
+        return QByteArray(R"({"subSystems": [{"name": "a", "host": "h"}], "listen": )") + value + "}";
+    };
+    QTest::newRow("an empty address to listen on") << listen("\"\"") << "no address to listen on";
+    QTest::newRow("a number to listen on") << listen("8004") << "no address to listen on";
+    QTest::newRow("two addresses to listen on") << listen("\"192.0.2.1,192.0.2.2\"") << "no address to listen on";
+    QTest::newRow("an address to listen on with a port and a path") << listen("\"h:1/x\"") << "no address to listen on";
     QTest::newRow("port 0") << port("0") << "the port of sub system \"a\"";
     QTest::newRow("a port below") << port("-1") << "the port of sub system \"a\"";
     QTest::newRow("a port beyond") << port("65536") << "the port of sub system \"a\"";

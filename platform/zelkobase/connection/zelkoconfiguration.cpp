@@ -65,20 +65,32 @@ bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, Q
            fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
 }
 
-bool readObject(const QJsonObject& object, ZelkoConfiguration& configuration, QString* error)
+bool readSubSystems(const QJsonArray& subSystems, ZelkoConfiguration& configuration, QString* error)
 {
-    const QJsonArray subSystems = object.value(QLatin1String("subSystems")).toArray();
     if (subSystems.isEmpty()) {
         return fail(error, tr("it lists no sub systems"));
     }
-    for (const QJsonValue& value : subSystems) {
-        if (!readSubSystem(value, configuration, error)) {
-            return false;
-        }
-    }
-    const QJsonValue current = object.value(QLatin1String("currentSubSystem"));
+    return std::all_of(subSystems.begin(), subSystems.end(),
+                       [&](const QJsonValue& value) { return readSubSystem(value, configuration, error); });
+}
+
+bool readCurrent(const QJsonValue& current, ZelkoConfiguration& configuration, QString* error)
+{
     return current.isUndefined() || configuration.SetCurrentSubSystem(current.toString()) ||
            fail(error, tr("its current sub system \"%1\" is not listed").arg(current.toString()));
+}
+
+bool readListenAddress(const QJsonValue& address, ZelkoConfiguration& configuration, QString* error)
+{
+    return address.isUndefined() || configuration.SetListenAddress(address.toString()) ||
+           fail(error, tr("\"%1\" is no address to listen on").arg(address.toString()));
+}
+
+bool readObject(const QJsonObject& object, ZelkoConfiguration& configuration, QString* error)
+{
+    return readSubSystems(object.value(QLatin1String("subSystems")).toArray(), configuration, error) &&
+           readCurrent(object.value(QLatin1String("currentSubSystem")), configuration, error) &&
+           readListenAddress(object.value(QLatin1String("listen")), configuration, error);
 }
 
 } // namespace
@@ -143,6 +155,15 @@ bool ZelkoConfiguration::SetCurrentSubSystem(const QString& name)
         return false;
     }
     m_current = name;
+    return true;
+}
+
+bool ZelkoConfiguration::SetListenAddress(const QString& address)
+{
+    if (!canBeHost(address)) {
+        return false;
+    }
+    m_listenAddress = address;
     return true;
 }
 

@@ -19,10 +19,14 @@ namespace ZelkoCommon {
 ///         "subSystems": [
 ///             { "name": "north", "host": "recorder-north", "port": 8004 },
 ///             { "name": "south", "host": "192.0.2.7" }
-///         ]
+///         ],
+///         "listen": "192.0.2.20"
 ///     }
 ///
-/// "port" is 8004 and "currentSubSystem" the first one when left out.
+/// "port" is 8004 and "currentSubSystem" the first one when left out. "listen" is the address of this machine on which
+/// the recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
+/// application finds it out by itself: loopback while all recorder servers are on this machine, else the address that
+/// leads to them. It is needed where they are reached by more than one interface.
 class ZELKOBASECONNECTION_EXPORT ZelkoConfiguration
 {
 public:
@@ -60,6 +64,12 @@ public:
     /// False, and no change, for a name that is not there.
     bool SetCurrentSubSystem(const QString& name);
 
+    /// Where to listen for the calls of the recorder servers; empty when that is left to the application.
+    const QString& ListenAddress() const { return m_listenAddress; }
+
+    /// False, and no change, for a text that can be no address.
+    bool SetListenAddress(const QString& address);
+
     /// Path of a sub system on the value tree.
     static QString MakeRootPath(const QString& subSystem);
 
@@ -69,6 +79,7 @@ public:
 private:
     std::vector<SubSystem> m_subSystems;
     QString m_current;
+    QString m_listenAddress;
 };
 
 } // namespace ZelkoCommon
