@@ -102,6 +102,11 @@ void SampleSite::eraseRecord(const QString& subSystem, const QString& device, co
     mapOf(subSystem, device).EraseAt(id, nullptr);
 }
 
+void SampleSite::clearRecords(const QString& subSystem, const QString& device)
+{
+    mapOf(subSystem, device).Clear(nullptr);
+}
+
 SampleSite::RecordPtr sampleRecord(const QString& id, const QString& name, SampleSite::Record::RecordStatus status,
                                    quint64 start, quint64 duration, quint64 frequency)
 {

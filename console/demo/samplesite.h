@@ -48,6 +48,7 @@ public:
 
     void setRecord(const QString& subSystem, const QString& device, const RecordPtr& record);
     void eraseRecord(const QString& subSystem, const QString& device, const QString& id);
+    void clearRecords(const QString& subSystem, const QString& device);
 
 private:
     const QStringList m_names;

@@ -20,6 +20,9 @@ namespace {
 
 constexpr int lookUpInterval = 100;
 
+// When no rows have come for so long, those that are still missing were deleted in the meantime.
+constexpr int refillPause = 2000;
+
 } // namespace
 
 struct DeviceRecords::Private
@@ -31,12 +34,16 @@ struct DeviceRecords::Private
     void lookUp();
     void checkStillThere();
     void letGo();
+    void rowsGo();
+    void rowsCame();
     bool isWhole() const { return map && loadCount && complete; }
 
     DeviceRecords* const q;
     QString devicePath;
     bool connected = false;
     QTimer timer;
+    QTimer refill;      // runs while rows are missing that went without their map
+    int rowsBefore = 0; // as many went then
     ZelkoGUI::RecordItemMapModel model;
     TreeObserver mapObserver;
     TreeObserver loadObserver;
@@ -56,6 +63,12 @@ DeviceRecords::Private::Private(DeviceRecords* owner)
 {
     timer.setInterval(lookUpInterval);
     connect(&timer, &QTimer::timeout, q, [this] { lookUp(); });
+    refill.setSingleShot(true);
+    refill.setInterval(refillPause);
+    connect(&refill, &QTimer::timeout, q, &DeviceRecords::progressChanged);
+    connect(&model, &QAbstractItemModel::modelAboutToBeReset, q, [this] { rowsGo(); });
+    connect(&model, &QAbstractItemModel::modelReset, q, [this] { rowsCame(); });
+    connect(&model, &QAbstractItemModel::rowsInserted, q, [this] { rowsCame(); });
     connect(&model, &QAbstractItemModel::rowsInserted, q, &DeviceRecords::progressChanged);
     connect(&model, &AbstractRecordListModel::si_allRecordsChanged, q, &DeviceRecords::progressChanged);
 }
@@ -74,6 +87,24 @@ void DeviceRecords::Private::loadChanged(TChangeCode code)
     stateChanged(code);
     if (code == TChangeCode::ValueChanged && connected) {
         Q_EMIT q->progressChanged();
+    }
+}
+
+// A server that begins its state afresh empties the map and fills it again, and never takes back that it is complete.
+void DeviceRecords::Private::rowsGo()
+{
+    if (!refill.isActive()) {
+        rowsBefore = model.recordCount();
+        refill.start();
+    }
+}
+
+void DeviceRecords::Private::rowsCame()
+{
+    if (model.recordCount() >= rowsBefore) {
+        refill.stop();
+    } else if (refill.isActive()) {
+        refill.start();
     }
 }
 
@@ -106,6 +137,7 @@ void DeviceRecords::Private::letGo()
     loadCount = nullptr;
     complete = nullptr;
     model.disconnect();
+    refill.stop();
     if (std::exchange(connected, false)) {
         Q_EMIT q->connectionChanged();
         Q_EMIT q->progressChanged();
@@ -144,7 +176,7 @@ bool DeviceRecords::isConnected() const
 
 bool DeviceRecords::isComplete() const
 {
-    return d->complete && d->complete->GetValue();
+    return d->complete && d->complete->GetValue() && !d->refill.isActive();
 }
 
 LoadProgress DeviceRecords::progress() const

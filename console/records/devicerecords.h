@@ -41,7 +41,8 @@ public:
     /// Whether the map, the load count and the sign of completeness are found.
     bool isConnected() const;
 
-    /// Whether the device says that all its records are here.
+    /// Whether the device says that all its records are here. Not while rows that went all at once are on their way
+    /// back.
     bool isComplete() const;
 
     LoadProgress progress() const;

@@ -10,6 +10,10 @@
 #include <QTableView>
 #include <QTimer>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace ZelkoConsole {
 
 using ZelkoCommon::AbstractRecordListModel;
@@ -26,15 +30,19 @@ struct SelectionKeeper::Private
     QModelIndex indexOf(const QString& id) const { return proxy->mapFromSource(records->recordIndex(id)); }
 
     void remember();
+    void rowsCame(int first, int last);
     void restore();
     void restoreSelection();
+    QItemSelection takeArrived();
     void restoreScrolling();
+    void forget();
 
     QTableView* const view;
     QSortFilterProxyModel* const proxy;
     const AbstractRecordListModel* const records;
     QTimer soon;
-    QSet<QString> selected;
+    QSet<QString> away;    // were selected and have no row yet
+    QSet<QString> arrived; // have a row again and are not selected yet
     QString current;
     bool complete = false; // whether all rows that will come back are here
     bool scrolled = false; // whether `top` and `left` are still to be restored
@@ -44,11 +52,12 @@ struct SelectionKeeper::Private
 
 void SelectionKeeper::Private::remember()
 {
+    away.unite(std::exchange(arrived, {}));
     if (proxy->rowCount() == 0) {
         return;
     }
     for (const QModelIndex& index : view->selectionModel()->selectedRows()) {
-        selected.insert(idOf(index));
+        away.insert(idOf(index));
     }
     if (view->currentIndex().isValid()) {
         current = idOf(view->currentIndex());
@@ -59,31 +68,56 @@ void SelectionKeeper::Private::remember()
     left = view->horizontalScrollBar()->value();
 }
 
+void SelectionKeeper::Private::rowsCame(int first, int last)
+{
+    for (int row = first; row <= last && !away.isEmpty(); ++row) {
+        const QString id = idOf(proxy->index(row, 0));
+        if (away.remove(id)) {
+            arrived.insert(id);
+        }
+    }
+    soon.start();
+}
+
 void SelectionKeeper::Private::restore()
 {
     restoreSelection();
     if (scrolled) {
         restoreScrolling();
     }
-    scrolled = scrolled && !std::exchange(complete, false);
+    if (complete) {
+        forget();
+    }
 }
 
 void SelectionKeeper::Private::restoreSelection()
 {
-    QItemSelection found;
-    for (auto id = selected.begin(); id != selected.end();) {
-        const QModelIndex index = indexOf(*id);
-        if (index.isValid()) {
-            found.select(index, index);
-        }
-        id = index.isValid() ? selected.erase(id) : std::next(id);
-    }
     const QModelIndex currentIndex = indexOf(current);
     if (currentIndex.isValid()) {
         view->selectionModel()->setCurrentIndex(currentIndex, QItemSelectionModel::NoUpdate);
         current.clear();
     }
-    view->selectionModel()->select(found, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    view->selectionModel()->select(takeArrived(), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+// Adjacent rows become one range: a selection is slow by the number of its ranges.
+QItemSelection SelectionKeeper::Private::takeArrived()
+{
+    std::vector<int> rows;
+    for (const QString& id : std::exchange(arrived, {})) {
+        if (const QModelIndex index = indexOf(id); index.isValid()) {
+            rows.push_back(index.row());
+        }
+    }
+    std::sort(rows.begin(), rows.end());
+    QItemSelection found;
+    for (auto first = rows.begin(); first != rows.end();) {
+        const auto last = std::adjacent_find(first, rows.end(), [](int row, int next) { return next != row + 1; });
+        const int end = last == rows.end() ? rows.back() : *last;
+        found.append(QItemSelectionRange(proxy->index(*first, 0), proxy->index(end, 0)));
+        first = last == rows.end() ? last : last + 1;
+    }
+    return found;
 }
 
 // Rows that come later still move this one, so it is remembered to the end.
@@ -99,6 +133,16 @@ void SelectionKeeper::Private::restoreScrolling()
     view->horizontalScrollBar()->setValue(left);
 }
 
+void SelectionKeeper::Private::forget()
+{
+    soon.stop();
+    away.clear();
+    arrived.clear();
+    current.clear();
+    scrolled = false;
+    complete = false;
+}
+
 SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy, const AbstractRecordListModel* records,
                                  QObject* parent)
     : QObject(parent)
@@ -108,28 +152,31 @@ SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy,
     d->soon.setInterval(0);
     connect(&d->soon, &QTimer::timeout, this, [this] { d->restore(); });
     connect(proxy, &QAbstractItemModel::modelAboutToBeReset, this, [this] { d->remember(); });
-    connect(proxy, &QAbstractItemModel::modelReset, &d->soon, qOverload<>(&QTimer::start));
-    connect(proxy, &QAbstractItemModel::rowsInserted, &d->soon, qOverload<>(&QTimer::start));
-    view->installEventFilter(this);
-    view->viewport()->installEventFilter(this);
+    connect(proxy, &QAbstractItemModel::modelReset, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });
+    connect(proxy, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex&, int first, int last) { d->rowsCame(first, last); });
+    for (QObject* const watched : {static_cast<QObject*>(view), static_cast<QObject*>(view->viewport()),
+                                   static_cast<QObject*>(view->verticalScrollBar())}) {
+        watched->installEventFilter(this);
+    }
 }
 
 SelectionKeeper::~SelectionKeeper() = default;
 
 void SelectionKeeper::forget()
 {
-    d->soon.stop();
-    d->selected.clear();
-    d->current.clear();
-    d->scrolled = false;
+    d->forget();
 }
 
 void SelectionKeeper::finish()
 {
-    if (d->proxy->rowCount() > 0) {
-        d->complete = true;
-        d->soon.start();
-    }
+    d->complete = true;
+    d->soon.start();
+}
+
+int SelectionKeeper::awaited() const
+{
+    return static_cast<int>(d->away.size());
 }
 
 bool SelectionKeeper::eventFilter(QObject* watched, QEvent* event)

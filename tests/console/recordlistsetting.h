@@ -40,12 +40,22 @@ struct RecordListSetting
     /// The recorder dies.
     void lose() { site.lose(north, QStringLiteral("it was killed")); }
 
-    /// The recorder is back.
+    /// The recorder is back, with so many of its records.
     void comeBack(int count)
     {
         fill(count);
         site.connectTo(north);
     }
+
+    /// The recorder is back and has loaded a part of its records so far.
+    void comeBackInPart(int count, int outOf)
+    {
+        comeBack(count);
+        site.setLoad(north, device, outOf, false);
+    }
+
+    /// A recorder that gave up a backlog sends its records afresh.
+    void beginAfresh() { site.clearRecords(north, device); }
 
     const QString north = QStringLiteral("north");
     const QString device = QStringLiteral("A1");

@@ -139,6 +139,37 @@ private Q_SLOTS:
         QCOMPARE(progress.count(), 2);
         QVERIFY(!records.progress().isLoading());
     }
+
+    void isNotCompleteWhileItsRowsAreSentAfresh()
+    {
+        SampleSite site({north});
+        site.addDevice(north, device);
+        site.setRecord(north, device, record("a"));
+        site.setRecord(north, device, record("b"));
+        DeviceRecords records;
+        records.follow(path);
+        QVERIFY(records.isComplete());
+        site.clearRecords(north, device);
+        QVERIFY(!records.isComplete());
+        site.setRecord(north, device, record("a"));
+        QVERIFY(!records.isComplete());
+        site.setRecord(north, device, record("b"));
+        QVERIFY(records.isComplete());
+    }
+
+    void doesNotWaitForeverForRowsThatWereDeletedMeanwhile()
+    {
+        SampleSite site({north});
+        site.addDevice(north, device);
+        site.setRecord(north, device, record("a"));
+        DeviceRecords records;
+        records.follow(path);
+        site.clearRecords(north, device);
+        QVERIFY(!records.isComplete());
+        QSignalSpy progress(&records, &DeviceRecords::progressChanged);
+        QVERIFY(progress.wait());
+        QVERIFY(records.isComplete());
+    }
 };
 
 QTEST_MAIN(TestDeviceRecords)

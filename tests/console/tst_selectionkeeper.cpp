@@ -37,6 +37,15 @@ struct Setting : RecordListSetting
         comeBack(countThen);
     }
 
+    void setRecords(int first, int end)
+    {
+        for (int number = first; number < end; ++number) {
+            site.setRecord(north, device, record(number));
+        }
+    }
+
+    SelectionKeeper& keeper() const { return *pane.findChild<SelectionKeeper*>(); }
+
     // Rows have their places only after the next turn of the event loop.
     void scrollTo(int row)
     {
@@ -154,11 +163,74 @@ private Q_SLOTS:
         Setting setting;
         operatorhands::clickRow(setting.table, 3);
         operatorhands::clickRow(setting.table, 30, Qt::ControlModifier);
-        setting.loseAndComeBack(10);
+        setting.lose();
+        setting.comeBackInPart(10, count);
         QTRY_VERIFY(setting.isBack(10));
         QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+        QCOMPARE(setting.keeper().awaited(), 1);
         setting.loseAndComeBack();
         QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r30")}));
+    }
+
+    void forgetsRecordsThatAreGoneForGood()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        operatorhands::clickRow(setting.table, 30, Qt::ControlModifier);
+        setting.loseAndComeBack(10);
+        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+        QTRY_COMPARE(setting.keeper().awaited(), 0);
+        setting.setRecords(30, 31);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+    }
+
+    void forgetsAllWhenTheListComesBackEmpty()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        setting.lose();
+        QCOMPARE(setting.keeper().awaited(), 1);
+        setting.comeBack(0);
+        QTRY_COMPARE(setting.keeper().awaited(), 0);
+    }
+
+    void waitsForRowsOfAStateThatIsSentAfresh()
+    {
+        Setting setting;
+        operatorhands::clickRow(setting.table, 3);
+        operatorhands::clickRow(setting.table, 30, Qt::ControlModifier);
+        setting.beginAfresh();
+        setting.setRecords(0, 10);
+        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+        setting.setRecords(10, count);
+        QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r30")}));
+        QTRY_COMPARE(setting.keeper().awaited(), 0);
+    }
+
+    void selectsAdjacentRowsAsOneRange()
+    {
+        Setting setting;
+        QTest::keyClick(&setting.table, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(setting.selected().size(), count);
+        setting.loseAndComeBack(count - 1);
+        QTRY_COMPARE(setting.selected().size(), count - 1);
+        QCOMPARE(setting.table.selectionModel()->selection().size(), 1);
+    }
+
+    void leavesWhereTheScrollBarIsDragged()
+    {
+        Setting setting;
+        setting.scrollTo(20);
+        setting.lose();
+        setting.comeBackInPart(30, count);
+        QTRY_VERIFY(setting.table.verticalScrollBar()->value() > 0);
+        QTest::mousePress(setting.table.verticalScrollBar(), Qt::LeftButton);
+        setting.table.verticalScrollBar()->setValue(0);
+        QTest::mouseRelease(setting.table.verticalScrollBar(), Qt::LeftButton);
+        setting.setRecords(30, count);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.table.verticalScrollBar()->value(), 0);
     }
 };
 
