@@ -142,9 +142,9 @@ void paintLoading(Painter& painter)
 {
     Scene scene;
     scene.site().setLoad(Scene::north, QStringLiteral("Recorder1"), 30, false);
+    fill(scene.site(), Scene::north, QStringLiteral("Recorder1"), 12);
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
-    fill(scene.site(), Scene::north, QStringLiteral("Recorder1"), 12);
     painter.paint(window, "console-window-loading");
 }
 

@@ -131,6 +131,7 @@ void RecordPane::updateCount()
 
 void RecordPane::updateProgress()
 {
+    m_proxy->setLoading(m_records->isConnected() && !m_records->isComplete());
     const LoadProgress progress = m_records->progress();
     for (QWidget* const part : {static_cast<QWidget*>(m_progressLabel), static_cast<QWidget*>(m_progress),
                                 static_cast<QWidget*>(m_progressCount)}) {
