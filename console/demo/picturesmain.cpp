@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QProcess>
+#include <QTemporaryFile>
 #include <QTextStream>
 
 namespace {
@@ -29,14 +30,23 @@ int paintVariant(const QString& folder, const QString& variant)
     return files.isEmpty() ? fail(QStringLiteral("the pictures cannot be written to %1").arg(folder), 1) : 0;
 }
 
+// The screen that the pictures are taken on. Windows limit themselves to it, and the one that there is by default is
+// smaller than the console.
+bool writeScreen(QTemporaryFile& file)
+{
+    return file.open() && file.write(R"({"screens": [{"name": "screen", "x": 0, "y": 0, "width": 3840, "height": 2160,
+                          "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})") > 0 &&
+           file.flush();
+}
+
 // The scale of a process is fixed when it starts, so each look gets a process of its own.
-int startVariant(const QString& variant, const QString& scale)
+int startVariant(const QString& variant, const QString& scale, const QString& screenFile)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QLatin1String(variantVariable), variant);
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), scale);
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QLatin1String("offscreen:configfile=") + screenFile);
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     process.start(QApplication::applicationFilePath(), QApplication::arguments().mid(1));
@@ -45,9 +55,13 @@ int startVariant(const QString& variant, const QString& scale)
 
 int paintAll()
 {
+    QTemporaryFile screen;
+    if (!writeScreen(screen)) {
+        return fail(QStringLiteral("the file %1 cannot be written").arg(screen.fileName()), 1);
+    }
     int result = 0;
     for (const auto& [variant, scale] : {std::pair("light", "1"), std::pair("dark", "1"), std::pair("200", "2")}) {
-        result = std::max(result, startVariant(QLatin1String(variant), QLatin1String(scale)));
+        result = std::max(result, startVariant(QLatin1String(variant), QLatin1String(scale), screen.fileName()));
     }
     return result;
 }
@@ -57,7 +71,9 @@ int paintAll()
 // zelko-pictures DIR [NAME]: a picture of each window and widget of the capability NAME, or of all, in three looks.
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet(variantVariable)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     ZelkoConsole::prepareApplication();
     QApplication::setStyle(QStringLiteral("fusion"));

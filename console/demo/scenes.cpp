@@ -64,13 +64,14 @@ void fill(SampleSite& site, const QString& subSystem, const QString& device, int
 class Scene
 {
 public:
-    Scene()
-        : m_site({north, south})
+    explicit Scene(const QStringList& subSystems = {north, south},
+                   const QString& firstDevice = QStringLiteral("Recorder1"))
+        : m_site(subSystems)
         , m_settings(m_folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat)
     {
-        m_site.addDevice(north, QStringLiteral("Recorder1"));
-        m_site.addDevice(north, QStringLiteral("Recorder2"), false);
-        m_site.setStatus(south, {LinkState::Unreachable, QStringLiteral("connection refused")});
+        m_site.addDevice(subSystems.constFirst(), firstDevice);
+        m_site.addDevice(subSystems.constFirst(), QStringLiteral("Recorder2"), false);
+        m_site.setStatus(subSystems.constLast(), {LinkState::Unreachable, QStringLiteral("connection refused")});
     }
 
     ConsoleWindow& open()
@@ -118,6 +119,13 @@ private:
     bool m_complete = true;
 };
 
+void paintMenu(Painter& painter, QMenu& menu, const char* scene)
+{
+    menu.popup(QPoint(200, 100));
+    painter.paint(menu, scene);
+    menu.close();
+}
+
 void paintLive(Painter& painter)
 {
     Scene scene;
@@ -132,10 +140,8 @@ void paintLive(Painter& painter)
                                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
     painter.paint(*window.records(), "record-pane-selection");
     painter.paint(*window.devices(), "device-list");
-    QMenu* const columns = window.records()->table()->columnMenu();
-    columns->popup(window.mapToGlobal(QPoint(200, 100)));
-    painter.paint(*columns, "column-menu");
-    columns->close();
+    paintMenu(painter, *window.records()->table()->columnMenu(), "column-menu");
+    paintMenu(painter, *window.records()->table()->sortMenu(), "sort-menu");
 }
 
 void paintLoading(Painter& painter)
@@ -156,6 +162,26 @@ void paintNarrow(Painter& painter)
     fill(scene.site(), Scene::north, QStringLiteral("Recorder1"), 17);
     window.resize(720, 400);
     painter.paint(window, "console-window-narrow");
+}
+
+void paintLongNames(Painter& painter)
+{
+    const QString subSystem = QStringLiteral("Monitoring station at the northern border, building 7");
+    const QString device = QStringLiteral("Wideband-recorder-with-a-name-that-somebody-thought-about-for-long");
+    Scene scene({subSystem, Scene::south}, device);
+    ConsoleWindow& window = scene.open();
+    scene.site().connectTo(subSystem);
+    fill(scene.site(), subSystem, device, 9);
+    auto record = sampleRecord(QStringLiteral("R20260504-with-an-identifier-as-long-as-they-come"),
+                               QStringLiteral("A name that an operator wrote a whole sentence into, for later"),
+                               Status::LoopRecording, 1'777'900'000'000'000, 900'000'000'000, 1'296'123'456);
+    scene.site().setRecord(subSystem, device, record);
+    window.resize(900, 400);
+    window.records()->table()->selectAll();
+    painter.paint(window, "console-window-long-names");
+    scene.site().lose(subSystem, QStringLiteral("nobody answers there, or not in time (TRANSIENT); the address is "
+                                                "recorder-7.north.monitoring.example and its port 8004"));
+    painter.paint(window, "console-window-long-reason");
 }
 
 void paintEmpty(Painter& painter)
@@ -204,6 +230,7 @@ QStringList paintScenes(const QString& folder, const QString& variant)
     paintLive(painter);
     paintLoading(painter);
     paintNarrow(painter);
+    paintLongNames(painter);
     paintEmpty(painter);
     paintBadges(painter);
     paintAbout(painter);

@@ -3,6 +3,7 @@
 #include "subsystementry_p.h"
 
 #include <console/widgets/glyph.h>
+#include <console/widgets/plaintooltip.h>
 
 #include <algorithm>
 
@@ -133,7 +134,7 @@ QVariant DeviceListModel::subSystemData(const SubSystem& subSystem, int column, 
     case Qt::DecorationRole:
         return column == NameColumn ? QVariant(glyphIcon(glyphOf(subSystem.status))) : QVariant();
     case Qt::ToolTipRole:
-        return longText(subSystem.name, subSystem.status);
+        return plainToolTip(longText(subSystem.name, subSystem.status));
     default:
         return {};
     }
@@ -149,7 +150,7 @@ QVariant DeviceListModel::deviceData(const SubSystem& subSystem, const Device& d
     case Qt::DecorationRole:
         return column == NameColumn ? QVariant(glyphIcon(available ? Glyph::Good : Glyph::Idle)) : QVariant();
     case Qt::ToolTipRole:
-        return tr("Device %1 of %2: %3").arg(device.name, subSystem.name, word);
+        return plainToolTip(tr("Device %1 of %2: %3").arg(device.name, subSystem.name, word));
     default:
         return {};
     }

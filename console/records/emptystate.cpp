@@ -25,7 +25,7 @@ EmptyState emptyState(const QString& subSystem, const SubSystemStatus& status, c
         return {Glyph::Empty, tr("Select a device of %1").arg(subSystem)};
     }
     if (!recordsFound || loading) {
-        return {Glyph::Busy, tr("Waiting for the recordings of %1 ...").arg(device)};
+        return {Glyph::Busy, tr("Waiting for the recordings of %1…").arg(device)};
     }
     return {Glyph::Empty, tr("No recordings on this device")};
 }

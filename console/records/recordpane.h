@@ -10,6 +10,7 @@ class QProgressBar;
 namespace ZelkoConsole {
 
 class DeviceRecords;
+class ElidedLabel;
 class Heading;
 class RecordSortModel;
 class RecordTableView;
@@ -56,9 +57,9 @@ private:
     SelectionKeeper* m_keeper;
     SelectionSummary* m_summary;
     Heading* m_title;
-    QLabel* m_subtitle;
+    ElidedLabel* m_subtitle;
     QLabel* m_count;
-    QLabel* m_selection;
+    ElidedLabel* m_selection;
     QLabel* m_progressLabel;
     QProgressBar* m_progress;
     QLabel* m_progressCount;

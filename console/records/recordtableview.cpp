@@ -1,5 +1,7 @@
 #include <console/records/recordtableview.h>
 
+#include <console/records/recorddelegate.h>
+#include <console/records/sortmenu.h>
 #include <console/records/statusdelegate.h>
 #include <console/widgets/roomystyle.h>
 
@@ -49,6 +51,7 @@ constexpr QLatin1String settingsKey("recordTable/columns");
 RecordTableView::RecordTableView(QWidget* parent)
     : QTableView(parent)
     , m_columnMenu(new QMenu(tr("&Columns"), this))
+    , m_sortMenu(new SortMenu(this))
 {
     RoomyStyle::apply(this);
     RoomyStyle::apply(horizontalHeader());
@@ -66,6 +69,7 @@ RecordTableView::RecordTableView(QWidget* parent)
     setHorizontalScrollMode(ScrollPerPixel);
     setVerticalScrollMode(ScrollPerItem);
     setSortingEnabled(true);
+    setItemDelegate(new RecordDelegate(this));
     setItemDelegateForColumn(Model::StatusColumn, new StatusDelegate(this));
 
     verticalHeader()->hide();
@@ -88,6 +92,11 @@ void RecordTableView::setModel(QAbstractItemModel* model)
     QTableView::setModel(model);
     resetColumns();
     fillColumnMenu();
+    QList<int> columns;
+    for (const ColumnLayout& layout : columnLayout) {
+        columns.append(layout.column);
+    }
+    m_sortMenu->setColumns(columns);
 }
 
 void RecordTableView::setEmptyState(const EmptyState& state)
@@ -106,11 +115,12 @@ const EmptyState& RecordTableView::emptyState() const
 void RecordTableView::resetColumns()
 {
     QHeaderView* const header = horizontalHeader();
-    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this);
+    const int margins = 2 * RoomyStyle::cellMargin();
+    const int spare = 3; // texts are a little wider in a cell than measured here
     for (int place = 0; place < Model::ColumnCount; ++place) {
         const auto& [column, widest] = columnLayout[static_cast<std::size_t>(place)];
-        const int text = fontMetrics().horizontalAdvance(QLatin1String(widest)) + 2 * margin + 4;
-        const int sign = column == Model::StatusColumn ? style()->pixelMetric(QStyle::PM_SmallIconSize) + margin : 0;
+        const int text = fontMetrics().horizontalAdvance(QLatin1String(widest)) + margins + spare;
+        const int sign = column == Model::StatusColumn ? style()->pixelMetric(QStyle::PM_SmallIconSize) + margins : 0;
         header->moveSection(header->visualIndex(column), place);
         header->setSectionHidden(column, false);
         header->resizeSection(column, std::max(text + sign, header->sectionSizeHint(column)));
@@ -122,6 +132,11 @@ void RecordTableView::resetColumns()
 QMenu* RecordTableView::columnMenu() const
 {
     return m_columnMenu;
+}
+
+QMenu* RecordTableView::sortMenu() const
+{
+    return m_sortMenu;
 }
 
 void RecordTableView::fillColumnMenu()

@@ -10,6 +10,8 @@ class QSettings;
 
 namespace ZelkoConsole {
 
+class SortMenu;
+
 /// The table of records: column order and widths that suit them, columns that can be moved and hidden, and a text where
 /// there are no rows. Its model has the columns of a record list.
 class RecordTableView : public QTableView
@@ -34,6 +36,9 @@ public:
     /// last visible column cannot be hidden. Owned by the view.
     QMenu* columnMenu() const;
 
+    /// Sorts by each column in either direction. Owned by the view.
+    QMenu* sortMenu() const;
+
     void saveColumns(QSettings& settings) const;
     /// Settings that do not fit are passed over.
     void restoreColumns(const QSettings& settings);
@@ -48,6 +53,7 @@ private:
 
     EmptyState m_emptyState;
     QMenu* m_columnMenu;
+    SortMenu* m_sortMenu;
 };
 
 } // namespace ZelkoConsole

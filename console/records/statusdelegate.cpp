@@ -35,7 +35,7 @@ Glyph glyphOf(Status status)
 
 void StatusDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
 {
-    QStyledItemDelegate::initStyleOption(option, index);
+    RecordDelegate::initStyleOption(option, index);
     const QVariant status = index.data(AbstractRecordListModel::ValueRole);
     if (status.canConvert<Status>()) {
         option->features |= QStyleOptionViewItem::HasDecoration;

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <QStyledItemDelegate>
+#include <console/records/recorddelegate.h>
 
 namespace ZelkoConsole {
 
 /// Puts a sign before the status of a record: one sees at a glance which ones are being recorded and which are damaged.
-class StatusDelegate : public QStyledItemDelegate
+class StatusDelegate : public RecordDelegate
 {
     Q_OBJECT
 
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    using RecordDelegate::RecordDelegate;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;

@@ -39,9 +39,9 @@ QString longText(const QString& subSystem, const SubSystemStatus& status)
 {
     switch (status.state) {
     case LinkState::Starting:
-        return tr("Starting recorder %1 ...").arg(subSystem);
+        return tr("Starting recorder %1…").arg(subSystem);
     case LinkState::Connecting:
-        return tr("Connecting to %1 ...").arg(subSystem);
+        return tr("Connecting to %1…").arg(subSystem);
     case LinkState::Connected:
         return tr("Connected to %1").arg(subSystem);
     case LinkState::Unreachable:

@@ -26,7 +26,7 @@ struct SubSystemStatus
 /// One or two words: "connected".
 QString shortText(const SubSystemStatus& status);
 
-/// A sentence that names the sub system: "Connecting to north ...".
+/// A sentence that names the sub system: "Connecting to north…".
 QString longText(const QString& subSystem, const SubSystemStatus& status);
 
 } // namespace ZelkoConsole

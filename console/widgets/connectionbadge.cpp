@@ -1,6 +1,8 @@
 #include <console/widgets/connectionbadge.h>
 
+#include <console/widgets/elidedlabel.h>
 #include <console/widgets/glyph.h>
+#include <console/widgets/plaintooltip.h>
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -8,17 +10,24 @@
 #include <QStyle>
 
 namespace ZelkoConsole {
+namespace {
+
+constexpr int mostCharacters = 50;
+
+} // namespace
 
 ConnectionBadge::ConnectionBadge(QWidget* parent)
     : QWidget(parent)
     , m_sign(new QLabel)
-    , m_text(new QLabel)
+    , m_text(new ElidedLabel)
 {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(6, 0, 6, 0);
     layout->setSpacing(6);
     layout->addWidget(m_sign);
     layout->addWidget(m_text);
+    m_text->setElideMode(Qt::ElideMiddle); // the name gives way, not the state
+    m_text->setMaximumWidth(mostCharacters * fontMetrics().averageCharWidth());
     setObjectName(QStringLiteral("connectionBadge"));
     setAccessibleName(tr("Connection"));
 }
@@ -28,7 +37,7 @@ void ConnectionBadge::show(const QString& subSystem, const SubSystemStatus& stat
     m_empty = subSystem.isEmpty();
     m_status = status;
     m_text->setText(m_empty ? QString() : tr("%1: %2").arg(subSystem, shortText(status)));
-    setToolTip(m_empty ? QString() : longText(subSystem, status));
+    setToolTip(m_empty ? QString() : plainToolTip(longText(subSystem, status)));
     setAccessibleDescription(m_text->text());
     paintSign();
 }

@@ -8,6 +8,8 @@ class QLabel;
 
 namespace ZelkoConsole {
 
+class ElidedLabel;
+
 /// Sign and words for the connection of one sub system, for a status bar. The reason of a failure is its tool tip.
 class ConnectionBadge : public QWidget
 {
@@ -29,7 +31,7 @@ private:
     void paintSign();
 
     QLabel* m_sign;
-    QLabel* m_text;
+    ElidedLabel* m_text;
     bool m_empty = true;
     SubSystemStatus m_status;
 };

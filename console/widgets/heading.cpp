@@ -3,7 +3,7 @@
 namespace ZelkoConsole {
 
 Heading::Heading(const QString& text, QWidget* parent)
-    : QLabel(text, parent)
+    : ElidedLabel(text, parent)
 {
     QFont large = font();
     large.setPointSizeF(large.pointSizeF() * 1.25);

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QLabel>
+#include <console/widgets/elidedlabel.h>
 
 namespace ZelkoConsole {
 
 /// The title of a part of a window.
-class Heading : public QLabel
+class Heading : public ElidedLabel
 {
     Q_OBJECT
 

@@ -1,12 +1,12 @@
 #include <console/widgets/roomystyle.h>
 
+#include <QPainter>
 #include <QStyleOptionHeader>
 #include <QWidget>
 
 namespace ZelkoConsole {
 namespace {
 
-constexpr int sideMargin = 6;
 constexpr int rowMargin = 8; // above and below together
 
 } // namespace
@@ -23,6 +23,21 @@ int RoomyStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
     return metric == PM_FocusFrameHMargin ? sideMargin : QProxyStyle::pixelMetric(metric, option, widget);
 }
 
+void RoomyStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const
+{
+    if (element != PE_FrameFocusRect) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    const bool selected = option->state & State_Selected;
+    QColor color = option->palette.color(selected ? QPalette::HighlightedText : QPalette::Highlight);
+    color.setAlphaF(selected ? 0.6F : 1.0F);
+    painter->setPen(color);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+}
+
 void RoomyStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                              const QWidget* widget) const
 {
@@ -32,7 +47,7 @@ void RoomyStyle::drawControl(ControlElement element, const QStyleOption* option,
         return;
     }
     QStyleOptionHeader roomy(*header);
-    const int more = sideMargin - pixelMetric(PM_HeaderMargin, option, widget);
+    const int more = cellMargin() - pixelMetric(PM_HeaderMargin, option, widget);
     roomy.rect.adjust(more, 0, -more, 0);
     QProxyStyle::drawControl(element, &roomy, painter, widget);
 }

@@ -5,7 +5,7 @@
 namespace ZelkoConsole {
 
 /// The application's style with some more room in lists and tables: around the text of cells and headers, and between
-/// rows.
+/// rows. The focus is a line around a cell, so that it does not fade its text.
 class RoomyStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -15,13 +15,21 @@ public:
     static void apply(QWidget* view);
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override;
 
+    /// Room on either side of each thing in a cell, a sign or the text.
+    static constexpr int cellMargin() { return sideMargin + 1; } // a pixel more than the metric, as Qt's styles do
+
     /// Height of a row of text in `view`.
     static int rowHeight(const QWidget* view);
+
+private:
+    static constexpr int sideMargin = 6;
 };
 
 } // namespace ZelkoConsole

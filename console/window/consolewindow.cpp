@@ -97,6 +97,7 @@ void ConsoleWindow::makeMenus()
 
     QMenu* const view = menuBar()->addMenu(tr("&View"));
     view->addMenu(m_records->table()->columnMenu());
+    view->addMenu(m_records->table()->sortMenu());
     view->addSeparator();
     QAction* const devices = view->addAction(tr("Go to &Devices"));
     devices->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_D));

@@ -6,6 +6,11 @@
 namespace ZelkoConsole {
 namespace {
 
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("ZelkoConsole::TimeZoneText", text);
+}
+
 QString offsetText(int seconds)
 {
     const int minutes = std::abs(seconds) / 60;
@@ -21,10 +26,10 @@ QString timeZoneText(const QTimeZone& zone, const QDateTime& when)
 {
     const int offset = zone.offsetFromUtc(when);
     const QString name = QString::fromLatin1(zone.id());
-    const QString text = offset == 0 && name.contains(QLatin1String("UTC"))
-                             ? name
-                             : QStringLiteral("%1 (%2)").arg(name, offsetText(offset));
-    return QCoreApplication::translate("ZelkoConsole::TimeZoneText", "Times in %1").arg(text);
+    if (offset == 0 && name.contains(QLatin1String("UTC"))) {
+        return tr("Times in %1").arg(name);
+    }
+    return tr("Times in %1 (now %2)").arg(name, offsetText(offset));
 }
 
 } // namespace ZelkoConsole

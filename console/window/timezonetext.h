@@ -7,7 +7,8 @@ class QTimeZone;
 
 namespace ZelkoConsole {
 
-/// In which zone times are shown: "Times in Europe/Berlin (UTC+02:00)", with the offset at `when`.
+/// In which zone times are shown, with its offset at `when`, which other times need not have: "Times in Europe/Berlin
+/// (now UTC+02:00)".
 QString timeZoneText(const QTimeZone& zone, const QDateTime& when);
 
 } // namespace ZelkoConsole

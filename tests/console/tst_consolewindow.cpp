@@ -134,6 +134,33 @@ private Q_SLOTS:
         QVERIFY(!setting.window->isVisible());
     }
 
+    void keepsItsSizeWithLongNames()
+    {
+        const QString longName(200, QLatin1Char('n'));
+        Setting setting(2);
+        setting.window->resize(760, 400);
+        setting.site.addDevice(setting.north, longName);
+        DeviceListView& devices = *setting.window->devices();
+        QTRY_COMPARE(devices.model()->rowCount(devices.model()->index(0, 0)), 2);
+        devices.setCurrentIndex(devices.model()->index(1, 0, devices.model()->index(0, 0)));
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.window->findChild<QLabel*>(QStringLiteral("deviceTitle"))->text(), longName);
+        QCOMPARE(setting.window->size(), QSize(760, 400));
+        QVERIFY(devices.width() > 200);
+    }
+
+    void showsNamesJustAsTheyAre()
+    {
+        Setting setting(2);
+        setting.site.addDevice(setting.north, QStringLiteral("<i>A3<br>"));
+        DeviceListView& devices = *setting.window->devices();
+        QTRY_COMPARE(devices.model()->rowCount(devices.model()->index(0, 0)), 2);
+        devices.setCurrentIndex(devices.model()->index(1, 0, devices.model()->index(0, 0)));
+        QCOMPARE(setting.window->findChild<QLabel*>(QStringLiteral("deviceTitle"))->textFormat(), Qt::PlainText);
+        QCOMPARE(devices.currentIndex().data(Qt::ToolTipRole).toString(),
+                 QStringLiteral("<qt>Device &lt;i&gt;A3&lt;br&gt; of north: available</qt>"));
+    }
+
     void tellsWhatItIs()
     {
         const Setting setting;

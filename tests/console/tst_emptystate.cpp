@@ -22,21 +22,21 @@ private Q_SLOTS:
                             const char* device, bool found, bool loading, const char* text) {
             QTest::newRow(name) << QString::fromLatin1(subSystem) << static_cast<int>(state)
                                 << QString::fromLatin1(reason) << QString::fromLatin1(device) << found << loading
-                                << QString::fromLatin1(text);
+                                << QString::fromUtf8(text);
         };
         row("nothing is chosen", "", LinkState::Connecting, "", "", false, false, "Select a device");
         row("the recorder is being started", "local", LinkState::Starting, "", "", false, false,
-            "Starting recorder local ...");
-        row("nothing is known yet", "north", LinkState::Connecting, "", "A1", false, false, "Connecting to north ...");
+            "Starting recorder local…");
+        row("nothing is known yet", "north", LinkState::Connecting, "", "A1", false, false, "Connecting to north…");
         row("not reachable for a reason", "north", LinkState::Unreachable, "connection refused", "A1", true, false,
             "Recorder north is not reachable: connection refused, trying again");
         row("not reachable, nobody knows why", "north", LinkState::Unreachable, "", "A1", false, false,
             "Recorder north is not reachable, trying again");
         row("a sub system is chosen", "north", LinkState::Connected, "", "", false, false, "Select a device of north");
         row("the list is not there yet", "north", LinkState::Connected, "", "A1", false, false,
-            "Waiting for the recordings of A1 ...");
+            "Waiting for the recordings of A1…");
         row("the first records are on their way", "north", LinkState::Connected, "", "A1", true, true,
-            "Waiting for the recordings of A1 ...");
+            "Waiting for the recordings of A1…");
         row("an empty device", "north", LinkState::Connected, "", "A1", true, false, "No recordings on this device");
     }
 

@@ -14,6 +14,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
 
 using namespace ZelkoConsole;
 using Model = ZelkoCommon::AbstractRecordListModel;
@@ -68,6 +69,15 @@ struct Setting : RecordListSetting
     QAbstractItemModelTester tester{&sorted, QAbstractItemModelTester::FailureReportingMode::Fatal};
     RecordTableView view;
 };
+
+// The pointer rests on a cell of the first row.
+void askForToolTip(RecordTableView& view, int column)
+{
+    view.scrollTo(view.model()->index(0, column));
+    const QPoint middle = view.visualRect(view.model()->index(0, column)).center();
+    QHelpEvent event(QEvent::ToolTip, middle, view.viewport()->mapToGlobal(middle));
+    QCoreApplication::sendEvent(view.viewport(), &event);
+}
 
 const QStringList allColumns{QStringLiteral("Name"),      QStringLiteral("Status"),      QStringLiteral("Start Time"),
                              QStringLiteral("Duration"),  QStringLiteral("Size"),        QStringLiteral("Frequency"),
@@ -221,6 +231,58 @@ private Q_SLOTS:
         Setting setting(1);
         setting.view.restoreColumns(settings);
         QCOMPARE(setting.columnsOnScreen(), allColumns);
+    }
+
+    void hasRoomForTheWidestTexts()
+    {
+        Setting setting;
+        auto record = RecordListSetting::record(1, 3);
+        record->SetRecordName(QStringLiteral("Some name of a recording"));
+        record->SetStopTime(record->GetStartTime() + quint64{11} * 24 * 3600 * 1'000'000 - 1);
+        record->SetSize(1023 * 1024 * 1024 + 1020 * 1024);
+        setting.site.setRecord(setting.north, setting.device, record);
+        for (int column = 0; column < Model::ColumnCount; ++column) {
+            const QString name = setting.sorted.headerData(column, Qt::Horizontal).toString();
+            QVERIFY2(setting.view.sizeHintForIndex(setting.sorted.index(0, column)).width() <=
+                         setting.view.columnWidth(column),
+                     qPrintable(name));
+        }
+    }
+
+    void tellsAllOfACellThatIsCutOff()
+    {
+        Setting setting;
+        const QString name = QStringLiteral("<b>A name that is a whole sentence</b>, and then some more of it");
+        auto record = RecordListSetting::record(1);
+        record->SetRecordName(name);
+        setting.site.setRecord(setting.north, setting.device, record);
+        askForToolTip(setting.view, Model::NameColumn);
+        QTRY_COMPARE(QToolTip::text(), QStringLiteral("<qt>%1</qt>").arg(name.toHtmlEscaped()));
+        askForToolTip(setting.view, Model::StatusColumn);
+        QTRY_COMPARE(QToolTip::text(), QString());
+    }
+
+    void sortsByItsMenu()
+    {
+        Setting setting(3);
+        QMenu& menu = *setting.view.sortMenu();
+        const auto action = [&menu](const char* text) {
+            const auto actions = menu.actions();
+            return *std::find_if(actions.begin(), actions.end(),
+                                 [text](QAction* one) { return one->text() == QLatin1String(text); });
+        };
+        QVERIFY(action("Start Time")->isChecked());
+        QVERIFY(action("D&escending")->isChecked());
+        action("&Ascending")->trigger();
+        QCOMPARE(setting.ids(), QStringList({QStringLiteral("r00"), QStringLiteral("r01"), QStringLiteral("r02")}));
+        action("Size")->trigger();
+        action("D&escending")->trigger();
+        QCOMPARE(setting.ids(), QStringList({QStringLiteral("r02"), QStringLiteral("r01"), QStringLiteral("r00")}));
+        QCOMPARE(setting.view.horizontalHeader()->sortIndicatorSection(), int{Model::SizeColumn});
+        setting.view.sortByColumn(Model::DurationColumn, Qt::AscendingOrder);
+        QVERIFY(action("Duration")->isChecked());
+        QVERIFY(!action("Size")->isChecked());
+        QVERIFY(action("&Ascending")->isChecked());
     }
 
     void paintsItsTextOnlyWithoutRows()

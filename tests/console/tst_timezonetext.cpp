@@ -15,13 +15,13 @@ private Q_SLOTS:
         QTest::addColumn<QDate>("date");
         QTest::addColumn<QString>("text");
         QTest::newRow("winter") << QByteArray("Europe/Berlin") << QDate(2026, 1, 15)
-                                << QStringLiteral("Times in Europe/Berlin (UTC+01:00)");
+                                << QStringLiteral("Times in Europe/Berlin (now UTC+01:00)");
         QTest::newRow("summer") << QByteArray("Europe/Berlin") << QDate(2026, 7, 15)
-                                << QStringLiteral("Times in Europe/Berlin (UTC+02:00)");
+                                << QStringLiteral("Times in Europe/Berlin (now UTC+02:00)");
         QTest::newRow("half an hour") << QByteArray("Asia/Kolkata") << QDate(2026, 7, 15)
-                                      << QStringLiteral("Times in Asia/Kolkata (UTC+05:30)");
+                                      << QStringLiteral("Times in Asia/Kolkata (now UTC+05:30)");
         QTest::newRow("west") << QByteArray("America/New_York") << QDate(2026, 1, 15)
-                              << QStringLiteral("Times in America/New_York (UTC-05:00)");
+                              << QStringLiteral("Times in America/New_York (now UTC-05:00)");
         QTest::newRow("UTC says it itself")
             << QByteArray("Etc/UTC") << QDate(2026, 1, 15) << QStringLiteral("Times in Etc/UTC");
     }

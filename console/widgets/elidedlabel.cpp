@@ -1,0 +1,58 @@
+#include <console/widgets/elidedlabel.h>
+
+#include <console/widgets/plaintooltip.h>
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace ZelkoConsole {
+namespace {
+
+constexpr int leastCharacters = 6;
+
+} // namespace
+
+ElidedLabel::ElidedLabel(const QString& text, QWidget* parent)
+    : QLabel(text, parent)
+{
+    setTextFormat(Qt::PlainText);
+}
+
+void ElidedLabel::setElideMode(Qt::TextElideMode mode)
+{
+    m_mode = mode;
+    update();
+}
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    const QSize whole = QLabel::minimumSizeHint();
+    return {std::min(whole.width(), leastCharacters * fontMetrics().averageCharWidth()), whole.height()};
+}
+
+bool ElidedLabel::isElided() const
+{
+    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+}
+
+bool ElidedLabel::event(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip && isElided()) {
+        showPlainToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text(), this, rect());
+        return true;
+    }
+    return QLabel::event(event);
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), m_mode, contentsRect().width());
+    const auto side = static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment()));
+    style()->drawItemText(&painter, contentsRect(), side, palette(), isEnabled(), shown, foregroundRole());
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,18 @@
+#include <console/widgets/plaintooltip.h>
+
+#include <QTextDocument>
+#include <QToolTip>
+
+namespace ZelkoConsole {
+
+QString plainToolTip(const QString& text)
+{
+    return Qt::mightBeRichText(text) ? QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()) : text;
+}
+
+void showPlainToolTip(const QPoint& globalPosition, const QString& text, QWidget* widget, const QRect& area)
+{
+    QToolTip::showText(globalPosition, plainToolTip(text), widget, area);
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+class QPoint;
+class QRect;
+class QWidget;
+
+namespace ZelkoConsole {
+
+/// A text that a tool tip shows just so, whatever it looks like: names come from recorders and may hold anything that
+/// looks like markup.
+QString plainToolTip(const QString& text);
+
+/// Shows such a tool tip while the pointer stays in `area` of `widget`.
+void showPlainToolTip(const QPoint& globalPosition, const QString& text, QWidget* widget, const QRect& area);
+
+} // namespace ZelkoConsole
