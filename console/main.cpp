@@ -1,6 +1,7 @@
 #include <console/session/consoleoptions.h>
-#include <console/window/consolewindow.h>
 #include <console/window/runningconsole.h>
+
+#include <process/terminationsignals.h>
 
 #include <QApplication>
 #include <QTextStream>
@@ -19,6 +20,7 @@ int fail(const QString& text, int code)
 
 int main(int argc, char** argv)
 {
+    ZelkoCommon::TerminationSignals::hold();
     const QApplication application(argc, argv);
     ZelkoConsole::prepareApplication();
 
@@ -36,6 +38,5 @@ int main(int argc, char** argv)
     if (!console) {
         return fail(error, 1);
     }
-    console->window().show();
-    return QApplication::exec();
+    return console->run();
 }

@@ -1,7 +1,7 @@
+#include <process/terminationsignals.h>
 #include <recorder/process/parentwatch.h>
 #include <recorder/process/recorderoptions.h>
 #include <recorder/process/stderrlog.h>
-#include <recorder/process/terminationsignals.h>
 #include <recorder/served/servedrecorder.h>
 #include <recorder/served/writepolicy.h>
 #include <recorder/store/recorderlog.h>
@@ -100,8 +100,8 @@ int main(int argc, char** argv)
     if (!options) {
         return end(ending);
     }
-    const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::received, &application, &QCoreApplication::quit);
+    const ZelkoCommon::TerminationSignals signals;
+    QObject::connect(&signals, &ZelkoCommon::TerminationSignals::received, &application, &QCoreApplication::quit);
     if (options->exitWithParent && !endWithParent()) {
         return 0;
     }

@@ -1,8 +1,9 @@
 #include <console/demo/demowalk.h>
 #include <console/demo/expectedrecord.h>
 #include <console/session/consolesession.h>
-#include <console/window/consolewindow.h>
 #include <console/window/runningconsole.h>
+
+#include <process/terminationsignals.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -26,6 +27,16 @@ int fail(const QString& text, int code)
 bool hasDisplay()
 {
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void describe(QCommandLineParser& parser)
+{
+    parser.addOption({QStringLiteral("record"),
+                      QStringLiteral("A capture to record, besides a generator; may be given more than once."),
+                      QStringLiteral("SIGMF")});
+    parser.addOption({QStringLiteral("pictures"), QStringLiteral("Drives itself and writes pictures there."),
+                      QStringLiteral("DIR"), QStringLiteral("pictures/demo")});
+    parser.addHelpOption();
 }
 
 // A short signal, then the captures; each of them ends.
@@ -85,11 +96,7 @@ int run(const QCommandLineParser& parser, bool drive)
     if (!console) {
         return fail(error, 1);
     }
-    if (drive) {
-        return walk(*console, parser.value(QStringLiteral("pictures")), *expected);
-    }
-    console->window().show();
-    return QApplication::exec();
+    return drive ? walk(*console, parser.value(QStringLiteral("pictures")), *expected) : console->run();
 }
 
 } // namespace
@@ -102,18 +109,14 @@ int main(int argc, char** argv)
     const bool drive = pictures || !hasDisplay();
     if (drive) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else {
+        ZelkoCommon::TerminationSignals::hold();
     }
     const QApplication application(argc, argv);
     prepareApplication();
 
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("record"),
-                      QStringLiteral("A capture to record, besides a generator; may be given "
-                                     "more than once."),
-                      QStringLiteral("SIGMF")});
-    parser.addOption({QStringLiteral("pictures"), QStringLiteral("Drives itself and writes pictures there."),
-                      QStringLiteral("DIR"), QStringLiteral("pictures/demo")});
-    parser.addHelpOption();
+    describe(parser);
     parser.process(application);
     if (!parser.positionalArguments().isEmpty()) {
         return fail(QStringLiteral("\"%1\" is not an option").arg(parser.positionalArguments().constFirst()),

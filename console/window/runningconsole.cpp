@@ -5,6 +5,7 @@
 #include <console/session/storefolder.h>
 #include <console/window/consolewindow.h>
 
+#include <process/terminationsignals.h>
 #include <zelkobase/orb/orb.h>
 
 #include <QApplication>
@@ -100,6 +101,14 @@ RunningConsole::RunningConsole()
 {}
 
 RunningConsole::~RunningConsole() = default;
+
+int RunningConsole::run()
+{
+    const ZelkoCommon::TerminationSignals signals;
+    QObject::connect(&signals, &ZelkoCommon::TerminationSignals::received, qApp, &QCoreApplication::quit);
+    d->window->show();
+    return QApplication::exec();
+}
 
 ConsoleSession& RunningConsole::session() const
 {

@@ -24,6 +24,10 @@ public:
 
     ~RunningConsole();
 
+    /// Shows the window and runs until it is closed, or the process gets SIGTERM or SIGINT, which closes it too. Gives
+    /// the exit code. The process holds both signals since before it had a second thread.
+    int run();
+
     ConsoleSession& session() const;
     ConsoleWindow& window() const;
 

@@ -196,6 +196,16 @@ private Q_SLOTS:
         QCOMPARE(setting.window->records()->table()->columnWidth(0), 222);
     }
 
+    void remembersItsPlacesWhenItIsQuitWithABoxOpen()
+    {
+        const Setting setting;
+        QTimer::singleShot(0, setting.window.get(), &ConsoleWindow::showAbout);
+        QTimer::singleShot(0, setting.window.get(), &QCoreApplication::quit);
+        QTimer::singleShot(5000, setting.window.get(), [] { QCoreApplication::exit(1); });
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY(setting.settings.contains(QStringLiteral("window/geometry")));
+    }
+
     void givesEachPartANameForScreenReaders()
     {
         const Setting setting;

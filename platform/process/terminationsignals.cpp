@@ -1,11 +1,11 @@
-#include <recorder/process/terminationsignals.h>
+#include <process/terminationsignals.h>
 
 #include <csignal>
 
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-namespace ZelkoRecorder {
+namespace ZelkoCommon {
 
 namespace {
 
@@ -20,11 +20,17 @@ sigset_t terminations()
 
 } // namespace
 
-TerminationSignals::TerminationSignals(QObject* parent)
-    : QObject(parent)
+void TerminationSignals::hold()
 {
     const sigset_t set = terminations();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
+}
+
+TerminationSignals::TerminationSignals(QObject* parent)
+    : QObject(parent)
+{
+    hold();
+    const sigset_t set = terminations();
     m_descriptor = ::signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC);
     m_notifier = std::make_unique<QSocketNotifier>(m_descriptor, QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
@@ -43,4 +49,4 @@ TerminationSignals::~TerminationSignals()
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-} // namespace ZelkoRecorder
+} // namespace ZelkoCommon
