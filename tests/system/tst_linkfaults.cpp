@@ -20,6 +20,38 @@ namespace {
 const QString device = QStringLiteral("/ZELKO/Device/R1");
 constexpr int patience = 60000;
 
+// The header of a message of 256 bytes.
+const QByteArray halfMessage("GIOP\x01\x02\x01\0\0\x01\0\0", 12);
+
+// Connections that say something and then no more.
+class Strangers
+{
+public:
+    Strangers(quint16 port, int count, const QByteArray& bytes)
+        : m_sockets(static_cast<std::size_t>(count))
+    {
+        for (auto& socket : m_sockets) {
+            socket = std::make_unique<QTcpSocket>();
+            socket->connectToHost(QHostAddress::LocalHost, port);
+            if (!socket->waitForConnected()) {
+                qFatal("a stranger was not let in: %s", qPrintable(socket->errorString()));
+            }
+            socket->write(bytes);
+            socket->flush();
+        }
+    }
+
+    qsizetype connected() const
+    {
+        return std::count_if(m_sockets.begin(), m_sockets.end(), [](const std::unique_ptr<QTcpSocket>& socket) {
+            return socket->state() == QAbstractSocket::ConnectedState;
+        });
+    }
+
+private:
+    std::vector<std::unique_ptr<QTcpSocket>> m_sockets;
+};
+
 } // namespace
 
 /// Both directions go through a proxy: the client reaches the server through one, and names another as its own address,
@@ -42,12 +74,24 @@ private Q_SLOTS:
     void damageLeadsToAReconnectAndAnEqualTree();
     void aDamagedWriteIsNeverCarriedOut();
     void garbageFromAStrangerHarmsNobody();
+    void strangersThatNeverEndAMessageKeepNobodyOut_data();
+    void strangersThatNeverEndAMessageKeepNobodyOut();
+    void closesWhatIsTooManyConnections();
 
 private:
     LinkOptions options() const
     {
         LinkOptions result = LinkClient::quickOptions();
         result.callTimeout = 1000ms;
+        return result;
+    }
+
+    // A call that fails shows, as the next attempt comes too late to hide it.
+    static LinkOptions patientOptions()
+    {
+        LinkOptions result = LinkClient::quickOptions();
+        result.callTimeout = 5000ms;
+        result.firstRetry = result.lastRetry = std::chrono::milliseconds(patience);
         return result;
     }
 
@@ -236,6 +280,50 @@ void TestLinkFaults::garbageFromAStrangerHarmsNobody()
     server.ask("number 5");
     QTRY_COMPARE(client.digest(), server.ask("digest"));
     QCOMPARE(client.log, QStringList{"connected"});
+}
+
+// Each stranger holds a thread until its time is over. Where threads are fewer than strangers, a call waits for its
+// turn.
+void TestLinkFaults::strangersThatNeverEndAMessageKeepNobodyOut_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("nothing at all") << QByteArray();
+    QTest::newRow("half a header") << QByteArray("GIOP\x01\x02");
+    QTest::newRow("a header only") << halfMessage;
+    QTest::newRow("a header and the beginning of a request") << halfMessage + QByteArray("\0\0\0\x01\x03\0\0\0", 8);
+}
+
+void TestLinkFaults::strangersThatNeverEndAMessageKeepNobodyOut()
+{
+    QFETCH(QByteArray, bytes);
+    PeerProcess server;
+    m_toServer.setTarget(server.port());
+    LinkClient before(*m_orb, m_toServer.port());
+    QTRY_VERIFY(before.isConnected());
+    const int count = 4 * OrbOptions().maxConnections;
+    const Strangers atServer(server.port(), count, bytes);
+    const Strangers atClient(m_orb->port(), count, bytes);
+
+    LinkClient client(*m_orb, m_toServer.port(), patientOptions());
+    QSignalSpy failed(&client.connection, &ServerConnectionData::connectFailed);
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected() || !failed.isEmpty(), patience);
+    QCOMPARE(failed, QList<QVariantList>());
+    server.ask("number 5");
+    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QTRY_COMPARE(before.digest(), server.ask("digest"));
+    QCOMPARE(client.log, QStringList{"connected"});
+    QCOMPARE(before.log, QStringList{"connected"});
+}
+
+void TestLinkFaults::closesWhatIsTooManyConnections()
+{
+    PeerProcess server;
+    const int bound = OrbOptions().maxConnections;
+    const Strangers strangers(server.port(), bound + 50, {});
+    QTRY_COMPARE(strangers.connected(), bound);
+    LinkClient client(*m_orb, server.port(), options());
+    QTRY_VERIFY(client.isConnected());
+    QTRY_COMPARE(strangers.connected(), bound - 1); // in whose place it came
 }
 
 QTEST_GUILESS_MAIN(TestLinkFaults)

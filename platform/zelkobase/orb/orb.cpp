@@ -1,5 +1,6 @@
 #include <zelkobase/orb/orb.h>
 
+#include <zelkobase/orb/boundedtransport_p.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/hostname.h>
 
@@ -44,17 +45,17 @@ std::string quoted(const QString& host)
     return name.find(':') == std::string::npos ? name : '[' + name + ']';
 }
 
-std::string endpoint(const QString& host, quint16 port)
+std::string address(const QString& host, quint16 port)
 {
-    return "giop:tcp:" + quoted(host) + ':' + std::to_string(port);
+    return quoted(host) + ':' + std::to_string(port);
 }
 
 OptionTable optionTable(const OrbOptions& options)
 {
     OptionTable table;
-    table.add("endPoint", endpoint(options.listenAddress, options.port));
+    table.add("endPoint", boundedEndpoint(address(options.listenAddress, options.port)));
     if (options.publishedPort != 0) {
-        table.add("endPointPublish", endpoint(options.publishedHost, options.publishedPort));
+        table.add("endPointPublish", "giop:tcp:" + address(options.publishedHost, options.publishedPort));
     }
     table.add("clientCallTimeOutPeriod", static_cast<long>(options.callTimeout.count()));
     table.add("clientConnectTimeOutPeriod", static_cast<long>(options.connectTimeout.count()));
@@ -63,7 +64,8 @@ OptionTable optionTable(const OrbOptions& options)
     table.add("inConScanPeriod", static_cast<long>(options.idleTime.count()));
     table.add("outConScanPeriod", static_cast<long>(options.idleTime.count()));
     table.add("threadPerConnectionPolicy", 0); // a pool: silent peers cost a socket, not a thread
-    table.add("maxServerThreadPoolSize", options.serverThreads);
+    table.add("maxServerThreadPerConnection", 1);
+    table.add("maxServerThreadPoolSize", options.maxConnections); // nobody ever waits for another peer's thread
     table.add("giopMaxMsgSize", options.maxMessageBytes);
     table.add("nativeCharCodeSet", "UTF-8");
     table.add("supportBootstrapAgent", 0L);
@@ -74,7 +76,7 @@ OptionTable optionTable(const OrbOptions& options)
 // Closes the gap between a host that people write and one that a corbaloc takes.
 std::string corbaloc(const QString& host, quint16 port, const char* key)
 {
-    return "corbaloc::" + quoted(host) + ':' + std::to_string(port) + '/' + key;
+    return "corbaloc::" + address(host, port) + '/' + key;
 }
 
 // The ORB does not tell its port, but every reference that it makes carries it.
@@ -109,6 +111,7 @@ struct Orb::Private
 
 void Orb::Private::start(const OrbOptions& options)
 {
+    boundConnections(options.maxConnections);
     orb = optionTable(options).initialise();
     const CORBA::Object_var root = orb->resolve_initial_references("RootPOA");
     const CORBA::Object_var named = orb->resolve_initial_references("omniINSPOA");

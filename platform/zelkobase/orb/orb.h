@@ -40,8 +40,10 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// A connection without a call is closed after this time.
     std::chrono::seconds idleTime{180};
 
-    /// How many calls are served at once; more wait. Bounds the threads that peers can make this process start.
-    int serverThreads = 32;
+    /// How many connections others hold at once. Each has one call served at a time, on a thread that is there for it.
+    /// Beyond it a new connection takes the place of the eldest one that never had an answer; without such a one it is
+    /// closed.
+    int maxConnections = 100;
 
     /// The largest message in bytes that is sent or accepted.
     int maxMessageBytes = 4 * 1024 * 1024;
