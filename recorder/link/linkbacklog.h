@@ -1,8 +1,8 @@
 #pragma once
 
+#include <zelkobase/connection/framequeue.h>
+
 #include <cstddef>
-#include <deque>
-#include <memory>
 #include <string>
 
 namespace ZelkoRecorder {
@@ -12,7 +12,7 @@ namespace ZelkoRecorder {
 class LinkBacklog
 {
 public:
-    using SharedFrame = std::shared_ptr<const std::string>;
+    using SharedFrame = ZelkoCommon::FrameQueue::SharedFrame;
 
     LinkBacklog(std::size_t maxBytes, std::size_t batchBytes);
 
@@ -24,21 +24,16 @@ public:
     void appendState(SharedFrame frame);
 
     /// Bytes that wait.
-    std::size_t bytes() const { return m_bytes; }
+    std::size_t bytes() const { return m_frames.bytes(); }
 
-    bool isEmpty() const { return m_bytes == 0; }
+    bool isEmpty() const { return m_frames.isEmpty(); }
 
-    /// Takes the next batch: whole frames as far as they fit, or a piece of a frame that is larger than a batch.
-    std::string takeBatch();
+    /// Takes the next batch; see FrameQueue.
+    std::string takeBatch() { return m_frames.takeBatch(); }
 
 private:
-    void drop();
-
     const std::size_t m_maxBytes;
-    const std::size_t m_batchBytes;
-    std::deque<SharedFrame> m_frames;
-    std::size_t m_sentOfFirst = 0; // bytes of the first frame that are with the client already
-    std::size_t m_bytes = 0;
+    ZelkoCommon::FrameQueue m_frames;
 };
 
 } // namespace ZelkoRecorder

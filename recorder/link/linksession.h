@@ -4,6 +4,7 @@
 #include <recorder/link/linkedtree.h>
 #include <recorder/link/linksender.h>
 #include <recorder/link/statewalk.h>
+#include <recorder/link/writestream.h>
 
 #include <QString>
 
@@ -31,8 +32,11 @@ public:
     /// Hands over as much as the sender has room for. Called when the sender reports room, and soon after `wantsPump`.
     void pump();
 
-    /// Sends a value again as it is: the client holds another content that was refused.
+    /// Sends a value as it is: the client holds another content that was refused.
     void correct(std::uint32_t handle);
+
+    /// What the client writes.
+    WriteStream& writes() { return m_writes; }
 
     /// How often what waited was dropped so far.
     int restarts() const { return m_restarts; }
@@ -53,6 +57,7 @@ private:
     std::unique_ptr<LinkSender> m_sender;
     const QString m_user;
     const std::function<void()> m_wantsPump;
+    WriteStream m_writes;
     LinkBacklog m_backlog;
     std::size_t m_refillBytes = statePieceBytes;
     std::unique_ptr<StateWalk> m_walk;

@@ -34,7 +34,8 @@ struct PendingWrite
 {
     std::uint32_t handle;
     ValuePtr<ValueBase> value;
-    std::unique_ptr<Command> command;
+    std::unique_ptr<Command> command; // none: the client gets the value as it is
+    bool refused = false;
 };
 
 } // namespace
@@ -49,8 +50,10 @@ struct TreeLinkServer::Private
     void closeSession(SessionId id, const QString& reason);
     void pumpAll();
     void keepHouse();
-    LinkWriteVerdict write(SessionId id, const std::string& frames);
-    bool readWrites(LinkSession& session, std::string_view frames, std::vector<PendingWrite>& writes);
+    LinkWriteVerdict write(SessionId id, const std::string& batch);
+    bool readWrites(LinkSession& session, std::vector<PendingWrite>& writes);
+    bool readCommands(LinkSession& session, const ZelkoCommon::link::Frame& frame, std::vector<PendingWrite>& writes);
+    bool takes(const LinkSession& session, std::uint32_t handle, std::vector<PendingWrite>& writes) const;
     LinkWriteVerdict execute(LinkSession& session, const std::vector<PendingWrite>& writes);
 
     TreeLinkServer* const q;
@@ -90,7 +93,7 @@ TreeLinkServer::Private::Private(TreeLinkServer* owner, ZelkoCommon::Orb& usedOr
     handlers.attached = [this](SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client) {
         openSession(id, user, client);
     };
-    handlers.written = [this](SessionId id, const std::string& frames) { return write(id, frames); };
+    handlers.written = [this](SessionId id, const std::string& batch) { return write(id, batch); };
     handlers.detached = [this](SessionId id) { closeSession(id, QStringLiteral("the client left")); };
     auto* const servant = new TreeServerServant(sessionRegister, gate, handlers, authenticate, options);
     const PortableServer::ServantBase_var guard(servant);
@@ -164,7 +167,8 @@ void TreeLinkServer::Private::keepHouse()
     std::erase_if(ending, [](const std::unique_ptr<LinkSender>& sender) { return sender->hasEnded(); });
 }
 
-LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string& frames)
+// Of a client that writes what cannot be read it is not known where its next frame begins.
+LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string& batch)
 {
     const auto found = sessions.find(id);
     if (found == sessions.end()) {
@@ -172,10 +176,12 @@ LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string&
     }
     std::vector<PendingWrite> writes;
     LinkWriteVerdict verdict;
-    if (readWrites(*found->second, frames, writes)) {
+    found->second->writes().append(batch);
+    if (readWrites(*found->second, writes)) {
         verdict = execute(*found->second, writes);
     } else {
         verdict = {ZelkoTreeLink::REFUSED_DAMAGED, "the batch does not parse"};
+        closeSession(id, QStringLiteral("the client wrote what cannot be read"));
     }
     if (verdict.refusal && ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
         _Q_Trace(QStringLiteral("TreeLinkServer: refused a write: %1").arg(QString::fromStdString(verdict.why)),
@@ -184,33 +190,56 @@ LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string&
     return verdict;
 }
 
-// False when the batch does not parse as a whole.
-bool TreeLinkServer::Private::readWrites(LinkSession& session, std::string_view frames,
-                                         std::vector<PendingWrite>& writes)
+// False when what came does not parse as a whole.
+bool TreeLinkServer::Private::readWrites(LinkSession& session, std::vector<PendingWrite>& writes)
 {
+    using ZelkoCommon::link::ReadResult;
+    WriteStream& stream = session.writes();
     ZelkoCommon::link::Frame frame;
-    while (!frames.empty()) {
-        if (ZelkoCommon::link::readFrame(frames, frame) != ZelkoCommon::link::ReadResult::Frame ||
-            frame.type != FrameType::Commands) {
+    ReadResult result = stream.next(frame);
+    for (; result == ReadResult::Frame; result = stream.next(frame)) {
+        if (takes(session, frame.handle, writes) && !readCommands(session, frame, writes)) {
             return false;
         }
-        ValueBase* const value = tree.value(frame.handle);
-        if (!value) {
-            continue; // it went while the write was on its way
+    }
+    if (result == ReadResult::Malformed) {
+        return false;
+    }
+    const auto begun = stream.begunHandle();
+    if (begun && !takes(session, *begun, writes)) {
+        stream.passOver();
+    }
+    return true;
+}
+
+// Whether a frame is looked into. Where the client may not write, what it would do is not even kept; where the value
+// went while the write was on its way, there is nothing to say.
+bool TreeLinkServer::Private::takes(const LinkSession& session, std::uint32_t handle,
+                                    std::vector<PendingWrite>& writes) const
+{
+    ValueBase* const value = tree.value(handle);
+    const bool allowed = value && mayWrite && mayWrite(session.user(), *value);
+    if (value && !allowed) {
+        writes.push_back({handle, value, nullptr, true});
+    }
+    return allowed;
+}
+
+bool TreeLinkServer::Private::readCommands(LinkSession& session, const ZelkoCommon::link::Frame& frame,
+                                           std::vector<PendingWrite>& writes)
+{
+    ValueBase* const value = tree.value(frame.handle);
+    if (frame.payload.empty()) {
+        writes.push_back({frame.handle, value, nullptr});
+    }
+    const char* position = frame.payload.data();
+    CommandReader reader(&position, static_cast<std::ptrdiff_t>(frame.payload.size()));
+    while (reader.remaining() > 0) {
+        auto command = value->ReadCommand(reader, &session);
+        if (!command) {
+            return false;
         }
-        if (!mayWrite || !mayWrite(session.user(), *value)) {
-            writes.push_back({frame.handle, value, nullptr}); // what it would do is not even read
-            continue;
-        }
-        const char* position = frame.payload.data();
-        CommandReader reader(&position, static_cast<std::ptrdiff_t>(frame.payload.size()));
-        while (reader.remaining() > 0) {
-            auto command = value->ReadCommand(reader, &session);
-            if (!command) {
-                return false;
-            }
-            writes.push_back({frame.handle, value, std::move(command)});
-        }
+        writes.push_back({frame.handle, value, std::move(command)});
     }
     return true;
 }
@@ -229,8 +258,10 @@ LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const st
             continue;
         }
         session.correct(write.handle);
-        verdict = {ZelkoTreeLink::REFUSED_BATCH, "user \"" + session.user().toStdString() + "\" may not write " +
-                                                     write.value->GetPathName().toStdString()};
+        if (write.refused) {
+            verdict = {ZelkoTreeLink::REFUSED_BATCH, "user \"" + session.user().toStdString() + "\" may not write " +
+                                                         write.value->GetPathName().toStdString()};
+        }
     }
     return verdict;
 }

@@ -18,41 +18,12 @@ class TestLinkBacklog : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void batchesWholeFramesAsFarAsTheyFit();
-    void cutsAFrameThatIsLargerThanABatch();
     void dropsAllWhenItIsFull();
     void takesAFrameOfAnySizeWhenItIsEmpty();
     void keepsTheRestOfAFrameThatWasBegun();
     void keepsAStateThatIsLargerThanTheBound();
     void sharesFrames();
 };
-
-void TestLinkBacklog::batchesWholeFramesAsFarAsTheyFit()
-{
-    LinkBacklog backlog(100, 10);
-    QVERIFY(backlog.isEmpty());
-    QCOMPARE(backlog.takeBatch(), std::string());
-    QVERIFY(backlog.append(frame("aaaa")));
-    QVERIFY(backlog.append(frame("bbbbbb")));
-    QVERIFY(backlog.append(frame("c")));
-    QCOMPARE(backlog.bytes(), std::size_t{11});
-    QCOMPARE(backlog.takeBatch(), std::string("aaaabbbbbb"));
-    QCOMPARE(backlog.takeBatch(), std::string("c"));
-    QVERIFY(backlog.isEmpty());
-}
-
-void TestLinkBacklog::cutsAFrameThatIsLargerThanABatch()
-{
-    LinkBacklog backlog(100, 4);
-    QVERIFY(backlog.append(frame("ab")));
-    QVERIFY(backlog.append(frame("0123456789")));
-    QVERIFY(backlog.append(frame("xy")));
-    QCOMPARE(backlog.takeBatch(), std::string("ab"));
-    QCOMPARE(backlog.takeBatch(), std::string("0123"));
-    QCOMPARE(backlog.takeBatch(), std::string("4567"));
-    QCOMPARE(backlog.takeBatch(), std::string("89xy"));
-    QVERIFY(backlog.isEmpty());
-}
 
 void TestLinkBacklog::dropsAllWhenItIsFull()
 {

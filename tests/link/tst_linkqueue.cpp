@@ -21,6 +21,9 @@ QString textOf(const std::optional<LinkQueue::Entry>& entry)
     if (const auto* const end = std::get_if<LinkQueue::Disconnected>(&*entry)) {
         return QStringLiteral("disconnected: ") + QString::fromStdString(end->reason);
     }
+    if (const auto* const refused = std::get_if<LinkQueue::WriteRefused>(&*entry)) {
+        return QStringLiteral("refused: ") + QString::fromStdString(refused->reason);
+    }
     return QStringLiteral("failed: ") + QString::fromStdString(std::get<LinkQueue::ConnectFailed>(*entry).reason);
 }
 
@@ -59,8 +62,10 @@ void TestLinkQueue::keepsDataAndStateInOrder()
     const auto connection = queue.open();
     QVERIFY(queue.put(connection, "a", 0ms));
     QVERIFY(queue.put(connection, "b", 0ms));
+    queue.reportRefusal(connection, "not allowed");
     queue.close(connection, "gone");
-    QCOMPARE(takeAll(queue), (QStringList{"failed: nobody there", "a", "b", "disconnected: gone"}));
+    QCOMPARE(takeAll(queue),
+             (QStringList{"failed: nobody there", "a", "b", "refused: not allowed", "disconnected: gone"}));
 }
 
 void TestLinkQueue::takesNothingBehindADisconnect()
@@ -71,6 +76,7 @@ void TestLinkQueue::takesNothingBehindADisconnect()
     queue.close(connection, "gone");
     queue.close(connection, "gone twice");
     QVERIFY(!queue.put(connection, "late", 0ms));
+    queue.reportRefusal(connection, "late");
     QCOMPARE(takeAll(queue), QStringList{"disconnected: gone"});
 }
 
@@ -80,6 +86,7 @@ void TestLinkQueue::ignoresTheEndOfAnEarlierConnection()
     const auto first = queue.open();
     const auto second = queue.open();
     QVERIFY(!queue.put(first, "of the first one", 0ms));
+    queue.reportRefusal(first, "of the first one");
     queue.close(first, "gone");
     QVERIFY(queue.put(second, "of the second one", 0ms));
     QCOMPARE(takeAll(queue), QStringList{"of the second one"});

@@ -26,7 +26,7 @@ struct Fixture
     Value<int>* announced = tree.Emplace("/A", std::make_unique<Value<int>>("Announced"));
     Value<int>* local = tree.Emplace("/A", std::make_unique<Value<int>>("Local"));
     LinkVtClient client{&server, [this](const ValueBase& value) { return &value == announced ? 7u : 0u; },
-                        [this](const std::string& frames) { sent << frameTexts(frames); }};
+                        [this](const ValueBase&, const std::string& frame) { sent << frameTexts(frame); }};
 };
 
 } // namespace
@@ -141,7 +141,7 @@ void TestLinkVtClient::leavesValuesThatAnotherTookOver()
     f.client.AddValue(f.announced, 0);
     int sentByOther = 0;
     LinkVtClient other(
-        &f.server, [](const ValueBase&) { return 1u; }, [&](const std::string&) { ++sentByOther; });
+        &f.server, [](const ValueBase&) { return 1u; }, [&](const ValueBase&, const std::string&) { ++sentByOther; });
     other.AddValue(f.announced, 0);
     f.client.close();
     f.announced->SetValue(1, nullptr);

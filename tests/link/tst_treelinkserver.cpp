@@ -168,6 +168,10 @@ private Q_SLOTS:
     void refusesAndCorrectsWhatMayNotBeWritten();
     void refusesWritesOfAUserWithoutRights();
     void doesTheRestOfABatchOfWhichAPartIsRefused();
+    void endsASessionThatWritesWhatCannotBeRead();
+    void carriesOutAWriteThatComesInPieces();
+    void keepsNothingOfALongWriteThatMayNotBe();
+    void tellsAValueAsItIsToWhoAsks();
     void doesNothingOfADamagedBatch_data();
     void doesNothingOfADamagedBatch();
     void passesOverWritesToWhatIsGone();
@@ -193,7 +197,8 @@ void TestTreeLinkServer::givesTheStateAndThenEachChange()
 void TestTreeLinkServer::refusesAnotherVersion()
 {
     Fixture f;
-    QCOMPARE(f.refusalOfAttach("operator", 2), "0: it speaks another version of the link");
+    QCOMPARE(f.refusalOfAttach("operator", ZelkoTreeLink::PROTOCOL_VERSION - 1),
+             "0: it speaks another version of the link");
     QCOMPARE(f.server.sessionCount(), 0);
 }
 
@@ -341,7 +346,6 @@ void TestTreeLinkServer::doesNothingOfADamagedBatch_data()
     row("half a command behind a whole one", good().commands(2, setInt(6).substr(0, 4)), 0);
     row("a command that is none", good().commands(2, "999;"), 0);
     row("a frame that clients do not send", good().ready(), 0);
-    QTest::newRow("half a frame") << QByteArray::fromStdString(good().bytes()) + QByteArray("\x04\0\0", 3) << 0;
     QTest::newRow("garbage") << QByteArray("\x7f") << 0;
 }
 
@@ -353,6 +357,54 @@ void TestTreeLinkServer::doesNothingOfADamagedBatch()
     const auto session = f.attach();
     QVERIFY(f.write(session, bytes.toStdString(), static_cast<std::uint64_t>(damage)).startsWith("5: "));
     QCOMPARE(f.number->GetValue(), 0);
+}
+
+void TestTreeLinkServer::endsASessionThatWritesWhatCannotBeRead()
+{
+    Fixture f;
+    QSignalSpy closed(&f.server, &TreeLinkServer::sessionClosed);
+    const auto session = f.attach();
+    QVERIFY(f.write(session, FrameStream().commands(2, "?").bytes()).startsWith("5: "));
+    QCOMPARE(closed, (QList<QVariantList>{{"operator", "the client wrote what cannot be read"}}));
+    QCOMPARE(f.write(session, FrameStream().commands(2, setInt(5)).bytes()),
+             "3: it does not know this session any more");
+}
+
+void TestTreeLinkServer::carriesOutAWriteThatComesInPieces()
+{
+    Fixture f;
+    const auto session = f.attach();
+    const std::string frames = FrameStream().commands(2, setInt(5)).commands(2, setInt(6)).bytes();
+    const std::size_t inTheSecond = frames.size() - 3;
+    QCOMPARE(f.write(session, frames.substr(0, inTheSecond)), QString());
+    QCOMPARE(f.number->GetValue(), 5);
+    QCOMPARE(f.write(session, {}), QString()); // a sign of life in between
+    QCOMPARE(f.write(session, frames.substr(inTheSecond)), QString());
+    QCOMPARE(f.number->GetValue(), 6);
+}
+
+void TestTreeLinkServer::keepsNothingOfALongWriteThatMayNotBe()
+{
+    Fixture f;
+    const auto session = f.attach();
+    const std::string refused = FrameStream().commands(3, setInt(5)).bytes();
+    const std::string allowed = FrameStream().commands(2, setInt(6)).bytes();
+    QVERIFY(f.write(session, refused.substr(0, 10)).startsWith("4: "));
+    QCOMPARE(f.write(session, refused.substr(10, 2)), QString());
+    QCOMPARE(f.write(session, refused.substr(12) + allowed), QString());
+    QCOMPARE(f.locked->GetValue(), 0);
+    QCOMPARE(f.number->GetValue(), 6);
+}
+
+void TestTreeLinkServer::tellsAValueAsItIsToWhoAsks()
+{
+    Fixture f;
+    const auto session = f.attach();
+    QTRY_COMPARE(f.received(), treeList(f.tree));
+    const std::size_t bytesBefore = f.stream.size();
+    QCOMPARE(f.write(session, FrameStream().commands(2, {}).bytes()), QString());
+    QTRY_VERIFY(!f.received().isEmpty() && f.stream.size() > bytesBefore);
+    QCOMPARE(f.stream.substr(bytesBefore), FrameStream().state(2, *f.number).bytes());
 }
 
 void TestTreeLinkServer::passesOverWritesToWhatIsGone()

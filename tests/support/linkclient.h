@@ -8,7 +8,7 @@
 
 #include <valuecore/tree.h>
 
-/// A client of one sub system with a log of what its connection tells.
+/// A client of one sub system with a log of what its connection tells, and why writes were refused.
 struct LinkClient
 {
     static ZelkoCommon::LinkOptions quickOptions()
@@ -29,6 +29,8 @@ struct LinkClient
     {
         using Data = ZelkoCommon::AbstractServerConnectionData;
         QObject::connect(&connection, &Data::si_allTicsConnected, &connection, [this] { log << "connected"; });
+        QObject::connect(&connection, &ZelkoCommon::ServerConnectionData::writeRefused, &connection,
+                         [this](const QString&, const QString& reason) { refusals << reason; });
         QObject::connect(&connection, &Data::si_allTicsDisconnected, &connection, [this] {
             log << (treeList(tree, root).isEmpty() ? "disconnected" : "disconnected, and something still stands there");
         });
@@ -64,5 +66,6 @@ struct LinkClient
     Tree ownTree;
     Tree& tree;
     QStringList log;
+    QStringList refusals;
     ZelkoCommon::ServerConnectionData connection;
 };

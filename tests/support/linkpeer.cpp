@@ -134,6 +134,8 @@ QString Peer::answer(const QStringList& words)
         return treeList(m_tree).join('|');
     } else if (verb == "text") {
         return m_text->GetValue();
+    } else if (verb == "ids") {
+        return QString::number(m_command->GetValue().count(QLatin1Char('@')) + 1);
     } else if (verb == "writes") {
         return QString::number(m_writes.count);
     } else if (verb == "sessions") {

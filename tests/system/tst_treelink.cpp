@@ -3,6 +3,7 @@
 #include "watch.h"
 
 #include <zelkobase/connection/ivtclient.h>
+#include <zelkobase/connection/linkframe.h>
 #include <zelkobase/maps/itemmaptypes.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkoidl/treelink.hh>
@@ -41,6 +42,8 @@ private Q_SLOTS:
     void sendsWritesOfAddedValuesAndNoOthers();
     void neverEchoesAChangeOfTheServer();
     void losesAWriteThatMayNotBeToTheServersValue();
+    void sendsAListOf50000RecordsInOneCommand();
+    void refusesAWriteThatIsTooLargeAndTakesTheServersValue();
     void writesOfAnOldConnectionGoNowhere();
     void theServerForgetsAClientThatLeaves();
     void theServerTakesNoMoreClientsThanItMay();
@@ -227,6 +230,49 @@ void TestTreeLink::losesAWriteThatMayNotBeToTheServersValue()
     QTRY_COMPARE(client.digest(), server.ask("digest"));
     QCOMPARE(number->GetValue(), 6);
     QCOMPARE(server.ask("writes"), "1");
+    QCOMPARE(client.log, QStringList{"connected"});
+    QCOMPARE(client.refusals, QStringList{"user \"\" may not write " + device + "/ReadOnly"});
+}
+
+// More bytes than a call carries, and more than a batch.
+void TestTreeLink::sendsAListOf50000RecordsInOneCommand()
+{
+    PeerProcess server;
+    LinkClient client(m_orb, server.port());
+    LinkClient other(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected() && other.isConnected());
+    QStringList ids;
+    for (int i = 0; i < 50000; ++i) {
+        ids << QStringLiteral("20240101-120000-%1-R1").arg(i, 12, 10, QLatin1Char('0'));
+    }
+    auto* const command = client.find<Value<QString>>("/ZELKO/Command/R1/DeleteRecordingList");
+    client.writer()->AddValue(command, 0);
+    command->SetValue(ids.join('@'), nullptr);
+    auto* const number = client.find<Value<int>>(device + "/Number");
+    client.writer()->AddValue(number, 0);
+    number->SetValue(1, nullptr); // behind it
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), "2", patience);
+    QCOMPARE(server.ask("ids"), "50000");
+    QTRY_COMPARE_WITH_TIMEOUT(other.digest(), server.ask("digest"), patience);
+    QCOMPARE(client.digest(), server.ask("digest"));
+    QCOMPARE(client.log, QStringList{"connected"});
+    QCOMPARE(client.refusals, QStringList());
+}
+
+void TestTreeLink::refusesAWriteThatIsTooLargeAndTakesTheServersValue()
+{
+    PeerProcess server;
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    auto* const text = client.find<Value<QString>>(device + "/Text");
+    client.writer()->AddValue(text, 0);
+    text->SetValue("small", nullptr);
+    text->SetValue(QString(qsizetype(link::maxWritePayload), 'x'), nullptr);
+    QTRY_COMPARE(text->GetValue(), "small");
+    QCOMPARE(client.refusals, QStringList{"a write to " + client.root + device + "/Text is not sent: it is too large"});
+    text->SetValue("small again", nullptr);
+    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QCOMPARE(server.ask("writes"), "2");
     QCOMPARE(client.log, QStringList{"connected"});
 }
 

@@ -32,7 +32,7 @@ std::uint64_t checksum(std::string_view batch)
     return XXH3_64bits(batch.data(), batch.size());
 }
 
-ReadResult readFrame(std::string_view& bytes, Frame& frame)
+ReadResult readHeader(std::string_view bytes, FrameHeader& header)
 {
     if (!bytes.empty() && !isKnown(numberAt<std::uint8_t>(bytes, 0))) {
         return ReadResult::Malformed;
@@ -40,15 +40,22 @@ ReadResult readFrame(std::string_view& bytes, Frame& frame)
     if (bytes.size() < frameHeaderSize) {
         return ReadResult::Incomplete;
     }
-    const std::size_t size = numberAt<std::uint32_t>(bytes, 5);
-    if (size > maxFramePayload) {
-        return ReadResult::Malformed;
+    header = {static_cast<FrameType>(bytes[0]), numberAt<std::uint32_t>(bytes, 1), numberAt<std::uint32_t>(bytes, 5)};
+    return header.payloadSize > maxFramePayload ? ReadResult::Malformed : ReadResult::Frame;
+}
+
+ReadResult readFrame(std::string_view& bytes, Frame& frame)
+{
+    FrameHeader header;
+    const ReadResult result = readHeader(bytes, header);
+    if (result != ReadResult::Frame) {
+        return result;
     }
-    if (bytes.size() - frameHeaderSize < size) {
+    if (bytes.size() - frameHeaderSize < header.payloadSize) {
         return ReadResult::Incomplete;
     }
-    frame = {static_cast<FrameType>(bytes[0]), numberAt<std::uint32_t>(bytes, 1), bytes.substr(frameHeaderSize, size)};
-    bytes.remove_prefix(frameHeaderSize + size);
+    frame = {header.type, header.handle, bytes.substr(frameHeaderSize, header.payloadSize)};
+    bytes.remove_prefix(frameHeaderSize + header.payloadSize);
     return ReadResult::Frame;
 }
 

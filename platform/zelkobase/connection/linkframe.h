@@ -23,6 +23,8 @@
 /// maps and of the values that stand behind a map in the same node, then StateEnd; changes may come in between from the
 /// moment an item was announced. The same happens in the middle of a session when its client was too slow and the
 /// server dropped what waited for it. Handles stay the same for the life of an item.
+///
+/// A client sends Commands, and Commands without a payload where it wants to be told a value as it is.
 namespace ZelkoCommon::link {
 
 enum class FrameType : std::uint8_t {
@@ -48,10 +50,21 @@ struct Announcement
     std::string typeName; ///< empty for a node
 };
 
+/// What stands before a payload.
+struct FrameHeader
+{
+    FrameType type{};
+    std::uint32_t handle = 0;
+    std::size_t payloadSize = 0;
+};
+
 inline constexpr std::size_t frameHeaderSize = 9;
 
 /// No frame is larger; a peer that says so is not believed.
 inline constexpr std::size_t maxFramePayload = 64u * 1024 * 1024;
+
+/// No frame is larger that a client writes.
+inline constexpr std::size_t maxWritePayload = 8u * 1024 * 1024;
 
 /// No path is longer, and so none is nested deeper than the tree can walk.
 inline constexpr qsizetype maxPathLength = 4096;
@@ -66,6 +79,9 @@ enum class ReadResult {
     Incomplete, ///< the frame has not come whole; nothing was taken
     Malformed   ///< this is no frame; nothing was taken
 };
+
+/// Reads the header at the front of `bytes`, which stay as they are.
+ZELKOBASECONNECTION_EXPORT ReadResult readHeader(std::string_view bytes, FrameHeader& header);
 
 /// Reads the frame at the front of `bytes`.
 ZELKOBASECONNECTION_EXPORT ReadResult readFrame(std::string_view& bytes, Frame& frame);

@@ -19,7 +19,7 @@ std::uint64_t LinkQueue::open()
 void LinkQueue::close(std::uint64_t connection, const std::string& reason)
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_open || connection != m_connection) {
+    if (!isOpen(connection)) {
         return;
     }
     m_open = false;
@@ -30,7 +30,7 @@ void LinkQueue::close(std::uint64_t connection, const std::string& reason)
 bool LinkQueue::put(std::uint64_t connection, std::string bytes, std::chrono::milliseconds patience)
 {
     std::unique_lock lock(m_mutex);
-    const auto isOver = [&] { return !m_open || connection != m_connection; };
+    const auto isOver = [&] { return !isOpen(connection); };
     // An empty queue takes a batch of any size, so that a small bound never locks a large batch out.
     const auto hasRoom = [&] { return m_bytes == 0 || m_bytes + bytes.size() <= m_maxBytes; };
     if (!m_roomOrEnd.wait_for(lock, patience, [&] { return isOver() || hasRoom(); }) || isOver()) {
@@ -63,12 +63,25 @@ void LinkQueue::reportFailure(const std::string& reason)
     append(ConnectFailed{reason});
 }
 
+void LinkQueue::reportRefusal(std::uint64_t connection, const std::string& reason)
+{
+    const std::lock_guard lock(m_mutex);
+    if (isOpen(connection)) {
+        append(WriteRefused{reason});
+    }
+}
+
 void LinkQueue::shutDown()
 {
     const std::lock_guard lock(m_mutex);
     m_open = false;
     m_wakeUp = nullptr;
     m_roomOrEnd.notify_all();
+}
+
+bool LinkQueue::isOpen(std::uint64_t connection) const
+{
+    return m_open && connection == m_connection;
 }
 
 // The wake-up happens with the mutex held, so that nobody is woken after `shutDown`.

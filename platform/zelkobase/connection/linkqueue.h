@@ -32,7 +32,11 @@ public:
     {
         std::string reason; ///< for people, in UTF-8
     };
-    using Entry = std::variant<Batch, Disconnected, ConnectFailed>;
+    struct WriteRefused
+    {
+        std::string reason; ///< for people, in UTF-8
+    };
+    using Entry = std::variant<Batch, Disconnected, ConnectFailed, WriteRefused>;
 
     /// `wakeUp` is called by the thread that puts something into the empty queue, once until the queue was found empty.
     /// It must not call the queue. `maxBytes` bounds what waits.
@@ -51,6 +55,9 @@ public:
     /// Tells that an attempt to connect failed.
     void reportFailure(const std::string& reason);
 
+    /// Tells that the server refused a write of a connection; nothing when that is over.
+    void reportRefusal(std::uint64_t connection, const std::string& reason);
+
     /// From the return on `wakeUp` is not called any more, and batches are refused.
     void shutDown();
 
@@ -58,7 +65,8 @@ public:
     std::optional<Entry> take();
 
 private:
-    void append(Entry entry); // with the mutex held
+    void append(Entry entry);                    // with the mutex held
+    bool isOpen(std::uint64_t connection) const; // with the mutex held
 
     std::function<void()> m_wakeUp;
     const std::size_t m_maxBytes;

@@ -56,7 +56,7 @@ void LinkVtClient::Transmit(ValueBase& value, const Command& command, IObserver*
     command.AddCommandString(bytes);
     std::string frame;
     link::appendFrame(frame, link::FrameType::Commands, handle, bytes);
-    m_send(frame);
+    m_send(value, frame);
 }
 
 } // namespace ZelkoCommon

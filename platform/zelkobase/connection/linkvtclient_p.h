@@ -15,7 +15,7 @@ class LinkVtClient final : public IVtClient, public ICommandTransmitter
 {
 public:
     using HandleOf = std::function<std::uint32_t(const ValueBase&)>;
-    using Send = std::function<void(const std::string& frames)>;
+    using Send = std::function<void(const ValueBase& value, const std::string& frame)>;
 
     /// `origin` stands for the server: commands in its name came from there and are not sent back.
     LinkVtClient(IObserver* origin, HandleOf handleOf, Send send);

@@ -14,10 +14,11 @@ namespace ZelkoCommon {
 namespace {
 
 // One call carries no more than this; the rest follows with the next.
-constexpr std::size_t maxWriteBytes = 1024 * 1024;
+constexpr std::size_t maxCallBytes = 1024 * 1024;
 
-// Writes of a user are small. Who has this much waiting writes to a server that takes nothing.
-constexpr std::size_t maxOutgoingBytes = 8 * 1024 * 1024;
+// Room for the largest write behind another one of its kind. Who has more waiting writes to a server that takes
+// nothing.
+constexpr std::size_t maxOutgoingBytes = 2 * (link::frameHeaderSize + link::maxWritePayload);
 
 // A server that does not answer finds out by itself that the client has left.
 constexpr std::chrono::milliseconds goodbyeTimeout{1000};
@@ -47,6 +48,7 @@ LinkWorker::LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem,
     , m_subSystem(subSystem)
     , m_options(options)
     , m_queue(std::move(queue))
+    , m_outgoing(maxCallBytes)
     , m_thread([this] { run(); })
 {}
 
@@ -60,19 +62,30 @@ LinkWorker::~LinkWorker()
     m_thread.join();
 }
 
-void LinkWorker::write(const std::string& frame)
+QString LinkWorker::write(const std::string& frame)
 {
     const std::lock_guard lock(m_mutex);
     if (!m_serving) {
-        return;
+        return {};
     }
-    if (frame.size() > maxWriteBytes || m_outgoingBytes + frame.size() > maxOutgoingBytes) {
-        m_dropReason = "more was written than the recorder server takes";
-    } else {
-        m_outgoing.push_back(frame);
-        m_outgoingBytes += frame.size();
+    if (frame.size() > link::frameHeaderSize + link::maxWritePayload) {
+        return QStringLiteral("it is too large");
     }
+    if (m_outgoing.bytes() + frame.size() > maxOutgoingBytes) {
+        return QStringLiteral("the recorder server has not taken yet what was written before");
+    }
+    m_outgoing.append(std::make_shared<const std::string>(frame));
     m_somethingToDo.notify_all();
+    return {};
+}
+
+void LinkWorker::askFor(std::uint32_t handle)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_serving) {
+        m_questions.insert(handle);
+        m_somethingToDo.notify_all();
+    }
 }
 
 void LinkWorker::drop(const std::string& reason)
@@ -169,6 +182,7 @@ void LinkWorker::send(const Connection& connection, const std::string& frames)
         if (refused.reason != ZelkoTreeLink::REFUSED_BATCH) {
             throw;
         }
+        m_queue->reportRefusal(connection.number, static_cast<const char*>(refused.text));
         if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
             _Q_Trace(QStringLiteral("LinkWorker: %1 refused a write: %2")
                          .arg(m_subSystem.name, QString::fromUtf8(static_cast<const char*>(refused.text))),
@@ -201,23 +215,29 @@ std::optional<std::string> LinkWorker::nextWrite()
 {
     std::unique_lock lock(m_mutex);
     const auto mustEnd = [this] { return m_stopping || !m_dropReason.empty(); };
-    m_somethingToDo.wait_for(lock, m_options.heartbeat, [&] { return mustEnd() || !m_outgoing.empty(); });
-    if (!m_dropReason.empty() || (m_stopping && m_outgoing.empty())) {
+    m_somethingToDo.wait_for(lock, m_options.heartbeat, [&] { return mustEnd() || hasOutgoing(); });
+    if (!m_dropReason.empty() || (m_stopping && !hasOutgoing())) {
         return std::nullopt;
     }
-    std::string frames;
-    while (!m_outgoing.empty() && (frames.empty() || frames.size() + m_outgoing.front().size() <= maxWriteBytes)) {
-        frames += m_outgoing.front();
-        m_outgoing.pop_front();
+    if (!m_outgoing.isEmpty()) {
+        return m_outgoing.takeBatch();
     }
-    m_outgoingBytes -= frames.size();
-    return frames;
+    std::string questions;
+    for (const std::uint32_t handle : std::exchange(m_questions, {})) {
+        link::appendFrame(questions, link::FrameType::Commands, handle);
+    }
+    return questions;
+}
+
+bool LinkWorker::hasOutgoing() const
+{
+    return !m_outgoing.isEmpty() || !m_questions.empty();
 }
 
 void LinkWorker::forgetOutgoing()
 {
     m_outgoing.clear();
-    m_outgoingBytes = 0;
+    m_questions.clear();
 }
 
 void LinkWorker::waitForRetry(std::chrono::milliseconds time)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zelkobase/connection/framequeue.h>
 #include <zelkobase/connection/linkoptions.h>
 #include <zelkobase/connection/linkqueue.h>
 #include <zelkobase/connection/zelkoconfiguration.h>
@@ -7,12 +8,12 @@
 #include <zelkoidl/treelink.hh>
 
 #include <condition_variable>
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
+#include <unordered_set>
 
 namespace ZelkoCommon {
 
@@ -29,8 +30,12 @@ public:
     /// Detaches and ends the thread; waits for a call that is under way.
     ~LinkWorker();
 
-    /// Sends a frame to the server, in order, as soon as it can. Dropped when there is no connection.
-    void write(const std::string& frame);
+    /// Sends a frame to the server, in order, as soon as it can. Dropped when there is no connection. Not taken when it
+    /// is too large or too much waits: then the text says so, which is empty otherwise.
+    QString write(const std::string& frame);
+
+    /// Has the server send a value as it is, behind what was written so far.
+    void askFor(std::uint32_t handle);
 
     /// Gives the present connection up, because of `reason`, and begins again.
     void drop(const std::string& reason);
@@ -45,6 +50,7 @@ private:
     void detach(const Connection& connection);
     void deactivate(const Connection& connection);
     std::optional<std::string> nextWrite();
+    bool hasOutgoing() const;
     void waitForRetry(std::chrono::milliseconds time);
     void forgetOutgoing();
     std::string explain(const CORBA::Exception& exception) const;
@@ -56,9 +62,9 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_somethingToDo;
-    std::deque<std::string> m_outgoing; // frames; a call carries whole ones
-    std::size_t m_outgoingBytes = 0;
-    std::string m_dropReason; // not empty: give the connection up
+    FrameQueue m_outgoing;
+    std::unordered_set<std::uint32_t> m_questions; // handles that are asked for when all that waits is sent
+    std::string m_dropReason;                      // not empty: give the connection up
     bool m_serving = false;
     bool m_stopping = false;
 

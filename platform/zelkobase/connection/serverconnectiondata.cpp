@@ -51,6 +51,8 @@ ServerConnectionData::ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr
         connect(link.get(), &TreeLink::disconnected, this, [this, name] { Q_EMIT si_allTicsDisconnected(name); });
         connect(link.get(), &TreeLink::connectFailed, this,
                 [this, name](const QString& reason) { Q_EMIT connectFailed(name, reason); });
+        connect(link.get(), &TreeLink::writeRefused, this,
+                [this, name](const QString& reason) { Q_EMIT writeRefused(name, reason); });
         connect(link.get(), &TreeLink::nodeCreated, this, [this, devices](const QString& path) {
             if (path.startsWith(devices) && path.indexOf(QLatin1Char('/'), devices.size()) < 0) {
                 Q_EMIT si_deviceNodeAdded(path);

@@ -37,6 +37,9 @@ Q_SIGNALS:
     /// An attempt to connect failed; the next one follows by itself.
     void connectFailed(const QString& subSystem, const QString& reason);
 
+    /// A write did not reach the server; the value comes back as the server has it. See TreeLink::writeRefused.
+    void writeRefused(const QString& subSystem, const QString& reason);
+
 private:
     struct Private;
     const std::unique_ptr<Private> d;

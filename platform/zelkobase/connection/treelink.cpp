@@ -49,7 +49,9 @@ struct TreeLink::Private
     void handle(LinkQueue::Batch& batch) { mirror.append(std::move(batch.bytes)); }
     void handle(const LinkQueue::Disconnected& entry) { reset(QString::fromStdString(entry.reason)); }
     void handle(const LinkQueue::ConnectFailed& entry) { reportFailure(QString::fromStdString(entry.reason)); }
+    void handle(const LinkQueue::WriteRefused& entry) { Q_EMIT q->writeRefused(QString::fromStdString(entry.reason)); }
     void becomeReady();
+    void send(const ValueBase& value, const std::string& frame);
     void reset(const QString& reason);
     void reportFailure(const QString& reason);
 
@@ -159,9 +161,11 @@ bool TreeLink::Private::fetch()
 // belongs to the next one.
 bool TreeLink::Private::passesOver(const LinkQueue::Entry& entry)
 {
-    const bool belongsToOld = ignoring && !std::holds_alternative<LinkQueue::ConnectFailed>(entry);
-    ignoring = ignoring && std::holds_alternative<LinkQueue::Batch>(entry);
-    return belongsToOld;
+    const bool belongsToNew = std::holds_alternative<LinkQueue::ConnectFailed>(entry);
+    const bool isEnd = std::holds_alternative<LinkQueue::Disconnected>(entry);
+    const bool passedOver = ignoring && !belongsToNew;
+    ignoring = passedOver && !isEnd;
+    return passedOver;
 }
 
 void TreeLink::Private::giveUp(const char* reason)
@@ -182,8 +186,22 @@ void TreeLink::Private::becomeReady()
     lastError.clear();
     client = std::make_shared<LinkVtClient>(
         &origin, [this](const ValueBase& value) { return mirror.handleOf(value); },
-        [this](const std::string& frames) { worker->write(frames); });
+        [this](const ValueBase& value, const std::string& frame) { send(value, frame); });
     Q_EMIT q->connected();
+}
+
+// Told behind the write, in the middle of which nobody expects to be called.
+void TreeLink::Private::send(const ValueBase& value, const std::string& frame)
+{
+    const QString refusal = worker->write(frame);
+    if (refusal.isEmpty()) {
+        return;
+    }
+    worker->askFor(mirror.handleOf(value));
+    const QString reason = QStringLiteral("a write to %1 is not sent: %2").arg(value.GetPathName(), refusal);
+    traceWarning(QStringLiteral("TreeLink: ") + reason, __LINE__);
+    QMetaObject::invokeMethod(
+        q, [link = q, reason] { Q_EMIT link->writeRefused(reason); }, Qt::QueuedConnection);
 }
 
 void TreeLink::Private::reset(const QString& reason)

@@ -55,6 +55,9 @@ Q_SIGNALS:
     void disconnected();
     /// An attempt to connect failed; the next one follows by itself.
     void connectFailed(const QString& reason);
+    /// A write did not reach the server's value: it may not be, is too large, or the server does not take what was
+    /// written before it. The value comes back as the server has it.
+    void writeRefused(const QString& reason);
     /// A node came into the tree, with its full path.
     void nodeCreated(const QString& path);
 
