@@ -34,6 +34,9 @@ struct TreeLinkServerOptions
 
     /// For how long a client's write may wait for the thread of the tree.
     std::chrono::milliseconds writeTimeout{4000};
+
+    /// What of one client may wait for the thread of the tree. More is refused until the thread has come to it.
+    std::size_t maxWaitingWriteBytes = 8 * 1024 * 1024;
 };
 
 /// Serves a tree to the clients of a tree link, under the object key of the link.

@@ -22,50 +22,103 @@ QString toText(const CORBA::String_member& utf8)
     return QString::fromUtf8(static_cast<const char*>(utf8));
 }
 
+// What a write that waits costs beside its bytes, about.
+constexpr std::size_t bytesOfAWait = 256;
+
+// A write on its way to the thread of the tree. It may be destroyed unread.
+struct Wait
+{
+    Wait(std::shared_ptr<LinkSessionRegister> inRegister, ZelkoTreeLink::SessionId ofSession, std::size_t size)
+        : sessions(std::move(inRegister))
+        , session(ofSession)
+        , bytes(size)
+    {}
+    ~Wait() { end(); }
+    Wait(const Wait&) = delete;
+    Wait& operator=(const Wait&) = delete;
+
+    void end()
+    {
+        if (!std::exchange(ended, true)) {
+            sessions->endWait(session, bytes);
+        }
+    }
+
+    const std::shared_ptr<LinkSessionRegister> sessions;
+    const ZelkoTreeLink::SessionId session;
+    const std::size_t bytes;
+    std::promise<LinkWriteVerdict> verdict;
+    bool ended = false;
+};
+
 } // namespace
 
-LinkSessionRegister::LinkSessionRegister(int maxSessions)
+LinkSessionRegister::LinkSessionRegister(int maxSessions, std::size_t maxWaitingBytes)
     : m_maxSessions(static_cast<std::size_t>(maxSessions))
+    , m_maxWaitingBytes(maxWaitingBytes)
 {}
 
 ZelkoTreeLink::SessionId LinkSessionRegister::enter()
 {
     const std::lock_guard lock(m_mutex);
-    if (m_lastHeard.size() >= m_maxSessions) {
+    if (m_sessions.size() >= m_maxSessions) {
         return 0;
     }
     ZelkoTreeLink::SessionId session = 0;
-    while (session == 0 || m_lastHeard.count(session) > 0) {
+    while (session == 0 || m_sessions.count(session) > 0) {
         session = QRandomGenerator::system()->generate64();
     }
-    m_lastHeard.emplace(session, Clock::now());
+    m_sessions.emplace(session, Session{Clock::now()});
     return session;
 }
 
 void LinkSessionRegister::leave(ZelkoTreeLink::SessionId session)
 {
     const std::lock_guard lock(m_mutex);
-    m_lastHeard.erase(session);
+    m_sessions.erase(session);
 }
 
 bool LinkSessionRegister::touch(ZelkoTreeLink::SessionId session)
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_lastHeard.find(session);
-    if (found == m_lastHeard.end()) {
+    const auto found = m_sessions.find(session);
+    if (found == m_sessions.end()) {
         return false;
     }
-    found->second = Clock::now();
+    found->second.lastHeard = Clock::now();
     return true;
+}
+
+bool LinkSessionRegister::beginWait(ZelkoTreeLink::SessionId session, std::size_t bytes)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_sessions.find(session);
+    if (found == m_sessions.end()) {
+        return true; // whoever ends the wait tells that the session is gone
+    }
+    std::size_t& waiting = found->second.waitingBytes;
+    if (waiting > 0 && waiting + bytes > m_maxWaitingBytes) {
+        return false;
+    }
+    waiting += bytes;
+    return true;
+}
+
+void LinkSessionRegister::endWait(ZelkoTreeLink::SessionId session, std::size_t bytes)
+{
+    const std::lock_guard lock(m_mutex);
+    if (const auto found = m_sessions.find(session); found != m_sessions.end()) {
+        found->second.waitingBytes -= bytes;
+    }
 }
 
 std::vector<ZelkoTreeLink::SessionId> LinkSessionRegister::silentFor(std::chrono::milliseconds silence) const
 {
     const std::lock_guard lock(m_mutex);
     std::vector<ZelkoTreeLink::SessionId> result;
-    for (const auto& [session, lastHeard] : m_lastHeard) {
-        if (Clock::now() - lastHeard > silence) {
-            result.push_back(session);
+    for (const auto& [id, session] : m_sessions) {
+        if (Clock::now() - session.lastHeard > silence) {
+            result.push_back(id);
         }
     }
     return result;
@@ -157,11 +210,11 @@ void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeL
     if (commands.length() == 0) {
         return;
     }
-    std::string frames(reinterpret_cast<const char*>(commands.get_buffer()), commands.length());
-    if (ZelkoCommon::link::checksum(frames) != check) {
+    std::string batch(reinterpret_cast<const char*>(commands.get_buffer()), commands.length());
+    if (ZelkoCommon::link::checksum(batch) != check) {
         refuse(ZelkoTreeLink::REFUSED_DAMAGED, "a batch was damaged on its way");
     }
-    const LinkWriteVerdict verdict = writeOnTreeThread(session, std::move(frames));
+    const LinkWriteVerdict verdict = writeOnTreeThread(session, std::move(batch));
     if (verdict.refusal) {
         refuse(*verdict.refusal, verdict.why);
     }
@@ -177,12 +230,18 @@ void TreeServerServant::detach(ZelkoTreeLink::SessionId session)
 // Work that the tree's thread never comes to is destroyed with its promise, which ends the wait. A write that the
 // thread has not come to in time stays in its turn; where it turns out not to be allowed, the client gets the value
 // back then.
-LinkWriteVerdict TreeServerServant::writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string frames)
+LinkWriteVerdict TreeServerServant::writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string batch)
 {
-    auto promise = std::make_shared<std::promise<LinkWriteVerdict>>();
-    auto verdict = promise->get_future();
-    m_gate->post([handler = m_handlers.written, session, bytes = std::move(frames), promise = std::move(promise)] {
-        promise->set_value(handler(session, bytes));
+    const std::size_t bytes = batch.size() + bytesOfAWait;
+    if (!m_sessions->beginWait(session, bytes)) {
+        return {ZelkoTreeLink::REFUSED_BUSY, "it has not come yet to what was written before"};
+    }
+    auto wait = std::make_shared<Wait>(m_sessions, session, bytes);
+    auto verdict = wait->verdict.get_future();
+    m_gate->post([handler = m_handlers.written, session, batch = std::move(batch), wait = std::move(wait)] {
+        LinkWriteVerdict result = handler(session, batch);
+        wait->end();
+        wait->verdict.set_value(std::move(result));
     });
     try {
         if (verdict.wait_for(m_options.writeTimeout) == std::future_status::ready) {

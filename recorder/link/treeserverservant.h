@@ -20,7 +20,7 @@ namespace ZelkoRecorder {
 class LinkSessionRegister
 {
 public:
-    explicit LinkSessionRegister(int maxSessions);
+    LinkSessionRegister(int maxSessions, std::size_t maxWaitingBytes);
 
     /// A number for a new session that nobody can guess; 0 when there is no room.
     ZelkoTreeLink::SessionId enter();
@@ -29,15 +29,27 @@ public:
     /// Notes a sign of life; false when there is no such session.
     bool touch(ZelkoTreeLink::SessionId session);
 
+    /// Notes that a write waits for the thread of the tree; false when too much of the session waits already. A session
+    /// of which nothing waits may have a write of any size waiting.
+    bool beginWait(ZelkoTreeLink::SessionId session, std::size_t bytes);
+    void endWait(ZelkoTreeLink::SessionId session, std::size_t bytes);
+
     /// Sessions of which nothing was heard for longer than `silence`.
     std::vector<ZelkoTreeLink::SessionId> silentFor(std::chrono::milliseconds silence) const;
 
 private:
     using Clock = std::chrono::steady_clock;
 
+    struct Session
+    {
+        Clock::time_point lastHeard;
+        std::size_t waitingBytes = 0;
+    };
+
     const std::size_t m_maxSessions;
+    const std::size_t m_maxWaitingBytes;
     mutable std::mutex m_mutex;
-    std::unordered_map<ZelkoTreeLink::SessionId, Clock::time_point> m_lastHeard;
+    std::unordered_map<ZelkoTreeLink::SessionId, Session> m_sessions;
 };
 
 /// Runs functions on the thread of the tree for as long as the server there exists.
@@ -79,7 +91,7 @@ public:
     struct Handlers
     {
         std::function<void(ZelkoTreeLink::SessionId, const QString& user, ZelkoTreeLink::Subscriber_ptr)> attached;
-        std::function<LinkWriteVerdict(ZelkoTreeLink::SessionId, const std::string& frames)> written;
+        std::function<LinkWriteVerdict(ZelkoTreeLink::SessionId, const std::string& batch)> written;
         std::function<void(ZelkoTreeLink::SessionId)> detached;
     };
 
@@ -94,7 +106,7 @@ public:
     void detach(ZelkoTreeLink::SessionId session) override;
 
 private:
-    LinkWriteVerdict writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string frames);
+    LinkWriteVerdict writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string batch);
 
     const std::shared_ptr<LinkSessionRegister> m_sessions;
     const std::shared_ptr<TreeThreadGate> m_gate;

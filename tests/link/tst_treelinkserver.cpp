@@ -97,17 +97,26 @@ struct Fixture
 
     QString write(ZelkoTreeLink::SessionId session, const std::string& bytes, std::uint64_t damage = 0)
     {
+        return elsewhere([&] { return call(session, bytes, damage); });
+    }
+
+    // The same while the thread of the tree is busy.
+    QString writeToBusyTree(ZelkoTreeLink::SessionId session, const std::string& bytes)
+    {
+        return std::async(std::launch::async, [&] { return call(session, bytes, 0); }).get();
+    }
+
+    QString call(ZelkoTreeLink::SessionId session, const std::string& bytes, std::uint64_t damage)
+    {
         ZelkoTreeLink::Batch batch;
         batch.length(static_cast<CORBA::ULong>(bytes.size()));
         std::copy(bytes.begin(), bytes.end(), batch.get_buffer());
-        return elsewhere([&]() -> QString {
-            try {
-                remote->write(session, batch, ZelkoCommon::link::checksum(bytes) + damage);
-            } catch (const ZelkoTreeLink::Refused& refused) {
-                return describe(refused);
-            }
-            return {};
-        });
+        try {
+            remote->write(session, batch, ZelkoCommon::link::checksum(bytes) + damage);
+        } catch (const ZelkoTreeLink::Refused& refused) {
+            return describe(refused);
+        }
+        return {};
     }
 
     // What a client that applies all it was sent has.
@@ -175,6 +184,8 @@ private Q_SLOTS:
     void doesNothingOfADamagedBatch_data();
     void doesNothingOfADamagedBatch();
     void passesOverWritesToWhatIsGone();
+    void refusesWhatIsTooMuchToWaitForTheThreadOfTheTree();
+    void letsAWriteOfAnySizeWaitAlone();
     void refusesSessionsThatItDoesNotKnow();
     void ignoresTheEndOfASessionThatItDoesNotKnow();
 };
@@ -415,6 +426,41 @@ void TestTreeLinkServer::passesOverWritesToWhatIsGone()
     QCOMPARE(f.write(session, FrameStream().commands(3, setInt(5)).commands(99, "?").commands(2, setInt(6)).bytes()),
              QString());
     QCOMPARE(f.number->GetValue(), 6);
+}
+
+void TestTreeLinkServer::refusesWhatIsTooMuchToWaitForTheThreadOfTheTree()
+{
+    TreeLinkServerOptions options;
+    options.writeTimeout = 1ms;
+    options.maxWaitingWriteBytes = 1000; // three small writes
+    Fixture f(options);
+    const auto session = f.attach();
+    const auto other = f.attach();
+    for (int i = 1; i <= 3; ++i) {
+        QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(i)).bytes()), QString());
+    }
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(4)).bytes()),
+             "6: it has not come yet to what was written before");
+    QCOMPARE(f.writeToBusyTree(session, {}), QString()); // a sign of life waits for nobody
+    QCOMPARE(f.number->GetValue(), 0);
+    QTRY_COMPARE(f.number->GetValue(), 3);
+    QCOMPARE(f.writeToBusyTree(other, FrameStream().commands(2, setInt(5)).bytes()), QString());
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(6)).bytes()), QString());
+    QTRY_COMPARE(f.number->GetValue(), 6);
+}
+
+void TestTreeLinkServer::letsAWriteOfAnySizeWaitAlone()
+{
+    TreeLinkServerOptions options;
+    options.writeTimeout = 1ms;
+    options.maxWaitingWriteBytes = 10;
+    Fixture f(options);
+    const auto session = f.attach();
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(1)).bytes()), QString());
+    QVERIFY(f.writeToBusyTree(session, FrameStream().commands(2, setInt(2)).bytes()).startsWith("6: "));
+    QTRY_COMPARE(f.number->GetValue(), 1);
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(2)).bytes()), QString());
+    QTRY_COMPARE(f.number->GetValue(), 2);
 }
 
 void TestTreeLinkServer::refusesSessionsThatItDoesNotKnow()

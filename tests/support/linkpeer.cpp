@@ -20,6 +20,7 @@
 #include <iostream>
 #include <random>
 
+#include <poll.h>
 #include <unistd.h>
 
 using namespace ZelkoRecorder;
@@ -57,6 +58,7 @@ public:
 private:
     void readInput();
     QString answer(const QStringList& words);
+    void holdStill();
     void churn();
     void randomSteps(int count);
     void setRecord(const QString& id, quint64 size)
@@ -98,7 +100,17 @@ void Peer::readInput()
         const QString line = QString::fromUtf8(m_line.left(end));
         m_line.remove(0, end + 1);
         std::cout << answer(line.split(QLatin1Char(' '))).toStdString() << std::endl;
+        if (line == QLatin1String("hold")) {
+            holdStill();
+        }
     }
+}
+
+// The thread of the tree does nothing until it is spoken to again.
+void Peer::holdStill()
+{
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    poll(&input, 1, -1);
 }
 
 QString Peer::answer(const QStringList& words)
@@ -134,6 +146,8 @@ QString Peer::answer(const QStringList& words)
         return treeList(m_tree).join('|');
     } else if (verb == "text") {
         return m_text->GetValue();
+    } else if (verb == "hold") {
+        return QStringLiteral("ok");
     } else if (verb == "ids") {
         return QString::number(m_command->GetValue().count(QLatin1Char('@')) + 1);
     } else if (verb == "writes") {
@@ -182,6 +196,12 @@ TreeLinkServerOptions serverOptions(const QCommandLineParser& parser)
     if (parser.isSet("max-silence")) {
         options.maxSilence = std::chrono::milliseconds(parser.value("max-silence").toInt());
     }
+    if (parser.isSet("write-timeout")) {
+        options.writeTimeout = std::chrono::milliseconds(parser.value("write-timeout").toInt());
+    }
+    if (parser.isSet("waiting-writes")) {
+        options.maxWaitingWriteBytes = parser.value("waiting-writes").toULongLong();
+    }
     if (parser.isSet("backlog")) {
         options.maxBacklogBytes = parser.value("backlog").toULongLong();
     }
@@ -197,6 +217,8 @@ int main(int argc, char* argv[])
     parser.addOptions({{"port", "Port to listen on", "N", "0"},
                        {"max-sessions", "Sessions at once", "N"},
                        {"max-silence", "Milliseconds until a silent client is dropped", "N"},
+                       {"write-timeout", "Milliseconds until a write is left to itself", "N"},
+                       {"waiting-writes", "Bytes of a client that may wait for the thread of the tree", "N"},
                        {"backlog", "Bytes that may wait for a client", "N"}});
     parser.process(application);
     try {

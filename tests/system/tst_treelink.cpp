@@ -1,5 +1,6 @@
 #include "linkclient.h"
 #include "peerprocess.h"
+#include "tracetexts.h"
 #include "watch.h"
 
 #include <zelkobase/connection/ivtclient.h>
@@ -44,6 +45,8 @@ private Q_SLOTS:
     void losesAWriteThatMayNotBeToTheServersValue();
     void sendsAListOf50000RecordsInOneCommand();
     void refusesAWriteThatIsTooLargeAndTakesTheServersValue();
+    void losesNoWriteToAServerThatIsBusy();
+    void refusesWhatIsTooMuchForAServerThatIsBusy();
     void writesOfAnOldConnectionGoNowhere();
     void theServerForgetsAClientThatLeaves();
     void theServerTakesNoMoreClientsThanItMay();
@@ -273,6 +276,44 @@ void TestTreeLink::refusesAWriteThatIsTooLargeAndTakesTheServersValue()
     text->SetValue("small again", nullptr);
     QTRY_COMPARE(client.digest(), server.ask("digest"));
     QCOMPARE(server.ask("writes"), "2");
+    QCOMPARE(client.log, QStringList{"connected"});
+}
+
+void TestTreeLink::losesNoWriteToAServerThatIsBusy()
+{
+    PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    auto* const text = client.find<Value<QString>>(device + "/Text");
+    client.writer()->AddValue(text, 0);
+    const TraceTexts traces;
+    QCOMPARE(server.ask("hold"), "ok");
+    for (int i = 0; i < 100; ++i) {
+        text->SetValue(QString(20000, QChar(u'a' + i % 2)), nullptr);
+    }
+    QTRY_VERIFY(traces.contain("north is busy"));
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), "100", patience);
+    QCOMPARE(client.digest(), server.ask("digest"));
+    QCOMPARE(client.log, QStringList{"connected"});
+    QCOMPARE(client.refusals, QStringList());
+}
+
+void TestTreeLink::refusesWhatIsTooMuchForAServerThatIsBusy()
+{
+    PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
+    LinkClient client(m_orb, server.port());
+    QTRY_VERIFY(client.isConnected());
+    auto* const text = client.find<Value<QString>>(device + "/Text");
+    client.writer()->AddValue(text, 0);
+    QCOMPARE(server.ask("hold"), "ok");
+    for (int i = 0; i < 100; ++i) {
+        text->SetValue(QString(200000, QChar(u'a' + i % 2)), nullptr);
+    }
+    QTRY_VERIFY(!client.refusals.isEmpty());
+    const int refused = int(client.refusals.size());
+    QVERIFY(refused < 100);
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), QString::number(100 - refused), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QCOMPARE(client.log, QStringList{"connected"});
 }
 

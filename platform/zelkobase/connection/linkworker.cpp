@@ -23,6 +23,13 @@ constexpr std::size_t maxOutgoingBytes = 2 * (link::frameHeaderSize + link::maxW
 // A server that does not answer finds out by itself that the client has left.
 constexpr std::chrono::milliseconds goodbyeTimeout{1000};
 
+void traceWarning(const QString& text, int line)
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        _Q_Trace(text, __FILE__, line);
+    }
+}
+
 ZelkoTreeLink::Batch toBatch(const std::string& bytes)
 {
     ZelkoTreeLink::Batch batch;
@@ -157,8 +164,9 @@ void LinkWorker::serve(const Connection& connection)
 {
     std::string reason;
     try {
-        while (const auto frames = nextWrite()) {
-            send(connection, *frames);
+        auto batch = nextWrite();
+        while (batch && deliver(connection, *batch)) {
+            batch = nextWrite();
         }
         const std::lock_guard lock(m_mutex);
         reason = std::exchange(m_dropReason, {});
@@ -173,22 +181,40 @@ void LinkWorker::serve(const Connection& connection)
     m_queue->close(connection.number, reason);
 }
 
-// A write that is not allowed is no reason to part: the server keeps its values and sends them again.
-void LinkWorker::send(const Connection& connection, const std::string& frames)
+// A server that is busy is given the same again until it takes it. False when the connection is to end before.
+bool LinkWorker::deliver(const Connection& connection, const std::string& batch)
+{
+    if (send(connection, batch)) {
+        return true;
+    }
+    traceWarning(QStringLiteral("LinkWorker: %1 is busy, a write waits").arg(m_subSystem.name), __LINE__);
+    while (waitToRepeat()) {
+        if (send(connection, batch)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// False when the server is busy. A write that is not allowed is no reason to part: the server keeps its values and
+// sends them again.
+bool LinkWorker::send(const Connection& connection, const std::string& batch)
 {
     try {
-        connection.server->write(connection.session, toBatch(frames), link::checksum(frames));
+        connection.server->write(connection.session, toBatch(batch), link::checksum(batch));
     } catch (const ZelkoTreeLink::Refused& refused) {
+        if (refused.reason == ZelkoTreeLink::REFUSED_BUSY) {
+            return false;
+        }
         if (refused.reason != ZelkoTreeLink::REFUSED_BATCH) {
             throw;
         }
         m_queue->reportRefusal(connection.number, static_cast<const char*>(refused.text));
-        if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
-            _Q_Trace(QStringLiteral("LinkWorker: %1 refused a write: %2")
+        traceWarning(QStringLiteral("LinkWorker: %1 refused a write: %2")
                          .arg(m_subSystem.name, QString::fromUtf8(static_cast<const char*>(refused.text))),
-                     __FILE__, __LINE__);
-        }
+                     __LINE__);
     }
+    return true;
 }
 
 // A server that is gone needs not be told; one that is there frees what it keeps for this client.
@@ -214,7 +240,6 @@ void LinkWorker::deactivate(const Connection& connection)
 std::optional<std::string> LinkWorker::nextWrite()
 {
     std::unique_lock lock(m_mutex);
-    const auto mustEnd = [this] { return m_stopping || !m_dropReason.empty(); };
     m_somethingToDo.wait_for(lock, m_options.heartbeat, [&] { return mustEnd() || hasOutgoing(); });
     if (!m_dropReason.empty() || (m_stopping && !hasOutgoing())) {
         return std::nullopt;
@@ -229,6 +254,19 @@ std::optional<std::string> LinkWorker::nextWrite()
     return questions;
 }
 
+bool LinkWorker::waitToRepeat()
+{
+    std::unique_lock lock(m_mutex);
+    return !m_somethingToDo.wait_for(lock, m_options.heartbeat, [this] { return mustEnd(); });
+}
+
+// With the mutex held.
+bool LinkWorker::mustEnd() const
+{
+    return m_stopping || !m_dropReason.empty();
+}
+
+// With the mutex held.
 bool LinkWorker::hasOutgoing() const
 {
     return !m_outgoing.isEmpty() || !m_questions.empty();

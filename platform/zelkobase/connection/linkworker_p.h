@@ -46,7 +46,10 @@ private:
     void run();
     std::optional<Connection> attach();
     void serve(const Connection& connection);
-    void send(const Connection& connection, const std::string& frames);
+    bool deliver(const Connection& connection, const std::string& batch);
+    bool send(const Connection& connection, const std::string& batch);
+    bool waitToRepeat();
+    bool mustEnd() const;
     void detach(const Connection& connection);
     void deactivate(const Connection& connection);
     std::optional<std::string> nextWrite();
