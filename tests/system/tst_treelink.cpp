@@ -5,14 +5,23 @@
 
 #include <zelkobase/connection/ivtclient.h>
 #include <zelkobase/connection/linkframe.h>
+#include <zelkobase/connection/treelink.h>
 #include <zelkobase/maps/itemmaptypes.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkoidl/treelink.hh>
 
+#include <omniORB4/omniORB.h>
+
 #include <valuecore/valuetypes.h>
 
+#include <QDeadlineTimer>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTimer>
 #include <QtTest>
+
+#include <sys/socket.h>
+#include <thread>
 
 using namespace ZelkoCommon;
 using namespace std::chrono_literals;
@@ -23,6 +32,23 @@ namespace {
 const QString device = QStringLiteral("/ZELKO/Device/R1");
 const QString map = device + QStringLiteral("/Records/Map");
 constexpr int patience = 30000;
+
+// Whether a server with no room for a further client has some before `patience` is over.
+bool hasRoomSoon(const Orb& orb, quint16 port)
+{
+    const CORBA::Object_var object = orb.remoteObject("127.0.0.1", port, ZelkoTreeLink::OBJECT_KEY);
+    const auto server = ZelkoTreeLink::TreeServer_var(ZelkoTreeLink::TreeServer::_unchecked_narrow(object));
+    const CORBA::Object_var nobody = orb.rootPoa()->create_reference("IDL:ZelkoTreeLink/Subscriber:1.0");
+    const auto client = ZelkoTreeLink::Subscriber_var(ZelkoTreeLink::Subscriber::_unchecked_narrow(nobody));
+    for (QDeadlineTimer deadline(patience); !deadline.hasExpired(); std::this_thread::yield()) {
+        try {
+            server->attach(ZelkoTreeLink::PROTOCOL_VERSION, {"", ""}, client);
+            return true;
+        } catch (const CORBA::Exception&) { // not yet
+        }
+    }
+    return false;
+}
 
 } // namespace
 
@@ -58,6 +84,9 @@ private Q_SLOTS:
     void aBlockedGuiEndsEqualAndTheServerStaysBounded();
     void changesWaitWhileAnObserverRunsAnEventLoop();
     void anEndInTheMiddleOfTheFirstLoadIsClean();
+    void aLinkThatIsStoppedLeavesAndTellsNothingMore();
+    void doesNotWaitForOneServerBeforeItLeavesTheNext_data();
+    void doesNotWaitForOneServerBeforeItLeavesTheNext();
     void saysWhereItsValuesStand();
 
 private:
@@ -503,6 +532,57 @@ void TestTreeLink::anEndInTheMiddleOfTheFirstLoadIsClean()
         }
     }
     QTRY_COMPARE(server.ask("sessions"), "0");
+}
+
+void TestTreeLink::aLinkThatIsStoppedLeavesAndTellsNothingMore()
+{
+    PeerProcess server;
+    Tree tree;
+    TreeLink link(m_orb, &tree, {"north", "127.0.0.1", server.port()}, LinkClient::quickOptions());
+    QTRY_VERIFY(link.isConnected());
+    QSignalSpy disconnected(&link, &TreeLink::disconnected);
+    const QStringList items = treeList(tree);
+    link.stop();
+    server.ask("number 5");
+    QTRY_COMPARE(server.ask("sessions"), "0");
+    QCOMPARE(treeList(tree), items);
+    QCOMPARE(disconnected.size(), 0);
+}
+
+void TestTreeLink::doesNotWaitForOneServerBeforeItLeavesTheNext_data()
+{
+    QTest::addColumn<bool>("firstIsSilent");
+    QTest::newRow("the first one is silent") << true;
+    QTest::newRow("the second one is silent") << false;
+}
+
+// The call to the silent server goes on until somebody sees that the other server was left.
+void TestTreeLink::doesNotWaitForOneServerBeforeItLeavesTheNext()
+{
+    QFETCH(bool, firstIsSilent);
+    QTcpServer silent;
+    QVERIFY(silent.listen(QHostAddress::LocalHost));
+    PeerProcess other({"--max-sessions", "1"});
+    auto site = LinkClient::site(firstIsSilent ? silent.serverPort() : other.port());
+    site->AddSubSystem({"south", "127.0.0.1", firstIsSilent ? other.port() : silent.serverPort()});
+    LinkOptions options = LinkClient::quickOptions();
+    options.callTimeout = 120s;
+    omniORB::setClientConnectTimeout(120000);
+    const auto restore = qScopeGuard([] { omniORB::setClientConnectTimeout(3000); });
+    Tree tree;
+    auto data = std::make_unique<ServerConnectionData>(m_orb, &tree, site, options);
+    QTRY_VERIFY(data->isConnected(firstIsSilent ? "south" : "north"));
+    QTRY_VERIFY(silent.hasPendingConnections());
+    const QTcpSocket* const call = silent.nextPendingConnection();
+    QTRY_VERIFY(call->bytesAvailable() > 0);
+    bool leftMeanwhile = false;
+    std::thread watcher([&, descriptor = int(call->socketDescriptor())] {
+        leftMeanwhile = hasRoomSoon(m_orb, other.port());
+        ::shutdown(descriptor, SHUT_RDWR);
+    });
+    data.reset();
+    watcher.join();
+    QVERIFY(leftMeanwhile);
 }
 
 void TestTreeLink::saysWhereItsValuesStand()

@@ -61,12 +61,15 @@ LinkWorker::LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem,
 
 LinkWorker::~LinkWorker()
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_stopping = true;
-        m_somethingToDo.notify_all();
-    }
+    stop();
     m_thread.join();
+}
+
+void LinkWorker::stop()
+{
+    const std::lock_guard lock(m_mutex);
+    m_stopping = true;
+    m_somethingToDo.notify_all();
 }
 
 QString LinkWorker::write(const std::string& frame)
@@ -105,7 +108,7 @@ void LinkWorker::drop(const std::string& reason)
 void LinkWorker::run()
 {
     auto retry = m_options.firstRetry;
-    for (;;) {
+    while (!isStopping()) {
         const auto begin = std::chrono::steady_clock::now();
         if (const auto connection = attach()) {
             serve(*connection);
@@ -117,11 +120,13 @@ void LinkWorker::run()
         }
         waitForRetry(retry);
         retry = std::min(retry * 2, m_options.lastRetry);
-        const std::lock_guard lock(m_mutex);
-        if (m_stopping) {
-            return;
-        }
     }
+}
+
+bool LinkWorker::isStopping()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_stopping;
 }
 
 std::optional<LinkWorker::Connection> LinkWorker::attach()

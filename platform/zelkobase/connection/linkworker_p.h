@@ -27,8 +27,11 @@ public:
     LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
                std::shared_ptr<LinkQueue> queue);
 
-    /// Detaches and ends the thread; waits for a call that is under way.
+    /// Does what `stop` does, and waits for the thread: for a call that is under way, and for the one that detaches.
     ~LinkWorker();
+
+    /// Has the thread send what waits, detach and end. Does not wait for it.
+    void stop();
 
     /// Sends a frame to the server, in order, as soon as it can. Dropped when there is no connection. Not taken when it
     /// is too large or too much waits: then the text says so, which is empty otherwise.
@@ -50,6 +53,7 @@ private:
     bool send(const Connection& connection, const std::string& batch);
     bool waitToRepeat();
     bool mustEnd() const;
+    bool isStopping();
     void detach(const Connection& connection);
     void deactivate(const Connection& connection);
     std::optional<std::string> nextWrite();

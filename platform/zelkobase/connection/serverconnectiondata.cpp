@@ -62,7 +62,12 @@ ServerConnectionData::ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr
     }
 }
 
-ServerConnectionData::~ServerConnectionData() = default;
+ServerConnectionData::~ServerConnectionData()
+{
+    for (const auto& [name, link] : d->links) {
+        link->stop();
+    }
+}
 
 std::shared_ptr<ZelkoConfiguration> ServerConnectionData::GetConfiguration() const
 {

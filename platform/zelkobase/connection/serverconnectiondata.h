@@ -19,6 +19,8 @@ public:
     /// Begins to connect to all sub systems that are configured now. `orb` and `tree` outlive this object.
     ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr<ZelkoConfiguration> configuration,
                          const LinkOptions& options = {}, QObject* parent = nullptr);
+
+    /// Ends all links at once: waits as long as the slowest of them takes; see TreeLink.
     ~ServerConnectionData() override;
 
     std::shared_ptr<ZelkoConfiguration> GetConfiguration() const override;

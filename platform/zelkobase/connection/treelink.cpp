@@ -41,6 +41,7 @@ struct TreeLink::Private
             const LinkOptions& options);
     ~Private();
 
+    void stop();
     void drain();
     void applySlice();
     bool fetch();
@@ -65,6 +66,7 @@ struct TreeLink::Private
     bool connected = false;
     bool ignoring = false; // what still comes of a connection that was given up here, its end included
     bool draining = false;
+    bool stopped = false;
     bool missed = false;                                        // a wake-up in the middle of a slice
     TreeMirror::Progress progress = TreeMirror::Progress::Idle; // of the last slice
     QTimer nextSlice;
@@ -91,7 +93,7 @@ TreeLink::Private::Private(TreeLink* owner, Orb& orb, Tree* tree, const ZelkoCon
 
 TreeLink::Private::~Private()
 {
-    queue->shutDown();
+    stop();
     worker.reset();
     if (client) {
         client->close();
@@ -99,11 +101,18 @@ TreeLink::Private::~Private()
     mirror.clear();
 }
 
+void TreeLink::Private::stop()
+{
+    stopped = true;
+    queue->shutDown();
+    worker->stop();
+}
+
 // An observer may open a window with an event loop of its own. What comes meanwhile waits: a change must not overtake
 // the one that is being told.
 void TreeLink::Private::drain()
 {
-    if (draining) {
+    if (draining || stopped) {
         nextSlice.stop();
         missed = true;
         return;
@@ -234,6 +243,11 @@ TreeLink::TreeLink(Orb& orb, Tree* tree, const ZelkoConfiguration::SubSystem& su
 {}
 
 TreeLink::~TreeLink() = default;
+
+void TreeLink::stop()
+{
+    d->stop();
+}
 
 const QString& TreeLink::subSystem() const
 {

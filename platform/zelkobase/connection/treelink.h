@@ -37,6 +37,10 @@ public:
     /// way, at most its timeout.
     ~TreeLink() override;
 
+    /// Begins what the destructor does and waits for nothing: whoever destroys several links stops them all first, so
+    /// that they wait at the same time. No signal and no change comes any more. Only the destructor may follow.
+    void stop();
+
     const QString& subSystem() const;
 
     /// True from `connected()` to `disconnected()`.
