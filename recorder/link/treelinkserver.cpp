@@ -79,7 +79,7 @@ TreeLinkServer::Private::Private(TreeLinkServer* owner, ZelkoCommon::Orb& usedOr
     , options(serverOptions)
     , mayWrite(std::move(writePolicy))
     , tree(served)
-    , sessionRegister(std::make_shared<LinkSessionRegister>(options.maxSessions, options.maxWaitingWriteBytes))
+    , sessionRegister(std::make_shared<LinkSessionRegister>(options))
     , gate(std::make_shared<TreeThreadGate>([this] { wakeUp.call(); }))
 {
     pumpTimer.setInterval(collectMilliseconds);

@@ -23,6 +23,9 @@ struct TreeLinkServerOptions
     /// More clients than this are refused.
     int maxSessions = 32;
 
+    /// And more than this from one address, so that one host does not keep all others out.
+    int maxSessionsPerPeer = 16;
+
     /// What may wait for one client. When there is more it is dropped, and the client gets the whole state afresh.
     std::size_t maxBacklogBytes = 8 * 1024 * 1024;
 

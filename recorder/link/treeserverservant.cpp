@@ -1,11 +1,14 @@
 #include <recorder/link/treeserverservant.h>
 
 #include <zelkobase/connection/linkframe.h>
+#include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/corbacall.h>
 
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <future>
+#include <iterator>
 #include <utility>
 
 namespace ZelkoRecorder {
@@ -53,23 +56,31 @@ struct Wait
 
 } // namespace
 
-LinkSessionRegister::LinkSessionRegister(int maxSessions, std::size_t maxWaitingBytes)
-    : m_maxSessions(static_cast<std::size_t>(maxSessions))
-    , m_maxWaitingBytes(maxWaitingBytes)
+LinkSessionRegister::LinkSessionRegister(const TreeLinkServerOptions& options)
+    : m_maxSessions(options.maxSessions)
+    , m_maxSessionsPerPeer(options.maxSessionsPerPeer)
+    , m_maxWaitingBytes(options.maxWaitingWriteBytes)
 {}
 
-ZelkoTreeLink::SessionId LinkSessionRegister::enter()
+ZelkoTreeLink::SessionId LinkSessionRegister::enter(const std::string& peer)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_sessions.size() >= m_maxSessions) {
+    if (!hasRoomFor(peer)) {
         return 0;
     }
     ZelkoTreeLink::SessionId session = 0;
     while (session == 0 || m_sessions.count(session) > 0) {
         session = QRandomGenerator::system()->generate64();
     }
-    m_sessions.emplace(session, Session{Clock::now()});
+    m_sessions.emplace(session, Session{peer, Clock::now()});
     return session;
+}
+
+bool LinkSessionRegister::hasRoomFor(const std::string& peer) const
+{
+    const auto ofPeer = std::count_if(m_sessions.begin(), m_sessions.end(),
+                                      [&](const auto& session) { return session.second.peer == peer; });
+    return std::ssize(m_sessions) < m_maxSessions && ofPeer < m_maxSessionsPerPeer;
 }
 
 void LinkSessionRegister::leave(ZelkoTreeLink::SessionId session)
@@ -191,7 +202,7 @@ ZelkoTreeLink::SessionId TreeServerServant::attach(CORBA::ULong version, const Z
     if (m_authenticate && !m_authenticate(user, toText(who.password))) {
         refuse(ZelkoTreeLink::REFUSED_CREDENTIALS, "user or password are wrong");
     }
-    const ZelkoTreeLink::SessionId session = m_sessions->enter();
+    const ZelkoTreeLink::SessionId session = m_sessions->enter(ZelkoCommon::callingPeer());
     if (session == 0) {
         refuse(ZelkoTreeLink::REFUSED_FULL, "it has as many clients as it takes");
     }

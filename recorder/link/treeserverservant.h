@@ -20,10 +20,10 @@ namespace ZelkoRecorder {
 class LinkSessionRegister
 {
 public:
-    LinkSessionRegister(int maxSessions, std::size_t maxWaitingBytes);
+    explicit LinkSessionRegister(const TreeLinkServerOptions& options);
 
-    /// A number for a new session that nobody can guess; 0 when there is no room.
-    ZelkoTreeLink::SessionId enter();
+    /// A number for a new session that nobody can guess, of a client at the address `peer`; 0 when there is no room.
+    ZelkoTreeLink::SessionId enter(const std::string& peer);
     void leave(ZelkoTreeLink::SessionId session);
 
     /// Notes a sign of life; false when there is no such session.
@@ -42,11 +42,15 @@ private:
 
     struct Session
     {
+        std::string peer;
         Clock::time_point lastHeard;
         std::size_t waitingBytes = 0;
     };
 
-    const std::size_t m_maxSessions;
+    bool hasRoomFor(const std::string& peer) const; // with the mutex held
+
+    const int m_maxSessions;
+    const int m_maxSessionsPerPeer;
     const std::size_t m_maxWaitingBytes;
     mutable std::mutex m_mutex;
     std::unordered_map<ZelkoTreeLink::SessionId, Session> m_sessions;

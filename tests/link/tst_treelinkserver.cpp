@@ -169,6 +169,7 @@ private Q_SLOTS:
     void refusesWhoIsNotKnown();
     void refusesWhoCannotBeCalledBack();
     void refusesMoreClientsThanItTakes();
+    void refusesMoreClientsOfOneHostThanItTakes();
     void takesAClientAgainWhenOneLeft();
     void dropsAClientOfWhichNothingIsHeard();
     void keepsAClientThatIsHeard();
@@ -238,6 +239,19 @@ void TestTreeLinkServer::refusesMoreClientsThanItTakes()
     f.attach();
     QCOMPARE(f.refusalOfAttach("operator"), "2: it has as many clients as it takes");
     QTRY_COMPARE(f.server.sessionCount(), 2);
+}
+
+void TestTreeLinkServer::refusesMoreClientsOfOneHostThanItTakes()
+{
+    TreeLinkServerOptions options;
+    options.maxSessionsPerPeer = 2;
+    Fixture f(options);
+    f.attach();
+    const auto second = f.attach();
+    QCOMPARE(f.refusalOfAttach("operator"), "2: it has as many clients as it takes");
+    f.remote->detach(second);
+    QTRY_COMPARE(f.server.sessionCount(), 1);
+    QCOMPARE(f.refusalOfAttach("operator"), QString());
 }
 
 void TestTreeLinkServer::takesAClientAgainWhenOneLeft()

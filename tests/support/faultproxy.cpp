@@ -88,6 +88,7 @@ public:
         , m_cuts(m_faults->cuts)
     {
         m_client->setParent(this);
+        m_server.bind(QHostAddress((127u << 24) + m_faults->host));
         m_server.connectToHost(QHostAddress::LocalHost, m_faults->target);
         const auto end = [this] { deleteLater(); };
         connect(m_client, &QTcpSocket::disconnected, this, end);

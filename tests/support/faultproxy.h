@@ -19,6 +19,10 @@ public:
     quint16 port() const { return m_port; }
     void setTarget(quint16 port) { m_faults->target = port; }
 
+    /// Reaches its target from an address of its own: from 127.0.0.2, where 2 is given. Set before the first
+    /// connection.
+    void setHost(quint8 number) { m_faults->host = number; }
+
     /// Holds every piece back for so long.
     void setDelay(int milliseconds) { m_faults->delay = milliseconds; }
 
@@ -43,6 +47,7 @@ public:
     struct Faults
     {
         std::atomic<quint16> target = 0;
+        std::atomic<quint8> host = 1;
         std::atomic<int> delay = 0;
         std::atomic<int> pieces = 0;
         std::atomic<int> damage = 0;

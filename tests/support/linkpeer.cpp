@@ -193,6 +193,9 @@ TreeLinkServerOptions serverOptions(const QCommandLineParser& parser)
     if (parser.isSet("max-sessions")) {
         options.maxSessions = parser.value("max-sessions").toInt();
     }
+    if (parser.isSet("max-sessions-per-peer")) {
+        options.maxSessionsPerPeer = parser.value("max-sessions-per-peer").toInt();
+    }
     if (parser.isSet("max-silence")) {
         options.maxSilence = std::chrono::milliseconds(parser.value("max-silence").toInt());
     }
@@ -216,6 +219,7 @@ int main(int argc, char* argv[])
     QCommandLineParser parser;
     parser.addOptions({{"port", "Port to listen on", "N", "0"},
                        {"max-sessions", "Sessions at once", "N"},
+                       {"max-sessions-per-peer", "Sessions at once of one host", "N"},
                        {"max-silence", "Milliseconds until a silent client is dropped", "N"},
                        {"write-timeout", "Milliseconds until a write is left to itself", "N"},
                        {"waiting-writes", "Bytes of a client that may wait for the thread of the tree", "N"},

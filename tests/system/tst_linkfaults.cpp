@@ -77,6 +77,7 @@ private Q_SLOTS:
     void strangersThatNeverEndAMessageKeepNobodyOut_data();
     void strangersThatNeverEndAMessageKeepNobodyOut();
     void closesWhatIsTooManyConnections();
+    void theClientsOfOneHostLeaveRoomForOthers();
 
 private:
     LinkOptions options() const
@@ -324,6 +325,22 @@ void TestLinkFaults::closesWhatIsTooManyConnections()
     LinkClient client(*m_orb, server.port(), options());
     QTRY_VERIFY(client.isConnected());
     QTRY_COMPARE(strangers.connected(), bound - 1); // in whose place it came
+}
+
+void TestLinkFaults::theClientsOfOneHostLeaveRoomForOthers()
+{
+    const QString full = "the recorder server refused: it has as many clients as it takes";
+    PeerProcess server({"--max-sessions-per-peer", "1"});
+    LinkClient first(*m_orb, server.port(), options());
+    QTRY_VERIFY(first.isConnected());
+    LinkClient second(*m_orb, server.port(), options());
+    QTRY_COMPARE(second.connection.lastError("north"), full);
+    FaultProxy elsewhere(server.port());
+    elsewhere.setHost(2);
+    LinkClient other(*m_orb, elsewhere.port(), options());
+    QTRY_VERIFY(other.isConnected());
+    QCOMPARE(second.connection.lastError("north"), full);
+    QCOMPARE(server.ask("sessions"), "2");
 }
 
 QTEST_GUILESS_MAIN(TestLinkFaults)

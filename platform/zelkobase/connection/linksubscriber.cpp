@@ -6,6 +6,32 @@
 
 namespace ZelkoCommon {
 
+namespace {
+
+// A server sends one batch at a time, so that there is one in need of it.
+constexpr int maxWaiting = 2;
+
+} // namespace
+
+// Batches are taken over one at a time and in order.
+class LinkSubscriber::Turn
+{
+public:
+    Turn(LinkSubscriber& subscriber, ZelkoTreeLink::SessionId session, CORBA::ULong number)
+        : m_subscriber(subscriber)
+    {
+        if (!m_subscriber.beginTurn(session, number)) {
+            throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_SESSION, "no such session, or a batch out of turn");
+        }
+    }
+    ~Turn() { m_subscriber.endTurn(); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+private:
+    LinkSubscriber& m_subscriber;
+};
+
 LinkSubscriber::LinkSubscriber(std::shared_ptr<LinkQueue> queue, std::uint64_t connection,
                                std::chrono::milliseconds patience)
     : m_queue(std::move(queue))
@@ -20,12 +46,17 @@ void LinkSubscriber::setSession(ZelkoTreeLink::SessionId session)
     m_sessionKnown.notify_all();
 }
 
+void LinkSubscriber::end()
+{
+    const std::lock_guard lock(m_mutex);
+    m_ended = true;
+    m_sessionKnown.notify_all();
+}
+
 void LinkSubscriber::deliver(ZelkoTreeLink::SessionId session, CORBA::ULong number,
                              const ZelkoTreeLink::Batch& commands, ZelkoTreeLink::Checksum check)
 {
-    if (!takeTurn(session, number)) {
-        throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_SESSION, "no such session, or a batch out of turn");
-    }
+    const Turn turn(*this, session, number);
     std::string bytes(reinterpret_cast<const char*>(commands.get_buffer()), commands.length());
     if (link::checksum(bytes) != check) {
         throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_DAMAGED, "a batch was damaged on its way");
@@ -35,15 +66,31 @@ void LinkSubscriber::deliver(ZelkoTreeLink::SessionId session, CORBA::ULong numb
     }
 }
 
-bool LinkSubscriber::takeTurn(ZelkoTreeLink::SessionId session, CORBA::ULong number)
+bool LinkSubscriber::beginTurn(ZelkoTreeLink::SessionId session, CORBA::ULong number)
 {
     std::unique_lock lock(m_mutex);
-    m_sessionKnown.wait_for(lock, m_patience, [this] { return m_session != 0; });
-    if (m_session == 0 || session != m_session || number != m_nextNumber) {
+    waitForSession(lock);
+    if (m_session == 0 || m_ended || m_busy || session != m_session || number != m_nextNumber) {
         return false;
     }
     ++m_nextNumber;
+    m_busy = true;
     return true;
+}
+
+void LinkSubscriber::waitForSession(std::unique_lock<std::mutex>& lock)
+{
+    if (m_waiting < maxWaiting) {
+        ++m_waiting;
+        m_sessionKnown.wait_for(lock, m_patience, [this] { return m_session != 0 || m_ended; });
+        --m_waiting;
+    }
+}
+
+void LinkSubscriber::endTurn()
+{
+    const std::lock_guard lock(m_mutex);
+    m_busy = false;
 }
 
 } // namespace ZelkoCommon

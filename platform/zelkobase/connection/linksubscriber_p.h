@@ -19,14 +19,21 @@ public:
     LinkSubscriber(std::shared_ptr<LinkQueue> queue, std::uint64_t connection, std::chrono::milliseconds patience);
 
     /// The session that `attach` gave. Batches that come before wait for it: whoever does not know it is not our
-    /// server.
+    /// server. Of those that wait there are few, since each holds a thread of the ORB.
     void setSession(ZelkoTreeLink::SessionId session);
+
+    /// There will be no session, or none any more: who waits for it waits no longer.
+    void end();
 
     void deliver(ZelkoTreeLink::SessionId session, CORBA::ULong number, const ZelkoTreeLink::Batch& commands,
                  ZelkoTreeLink::Checksum check) override;
 
 private:
-    bool takeTurn(ZelkoTreeLink::SessionId session, CORBA::ULong number);
+    class Turn;
+
+    bool beginTurn(ZelkoTreeLink::SessionId session, CORBA::ULong number);
+    void waitForSession(std::unique_lock<std::mutex>& lock);
+    void endTurn();
 
     const std::shared_ptr<LinkQueue> m_queue;
     const std::uint64_t m_connection;
@@ -36,6 +43,9 @@ private:
     std::condition_variable m_sessionKnown;
     ZelkoTreeLink::SessionId m_session = 0; // 0: not known yet
     CORBA::ULong m_nextNumber = 0;
+    int m_waiting = 0;   // calls that wait for the session
+    bool m_busy = false; // a batch is being taken over
+    bool m_ended = false;
 };
 
 } // namespace ZelkoCommon

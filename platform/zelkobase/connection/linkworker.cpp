@@ -235,6 +235,7 @@ void LinkWorker::detach(const Connection& connection)
 
 void LinkWorker::deactivate(const Connection& connection)
 {
+    connection.subscriber->end();
     try {
         m_orb.rootPoa()->deactivate_object(connection.subscriberId);
     } catch (const CORBA::Exception&) { // it never was active
