@@ -13,6 +13,7 @@ using TraceSink = std::function<void(const QString& text, const char* file, int 
 /// logging category "zelko.trace". Ask the mask of ErrorHandler before building the text. Any thread.
 OBSERVERBASE_EXPORT void _Q_Trace(const QString& text, const char* file, int line);
 
-/// Sets who receives traces, and returns who did so far; an empty function restores the logging category. The sink may
-/// be called on any thread that traces, one call at a time.
+/// Sets who receives traces, and returns who did so far; an empty function restores the logging category. The sink is
+/// called on the threads that trace, on several at once too, and no lock is held meanwhile: it may wait for a thread
+/// that traces, trace, and set another sink. From the return on no other thread is in the former sink.
 OBSERVERBASE_EXPORT TraceSink SetTraceSink(TraceSink sink);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <future>
 #include <thread>
 
 namespace {
@@ -33,7 +34,9 @@ private Q_SLOTS:
     void writesToItsLoggingCategoryWithoutASink();
     void isSilentWhenItsCategoryIsOff();
     void letsASinkTraceAndReplaceItself();
-    void calledFromManyThreadsReachesTheSinkOneAtATime();
+    void reachesTheSinkFromManyThreads();
+    void holdsNoLockWhileItCallsTheSink();
+    void leavesNoThreadInASinkThatWasReplaced();
 };
 
 void tst_Trace::cleanup()
@@ -100,9 +103,9 @@ void tst_Trace::letsASinkTraceAndReplaceItself()
     QCOMPARE(traces, QStringList({"inner from within", "outer from outside"}));
 }
 
-void tst_Trace::calledFromManyThreadsReachesTheSinkOneAtATime()
+void tst_Trace::reachesTheSinkFromManyThreads()
 {
-    int count = 0; // no atomic: the sink is never called twice at the same time
+    std::atomic<int> count = 0;
     SetTraceSink([&](const QString&, const char*, int) { ++count; });
     std::array<std::thread, 4> threads;
     for (std::thread& thread : threads) {
@@ -115,7 +118,43 @@ void tst_Trace::calledFromManyThreadsReachesTheSinkOneAtATime()
     for (std::thread& thread : threads) {
         thread.join();
     }
-    QCOMPARE(count, 4000);
+    QCOMPARE(count.load(), 4000);
+}
+
+// A sink that waited for another thread that traced waited for ever.
+void tst_Trace::holdsNoLockWhileItCallsTheSink()
+{
+    std::atomic<int> count = 0;
+    SetTraceSink([&](const QString&, const char*, int) {
+        if (++count == 1) {
+            std::thread([] { _Q_Trace("from another thread", __FILE__, __LINE__); }).join();
+        }
+    });
+    _Q_Trace("from this thread", __FILE__, __LINE__);
+    QCOMPARE(count.load(), 2);
+}
+
+void tst_Trace::leavesNoThreadInASinkThatWasReplaced()
+{
+    for (int i = 0; i < 100; ++i) {
+        std::promise<void> begun;
+        std::atomic<bool> replacing = false;
+        std::atomic<bool> ended = false;
+        SetTraceSink([&](const QString&, const char*, int) {
+            begun.set_value();
+            while (!replacing) {
+                std::this_thread::yield();
+            }
+            std::this_thread::yield(); // to be overtaken, if that can be
+            ended = true;
+        });
+        std::thread tracing([] { _Q_Trace("slow", __FILE__, __LINE__); });
+        begun.get_future().wait();
+        replacing = true;
+        SetTraceSink({});
+        QVERIFY(ended);
+        tracing.join();
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_Trace)
