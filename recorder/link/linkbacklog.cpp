@@ -11,7 +11,8 @@ LinkBacklog::LinkBacklog(std::size_t maxBytes, std::size_t batchBytes)
 
 bool LinkBacklog::append(SharedFrame frame)
 {
-    if (!isEmpty() && bytes() + frame->size() > m_maxBytes) {
+    const std::size_t waiting = m_frames.changeBytes();
+    if (waiting > 0 && waiting + frame->size() > m_maxBytes) {
         m_frames.drop();
         return false;
     }
@@ -21,7 +22,7 @@ bool LinkBacklog::append(SharedFrame frame)
 
 void LinkBacklog::appendState(SharedFrame frame)
 {
-    m_frames.append(std::move(frame));
+    m_frames.append(std::move(frame), ZelkoCommon::FrameQueue::Kind::State);
 }
 
 } // namespace ZelkoRecorder

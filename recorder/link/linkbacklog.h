@@ -7,8 +7,8 @@
 
 namespace ZelkoRecorder {
 
-/// What waits to be sent to one client: frames, shared with the backlogs of the other clients. Bounded: when it is
-/// full, what was not begun to be sent is dropped, and the client needs a fresh state.
+/// What waits to be sent to one client: frames, shared with the backlogs of the other clients. The changes among them
+/// are bounded: when there are too many, what was not begun to be sent is dropped, and the client needs a fresh state.
 class LinkBacklog
 {
 public:
@@ -16,11 +16,11 @@ public:
 
     LinkBacklog(std::size_t maxBytes, std::size_t batchBytes);
 
-    /// Appends a frame; false when there was no room and the backlog was dropped.
+    /// Appends a change; false when there was no room and the backlog was dropped.
     bool append(SharedFrame frame);
 
-    /// Appends a frame of a state that is being made as the client takes it. Never dropped: who makes it waits for room
-    /// by himself.
+    /// Appends a frame of a state that is being made as the client takes it. It does not count against the bound: who
+    /// makes it waits for room by himself, and one large frame would keep every change out, and so never get sent.
     void appendState(SharedFrame frame);
 
     /// Bytes that wait.

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void cutsAFrameThatIsLargerThanABatch();
     void dropsWhatWasNotBegun();
     void clearsWhatWasBegunToo();
+    void tellsChangesFromState();
 };
 
 void TestFrameQueue::batchesWholeFramesAsFarAsTheyFit()
@@ -78,6 +79,24 @@ void TestFrameQueue::clearsWhatWasBegunToo()
     QVERIFY(queue.isEmpty());
     queue.append(frame("new"));
     QCOMPARE(takeAll(queue), QStringList{"new"});
+}
+
+void TestFrameQueue::tellsChangesFromState()
+{
+    FrameQueue queue(4);
+    queue.append(frame("change"));
+    queue.append(frame("state"), FrameQueue::Kind::State);
+    queue.append(frame("more"));
+    QCOMPARE(queue.changeBytes(), std::size_t{10});
+    QCOMPARE(queue.takeBatch(), std::string("chan"));
+    QCOMPARE(queue.changeBytes(), std::size_t{6});
+    QCOMPARE(queue.takeBatch(), std::string("ge"));
+    QCOMPARE(queue.takeBatch(), std::string("stat"));
+    QCOMPARE(queue.bytes(), std::size_t{5});
+    QCOMPARE(queue.changeBytes(), std::size_t{4});
+    queue.drop();
+    QCOMPARE(queue.bytes(), std::size_t{1});
+    QCOMPARE(queue.changeBytes(), std::size_t{0});
 }
 
 QTEST_APPLESS_MAIN(TestFrameQueue)

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void takesAFrameOfAnySizeWhenItIsEmpty();
     void keepsTheRestOfAFrameThatWasBegun();
     void keepsAStateThatIsLargerThanTheBound();
+    void takesChangesBehindAStateThatIsLargerThanTheBound();
     void sharesFrames();
 };
 
@@ -65,6 +66,18 @@ void TestLinkBacklog::keepsAStateThatIsLargerThanTheBound()
     backlog.appendState(frame("a state of more bytes than the bound"));
     QCOMPARE(backlog.bytes(), std::size_t{42});
     QCOMPARE(backlog.takeBatch(), std::string("changea state of more bytes than the bound"));
+}
+
+void TestLinkBacklog::takesChangesBehindAStateThatIsLargerThanTheBound()
+{
+    LinkBacklog backlog(10, 8);
+    backlog.appendState(frame("0123456789abcdef"));
+    QVERIFY(backlog.append(frame("change")));
+    QCOMPARE(backlog.takeBatch(), std::string("01234567"));
+    QVERIFY(backlog.append(frame("more")));
+    QCOMPARE(backlog.takeBatch(), std::string("89abcdef"));
+    QVERIFY(!backlog.append(frame("x")));
+    QVERIFY(backlog.isEmpty());
 }
 
 void TestLinkBacklog::sharesFrames()

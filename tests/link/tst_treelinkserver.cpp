@@ -165,6 +165,7 @@ class TestTreeLinkServer : public QObject
 
 private Q_SLOTS:
     void givesTheStateAndThenEachChange();
+    void aStateWithAFrameLargerThanTheBacklogComesToAnEnd();
     void refusesAnotherVersion();
     void refusesWhoIsNotKnown();
     void refusesWhoCannotBeCalledBack();
@@ -204,6 +205,25 @@ void TestTreeLinkServer::givesTheStateAndThenEachChange()
     QCOMPARE(f.server.sessionCount(), 1);
     QCOMPARE(f.server.backlogBytes(), std::size_t{0});
     QCOMPARE(f.server.restartCount(), 0);
+}
+
+// While the frame waited, each change went beyond the bound, and the state began again.
+void TestTreeLinkServer::aStateWithAFrameLargerThanTheBacklogComesToAnEnd()
+{
+    TreeLinkServerOptions options;
+    options.maxBacklogBytes = 100000;
+    Fixture f(options);
+    auto* const large = f.tree.Emplace("/A", std::make_unique<Value<QString>>("Large"));
+    large->SetValue(QString(2000000, 'x'), nullptr);
+    f.attach();
+    QTimer changes;
+    connect(&changes, &QTimer::timeout, this, [&] { f.number->SetValue(f.number->GetValue() + 1, nullptr); });
+    changes.start(0);
+    QTRY_VERIFY(frameTexts(f.stream += f.client->take()).contains("end"));
+    changes.stop();
+    QVERIFY(f.number->GetValue() > 1); // some came in the middle
+    QCOMPARE(f.server.restartCount(), 0);
+    QTRY_COMPARE(f.received(), treeList(f.tree));
 }
 
 void TestTreeLinkServer::refusesAnotherVersion()

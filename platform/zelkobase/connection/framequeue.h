@@ -18,10 +18,18 @@ public:
     /// No batch is larger than `batchBytes`.
     explicit FrameQueue(std::size_t batchBytes);
 
-    void append(SharedFrame frame);
+    enum class Kind {
+        Change,
+        State ///< whoever makes a state makes it as it is taken, and bounds what waits of it himself
+    };
+
+    void append(SharedFrame frame, Kind kind = Kind::Change);
 
     /// Bytes that wait.
     std::size_t bytes() const { return m_bytes; }
+
+    /// Those of them that are changes.
+    std::size_t changeBytes() const { return m_changeBytes; }
 
     bool isEmpty() const { return m_bytes == 0; }
 
@@ -37,10 +45,20 @@ public:
     void clear();
 
 private:
+    struct Waiting
+    {
+        SharedFrame frame;
+        Kind kind;
+    };
+
+    void count(Kind kind, std::size_t bytes);
+    void countTaken(Kind kind, std::size_t bytes);
+
     const std::size_t m_batchBytes;
-    std::deque<SharedFrame> m_frames;
+    std::deque<Waiting> m_frames;
     std::size_t m_takenOfFirst = 0;
     std::size_t m_bytes = 0;
+    std::size_t m_changeBytes = 0;
 };
 
 } // namespace ZelkoCommon
