@@ -111,6 +111,10 @@ private Q_SLOTS:
     void makesHeadwayWithoutTime();
     void foldsTheChangesOfAMapOverFramesAndBatches();
     void countsWhatWaits();
+    void destroysALongMapBitByBitWhenItIsGone_data();
+    void destroysALongMapBitByBitWhenItIsGone();
+    void showsAMapThatGoesAsItIs();
+    void anObserverMayRemoveTheMapThatGoes();
 };
 
 void TestTreeMirror::makesWhatIsAnnounced()
@@ -422,6 +426,72 @@ void TestTreeMirror::countsWhatWaits()
     QCOMPARE(f.mirror.pendingBytes(), 1u);
     f.mirror.clear();
     QCOMPARE(f.mirror.pendingBytes(), 0u);
+}
+
+void TestTreeMirror::destroysALongMapBitByBitWhenItIsGone_data()
+{
+    QTest::addColumn<bool>("connectionEnds");
+    QTest::newRow("with the connection") << true;
+    QTest::newRow("alone") << false;
+}
+
+void TestTreeMirror::destroysALongMapBitByBitWhenItIsGone()
+{
+    QFETCH(bool, connectionEnds);
+    constexpr int count = 1000;
+    Fixture f;
+    f.feed(FrameStream().begin().announce(1, "/R").announce(2, "/R/Map", "RecordItemMap").ready().end());
+    std::vector<std::weak_ptr<ZELKO_XML::ZELKO_RecordData>> records;
+    for (int i = 0; i < count; ++i) {
+        f.feed(FrameStream().commands(2, setRecord(QString::number(i))));
+        records.push_back(f.find<RecordItemMap>("/R/Map")->At(QString::number(i)).GetRecordData());
+    }
+    const auto alive = [&] {
+        return std::count_if(records.begin(), records.end(), [](const auto& record) { return !record.expired(); });
+    };
+    if (connectionEnds) {
+        f.mirror.clear();
+        QCOMPARE(treeList(f.tree, root), QStringList());
+    } else {
+        f.feed(FrameStream().withdraw(2));
+        QVERIFY(!f.find<RecordItemMap>("/R/Map"));
+    }
+    QCOMPARE(alive(), count);
+    auto before = alive();
+    int slices = 1;
+    while (f.mirror.tidy(0us)) {
+        QVERIFY(alive() < before);
+        before = alive();
+        ++slices;
+    }
+    QCOMPARE(alive(), 0);
+    QVERIFY(slices > 10);
+    QVERIFY(!f.mirror.tidy(0us));
+}
+
+void TestTreeMirror::showsAMapThatGoesAsItIs()
+{
+    Fixture f;
+    f.feed(FrameStream().begin().announce(1, "/R").announce(2, "/R/Map", "RecordItemMap").ready().end());
+    f.feed(FrameStream().commands(2, setRecord("a") + setRecord("b")));
+    auto* const map = f.find<RecordItemMap>("/R/Map");
+    QList<std::pair<TValueState, quint64>> seen;
+    Watch watch([&] { seen << std::pair(map->GetState(), quint64(map->Size())); });
+    watch.on(map);
+    f.mirror.clear();
+    QCOMPARE(seen, (QList<std::pair<TValueState, quint64>>{{TValueState::Deleted, 2}}));
+}
+
+void TestTreeMirror::anObserverMayRemoveTheMapThatGoes()
+{
+    Fixture f;
+    f.feed(FrameStream().begin().announce(1, "/R").announce(2, "/R/Map", "RecordItemMap").ready().end());
+    f.feed(FrameStream().commands(2, setRecord("a")));
+    Watch watch([&] { f.tree.Remove(root + "/R"); });
+    watch.on(f.find<RecordItemMap>("/R/Map"));
+    f.mirror.clear();
+    QCOMPARE(treeList(f.tree, root), QStringList());
+    QVERIFY(!f.mirror.tidy(1h));
 }
 
 QTEST_APPLESS_MAIN(TestTreeMirror)

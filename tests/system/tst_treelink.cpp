@@ -65,6 +65,7 @@ private Q_SLOTS:
     void tellsNodesOfDevices();
     void waitsForAServerThatIsNotThereYet();
     void comesBackByItselfAfterTheServerWasKilled();
+    void destroysWhatALostConnectionHeld();
     void givesUpAServerThatHangs();
     void sendsWritesOfAddedValuesAndNoOthers();
     void neverEchoesAChangeOfTheServer();
@@ -185,6 +186,21 @@ void TestTreeLink::comesBackByItselfAfterTheServerWasKilled()
     second.ask("populate 500");
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), second.ask("digest"), patience);
     QCOMPARE(client.log, (QStringList{"connected", "disconnected", "connected"}));
+}
+
+void TestTreeLink::destroysWhatALostConnectionHeld()
+{
+    PeerProcess server;
+    server.ask("populate 20000");
+    LinkClient client(m_orb, server.port());
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    std::vector<std::weak_ptr<ZELKO_XML::ZELKO_RecordData>> records;
+    for (const auto& entry : client.find<RecordItemMap>(map)->data()) {
+        records.push_back(entry.second.GetRecordData());
+    }
+    server.kill();
+    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected"}));
+    QTRY_VERIFY(std::all_of(records.begin(), records.end(), [](const auto& record) { return record.expired(); }));
 }
 
 void TestTreeLink::givesUpAServerThatHangs()

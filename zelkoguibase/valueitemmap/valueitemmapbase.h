@@ -3,6 +3,7 @@
 #include <valuecore/iobjectstatecursor.h>
 #include <valuecore/valuebase.h>
 #include <zelkoguibase/valueitemmap/changelog.h>
+#include <zelkoguibase/valueitemmap/detachedcontent.h>
 #include <zelkoguibase/valueitemmap/ihaschangelogvalue.h>
 #include <zelkoguibase/valueitemmap/itemmapcommands.h>
 #include <zelkoguibase/valueitemmap/keyformat.h>
@@ -58,7 +59,9 @@ public:
 ///
 /// Not thread safe; observers are called synchronously.
 template <typename T, typename F, typename A>
-class ValueItemMapBase : public ValueBase, public virtual valueitemmap::IHasChangeLogValueTemplate<typename T::KeyType>
+class ValueItemMapBase : public ValueBase,
+                         public virtual valueitemmap::IHasChangeLogValueTemplate<typename T::KeyType>,
+                         public valueitemmap::IHasDetachableContent
 {
 public:
     using KeyType = typename T::KeyType;
@@ -85,6 +88,7 @@ public:
         , ISupportTransaction()
         , valueitemmap::IHasChangeLogValueTemplate<K>()
         , ValueBase(other)
+        , valueitemmap::IHasDetachableContent()
         , m_map(bucketsAtFirst)
     {
         *this = other;
@@ -294,6 +298,15 @@ public:
         }
     }
 
+    // IHasDetachableContent
+
+    std::unique_ptr<valueitemmap::IDetachedContent> DetachContent() override
+    {
+        auto content = std::make_unique<DetachedItems>(std::exchange(m_map, MapType(bucketsAtFirst)));
+        restartStates();
+        return content;
+    }
+
     // IValue
 
     /// The first item in iteration order and how many more there are; empty for an empty map.
@@ -409,6 +422,28 @@ private:
     {
         forEachState([this](StatePosition& state) { state.next = m_map.cbegin(); });
     }
+
+    class DetachedItems final : public valueitemmap::IDetachedContent
+    {
+    public:
+        explicit DetachedItems(MapType items)
+            : m_items(std::move(items))
+        {}
+
+        bool destroySome(std::chrono::steady_clock::time_point end) override
+        {
+            constexpr int itemsPerLook = 32;
+            do {
+                for (int i = 0; i < itemsPerLook && !m_items.empty(); ++i) {
+                    m_items.erase(m_items.begin());
+                }
+            } while (!m_items.empty() && std::chrono::steady_clock::now() < end);
+            return !m_items.empty();
+        }
+
+    private:
+        MapType m_items;
+    };
 
     void addStateBeforeItems(std::string& out, unsigned int flags)
     {

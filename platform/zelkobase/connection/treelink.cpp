@@ -26,6 +26,11 @@ public:
     void Update(Observable*, TChangeCode) override {}
 };
 
+std::chrono::microseconds timeUntil(std::chrono::steady_clock::time_point end)
+{
+    return std::chrono::duration_cast<std::chrono::microseconds>(end - std::chrono::steady_clock::now());
+}
+
 void traceWarning(const QString& text, int line)
 {
     if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
@@ -123,22 +128,26 @@ void TreeLink::Private::drain()
 }
 
 // Fetches and applies until the time is over or there is nothing more. Many small batches are fetched at once, so that
-// what they change is told in one go.
+// what they change is told in one go. What maps held that are gone is destroyed with a part of the time, and with what
+// is left of it.
 void TreeLink::Private::applySlice()
 {
     const auto end = std::chrono::steady_clock::now() + options.sliceBudget;
+    mirror.tidy(options.sliceBudget / 4);
     for (;;) {
         const bool thatIsAll = progress != TreeMirror::Progress::MoreToDo && !fetch();
-        const auto left = end - std::chrono::steady_clock::now();
-        progress = mirror.apply(std::chrono::duration_cast<std::chrono::microseconds>(left));
+        progress = mirror.apply(timeUntil(end));
         if (progress == TreeMirror::Progress::MoreToDo) {
             break;
         }
         if (progress == TreeMirror::Progress::Malformed) {
             giveUp("the recorder server sent what cannot be read");
         } else if (thatIsAll && !std::exchange(missed, false)) {
-            nextSlice.stop();
-            return;
+            if (!mirror.tidy(timeUntil(end))) {
+                nextSlice.stop();
+                return;
+            }
+            break;
         }
         if (std::chrono::steady_clock::now() >= end) {
             break;

@@ -7,6 +7,7 @@
 #include <valuecore/valuebase.h>
 #include <valuecore/valuefactory.h>
 #include <zelkobase/connection/linkframe.h>
+#include <zelkoguibase/valueitemmap/detachedcontent.h>
 
 #include <utility>
 
@@ -73,11 +74,27 @@ void TreeMirror::clear()
     m_fold.end();
     auto items = std::exchange(m_items, {});
     m_handles.clear();
+    // Before any node is removed, which takes all below it along.
+    for (const auto& [handle, item] : items) {
+        detachContent(item);
+    }
     for (const auto& [handle, item] : items) {
         if (!item.alive.expired()) {
             m_tree->Remove(item.path);
         }
     }
+}
+
+bool TreeMirror::tidy(std::chrono::microseconds budget)
+{
+    const auto end = std::chrono::steady_clock::now() + budget;
+    while (!m_detached.empty()) {
+        if (m_detached.front()->destroySome(end)) {
+            return true;
+        }
+        m_detached.pop_front();
+    }
+    return false;
 }
 
 std::uint32_t TreeMirror::handleOf(const ValueBase& value) const
@@ -259,8 +276,27 @@ void TreeMirror::withdraw(std::uint32_t handle)
     if (const auto known = m_handles.find(item.item); known != m_handles.end() && known->second == handle) {
         m_handles.erase(known);
     }
+    detachContent(item);
     if (!item.alive.expired()) {
         m_tree->Remove(item.path);
+    }
+}
+
+// Whoever observes a map sees what it held when he hears that it goes, as ever. It goes at once; only then its content
+// is nobody's.
+void TreeMirror::detachContent(const Item& item)
+{
+    if (item.alive.expired()) {
+        return;
+    }
+    auto* const value = dynamic_cast<ValueBase*>(item.item);
+    auto* const content = dynamic_cast<valueitemmap::IHasDetachableContent*>(item.item);
+    if (!value || !content) {
+        return;
+    }
+    value->AnnounceDeletion();
+    if (!item.alive.expired()) {
+        m_detached.push_back(content->DetachContent());
     }
 }
 

@@ -20,6 +20,10 @@ class Tree;
 class TreeItem;
 class ValueBase;
 
+namespace valueitemmap {
+class IDetachedContent;
+}
+
 namespace ZelkoCommon {
 
 namespace link {
@@ -58,8 +62,13 @@ public:
     /// even when there is no time. An observer or callback must not come back here.
     Progress apply(std::chrono::microseconds budget);
 
-    /// Removes every item that the mirror made, and forgets what was not applied.
+    /// Removes every item that the mirror made, and forgets what was not applied. The contents of large maps are out of
+    /// sight then, but not destroyed; see `tidy`.
     void clear();
+
+    /// Destroys what maps held that are gone, until all is done or `budget` is over. Makes some headway even when there
+    /// is no time. True when there is more to do.
+    bool tidy(std::chrono::microseconds budget);
 
     /// Handle of a mirrored value; 0 for any other.
     std::uint32_t handleOf(const ValueBase& value) const;
@@ -86,6 +95,7 @@ private:
     TreeItem* insertValue(const QString& path, const std::string& typeName);
     bool applyCommand();
     void withdraw(std::uint32_t handle);
+    void detachContent(const Item& item);
     void beginState();
     void finishAnnouncements();
 
@@ -106,6 +116,7 @@ private:
     std::unordered_map<const TreeItem*, std::uint32_t> m_handles;
     std::unordered_set<std::uint32_t> m_stale; // known before StateBegin and not announced again so far
     NotificationFold m_fold;
+    std::deque<std::unique_ptr<valueitemmap::IDetachedContent>> m_detached;
 };
 
 } // namespace ZelkoCommon
