@@ -72,15 +72,19 @@ void TestJobThread::forgetsWaitingJobsWhenItGoes()
 void TestJobThread::finishesTheJobUnderWay()
 {
     std::promise<void> begun;
+    std::atomic<bool> leaving = false;
     bool finished = false;
     {
         JobThread thread;
         thread.enqueue([&] {
             begun.set_value();
-            std::this_thread::sleep_for(std::chrono::milliseconds(20)); // long enough to be left behind
+            for (int turns = 0; turns < 1000; turns += leaving ? 1 : 0) {
+                std::this_thread::yield(); // to be left behind, if that can be
+            }
             finished = true;
         });
         begun.get_future().wait();
+        leaving = true;
     }
     QVERIFY(finished);
 }

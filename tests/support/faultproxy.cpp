@@ -105,6 +105,8 @@ private:
     void run()
     {
         if (m_faults->cuts != m_cuts) {
+            ++m_faults->cutConnections;
+            m_tick.stop();
             m_client->abort();
             m_server.abort();
             deleteLater();

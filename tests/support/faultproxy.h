@@ -38,6 +38,9 @@ public:
     /// Cuts all connections.
     void cut() { ++m_faults->cuts; }
 
+    /// How many connections were cut so far.
+    int cutConnections() const { return m_faults->cutConnections; }
+
     qint64 bytes() const { return m_faults->bytes; }
     int damaged() const { return m_faults->damaged; }
 
@@ -53,6 +56,7 @@ public:
         std::atomic<int> damage = 0;
         std::atomic<bool> frozen = false;
         std::atomic<int> cuts = 0;
+        std::atomic<int> cutConnections = 0;
         std::atomic<qint64> bytes = 0;
         std::atomic<int> damaged = 0;
         std::atomic<int> connections = 0;

@@ -1,5 +1,5 @@
 // A server process of the tree link for tests. It serves a small recorder's tree and does what its standard input says;
-// each line is answered by one line.
+// each line is answered by one line, "await N" when the churn has made N changes.
 
 #include "testrecords.h"
 #include "treedigest.h"
@@ -57,8 +57,10 @@ public:
 
 private:
     void readInput();
+    void hear(const QStringList& words);
     QString answer(const QStringList& words);
     void holdStill();
+    void say(const QString& line);
     void churn();
     void randomSteps(int count);
     void setRecord(const QString& id, quint64 size)
@@ -82,6 +84,8 @@ private:
     WriteCounter m_writes;
     QTimer m_churn;
     int m_churnRate = 0;
+    int m_churned = 0;
+    int m_awaited = 0; // answered when there were so many changes; 0: nobody waits
     std::mt19937_64 m_random{1};
     QSocketNotifier m_input{STDIN_FILENO, QSocketNotifier::Read};
     QByteArray m_line;
@@ -99,10 +103,19 @@ void Peer::readInput()
     for (qsizetype end = m_line.indexOf('\n'); end >= 0; end = m_line.indexOf('\n')) {
         const QString line = QString::fromUtf8(m_line.left(end));
         m_line.remove(0, end + 1);
-        std::cout << answer(line.split(QLatin1Char(' '))).toStdString() << std::endl;
-        if (line == QLatin1String("hold")) {
-            holdStill();
-        }
+        hear(line.split(QLatin1Char(' ')));
+    }
+}
+
+void Peer::hear(const QStringList& words)
+{
+    if (words.value(0) == QLatin1String("await")) {
+        m_awaited = words.value(1).toInt();
+        return;
+    }
+    say(answer(words));
+    if (words.value(0) == QLatin1String("hold")) {
+        holdStill();
     }
 }
 
@@ -169,6 +182,16 @@ void Peer::churn()
     for (int i = 0; i < m_churnRate * churnMilliseconds / 1000; ++i) {
         setRecord(QStringLiteral("P%1").arg(dice(1000)), m_random());
     }
+    m_churned += m_churnRate * churnMilliseconds / 1000;
+    if (m_awaited > 0 && m_churned >= m_awaited) {
+        m_awaited = 0;
+        say(QStringLiteral("ok"));
+    }
+}
+
+void Peer::say(const QString& line)
+{
+    std::cout << line.toStdString() << std::endl;
 }
 
 // Mostly sets and erases among 500 keys, now and then a clear.

@@ -474,12 +474,10 @@ void TestTreeLink::aStoppedClientEndsEqualAndTheServerStaysBounded()
     const qint64 before = residentBytes(server.pid());
     client->stop();
     qint64 most = 0;
-    QElapsedTimer stopped;
-    stopped.start();
-    while (stopped.elapsed() < 10000) { // some 100,000 changes of about 100 bytes
+    for (int changes = 1000; changes <= 100000; changes += 1000) { // of about 100 bytes each
+        QCOMPARE(server.ask(QStringLiteral("await %1").arg(changes)), "ok");
         most = std::max(most, residentBytes(server.pid()));
         QVERIFY(server.ask("backlog").toInt() <= 2300000);
-        QTest::qSleep(100);
     }
     client->continueIt();
     qInfo("the server grew by %.1f MB in the meantime", double(most - before) / 1e6);
@@ -500,11 +498,9 @@ void TestTreeLink::aBlockedGuiEndsEqualAndTheServerStaysBounded()
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     const qint64 before = residentBytes(server.pid());
     server.ask("churn 10000");
-    QElapsedTimer blocked;
-    blocked.start();
-    while (blocked.elapsed() < 4000) {
+    for (int changes = 1000; changes <= 40000; changes += 1000) {
+        QCOMPARE(server.ask(QStringLiteral("await %1").arg(changes)), "ok");
         QVERIFY(server.ask("backlog").toInt() <= 1300000);
-        QTest::qSleep(100);
     }
     const qint64 grown = residentBytes(server.pid()) - before;
     QVERIFY2(grown < 32 * 1024 * 1024, qPrintable(QString::number(grown)));
@@ -519,14 +515,17 @@ void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
     PeerProcess server;
     LinkClient client(m_orb, server.port());
     QTRY_VERIFY(client.isConnected());
+    LinkClient other(m_orb, server.port());
+    QTRY_VERIFY(other.isConnected());
     auto* const number = client.find<Value<int>>(device + "/Number");
+    const auto* const numberOfOther = other.find<Value<int>>(device + "/Number");
     QList<int> seen;
     Watch window([&] {
         seen << number->GetValue();
         if (seen.size() == 1) {
             server.ask("number 2");
             server.ask("number 3");
-            QTest::qWait(300);
+            QTRY_COMPARE(numberOfOther->GetValue(), 3); // in the event loop of the observer
             seen << number->GetValue();
         }
     });
@@ -542,10 +541,8 @@ void TestTreeLink::anEndInTheMiddleOfTheFirstLoadIsClean()
     server.ask("populate 20000");
     for (int i = 0; i < 5; ++i) {
         LinkClient client(m_orb, server.port());
-        QTRY_VERIFY(client.find<RecordItemMap>(map) && client.find<RecordItemMap>(map)->Size() > 100);
-        if (i % 2 == 0) {
-            QTest::qWait(20 * i);
-        }
+        const auto records = quint64(100 + 4000 * i);
+        QTRY_VERIFY(client.find<RecordItemMap>(map) && client.find<RecordItemMap>(map)->Size() > records);
     }
     QTRY_COMPARE(server.ask("sessions"), "0");
 }
