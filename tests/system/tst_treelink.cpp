@@ -74,6 +74,7 @@ private Q_SLOTS:
     void refusesAWriteThatIsTooLargeAndTakesTheServersValue();
     void losesNoWriteToAServerThatIsBusy();
     void refusesWhatIsTooMuchForAServerThatIsBusy();
+    void leavesAServerThatIsBusy();
     void writesOfAnOldConnectionGoNowhere();
     void theServerForgetsAClientThatLeaves();
     void theServerTakesNoMoreClientsThanItMay();
@@ -360,6 +361,23 @@ void TestTreeLink::refusesWhatIsTooMuchForAServerThatIsBusy()
     QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), QString::number(100 - refused), patience);
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QCOMPARE(client.log, QStringList{"connected"});
+}
+
+void TestTreeLink::leavesAServerThatIsBusy()
+{
+    PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
+    auto client = std::make_unique<LinkClient>(m_orb, server.port());
+    QTRY_VERIFY(client->isConnected());
+    auto* const text = client->find<Value<QString>>(device + "/Text");
+    client->writer()->AddValue(text, 0);
+    const TraceTexts traces;
+    QCOMPARE(server.ask("hold"), "ok");
+    for (int i = 0; i < 100; ++i) {
+        text->SetValue(QString(20000, QChar(u'a' + i)), nullptr);
+    }
+    QTRY_VERIFY(traces.contain("north is busy"));
+    client.reset(); // the server still stands still
+    QTRY_COMPARE(server.ask("sessions"), "0");
 }
 
 void TestTreeLink::writesOfAnOldConnectionGoNowhere()

@@ -8,6 +8,7 @@
 #include <zelkobase/orb/orb.h>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace ZelkoCommon {
@@ -68,7 +69,9 @@ LinkWorker::~LinkWorker()
 void LinkWorker::stop()
 {
     const std::lock_guard lock(m_mutex);
-    m_stopping = true;
+    if (!std::exchange(m_stopping, true)) {
+        m_lastWrite = std::chrono::steady_clock::now() + m_options.callTimeout;
+    }
     m_somethingToDo.notify_all();
 }
 
@@ -247,7 +250,8 @@ std::optional<std::string> LinkWorker::nextWrite()
 {
     std::unique_lock lock(m_mutex);
     m_somethingToDo.wait_for(lock, m_options.heartbeat, [&] { return mustEnd() || hasOutgoing(); });
-    if (!m_dropReason.empty() || (m_stopping && !hasOutgoing())) {
+    const bool mayWrite = !m_stopping || (hasOutgoing() && std::chrono::steady_clock::now() < m_lastWrite);
+    if (!m_dropReason.empty() || !mayWrite) {
         return std::nullopt;
     }
     if (!m_outgoing.isEmpty()) {

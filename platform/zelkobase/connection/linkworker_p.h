@@ -30,7 +30,7 @@ public:
     /// Does what `stop` does, and waits for the thread: for a call that is under way, and for the one that detaches.
     ~LinkWorker();
 
-    /// Has the thread send what waits, detach and end. Does not wait for it.
+    /// Has the thread send what waits, as far as it gets in the time of a call, detach and end. Does not wait for it.
     void stop();
 
     /// Sends a frame to the server, in order, as soon as it can. Dropped when there is no connection. Not taken when it
@@ -74,6 +74,7 @@ private:
     std::string m_dropReason;                      // not empty: give the connection up
     bool m_serving = false;
     bool m_stopping = false;
+    std::chrono::steady_clock::time_point m_lastWrite; // when it is stopping, no write begins behind this time
 
     std::thread m_thread; // last: it uses all of the above
 };
