@@ -2,6 +2,7 @@
 
 #include <console/demo/appearance.h>
 #include <console/demo/operatorhands.h>
+#include <console/demo/shownrecords.h>
 #include <console/devices/devicelistview.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordpane.h>
@@ -13,7 +14,6 @@
 
 #include <QDir>
 #include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QTest>
 
 #include <algorithm>
@@ -42,11 +42,6 @@ quint64 sizeOf(const QModelIndex& index)
     return index.siblingAtColumn(AbstractRecordListModel::SizeColumn)
         .data(AbstractRecordListModel::SortRole)
         .toULongLong();
-}
-
-QString idOf(const QModelIndex& index)
-{
-    return index.siblingAtColumn(AbstractRecordListModel::RecordIDColumn).data().toString();
 }
 
 } // namespace
@@ -119,7 +114,7 @@ bool DemoWalk::selectTwo()
 {
     operatorhands::clickRow(m_table, 0);
     QTest::keyClick(&m_table, Qt::Key_Down, Qt::ShiftModifier);
-    m_selected = selectedIds();
+    m_selected = shownrecords::selectedIds(m_table);
     m_rowsBefore = m_table.model()->rowCount();
     if (m_selected.size() != 2) {
         return fail(QStringLiteral("a click and Shift+Down selected %1 records instead of 2").arg(m_selected.size()));
@@ -143,7 +138,7 @@ bool DemoWalk::seeListRestored()
 {
     const bool restored = waitFor(QStringLiteral("the list with its selection again"), [this] {
         return m_window.records()->records()->isComplete() && m_table.model()->rowCount() >= m_rowsBefore &&
-               selectedIds() == m_selected && isSortedBySize();
+               shownrecords::selectedIds(m_table) == m_selected && isSortedBySize();
     });
     return restored && takePicture("4-restored-list");
 }
@@ -190,16 +185,6 @@ bool DemoWalk::isSortedBySize() const
         }
     }
     return true;
-}
-
-QStringList DemoWalk::selectedIds() const
-{
-    QStringList ids;
-    for (const QModelIndex& index : m_table.selectionModel()->selectedRows()) {
-        ids.append(idOf(index));
-    }
-    ids.sort();
-    return ids;
 }
 
 } // namespace ZelkoConsole

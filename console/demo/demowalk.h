@@ -51,7 +51,6 @@ private:
     bool fail(const QString& text);
     QModelIndex recordWithStatus(int status) const;
     bool isSortedBySize() const;
-    QStringList selectedIds() const;
 
     ConsoleSession& m_session;
     ConsoleWindow& m_window;

@@ -1,6 +1,7 @@
 #include <console/demo/operatorhands.h>
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTest>
@@ -22,6 +23,12 @@ void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers)
     const QModelIndex index = table.model()->index(row, column);
     table.scrollTo(index);
     QTest::mouseClick(table.viewport(), Qt::LeftButton, modifiers, table.visualRect(index).center());
+}
+
+void rest(QWidget& widget, const QPoint& place)
+{
+    QHelpEvent event(QEvent::ToolTip, place, widget.mapToGlobal(place));
+    QCoreApplication::sendEvent(&widget, &event);
 }
 
 } // namespace ZelkoConsole::operatorhands

@@ -2,8 +2,9 @@
 
 #include <Qt>
 
-class QModelIndex;
+class QPoint;
 class QTableView;
+class QWidget;
 
 /// What an operator does with mouse and keyboard, as real events. They need a window that is shown.
 namespace ZelkoConsole::operatorhands {
@@ -13,5 +14,8 @@ void clickHeader(QTableView& table, int column);
 
 /// Clicks into the first visible cell of a row; with a modifier as the operator would hold it.
 void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+/// Lets the pointer rest at a place of a widget until it asks for a tool tip.
+void rest(QWidget& widget, const QPoint& place);
 
 } // namespace ZelkoConsole::operatorhands

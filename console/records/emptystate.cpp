@@ -1,6 +1,11 @@
 #include <console/records/emptystate.h>
 
+#include <console/widgets/scaledfont.h>
+
 #include <QCoreApplication>
+#include <QPainter>
+
+#include <algorithm>
 
 namespace ZelkoConsole {
 namespace {
@@ -9,6 +14,8 @@ QString tr(const char* text)
 {
     return QCoreApplication::translate("ZelkoConsole::EmptyState", text);
 }
+
+constexpr int textFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 
 } // namespace
 
@@ -28,6 +35,22 @@ EmptyState emptyState(const QString& subSystem, const SubSystemStatus& status, c
         return {Glyph::Busy, tr("Waiting for the recordings of %1…").arg(device)};
     }
     return {Glyph::Empty, tr("No recordings on this device")};
+}
+
+void paintEmptyState(QPainter& painter, const QRect& area, const EmptyState& state, const QPalette& palette)
+{
+    painter.setFont(scaledFont(painter.font(), 1.15));
+    const int line = painter.fontMetrics().height();
+    const QRect room = area.adjusted(2 * line, line, -2 * line, -line);
+    const int textHeight = painter.boundingRect(room, textFlags, state.text).height();
+    QRect sign(0, 0, 2 * line, 2 * line);
+    const int signAndGap = sign.height() + line / 2;
+    const int top = room.top() + std::max(0, (room.height() - signAndGap - textHeight) / 2);
+    sign.moveTopLeft(QPoint(room.center().x() - line, top));
+
+    paintGlyph(painter, sign, state.glyph, glyphColor(state.glyph, palette), palette.color(QPalette::Base));
+    painter.setPen(palette.color(QPalette::Text));
+    painter.drawText(QRect(room.left(), top + signAndGap, room.width(), textHeight), textFlags, state.text);
 }
 
 } // namespace ZelkoConsole

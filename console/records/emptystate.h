@@ -3,6 +3,11 @@
 #include <console/session/subsystemstatus.h>
 #include <console/widgets/glyph.h>
 
+#include <QPalette>
+
+class QPainter;
+class QRect;
+
 namespace ZelkoConsole {
 
 /// What a table without rows says instead.
@@ -18,5 +23,8 @@ struct EmptyState
 /// stand on the tree, `loading` whether some are still on their way.
 EmptyState emptyState(const QString& subSystem, const SubSystemStatus& status, const QString& device, bool recordsFound,
                       bool loading);
+
+/// Paints it into the middle of `area`, somewhat larger than the painter's font.
+void paintEmptyState(QPainter& painter, const QRect& area, const EmptyState& state, const QPalette& palette);
 
 } // namespace ZelkoConsole

@@ -39,7 +39,16 @@ RecordPane::RecordPane(QWidget* parent)
     layout->setSpacing(6);
     layout->addWidget(makeHead());
     layout->addWidget(m_table, 1);
+    connectParts();
+    updateTitle();
+    updateCount();
+    updateProgress();
+}
 
+RecordPane::~RecordPane() = default;
+
+void RecordPane::connectParts()
+{
     connect(m_records, &DeviceRecords::connectionChanged, this, &RecordPane::updateTexts);
     connect(m_records, &DeviceRecords::progressChanged, this, &RecordPane::updateProgress);
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
@@ -47,12 +56,7 @@ RecordPane::RecordPane(QWidget* parent)
     }
     connect(m_proxy, &QAbstractItemModel::modelReset, this, &RecordPane::updateCount);
     connect(m_summary, &SelectionSummary::changed, this, [this] { m_selection->setText(m_summary->text()); });
-    updateTitle();
-    updateCount();
-    updateProgress();
 }
-
-RecordPane::~RecordPane() = default;
 
 QWidget* RecordPane::makeHead()
 {

@@ -41,6 +41,7 @@ public:
     QWidget* statusWidget() const { return m_statusWidget; }
 
 private:
+    void connectParts();
     QWidget* makeHead();
     QWidget* makeStatusWidget();
     void updateTitle();

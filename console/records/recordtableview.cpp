@@ -1,5 +1,6 @@
 #include <console/records/recordtableview.h>
 
+#include <console/records/columnmenu.h>
 #include <console/records/recorddelegate.h>
 #include <console/records/sortmenu.h>
 #include <console/records/statusdelegate.h>
@@ -8,7 +9,6 @@
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
 #include <QHeaderView>
-#include <QMenu>
 #include <QPainter>
 #include <QSettings>
 
@@ -50,52 +50,60 @@ constexpr QLatin1String settingsKey("recordTable/columns");
 
 RecordTableView::RecordTableView(QWidget* parent)
     : QTableView(parent)
-    , m_columnMenu(new QMenu(tr("&Columns"), this))
+    , m_columnMenu(new ColumnMenu(this))
     , m_sortMenu(new SortMenu(this))
 {
-    RoomyStyle::apply(this);
-    RoomyStyle::apply(horizontalHeader());
     setObjectName(QStringLiteral("recordTable"));
     setAccessibleName(tr("Recordings"));
-    setAlternatingRowColors(true);
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
-    setTextElideMode(Qt::ElideRight);
-    setWordWrap(false);
-    setShowGrid(false);
     setTabKeyNavigation(false);
-    setCornerButtonEnabled(false);
-    setHorizontalScrollMode(ScrollPerPixel);
-    setVerticalScrollMode(ScrollPerItem);
     setSortingEnabled(true);
     setItemDelegate(new RecordDelegate(this));
     setItemDelegateForColumn(Model::StatusColumn, new StatusDelegate(this));
+    dress();
+    setUpHeader();
+}
 
+RecordTableView::~RecordTableView() = default;
+
+void RecordTableView::dress()
+{
+    RoomyStyle::apply(this);
+    RoomyStyle::apply(horizontalHeader());
+    setAlternatingRowColors(true);
+    setTextElideMode(Qt::ElideRight);
+    setWordWrap(false);
+    setShowGrid(false);
+    setCornerButtonEnabled(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollMode(ScrollPerItem);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(RoomyStyle::rowHeight(this));
+}
 
+void RecordTableView::setUpHeader()
+{
     QHeaderView* const header = horizontalHeader();
     header->setSectionsMovable(true);
     header->setHighlightSections(false);
     header->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& position) { m_columnMenu->popup(horizontalHeader()->mapToGlobal(position)); });
-    connect(m_columnMenu, &QMenu::aboutToShow, this, &RecordTableView::updateColumnMenu);
+    connect(m_columnMenu, &ColumnMenu::resetWanted, this, &RecordTableView::resetColumns);
 }
-
-RecordTableView::~RecordTableView() = default;
 
 void RecordTableView::setModel(QAbstractItemModel* model)
 {
     QTableView::setModel(model);
     resetColumns();
-    fillColumnMenu();
     QList<int> columns;
     for (const ColumnLayout& layout : columnLayout) {
         columns.append(layout.column);
     }
+    m_columnMenu->setColumns(columns);
     m_sortMenu->setColumns(columns);
 }
 
@@ -126,7 +134,7 @@ void RecordTableView::resetColumns()
         header->resizeSection(column, std::max(text + sign, header->sectionSizeHint(column)));
     }
     sortByColumn(Model::StartTimeColumn, Qt::DescendingOrder);
-    updateColumnMenu();
+    m_columnMenu->update();
 }
 
 QMenu* RecordTableView::columnMenu() const
@@ -137,36 +145,6 @@ QMenu* RecordTableView::columnMenu() const
 QMenu* RecordTableView::sortMenu() const
 {
     return m_sortMenu;
-}
-
-void RecordTableView::fillColumnMenu()
-{
-    m_columnMenu->clear();
-    for (const ColumnLayout& layout : columnLayout) {
-        const QString name = model()->headerData(layout.column, Qt::Horizontal).toString();
-        QAction* const action = m_columnMenu->addAction(name);
-        action->setCheckable(true);
-        action->setData(int{layout.column});
-        connect(action, &QAction::toggled, this, [this, column = layout.column](bool shown) {
-            setColumnHidden(column, !shown);
-            updateColumnMenu();
-        });
-    }
-    m_columnMenu->addSeparator();
-    connect(m_columnMenu->addAction(tr("&Reset Columns")), &QAction::triggered, this, &RecordTableView::resetColumns);
-    updateColumnMenu();
-}
-
-void RecordTableView::updateColumnMenu()
-{
-    const bool onlyOneLeft = horizontalHeader()->count() - horizontalHeader()->hiddenSectionCount() == 1;
-    for (QAction* const action : m_columnMenu->actions()) {
-        if (action->isCheckable()) {
-            const bool shown = !isColumnHidden(action->data().toInt());
-            action->setChecked(shown);
-            action->setEnabled(!(shown && onlyOneLeft));
-        }
-    }
 }
 
 void RecordTableView::saveColumns(QSettings& settings) const
@@ -181,37 +159,17 @@ void RecordTableView::restoreColumns(const QSettings& settings)
         header->hiddenSectionCount() == header->count()) {
         resetColumns();
     }
-    updateColumnMenu();
+    m_columnMenu->update();
 }
 
 void RecordTableView::paintEvent(QPaintEvent* event)
 {
     QTableView::paintEvent(event);
     if (model() && model()->rowCount() == 0) {
-        paintEmptyState();
+        QPainter painter(viewport());
+        painter.setFont(font());
+        paintEmptyState(painter, viewport()->rect(), m_emptyState, palette());
     }
-}
-
-void RecordTableView::paintEmptyState()
-{
-    QPainter painter(viewport());
-    QFont font = this->font();
-    font.setPointSizeF(font.pointSizeF() * 1.15);
-    painter.setFont(font);
-    const int line = QFontMetrics(font).height();
-    const QRect area = viewport()->rect().adjusted(2 * line, line, -2 * line, -line);
-    const int flags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
-    QRect text = painter.boundingRect(area, flags, m_emptyState.text);
-    QRect sign(0, 0, 2 * line, 2 * line);
-    const int gap = line / 2;
-    const int top = area.top() + std::max(0, (area.height() - sign.height() - gap - text.height()) / 2);
-    sign.moveCenter(QPoint(area.center().x(), top + sign.height() / 2));
-    text = QRect(area.left(), top + sign.height() + gap, area.width(), text.height());
-
-    paintGlyph(painter, sign, m_emptyState.glyph, glyphColor(m_emptyState.glyph, palette()),
-               palette().color(QPalette::Base));
-    painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(text, flags, m_emptyState.text);
 }
 
 } // namespace ZelkoConsole

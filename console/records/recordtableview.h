@@ -4,12 +4,12 @@
 
 #include <QTableView>
 
-class QAction;
 class QMenu;
 class QSettings;
 
 namespace ZelkoConsole {
 
+class ColumnMenu;
 class SortMenu;
 
 /// The table of records: column order and widths that suit them, columns that can be moved and hidden, and a text where
@@ -32,8 +32,7 @@ public:
     /// Places, widths, visible columns and sorting as they were at first.
     void resetColumns();
 
-    /// One checkable action per column, in the order of the columns on screen at first, and one that resets them. The
-    /// last visible column cannot be hidden. Owned by the view.
+    /// Shows, hides and resets the columns, in their first order on screen. Owned by the view.
     QMenu* columnMenu() const;
 
     /// Sorts by each column in either direction. Owned by the view.
@@ -47,12 +46,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void fillColumnMenu();
-    void updateColumnMenu();
-    void paintEmptyState();
+    void dress();
+    void setUpHeader();
 
     EmptyState m_emptyState;
-    QMenu* m_columnMenu;
+    ColumnMenu* m_columnMenu;
     SortMenu* m_sortMenu;
 };
 

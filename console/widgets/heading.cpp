@@ -1,12 +1,13 @@
 #include <console/widgets/heading.h>
 
+#include <console/widgets/scaledfont.h>
+
 namespace ZelkoConsole {
 
 Heading::Heading(const QString& text, QWidget* parent)
     : ElidedLabel(text, parent)
 {
-    QFont large = font();
-    large.setPointSizeF(large.pointSizeF() * 1.25);
+    QFont large = scaledFont(font(), 1.25);
     large.setBold(true);
     setFont(large);
 }

@@ -28,6 +28,15 @@ constexpr QLatin1String geometryKey("window/geometry");
 constexpr QLatin1String splitterKey("window/splitter");
 constexpr QSize firstSize(1280, 720);
 
+template <typename Receiver, typename Slot>
+QAction* addMenuAction(QMenu& menu, const QString& text, const QKeySequence& shortcut, Receiver* receiver, Slot slot)
+{
+    QAction* const action = menu.addAction(text);
+    action->setShortcut(shortcut);
+    QObject::connect(action, &QAction::triggered, receiver, slot);
+    return action;
+}
+
 } // namespace
 
 ConsoleWindow::ConsoleWindow(Session* session, QSettings* settings, QWidget* parent)
@@ -89,28 +98,22 @@ QWidget* ConsoleWindow::makeDevicePane()
 
 void ConsoleWindow::makeMenus()
 {
-    QMenu* const file = menuBar()->addMenu(tr("&File"));
-    QAction* const quit = file->addAction(tr("&Quit"));
-    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    QMenu& file = *menuBar()->addMenu(tr("&File"));
+    QAction* const quit = addMenuAction(file, tr("&Quit"), Qt::CTRL | Qt::Key_Q, this, &QWidget::close);
     quit->setMenuRole(QAction::QuitRole);
-    connect(quit, &QAction::triggered, this, &QWidget::close);
 
-    QMenu* const view = menuBar()->addMenu(tr("&View"));
-    view->addMenu(m_records->table()->columnMenu());
-    view->addMenu(m_records->table()->sortMenu());
-    view->addSeparator();
-    QAction* const devices = view->addAction(tr("Go to &Devices"));
-    devices->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_D));
-    connect(devices, &QAction::triggered, m_devices, qOverload<>(&QWidget::setFocus));
-    QAction* const records = view->addAction(tr("Go to &Recordings"));
-    records->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
-    connect(records, &QAction::triggered, m_records->table(), qOverload<>(&QWidget::setFocus));
+    QMenu& view = *menuBar()->addMenu(tr("&View"));
+    view.addMenu(m_records->table()->columnMenu());
+    view.addMenu(m_records->table()->sortMenu());
+    view.addSeparator();
+    constexpr auto focus = qOverload<>(&QWidget::setFocus);
+    addMenuAction(view, tr("Go to &Devices"), Qt::CTRL | Qt::Key_D, m_devices, focus);
+    addMenuAction(view, tr("Go to &Recordings"), Qt::CTRL | Qt::Key_R, m_records->table(), focus);
 
-    QMenu* const help = menuBar()->addMenu(tr("&Help"));
-    QAction* const about = help->addAction(tr("&About Recorder Console"));
-    about->setShortcut(QKeySequence(Qt::Key_F1));
+    QMenu& help = *menuBar()->addMenu(tr("&Help"));
+    QAction* const about =
+        addMenuAction(help, tr("&About Recorder Console"), Qt::Key_F1, this, &ConsoleWindow::showAbout);
     about->setMenuRole(QAction::AboutRole);
-    connect(about, &QAction::triggered, this, &ConsoleWindow::showAbout);
 }
 
 void ConsoleWindow::makeStatusBar()

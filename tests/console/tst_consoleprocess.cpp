@@ -1,8 +1,8 @@
-#include <recorderprocess.h>
+#include "programs.h"
+#include "recorderprocess.h"
 
 #include <recorder/store/storelock.h>
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -20,11 +20,6 @@ using ZelkoTest::RecorderProcess;
 namespace {
 
 constexpr int patience = 60'000;
-
-QString programPath(const char* name)
-{
-    return QDir(QStringLiteral(ZELKO_PROGRAMS)).filePath(QLatin1String(name));
-}
 
 // A user of his own: settings and recordings in a folder that goes with the test.
 QProcessEnvironment userIn(const QTemporaryDir& home)

@@ -1,19 +1,18 @@
+#include "recorderprocess.h"
 #include "recorderstart.h"
 
 #include <console/demo/operatorhands.h>
+#include <console/demo/shownrecords.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/session/consolesession.h>
-#include <console/session/recorderoutput.h>
 #include <console/window/consolewindow.h>
 
 #include <valuecore/tree.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkobase/orb/orb.h>
 
-#include <QItemSelectionModel>
-#include <QProcess>
 #include <QSettings>
 #include <QTest>
 
@@ -54,71 +53,12 @@ struct Shown
         return -1;
     }
 
-    QStringList selected() const
-    {
-        QStringList ids;
-        for (const QModelIndex& row : table.selectionModel()->selectedRows(Model::RecordIDColumn)) {
-            ids.append(row.data().toString());
-        }
-        return ids;
-    }
+    QStringList selected() const { return shownrecords::selectedIds(table); }
 
     QTemporaryDir folder;
     QSettings settings;
     ConsoleWindow window;
     RecordTableView& table;
-};
-
-// A recorder that somebody else keeps running: on the same port each time it is started.
-class FixedRecorder
-{
-public:
-    explicit FixedRecorder(const EmbeddedRecorderOptions& options)
-        : m_options(options)
-    {}
-
-    ~FixedRecorder() { kill(); }
-
-    bool start()
-    {
-        if (m_port == 0 && (!launch() || !findPort())) {
-            return false;
-        }
-        kill(); // the first one only found a free port
-        return launch() && findPort();
-    }
-
-    void kill()
-    {
-        m_process.kill();
-        m_process.waitForFinished(patience);
-    }
-
-    quint16 port() const { return m_port; }
-
-private:
-    bool launch()
-    {
-        QStringList arguments{QStringLiteral("--store"), m_options.storeFolder, QStringLiteral("--port"),
-                              QString::number(m_port)};
-        for (const QString& source : m_options.sources) {
-            arguments << QStringLiteral("--source") << source;
-        }
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(m_options.program, arguments);
-        return m_process.waitForReadyRead(patience);
-    }
-
-    bool findPort()
-    {
-        const auto found = RecorderOutput::portOf(m_process.readLine().trimmed());
-        m_port = found.value_or(0);
-        return found.has_value();
-    }
-
-    const EmbeddedRecorderOptions m_options;
-    QProcess m_process;
-    quint16 m_port = 0;
 };
 
 } // namespace
@@ -181,8 +121,11 @@ private Q_SLOTS:
     void followsTheRecorderOfASiteThroughAKill()
     {
         const QTemporaryDir store;
-        FixedRecorder recorder(recorderStart(store, sources));
-        QVERIFY(recorder.start());
+        ZelkoTest::RecorderProcess recorder(programPath("zelko-recorder"));
+        const QStringList arguments{QStringLiteral("--store"),  store.path(),
+                                    QStringLiteral("--source"), sources.constFirst(),
+                                    QStringLiteral("--source"), sources.constLast()};
+        QVERIFY(recorder.start(arguments));
         ZelkoCommon::ZelkoConfiguration site;
         site.AddSubSystem({local, QStringLiteral("127.0.0.1"), recorder.port()});
         ConsoleSession session(*m_orb, site);
@@ -196,7 +139,8 @@ private Q_SLOTS:
         recorder.kill();
         QTRY_VERIFY_WITH_TIMEOUT(wasLost, patience);
         QCOMPARE(shown.rows(), 0);
-        QVERIFY(recorder.start());
+        const QString port = QString::number(recorder.port());
+        QVERIFY(recorder.start(arguments + QStringList{QStringLiteral("--port"), port}));
         QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
         QVERIFY(session.status(local).isConnected());
     }

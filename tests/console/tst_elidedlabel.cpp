@@ -1,21 +1,15 @@
+#include <console/demo/operatorhands.h>
 #include <console/widgets/elidedlabel.h>
 
-#include <QHelpEvent>
 #include <QTest>
 #include <QToolTip>
 
 using ZelkoConsole::ElidedLabel;
+namespace operatorhands = ZelkoConsole::operatorhands;
 
 namespace {
 
 const QString longText(100, QLatin1Char('m'));
-
-void askForToolTip(ElidedLabel& label)
-{
-    const QPoint middle = label.rect().center();
-    QHelpEvent event(QEvent::ToolTip, middle, label.mapToGlobal(middle));
-    QCoreApplication::sendEvent(&label, &event);
-}
 
 } // namespace
 
@@ -67,7 +61,7 @@ private Q_SLOTS:
         ElidedLabel label(longText);
         label.resize(100, 30);
         label.show();
-        askForToolTip(label);
+        operatorhands::rest(label, label.rect().center());
         QTRY_COMPARE(QToolTip::text(), longText);
     }
 };

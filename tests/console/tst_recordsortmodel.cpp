@@ -3,6 +3,7 @@
 #include "fixedrecordmodel.h"
 #include "testrecords.h"
 
+#include <console/demo/shownrecords.h>
 #include <console/records/recordsortmodel.h>
 
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
@@ -37,15 +38,6 @@ FixedRecordModel::Rows mixedRecords()
     }
     rows.insert(rows.begin() + 2, {QStringLiteral("r9"), nullptr});
     return rows;
-}
-
-QStringList idsOf(const QAbstractItemModel& list)
-{
-    QStringList ids;
-    for (int row = 0; row < list.rowCount(); ++row) {
-        ids.append(list.index(row, Model::RecordIDColumn).data().toString());
-    }
-    return ids;
 }
 
 // A list that follows the records of a setting.
@@ -103,18 +95,18 @@ private Q_SLOTS:
         RecordSortModel list;
         list.setSourceModel(&source);
         list.sort(column, order);
-        QCOMPARE(idsOf(list), idsOf(plain));
+        QCOMPARE(shownrecords::ids(list), shownrecords::ids(plain));
         list.setLoading(true);
         list.setLoading(false);
-        QCOMPARE(idsOf(list), idsOf(plain));
+        QCOMPARE(shownrecords::ids(list), shownrecords::ids(plain));
     }
 
     void putsARecordWhereItBelongs()
     {
         Followed followed;
         followed.setRecords({2, 4, 1, 3});
-        QCOMPARE(idsOf(followed.list), QStringList({QStringLiteral("r04"), QStringLiteral("r03"), QStringLiteral("r02"),
-                                                    QStringLiteral("r01")}));
+        QCOMPARE(shownrecords::ids(followed.list), QStringList({QStringLiteral("r04"), QStringLiteral("r03"),
+                                                                QStringLiteral("r02"), QStringLiteral("r01")}));
     }
 
     void showsAllInOrderWhenTheListIsLoaded()
@@ -122,11 +114,11 @@ private Q_SLOTS:
         Followed followed;
         followed.list.setLoading(true);
         followed.setRecords({2, 4, 1, 3});
-        QCOMPARE(idsOf(followed.list), QStringList(QStringLiteral("r02")));
+        QCOMPARE(shownrecords::ids(followed.list), QStringList(QStringLiteral("r02")));
         followed.list.setLoading(false);
-        QCOMPARE(idsOf(followed.list), inOrder);
+        QCOMPARE(shownrecords::ids(followed.list), inOrder);
         followed.setRecords({5});
-        QCOMPARE(idsOf(followed.list), QStringList(QStringLiteral("r05")) + inOrder);
+        QCOMPARE(shownrecords::ids(followed.list), QStringList(QStringLiteral("r05")) + inOrder);
     }
 
     void showsWhatCameInTheMiddleOfALoad()
@@ -134,9 +126,9 @@ private Q_SLOTS:
         Followed followed;
         followed.list.setLoading(true);
         followed.setRecords({2, 4, 1, 3});
-        QTRY_COMPARE(idsOf(followed.list), inOrder);
+        QTRY_COMPARE(shownrecords::ids(followed.list), inOrder);
         followed.setRecords({5});
-        QTRY_COMPARE(idsOf(followed.list), QStringList(QStringLiteral("r05")) + inOrder);
+        QTRY_COMPARE(shownrecords::ids(followed.list), QStringList(QStringLiteral("r05")) + inOrder);
     }
 
     void sortsByAnotherColumnDuringALoad()
@@ -146,7 +138,7 @@ private Q_SLOTS:
         followed.setRecords({2, 4, 1, 3});
         followed.list.sort(Model::StartTimeColumn, Qt::AscendingOrder);
         followed.list.setLoading(false);
-        QCOMPARE(idsOf(followed.list), QStringList(inOrder.rbegin(), inOrder.rend()));
+        QCOMPARE(shownrecords::ids(followed.list), QStringList(inOrder.rbegin(), inOrder.rend()));
     }
 
     void followsRecordsThatChangeAndGoDuringALoad()
@@ -160,7 +152,7 @@ private Q_SLOTS:
         followed.beginAfresh();
         QCOMPARE(followed.list.rowCount(), 0);
         followed.setRecords({2, 4, 1, 3});
-        QTRY_COMPARE(idsOf(followed.list), inOrder);
+        QTRY_COMPARE(shownrecords::ids(followed.list), inOrder);
     }
 
     void showsABatchInOneStep()

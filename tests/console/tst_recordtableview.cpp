@@ -1,6 +1,7 @@
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
+#include <console/demo/shownrecords.h>
 #include <console/records/recordsortmodel.h>
 #include <console/records/recordtableview.h>
 
@@ -33,14 +34,7 @@ struct Setting : RecordListSetting
         view.show();
     }
 
-    QStringList ids() const
-    {
-        QStringList list;
-        for (int row = 0; row < sorted.rowCount(); ++row) {
-            list.append(sorted.index(row, Model::RecordIDColumn).data().toString());
-        }
-        return list;
-    }
+    QStringList ids() const { return shownrecords::ids(sorted); }
 
     QStringList columnsOnScreen() const
     {
@@ -52,6 +46,14 @@ struct Setting : RecordListSetting
             }
         }
         return list;
+    }
+
+    // The pointer rests on a cell of the first row.
+    void restOnFirst(int column)
+    {
+        const QModelIndex cell = sorted.index(0, column);
+        view.scrollTo(cell);
+        operatorhands::rest(*view.viewport(), view.visualRect(cell).center());
     }
 
     QAction* columnAction(int column) const
@@ -69,15 +71,6 @@ struct Setting : RecordListSetting
     QAbstractItemModelTester tester{&sorted, QAbstractItemModelTester::FailureReportingMode::Fatal};
     RecordTableView view;
 };
-
-// The pointer rests on a cell of the first row.
-void askForToolTip(RecordTableView& view, int column)
-{
-    view.scrollTo(view.model()->index(0, column));
-    const QPoint middle = view.visualRect(view.model()->index(0, column)).center();
-    QHelpEvent event(QEvent::ToolTip, middle, view.viewport()->mapToGlobal(middle));
-    QCoreApplication::sendEvent(view.viewport(), &event);
-}
 
 const QStringList allColumns{QStringLiteral("Name"),      QStringLiteral("Status"),      QStringLiteral("Start Time"),
                              QStringLiteral("Duration"),  QStringLiteral("Size"),        QStringLiteral("Frequency"),
@@ -256,9 +249,9 @@ private Q_SLOTS:
         auto record = RecordListSetting::record(1);
         record->SetRecordName(name);
         setting.site.setRecord(setting.north, setting.device, record);
-        askForToolTip(setting.view, Model::NameColumn);
+        setting.restOnFirst(Model::NameColumn);
         QTRY_COMPARE(QToolTip::text(), QStringLiteral("<qt>%1</qt>").arg(name.toHtmlEscaped()));
-        askForToolTip(setting.view, Model::StatusColumn);
+        setting.restOnFirst(Model::StatusColumn);
         QTRY_COMPARE(QToolTip::text(), QString());
     }
 

@@ -1,6 +1,7 @@
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
+#include <console/demo/shownrecords.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/records/selectionkeeper.h>
@@ -55,20 +56,8 @@ struct Setting : RecordListSetting
 
     bool isBack(int countThen = count) const { return table.model()->rowCount() == countThen; }
 
-    QStringList selected() const
-    {
-        QStringList ids;
-        for (const QModelIndex& row : table.selectionModel()->selectedRows(Model::RecordIDColumn)) {
-            ids.append(row.data().toString());
-        }
-        ids.sort();
-        return ids;
-    }
-
-    QString topId() const
-    {
-        return table.indexAt(QPoint(0, 0)).siblingAtColumn(Model::RecordIDColumn).data().toString();
-    }
+    QStringList selected() const { return shownrecords::selectedIds(table); }
+    QString topId() const { return shownrecords::id(table.indexAt(QPoint(0, 0))); }
 
     RecordPane pane;
     RecordTableView& table = *pane.table();
@@ -86,10 +75,10 @@ private Q_SLOTS:
         Setting setting;
         operatorhands::clickRow(setting.table, 3);
         operatorhands::clickRow(setting.table, 5, Qt::ControlModifier);
-        const QString current = setting.table.currentIndex().siblingAtColumn(Model::RecordIDColumn).data().toString();
+        const QString current = shownrecords::id(setting.table.currentIndex());
         setting.loseAndComeBack();
         QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r05")}));
-        QCOMPARE(setting.table.currentIndex().siblingAtColumn(Model::RecordIDColumn).data().toString(), current);
+        QCOMPARE(shownrecords::id(setting.table.currentIndex()), current);
     }
 
     void passesOverRecordsThatDoNotComeBack()

@@ -1,3 +1,4 @@
+#include "programs.h"
 #include "sigmfpair.h"
 
 #include <QDir>
@@ -27,9 +28,8 @@ Ending runDemo(const QTemporaryDir& folder, const QString& capture)
 {
     QProcess demo;
     demo.setProcessChannelMode(QProcess::MergedChannels);
-    demo.start(QDir(QStringLiteral(ZELKO_PROGRAMS)).filePath(QStringLiteral("zelko-demo")),
-               {QStringLiteral("--pictures"), folder.filePath(QStringLiteral("pictures")), QStringLiteral("--record"),
-                capture});
+    demo.start(programPath("zelko-demo"), {QStringLiteral("--pictures"), folder.filePath(QStringLiteral("pictures")),
+                                           QStringLiteral("--record"), capture});
     const bool ended = demo.waitForFinished(patience) && demo.exitStatus() == QProcess::NormalExit;
     return {ended ? demo.exitCode() : -1, QString::fromUtf8(demo.readAll())};
 }
