@@ -1,13 +1,17 @@
 // Bytes as the command stream of a value. Whatever is accepted must leave a value that its own state, its own recording
 // and its optimised recording each rebuild; whatever is refused must leave the value as it was.
+#include "require.h"
 #include "smallitemmap.h"
 
 #include <valuecore/commandoptimizer.h>
 #include <valuecore/valuefactory.h>
 #include <valuecore/valuetypes.h>
+#include <zelkobase/maps/bookmarkitemmap.h>
+#include <zelkobase/maps/recorditemmap.h>
 #include <zelkobase/stringmap/stringitemmap.h>
 
-#include <cstdlib>
+using zelko::bookmarkmap::BookmarkItemMap;
+using zelko::recordmap::RecordItemMap;
 
 namespace {
 
@@ -20,14 +24,8 @@ std::unique_ptr<ValueBase> make()
 constexpr valuefactory::Maker makers[] = {
     &make<Value<QString>>, &make<Value<int>>,           &make<Value<bool>>,          &make<Value<double>>,
     &make<Value<qint64>>,  &make<ValueNumeric<double>>, &make<ValueNumeric<qint64>>, &make<ValueSelection>,
-    &make<TextItemMap>,    &make<NumberItemMap>,        &make<StringItemMap>};
-
-void require(bool condition)
-{
-    if (!condition) {
-        std::abort();
-    }
-}
+    &make<TextItemMap>,    &make<NumberItemMap>,        &make<StringItemMap>,        &make<RecordItemMap>,
+    &make<BookmarkItemMap>};
 
 // The recording as commands on `target`, the superfluous ones left out.
 CommandList optimised(ValueBase& target, const std::string& recording)

@@ -1,5 +1,7 @@
 // Foreign bytes as a record's XML and as its binary form: what is refused leaves the record as it was, what is taken
 // comes back equal through every form.
+#include "require.h"
+
 #include <zelkobase/data/zelko_recorddata.h>
 
 #include <reportcore/rgexception.h>
@@ -7,17 +9,10 @@
 #include <QXmlStreamReader>
 
 #include <cstdint>
-#include <cstdlib>
 
 using ZELKO_XML::ZELKO_RecordData;
 
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 ZELKO_RecordData untouchedRecord()
 {

@@ -1,26 +1,22 @@
 // Metadata of SigMF recordings: what is accepted keeps the promises of the description, the rest is refused with a
 // text.
+#include "require.h"
+
 #include <recorder/source/sigmfmetadata.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 using namespace ZelkoRecorder;
 
 namespace {
 
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
 void checkSegments(const SourceDescription& description)
 {
     require(!description.segments.isEmpty() && description.segments.constFirst().frame == 0);
-    for (qsizetype index = 1; index < description.segments.size(); ++index)
+    for (qsizetype index = 1; index < description.segments.size(); ++index) {
         require(description.segments[index - 1].frame < description.segments[index].frame);
+    }
     require(description.segments.constLast().frame <= SourceDescription::maximumFrame);
 }
 
@@ -56,7 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const std::optional<SigmfMetadata> metadata = SigmfMetadata::parse(bytes, &error);
     require(metadata.has_value() == error.isEmpty());
-    if (metadata)
+    if (metadata) {
         checkAccepted(*metadata);
+    }
     return 0;
 }
