@@ -56,14 +56,16 @@ QString RGObject::problem() const
 void RGObject::Check() const
 {
     const QString found = problem();
-    if (!found.isEmpty())
+    if (!found.isEmpty()) {
         throw RGException(className(), found);
+    }
 }
 
 bool RGObject::Check(bool throwing) const
 {
-    if (throwing)
+    if (throwing) {
         Check();
+    }
     return throwing || problem().isEmpty();
 }
 
@@ -94,8 +96,9 @@ bool RGObject::replaceValidated(const Fill& fill)
 
 void RGObject::GetXml(QXmlStreamWriter& writer) const
 {
-    if (m_validate)
+    if (m_validate) {
         Check();
+    }
     writer.writeStartElement(className());
     writeFields(*this, writer);
     writer.writeEndElement();
@@ -121,13 +124,15 @@ bool RGObject::SaveXml(const QString& fileName) const
 // `where` goes before what is said about the content: a file's name and a colon, or nothing.
 bool RGObject::readRoot(const XmlDocument& document, const QString& where)
 {
-    if (!isRootOf(document, *this))
+    if (!isRootOf(document, *this)) {
         return false;
+    }
     try {
         return replaceValidated([&document](RGObject& fresh) {
             readFields(document.root(), fresh, fresh.m_validate);
-            if (fresh.m_validate)
+            if (fresh.m_validate) {
                 fresh.Check();
+            }
             return true;
         });
     } catch (const RGException& exception) {
@@ -138,8 +143,9 @@ bool RGObject::readRoot(const XmlDocument& document, const QString& where)
 bool RGObject::ProcessXml(QXmlStreamReader& reader)
 {
     XmlDocument document;
-    if (!document.take(reader))
+    if (!document.take(reader)) {
         throw RGException(className(), document.problem());
+    }
     return readRoot(document, {});
 }
 
@@ -147,11 +153,13 @@ bool RGObject::SetXmlString(const QString& text, bool complain)
 {
     XmlDocument document;
     const bool parsed = document.parse(text);
-    if (parsed && readRoot(document, {}))
+    if (parsed && readRoot(document, {})) {
         return true;
-    if (complain)
+    }
+    if (complain) {
         throw RGException(className(),
                           parsed ? QStringLiteral("the document is of another class") : document.problem());
+    }
     return false;
 }
 
@@ -163,10 +171,12 @@ bool RGObject::LoadXml(const QString& fileName)
 
 bool RGObject::LoadXml(QFile* file)
 {
-    if (file->isOpen())
+    if (file->isOpen()) {
         return loadFrom(*file);
-    if (!file->open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    }
+    if (!file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         return false;
+    }
     const bool loaded = loadFrom(*file);
     file->close();
     return loaded;
@@ -177,13 +187,15 @@ bool RGObject::loadFrom(QFile& file)
     // One byte more than there should be shows whether there is more; devices have no size and are cut off at the
     // limit.
     const qint64 size = file.size() - file.pos();
-    const QByteArray bytes = file.read(size > 0 ? std::min<qint64>(size, longestDocument) + 1 : longestDocument + 1);
-    if (file.error() != QFileDevice::NoError)
+    QByteArray bytes = file.read(size > 0 ? std::min<qint64>(size, longestDocument) + 1 : longestDocument + 1);
+    if (file.error() != QFileDevice::NoError) {
         return false;
+    }
     const QString where = file.fileName() + QStringLiteral(": ");
     XmlDocument document;
-    if (!document.parse(bytes))
+    if (!document.parse(std::move(bytes))) {
         throw RGException(className(), where + document.problem());
+    }
     return readRoot(document, where);
 }
 
@@ -204,17 +216,20 @@ bool RGObject::fillFromBinary(const char*& begin, const char* end)
     ByteReader reader(begin, end);
     quint8 version = 0;
     const bool complete = reader.read(version) && version == binaryVersion && readFields(reader, *this);
-    if (complete)
+    if (complete) {
         begin = reader.position();
+    }
     return complete;
 }
 
 void RGObject::GetBinary(QDataStream& stream, int version, bool check) const
 {
-    if (version != binaryVersion)
+    if (version != binaryVersion) {
         throw RGException(className(), QStringLiteral("binary version %1 is not known").arg(version));
-    if (check)
+    }
+    if (check) {
         Check();
+    }
     std::string bytes;
     appendBinary(bytes);
     stream << QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -222,22 +237,26 @@ void RGObject::GetBinary(QDataStream& stream, int version, bool check) const
 
 bool RGObject::SetBinary(QDataStream& stream, int version)
 {
-    if (version != binaryVersion)
+    if (version != binaryVersion) {
         throw RGException(className(), QStringLiteral("binary version %1 is not known").arg(version));
+    }
     QByteArray bytes;
     stream >> bytes;
-    if (stream.status() != QDataStream::Ok)
+    if (stream.status() != QDataStream::Ok) {
         return false;
+    }
     const char* begin = bytes.constData();
     const char* const end = begin + bytes.size();
     const bool taken = replaceValidated([&](RGObject& fresh) {
         const bool whole = fresh.readBinary(begin, end) && begin == end;
-        if (whole && m_validate)
+        if (whole && m_validate) {
             fresh.Check();
+        }
         return whole;
     });
-    if (!taken)
+    if (!taken) {
         throw RGException(className(), QStringLiteral("the binary form is not whole"));
+    }
     return true;
 }
 

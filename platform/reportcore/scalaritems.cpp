@@ -62,8 +62,9 @@ public:
     bool readBinary(ByteReader& reader, void* item) const override
     {
         quint8 byte = 0;
-        if (!reader.read(byte) || byte > 1)
+        if (!reader.read(byte) || byte > 1) {
             return false;
+        }
         value(item) = byte == 1;
         return true;
     }
@@ -95,8 +96,9 @@ public:
     bool readBinary(ByteReader& reader, void* item) const override
     {
         quint64 bits = 0;
-        if (!reader.read(bits))
+        if (!reader.read(bits)) {
             return false;
+        }
         value(item) = std::bit_cast<double>(bits);
         return std::isfinite(value(item));
     }
@@ -122,22 +124,25 @@ public:
         const QString& text = value(item);
         const bool wide = !isLatin1(text);
         appendNumber(out, static_cast<quint32>(text.size()) * 2 + (wide ? 1 : 0));
-        if (wide)
+        if (wide) {
             appendWide(text, out);
-        else
+        } else {
             appendNarrow(text, out);
+        }
     }
 
     bool readBinary(ByteReader& reader, void* item) const override
     {
         quint32 header = 0;
-        if (!reader.read(header))
+        if (!reader.read(header)) {
             return false;
+        }
         const quint32 length = header / 2;
         const bool wide = header % 2 == 1;
         const char* const units = reader.take(std::size_t{length} * (wide ? 2 : 1));
-        if (units == nullptr)
+        if (units == nullptr) {
             return false;
+        }
         value(item) = wide ? wideText(units, length) : QString::fromLatin1(units, static_cast<qsizetype>(length));
         return true;
     }
@@ -145,14 +150,19 @@ public:
     std::size_t leastBinarySize() const override { return sizeof(quint32); }
 
 protected:
-    bool fromText(std::string_view text, void* item) const override { return unescape(text, value(item)); }
+    bool fromText(std::string_view text, void* item) const override
+    {
+        value(item) = unescaped(text);
+        return true;
+    }
 
 private:
     static bool isLatin1(QStringView text)
     {
         char16_t all = 0;
-        for (const QChar c : text)
+        for (const QChar c : text) {
             all |= c.unicode();
+        }
         return all < 0x100;
     }
 
@@ -166,8 +176,9 @@ private:
 
     static void appendWide(QStringView text, std::string& out)
     {
-        for (const QChar c : text)
+        for (const QChar c : text) {
             appendNumber(out, static_cast<quint16>(c.unicode()));
+        }
     }
 
     static QString wideText(const char* units, quint32 length)
@@ -195,8 +206,9 @@ public:
     bool readBinary(ByteReader& reader, void* item) const override
     {
         qint64 milliseconds = 0;
-        if (!reader.read(milliseconds))
+        if (!reader.read(milliseconds)) {
             return false;
+        }
         value(item) = QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
         return isWritable(value(item));
     }
@@ -255,8 +267,9 @@ void EnumItem::appendBinary(const void* item, std::string& out) const
 bool EnumItem::readBinary(ByteReader& reader, void* item) const
 {
     qint32 number = -1;
-    if (!reader.read(number) || !m_info.contains(number))
+    if (!reader.read(number) || !m_info.contains(number)) {
         return false;
+    }
     std::memcpy(item, &number, sizeof number);
     return true;
 }
@@ -269,8 +282,9 @@ std::size_t EnumItem::leastBinarySize() const
 bool EnumItem::fromText(std::string_view text, void* item) const
 {
     const int number = m_info.number(trimmed(text));
-    if (number >= 0)
+    if (number >= 0) {
         std::memcpy(item, &number, sizeof number);
+    }
     return number >= 0;
 }
 

@@ -1,16 +1,17 @@
 #include <reportcore/xmldocument_p.h>
 
+#include <reportcore/plainxml_p.h>
+
 #include <QXmlStreamReader>
+
+#include <algorithm>
 
 namespace REPORTGENERATOR {
 
 namespace {
 
-// Kept: what tells a well-formed document from one that is not, and texts that consist of blanks.
-constexpr unsigned int parseFlags = pugi::parse_cdata | pugi::parse_eol | pugi::parse_ws_pcdata_single |
-                                    pugi::parse_declaration | pugi::parse_doctype | pugi::parse_fragment;
-
-constexpr int deepestElement = 64;
+// Texts that consist of blanks are kept.
+constexpr unsigned int parseFlags = pugi::parse_escapes | pugi::parse_ws_pcdata_single;
 
 QString tooLarge()
 {
@@ -27,6 +28,48 @@ QString noDoctype()
     return QStringLiteral("a document type declaration is not accepted");
 }
 
+QString notWellFormed(const QXmlStreamReader& reader)
+{
+    return QStringLiteral("not well-formed in line %1, column %2: %3")
+        .arg(reader.lineNumber())
+        .arg(reader.columnNumber())
+        .arg(reader.errorString());
+}
+
+bool isUtf8(QStringView encoding)
+{
+    return encoding.isEmpty() || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0 ||
+           encoding.compare(QLatin1String("US-ASCII"), Qt::CaseInsensitive) == 0;
+}
+
+bool isNamespaceTwice(const QXmlStreamReader& reader)
+{
+    const QXmlStreamNamespaceDeclarations declarations = reader.namespaceDeclarations();
+    for (auto declaration = declarations.begin(); declaration != declarations.end(); ++declaration) {
+        const auto isSame = [&](const auto& other) { return other.prefix() == declaration->prefix(); };
+        if (std::any_of(declarations.begin(), declaration, isSame)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isZeroInNames(const QXmlStreamReader& reader)
+{
+    const QXmlStreamAttributes attributes = reader.attributes();
+    const QXmlStreamNamespaceDeclarations declarations = reader.namespaceDeclarations();
+    return std::any_of(attributes.begin(), attributes.end(),
+                       [](const auto& attribute) { return attribute.qualifiedName().contains(QChar::Null); }) ||
+           std::any_of(declarations.begin(), declarations.end(),
+                       [](const auto& declaration) { return declaration.prefix().contains(QChar::Null); });
+}
+
+// The two things about attributes that the reader lets pass.
+bool areAttributesMalformed(const QXmlStreamReader& reader)
+{
+    return isNamespaceTwice(reader) || isZeroInNames(reader);
+}
+
 } // namespace
 
 bool XmlDocument::refuse(const QString& problem)
@@ -37,60 +80,81 @@ bool XmlDocument::refuse(const QString& problem)
 
 bool XmlDocument::parse(QByteArray bytes)
 {
-    return parseBytes(std::move(bytes)) && checkTopLevel() && checkEncoding();
+    if (bytes.size() > longestDocument) {
+        return refuse(tooLarge());
+    }
+    if (parsePlain(bytes)) {
+        return true;
+    }
+    // With a zero it could still be another encoding that the reader knows.
+    if (!bytes.isValidUtf8() || bytes.contains('\0')) {
+        return refuse(notUtf8());
+    }
+    QXmlStreamReader reader(bytes);
+    if (reader.readNext() == QXmlStreamReader::StartDocument && !isUtf8(reader.documentEncoding())) {
+        return refuse(notUtf8());
+    }
+    return takeWhole(reader);
 }
 
 bool XmlDocument::parse(const QString& text)
 {
-    if (!text.isValidUtf16())
+    if (!text.isValidUtf16()) {
         return refuse(QStringLiteral("the document holds half a character"));
-    return parseBytes(text.toUtf8()) && checkTopLevel();
-}
-
-bool XmlDocument::parseBytes(QByteArray bytes)
-{
-    if (bytes.size() > longestDocument)
-        return refuse(tooLarge());
-    if (bytes.contains('\0'))
-        return refuse(notUtf8());
-    // The parser puts its end mark over the last byte it is given.
-    m_bytes = std::move(bytes.append('\0'));
-    const auto result = m_document.load_buffer_inplace(m_bytes.data(), static_cast<std::size_t>(m_bytes.size()),
-                                                       parseFlags, pugi::encoding_utf8);
-    const QString reason = QLatin1String(result.description());
-    return result || refuse(QStringLiteral("not well-formed at byte %1: %2").arg(result.offset).arg(reason));
-}
-
-bool XmlDocument::checkTopLevel()
-{
-    int elements = 0;
-    for (const pugi::xml_node node : m_document.children()) {
-        if (node.type() == pugi::node_doctype)
-            return refuse(noDoctype());
-        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
-            return refuse(QStringLiteral("not well-formed: text outside of the root element"));
-        elements += node.type() == pugi::node_element ? 1 : 0;
     }
-    return elements == 1 || refuse(QStringLiteral("not well-formed: %1 root elements").arg(elements));
+    QByteArray bytes = text.toUtf8();
+    if (bytes.size() > longestDocument) {
+        return refuse(tooLarge());
+    }
+    if (parsePlain(std::move(bytes))) {
+        return true;
+    }
+    QXmlStreamReader reader(text);
+    return takeWhole(reader);
 }
 
-bool XmlDocument::checkEncoding()
+// The quick way, for the documents that this system writes. The parser behind it looks at little of what it passes by:
+// what it is given has been looked at before, and it sees to the end tags.
+bool XmlDocument::parsePlain(QByteArray bytes)
 {
-    const QByteArray encoding(m_document.first_child().attribute("encoding").value());
-    const bool declared = m_document.first_child().type() == pugi::node_declaration && !encoding.isEmpty();
-    const bool readable =
-        encoding.compare("UTF-8", Qt::CaseInsensitive) == 0 || encoding.compare("US-ASCII", Qt::CaseInsensitive) == 0;
-    return !declared || readable || refuse(notUtf8());
+    if (!isPlainXml({bytes.constData(), static_cast<std::size_t>(bytes.size())})) {
+        return false;
+    }
+    m_bytes = std::move(bytes);
+    const auto size = static_cast<std::size_t>(m_bytes.size());
+    const bool parsed = m_document.load_buffer_inplace(m_bytes.data(), size, parseFlags, pugi::encoding_utf8);
+    if (!parsed) {
+        m_document.reset();
+    }
+    return parsed;
+}
+
+bool XmlDocument::takeWhole(QXmlStreamReader& reader)
+{
+    if (!take(reader)) {
+        return false;
+    }
+    while (!reader.atEnd()) {
+        if (reader.readNext() == QXmlStreamReader::DTD) {
+            return refuse(noDoctype());
+        }
+    }
+    return !reader.hasError() || refuse(notWellFormed(reader));
 }
 
 bool XmlDocument::take(QXmlStreamReader& reader)
 {
     while (!reader.isStartElement()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
-        if (token == QXmlStreamReader::DTD)
+        if (token == QXmlStreamReader::DTD) {
             return refuse(noDoctype());
-        if (reader.atEnd() || reader.hasError())
-            return refuse(reader.hasError() ? reader.errorString() : QStringLiteral("no element is left"));
+        }
+        if (reader.hasError()) {
+            return refuse(notWellFormed(reader));
+        }
+        if (reader.atEnd()) {
+            return refuse(QStringLiteral("no element is left"));
+        }
     }
     return copyElement(reader);
 }
@@ -100,13 +164,16 @@ bool XmlDocument::copyElement(QXmlStreamReader& reader)
     pugi::xml_node parent = m_document;
     int depth = 0;
     do {
-        if (!copyToken(reader, parent))
+        if (!copyToken(reader, parent)) {
             return false;
+        }
         depth += reader.isStartElement() ? 1 : reader.isEndElement() ? -1 : 0;
-        if (depth > deepestElement || m_copied > longestDocument)
+        if (depth > deepestElement || m_copied > longestDocument) {
             return refuse(depth > deepestElement ? QStringLiteral("elements are nested too deep") : tooLarge());
-        if (depth > 0)
+        }
+        if (depth > 0) {
             reader.readNext();
+        }
     } while (depth > 0);
     return true;
 }
@@ -119,7 +186,8 @@ bool XmlDocument::copyToken(QXmlStreamReader& reader, pugi::xml_node& parent)
     switch (reader.tokenType()) {
     case QXmlStreamReader::StartElement:
         parent = parent.append_child(bytes.constData());
-        return true;
+        return !areAttributesMalformed(reader) ||
+               refuse(QStringLiteral("not well-formed: attributes of %1").arg(reader.qualifiedName()));
     case QXmlStreamReader::EndElement:
         parent = parent.parent();
         return true;
@@ -130,7 +198,7 @@ bool XmlDocument::copyToken(QXmlStreamReader& reader, pugi::xml_node& parent)
     case QXmlStreamReader::ProcessingInstruction:
         return true;
     default:
-        return refuse(reader.hasError() ? reader.errorString()
+        return refuse(reader.hasError() ? notWellFormed(reader)
                                         : QStringLiteral("the entity %1 is not known").arg(reader.text()));
     }
 }

@@ -12,12 +12,14 @@ namespace REPORTGENERATOR {
 /// Longest document that is read, in bytes. A parsed document may need sixteen times its size in memory.
 constexpr qsizetype longestDocument = 32 * 1024 * 1024;
 
-/// A document in memory whose root element is to be read. Entities in texts stay unresolved (see elementText()).
+/// A document in memory whose root element is to be read. It holds elements and their texts, the entities resolved;
+/// attributes and all else are left out. However a document comes in, the same ones are refused and the same is held
+/// of those that are not.
 class XmlDocument
 {
 public:
-    /// Parses a document in UTF-8. False, with a reason in problem(), if it is too large, not well-formed, in another
-    /// encoding or has a document type declaration.
+    /// Parses a document in UTF-8. False, with a reason in problem(), if it is too large, not well-formed, too deep, in
+    /// another encoding or has a document type declaration.
     bool parse(QByteArray bytes);
 
     /// The same for a document that is text already; the encoding that it declares is of no account.
@@ -32,9 +34,8 @@ public:
 
 private:
     bool refuse(const QString& problem);
-    bool parseBytes(QByteArray bytes);
-    bool checkTopLevel();
-    bool checkEncoding();
+    bool parsePlain(QByteArray bytes);
+    bool takeWhole(QXmlStreamReader& reader);
     bool copyElement(QXmlStreamReader& reader);
     bool copyToken(QXmlStreamReader& reader, pugi::xml_node& parent);
 

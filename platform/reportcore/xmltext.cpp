@@ -5,7 +5,6 @@
 #include <QStringDecoder>
 
 #include <algorithm>
-#include <charconv>
 #include <pugixml.hpp>
 
 namespace REPORTGENERATOR {
@@ -22,23 +21,27 @@ bool isBlank(char c)
 int hexDigit(QChar c)
 {
     const char16_t u = c.unicode();
-    if (u >= u'0' && u <= u'9')
+    if (u >= u'0' && u <= u'9') {
         return u - u'0';
-    if ((u >= u'a' && u <= u'f') || (u >= u'A' && u <= u'F'))
+    }
+    if ((u >= u'a' && u <= u'f') || (u >= u'A' && u <= u'F')) {
         return (u | 0x20) - u'a' + 10;
+    }
     return -1;
 }
 
 // Code unit of the group that starts at `at`, -1 if none does.
 int groupAt(QStringView text, qsizetype at)
 {
-    if (text.size() - at < groupLength || text[at] != u'\\' || text[at + 1] != u'u')
+    if (text.size() - at < groupLength || text[at] != u'\\' || text[at + 1] != u'u') {
         return -1;
+    }
     int unit = 0;
     for (qsizetype i = at + 2; i < at + groupLength; ++i) {
         const int digit = hexDigit(text[i]);
-        if (digit < 0)
+        if (digit < 0) {
             return -1;
+        }
         unit = unit * 16 + digit;
     }
     return unit;
@@ -47,8 +50,9 @@ int groupAt(QStringView text, qsizetype at)
 bool isLoneSurrogate(QStringView text, qsizetype at)
 {
     const QChar c = text[at];
-    if (c.isHighSurrogate())
+    if (c.isHighSurrogate()) {
         return at + 1 == text.size() || !text[at + 1].isLowSurrogate();
+    }
     return c.isLowSurrogate() && (at == 0 || !text[at - 1].isHighSurrogate());
 }
 
@@ -80,74 +84,19 @@ QString resolveGroups(const QString& text)
 bool isPlain(std::string_view utf8)
 {
     bool plain = true;
-    for (const char c : utf8)
+    for (const char c : utf8) {
         plain = plain && c >= ' ' && c != '\\';
+    }
     return plain;
-}
-
-void appendUtf8(std::string& out, char32_t c)
-{
-    out += QString::fromUcs4(&c, 1).toStdString();
-}
-
-bool isXmlCharacter(char32_t c)
-{
-    const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
-    return c <= 0x10FFFF && !surrogate && !(c <= 0xFFFF && isForbidden(static_cast<char16_t>(c)));
-}
-
-// "#65" or "#x41"; 0, which is no character of XML, if it is neither.
-char32_t referredCharacter(std::string_view reference)
-{
-    const bool hexadecimal = reference.size() > 1 && reference[1] == 'x';
-    reference.remove_prefix(hexadecimal ? 2 : 1);
-    quint32 code = 0;
-    const auto [end, error] =
-        std::from_chars(reference.data(), reference.data() + reference.size(), code, hexadecimal ? 16 : 10);
-    return error == std::errc() && end == reference.data() + reference.size() ? code : 0;
-}
-
-char32_t entityCharacter(std::string_view name)
-{
-    constexpr std::pair<std::string_view, char32_t> known[] = {
-        {"lt", U'<'}, {"gt", U'>'}, {"amp", U'&'}, {"quot", U'"'}, {"apos", U'\''}};
-    for (const auto& [entity, character] : known) {
-        if (entity == name)
-            return character;
-    }
-    return name.starts_with('#') ? referredCharacter(name) : 0;
-}
-
-// Entities are resolved here and not by the parser, which would leave an unknown one in the text as if it were meant.
-void appendResolved(std::string& out, std::string_view raw)
-{
-    while (!raw.empty()) {
-        const std::size_t start = std::min(raw.find('&'), raw.size());
-        out.append(raw.substr(0, start));
-        raw.remove_prefix(start);
-        if (raw.empty())
-            return;
-        const std::size_t end = raw.find(';');
-        const char32_t character = end == raw.npos ? 0 : entityCharacter(raw.substr(1, end - 1));
-        if (!isXmlCharacter(character))
-            throw RGException(QStringLiteral("the entity %1 is not known").arg(shortened(raw.substr(0, 12))));
-        appendUtf8(out, character);
-        raw.remove_prefix(end + 1);
-    }
 }
 
 void appendText(std::string& out, const pugi::xml_node& child)
 {
-    switch (child.type()) {
-    case pugi::node_pcdata:
-        return appendResolved(out, child.value());
-    case pugi::node_cdata:
-        out += child.value();
-        return;
-    default:
+    if (child.type() == pugi::node_element) {
         throw RGException(QString::fromUtf8(child.parent().name()),
                           QStringLiteral("holds elements where a value is due"));
     }
+    out += child.value();
 }
 
 } // namespace
@@ -157,8 +106,9 @@ QString escaped(const QString& text)
     QString out;
     qsizetype done = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        if (!needsGroup(text, i))
+        if (!needsGroup(text, i)) {
             continue;
+        }
         out.append(QStringView(text).mid(done, i - done));
         out.append(QStringLiteral("\\u%1").arg(text[i].unicode(), 4, 16, QLatin1Char('0')));
         done = i + 1;
@@ -166,42 +116,41 @@ QString escaped(const QString& text)
     return done == 0 ? text : out.append(QStringView(text).mid(done));
 }
 
-bool unescape(std::string_view utf8, QString& text)
+QString unescaped(std::string_view utf8)
 {
     const QByteArrayView bytes(utf8.data(), static_cast<qsizetype>(utf8.size()));
     if (isPlain(utf8)) {
-        text = QString::fromLatin1(bytes);
-        return true;
+        return QString::fromLatin1(bytes);
     }
     QStringDecoder decoder(QStringDecoder::Utf8,
                            QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     const QString decoded = decoder(bytes);
-    if (decoder.hasError() ||
-        std::any_of(decoded.begin(), decoded.end(), [](QChar c) { return isForbidden(c.unicode()); }))
-        return false;
-    text = decoded.contains(u'\\') ? resolveGroups(decoded) : decoded;
-    return true;
+    return decoded.contains(u'\\') ? resolveGroups(decoded) : decoded;
 }
 
 std::string_view elementText(const pugi::xml_node& element, std::string& buffer)
 {
     const pugi::xml_node first = element.first_child();
-    if (!first)
+    if (!first) {
         return {};
-    const std::string_view raw = first.value();
-    if (first.type() == pugi::node_pcdata && !first.next_sibling() && raw.find('&') == raw.npos)
-        return raw;
-    for (const pugi::xml_node child : element.children())
+    }
+    if (first.type() != pugi::node_element && !first.next_sibling()) {
+        return first.value();
+    }
+    for (const pugi::xml_node child : element.children()) {
         appendText(buffer, child);
+    }
     return buffer;
 }
 
 std::string_view trimmed(std::string_view text)
 {
-    while (!text.empty() && isBlank(text.front()))
+    while (!text.empty() && isBlank(text.front())) {
         text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
+    }
+    while (!text.empty() && isBlank(text.back())) {
         text.remove_suffix(1);
+    }
     return text;
 }
 

@@ -16,11 +16,10 @@ namespace REPORTGENERATOR {
 /// so is a backslash that would otherwise be read as the start of such a group. Every other text stays as it is.
 QString escaped(const QString& text);
 
-/// The reverse of escaped(), from UTF-8. False if the bytes are not UTF-8 or hold a character that XML does not allow.
-bool unescape(std::string_view utf8, QString& text);
+/// The reverse of escaped(), from text in UTF-8.
+QString unescaped(std::string_view utf8);
 
-/// The text of an element that has no child elements, with entities resolved; `buffer` may hold it. Throws RGException
-/// if there are child elements, unknown entities or references to no character.
+/// The text of an element; `buffer` may hold it. Throws RGException if there are child elements.
 std::string_view elementText(const pugi::xml_node& element, std::string& buffer);
 
 /// Without the blanks at both ends.

@@ -88,6 +88,10 @@ private Q_SLOTS:
     void readingWithoutValidationAcceptsWhatIsMissing();
     void refusesAndStaysAsItWas_data();
     void refusesAndStaysAsItWas();
+    void refusesWhatIsNotWellFormed_data();
+    void refusesWhatIsNotWellFormed();
+    void refusesWhatIsNotWellFormedBeforeTheRoot_data();
+    void refusesWhatIsNotWellFormedBeforeTheRoot();
     void refusesWhatFollowsTheRoot_data();
     void refusesWhatFollowsTheRoot();
     void accepts_data();
@@ -107,7 +111,8 @@ private Q_SLOTS:
     void refusesFilesThatAreNotUtf8();
     void refusesFilesBeyondTheLimit();
     void readsEndlessDevicesToTheLimitOnly();
-    void deepNestingIsHarmless();
+    void deepNestingIsRefusedByEveryWay_data();
+    void deepNestingIsRefusedByEveryWay();
     void savingAnInvalidObjectLeavesTheFile();
     void savingWhereItCannotGivesFalse();
     void dataStreamReadsBackEqual();
@@ -304,6 +309,128 @@ void IRGObjectTest::refusesAndStaysAsItWas()
     }
 }
 
+// In an element that is skipped, where a parser that reads for content alone would not look.
+void IRGObjectTest::refusesWhatIsNotWellFormed_data()
+{
+    QTest::addColumn<QString>("markup");
+    const auto row = [](const char* name, const char* markup) { QTest::newRow(name) << QString::fromUtf8(markup); };
+    row("an attribute twice", "<a b='1' b='2'/>");
+    row("an attribute twice by its namespace", "<a xmlns:p='u' xmlns:q='u' p:b='1' q:b='2'/>");
+    row("a namespace twice", "<a xmlns:p='u' xmlns:p='v'/>");
+    row("a default namespace twice", "<a xmlns='u' xmlns='v'/>");
+    row("a prefix without a namespace", "<p:a/>");
+    row("a prefix without a name", "<p: xmlns:p='u'/>");
+    row("a name with two colons", "<p:a:b xmlns:p='u'/>");
+    row("an attribute without a value", "<a b/>");
+    row("an attribute without quotes", "<a b=1/>");
+    row("an attribute that begins with the wrong quote", "<a b=\"1'/>");
+    row("attributes without a blank between them", "<a b='1'c='2'/>");
+    row("markup in an attribute", "<a b='<'/>");
+    row("an ampersand in an attribute", "<a b='&'/>");
+    row("an unknown entity in an attribute", "<a b='&foreign;'/>");
+    row("a reference to no character in an attribute", "<a b='&#0;'/>");
+    row("a control character in an attribute", "<a b='\x01'/>");
+    QTest::newRow("a zero in an attribute's name") << QStringLiteral("<a b%1c='1'/>").arg(QChar(QChar::Null));
+    QTest::newRow("a zero in a prefix") << QStringLiteral("<a xmlns:b%1='u'/>").arg(QChar(QChar::Null));
+    QTest::newRow("a zero in a text") << QStringLiteral("<a>%1</a>").arg(QChar(QChar::Null));
+    row("an attribute in an end tag", "<a></a b='1'>");
+    row("an end tag of another name", "<a></b>");
+    row("an end tag in another case", "<a></A>");
+    row("an end tag too many", "</a>");
+    row("a start tag too many", "<a>");
+    row("a blank before a name", "< a/>");
+    row("a blank within a tag's end", "<a / >");
+    row("a tag without a name", "<>");
+    row("an end tag without a name", "</>");
+    row("a tag in a tag", "<a <b/>");
+    row("a name that begins with a digit", "<1a/>");
+    row("a name that begins with a hyphen", "<-a/>");
+    row("a name with a sign in it", "<a+b/>");
+    row("a name with a no-break space", "<a\xC2\xA0/>");
+    row("a name that begins with a combining mark", "<\xCC\x80/>");
+    row("an ampersand in a text", "<a>b & c</a>");
+    row("an unknown entity in a text", "<a>&foreign;</a>");
+    row("an entity without its end", "<a>&lt</a>");
+    row("an entity in capitals", "<a>&LT;</a>");
+    row("an empty entity", "<a>&;</a>");
+    row("an empty reference", "<a>&#;</a>");
+    row("a reference in capitals", "<a>&#X41;</a>");
+    row("a reference with a letter", "<a>&#6x;</a>");
+    row("a reference to a control character", "<a>&#x1;</a>");
+    row("a reference to a surrogate", "<a>&#xD800;</a>");
+    row("a reference to no character", "<a>&#xFFFE;</a>");
+    row("a reference beyond all numbers", "<a>&#99999999999999999999;</a>");
+    row("the end of character data in a text", "<a>]]></a>");
+    row("the end of character data behind a bracket", "<a>]]]></a>");
+    row("a control character in a text", "<a>\x01</a>");
+    row("a form feed", "<a>\f</a>");
+    row("no character", "<a>\xEF\xBF\xBE</a>");
+    row("no character among others", "<a>b\xEF\xBF\xBF\xEF\xBF\xBD</a>");
+    row("two hyphens in a comment", "<!-- a -- b -->");
+    row("three hyphens at the end of a comment", "<!-- a --->");
+    row("a comment that is too short", "<!-->");
+    row("a control character in a comment", "<!-- \x01 -->");
+    row("a comment without an end", "<!-- ");
+    row("character data in small letters", "<![cdata[x]]>");
+    row("character data with a blank", "<![CDATA [x]]>");
+    row("character data without an end", "<![CDATA[x");
+    row("a control character in character data", "<![CDATA[\x01]]>");
+    row("an instruction without a name", "<?"
+                                         "?>");
+    row("an instruction with a blank before its name", "<? a?>");
+    row("an instruction named xml", "<?xml version='1.0'?>");
+    row("an instruction named xml in capitals", "<?XML a?>");
+    row("an instruction without a blank behind its name", "<?a+b?>");
+    row("an instruction without an end", "<?a ");
+    row("a control character in an instruction", "<?a \x01?>");
+    row("a document type within", "<!DOCTYPE a>");
+    row("a declaration within", "<!ELEMENT a ANY>");
+}
+
+void IRGObjectTest::refusesWhatIsNotWellFormed()
+{
+    QFETCH(QString, markup);
+    for (const auto& [name, read] : readings) {
+        SampleObject object;
+        QVERIFY_EXCEPTION_THROWN(read(object, documentWith(QStringLiteral("<New>%1</New>").arg(markup))), RGException);
+        QVERIFY_EXCEPTION_THROWN(read(object, documentWith(markup)), RGException);
+        QVERIFY2(object == SampleObject(), name);
+    }
+}
+
+void IRGObjectTest::refusesWhatIsNotWellFormedBeforeTheRoot_data()
+{
+    QTest::addColumn<QString>("head");
+    const auto row = [](const char* name, const char* head) { QTest::newRow(name) << QString::fromUtf8(head); };
+    row("a word", "word");
+    row("a reference", "&#32;");
+    row("character data", "<![CDATA[]]>");
+    row("a blank before the declaration", " <?xml version='1.0'?>");
+    row("two declarations", "<?xml version='1.0'?><?xml version='1.0'?>");
+    row("a declaration in capitals", "<?XML version='1.0'?>");
+    row("a declaration without a version", "<?xml encoding='UTF-8'?>");
+    row("a declaration of another version", "<?xml version='2.0'?>");
+    row("a declaration in another order", "<?xml encoding='UTF-8' version='1.0'?>");
+    row("a declaration with something else", "<?xml version='1.0' foreign='1'?>");
+    row("a declaration that is undecided", "<?xml version='1.0' standalone='maybe'?>");
+    row("a declaration of a malformed encoding", "<?xml version='1.0' encoding='UTF 8'?>");
+    row("a declaration without an end", "<?xml version='1.0'>");
+    row("a declaration cut short", "<?xml version=\"1.0\" encoding=\"UTF-8\"?");
+    row("an end tag", "</SampleObject>");
+    row("a control character", "\x01");
+    row("a byte order mark that is not the first", " \xEF\xBB\xBF");
+}
+
+void IRGObjectTest::refusesWhatIsNotWellFormedBeforeTheRoot()
+{
+    QFETCH(QString, head);
+    for (const auto& [name, read] : readings) {
+        SampleObject object;
+        QVERIFY_EXCEPTION_THROWN(read(object, head + documentWith({})), RGException);
+        QVERIFY2(object == SampleObject(), name);
+    }
+}
+
 void IRGObjectTest::refusesWhatFollowsTheRoot_data()
 {
     QTest::addColumn<QString>("tail");
@@ -313,6 +440,15 @@ void IRGObjectTest::refusesWhatFollowsTheRoot_data()
     QTest::newRow("an end tag") << QStringLiteral("</SampleObject>");
     QTest::newRow("half a tag") << QStringLiteral("<");
     QTest::newRow("a reference") << QStringLiteral("&#65;");
+    QTest::newRow("a reference to a blank") << QStringLiteral("&#32;");
+    QTest::newRow("character data") << QStringLiteral("<![CDATA[]]>");
+    QTest::newRow("a declaration") << QStringLiteral("<?xml version='1.0'?>");
+    QTest::newRow("a document type") << QStringLiteral("<!DOCTYPE SampleObject>");
+    QTest::newRow("a malformed comment") << QStringLiteral("<!-- a -- b -->");
+    QTest::newRow("a comment without an end") << QStringLiteral("<!-- a");
+    QTest::newRow("a control character") << QStringLiteral("\x01");
+    QTest::newRow("a byte order mark") << QString(QChar::ByteOrderMark);
+    QTest::newRow("a zero") << QString(QChar::Null);
 }
 
 void IRGObjectTest::refusesWhatFollowsTheRoot()
@@ -339,7 +475,18 @@ void IRGObjectTest::accepts_data()
     row("a comment in a value", "<Text>a<!-- no -->b</Text>", "ab");
     row("a processing instruction", "<?php no?><Text>a</Text>", "a");
     row("line ends of other systems", "<Text>a\r\nb\rc</Text>", "a\nb\nc");
-    row("attributes", "<Text lang='de'>a</Text>", "a");
+    row("attributes", "<Text lang='de' other = \"&lt;'&gt;&#65;\">a</Text >", "a");
+    row("an empty element with attributes", "<New a='1' A='2'/><Text>a</Text>", "a");
+    row("names with a prefix", "<p:New xmlns:p='u' p:a='1' a='2'><p:New/></p:New><Text>a</Text>", "a");
+    row("names in other scripts", "<\xC3\x84\xE3\x81\x82/><Text>a</Text>", "a");
+    row("an attribute that holds brackets", "<New a=']]>'/><Text>a</Text>", "a");
+    row("a bracket and two", "<Text>a]] ></Text>", "a]] >");
+    row("character data with brackets", "<Text><![CDATA[a]]]]><![CDATA[>]]></Text>", "a]]>");
+    row("instructions in a value", "<Text>a<?b c? d?>e</Text>", "ae");
+    row("a value between comments", "<Small><!-- 4 --> 5 <!-- 6 --></Small><Text>a</Text>", "a");
+    row("characters that few know", "<Text>\x7F\xC2\x85\xEF\xBF\xBD\xEF\xB7\x90</Text>",
+        "\x7F\xC2\x85\xEF\xBF\xBD\xEF\xB7\x90");
+    row("a byte order mark in a text", "<Text>_\xEF\xBB\xBF</Text>", "_\xEF\xBB\xBF");
     row("a text of blanks", "<Text>  </Text>", "  ");
     row("an empty text", "<Text/>", "");
     row("umlauts", "<Text>\xC3\xA4\xC3\xB6</Text>", "\xC3\xA4\xC3\xB6");
@@ -511,6 +658,10 @@ void IRGObjectTest::refusesFilesThatAreNotUtf8_data()
         << documentWith(QStringLiteral("<Text>?</Text>")).toUtf8().replace('?', "\xED\xA0\x80");
     QTest::newRow("an overlong character")
         << documentWith(QStringLiteral("<Text>?</Text>")).toUtf8().replace('?', "\xC0\x80");
+    QTest::newRow("half a character in what is skipped")
+        << documentWith(QStringLiteral("<New>?</New>")).toUtf8().replace('?', "\xC3");
+    QTest::newRow("half a character in an attribute")
+        << documentWith(QStringLiteral("<New a='?'/>")).toUtf8().replace('?', "\xC3");
     QTest::newRow("a zero behind the end") << documentWith({}).toUtf8() + QByteArray("\0x", 2);
     QTest::newRow("a declared encoding") << "<?xml version='1.0' encoding='ISO-8859-1'?>" + documentWith({}).toUtf8();
     const QString wide = documentWith({});
@@ -556,14 +707,25 @@ void IRGObjectTest::readsEndlessDevicesToTheLimitOnly()
     QVERIFY_EXCEPTION_THROWN(object.LoadXml(QStringLiteral("/dev/zero")), RGException);
 }
 
-void IRGObjectTest::deepNestingIsHarmless()
+void IRGObjectTest::deepNestingIsRefusedByEveryWay_data()
 {
-    const int depth = 1'000'000;
-    const QString nested = QStringLiteral("<a>").repeated(depth) + QStringLiteral("</a>").repeated(depth);
-    SampleObject object;
-    QVERIFY(object.SetXmlString(documentWith(nested), true));
-    QVERIFY_EXCEPTION_THROWN(object.SetXmlString(nested, true), RGException);
-    QVERIFY_EXCEPTION_THROWN(readFromStream(object, documentWith(nested)), RGException);
+    QTest::addColumn<QString>("opening");
+    QTest::addColumn<QString>("closing");
+    QTest::newRow("plain elements") << QStringLiteral("<a>") << QStringLiteral("</a>");
+    QTest::newRow("elements with attributes") << QStringLiteral("<a b='1'>") << QStringLiteral("</a>");
+}
+
+void IRGObjectTest::deepNestingIsRefusedByEveryWay()
+{
+    QFETCH(QString, opening);
+    QFETCH(QString, closing);
+    const auto nested = [&](int depth) { return documentWith(opening.repeated(depth) + closing.repeated(depth)); };
+    for (const auto& [name, read] : readings) {
+        SampleObject object;
+        QVERIFY2(read(object, nested(63)), name);
+        QVERIFY_EXCEPTION_THROWN(read(object, nested(64)), RGException);
+        QVERIFY_EXCEPTION_THROWN(read(object, nested(100'000)), RGException);
+    }
 }
 
 void IRGObjectTest::savingAnInvalidObjectLeavesTheFile()
