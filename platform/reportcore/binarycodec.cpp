@@ -22,12 +22,14 @@ constexpr quint32 promisedAtMost = 1024;
 bool readList(ByteReader& reader, const FieldInfo& field, void* list)
 {
     quint32 count = 0;
-    if (!reader.read(count) || count == 0 || count > reader.left() / field.item->leastBinarySize())
+    if (!reader.read(count) || count == 0 || count > reader.left() / field.item->leastBinarySize()) {
         return false;
+    }
     field.list->reserve(list, static_cast<qsizetype>(std::min(count, promisedAtMost)));
     for (quint32 i = 0; i < count; ++i) {
-        if (!field.item->readBinary(reader, field.list->append(list)))
+        if (!field.item->readBinary(reader, field.list->append(list))) {
             return false;
+        }
     }
     return true;
 }
@@ -41,12 +43,14 @@ void appendFields(const RGObject& object, std::string& out)
     const std::span<const FieldInfo> fields = object.classInfo().fields;
     for (unsigned i = 0; i < fields.size(); ++i) {
         const FieldInfo& field = fields[i];
-        if (((mask >> i) & 1U) == 0)
+        if (((mask >> i) & 1U) == 0) {
             continue;
-        if (field.list != nullptr)
+        }
+        if (field.list != nullptr) {
             appendList(object, field, out);
-        else
+        } else {
             field.item->appendBinary(ObjectFields::at(object, field), out);
+        }
     }
 }
 
@@ -54,17 +58,21 @@ bool readFields(ByteReader& reader, RGObject& object)
 {
     quint32 mask = 0;
     const std::span<const FieldInfo> fields = object.classInfo().fields;
-    if (!reader.read(mask) || (quint64{mask} >> fields.size()) != 0)
+    if (!reader.read(mask) || (quint64{mask} >> fields.size()) != 0) {
         return false;
+    }
     for (unsigned i = 0; i < fields.size(); ++i) {
         const FieldInfo& field = fields[i];
-        if (((mask >> i) & 1U) == 0)
+        if (((mask >> i) & 1U) == 0) {
             continue;
+        }
         void* const member = ObjectFields::at(object, field);
-        if (field.list == nullptr)
+        if (field.list == nullptr) {
             ObjectFields::markPresent(object, i);
-        if (field.list != nullptr ? !readList(reader, field, member) : !field.item->readBinary(reader, member))
+        }
+        if (field.list != nullptr ? !readList(reader, field, member) : !field.item->readBinary(reader, member)) {
             return false;
+        }
     }
     return true;
 }

@@ -23,8 +23,9 @@ public:
     /// The next `length` bytes, or null, with nothing consumed, if there are fewer.
     const char* take(std::size_t length)
     {
-        if (length > left())
+        if (length > left()) {
             return nullptr;
+        }
         const char* const taken = m_position;
         m_position += length;
         return taken;
@@ -35,8 +36,9 @@ public:
     bool read(Number& number)
     {
         const char* const bytes = take(sizeof(Number));
-        if (bytes != nullptr)
+        if (bytes != nullptr) {
             number = qFromLittleEndian<Number>(bytes);
+        }
         return bytes != nullptr;
     }
 

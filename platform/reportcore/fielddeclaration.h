@@ -23,15 +23,17 @@
 /// The last word says what becomes of unknown elements in XML: `Skip` or `Refuse`. A class has up to 32 fields; new
 /// ones go to the end, because the order is that of the binary form.
 ///
-/// | first word   | meaning                                               | accessors |
-/// |--------------|-------------------------------------------------------|-----------------------------------------------|
-/// | Required     | a value without which Check() fails                   | GetX, SetX, GetXAsString | | Defaulted    |
-/// a value that may be missing and then counts as zero   | GetX, SetX, GetXAsString                      | | Optional
-/// | a value that may be missing, which can be told        | those, ResetX, IsXSet                         | |
-/// RequiredPart | a nested object without which Check() fails           | GetX, SetX | | Part         | a nested object
-/// that may be missing                   | GetX, SetX, ResetX, IsXSet                    | | RequiredList | values or
-/// nested objects, at least one                | GetX, SetX, AppendX, ResetX, IsXSet           | | List         |
-/// values or nested objects; set means not empty         | GetX, SetX, AppendX, ResetX, IsXSet           |
+// clang-format off
+/// | first word   | meaning                                               | accessors                          |
+/// |--------------|-------------------------------------------------------|------------------------------------|
+/// | Required     | a value without which Check() fails                   | GetX, SetX, GetXAsString           |
+/// | Defaulted    | a value that may be missing and then counts as zero   | GetX, SetX, GetXAsString           |
+/// | Optional     | a value that may be missing, which can be told        | those, ResetX, IsXSet              |
+/// | RequiredPart | a nested object without which Check() fails           | GetX, SetX                         |
+/// | Part         | a nested object that may be missing                   | GetX, SetX, ResetX, IsXSet         |
+/// | RequiredList | values or nested objects, at least one                | GetX, SetX, AppendX, ResetX, IsXSet |
+/// | List         | values or nested objects; set means not empty         | GetX, SetX, AppendX, ResetX, IsXSet |
+// clang-format on
 ///
 /// Values are `bool`, `int`, `unsigned int`, `qint64`, `quint64`, `double` (finite), `QString`, `QDateTime` (valid, to
 /// the millisecond) and enumerations made with RG_ENUM; nested objects are classes made with RG_OBJECT. The second word

@@ -50,10 +50,11 @@ struct ClassInfo
 template <typename T>
 const void* itemAddress(const T& item)
 {
-    if constexpr (std::derived_from<T, RGObject>)
+    if constexpr (std::derived_from<T, RGObject>) {
         return static_cast<const RGObject*>(&item);
-    else
+    } else {
         return &item;
+    }
 }
 
 template <typename T>
@@ -137,8 +138,9 @@ FieldInfo makeField(const char* name, FieldKind kind, const RGObject& prototype,
     bool Class::replaceIf(const Fill& fill)                                                                            \
     {                                                                                                                  \
         Class fresh;                                                                                                   \
-        if (!fill(fresh))                                                                                              \
+        if (!fill(fresh)) {                                                                                            \
             return false;                                                                                              \
+        }                                                                                                              \
         *this = std::move(fresh);                                                                                      \
         return true;                                                                                                   \
     }

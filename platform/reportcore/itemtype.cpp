@@ -63,9 +63,10 @@ void ScalarItem::readXml(const pugi::xml_node& element, void* item, bool) const
 {
     std::string buffer;
     const std::string_view text = elementText(element, buffer);
-    if (!fromText(text, item))
+    if (!fromText(text, item)) {
         throw RGException(QString::fromUtf8(element.name()),
                           QStringLiteral("\"%1\" is not a possible value").arg(shortened(text)));
+    }
 }
 
 } // namespace REPORTGENERATOR

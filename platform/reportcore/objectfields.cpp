@@ -19,11 +19,13 @@ bool isOptional(FieldKind kind)
 bool listsEqual(const FieldInfo& field, const void* a, const void* b)
 {
     const qsizetype size = field.list->size(a);
-    if (size != field.list->size(b))
+    if (size != field.list->size(b)) {
         return false;
+    }
     for (qsizetype i = 0; i < size; ++i) {
-        if (!field.item->equal(field.list->at(a, i), field.list->at(b, i)))
+        if (!field.item->equal(field.list->at(a, i), field.list->at(b, i))) {
             return false;
+        }
     }
     return true;
 }
@@ -35,15 +37,18 @@ bool fieldsEqual(const FieldInfo& field, const void* a, const void* b)
 
 QString fieldProblem(const RGObject& object, const FieldInfo& field, unsigned number)
 {
-    if (!ObjectFields::isSet(object, field, number))
+    if (!ObjectFields::isSet(object, field, number)) {
         return isRequired(field.kind) ? QStringLiteral("%1 is missing").arg(field.qtName) : QString();
+    }
     QString found;
     ObjectFields::forEachItem(object, field, [&](const void* item) {
-        if (!found.isEmpty())
+        if (!found.isEmpty()) {
             return;
+        }
         found = field.item->problem(item);
-        if (!found.isEmpty())
+        if (!found.isEmpty()) {
             found.prepend(field.qtName + QStringLiteral(": "));
+        }
     });
     return found;
 }
@@ -57,8 +62,9 @@ quint32 ObjectFields::mask(const RGObject& object)
     quint32 mask = 0;
     const std::span<const FieldInfo> fields = object.classInfo().fields;
     for (unsigned i = 0; i < fields.size(); ++i) {
-        if (isSet(object, fields[i], i))
+        if (isSet(object, fields[i], i)) {
             mask |= 1U << i;
+        }
     }
     return mask;
 }
@@ -66,14 +72,17 @@ quint32 ObjectFields::mask(const RGObject& object)
 bool objectsEqual(const RGObject& a, const RGObject& b)
 {
     const ClassInfo& info = a.classInfo();
-    if (&info != &b.classInfo())
+    if (&info != &b.classInfo()) {
         return false;
+    }
     for (unsigned i = 0; i < info.fields.size(); ++i) {
         const FieldInfo& field = info.fields[i];
-        if (isOptional(field.kind) && ObjectFields::isSet(a, field, i) != ObjectFields::isSet(b, field, i))
+        if (isOptional(field.kind) && ObjectFields::isSet(a, field, i) != ObjectFields::isSet(b, field, i)) {
             return false;
-        if (!fieldsEqual(field, ObjectFields::at(a, field), ObjectFields::at(b, field)))
+        }
+        if (!fieldsEqual(field, ObjectFields::at(a, field), ObjectFields::at(b, field))) {
             return false;
+        }
     }
     return true;
 }
@@ -83,8 +92,9 @@ QString objectProblem(const RGObject& object)
     const std::span<const FieldInfo> fields = object.classInfo().fields;
     for (unsigned i = 0; i < fields.size(); ++i) {
         const QString problem = fieldProblem(object, fields[i], i);
-        if (!problem.isEmpty())
+        if (!problem.isEmpty()) {
             return problem;
+        }
     }
     return ObjectFields::contentProblem(object);
 }
@@ -94,9 +104,10 @@ void writeFields(const RGObject& object, QXmlStreamWriter& writer)
     const std::span<const FieldInfo> fields = object.classInfo().fields;
     for (unsigned i = 0; i < fields.size(); ++i) {
         const FieldInfo& field = fields[i];
-        if (ObjectFields::isSet(object, field, i))
+        if (ObjectFields::isSet(object, field, i)) {
             ObjectFields::forEachItem(object, field,
                                       [&](const void* item) { field.item->writeXml(field.qtName, item, writer); });
+        }
     }
 }
 

@@ -39,8 +39,9 @@ public:
             return;
         }
         const qsizetype size = field.list->size(member);
-        for (qsizetype i = 0; i < size; ++i)
+        for (qsizetype i = 0; i < size; ++i) {
             use(field.list->at(member, i));
+        }
     }
 };
 

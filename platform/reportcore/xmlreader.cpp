@@ -14,8 +14,9 @@ std::size_t findField(std::span<const FieldInfo> fields, std::string_view name, 
 {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const std::size_t number = start + i < fields.size() ? start + i : start + i - fields.size();
-        if (fields[number].name == name)
+        if (fields[number].name == name) {
             return number;
+        }
     }
     return fields.size();
 }
@@ -23,10 +24,12 @@ std::size_t findField(std::span<const FieldInfo> fields, std::string_view name, 
 void readField(const pugi::xml_node& child, RGObject& object, const FieldInfo& field, unsigned number, bool validate)
 {
     void* const member = ObjectFields::at(object, field);
-    if (field.list != nullptr)
+    if (field.list != nullptr) {
         return field.item->readXml(child, field.list->append(member), validate);
-    if (ObjectFields::isSet(object, field, number))
+    }
+    if (ObjectFields::isSet(object, field, number)) {
         throw RGException(field.qtName, QStringLiteral("stands there twice"));
+    }
     ObjectFields::markPresent(object, number);
     field.item->readXml(child, member, validate);
 }
@@ -34,9 +37,10 @@ void readField(const pugi::xml_node& child, RGObject& object, const FieldInfo& f
 void refuseText(const pugi::xml_node& child)
 {
     const bool isText = child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata;
-    if (isText && !trimmed(child.value()).empty())
+    if (isText && !trimmed(child.value()).empty()) {
         throw RGException(QString::fromUtf8(child.parent().name()),
                           QStringLiteral("holds text where elements are due"));
+    }
 }
 
 } // namespace
@@ -51,11 +55,12 @@ void readFields(const pugi::xml_node& element, RGObject& object, bool validate)
             continue;
         }
         const std::size_t found = findField(info.fields, child.name(), number);
-        if (found < info.fields.size())
+        if (found < info.fields.size()) {
             readField(child, object, info.fields[number = found], static_cast<unsigned>(found), validate);
-        else if (validate && info.unknown == UnknownElements::Refuse)
+        } else if (validate && info.unknown == UnknownElements::Refuse) {
             throw RGException(QString::fromUtf8(child.name()),
                               QStringLiteral("is no field of %1").arg(QLatin1String(element.name())));
+        }
     }
 }
 
