@@ -1,0 +1,3 @@
+#include <vornappstartup/icfg.h>
+
+ICfg::~ICfg() = default;
