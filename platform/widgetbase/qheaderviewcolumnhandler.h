@@ -1,0 +1,53 @@
+#pragma once
+
+#include <widgetbase/widgetbase_export.h>
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class QHeaderView;
+
+namespace guiHelper {
+
+/// Keeps the layout of a header's columns in the user's configuration: their order, sizes and which of them are hidden.
+class WIDGETBASE_EXPORT QHeaderViewColumnHandler final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `key` names the layout among those of all headers; an empty one is kept nowhere. The header is not owned and may
+    /// go first. Made before columns are hidden it also remembers how wide they were.
+    QHeaderViewColumnHandler(QHeaderView* header, const QString& key, QObject* parent = nullptr);
+    ~QHeaderViewColumnHandler() override;
+
+    /// Writes the layout to the configuration and the configuration to disk. False if that fails, or if the header has
+    /// gone or has no columns: what was kept before stands then.
+    bool saveColumnStatus();
+
+    /// Applies the layout that was kept. False, and the header as it was, if none was kept or it is one of a header
+    /// with another number of columns.
+    bool restoreColumnStatus();
+
+private:
+    struct Column
+    {
+        int logicalIndex = 0;
+        int size = 0;
+        bool isHidden = false;
+    };
+
+    /// In their visual order.
+    QList<Column> layout() const;
+    QString textOf(const QList<Column>& columns) const;
+    QList<Column> columnsOf(const QString& text) const;
+    void apply(const QList<Column>& columns);
+    void rememberSize(int logicalIndex, int oldSize, int newSize);
+
+    const QPointer<QHeaderView> m_header;
+    const QString m_key;
+    QHash<int, int> m_sizesBeforeHiding;
+};
+
+} // namespace guiHelper

@@ -1,0 +1,207 @@
+#include <widgetbase/qheaderviewcolumnhandler.h>
+
+#include <vornappstartup/cfgcenter.h>
+
+#include <QHeaderView>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using guiHelper::QHeaderViewColumnHandler;
+
+namespace {
+
+/// A header of its own with a handler on it.
+struct Header
+{
+    explicit Header(int columns = 4, const QString& key = QStringLiteral("Table"))
+        : model(0, columns)
+    {
+        view.setModel(&model);
+        handler = std::make_unique<QHeaderViewColumnHandler>(&view, key);
+    }
+
+    /// "number:size" in visual order, hidden ones in brackets.
+    QString layout() const
+    {
+        QStringList parts;
+        for (int visual = 0; visual < view.count(); ++visual) {
+            const int logical = view.logicalIndex(visual);
+            parts << (view.isSectionHidden(logical)
+                          ? QStringLiteral("(%1)").arg(logical)
+                          : QStringLiteral("%1:%2").arg(logical).arg(view.sectionSize(logical)));
+        }
+        return parts.join(u' ');
+    }
+
+    QStandardItemModel model;
+    QHeaderView view{Qt::Horizontal};
+    std::unique_ptr<QHeaderViewColumnHandler> handler;
+};
+
+void arrange(Header& header)
+{
+    for (int column = 0; column < header.view.count(); ++column) {
+        header.view.resizeSection(column, 50 + 10 * column);
+    }
+    header.view.moveSection(0, 2);
+    header.view.setSectionHidden(1, true);
+}
+
+} // namespace
+
+class QHeaderViewColumnHandlerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { CfgCenter::SetFile(ICfg::UserView, QString()); }
+
+    void restoresOrderSizesAndVisibility();
+    void aColumnThatWasHiddenHasItsSizeWhenItIsShownAgain();
+    void eachKeyHasALayoutOfItsOwn();
+    void restoresNothingWhereNothingWasKept();
+    void restoresNothingIntoAnotherNumberOfColumns();
+    void restoresNothingThatIsNoLayout_data();
+    void restoresNothingThatIsNoLayout();
+    void aHeaderThatHasGoneKeepsTheOldLayout();
+    void aHeaderWithoutColumnsKeepsTheOldLayout();
+    void savesNothingWithoutAKey();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void QHeaderViewColumnHandlerTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    CfgCenter::SetFile(ICfg::UserView, m_folder->filePath(QStringLiteral("user.ini")));
+}
+
+void QHeaderViewColumnHandlerTest::restoresOrderSizesAndVisibility()
+{
+    Header before;
+    arrange(before);
+    QCOMPARE(before.layout(), QStringLiteral("(1) 2:70 0:50 3:80"));
+    QVERIFY(before.handler->saveColumnStatus());
+    CfgCenter::SetFile(ICfg::UserView, m_folder->filePath(QStringLiteral("user.ini")));
+    Header after;
+    QVERIFY(after.handler->restoreColumnStatus());
+    QCOMPARE(after.layout(), before.layout());
+    QVERIFY(after.handler->saveColumnStatus());
+    Header again;
+    QVERIFY(again.handler->restoreColumnStatus());
+    QCOMPARE(again.layout(), before.layout());
+}
+
+void QHeaderViewColumnHandlerTest::aColumnThatWasHiddenHasItsSizeWhenItIsShownAgain()
+{
+    Header before;
+    arrange(before);
+    QVERIFY(before.handler->saveColumnStatus());
+    Header after;
+    QVERIFY(after.handler->restoreColumnStatus());
+    QVERIFY(after.handler->saveColumnStatus());
+    Header again;
+    QVERIFY(again.handler->restoreColumnStatus());
+    again.view.setSectionHidden(1, false);
+    QCOMPARE(again.view.sectionSize(1), 60);
+}
+
+void QHeaderViewColumnHandlerTest::eachKeyHasALayoutOfItsOwn()
+{
+    Header one(4, QStringLiteral("One"));
+    arrange(one);
+    QVERIFY(one.handler->saveColumnStatus());
+    Header two(4, QStringLiteral("Two"));
+    QVERIFY(!two.handler->restoreColumnStatus());
+    QVERIFY(two.handler->saveColumnStatus());
+    Header oneAgain(4, QStringLiteral("One"));
+    QVERIFY(oneAgain.handler->restoreColumnStatus());
+    QCOMPARE(oneAgain.layout(), one.layout());
+}
+
+void QHeaderViewColumnHandlerTest::restoresNothingWhereNothingWasKept()
+{
+    Header header;
+    const QString before = header.layout();
+    QVERIFY(!header.handler->restoreColumnStatus());
+    QCOMPARE(header.layout(), before);
+}
+
+void QHeaderViewColumnHandlerTest::restoresNothingIntoAnotherNumberOfColumns()
+{
+    Header four;
+    arrange(four);
+    QVERIFY(four.handler->saveColumnStatus());
+    for (const int columns : {0, 3, 5}) {
+        Header header(columns);
+        const QString before = header.layout();
+        QVERIFY(!header.handler->restoreColumnStatus());
+        QCOMPARE(header.layout(), before);
+    }
+}
+
+void QHeaderViewColumnHandlerTest::restoresNothingThatIsNoLayout_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("nothing") << QString();
+    QTest::newRow("a word") << QStringLiteral("word");
+    QTest::newRow("a column twice") << QStringLiteral("1:50:shown 1:50:shown");
+    QTest::newRow("a column too many") << QStringLiteral("0:50:shown 2:50:shown");
+    QTest::newRow("a column before the first") << QStringLiteral("0:50:shown -1:50:shown");
+    QTest::newRow("a size below nothing") << QStringLiteral("0:50:shown 1:-5:shown");
+    QTest::newRow("a size beyond all screens") << QStringLiteral("0:50:shown 1:2000000000:shown");
+    QTest::newRow("another state") << QStringLiteral("0:50:shown 1:50:lost");
+    QTest::newRow("a part too many") << QStringLiteral("0:50:shown 1:50:shown:1");
+    QTest::newRow("a part too few") << QStringLiteral("0:50:shown 1:50");
+}
+
+void QHeaderViewColumnHandlerTest::restoresNothingThatIsNoLayout()
+{
+    QFETCH(QString, text);
+    CfgCenter::GetAppCfg(ICfg::UserView)
+        ->OpenGroup(QStringLiteral("ColumnStatus"), ICfg::Access::Write)
+        ->SetString(QStringLiteral("Table"), text);
+    Header header(2);
+    const QString before = header.layout();
+    QVERIFY(!header.handler->restoreColumnStatus());
+    QCOMPARE(header.layout(), before);
+}
+
+void QHeaderViewColumnHandlerTest::aHeaderThatHasGoneKeepsTheOldLayout()
+{
+    Header before;
+    arrange(before);
+    QVERIFY(before.handler->saveColumnStatus());
+    auto view = std::make_unique<QHeaderView>(Qt::Horizontal);
+    QHeaderViewColumnHandler handler(view.get(), QStringLiteral("Table"));
+    view.reset();
+    QVERIFY(!handler.saveColumnStatus());
+    QVERIFY(!handler.restoreColumnStatus());
+    Header after;
+    QVERIFY(after.handler->restoreColumnStatus());
+    QCOMPARE(after.layout(), before.layout());
+}
+
+void QHeaderViewColumnHandlerTest::aHeaderWithoutColumnsKeepsTheOldLayout()
+{
+    Header before;
+    arrange(before);
+    QVERIFY(before.handler->saveColumnStatus());
+    QVERIFY(!Header(0).handler->saveColumnStatus());
+    Header after;
+    QVERIFY(after.handler->restoreColumnStatus());
+    QCOMPARE(after.layout(), before.layout());
+}
+
+void QHeaderViewColumnHandlerTest::savesNothingWithoutAKey()
+{
+    Header header(4, QString());
+    QVERIFY(!header.handler->saveColumnStatus());
+    QVERIFY(!header.handler->restoreColumnStatus());
+}
+
+QTEST_MAIN(QHeaderViewColumnHandlerTest)
+#include "tst_qheaderviewcolumnhandler.moc"

@@ -1,0 +1,197 @@
+#include <widgetbase/sortlistview.h>
+#include <widgetbase/sortlistviewitem.h>
+
+#include <vornappstartup/cfgcenter.h>
+
+#include <QHeaderView>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QStringList texts(const SortListView& view, int column = 0)
+{
+    QStringList all;
+    for (int row = 0; row < view.topLevelItemCount(); ++row) {
+        all << view.topLevelItem(row)->text(column);
+    }
+    return all;
+}
+
+void fill(SortListView& view, const QStringList& all)
+{
+    for (const QString& text : all) {
+        (new SortListViewItem(&view))->setText(0, text);
+    }
+}
+
+} // namespace
+
+class SortListViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void columnsComeOneBehindTheOther();
+    void alignsHeaderAndItems();
+    void sortsAsTextsUnlessToldOtherwise();
+    void sortsAsNumbers_data();
+    void sortsAsNumbers();
+    void sortsByTheKeyAndNotByTheText();
+    void anEmptyKeyIsAKey();
+    void aKeyThatChangesMovesTheItem();
+    void compareFunctionsEndAtTheirLength();
+    void aFunctionOfOnesOwnDecides();
+    void keepsTheLayoutOfItsColumnsUnderItsName();
+};
+
+void SortListViewTest::columnsComeOneBehindTheOther()
+{
+    SortListView view(nullptr, "List");
+    QCOMPARE(view.objectName(), QStringLiteral("List"));
+    QCOMPARE(view.columnCount(), 0);
+    QCOMPARE(view.addColumn(QStringLiteral("Name")), 0);
+    QCOMPARE(view.addColumn(QStringLiteral("Size")), 1);
+    QCOMPARE(view.headerItem()->text(0) + view.headerItem()->text(1), QStringLiteral("NameSize"));
+}
+
+void SortListViewTest::alignsHeaderAndItems()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    view.addColumn(QStringLiteral("Size"));
+    const SortListViewItem item(&view);
+    view.setColumnAlignment(1, Qt::AlignRight);
+    view.setColumnAlignment(2, Qt::AlignRight);
+    const auto alignment = [](const QTreeWidgetItem& of, int column) {
+        return of.data(column, Qt::TextAlignmentRole).value<Qt::Alignment>();
+    };
+    QCOMPARE(alignment(item, 0), Qt::AlignLeft | Qt::AlignVCenter);
+    QCOMPARE(alignment(item, 1), Qt::AlignRight | Qt::AlignVCenter);
+    QCOMPARE(view.headerItem()->textAlignment(1), int(Qt::AlignRight | Qt::AlignVCenter));
+}
+
+void SortListViewTest::sortsAsTextsUnlessToldOtherwise()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    fill(view, {"b", "10", "9", "a"});
+    view.sortByColumn(0, Qt::AscendingOrder);
+    QCOMPARE(texts(view), (QStringList{"10", "9", "a", "b"}));
+    view.sortByColumn(0, Qt::DescendingOrder);
+    QCOMPARE(texts(view), (QStringList{"b", "a", "9", "10"}));
+}
+
+void SortListViewTest::sortsAsNumbers_data()
+{
+    QTest::addColumn<QStringList>("ascending");
+    QTest::newRow("whole numbers") << QStringList{"-10", "9", "10", "100"};
+    QTest::newRow("fractions") << QStringList{"-1.5", "0.25", "0.5", "1e3"};
+    QTest::newRow("whole numbers and fractions") << QStringList{"1", "1.5", "2"};
+    QTest::newRow("numbers that are the same to a double") << QStringList{"9007199254740992", "9007199254740993"};
+    QTest::newRow("numbers beyond the signed ones") << QStringList{"5", "18446744073709551614", "18446744073709551615"};
+    QTest::newRow("what is no number, and numbers") << QStringList{"n/a", "-1", "1"};
+    QTest::newRow("nothing, and numbers") << QStringList{"", "0"};
+    QTest::newRow("not a number, and numbers") << QStringList{"nan", "-inf", "0", "inf"};
+}
+
+void SortListViewTest::sortsAsNumbers()
+{
+    QFETCH(QStringList, ascending);
+    SortListView view;
+    view.addColumn(QStringLiteral("Size"));
+    view.SetCompareFunctionLength(1);
+    view.SetCompareFunction(0, &SortListView::_compStandardNumeric);
+    fill(view, QStringList(ascending.rbegin(), ascending.rend()));
+    view.sortByColumn(0, Qt::AscendingOrder);
+    QCOMPARE(texts(view), ascending);
+    for (int row = 0; row < view.topLevelItemCount(); ++row) {
+        const auto& item = static_cast<const SortListViewItem&>(*view.topLevelItem(row));
+        QCOMPARE(SortListView::_compStandardNumeric(item, item, 0), 0);
+    }
+}
+
+void SortListViewTest::sortsByTheKeyAndNotByTheText()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Size"));
+    view.SetCompareFunctionLength(1);
+    view.SetCompareFunction(0, &SortListView::_compStandardNumeric);
+    for (const auto& [text, key] : {std::pair{"1.000 GB", "1073741824"}, {"2.000 kB", "2048"}, {"3.000 B", "3"}}) {
+        auto* const item = new SortListViewItem(&view);
+        item->setText(0, QLatin1String(text));
+        item->SetSortKey(0, QLatin1String(key));
+    }
+    view.sortByColumn(0, Qt::AscendingOrder);
+    QCOMPARE(texts(view), (QStringList{"3.000 B", "2.000 kB", "1.000 GB"}));
+}
+
+void SortListViewTest::anEmptyKeyIsAKey()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    SortListViewItem item(&view);
+    item.setText(0, QStringLiteral("text"));
+    QCOMPARE(item.sortKey(0), QStringLiteral("text"));
+    item.SetSortKey(0, QString());
+    QCOMPARE(item.sortKey(0), QString());
+}
+
+void SortListViewTest::aKeyThatChangesMovesTheItem()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    view.sortByColumn(0, Qt::AscendingOrder);
+    fill(view, {"a", "b"});
+    static_cast<SortListViewItem*>(view.topLevelItem(0))->SetSortKey(0, QStringLiteral("c"));
+    QCOMPARE(texts(view), (QStringList{"b", "a"}));
+}
+
+void SortListViewTest::compareFunctionsEndAtTheirLength()
+{
+    SortListView view;
+    view.SetCompareFunction(0, &SortListView::_compStandardNumeric);
+    QVERIFY(view.compareFunction(0) == &SortListView::_compStandardString);
+    view.SetCompareFunctionLength(2);
+    view.SetCompareFunction(1, &SortListView::_compStandardNumeric);
+    view.SetCompareFunction(2, &SortListView::_compStandardNumeric);
+    view.SetCompareFunction(-1, &SortListView::_compStandardNumeric);
+    QVERIFY(view.compareFunction(0) == &SortListView::_compStandardString);
+    QVERIFY(view.compareFunction(1) == &SortListView::_compStandardNumeric);
+    QVERIFY(view.compareFunction(2) == &SortListView::_compStandardString);
+    view.SetCompareFunctionLength(1);
+    QVERIFY(view.compareFunction(1) == &SortListView::_compStandardString);
+}
+
+void SortListViewTest::aFunctionOfOnesOwnDecides()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    view.SetCompareFunctionLength(1);
+    view.SetCompareFunction(0, [](const SortListViewItem& a, const SortListViewItem& b, int column) {
+        return static_cast<int>(a.text(column).size() - b.text(column).size());
+    });
+    fill(view, {"ccc", "bb", "a"});
+    view.sortByColumn(0, Qt::AscendingOrder);
+    QCOMPARE(texts(view), (QStringList{"a", "bb", "ccc"}));
+}
+
+void SortListViewTest::keepsTheLayoutOfItsColumnsUnderItsName()
+{
+    const QTemporaryDir folder;
+    CfgCenter::SetFile(ICfg::UserView, folder.filePath(QStringLiteral("user.ini")));
+    SortListView before(nullptr, "List");
+    SortListView after(nullptr, "List");
+    for (SortListView* const view : {&before, &after}) {
+        view->addColumn(QStringLiteral("Name"));
+        view->addColumn(QStringLiteral("Size"));
+    }
+    before.header()->moveSection(0, 1);
+    QVERIFY(before.saveColumnStatus());
+    QVERIFY(after.restoreColumnStatus());
+    QCOMPARE(after.header()->visualIndex(0), 1);
+    CfgCenter::SetFile(ICfg::UserView, QString());
+}
+
+QTEST_MAIN(SortListViewTest)
+#include "tst_sortlistview.moc"
