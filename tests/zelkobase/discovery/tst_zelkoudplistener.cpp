@@ -1,0 +1,151 @@
+#include "testdevices.h"
+
+#include <zelkobase/discovery/announcement.h>
+#include <zelkobase/discovery/zelkoudplistener.h>
+
+#include <QSignalSpy>
+#include <QUdpSocket>
+#include <QtTest>
+
+using ZELKO_XML::ZELKO_AvailableDevice;
+using ZelkoCommon::Announcement;
+using ZelkoCommon::ZelkoUDPListener;
+
+class ZelkoUDPListenerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void listensFromTheStart();
+    void saysWhenItCannotListen();
+    void hearsADevice();
+    void theMomentIsThatOfTheArrival();
+    void passesOverWhatIsNoAnnouncement();
+    void passesOverADatagramThatIsTooLong();
+    void announcesKnownDevicesAgain();
+    void knowsADeviceByAnyOfItsAddresses();
+    void hearsAllOfABurst();
+    void twoListenersMayShareAPort();
+
+private:
+    void send(const QByteArray& datagram)
+    {
+        QCOMPARE(m_sender.writeDatagram(datagram, QHostAddress::LocalHost, m_listener->port()), datagram.size());
+    }
+    void send(const ZELKO_AvailableDevice& device) { send(Announcement::write(device)); }
+
+    QStringList heardAddresses() const
+    {
+        QStringList all;
+        for (const ZELKO_AvailableDevice& device : m_heard) {
+            all << QStringList(device.GetIPAddress()).join(u'+');
+        }
+        return all;
+    }
+
+    QUdpSocket m_sender;
+    std::unique_ptr<ZelkoUDPListener> m_listener;
+    QList<ZELKO_AvailableDevice> m_heard;
+};
+
+void ZelkoUDPListenerTest::init()
+{
+    m_heard.clear();
+    m_listener = std::make_unique<ZelkoUDPListener>(nullptr, static_cast<unsigned short>(0));
+    connect(m_listener.get(), &ZelkoUDPListener::si_deviceUpdate, this,
+            [this](const ZELKO_AvailableDevice& device) { m_heard.append(device); });
+}
+
+void ZelkoUDPListenerTest::listensFromTheStart()
+{
+    QVERIFY(m_listener->listening());
+    QVERIFY(m_listener->port() != 0);
+}
+
+void ZelkoUDPListenerTest::saysWhenItCannotListen()
+{
+    QUdpSocket selfish;
+    QVERIFY(selfish.bind(QHostAddress::Any, 0, QUdpSocket::DontShareAddress));
+    ZelkoUDPListener listener(nullptr, selfish.localPort());
+    QVERIFY(!listener.listening());
+    QCOMPARE(listener.port(), static_cast<unsigned short>(0));
+    listener.refresh();
+}
+
+void ZelkoUDPListenerTest::hearsADevice()
+{
+    ZELKO_AvailableDevice device = makeDevice({QStringLiteral("192.0.2.7")});
+    device.SetDeviceName(QStringLiteral("north"));
+    send(device);
+    QTRY_COMPARE(m_heard.size(), 1);
+    device.SetLastBroadcast(m_heard[0].GetLastBroadcast());
+    QVERIFY(m_heard[0] == device);
+}
+
+void ZelkoUDPListenerTest::theMomentIsThatOfTheArrival()
+{
+    const auto before = static_cast<quint64>(QDateTime::currentMSecsSinceEpoch());
+    send(makeDevice({QStringLiteral("192.0.2.7")}));
+    QTRY_COMPARE(m_heard.size(), 1);
+    QVERIFY(m_heard[0].GetLastBroadcast() >= before);
+    QVERIFY(m_heard[0].GetLastBroadcast() <= static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()));
+}
+
+void ZelkoUDPListenerTest::passesOverWhatIsNoAnnouncement()
+{
+    send(QByteArray("hello"));
+    send(QByteArray());
+    send(makeDevice({QStringLiteral("192.0.2.7")}));
+    QTRY_COMPARE(heardAddresses(), QStringList{"192.0.2.7"});
+}
+
+void ZelkoUDPListenerTest::passesOverADatagramThatIsTooLong()
+{
+    const QByteArray good = Announcement::write(makeDevice({QStringLiteral("192.0.2.8")}));
+    send(good + QByteArray(Announcement::MaximumSize, ' '));
+    send(makeDevice({QStringLiteral("192.0.2.7")}));
+    QTRY_COMPARE(heardAddresses(), QStringList{"192.0.2.7"});
+}
+
+void ZelkoUDPListenerTest::announcesKnownDevicesAgain()
+{
+    send(makeDevice({QStringLiteral("192.0.2.2")}));
+    send(makeDevice({QStringLiteral("192.0.2.1")}));
+    send(makeDevice({QStringLiteral("192.0.2.2")}));
+    QTRY_COMPARE(m_heard.size(), 3);
+    m_heard.clear();
+    m_listener->refresh();
+    QCOMPARE(heardAddresses(), (QStringList{"192.0.2.2", "192.0.2.1"}));
+}
+
+void ZelkoUDPListenerTest::knowsADeviceByAnyOfItsAddresses()
+{
+    send(makeDevice({QStringLiteral("192.0.2.1"), QStringLiteral("192.0.2.2")}));
+    send(makeDevice({QStringLiteral("192.0.2.2"), QStringLiteral("192.0.2.3")}));
+    QTRY_COMPARE(m_heard.size(), 2);
+    m_heard.clear();
+    m_listener->refresh();
+    QCOMPARE(heardAddresses(), (QStringList{"192.0.2.2+192.0.2.3"}));
+}
+
+void ZelkoUDPListenerTest::hearsAllOfABurst()
+{
+    QStringList addresses;
+    for (int i = 0; i < 100; ++i) {
+        addresses << QStringLiteral("10.0.0.%1").arg(i);
+        send(makeDevice({addresses.last()}));
+    }
+    QTRY_COMPARE(heardAddresses(), addresses);
+}
+
+void ZelkoUDPListenerTest::twoListenersMayShareAPort()
+{
+    const ZelkoUDPListener other(nullptr, m_listener->port());
+    QVERIFY(other.listening());
+    QCOMPARE(other.port(), m_listener->port());
+}
+
+QTEST_GUILESS_MAIN(ZelkoUDPListenerTest)
+#include "tst_zelkoudplistener.moc"
