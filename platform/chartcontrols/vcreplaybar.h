@@ -1,0 +1,98 @@
+#pragma once
+
+#include <chartcontrols/bookmarktype.h>
+#include <chartcontrols/chartcontrols_export.h>
+#include <mapwidgets/xmarkertop.h>
+#include <mapwidgets/xrulertop.h>
+
+#include <utility>
+#include <vector>
+
+/// A recording on an axis of time, from its start to its stop, in microseconds since the epoch: with a marker at the
+/// current position, marked ranges, and bookmarks. Start, stop and position are float values of the tree.
+///
+/// Marker 1 is the position, 2 and 3 are free for the window around the bar, and the bookmarks are 6 and up, in the
+/// order in which they were set. Where it is allowed, users set a bookmark by a double click or with Insert at the
+/// position, drag it, and take it away with Delete.
+class CHARTCONTROLS_EXPORT VCReplayBar : public XRulerTop, public XMarkerTop, public IObserver
+{
+    Q_OBJECT
+
+public:
+    static constexpr int PositionMarker = 1;
+    static constexpr int FirstBookmarkMarker = 6;
+
+    /// Without `showRuler` there are no times above the bar.
+    VCReplayBar(QWidget* parent, const char* name, bool showRuler);
+    ~VCReplayBar() override;
+
+    /// Ties start, stop and position to the values at these paths; to none where there is no float value.
+    void SetRecordingStart_ValuePath(const QString& path);
+    void SetRecordingStop_ValuePath(const QString& path);
+    void SetCurrentPosition_ValuePath(const QString& path);
+
+    /// 0 without a value.
+    double GetRecordingStart() const;
+    double GetRecordingStop() const;
+
+    /// The ranges that are highlighted, each from its first to its second moment; one of a single moment shows as a
+    /// line.
+    void SetRangeVector(const std::vector<std::pair<long long, long long>>& ranges);
+    const std::vector<std::pair<long long, long long>>& GetRangeVector() const { return m_ranges; }
+
+    /// Replaces the bookmarks. With `notify` it is told as if a user had done it.
+    void SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify);
+
+    /// As they stand on the bar, in the order in which they were set.
+    std::vector<BookmarkType> GetBookmarks() const;
+
+    /// Whether users may set bookmarks and take them away; not at first. Whether they may move one is a matter of its
+    /// marker, which is enabled at first.
+    void AllowCreationOfBookMarks(bool allow);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    void Update(Observable* source, TChangeCode code) override;
+
+Q_SIGNALS:
+    /// A user has set, moved or taken away a bookmark.
+    void signalBookmarksChanged();
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+    double tickDistance(double least) const override;
+    double firstTick(double value, double distance) const override;
+    QString tickText(double value, double distance) const override;
+    QString longestTickText() const override;
+
+    int markerTop() const override;
+    QColor markerColor(int number) const override;
+    void markerChanged(int number, bool moved) override;
+
+private:
+    void tie(ValueObservingPtr<Value<double>>& value, const QString& path);
+    void updateRange();
+    int bookmarkMarker(std::size_t index) const { return FirstBookmarkMarker + static_cast<int>(index); }
+    void setBookmarkCount(std::size_t count);
+    void showBookmark(std::size_t index);
+    void createBookmark(double moment);
+    void removeBookmark(int number);
+    bool canBeBookmarked(double moment) const;
+    void paintRanges(QPainter& painter) const;
+
+    const bool m_showRuler;
+    ValueObservingPtr<Value<double>> m_start{this};
+    ValueObservingPtr<Value<double>> m_stop{this};
+    std::vector<std::pair<long long, long long>> m_ranges;
+    std::vector<BookmarkType> m_bookmarks;
+    std::vector<QString> m_bookmarkPaths; ///< of the values that the markers of the bookmarks are tied to
+    bool m_allowCreation = false;
+    bool m_isSettingBookmarks = false;
+};

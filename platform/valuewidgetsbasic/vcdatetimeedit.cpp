@@ -1,0 +1,48 @@
+#include <valuewidgetsbasic/vcdatetimeedit.h>
+
+#include <observerbase/datetime.h>
+
+#include <QScopedValueRollback>
+
+VCDateTimeEdit::VCDateTimeEdit(QWidget* parent)
+    : QDateTimeEdit(parent)
+{
+    connect(this, &QDateTimeEdit::dateTimeChanged, this, &VCDateTimeEdit::writeValue);
+}
+
+VCDateTimeEdit::~VCDateTimeEdit() = default;
+
+void VCDateTimeEdit::SetDateTime_ValuePath(const QString& path)
+{
+    m_value.GetFromTree(path);
+    showValue();
+}
+
+QString VCDateTimeEdit::GetDateTime_ValuePath() const
+{
+    return m_value ? m_value->GetPathName() : QString();
+}
+
+void VCDateTimeEdit::Update(Observable*, TChangeCode code)
+{
+    if (code == TChangeCode::ValueChanged || code == TChangeCode::ValueRefreshed) {
+        showValue();
+    }
+}
+
+// What the limits of the editor hold back is not written to the value: it is shown otherwise, not entered otherwise.
+void VCDateTimeEdit::showValue()
+{
+    if (m_value) {
+        const QScopedValueRollback showing(m_isShowing, true);
+        const double moment = std::max(m_value->GetValue(), 0.0);
+        setDateTime(Vorn::DateTime::fromMicroseconds(static_cast<quint64>(std::min(moment, 1.8e19))));
+    }
+}
+
+void VCDateTimeEdit::writeValue(const QDateTime& time)
+{
+    if (m_value && !m_isShowing) {
+        m_value->SetValue(static_cast<double>(Vorn::DateTime::toMicroseconds(time)), this);
+    }
+}

@@ -1,0 +1,404 @@
+#include <chartcontrols/vcreplaybar.h>
+#include <controlwidgets/guicentral.h>
+
+#include <valuecore/node.h>
+#include <valuecore/tree.h>
+#include <valuecore/valuenumeric.h>
+
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+constexpr long long begin = 1'700'000'000'000'000;
+constexpr long long perPixel = 1'000'000;
+
+double asDouble(long long time)
+{
+    return static_cast<double>(time);
+}
+
+using Bookmarks = std::vector<BookmarkType>;
+
+QStringList textsOf(const Bookmarks& bookmarks)
+{
+    QStringList all;
+    for (const BookmarkType& bookmark : bookmarks) {
+        all << QStringLiteral("%1 %2").arg((bookmark.time - begin) / perPixel).arg(bookmark.text);
+    }
+    return all;
+}
+
+std::size_t guiValues()
+{
+    const auto* const node = dynamic_cast<const Node*>(Tree::Instance()->GetItem(QStringLiteral("/GuiCentral")));
+    return node == nullptr ? 0 : node->GetTreeItems().size();
+}
+
+/// A bar of a recording of 100 seconds, one second a pixel, that begins 10 pixels from the left.
+struct Bar
+{
+    Bar()
+    {
+        for (QString* const path : {&start, &stop, &position}) {
+            *path = GuiCentral::Instance().CreateUniqueValueFloat(0, 0, 1.8e19, 1);
+        }
+        set(start, begin);
+        set(stop, begin + 100 * perPixel);
+        set(position, begin + 50 * perPixel);
+        bar.SetPixOffset(10, 10);
+        bar.resize(121, 60);
+        bar.SetRecordingStart_ValuePath(start);
+        bar.SetRecordingStop_ValuePath(stop);
+        bar.SetCurrentPosition_ValuePath(position);
+        bar.GetMarker(2)->SetShowMarker(false);
+        bar.GetMarker(3)->SetShowMarker(false);
+        bar.show();
+    }
+    ~Bar()
+    {
+        for (const QString& path : {start, stop, position}) {
+            GuiCentral::Instance().RemoveValue(path);
+        }
+    }
+
+    static ValueNumeric<double>& value(const QString& path)
+    {
+        return *Tree::Instance()->Find<ValueNumeric<double>>(path);
+    }
+    static void set(const QString& path, long long time) { value(path).SetValue(asDouble(time), nullptr); }
+
+    /// Second of the recording at which a marker stands.
+    long long secondOf(int marker) const
+    {
+        return (static_cast<long long>(bar.GetMarker(marker)->GetPosition()) - begin) / perPixel;
+    }
+
+    static Bookmarks bookmarks(std::initializer_list<int> seconds)
+    {
+        Bookmarks all;
+        for (const int second : seconds) {
+            all.emplace_back(begin + second * perPixel, QStringLiteral("b%1").arg(second));
+        }
+        return all;
+    }
+
+    void drag(int from, int to)
+    {
+        QTest::mousePress(&bar, Qt::LeftButton, {}, headOf(from));
+        QTest::mouseMove(&bar, headOf(to));
+        QTest::mouseRelease(&bar, Qt::LeftButton, {}, headOf(to));
+    }
+    /// Where the head of a marker at that second is.
+    QPoint headOf(int second) const { return {10 + second, bar.rulerHeight() + 6}; }
+
+    QString start;
+    QString stop;
+    QString position;
+    VCReplayBar bar{nullptr, "ZelkoReplayBar", true};
+};
+
+} // namespace
+
+class VCReplayBarTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void followsStartAndStop();
+    void aBarWithoutValuesIsEmpty();
+    void startsWithThePositionAndTwoMarkersMore();
+    void draggingThePositionWritesItsValue();
+    void aMarkerThatMayNotMoveStays_data();
+    void aMarkerThatMayNotMoveStays();
+    void draggingEndsAtTheRecordingsEnds();
+    void keysMoveTheCurrentMarker();
+    void keysChooseAnotherMarker();
+    void setsBookmarksSilentlyOrNot();
+    void bookmarksAreMarkersWithValuesOfTheirOwn();
+    void draggingABookmarkIsTold();
+    void aBookmarkFollowsAnEditor();
+    void aBookmarkThatStaysKeepsItsValue();
+    void aDoubleClickSetsABookmarkWhereItIsAllowed();
+    void aDoubleClickOnAMarkerSetsNone();
+    void insertSetsABookmarkAtThePosition();
+    void deleteTakesTheCurrentBookmarkAway();
+    void deleteLeavesWhatMayNotBeChanged();
+    void keepsTheRanges();
+    void leavesNoValuesBehind();
+    void drawsWhateverItHolds_data();
+    void drawsWhateverItHolds();
+};
+
+void VCReplayBarTest::followsStartAndStop()
+{
+    Bar b;
+    QCOMPARE(b.bar.objectName(), QStringLiteral("ZelkoReplayBar"));
+    QCOMPARE(b.bar.GetRecordingStart(), asDouble(begin));
+    QCOMPARE(b.bar.GetRecordingStop(), asDouble(begin + 100 * perPixel));
+    Bar::set(b.stop, begin + 200 * perPixel);
+    QCOMPARE(b.bar.axisStop(), asDouble(begin + 200 * perPixel));
+    QCOMPARE(b.bar.pixelAt(asDouble(begin + 200 * perPixel)), 110);
+}
+
+void VCReplayBarTest::aBarWithoutValuesIsEmpty()
+{
+    VCReplayBar bar(nullptr, "bar", true);
+    QCOMPARE(bar.GetRecordingStart(), 0.0);
+    QCOMPARE(bar.GetRecordingStop(), 0.0);
+    bar.SetRecordingStart_ValuePath(QStringLiteral("/missing"));
+    bar.AllowCreationOfBookMarks(true);
+    QTest::mouseDClick(&bar, Qt::LeftButton, {}, {50, 30});
+    QTest::keyClick(&bar, Qt::Key_Insert);
+    QVERIFY(bar.GetBookmarks().empty());
+}
+
+void VCReplayBarTest::startsWithThePositionAndTwoMarkersMore()
+{
+    const VCReplayBar bar(nullptr, "bar", true);
+    QCOMPARE(bar.GetMarkerNumbers(), (std::vector<int>{1, 2, 3}));
+    QCOMPARE(bar.GetCurrentMarker(), 1);
+}
+
+void VCReplayBarTest::draggingThePositionWritesItsValue()
+{
+    Bar b;
+    b.bar.GetMarker(1)->SetMoveable(true);
+    b.drag(50, 70);
+    QCOMPARE(Bar::value(b.position).GetValue(), asDouble(begin + 70 * perPixel));
+    b.drag(50, 90);
+    QCOMPARE(b.secondOf(1), 70);
+}
+
+void VCReplayBarTest::aMarkerThatMayNotMoveStays_data()
+{
+    QTest::addColumn<bool>("moveable");
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("fixed") << false << true << true;
+    QTest::newRow("disabled") << true << false << true;
+    QTest::newRow("not shown") << true << true << false;
+}
+
+void VCReplayBarTest::aMarkerThatMayNotMoveStays()
+{
+    QFETCH(bool, moveable);
+    QFETCH(bool, enabled);
+    QFETCH(bool, shown);
+    Bar b;
+    b.bar.GetMarker(1)->SetMoveable(moveable);
+    b.bar.GetMarker(1)->SetEnabled(enabled);
+    b.bar.GetMarker(1)->SetShowMarker(shown);
+    b.drag(50, 70);
+    QTest::keyClick(&b.bar, Qt::Key_Right);
+    QCOMPARE(b.secondOf(1), 50);
+}
+
+void VCReplayBarTest::draggingEndsAtTheRecordingsEnds()
+{
+    Bar b;
+    b.bar.GetMarker(1)->SetMoveable(true);
+    b.drag(50, 500);
+    QCOMPARE(b.secondOf(1), 100);
+    b.drag(100, -500);
+    QCOMPARE(b.secondOf(1), 0);
+}
+
+void VCReplayBarTest::keysMoveTheCurrentMarker()
+{
+    Bar b;
+    b.bar.GetMarker(1)->SetMoveable(true);
+    QTest::keyClick(&b.bar, Qt::Key_Right);
+    QTest::keyClick(&b.bar, Qt::Key_Right);
+    QTest::keyClick(&b.bar, Qt::Key_Left);
+    QCOMPARE(b.secondOf(1), 51);
+}
+
+void VCReplayBarTest::keysChooseAnotherMarker()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({70, 20}), false);
+    QTest::keyClick(&b.bar, Qt::Key_Right, Qt::ControlModifier);
+    QCOMPARE(b.bar.GetCurrentMarker(), 6);
+    QTest::keyClick(&b.bar, Qt::Key_Right, Qt::ControlModifier);
+    QCOMPARE(b.bar.GetCurrentMarker(), 6);
+    QTest::keyClick(&b.bar, Qt::Key_Left, Qt::ControlModifier);
+    QTest::keyClick(&b.bar, Qt::Key_Left, Qt::ControlModifier);
+    QCOMPARE(b.bar.GetCurrentMarker(), 7);
+}
+
+void VCReplayBarTest::setsBookmarksSilentlyOrNot()
+{
+    Bar b;
+    QSignalSpy told(&b.bar, &VCReplayBar::signalBookmarksChanged);
+    const Bookmarks bookmarks = Bar::bookmarks({30, 20, 40});
+    b.bar.SetBookmarks(bookmarks, false);
+    QCOMPARE(told.size(), 0);
+    QCOMPARE(b.bar.GetBookmarks(), bookmarks);
+    b.bar.SetBookmarks({}, true);
+    QCOMPARE(told.size(), 1);
+    QVERIFY(b.bar.GetBookmarks().empty());
+}
+
+void VCReplayBarTest::bookmarksAreMarkersWithValuesOfTheirOwn()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20}), false);
+    QCOMPARE(b.bar.GetMarkerNumbers(), (std::vector<int>{1, 2, 3, 6, 7}));
+    QCOMPARE(b.secondOf(6), 30);
+    QCOMPARE(b.secondOf(7), 20);
+    QCOMPARE(b.bar.GetMarker(7)->GetName(), QStringLiteral("b20"));
+    QCOMPARE(Bar::value(b.bar.GetValueTreePath(7)).GetValue(), asDouble(begin + 20 * perPixel));
+    QVERIFY(b.bar.GetValueTreePath(6) != b.bar.GetValueTreePath(7));
+}
+
+void VCReplayBarTest::draggingABookmarkIsTold()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20}), false);
+    QSignalSpy told(&b.bar, &VCReplayBar::signalBookmarksChanged);
+    b.drag(20, 25);
+    QVERIFY(told.size() >= 1);
+    QCOMPARE(textsOf(b.bar.GetBookmarks()), (QStringList{"30 b30", "25 b20"}));
+    QCOMPARE(b.bar.GetCurrentMarker(), 7);
+    b.bar.SetEnableMarker(7, false);
+    told.clear();
+    b.drag(25, 60);
+    QCOMPARE(told.size(), 0);
+    QCOMPARE(textsOf(b.bar.GetBookmarks()), (QStringList{"30 b30", "25 b20"}));
+}
+
+void VCReplayBarTest::aBookmarkFollowsAnEditor()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30}), false);
+    QSignalSpy told(&b.bar, &VCReplayBar::signalBookmarksChanged);
+    Bar::set(b.bar.GetValueTreePath(6), begin + 35 * perPixel);
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(textsOf(b.bar.GetBookmarks()), QStringList{"35 b30"});
+}
+
+void VCReplayBarTest::aBookmarkThatStaysKeepsItsValue()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20}), false);
+    const QString first = b.bar.GetValueTreePath(6);
+    const QString second = b.bar.GetValueTreePath(7);
+    b.bar.SetBookmarks(Bar::bookmarks({40}), false);
+    QCOMPARE(b.bar.GetValueTreePath(6), first);
+    QCOMPARE(Bar::value(first).GetValue(), asDouble(begin + 40 * perPixel));
+    QVERIFY(!Tree::Instance()->GetItem(second));
+}
+
+void VCReplayBarTest::aDoubleClickSetsABookmarkWhereItIsAllowed()
+{
+    Bar b;
+    QSignalSpy told(&b.bar, &VCReplayBar::signalBookmarksChanged);
+    QTest::mouseDClick(&b.bar, Qt::LeftButton, {}, b.headOf(20));
+    QCOMPARE(told.size(), 0);
+    b.bar.AllowCreationOfBookMarks(true);
+    QTest::mouseDClick(&b.bar, Qt::LeftButton, {}, b.headOf(20));
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(textsOf(b.bar.GetBookmarks()), QStringList{"20 Bookmark 1"});
+    QCOMPARE(b.bar.GetCurrentMarker(), 6);
+}
+
+void VCReplayBarTest::aDoubleClickOnAMarkerSetsNone()
+{
+    Bar b;
+    b.bar.AllowCreationOfBookMarks(true);
+    b.bar.SetBookmarks(Bar::bookmarks({20}), false);
+    QTest::mouseDClick(&b.bar, Qt::LeftButton, {}, b.headOf(20));
+    QTest::mouseDClick(&b.bar, Qt::RightButton, {}, b.headOf(80));
+    QCOMPARE(b.bar.GetBookmarks(), Bar::bookmarks({20}));
+}
+
+void VCReplayBarTest::insertSetsABookmarkAtThePosition()
+{
+    Bar b;
+    QTest::keyClick(&b.bar, Qt::Key_Insert);
+    QVERIFY(b.bar.GetBookmarks().empty());
+    b.bar.AllowCreationOfBookMarks(true);
+    QTest::keyClick(&b.bar, Qt::Key_Insert);
+    QCOMPARE(textsOf(b.bar.GetBookmarks()), QStringList{"50 Bookmark 1"});
+    Bar::set(b.position, begin + 500 * perPixel);
+    QTest::keyClick(&b.bar, Qt::Key_Insert);
+    QCOMPARE(b.bar.GetBookmarks().size(), std::size_t{1});
+}
+
+void VCReplayBarTest::deleteTakesTheCurrentBookmarkAway()
+{
+    Bar b;
+    b.bar.AllowCreationOfBookMarks(true);
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20, 40}), false);
+    b.bar.SetCurrentMarker(7);
+    QSignalSpy told(&b.bar, &VCReplayBar::signalBookmarksChanged);
+    QTest::keyClick(&b.bar, Qt::Key_Delete);
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(textsOf(b.bar.GetBookmarks()), (QStringList{"30 b30", "40 b40"}));
+    QCOMPARE(b.secondOf(7), 40);
+}
+
+void VCReplayBarTest::deleteLeavesWhatMayNotBeChanged()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30}), false);
+    b.bar.SetCurrentMarker(6);
+    QTest::keyClick(&b.bar, Qt::Key_Delete);
+    b.bar.AllowCreationOfBookMarks(true);
+    b.bar.SetEnableMarker(6, false);
+    QTest::keyClick(&b.bar, Qt::Key_Delete);
+    b.bar.SetCurrentMarker(1);
+    QTest::keyClick(&b.bar, Qt::Key_Delete);
+    QCOMPARE(b.bar.GetBookmarks(), Bar::bookmarks({30}));
+}
+
+void VCReplayBarTest::keepsTheRanges()
+{
+    Bar b;
+    b.bar.SetRangeVector({{begin, begin + perPixel}, {begin, begin}});
+    QCOMPARE(b.bar.GetRangeVector().size(), std::size_t{2});
+    b.bar.SetRangeVector({});
+    QVERIFY(b.bar.GetRangeVector().empty());
+}
+
+void VCReplayBarTest::leavesNoValuesBehind()
+{
+    const std::size_t before = guiValues();
+    {
+        Bar b;
+        b.bar.SetBookmarks(Bar::bookmarks({30, 20}), false);
+        QVERIFY(guiValues() > before);
+    }
+    QCOMPARE(guiValues(), before);
+}
+
+void VCReplayBarTest::drawsWhateverItHolds_data()
+{
+    QTest::addColumn<long long>("start");
+    QTest::addColumn<long long>("stop");
+    QTest::newRow("nothing") << 0LL << 0LL;
+    QTest::newRow("the wrong way round") << begin << 0LL;
+    QTest::newRow("a microsecond") << begin << begin + 1;
+    QTest::newRow("a minute") << begin << begin + 60'000'000;
+    QTest::newRow("fifty years") << 0LL << begin;
+    QTest::newRow("all times") << 0LL << std::numeric_limits<long long>::max();
+}
+
+void VCReplayBarTest::drawsWhateverItHolds()
+{
+    QFETCH(long long, start);
+    QFETCH(long long, stop);
+    Bar b;
+    Bar::set(b.start, start);
+    Bar::set(b.stop, stop);
+    b.bar.SetBookmarks({{start, QString()}, {stop, QString()}, {std::numeric_limits<long long>::max(), QString()}},
+                       false);
+    b.bar.SetRangeVector({{start, stop}, {stop, start}, {0, std::numeric_limits<long long>::max()}});
+    QVERIFY(!b.bar.grab().isNull());
+    b.bar.resize(1, 1);
+    QVERIFY(!b.bar.grab().isNull());
+}
+
+QTEST_MAIN(VCReplayBarTest)
+#include "tst_vcreplaybar.moc"
