@@ -23,7 +23,7 @@ QString GuiCentral::CreateUniqueValueFloat(double value, double minimum, double 
     if (inserted == nullptr) {
         return {};
     }
-    const QString path = inserted->GetPathName();
+    QString path = inserted->GetPathName();
     m_steps.insert(path, step);
     return path;
 }
