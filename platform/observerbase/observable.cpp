@@ -61,6 +61,8 @@ Observable::Observable(const Observable&)
     : Observable()
 {}
 
+// Observers belong to the object and not to its content: nothing is assigned.
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment)
 Observable& Observable::operator=(const Observable&)
 {
     return *this;
