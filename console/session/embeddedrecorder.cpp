@@ -84,11 +84,11 @@ QStringList EmbeddedRecorder::Private::arguments() const
     for (const QString& device : options.devices) {
         list << QStringLiteral("--device") << device;
     }
-    // A recorder that served has recorded them, or began to: a second time would be a second recording of each.
-    if (!hasServed) {
-        for (const QString& source : options.sources) {
-            list << QStringLiteral("--source") << source;
-        }
+    for (const QString& source : options.sources) {
+        list << QStringLiteral("--source") << source;
+    }
+    if (hasServed) {
+        list << QStringLiteral("--once"); // what was recorded before it died is not to be recorded a second time
     }
     return list;
 }

@@ -15,7 +15,7 @@ struct EmbeddedRecorderOptions
     QString storeFolder; ///< is created when it is missing
     QString subSystem;
     QStringList devices; ///< empty: the recorder's own default
-    QStringList sources; ///< descriptions, each may begin with "DEVICE="; recorded once, not again after a restart
+    QStringList sources; ///< descriptions, each may begin with "DEVICE="; after a restart only what is missing
 
     /// A start that takes longer counts as failed.
     std::chrono::milliseconds readyTimeout{20000};

@@ -53,6 +53,12 @@ struct Shown
         return -1;
     }
 
+    int count(const QString& name) const
+    {
+        const QModelIndex first = table.model()->index(0, Model::NameColumn);
+        return static_cast<int>(table.model()->match(first, Qt::DisplayRole, name, -1, Qt::MatchExactly).size());
+    }
+
     QStringList selected() const { return shownrecords::selectedIds(table); }
 
     QTemporaryDir folder;
@@ -105,6 +111,19 @@ private Q_SLOTS:
 
         QTRY_COMPARE_WITH_TIMEOUT(shown.selected(), selected, patience);
         QVERIFY(session.status(local).isConnected());
+    }
+
+    void recordsOnlyWhatIsMissingWhenTheRecorderWasKilled()
+    {
+        const QTemporaryDir store;
+        ConsoleSession session(*m_orb, recorderStart(store, sources));
+        const Shown shown(session);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Long"), QStringLiteral("recording")) >= 0, patience);
+        ::kill(static_cast<pid_t>(session.recorder()->processId()), SIGKILL);
+        QTRY_COMPARE_WITH_TIMEOUT(shown.rows(), 0, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Long"), QStringLiteral("recording")) >= 0, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(shown.count(QStringLiteral("Long")), 2, patience);
+        QCOMPARE(shown.count(QStringLiteral("Short")), 1);
     }
 
     void leavesNothingOnTheTree()
