@@ -69,7 +69,7 @@ void RecordSortModel::setLoading(bool loading)
 void RecordSortModel::pause()
 {
     if (isLoading() && !m_pause.isActive()) {
-        m_shown = sourceModel()->rowCount();
+        m_shown = sourceRows();
         m_pause.start(pauseOfLoad);
     }
 }
@@ -91,7 +91,7 @@ void RecordSortModel::renew()
 // With equal keys that costs little.
 void RecordSortModel::showHidden()
 {
-    m_keys.resize(static_cast<std::size_t>(sourceModel()->rowCount()));
+    m_keys.resize(static_cast<std::size_t>(sourceRows()));
     m_pause.stop();
     invalidateRowsFilter();
     m_pause.stop();
@@ -113,13 +113,18 @@ void RecordSortModel::sort(int column, Qt::SortOrder order)
 template <typename Sort>
 void RecordSortModel::withKeys(int column, Sort sort)
 {
-    const int rows = sourceModel() && column >= 0 ? sourceModel()->rowCount() : 0;
+    const int rows = column >= 0 ? sourceRows() : 0;
     m_keys.reserve(static_cast<std::size_t>(rows));
     for (int row = 0; row < rows; ++row) {
         m_keys.push_back(keyOf(row, column));
     }
     sort();
     m_keys = {};
+}
+
+int RecordSortModel::sourceRows() const
+{
+    return sourceModel() ? sourceModel()->rowCount() : 0;
 }
 
 // What has no key stands behind everything else.

@@ -37,6 +37,7 @@ private:
         QString text;
     };
 
+    int sourceRows() const;
     Key keyOf(int sourceRow, int column) const;
     template <typename Sort>
     void withKeys(int column, Sort sort);

@@ -131,6 +131,15 @@ private Q_SLOTS:
         QTRY_COMPARE(shownrecords::ids(followed.list), QStringList(QStringLiteral("r05")) + inOrder);
     }
 
+    void waitsForAListWhileItLoads()
+    {
+        RecordSortModel list;
+        list.sort(Model::NameColumn);
+        list.setLoading(true);
+        list.setLoading(false);
+        QCOMPARE(list.rowCount(), 0);
+    }
+
     void sortsByAnotherColumnDuringALoad()
     {
         Followed followed;
