@@ -91,7 +91,7 @@ QString objectProblem(const RGObject& object)
 {
     const std::span<const FieldInfo> fields = object.classInfo().fields;
     for (unsigned i = 0; i < fields.size(); ++i) {
-        const QString problem = fieldProblem(object, fields[i], i);
+        QString problem = fieldProblem(object, fields[i], i);
         if (!problem.isEmpty()) {
             return problem;
         }

@@ -187,13 +187,13 @@ bool RGObject::loadFrom(QFile& file)
     // One byte more than there should be shows whether there is more; devices have no size and are cut off at the
     // limit.
     const qint64 size = file.size() - file.pos();
-    QByteArray bytes = file.read(size > 0 ? std::min<qint64>(size, longestDocument) + 1 : longestDocument + 1);
+    const QByteArray bytes = file.read(size > 0 ? std::min<qint64>(size, longestDocument) + 1 : longestDocument + 1);
     if (file.error() != QFileDevice::NoError) {
         return false;
     }
     const QString where = file.fileName() + QStringLiteral(": ");
     XmlDocument document;
-    if (!document.parse(std::move(bytes))) {
+    if (!document.parse(bytes)) {
         throw RGException(className(), where + document.problem());
     }
     return readRoot(document, where);

@@ -78,7 +78,7 @@ bool XmlDocument::refuse(const QString& problem)
     return false;
 }
 
-bool XmlDocument::parse(QByteArray bytes)
+bool XmlDocument::parse(const QByteArray& bytes)
 {
     if (bytes.size() > longestDocument) {
         return refuse(tooLarge());
@@ -102,11 +102,11 @@ bool XmlDocument::parse(const QString& text)
     if (!text.isValidUtf16()) {
         return refuse(QStringLiteral("the document holds half a character"));
     }
-    QByteArray bytes = text.toUtf8();
+    const QByteArray bytes = text.toUtf8();
     if (bytes.size() > longestDocument) {
         return refuse(tooLarge());
     }
-    if (parsePlain(std::move(bytes))) {
+    if (parsePlain(bytes)) {
         return true;
     }
     QXmlStreamReader reader(text);
@@ -115,12 +115,12 @@ bool XmlDocument::parse(const QString& text)
 
 // The quick way, for the documents that this system writes. The parser behind it looks at little of what it passes by:
 // what it is given has been looked at before, and it sees to the end tags.
-bool XmlDocument::parsePlain(QByteArray bytes)
+bool XmlDocument::parsePlain(const QByteArray& bytes)
 {
     if (!isPlainXml({bytes.constData(), static_cast<std::size_t>(bytes.size())})) {
         return false;
     }
-    m_bytes = std::move(bytes);
+    m_bytes = bytes;
     const auto size = static_cast<std::size_t>(m_bytes.size());
     const bool parsed = m_document.load_buffer_inplace(m_bytes.data(), size, parseFlags, pugi::encoding_utf8);
     if (!parsed) {
@@ -161,7 +161,7 @@ bool XmlDocument::take(QXmlStreamReader& reader)
 
 bool XmlDocument::copyElement(QXmlStreamReader& reader)
 {
-    pugi::xml_node parent = m_document;
+    pugi::xml_node parent = m_document.root();
     int depth = 0;
     do {
         if (!copyToken(reader, parent)) {

@@ -20,7 +20,7 @@ class XmlDocument
 public:
     /// Parses a document in UTF-8. False, with a reason in problem(), if it is too large, not well-formed, too deep, in
     /// another encoding or has a document type declaration.
-    bool parse(QByteArray bytes);
+    bool parse(const QByteArray& bytes);
 
     /// The same for a document that is text already; the encoding that it declares is of no account.
     bool parse(const QString& text);
@@ -34,7 +34,7 @@ public:
 
 private:
     bool refuse(const QString& problem);
-    bool parsePlain(QByteArray bytes);
+    bool parsePlain(const QByteArray& bytes);
     bool takeWhole(QXmlStreamReader& reader);
     bool copyElement(QXmlStreamReader& reader);
     bool copyToken(QXmlStreamReader& reader, pugi::xml_node& parent);

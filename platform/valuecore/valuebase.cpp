@@ -46,8 +46,10 @@ ValueBase::ValueBase(const QString& name, TValueState state)
     , m_state(state)
 {}
 
+// A copy has observers of its own.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init)
 ValueBase::ValueBase(const ValueBase& other)
-    : Observable()
+    : Observable() // NOLINT(readability-redundant-member-init)
     , ISupportTransaction()
     , TreeItem(other)
     , IValue()
@@ -59,6 +61,7 @@ ValueBase::ValueBase(const ValueBase& other)
 
 ValueBase::~ValueBase() = default;
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment)
 ValueBase& ValueBase::operator=(const ValueBase& other)
 {
     m_state = other.m_state;
