@@ -4,6 +4,8 @@
 
 #include <reportcore/fielddeclaration.h>
 
+#include <QMetaType>
+
 #define ZELKO_DEVICETYPES(ENUMERATOR)                                                                                  \
     ENUMERATOR(ZELKO, "ZELKO")                                                                                         \
     ENUMERATOR(ZELKO_XG, "ZELKO XG")                                                                                   \
