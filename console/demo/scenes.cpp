@@ -64,7 +64,7 @@ void fill(SampleSite& site, const QString& subSystem, const QString& device, int
 class Scene
 {
 public:
-    explicit Scene(const QStringList& subSystems = {north, south},
+    explicit Scene(const QStringList& subSystems = {north(), south()},
                    const QString& firstDevice = QStringLiteral("Recorder1"))
         : m_site(subSystems)
         , m_settings(m_folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat)
@@ -82,11 +82,11 @@ public:
         return *m_window;
     }
 
-    void connectNorth() { m_site.connectTo(north); }
+    void connectNorth() { m_site.connectTo(north()); }
     SampleSite& site() { return m_site; }
 
-    static inline const QString north = QStringLiteral("north");
-    static inline const QString south = QStringLiteral("south");
+    static QString north() { return QStringLiteral("north"); }
+    static QString south() { return QStringLiteral("south"); }
 
 private:
     QTemporaryDir m_folder;
@@ -131,7 +131,7 @@ void paintLive(Painter& painter)
     Scene scene;
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
-    fill(scene.site(), Scene::north, QStringLiteral("Recorder1"), 17);
+    fill(scene.site(), Scene::north(), QStringLiteral("Recorder1"), 17);
     QApplication::processEvents();
     painter.paint(window, "console-window");
     window.records()->table()->setFocus();
@@ -147,8 +147,8 @@ void paintLive(Painter& painter)
 void paintLoading(Painter& painter)
 {
     Scene scene;
-    scene.site().setLoad(Scene::north, QStringLiteral("Recorder1"), 30, false);
-    fill(scene.site(), Scene::north, QStringLiteral("Recorder1"), 12);
+    scene.site().setLoad(Scene::north(), QStringLiteral("Recorder1"), 30, false);
+    fill(scene.site(), Scene::north(), QStringLiteral("Recorder1"), 12);
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
     painter.paint(window, "console-window-loading");
@@ -159,7 +159,7 @@ void paintNarrow(Painter& painter)
     Scene scene;
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
-    fill(scene.site(), Scene::north, QStringLiteral("Recorder1"), 17);
+    fill(scene.site(), Scene::north(), QStringLiteral("Recorder1"), 17);
     window.resize(720, 400);
     painter.paint(window, "console-window-narrow");
 }
@@ -168,7 +168,7 @@ void paintLongNames(Painter& painter)
 {
     const QString subSystem = QStringLiteral("Monitoring station at the northern border, building 7");
     const QString device = QStringLiteral("Wideband-recorder-with-a-name-that-somebody-thought-about-for-long");
-    Scene scene({subSystem, Scene::south}, device);
+    Scene scene({subSystem, Scene::south()}, device);
     ConsoleWindow& window = scene.open();
     scene.site().connectTo(subSystem);
     fill(scene.site(), subSystem, device, 9);
@@ -192,7 +192,7 @@ void paintEmpty(Painter& painter)
     scene.connectNorth();
     QApplication::processEvents();
     painter.paint(window, "console-window-no-recordings");
-    scene.site().lose(Scene::north, QStringLiteral("the recorder server does not answer"));
+    scene.site().lose(Scene::north(), QStringLiteral("the recorder server does not answer"));
     painter.paint(window, "console-window-not-reachable");
 }
 
@@ -203,7 +203,7 @@ void paintBadges(Painter& painter)
     for (const auto state :
          {LinkState::Starting, LinkState::Connecting, LinkState::Connected, LinkState::Unreachable}) {
         auto* const badge = new ConnectionBadge;
-        badge->show(Scene::north, {state, {}});
+        badge->show(Scene::north(), {state, {}});
         layout->addWidget(badge);
     }
     row.show();

@@ -51,9 +51,8 @@ void RecordPane::connectParts()
 {
     connect(m_records, &DeviceRecords::connectionChanged, this, &RecordPane::updateTexts);
     connect(m_records, &DeviceRecords::progressChanged, this, &RecordPane::updateProgress);
-    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
-        connect(m_proxy, signal, this, &RecordPane::updateCount);
-    }
+    connect(m_proxy, &QAbstractItemModel::rowsInserted, this, &RecordPane::updateCount);
+    connect(m_proxy, &QAbstractItemModel::rowsRemoved, this, &RecordPane::updateCount);
     connect(m_proxy, &QAbstractItemModel::modelReset, this, &RecordPane::updateCount);
     connect(m_summary, &SelectionSummary::changed, this, [this] { m_selection->setText(m_summary->text()); });
 }

@@ -112,7 +112,7 @@ RecorderOptions read(const QCommandLineParser& parser)
 {
     if (!parser.positionalArguments().isEmpty()) {
         throw BadOption{
-            QStringLiteral("nobody knows what to do with \"%1\"").arg(parser.positionalArguments().first())};
+            QStringLiteral("nobody knows what to do with \"%1\"").arg(parser.positionalArguments().constFirst())};
     }
     RecorderOptions options;
     options.store = parser.value(QStringLiteral("store"));
