@@ -61,13 +61,22 @@ void LinkSession::refill()
     }
 }
 
+// A map can be too large to wait as a whole: it comes with a fresh state, of which there is one however often it is
+// asked for.
 void LinkSession::correct(std::uint32_t handle)
 {
-    if (ValueBase* const value = m_tree.value(handle)) {
-        std::string state;
-        value->AddObjectStateStringForTransmission(state, 0);
-        frameCreated(makeFrame(ZelkoCommon::link::FrameType::Commands, handle, state));
+    ValueBase* const value = m_tree.value(handle);
+    if (!value || m_stateWanted) {
+        return;
     }
+    if (value->ChangeLogCapacity() > 0) {
+        startOver();
+        m_wantsPump();
+        return;
+    }
+    std::string state;
+    value->AddObjectStateStringForTransmission(state, 0);
+    frameCreated(makeFrame(ZelkoCommon::link::FrameType::Commands, handle, state));
 }
 
 // A change from before the state has begun is part of the state.
@@ -88,10 +97,15 @@ std::unique_ptr<LinkSender> LinkSession::releaseSender()
 void LinkSession::append(const LinkBacklog::SharedFrame& frame)
 {
     if (!m_backlog.append(frame)) {
-        m_walk.reset();
-        m_stateWanted = true;
+        startOver();
         ++m_restarts;
     }
+}
+
+void LinkSession::startOver()
+{
+    m_walk.reset();
+    m_stateWanted = true;
 }
 
 } // namespace ZelkoRecorder

@@ -32,7 +32,8 @@ public:
     /// Hands over as much as the sender has room for. Called when the sender reports room, and soon after `wantsPump`.
     void pump();
 
-    /// Sends a value as it is: the client holds another content that was refused.
+    /// Sends a value as it is: the client holds another content that was refused. A map is sent with a fresh state of
+    /// the whole tree.
     void correct(std::uint32_t handle);
 
     /// What the client writes.
@@ -52,6 +53,7 @@ public:
 private:
     void refill();
     void append(const LinkBacklog::SharedFrame& frame);
+    void startOver();
 
     LinkedTree& m_tree;
     std::unique_ptr<LinkSender> m_sender;

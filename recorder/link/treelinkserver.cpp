@@ -14,6 +14,7 @@
 
 #include <QTimer>
 
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -249,6 +250,7 @@ bool TreeLinkServer::Private::readCommands(LinkSession& session, const ZelkoComm
 LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const std::vector<PendingWrite>& writes)
 {
     LinkWriteVerdict verdict;
+    std::set<std::uint32_t> toCorrect;
     for (const PendingWrite& write : writes) {
         if (!write.value) {
             continue;
@@ -257,11 +259,14 @@ LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const st
             write.command->Execute();
             continue;
         }
-        session.correct(write.handle);
+        toCorrect.insert(write.handle);
         if (write.refused) {
             verdict = {ZelkoTreeLink::REFUSED_BATCH, "user \"" + session.user().toStdString() + "\" may not write " +
                                                          write.value->GetPathName().toStdString()};
         }
+    }
+    for (const std::uint32_t handle : toCorrect) {
+        session.correct(handle);
     }
     return verdict;
 }

@@ -41,6 +41,7 @@ std::unique_ptr<QFile> openRegularFile(const QString& path, QString* error)
     auto file = std::make_unique<NamedFile>(path);
     if (!file->open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
         *error = QStringLiteral("\"%1\" cannot be read: %2").arg(path, file->errorString());
+        ::close(descriptor);
         return nullptr;
     }
     return file;

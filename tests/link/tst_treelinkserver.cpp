@@ -1,5 +1,6 @@
 #include "framestream.h"
 #include "frametext.h"
+#include "testrecords.h"
 #include "treedigest.h"
 
 #include <recorder/link/treelinkserver.h>
@@ -7,6 +8,8 @@
 #include <valuecore/tree.h>
 #include <valuecore/valuetypes.h>
 #include <zelkobase/connection/treemirror.h>
+#include <zelkobase/maps/itemmaptypes.h>
+#include <zelkobase/maps/recorditemmap.h>
 #include <zelkobase/orb/orb.h>
 #include <zelkoidl/treelink.hh>
 
@@ -18,6 +21,8 @@
 
 using namespace ZelkoRecorder;
 using namespace std::chrono_literals;
+using zelko::recordmap::RecordItemMap;
+using zelko::recordmap::RecordMapData;
 
 namespace {
 
@@ -177,6 +182,7 @@ private Q_SLOTS:
     void executesWritesInTheNameOfTheClient();
     void tellsAWriteToTheOtherClientsOnly();
     void refusesAndCorrectsWhatMayNotBeWritten();
+    void manyRefusedWritesToALargeMapMakeOneState();
     void refusesWritesOfAUserWithoutRights();
     void doesTheRestOfABatchOfWhichAPartIsRefused();
     void endsASessionThatWritesWhatCannotBeRead();
@@ -363,6 +369,28 @@ void TestTreeLinkServer::refusesAndCorrectsWhatMayNotBeWritten()
     QCOMPARE(f.locked->GetValue(), 0);
     QTRY_VERIFY(!f.received().isEmpty() && f.stream.size() > bytesBefore);
     QCOMPARE(f.stream.substr(bytesBefore), FrameStream().state(3, *f.locked).bytes());
+}
+
+// Nine bytes for each, and the whole map was made and waited as often.
+void TestTreeLinkServer::manyRefusedWritesToALargeMapMakeOneState()
+{
+    zelko::registerItemMapTypes();
+    Fixture f;
+    auto* const map = f.tree.Emplace("/B", std::make_unique<RecordItemMap>("Locked", TValueState::Open)); // handle 5
+    for (int i = 0; i < 3000; ++i) {
+        map->Add(RecordMapData(makeRecord(QString::number(i))), nullptr);
+    }
+    const auto session = f.attach();
+    QTRY_COMPARE(f.received(), treeList(f.tree));
+    FrameStream writes;
+    for (int i = 0; i < 5000; ++i) {
+        writes.commands(5, {});
+    }
+    QCOMPARE(f.write(session, writes.bytes()), "4: user \"operator\" may not write /B/Locked");
+    QVERIFY(f.server.backlogBytes() < 1024 * 1024);
+    QTRY_COMPARE(frameTexts(f.stream += f.client->take()).count("end"), 2);
+    QCOMPARE(f.received(), treeList(f.tree));
+    QCOMPARE(f.server.backlogBytes(), std::size_t{0});
 }
 
 void TestTreeLinkServer::refusesWritesOfAUserWithoutRights()
