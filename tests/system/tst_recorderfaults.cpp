@@ -80,23 +80,23 @@ void TestRecorderFaults::endsEqualThrough()
     }
     for (FaultProxy* const line : lines) {
         line->setDelay(fault == "delay" ? 50 : 0);
-        line->setPieces(fault == "pieces" ? 5 : 0);
+        line->setPieces(fault == "pieces" ? 7 : 0);
+        line->setDamage(fault != "damage" ? 0 : line == &m_toClient ? 20000 : 500);
     }
-    LoadedRecorder recorder(QStringLiteral(ZELKO_RECORDER), {300, 1000, 4000});
+    LoadedRecorder recorder(QStringLiteral(ZELKO_RECORDER), {100, 250, 1000});
     m_toRecorder.setTarget(recorder.port());
     LinkOptions options = LinkClient::quickOptions();
     options.callTimeout = std::chrono::seconds(1);
     const qint64 batchBytes = m_toClient.bytes();
+    const int damaged = lines.first()->damaged();
     LinkClient client(*m_orb, m_toRecorder.port(), options);
-    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
-    for (FaultProxy* const line : lines) {
-        if (fault == "damage") {
-            const int before = line->damaged();
-            line->setDamage(line == &m_toClient ? 20000 : 500);
-            QTRY_VERIFY_WITH_TIMEOUT(line->damaged() >= before + someTimes, patience);
+    if (fault == "damage") {
+        QTRY_VERIFY_WITH_TIMEOUT(lines.first()->damaged() >= damaged + someTimes, patience);
+        for (FaultProxy* const line : lines) {
             line->setDamage(0);
         }
     }
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     if (fault == "cuts") {
         cutSomeTimes(lines, client, recorder.mapDigest());
         QVERIFY(!QTest::currentTestFailed());
@@ -104,10 +104,7 @@ void TestRecorderFaults::endsEqualThrough()
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(LoadedRecorder::map()), recorder.mapDigest(), patience);
     const auto fresh = PeerProcess::client(recorder.port()); // on a line of its own
     QTRY_COMPARE_WITH_TIMEOUT(fresh->ask("digest"), client.digest(), patience);
-    QVERIFY(m_toClient.bytes() - batchBytes > 100000); // the batches did come through the proxy
-    if (fault == "delay" || fault == "pieces") {
-        QCOMPARE(client.log, QStringList{"connected"});
-    }
+    QVERIFY(m_toClient.bytes() - batchBytes > 30000); // the batches did come through the proxy
 }
 
 // Each time when something has come over the lines since the last one.

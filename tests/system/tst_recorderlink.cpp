@@ -22,6 +22,14 @@ const QString mapPath = LoadedRecorder::map();
 const QString commands = QStringLiteral("/ZELKO/Command/Recorder1/");
 constexpr int patience = 120000;
 
+// What a recorder may grow by while a client is stopped: its limit of 8 MiB for each client and what handling that
+// takes. The thread sanitizer keeps several bytes of its own for each byte.
+#ifdef __SANITIZE_THREAD__
+constexpr qint64 mayGrowBy = 120 * 1024 * 1024;
+#else
+constexpr qint64 mayGrowBy = 20 * 1024 * 1024;
+#endif
+
 // A recorder with a client and a model.
 struct Fixture
 {
@@ -171,9 +179,8 @@ void TestRecorderLink::endsEqualWhenTheRecorderIsKilledUnderLoad()
 
 void TestRecorderLink::aStoppedClientEndsEqualAndTheRecorderStaysBounded()
 {
-    constexpr qint64 missed = 100000; // of some 400 bytes each
-    constexpr qint64 bound = 24 * 1024 * 1024;
-    Fixture f(m_orb, {2000, 10000, 150000});
+    constexpr qint64 missed = 70000; // of some 400 bytes each
+    Fixture f(m_orb, {2000, 10000, 100000});
     const auto stopped = PeerProcess::client(f.recorder.port());
     QTRY_VERIFY_WITH_TIMEOUT(f.loaded() && f.changes() > 0, patience);
     const QString complete = device + "/Records/LoadedCompletly";
@@ -187,7 +194,7 @@ void TestRecorderLink::aStoppedClientEndsEqualAndTheRecorderStaysBounded()
     QTRY_COMPARE_WITH_TIMEOUT(stopped->ask("digest " + mapPath), f.recorder.mapDigest(), patience);
     const qint64 grown = peakResidentBytes(f.recorder.pid()) - before;
     qInfo("the recorder grew by %.1f MB in the meantime", double(grown) / 1e6);
-    QVERIFY(grown < bound);
+    QVERIFY(grown < mayGrowBy);
     const auto fresh = PeerProcess::client(f.recorder.port());
     QTRY_COMPARE_WITH_TIMEOUT(fresh->ask("digest"), f.client.digest(), patience);
     QCOMPARE(stopped->ask("digest"), f.client.digest());
