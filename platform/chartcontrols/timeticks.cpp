@@ -10,6 +10,7 @@ namespace timeticks {
 
 namespace {
 
+constexpr double millisecond = 1e3;
 constexpr double second = 1e6;
 constexpr double day = 86'400 * second;
 
@@ -38,7 +39,7 @@ double roundBelowASecond(double least)
 double distance(double least)
 {
     if (least <= second / 2) {
-        return std::max(roundBelowASecond(std::max(least, 1.0)), 1.0);
+        return roundBelowASecond(std::max(least, millisecond));
     }
     const auto found = std::lower_bound(std::begin(secondsBetween), std::end(secondsBetween),
                                         static_cast<int>(std::ceil(std::min(least, day) / second)));

@@ -25,6 +25,17 @@ long long toTime(double moment)
     return static_cast<long long>(std::clamp(moment, -largest, largest));
 }
 
+// The notice of a deletion comes while the value still exists.
+bool isThere(const ValueObservingPtr<Value<double>>& value)
+{
+    return value && value->GetState() != TValueState::Deleted;
+}
+
+double momentOf(const ValueObservingPtr<Value<double>>& value)
+{
+    return isThere(value) ? value->GetValue() : 0;
+}
+
 } // namespace
 
 VCReplayBar::VCReplayBar(QWidget* parent, const char* name, bool showRuler)
@@ -81,22 +92,26 @@ void VCReplayBar::SetCurrentPosition_ValuePath(const QString& path)
 
 double VCReplayBar::GetRecordingStart() const
 {
-    return m_start ? m_start->GetValue() : 0;
+    return momentOf(m_start);
 }
 
 double VCReplayBar::GetRecordingStop() const
 {
-    return m_stop ? m_stop->GetValue() : 0;
+    return momentOf(m_stop);
 }
 
 void VCReplayBar::updateRange()
 {
-    SetAxisRange(GetRecordingStart(), GetRecordingStop());
+    if (isThere(m_start) && isThere(m_stop)) {
+        SetAxisRange(GetRecordingStart(), GetRecordingStop());
+    } else {
+        SetAxisRange(0, 0);
+    }
 }
 
 void VCReplayBar::Update(Observable*, TChangeCode code)
 {
-    if (code == TChangeCode::ValueChanged || code == TChangeCode::ValueRefreshed) {
+    if (code == TChangeCode::ValueChanged || code == TChangeCode::ValueRefreshed || code == TChangeCode::StateChanged) {
         updateRange();
     }
 }
@@ -115,6 +130,7 @@ void VCReplayBar::AllowCreationOfBookMarks(bool allow)
 void VCReplayBar::SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify)
 {
     m_isSettingBookmarks = true;
+    endDragUnlessKept(bookmarks);
     setBookmarkCount(bookmarks.size());
     m_bookmarks = bookmarks;
     for (std::size_t index = 0; index < m_bookmarks.size(); ++index) {
@@ -130,6 +146,18 @@ void VCReplayBar::SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool 
 std::vector<BookmarkType> VCReplayBar::GetBookmarks() const
 {
     return m_bookmarks;
+}
+
+// The mouse holds a number, which is another bookmark's once those before it are gone.
+void VCReplayBar::endDragUnlessKept(const std::vector<BookmarkType>& bookmarks)
+{
+    if (draggedMarker() < FirstBookmarkMarker) {
+        return;
+    }
+    const auto index = static_cast<std::size_t>(draggedMarker() - FirstBookmarkMarker);
+    if (index >= bookmarks.size() || !(bookmarks[index] == m_bookmarks[index])) {
+        endDrag();
+    }
 }
 
 // What stays keeps its marker and its value, so that an editor that is open on it stays tied to it.

@@ -31,7 +31,7 @@ public:
     void SetRecordingStop_ValuePath(const QString& path);
     void SetCurrentPosition_ValuePath(const QString& path);
 
-    /// 0 without a value.
+    /// 0 without a value. The bar is empty unless it has both.
     double GetRecordingStart() const;
     double GetRecordingStop() const;
 
@@ -40,7 +40,8 @@ public:
     void SetRangeVector(const std::vector<std::pair<long long, long long>>& ranges);
     const std::vector<std::pair<long long, long long>>& GetRangeVector() const { return m_ranges; }
 
-    /// Replaces the bookmarks. With `notify` it is told as if a user had done it.
+    /// Replaces the bookmarks. With `notify` it is told as if a user had done it. A bookmark that the mouse holds is
+    /// let go of, unless the same one stands in its place.
     void SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify);
 
     /// As they stand on the bar, in the order in which they were set.
@@ -80,6 +81,7 @@ private:
     void tie(ValueObservingPtr<Value<double>>& value, const QString& path);
     void updateRange();
     int bookmarkMarker(std::size_t index) const { return FirstBookmarkMarker + static_cast<int>(index); }
+    void endDragUnlessKept(const std::vector<BookmarkType>& bookmarks);
     void setBookmarkCount(std::size_t count);
     void showBookmark(std::size_t index);
     void createBookmark(double moment);

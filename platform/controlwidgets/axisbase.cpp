@@ -60,6 +60,9 @@ int AxisBase::pixelAt(double value) const
 {
     const double extent = m_visibleStop - m_visibleStart;
     const double share = extent > 0 ? (value - m_visibleStart) / extent : 0;
+    if (std::isnan(share)) {
+        return m_leftOffset;
+    }
     return m_leftOffset + static_cast<int>(std::lround(std::clamp(share * axisWidth(), -farBeyond, farBeyond)));
 }
 

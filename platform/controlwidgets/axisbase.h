@@ -13,8 +13,9 @@ public:
     explicit AxisBase(QWidget* parent = nullptr);
     ~AxisBase() override;
 
-    /// The whole range; it is shown whole then. An axis without extent has all numbers at its left border. Where `stop`
-    /// is below `start`, or one is no number, the axis has no extent.
+    /// The whole range; one other than before is shown whole, the same one leaves the part that is shown. An axis
+    /// without extent has all numbers at its left border. Where `stop` is below `start`, or one is no number, the axis
+    /// has no extent.
     void SetAxisRange(double start, double stop);
     double axisStart() const { return m_start; }
     double axisStop() const { return m_stop; }
@@ -30,7 +31,8 @@ public:
     /// range is shown.
     void SetAxisZoomEnable(bool horizontal, bool vertical);
 
-    /// The place of a number, also one that is not shown; far beyond the borders it is held there.
+    /// The place of a number, also one that is not shown; far beyond the borders it is held there. What is no
+    /// number has its place at the left border.
     int pixelAt(double value) const;
 
     /// The number at a place, held within the part that is shown.

@@ -68,10 +68,12 @@ void XMarkerTop::paintMarker(QPainter& painter, int number) const
     painter.drawPolygon(head, static_cast<int>(std::size(head)));
 }
 
+// An axis without extent has but one place, and moving a marker there would lose its own.
 bool XMarkerTop::canBeMoved(int number) const
 {
     const Marker* const marker = GetMarker(number);
-    return marker != nullptr && marker->IsVisible() && marker->IsEnabled() && marker->IsMoveable();
+    const bool hasPlaces = m_axis.axisStart() < m_axis.axisStop();
+    return hasPlaces && marker != nullptr && marker->IsVisible() && marker->IsEnabled() && marker->IsMoveable();
 }
 
 bool XMarkerTop::grabMarker(const QMouseEvent& event)
@@ -104,7 +106,7 @@ bool XMarkerTop::dropMarker(const QMouseEvent& event)
 {
     const bool wasDragged = event.button() == Qt::LeftButton && m_dragged != 0;
     if (wasDragged) {
-        m_dragged = 0;
+        endDrag();
     }
     return wasDragged;
 }

@@ -6,6 +6,8 @@
 #include <QColor>
 #include <QPoint>
 
+#include <vector>
+
 class AxisBase;
 class QKeyEvent;
 class QMouseEvent;
@@ -32,6 +34,12 @@ protected:
     bool dragMarker(const QMouseEvent& event);
     bool dropMarker(const QMouseEvent& event);
     bool stepMarker(const QKeyEvent& event);
+
+    /// Number of the marker that the mouse holds; 0 for none.
+    int draggedMarker() const { return m_dragged; }
+
+    /// Takes the marker out of the mouse's hold: it stays where it is until it is grabbed again.
+    void endDrag() { m_dragged = 0; }
 
     /// Where the line of the heads is, in pixels from the top edge.
     virtual int markerTop() const = 0;

@@ -3,8 +3,6 @@
 #include <controlwidgets/axisbase.h>
 #include <mapwidgets/mapwidgets_export.h>
 
-#include <QRect>
-
 class QPainter;
 
 /// An axis with a ruler along its top edge.

@@ -4,6 +4,8 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 VCDateTimeEdit::VCDateTimeEdit(QWidget* parent)
     : QDateTimeEdit(parent)
 {
@@ -42,7 +44,11 @@ void VCDateTimeEdit::showValue()
 
 void VCDateTimeEdit::writeValue(const QDateTime& time)
 {
-    if (m_value && !m_isShowing) {
-        m_value->SetValue(static_cast<double>(Vorn::DateTime::toMicroseconds(time)), this);
+    if (!m_value || m_isShowing) {
+        return;
+    }
+    const auto moment = static_cast<double>(Vorn::DateTime::toMicroseconds(time));
+    if (m_value->GetState() == TValueState::Locked || !m_value->SetValue(moment, this)) {
+        showValue();
     }
 }

@@ -9,7 +9,8 @@
 #include <QDateTimeEdit>
 
 /// An editor for a moment that is a float value of the tree, in microseconds since the epoch. It shows the value in
-/// local time, and what a user enters is written to the value, to the millisecond.
+/// local time, and what a user enters is written to the value, to the millisecond. Where the value is locked or
+/// refuses it, the editor shows the value again.
 class VALUEWIDGETSBASIC_EXPORT VCDateTimeEdit : public QDateTimeEdit, public IObserver
 {
     Q_OBJECT

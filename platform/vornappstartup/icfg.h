@@ -14,7 +14,7 @@ public:
     /// Whose configuration it is.
     enum View : int {
         UserView = 1,       ///< what this user has chosen, read and written by the windows of the application
-        ApplicationView = 2 ///< what whoever installed the application has laid down for all users
+        ApplicationView = 2 ///< what holds whatever the user chooses, in the file that the host application sets for it
     };
 
     enum class Access {

@@ -28,14 +28,15 @@ private Q_SLOTS:
     void ticksAreRoundInLocalTime_data();
     void ticksAreRoundInLocalTime();
     void textsAreAsFineAsTheDistance();
+    void neighboursDifferHoweverSmallTheDistance();
 };
 
 void TimeTicksTest::distancesAreThoseOfClocks_data()
 {
     QTest::addColumn<double>("least");
     QTest::addColumn<double>("distance");
-    QTest::newRow("nothing") << 0.0 << 1.0;
-    QTest::newRow("microseconds") << 3.0 << 5.0;
+    QTest::newRow("nothing") << 0.0 << 1000.0;
+    QTest::newRow("microseconds") << 3.0 << 1000.0;
     QTest::newRow("milliseconds") << 110'000.0 << 200'000.0;
     QTest::newRow("half a second") << 500'000.0 << 500'000.0;
     QTest::newRow("most of a second") << 600'000.0 << second;
@@ -80,6 +81,14 @@ void TimeTicksTest::textsAreAsFineAsTheDistance()
     QCOMPARE(timeticks::text(moment, second), QStringLiteral("07:08:09"));
     QCOMPARE(timeticks::text(moment, hour), QStringLiteral("07:08:09"));
     QCOMPARE(timeticks::text(moment, day), QStringLiteral("2024-07-10"));
+}
+
+void TimeTicksTest::neighboursDifferHoweverSmallTheDistance()
+{
+    const double distance = timeticks::distance(3);
+    const double tick = timeticks::first(momentOf("2024-07-10 07:08:09") + 123'456, distance);
+    QCOMPARE(timeticks::text(tick, distance), QStringLiteral("07:08:09.124"));
+    QCOMPARE(timeticks::text(tick + distance, distance), QStringLiteral("07:08:09.125"));
 }
 
 QTEST_APPLESS_MAIN(TimeTicksTest)

@@ -124,6 +124,12 @@ private Q_SLOTS:
     void insertSetsABookmarkAtThePosition();
     void deleteTakesTheCurrentBookmarkAway();
     void deleteLeavesWhatMayNotBeChanged();
+    void aDragEndsWhenTheBookmarksBecomeOthers_data();
+    void aDragEndsWhenTheBookmarksBecomeOthers();
+    void aDragEndsWhenItsBookmarkIsDeleted();
+    void aDragOutlastsTheSameBookmarks();
+    void aRecordingThatIsGoneHasNoRange_data();
+    void aRecordingThatIsGoneHasNoRange();
     void keepsTheRanges();
     void leavesNoValuesBehind();
     void drawsWhateverItHolds_data();
@@ -351,6 +357,79 @@ void VCReplayBarTest::deleteLeavesWhatMayNotBeChanged()
     b.bar.SetCurrentMarker(1);
     QTest::keyClick(&b.bar, Qt::Key_Delete);
     QCOMPARE(b.bar.GetBookmarks(), Bar::bookmarks({30}));
+}
+
+void VCReplayBarTest::aDragEndsWhenTheBookmarksBecomeOthers_data()
+{
+    QTest::addColumn<QList<int>>("seconds");
+    QTest::newRow("the dragged one removed") << QList<int>{40, 60};
+    QTest::newRow("the dragged one moved up") << QList<int>{20, 40};
+    QTest::newRow("all replaced") << QList<int>{80, 81, 82};
+    QTest::newRow("none left") << QList<int>{};
+}
+
+void VCReplayBarTest::aDragEndsWhenTheBookmarksBecomeOthers()
+{
+    QFETCH(QList<int>, seconds);
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20, 40}), false);
+    QTest::mousePress(&b.bar, Qt::LeftButton, {}, b.headOf(20));
+    Bookmarks others;
+    for (const int second : seconds) {
+        others.emplace_back(begin + second * perPixel, QStringLiteral("other"));
+    }
+    b.bar.SetBookmarks(others, false);
+    QTest::mouseMove(&b.bar, b.headOf(25));
+    QCOMPARE(b.bar.GetBookmarks(), others);
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20, 40}), false);
+    QTest::mouseMove(&b.bar, b.headOf(26));
+    QCOMPARE(b.bar.GetBookmarks(), Bar::bookmarks({30, 20, 40}));
+}
+
+void VCReplayBarTest::aDragEndsWhenItsBookmarkIsDeleted()
+{
+    Bar b;
+    b.bar.AllowCreationOfBookMarks(true);
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20, 40}), false);
+    QTest::mousePress(&b.bar, Qt::LeftButton, {}, b.headOf(20));
+    QTest::keyClick(&b.bar, Qt::Key_Delete);
+    QTest::mouseMove(&b.bar, b.headOf(25));
+    QCOMPARE(b.bar.GetBookmarks(), Bar::bookmarks({30, 40}));
+}
+
+void VCReplayBarTest::aDragOutlastsTheSameBookmarks()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30, 20}), false);
+    connect(&b.bar, &VCReplayBar::signalBookmarksChanged, &b.bar,
+            [&b] { b.bar.SetBookmarks(b.bar.GetBookmarks(), false); });
+    QTest::mousePress(&b.bar, Qt::LeftButton, {}, b.headOf(20));
+    QTest::mouseMove(&b.bar, b.headOf(22));
+    QTest::mouseMove(&b.bar, b.headOf(25));
+    QCOMPARE(textsOf(b.bar.GetBookmarks()), (QStringList{"30 b30", "25 b20"}));
+}
+
+void VCReplayBarTest::aRecordingThatIsGoneHasNoRange_data()
+{
+    QTest::addColumn<bool>("isStart");
+    QTest::newRow("without its start") << true;
+    QTest::newRow("without its stop") << false;
+}
+
+void VCReplayBarTest::aRecordingThatIsGoneHasNoRange()
+{
+    QFETCH(bool, isStart);
+    Bar b;
+    b.bar.AllowCreationOfBookMarks(true);
+    b.bar.GetMarker(1)->SetMoveable(true);
+    GuiCentral::Instance().RemoveValue(isStart ? b.start : b.stop);
+    QCOMPARE(isStart ? b.bar.GetRecordingStart() : b.bar.GetRecordingStop(), 0.0);
+    QCOMPARE(b.bar.axisStart(), b.bar.axisStop());
+    QTest::mouseDClick(&b.bar, Qt::LeftButton, {}, b.headOf(20));
+    QTest::keyClick(&b.bar, Qt::Key_Insert);
+    QVERIFY(b.bar.GetBookmarks().empty());
+    QTest::keyClick(&b.bar, Qt::Key_Right);
+    QCOMPARE(b.secondOf(1), 50);
 }
 
 void VCReplayBarTest::keepsTheRanges()

@@ -28,6 +28,8 @@ private Q_SLOTS:
     void anAxisWithoutExtentIsHarmless();
     void anAxisWithoutRoomIsHarmless();
     void tellsOfAnotherRangeOnce();
+    void theSameRangeLeavesThePartThatIsShown();
+    void whatIsNoNumberIsAtTheLeftBorder();
     void theWheelZoomsAroundTheMouse();
     void zoomingOutEndsAtTheWholeRange();
     void zoomingInEndsWhereNumbersRunOut();
@@ -112,6 +114,30 @@ void AxisBaseTest::tellsOfAnotherRangeOnce()
     axis.SetAxisRange(0, 10);
     axis.SetAxisRange(0, 11);
     QCOMPARE(told.size(), 2);
+}
+
+void AxisBaseTest::theSameRangeLeavesThePartThatIsShown()
+{
+    AxisBase axis;
+    axis.resize(101, 20);
+    axis.SetAxisRange(0, 100);
+    turnWheel(axis, 25, 1);
+    axis.SetAxisRange(0, 100);
+    QCOMPARE(axis.visibleStop() - axis.visibleStart(), 80.0);
+    axis.SetAxisRange(0, 200);
+    QCOMPARE(axis.visibleStart(), 0.0);
+    QCOMPARE(axis.visibleStop(), 200.0);
+}
+
+void AxisBaseTest::whatIsNoNumberIsAtTheLeftBorder()
+{
+    AxisBase axis;
+    axis.resize(121, 20);
+    axis.SetPixOffset(10, 10);
+    axis.SetAxisRange(0, 100);
+    QCOMPARE(axis.pixelAt(qQNaN()), 10);
+    axis.SetAxisRange(-1.5e308, 1.5e308);
+    QCOMPARE(axis.pixelAt(qInf()), 10);
 }
 
 void AxisBaseTest::theWheelZoomsAroundTheMouse()

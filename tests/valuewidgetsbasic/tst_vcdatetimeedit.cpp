@@ -23,6 +23,8 @@ private Q_SLOTS:
     void followsTheValue();
     void showingDoesNotWrite();
     void writesWhatIsEntered();
+    void showsTheValueAgainThatRefusesAnEntry_data();
+    void showsTheValueAgainThatRefusesAnEntry();
     void limitsHoldBackWhatIsShownAndNotTheValue();
     void aValueBeforeTheEpochOrBeyondAllTimesIsHarmless();
     void isTiedToNothingWhereThereIsNoFloatValue();
@@ -76,6 +78,32 @@ void VCDateTimeEditTest::writesWhatIsEntered()
     edit.setSelectedSection(QDateTimeEdit::SecondSection);
     QTest::keyClick(&edit, Qt::Key_Up);
     QCOMPARE(m_value->GetValue(), 1'700'000'001'123'000.0);
+}
+
+void VCDateTimeEditTest::showsTheValueAgainThatRefusesAnEntry_data()
+{
+    QTest::addColumn<bool>("locked");
+    QTest::addColumn<double>("maximum");
+    QTest::newRow("it is locked") << true << 1e18;
+    QTest::newRow("it has limits") << false << morning;
+}
+
+void VCDateTimeEditTest::showsTheValueAgainThatRefusesAnEntry()
+{
+    QFETCH(bool, locked);
+    QFETCH(double, maximum);
+    QVERIFY(m_value->SetLimits(0, maximum, nullptr));
+    m_value->SetState(locked ? TValueState::Locked : TValueState::Open, nullptr);
+    VCDateTimeEdit edit;
+    edit.setDisplayFormat(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    edit.SetDateTime_ValuePath(m_path);
+    edit.setSelectedSection(QDateTimeEdit::SecondSection);
+    QTest::keyClick(&edit, Qt::Key_Up);
+    QCOMPARE(m_value->GetValue(), morning);
+    QCOMPARE(edit.text(), QStringLiteral("2023-11-14 23:13:20"));
+    edit.setDateTime(edit.dateTime().addDays(1));
+    QCOMPARE(m_value->GetValue(), morning);
+    QCOMPARE(edit.text(), QStringLiteral("2023-11-14 23:13:20"));
 }
 
 void VCDateTimeEditTest::limitsHoldBackWhatIsShownAndNotTheValue()

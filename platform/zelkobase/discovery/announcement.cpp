@@ -23,10 +23,13 @@ bool isPort(const QString& text)
     return text.toUShort(&isNumber) != 0 && isNumber;
 }
 
+// A device has one text for an address, by which it is known; and an address that means any one leads nowhere.
 bool isAddress(const QString& text)
 {
     const QHostAddress address(text);
-    return !address.isNull() && !address.isMulticast() && !address.isBroadcast();
+    const bool isAny = address == QHostAddress(QHostAddress::AnyIPv4) || address == QHostAddress(QHostAddress::AnyIPv6);
+    return !address.isNull() && !isAny && !address.isMulticast() && !address.isBroadcast() &&
+           address.toString() == text;
 }
 
 // What the windows show and the configuration proposes must be what it claims to be.

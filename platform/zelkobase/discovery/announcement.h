@@ -29,7 +29,7 @@ public:
     static QByteArray write(const ZELKO_XML::ZELKO_AvailableDevice& device);
 
     /// The device of a datagram. Nothing for what is no announcement: too long, no XML of a device, an address that is
-    /// none, a port that is none, or a text with characters that no device writes.
+    /// none or is not in its canonical form, a port that is none, or a text with characters that no device writes.
     static std::optional<ZELKO_XML::ZELKO_AvailableDevice> read(const QByteArray& datagram);
 };
 

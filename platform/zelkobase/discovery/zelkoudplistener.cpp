@@ -7,6 +7,7 @@
 
 #include <QDateTime>
 #include <QNetworkDatagram>
+#include <QPointer>
 #include <QTimer>
 #include <QUdpSocket>
 
@@ -20,9 +21,6 @@ using ZELKO_XML::ZELKO_AvailableDevice;
 namespace {
 
 constexpr int datagramsPerTurn = 64;
-
-// A network has some dozens of recorder devices; who announces more of them than this is making them up.
-constexpr std::size_t maximumDevices = 1'000;
 
 void traceWarning(const QString& text, int line)
 {
@@ -38,6 +36,12 @@ bool haveAddressInCommon(const ZELKO_AvailableDevice& a, const ZELKO_AvailableDe
                        [&b](const QString& address) { return b.GetIPAddress().contains(address); });
 }
 
+struct KnownDevice
+{
+    ZELKO_AvailableDevice device;
+    quint64 heard; // number of its last announcement
+};
+
 } // namespace
 
 struct ZelkoUDPListener::Private
@@ -48,18 +52,24 @@ struct ZelkoUDPListener::Private
 
     void readSome();
     void hear(const QNetworkDatagram& datagram);
-    bool remember(const ZELKO_AvailableDevice& device);
+    void remember(const ZELKO_AvailableDevice& device);
+    void forgetTheOldest();
 
     ZelkoUDPListener* const q;
     QUdpSocket socket;
     QTimer nextTurn;
-    std::vector<ZELKO_AvailableDevice> devices; // in the order of their first announcements
+    std::vector<KnownDevice> devices; // in the order of their first announcements
+    quint64 announcements = 0;
 };
 
 void ZelkoUDPListener::Private::readSome()
 {
+    const QPointer<ZelkoUDPListener> alive(q);
     for (int i = 0; i < datagramsPerTurn && socket.hasPendingDatagrams(); ++i) {
         hear(socket.receiveDatagram(Announcement::MaximumSize + 1));
+        if (!alive) {
+            return;
+        }
     }
     if (socket.hasPendingDatagrams()) {
         nextTurn.start();
@@ -76,25 +86,32 @@ void ZelkoUDPListener::Private::hear(const QNetworkDatagram& datagram)
         return;
     }
     device->SetLastBroadcast(static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()));
-    if (remember(*device)) {
-        Q_EMIT q->si_deviceUpdate(*device);
-    }
+    remember(*device);
+    Q_EMIT q->si_deviceUpdate(*device);
 }
 
-// A device is known by its addresses. False when it is new and there are too many already.
-bool ZelkoUDPListener::Private::remember(const ZELKO_AvailableDevice& device)
+// A device is known by its addresses. One that has those of several takes the place of the first of them.
+void ZelkoUDPListener::Private::remember(const ZELKO_AvailableDevice& device)
 {
-    const auto known = std::find_if(devices.begin(), devices.end(), [&device](const ZELKO_AvailableDevice& other) {
-        return haveAddressInCommon(device, other);
-    });
+    const auto isSame = [&device](const KnownDevice& entry) { return haveAddressInCommon(device, entry.device); };
+    const KnownDevice heardNow{device, ++announcements};
+    const auto known = std::find_if(devices.begin(), devices.end(), isSame);
     if (known != devices.end()) {
-        *known = device;
-    } else if (devices.size() < maximumDevices) {
-        devices.push_back(device);
-    } else {
-        return false;
+        *known = heardNow;
+        devices.erase(std::remove_if(known + 1, devices.end(), isSame), devices.end());
+        return;
     }
-    return true;
+    if (devices.size() == MaximumDevices) {
+        forgetTheOldest();
+    }
+    devices.push_back(heardNow);
+}
+
+// A network has some dozens of recorder devices; who announces more is making them up, and must not keep true ones out.
+void ZelkoUDPListener::Private::forgetTheOldest()
+{
+    devices.erase(std::min_element(devices.begin(), devices.end(),
+                                   [](const KnownDevice& a, const KnownDevice& b) { return a.heard < b.heard; }));
 }
 
 ZelkoUDPListener::ZelkoUDPListener(QObject* parent, unsigned short port)
@@ -103,7 +120,8 @@ ZelkoUDPListener::ZelkoUDPListener(QObject* parent, unsigned short port)
 {
     d->nextTurn.setSingleShot(true);
     connect(&d->nextTurn, &QTimer::timeout, this, [this] { d->readSome(); });
-    connect(&d->socket, &QUdpSocket::readyRead, this, [this] { d->readSome(); });
+    // Not read at once: a slot that deletes the listener would delete the socket amid its own signal.
+    connect(&d->socket, &QUdpSocket::readyRead, this, [this] { d->nextTurn.start(); });
     if (!d->socket.bind(QHostAddress::Any, port, QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)) {
         traceWarning(QStringLiteral("ZelkoUDPListener: port %1: %2").arg(port).arg(d->socket.errorString()), __LINE__);
     }
@@ -124,9 +142,12 @@ unsigned short ZelkoUDPListener::port() const
 // A slot may hear of further devices by an event loop of its own.
 void ZelkoUDPListener::refresh()
 {
-    const std::vector<ZELKO_AvailableDevice> known = d->devices;
-    for (const ZELKO_AvailableDevice& device : known) {
-        Q_EMIT si_deviceUpdate(device);
+    const QPointer<ZelkoUDPListener> alive(this);
+    const std::vector<KnownDevice> known = d->devices;
+    for (const KnownDevice& entry : known) {
+        if (alive) {
+            Q_EMIT si_deviceUpdate(entry.device);
+        }
     }
 }
 

@@ -101,6 +101,12 @@ void AnnouncementTest::refusesWhatIsNoAnnouncement_data()
     QTest::newRow("markup for an address") << with("192.0.2.7", "&lt;b&gt;");
     QTest::newRow("an address that means many") << with("192.0.2.7", "239.0.0.1");
     QTest::newRow("an address that means all") << with("192.0.2.7", "255.255.255.255");
+    QTest::newRow("an address that means any") << with("192.0.2.7", "0.0.0.0");
+    QTest::newRow("an address of six that means any") << with("192.0.2.7", "::");
+    QTest::newRow("an address with numbers left out") << with("192.0.2.7", "127.1");
+    QTest::newRow("an address that is one number") << with("192.0.2.7", "3221225991");
+    QTest::newRow("an address with zeros in front") << with("192.0.2.7", "192.0.02.7");
+    QTest::newRow("an address of six in full length") << with("192.0.2.7", "2001:db8:0:0:0:0:0:7");
     QTest::newRow("too many addresses") << with("<IPAddress>192.0.2.7</IPAddress>",
                                                 QByteArray("<IPAddress>192.0.2.7</IPAddress>").repeated(17));
     QTest::newRow("a line end in a name") << withName("a\nb");

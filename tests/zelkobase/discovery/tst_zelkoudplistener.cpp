@@ -26,6 +26,10 @@ private Q_SLOTS:
     void passesOverADatagramThatIsTooLong();
     void announcesKnownDevicesAgain();
     void knowsADeviceByAnyOfItsAddresses();
+    void aDeviceTakesThePlaceOfAllThatItOverlaps();
+    void forgetsTheDeviceHeardLongestAgo();
+    void aSlotMayDeleteTheListener();
+    void aSlotMayDeleteTheListenerThatRefreshes();
     void hearsAllOfABurst();
     void twoListenersMayShareAPort();
 
@@ -128,6 +132,60 @@ void ZelkoUDPListenerTest::knowsADeviceByAnyOfItsAddresses()
     m_heard.clear();
     m_listener->refresh();
     QCOMPARE(heardAddresses(), (QStringList{"192.0.2.2+192.0.2.3"}));
+}
+
+void ZelkoUDPListenerTest::aDeviceTakesThePlaceOfAllThatItOverlaps()
+{
+    send(makeDevice({QStringLiteral("192.0.2.1")}));
+    send(makeDevice({QStringLiteral("192.0.2.9")}));
+    send(makeDevice({QStringLiteral("192.0.2.2")}));
+    send(makeDevice({QStringLiteral("192.0.2.2"), QStringLiteral("192.0.2.1")}));
+    QTRY_COMPARE(m_heard.size(), 4);
+    m_heard.clear();
+    m_listener->refresh();
+    QCOMPARE(heardAddresses(), (QStringList{"192.0.2.2+192.0.2.1", "192.0.2.9"}));
+}
+
+void ZelkoUDPListenerTest::forgetsTheDeviceHeardLongestAgo()
+{
+    QStringList addresses;
+    const auto hear = [&](const QString& address) {
+        addresses << address;
+        send(makeDevice({address}));
+        QTRY_COMPARE(m_heard.size(), addresses.size());
+    };
+    for (std::size_t i = 0; i < ZelkoUDPListener::MaximumDevices; ++i) {
+        hear(QStringLiteral("10.0.%1.%2").arg(i / 200).arg(i % 200));
+    }
+    hear(addresses.first());
+    hear(QStringLiteral("192.0.2.7"));
+    QCOMPARE(heardAddresses(), addresses);
+    m_heard.clear();
+    m_listener->refresh();
+    addresses.removeAt(1);
+    addresses.removeAt(addresses.size() - 2);
+    QCOMPARE(heardAddresses(), addresses);
+}
+
+void ZelkoUDPListenerTest::aSlotMayDeleteTheListener()
+{
+    send(makeDevice({QStringLiteral("192.0.2.1")}));
+    send(makeDevice({QStringLiteral("192.0.2.2")}));
+    connect(m_listener.get(), &ZelkoUDPListener::si_deviceUpdate, this, [this] { m_listener.reset(); });
+    QTRY_VERIFY(!m_listener);
+    QCOMPARE(heardAddresses(), QStringList{"192.0.2.1"});
+}
+
+void ZelkoUDPListenerTest::aSlotMayDeleteTheListenerThatRefreshes()
+{
+    send(makeDevice({QStringLiteral("192.0.2.1")}));
+    send(makeDevice({QStringLiteral("192.0.2.2")}));
+    QTRY_COMPARE(m_heard.size(), 2);
+    m_heard.clear();
+    connect(m_listener.get(), &ZelkoUDPListener::si_deviceUpdate, this, [this] { m_listener.reset(); });
+    m_listener->refresh();
+    QVERIFY(!m_listener);
+    QCOMPARE(heardAddresses(), QStringList{"192.0.2.1"});
 }
 
 void ZelkoUDPListenerTest::hearsAllOfABurst()
