@@ -14,19 +14,32 @@ namespace {
 
 constexpr quint16 anyPort = 8004; // nothing is sent there
 
-QList<QHostAddress> lookUp(const QString& host, std::chrono::milliseconds patience)
+// Has the answer come to a slot by its name: Qt 6.4 never frees a function object whose look-up was aborted.
+class LookUp final : public QObject
 {
-    QEventLoop loop;
-    QList<QHostAddress> addresses;
-    const int lookUp = QHostInfo::lookupHost(host, &loop, [&](const QHostInfo& info) {
-        addresses = info.addresses();
-        loop.quit();
-    });
-    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-    loop.exec();
-    QHostInfo::abortHostLookup(lookUp);
-    return addresses;
-}
+    Q_OBJECT
+
+public:
+    QList<QHostAddress> run(const QString& host, std::chrono::milliseconds patience)
+    {
+        const int number = QHostInfo::lookupHost(host, this, SLOT(take(QHostInfo)));
+        QTimer::singleShot(patience, &m_loop, &QEventLoop::quit);
+        m_loop.exec();
+        QHostInfo::abortHostLookup(number);
+        return m_addresses;
+    }
+
+private Q_SLOTS:
+    void take(const QHostInfo& info)
+    {
+        m_addresses = info.addresses();
+        m_loop.quit();
+    }
+
+private:
+    QEventLoop m_loop;
+    QList<QHostAddress> m_addresses;
+};
 
 // Connecting a datagram socket asks the system for the route and sends nothing.
 QHostAddress addressTowards(const QHostAddress& target)
@@ -42,7 +55,7 @@ QHostAddress addressTowards(const QHostAddress& target)
 std::optional<QHostAddress> ownAddress(const QString& host, std::chrono::milliseconds patience)
 {
     const QHostAddress literal(host);
-    for (const QHostAddress& target : literal.isNull() ? lookUp(host, patience) : QList{literal}) {
+    for (const QHostAddress& target : literal.isNull() ? LookUp().run(host, patience) : QList{literal}) {
         const QHostAddress own = addressTowards(target);
         if (!own.isNull() && !own.isLinkLocal()) {
             return own;
@@ -86,3 +99,5 @@ QString listenAddress(const ZelkoConfiguration& site, std::chrono::milliseconds 
 }
 
 } // namespace ZelkoConsole
+
+#include "listenaddress.moc"
