@@ -14,7 +14,7 @@ int RecordRows::rowOrQueue(const QString& id, std::size_t hash, const Data& data
     const int number = find(id, hash);
     if (number < 0) {
         const int place = static_cast<int>(m_order.size());
-        m_order.push_back(newEntry({id, data, hash, place}));
+        m_order.push_back(newEntry({id, data, static_cast<std::uint32_t>(hash), place}));
         return -1;
     }
     Entry& known = at(number);

@@ -8,7 +8,9 @@
 
 #include <boost/container/deque.hpp>
 
+#include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace ZelkoGUI {
@@ -39,8 +41,8 @@ public:
     const QString& id(int row) const { return entry(row).id; }
     const Data& data(int row) const { return entry(row).data; }
 
-    /// Replaces the data of a row.
-    void replace(int row, const Data& data) { entry(row).data = data; }
+    /// Replaces the data of a row and returns what it was.
+    Data replace(int row, const Data& data) { return std::exchange(entry(row).data, data); }
 
     /// The hash under which an ID is looked for, whose place in memory is fetched from now on.
     std::size_t expect(const QString& id) const
@@ -73,8 +75,8 @@ private:
     {
         QString id;
         Data data;
-        std::size_t hash;
-        int place; // in m_order
+        std::uint32_t hash; // as much of it as the index looks at
+        int place;          // in m_order
     };
 
     int rowAt(int place) const { return place < m_gapStart ? place : place - m_gapLength; }
