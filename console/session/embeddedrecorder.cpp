@@ -26,6 +26,7 @@ struct EmbeddedRecorder::Private
     void takeError();
     void ended(int exitCode, QProcess::ExitStatus exitStatus);
     QString endText(int exitCode, QProcess::ExitStatus exitStatus) const;
+    void giveUp();
     void fail(const QString& reason);
     void enter(State newState, const QString& reason = {});
 
@@ -50,10 +51,7 @@ EmbeddedRecorder::Private::Private(EmbeddedRecorder* owner, const EmbeddedRecord
     restart.setSingleShot(true);
     patience.setSingleShot(true);
     connect(&restart, &QTimer::timeout, q, [this] { launch(); });
-    connect(&patience, &QTimer::timeout, q, [this] {
-        fail(EmbeddedRecorder::tr("it does not get ready"));
-        process.kill();
-    });
+    connect(&patience, &QTimer::timeout, q, [this] { giveUp(); });
     connect(&process, &QProcess::readyReadStandardOutput, q, [this] { takeOutput(); });
     connect(&process, &QProcess::readyReadStandardError, q, [this] { takeError(); });
     connect(&process, &QProcess::finished, q, [this](int code, QProcess::ExitStatus status) { ended(code, status); });
@@ -116,9 +114,18 @@ void EmbeddedRecorder::Private::takeError()
 void EmbeddedRecorder::Private::ended(int exitCode, QProcess::ExitStatus exitStatus)
 {
     takeError();
-    if (state == State::Starting || state == State::Running) {
+    if (state == State::Failed) {
+        restart.start(backOff.next());
+    } else if (state != State::Stopped) {
         fail(endText(exitCode, exitStatus));
     }
+}
+
+// The next one is started only when this one has ended: there is one process, and one lock on the store.
+void EmbeddedRecorder::Private::giveUp()
+{
+    process.kill();
+    enter(State::Failed, EmbeddedRecorder::tr("it does not get ready"));
 }
 
 QString EmbeddedRecorder::Private::endText(int exitCode, QProcess::ExitStatus exitStatus) const
