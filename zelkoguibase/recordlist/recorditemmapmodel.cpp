@@ -75,7 +75,7 @@ private:
     void readLog();
     void workOff(char type, const QString& id);
     void recordSet(const QString& id);
-    void updateRow(int row, const QString& id, const Data& data);
+    void announceUpdate(int row, const QString& id, RecordStatus now, RecordStatus before);
     void insertQueued();
     void announceInserted(int first);
     void removeListed();
@@ -204,17 +204,15 @@ void RecordItemMapModel::Private::recordSet(const QString& id)
         }
         return;
     }
-    const int row = m_rows.rowOrQueue(id, hash, data);
-    if (row >= 0) {
-        updateRow(row, id, data);
+    const RecordRows::Found found = m_rows.replaceOrQueue(id, hash, data);
+    if (found.row >= 0) {
+        announceUpdate(found.row, id, statusOf(data), statusOf(found.before));
     }
 }
 
 // `id` is the reader's own: a slot may take the row away.
-void RecordItemMapModel::Private::updateRow(int row, const QString& id, const Data& data)
+void RecordItemMapModel::Private::announceUpdate(int row, const QString& id, RecordStatus now, RecordStatus before)
 {
-    const RecordStatus now = statusOf(data);
-    const RecordStatus before = statusOf(m_rows.replace(row, data));
     const unsigned int generation = m_generation;
     Q_EMIT m_owner->dataChanged(m_owner->index(row, 0), m_owner->index(row, m_owner->columnCount() - 1));
     if (generation == m_generation) {
@@ -353,7 +351,7 @@ RecordItemMapModel::Private::Statuses RecordItemMapModel::Private::statuses() co
 void RecordItemMapModel::Private::fillFromMap()
 {
     for (const auto& [id, item] : m_map->data()) {
-        m_rows.rowOrQueue(id, m_rows.expect(id), item.GetRecordData());
+        m_rows.replaceOrQueue(id, m_rows.expect(id), item.GetRecordData());
     }
     m_rows.showQueued();
 }
