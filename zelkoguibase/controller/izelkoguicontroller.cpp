@@ -96,9 +96,6 @@ IZelkoGUIController::IZelkoGUIController(IZelkoGuiActionProvider* provider, cons
         provider->addController(this);
     }
     IZelkoGUIController::setUserActions(userActions);
-    for (QAction* const action : std::as_const(d->actions)) {
-        action->setEnabled(false);
-    }
     connect(UserRights::Instance(), &UserRights::UpdateUserRights, this, &IZelkoGUIController::sl_activeUserChanged);
 }
 
@@ -187,6 +184,7 @@ QAction* IZelkoGUIController::makeAction(enUserAction flag)
     action->setObjectName(QLatin1String(description.objectName));
     action->setToolTip(tr(description.toolTip));
     action->setShortcut(QKeySequence(Qt::CTRL | description.key));
+    action->setEnabled(false);
     connect(action, &QAction::triggered, this, description.slot);
     return action;
 }

@@ -85,9 +85,9 @@ public:
     /// Null also once that widget is gone.
     QWidget* dialogParent() const;
 
-    /// Offers exactly the actions of `userActions` from here on. One that was not offered yet is made, and disabled
-    /// only by the next look at availability. One that is not offered any more lives on as a child of the controller,
-    /// but is neither listed nor enabled or disabled any more; it is not taken up again later.
+    /// Offers exactly the actions of `userActions` from here on. One that was not offered yet is made, and stays
+    /// disabled until availability is looked at. One that is not offered any more lives on as a child of the
+    /// controller, but is neither listed nor enabled or disabled any more, and not taken up again later.
     virtual void setUserActions(const QFlags<enUserAction>& userActions);
 
     /// All actions to be shown, ascending by flag; those of the provider in front or behind, as it says.
