@@ -1,6 +1,7 @@
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
 #include "recordrows_p.h"
+#include "recordstate_p.h"
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/iobserver.h>
@@ -31,8 +32,7 @@ RecordStatus statusOf(const Data& data)
 
 bool isBeingRecorded(const Data& data)
 {
-    const RecordStatus status = statusOf(data);
-    return status == RecordStatus::Recording || status == RecordStatus::LoopRecording;
+    return data && ZelkoGUI::isBeingRecorded(*data);
 }
 
 Data recordOf(const RecordItemMap& map, const QString& id)

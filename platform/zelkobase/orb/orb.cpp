@@ -3,6 +3,8 @@
 #include <zelkobase/orb/boundedtransport_p.h>
 #include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/corbacall.h>
+#include <zelkobase/orb/corbareference_p.h>
+#include <zelkobase/orb/corbatext.h>
 #include <zelkobase/orb/hostname.h>
 
 #include <omniORB4/IIOP.h>
@@ -69,6 +71,7 @@ OptionTable optionTable(const OrbOptions& options)
     table.add("maxServerThreadPoolSize", options.maxConnections); // nobody ever waits for another peer's thread
     table.add("giopMaxMsgSize", options.maxMessageBytes);
     table.add("nativeCharCodeSet", "UTF-8");
+    table.add("supportPerThreadTimeOut", 1); // CallDeadline
     table.add("supportBootstrapAgent", 0L);
     table.add("strictIIOP", 1);
     return table;
@@ -96,6 +99,7 @@ quint16 portInReference(CORBA::Object_ptr object)
 }
 
 std::atomic_flag exists;
+std::atomic<Orb*> running = nullptr;
 
 } // namespace
 
@@ -149,11 +153,18 @@ Orb::Orb(const OrbOptions& options)
         throw OrbError("CORBA could not be started on " + options.listenAddress.toStdString() + " port " +
                        std::to_string(options.port) + ": " + describe(exception).toStdString());
     }
+    running = this;
 }
 
 Orb::~Orb()
 {
+    running = nullptr;
     d->stop();
+}
+
+Orb* Orb::current()
+{
+    return running;
 }
 
 CORBA::ORB_ptr Orb::orb() const
@@ -189,10 +200,16 @@ CORBA::Object_ptr Orb::remoteObject(const QString& host, quint16 port, const cha
         return CORBA::Object::_nil();
     }
     try {
-        return d->orb->string_to_object(corbaloc(host, port, key).c_str());
+        return reference(QString::fromStdString(corbaloc(host, port, key)));
     } catch (const CORBA::Exception&) {
         return CORBA::Object::_nil();
     }
+}
+
+CORBA::Object_ptr Orb::reference(const QString& text) const
+{
+    const CORBA::Object_var object = d->orb->string_to_object(toCorba(text));
+    return withCodeSets(object);
 }
 
 } // namespace ZelkoCommon

@@ -31,8 +31,9 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// After this time a call is given up; each call may set its own.
     std::chrono::milliseconds callTimeout{5000};
 
-    /// The limit of a call that has to connect first, in place of the call's own; 0: the call's own.
-    std::chrono::milliseconds connectTimeout{3000};
+    /// The limit of a call that has to connect first, in place of the call's own and of a CallDeadline; 0: none of its
+    /// own.
+    std::chrono::milliseconds connectTimeout{0};
 
     /// A peer that began a message must have sent the rest of it in this time.
     std::chrono::milliseconds receiveTimeout{3000};
@@ -71,6 +72,9 @@ public:
     Orb(const Orb&) = delete;
     Orb& operator=(const Orb&) = delete;
 
+    /// The ORB of the process; null before there is one, and from its end on.
+    static Orb* current();
+
     CORBA::ORB_ptr orb() const;
 
     /// Where objects without a name live; a reference to one ends with the process.
@@ -88,6 +92,13 @@ public:
     /// Reference to the object `key` on a host, without asking whether it is there. Null for a host or port that cannot
     /// be.
     CORBA::Object_ptr remoteObject(const QString& host, quint16 port, const char* key) const;
+
+    /// The object that a text names: IOR:, corbaloc: or corbaname:. It takes `wstring` at once, through GIOP 1.2 with
+    /// UTF-8 and UTF-16 where the text names no code sets of its own. The object is not asked whether it is there; the
+    /// naming service of a corbaname is, and blocks for as long as a call may. Throws CORBA::SystemException:
+    /// CORBA::BAD_PARAM or CORBA::MARSHAL for a text that is no reference, and what the call of a naming service ends
+    /// with. Nil for the IOR of nothing.
+    CORBA::Object_ptr reference(const QString& text) const;
 
 private:
     struct Private;
