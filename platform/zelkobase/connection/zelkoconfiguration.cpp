@@ -50,6 +50,21 @@ std::optional<quint16> readPort(const QJsonValue& value)
     return static_cast<quint16>(number);
 }
 
+bool isTextOrMissing(const QJsonValue& value)
+{
+    return value.isUndefined() || (value.isString() && !value.toString().isEmpty());
+}
+
+std::optional<LinkCredentials> readCredentials(const QJsonObject& object)
+{
+    const QJsonValue user = object.value(QLatin1String("user"));
+    const QJsonValue password = object.value(QLatin1String("password"));
+    if (!isTextOrMissing(user) || !isTextOrMissing(password) || (user.isUndefined() && !password.isUndefined())) {
+        return std::nullopt;
+    }
+    return LinkCredentials{user.toString(), password.toString()};
+}
+
 bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, QString* error)
 {
     const QJsonObject object = value.toObject();
@@ -61,7 +76,12 @@ bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, Q
     if (configuration.Find(name)) {
         return fail(error, tr("the sub system \"%1\" is listed twice").arg(name));
     }
-    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port}) ||
+    const auto credentials = readCredentials(object);
+    if (!credentials) {
+        return fail(error,
+                    tr("the user of sub system \"%1\" is no text, or there is a password without one").arg(name));
+    }
+    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port, *credentials}) ||
            fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zelkobase/connection/linkcredentials.h>
 #include <zelkobase/connection/zelkobaseconnection_export.h>
 
 #include <QString>
@@ -23,6 +24,10 @@ namespace ZelkoCommon {
 ///         "listen": "192.0.2.20"
 ///     }
 ///
+/// A sub system may have a "user" for whom to act there, and a "password" too. Without the password the application is
+/// to ask for it, and its client is nobody in particular until it did. Who writes it into the file keeps the file to
+/// himself.
+///
 /// "port" is 8004 and "currentSubSystem" the first one when left out. "listen" is the address of this machine on which
 /// the recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
 /// application finds it out by itself: loopback while all recorder servers are on this machine, else the address that
@@ -37,6 +42,10 @@ public:
         QString name; ///< not empty, without "/"
         QString host; ///< name or address
         quint16 port = DefaultPort;
+        LinkCredentials credentials = {}; ///< for whom to act there
+
+        /// Whether there is all that it takes to act for somebody: a user and his password.
+        bool hasCredentials() const { return !credentials.user.isEmpty() && !credentials.password.isEmpty(); }
 
         bool operator==(const SubSystem&) const = default;
     };
