@@ -23,6 +23,11 @@ public:
         note();
         throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_FULL, "");
     }
+    ZelkoTreeLink::UserRole roleOf(ZelkoTreeLink::SessionId) override
+    {
+        note();
+        return ZelkoTreeLink::ROLE_VIEWER;
+    }
     void write(ZelkoTreeLink::SessionId, const ZelkoTreeLink::Batch&, ZelkoTreeLink::Checksum) override { note(); }
     void detach(ZelkoTreeLink::SessionId) override { note(); }
 
