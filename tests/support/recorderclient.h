@@ -19,7 +19,7 @@ public:
         : RecorderClient(orb, port, TestUsers::credentials(role))
     {}
     RecorderClient(ZelkoCommon::Orb& orb, quint16 port, const ZelkoCommon::LinkCredentials& credentials)
-        : m_link(orb, &m_tree, {subSystem(), QStringLiteral("127.0.0.1"), port, credentials}, options())
+        : m_link(orb, &m_tree, {subSystem(), QStringLiteral("127.0.0.1"), port}, options(credentials))
     {}
 
     bool isConnected() const { return m_link.isConnected(); }
@@ -40,10 +40,11 @@ public:
 
 private:
     static QString subSystem() { return QStringLiteral("test"); }
-    static ZelkoCommon::LinkOptions options()
+    static ZelkoCommon::LinkOptions options(const ZelkoCommon::LinkCredentials& credentials)
     {
         zelko::registerItemMapTypes();
         ZelkoCommon::LinkOptions options;
+        options.credentials = credentials;
         options.firstRetry = options.lastRetry = std::chrono::milliseconds(50);
         return options;
     }
