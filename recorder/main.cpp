@@ -1,8 +1,10 @@
 #include <process/terminationsignals.h>
+#include <recorder/process/newuser.h>
 #include <recorder/process/parentwatch.h>
 #include <recorder/process/recorderoptions.h>
 #include <recorder/process/stderrlog.h>
 #include <recorder/served/servedrecorder.h>
+#include <recorder/served/sessioncallers.h>
 #include <recorder/served/writepolicy.h>
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/storelock.h>
@@ -13,6 +15,8 @@
 #include <QDir>
 
 #include <cstdio>
+#include <optional>
+#include <utility>
 
 using namespace ZelkoRecorder;
 
@@ -51,6 +55,9 @@ void logSession(const TreeLinkServer& server)
     QObject::connect(&server, &TreeLinkServer::sessionClosed, &server, [](const QString& user, const QString& reason) {
         qCInfo(recorderLog) << "client of user" << user << "gone:" << qUtf8Printable(reason);
     });
+    QObject::connect(&server, &TreeLinkServer::writeRefused, &server, [](const QString&, const QString& reason) {
+        qCWarning(recorderLog).noquote() << "refused a write:" << reason;
+    });
 }
 
 ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
@@ -61,21 +68,37 @@ ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
     return result;
 }
 
+// Nothing for a file that cannot be used; an empty name stands for no users, which is no failure.
+bool loadUsers(const QString& path, std::optional<UserFile>* users, QString* error)
+{
+    if (path.isEmpty()) {
+        return true;
+    }
+    QStringList warnings;
+    *users = UserFile::load(path, error, &warnings);
+    for (const QString& warning : warnings) {
+        qCWarning(recorderLog).noquote() << warning;
+    }
+    return users->has_value();
+}
+
 // Nothing is recorded before store and port are known to be ours, and the devices are on the tree before anybody can
 // ask for it.
 int serve(const RecorderOptions& options)
 {
     QString error;
+    std::optional<UserFile> users;
     StoreLock lock;
-    if (!lock.acquire(options.store, &error)) {
+    if (!loadUsers(options.usersFile, &users, &error) || !lock.acquire(options.store, &error)) {
         return end({error, cannotServe});
     }
+    Authenticator authenticator(std::move(users)); // calls that ask it end with the ORB
     ZelkoCommon::Orb orb(orbOptions(options));
     ServedRecorder recorder;
     if (!addDevices(recorder, options, &error)) {
         return end({error, cannotServe});
     }
-    TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(options.listenAddress));
+    TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(), admission(authenticator));
     logSession(server);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
                                   << "port" << orb.port();
@@ -99,6 +122,9 @@ int main(int argc, char** argv)
     const auto options = RecorderOptions::parse(QCoreApplication::arguments(), &ending);
     if (!options) {
         return end(ending);
+    }
+    if (options->newUser) {
+        return end(makeUser(*options->newUser));
     }
     const ZelkoCommon::TerminationSignals signals;
     QObject::connect(&signals, &ZelkoCommon::TerminationSignals::received, &application, &QCoreApplication::quit);

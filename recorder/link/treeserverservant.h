@@ -22,9 +22,13 @@ class LinkSessionRegister
 public:
     explicit LinkSessionRegister(const TreeLinkServerOptions& options);
 
-    /// A number for a new session that nobody can guess, of a client at the address `peer`; 0 when there is no room.
-    ZelkoTreeLink::SessionId enter(const std::string& peer);
+    /// A number for a new session that nobody can guess, of a client at the address `peer` that acts for `user`; 0 when
+    /// there is no room.
+    ZelkoTreeLink::SessionId enter(const std::string& peer, const LinkUser& user = {});
     void leave(ZelkoTreeLink::SessionId session);
+
+    /// For whom a session's client acts; nothing when there is no such session.
+    std::optional<LinkUser> userOf(ZelkoTreeLink::SessionId session) const;
 
     /// Notes a sign of life; false when there is no such session.
     bool touch(ZelkoTreeLink::SessionId session);
@@ -43,6 +47,7 @@ private:
     struct Session
     {
         std::string peer;
+        LinkUser user;
         Clock::time_point lastHeard;
         std::size_t waitingBytes = 0;
     };
@@ -94,7 +99,7 @@ public:
     /// What it passes on to, on the thread of the tree.
     struct Handlers
     {
-        std::function<void(ZelkoTreeLink::SessionId, const QString& user, ZelkoTreeLink::Subscriber_ptr)> attached;
+        std::function<void(ZelkoTreeLink::SessionId, const LinkUser& user, ZelkoTreeLink::Subscriber_ptr)> attached;
         std::function<LinkWriteVerdict(ZelkoTreeLink::SessionId, const std::string& batch)> written;
         std::function<void(ZelkoTreeLink::SessionId)> detached;
     };
@@ -105,11 +110,13 @@ public:
 
     ZelkoTreeLink::SessionId attach(CORBA::ULong version, const ZelkoTreeLink::Credentials& who,
                                     ZelkoTreeLink::Subscriber_ptr client) override;
+    ZelkoTreeLink::UserRole roleOf(ZelkoTreeLink::SessionId session) override;
     void write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands,
                ZelkoTreeLink::Checksum check) override;
     void detach(ZelkoTreeLink::SessionId session) override;
 
 private:
+    LinkUser admit(const ZelkoTreeLink::Credentials& who) const;
     LinkWriteVerdict writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string batch);
 
     const std::shared_ptr<LinkSessionRegister> m_sessions;

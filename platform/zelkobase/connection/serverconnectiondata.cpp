@@ -122,6 +122,26 @@ bool ServerConnectionData::GetIPConnectionInformation(const QString& subSystem, 
     return true;
 }
 
+void ServerConnectionData::SetCredentials(const QString& subSystem, const LinkCredentials& credentials)
+{
+    if (const auto found = d->links.find(subSystem); found != d->links.end()) {
+        found->second->setCredentials(credentials);
+    }
+}
+
+void ServerConnectionData::SetCredentials(const LinkCredentials& credentials)
+{
+    for (const auto& [name, link] : d->links) {
+        link->setCredentials(credentials);
+    }
+}
+
+Role ServerConnectionData::GetRole(const QString& subSystem) const
+{
+    const TreeLink* const link = d->find(subSystem);
+    return link ? link->role() : Role::Viewer;
+}
+
 QString ServerConnectionData::lastError(const QString& subSystem) const
 {
     const TreeLink* const link = d->find(subSystem);

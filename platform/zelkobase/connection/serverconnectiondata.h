@@ -1,5 +1,6 @@
 #pragma once
 
+#include <credentials/role.h>
 #include <zelkobase/connection/abstractserverconnectiondata.h>
 #include <zelkobase/connection/linkoptions.h>
 #include <zelkobase/connection/zelkobaseconnection_export.h>
@@ -31,6 +32,14 @@ public:
     QString GetDeviceBasePath(const QString& device) const override;
     QString GetBasePath(const QString& device) const override;
     bool GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const override;
+
+    /// For whom the client acts at a sub system from now on, or at all of them; see TreeLink::setCredentials. Does not
+    /// block: `si_allTicsDisconnected` and `si_allTicsConnected` follow.
+    void SetCredentials(const QString& subSystem, const LinkCredentials& credentials);
+    void SetCredentials(const LinkCredentials& credentials);
+
+    /// What the server of a sub system takes the user for; a viewer while it is not connected.
+    Role GetRole(const QString& subSystem) const;
 
     /// Why a sub system is not connected, for people; empty when it is, or when nothing is known yet.
     QString lastError(const QString& subSystem) const;

@@ -273,6 +273,16 @@ std::shared_ptr<IVtClient> TreeLink::client() const
     return d->client;
 }
 
+void TreeLink::setCredentials(const LinkCredentials& credentials)
+{
+    d->worker->setCredentials(credentials);
+}
+
+Role TreeLink::role() const
+{
+    return d->connected ? d->worker->role() : Role::Viewer;
+}
+
 QString TreeLink::lastError() const
 {
     return d->lastError;
