@@ -190,7 +190,7 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
     } catch (const CORBA::Exception& exception) {
         m_denied = isDenial(exception);
         deactivate(connection);
-        m_queue->reportFailure(explain(exception));
+        m_queue->reportFailure(explain(exception), m_denied);
         return std::nullopt;
     }
 }

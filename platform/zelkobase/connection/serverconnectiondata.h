@@ -27,11 +27,6 @@ public:
     std::shared_ptr<ZelkoConfiguration> GetConfiguration() const override;
     bool isConnected(const QString& subSystem) const override;
     std::shared_ptr<IVtClient> getVtClient(const QString& subSystem, ConnectionType type) const override;
-    VtConnectData getConnData(const QString& subSystem, ConnectionType type) const override;
-    QString getClientBasePath(const QString& subSystem, ConnectionType type) const override;
-    QString GetDeviceBasePath(const QString& device) const override;
-    QString GetBasePath(const QString& device) const override;
-    bool GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const override;
 
     /// For whom the client acts at a sub system from now on, or at all of them; see TreeLink::setCredentials. Does not
     /// block: `si_allTicsDisconnected` and `si_allTicsConnected` follow.
@@ -43,6 +38,9 @@ public:
 
     /// Why a sub system is not connected, for people; empty when it is, or when nothing is known yet.
     QString lastError(const QString& subSystem) const;
+
+    /// Whether that is because its server does not admit the user. See TreeLink::isDenied.
+    bool isDenied(const QString& subSystem) const;
 
 Q_SIGNALS:
     /// An attempt to connect failed; the next one follows by itself.

@@ -61,6 +61,9 @@ public:
     /// Why there is no connection, for people; empty while there is one, and before the first attempt has failed.
     QString lastError() const;
 
+    /// Whether the last attempt failed because the server does not admit the user. Others follow, with longer pauses.
+    bool isDenied() const;
+
 Q_SIGNALS:
     /// Once per connection: everything that the server has stands in the tree, its plain values up to date.
     void connected();
