@@ -1,5 +1,7 @@
 #include <console/session/consolesession.h>
 
+#include <console/session/recorderusers.h>
+
 #include <valuecore/tree.h>
 #include <zelkobase/connection/serverconnectiondata.h>
 
@@ -35,7 +37,9 @@ struct ConsoleSession::Private
 
     ConsoleSession* const q;
     ZelkoCommon::Orb& orb;
-    const LinkOptions link;
+    LinkOptions link;
+    QString configuredUser;
+    std::shared_ptr<RecorderUsers> users;
     QStringList names;
     std::unique_ptr<EmbeddedRecorder> recorder;
     std::unique_ptr<ServerConnectionData> connection;
@@ -80,6 +84,9 @@ ConsoleSession::ConsoleSession(ZelkoCommon::Orb& orb, const ZelkoConfiguration& 
     for (const auto& subSystem : site.SubSystems()) {
         d->names.append(subSystem.name);
     }
+    if (const auto* const current = site.Find(site.GetCurrentSubSystem())) {
+        d->configuredUser = current->hasCredentials() ? current->credentials.user : link.credentials.user;
+    }
     d->connectTo(site);
 }
 
@@ -88,7 +95,10 @@ ConsoleSession::ConsoleSession(ZelkoCommon::Orb& orb, const EmbeddedRecorderOpti
     , d(std::make_unique<Private>(this, orb, localLink()))
 {
     d->names.append(recorder.subSystem);
-    d->recorder = std::make_unique<EmbeddedRecorder>(recorder);
+    d->users = recorder.users ? recorder.users : std::make_shared<RecorderUsers>();
+    EmbeddedRecorderOptions options = recorder;
+    options.users = d->users;
+    d->recorder = std::make_unique<EmbeddedRecorder>(options);
     connect(d->recorder.get(), &EmbeddedRecorder::changed, this, [this] { d->recorderChanged(); });
     d->recorder->start();
 }
@@ -117,6 +127,36 @@ SubSystemStatus ConsoleSession::status(const QString& subSystem) const
         return {LinkState::Starting, {}};
     }
     return d->linkStatus(subSystem);
+}
+
+const std::vector<KnownUser>& ConsoleSession::knownUsers() const
+{
+    return d->users ? d->users->users() : Session::knownUsers();
+}
+
+QString ConsoleSession::configuredUser() const
+{
+    return d->configuredUser;
+}
+
+void ConsoleSession::actFor(const ZelkoCommon::LinkCredentials& user)
+{
+    d->link.credentials = user; // of the connections that come with another start of the recorder
+    if (d->connection) {
+        d->connection->SetCredentials(user);
+    }
+}
+
+std::optional<ZelkoCommon::Role> ConsoleSession::role() const
+{
+    std::optional<ZelkoCommon::Role> least;
+    for (const QString& name : d->names) {
+        const auto role = d->connection ? d->connection->GetRole(name) : std::nullopt;
+        if (role && (!least || *role < *least)) {
+            least = role;
+        }
+    }
+    return least;
 }
 
 const EmbeddedRecorder* ConsoleSession::recorder() const

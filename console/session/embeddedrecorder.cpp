@@ -2,6 +2,7 @@
 
 #include <console/session/backoff.h>
 #include <console/session/recorderoutput.h>
+#include <console/session/recorderusers.h>
 
 #include <QDir>
 #include <QProcess>
@@ -21,7 +22,7 @@ struct EmbeddedRecorder::Private
     Private(EmbeddedRecorder* owner, const EmbeddedRecorderOptions& recorderOptions);
 
     void launch();
-    QStringList arguments() const;
+    QStringList arguments(const QString& usersFile) const;
     void takeOutput();
     void takeError();
     void ended(int exitCode, QProcess::ExitStatus exitStatus);
@@ -70,11 +71,16 @@ void EmbeddedRecorder::Private::launch()
         fail(EmbeddedRecorder::tr("the folder %1 cannot be made").arg(options.storeFolder));
         return;
     }
+    const QString usersFile = options.users ? options.users->file(options.storeFolder) : QString();
+    if (options.users && usersFile.isEmpty()) {
+        fail(EmbeddedRecorder::tr("no users file can be written to %1").arg(options.storeFolder));
+        return;
+    }
     patience.start(options.readyTimeout);
-    process.start(options.program, arguments());
+    process.start(options.program, arguments(usersFile));
 }
 
-QStringList EmbeddedRecorder::Private::arguments() const
+QStringList EmbeddedRecorder::Private::arguments(const QString& usersFile) const
 {
     QStringList list{
         QStringLiteral("--store"), options.storeFolder, QStringLiteral("--sub-system"),      options.subSystem,
@@ -84,6 +90,9 @@ QStringList EmbeddedRecorder::Private::arguments() const
     }
     for (const QString& source : options.sources) {
         list << QStringLiteral("--source") << source;
+    }
+    if (!usersFile.isEmpty()) {
+        list << QStringLiteral("--users") << usersFile;
     }
     if (hasServed) {
         list << QStringLiteral("--once"); // what was recorded before it died is not to be recorded a second time

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <console/session/knownuser.h>
 #include <console/session/subsystemstatus.h>
 
 #include <QObject>
 #include <QStringList>
+
+#include <optional>
+#include <vector>
 
 namespace ZelkoConsole {
 
@@ -22,6 +26,19 @@ public:
 
     /// `Connecting` for a name that is not there.
     virtual SubSystemStatus status(const QString& subSystem) const = 0;
+
+    /// Users for whom the session can act without anybody being asked, those who may less first; the same for as long
+    /// as it lives. None in general.
+    virtual const std::vector<KnownUser>& knownUsers() const;
+
+    /// Who is named as its user where it was configured; empty in general.
+    virtual QString configuredUser() const;
+
+    /// Acts for a user from now on: the sub systems are connected anew. Nothing in general.
+    virtual void actFor(const ZelkoCommon::LinkCredentials& user);
+
+    /// What the recorders that are connected take the user for, the least of them; nothing while there is none.
+    virtual std::optional<ZelkoCommon::Role> role() const;
 
 Q_SIGNALS:
     /// `status` of the sub system gives something else than before.

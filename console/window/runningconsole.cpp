@@ -1,6 +1,7 @@
 #include <console/window/runningconsole.h>
 
 #include <console/session/consolesession.h>
+#include <console/session/consoleuser.h>
 #include <console/session/listenaddress.h>
 #include <console/session/storefolder.h>
 #include <console/window/consolewindow.h>
@@ -45,6 +46,7 @@ struct RunningConsole::Private
     std::unique_ptr<StoreFolder> store;
     std::unique_ptr<Orb> orb;
     std::unique_ptr<ConsoleSession> session;
+    std::unique_ptr<ConsoleUser> user;
     std::unique_ptr<ConsoleWindow> window;
 };
 
@@ -92,6 +94,7 @@ std::unique_ptr<RunningConsole> RunningConsole::open(const ConsoleOptions& optio
         *error = QString::fromUtf8(problem.what());
         return nullptr;
     }
+    d.user = std::make_unique<ConsoleUser>(*d.session);
     d.window = std::make_unique<ConsoleWindow>(d.session.get(), &d.settings);
     return console;
 }
@@ -113,6 +116,11 @@ int RunningConsole::run()
 ConsoleSession& RunningConsole::session() const
 {
     return *d->session;
+}
+
+ConsoleUser& RunningConsole::user() const
+{
+    return *d->user;
 }
 
 ConsoleWindow& RunningConsole::window() const

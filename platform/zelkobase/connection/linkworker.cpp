@@ -130,6 +130,7 @@ void LinkWorker::setCredentials(const LinkCredentials& credentials)
     }
     m_credentials = credentials;
     m_userChanges = true;
+    m_role.reset();
     m_somethingToDo.notify_all();
 }
 
@@ -206,7 +207,7 @@ LinkCredentials LinkWorker::takeCredentials()
 void LinkWorker::enter(Connection& connection)
 {
     connection.pass = CallingSession::Pass(connection.session, CallingSession::lastCalledAddress());
-    m_role = toRole(connection.server->roleOf(connection.session));
+    noteRole(toRole(connection.server->roleOf(connection.session)));
     m_denied = false;
     {
         const std::lock_guard lock(m_mutex);
@@ -215,6 +216,21 @@ void LinkWorker::enter(Connection& connection)
         forgetOutgoing();
     }
     connection.subscriber->setSession(connection.session);
+}
+
+// Of a user who has been replaced meanwhile nobody wants to know it.
+void LinkWorker::noteRole(Role role)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_userChanges) {
+        m_role = role;
+    }
+}
+
+std::optional<Role> LinkWorker::role()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_role;
 }
 
 // Ends with the connection, whoever ended it.

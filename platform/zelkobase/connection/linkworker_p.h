@@ -8,7 +8,6 @@
 
 #include <zelkoidl/treelink.hh>
 
-#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -43,11 +42,11 @@ public:
     void askFor(std::uint32_t handle);
 
     /// For whom the client acts from now on: what waits is sent, then a connection for the new user follows at once.
-    /// What is written before that is dropped.
+    /// What is written before that is dropped. Any thread.
     void setCredentials(const LinkCredentials& credentials);
 
-    /// What the server takes the user for; of the last connection.
-    Role role() const { return m_role; }
+    /// What the server of the last connection takes the user for; nothing where that was for another user. Any thread.
+    std::optional<Role> role();
 
     /// Gives the present connection up, because of `reason`, and begins again.
     void drop(const std::string& reason);
@@ -71,6 +70,7 @@ private:
     void forgetOutgoing();
     LinkCredentials takeCredentials();
     void enter(Connection& connection);
+    void noteRole(Role role);
     std::string explain(const CORBA::Exception& exception) const;
 
     Orb& m_orb;
@@ -84,12 +84,12 @@ private:
     std::unordered_set<std::uint32_t> m_questions; // handles that are asked for when all that waits is sent
     std::string m_dropReason;                      // not empty: give the connection up
     LinkCredentials m_credentials;
+    std::optional<Role> m_role; // none when the user has changed since
     bool m_userChanges = false; // the present connection, or attempt to make one, is for another user
     bool m_serving = false;
     bool m_stopping = false;
     std::chrono::steady_clock::time_point m_lastWrite; // when it is stopping, no write begins behind this time
 
-    std::atomic<Role> m_role = Role::Viewer;
     bool m_denied = false; // the last attempt to connect; the thread's own
 
     std::thread m_thread; // last: it uses all of the above

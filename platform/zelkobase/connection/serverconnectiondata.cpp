@@ -88,10 +88,10 @@ void ServerConnectionData::SetCredentials(const LinkCredentials& credentials)
     }
 }
 
-Role ServerConnectionData::GetRole(const QString& subSystem) const
+std::optional<Role> ServerConnectionData::GetRole(const QString& subSystem) const
 {
     const TreeLink* const link = d->find(subSystem);
-    return link ? link->role() : Role::Viewer;
+    return link ? link->role() : std::nullopt;
 }
 
 QString ServerConnectionData::lastError(const QString& subSystem) const

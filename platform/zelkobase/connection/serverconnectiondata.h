@@ -5,6 +5,8 @@
 #include <zelkobase/connection/linkoptions.h>
 #include <zelkobase/connection/zelkobaseconnection_export.h>
 
+#include <optional>
+
 class Tree;
 
 namespace ZelkoCommon {
@@ -33,8 +35,8 @@ public:
     void SetCredentials(const QString& subSystem, const LinkCredentials& credentials);
     void SetCredentials(const LinkCredentials& credentials);
 
-    /// What the server of a sub system takes the user for; a viewer while it is not connected.
-    Role GetRole(const QString& subSystem) const;
+    /// What the server of a sub system takes the user for; nothing while it is not connected for him.
+    std::optional<Role> GetRole(const QString& subSystem) const;
 
     /// Why a sub system is not connected, for people; empty when it is, or when nothing is known yet.
     QString lastError(const QString& subSystem) const;

@@ -284,9 +284,9 @@ void TreeLink::setCredentials(const LinkCredentials& credentials)
     d->worker->setCredentials(credentials);
 }
 
-Role TreeLink::role() const
+std::optional<Role> TreeLink::role() const
 {
-    return d->connected ? d->worker->role() : Role::Viewer;
+    return d->connected ? d->worker->role() : std::nullopt;
 }
 
 QString TreeLink::lastError() const

@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class IVtClient;
 class Tree;
@@ -55,8 +56,8 @@ public:
     /// who it is already.
     void setCredentials(const LinkCredentials& credentials);
 
-    /// What the server takes the user for; a viewer while not connected.
-    Role role() const;
+    /// What the server takes the user for; nothing while not connected, or connected for another user still.
+    std::optional<Role> role() const;
 
     /// Why there is no connection, for people; empty while there is one, and before the first attempt has failed.
     QString lastError() const;
