@@ -2,6 +2,7 @@
 
 #include <console/demo/samplesite.h>
 #include <console/demo/scenepainter.h>
+#include <console/demo/windowscene.h>
 #include <console/devices/devicelistview.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordpane.h>
@@ -10,13 +11,10 @@
 #include <console/window/consolewindow.h>
 
 #include <QApplication>
-#include <QDateTime>
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QMenu>
 #include <QMessageBox>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTimer>
 
 namespace ZelkoConsole {
@@ -24,82 +22,12 @@ namespace {
 
 using Status = SampleSite::Record::RecordStatus;
 
-const QStringList& names()
-{
-    static const QStringList list{QStringLiteral("Airband tower"),          QStringLiteral("Telemetry bursts"),
-                                  QStringLiteral("Voice channel"),          QStringLiteral("Weather satellite pass"),
-                                  QStringLiteral("Noise floor, antenna 2"), QStringLiteral("Time signal")};
-    return list;
-}
-
-Status statusOf(int number)
-{
-    switch (number) {
-    case 0:
-        return Status::Recording;
-    case 3:
-        return Status::Transferring;
-    case 7:
-        return Status::Damaged;
-    default:
-        return Status::Finished;
-    }
-}
-
-void fill(SampleSite& site, const QString& subSystem, const QString& device, int count)
-{
-    const QDateTime newest(QDate(2026, 5, 4), QTime(14, 30, 12), Qt::UTC);
-    for (int number = 0; number < count; ++number) {
-        const auto start = static_cast<quint64>(newest.addSecs(-number * 1740).toMSecsSinceEpoch()) * 1000;
-        const auto duration = static_cast<quint64>(7 + number * number * 13) * 1'000'000;
-        const auto frequency = 118'100'000 + static_cast<quint64>(number) * 8'330'000;
-        site.setRecord(subSystem, device,
-                       sampleRecord(QStringLiteral("R%1").arg(20260504000 + number), names()[number % names().size()],
-                                    statusOf(number), start, duration, frequency));
-    }
-}
-
-// One window over one site, and the pictures of it.
-class Scene
-{
-public:
-    explicit Scene(const QStringList& subSystems = {north(), south()},
-                   const QString& firstDevice = QStringLiteral("Recorder1"))
-        : m_site(subSystems)
-        , m_settings(m_folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat)
-    {
-        m_site.addDevice(subSystems.constFirst(), firstDevice);
-        m_site.addDevice(subSystems.constFirst(), QStringLiteral("Recorder2"), false);
-        m_site.setStatus(subSystems.constLast(), {LinkState::Unreachable, QStringLiteral("connection refused")});
-    }
-
-    ConsoleWindow& open()
-    {
-        m_window = std::make_unique<ConsoleWindow>(&m_site, &m_settings);
-        m_window->show();
-        QApplication::processEvents();
-        return *m_window;
-    }
-
-    void connectNorth() { m_site.connectTo(north()); }
-    SampleSite& site() { return m_site; }
-
-    static QString north() { return QStringLiteral("north"); }
-    static QString south() { return QStringLiteral("south"); }
-
-private:
-    QTemporaryDir m_folder;
-    SampleSite m_site;
-    QSettings m_settings;
-    std::unique_ptr<ConsoleWindow> m_window;
-};
-
 void paintLive(ScenePainter& painter)
 {
-    Scene scene;
+    WindowScene scene;
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
-    fill(scene.site(), Scene::north(), QStringLiteral("Recorder1"), 17);
+    scene.fill(WindowScene::north(), WindowScene::recorder1(), 17);
     QApplication::processEvents();
     painter.paint(window, "console-window");
     window.records()->table()->setFocus();
@@ -114,9 +42,9 @@ void paintLive(ScenePainter& painter)
 
 void paintLoading(ScenePainter& painter)
 {
-    Scene scene;
-    scene.site().setLoad(Scene::north(), QStringLiteral("Recorder1"), 30, false);
-    fill(scene.site(), Scene::north(), QStringLiteral("Recorder1"), 12);
+    WindowScene scene;
+    scene.site().setLoad(WindowScene::north(), WindowScene::recorder1(), 30, false);
+    scene.fill(WindowScene::north(), WindowScene::recorder1(), 12);
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
     painter.paint(window, "console-window-loading");
@@ -124,10 +52,10 @@ void paintLoading(ScenePainter& painter)
 
 void paintNarrow(ScenePainter& painter)
 {
-    Scene scene;
+    WindowScene scene;
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
-    fill(scene.site(), Scene::north(), QStringLiteral("Recorder1"), 17);
+    scene.fill(WindowScene::north(), WindowScene::recorder1(), 17);
     window.resize(720, 400);
     painter.paint(window, "console-window-narrow");
 }
@@ -136,10 +64,10 @@ void paintLongNames(ScenePainter& painter)
 {
     const QString subSystem = QStringLiteral("Monitoring station at the northern border, building 7");
     const QString device = QStringLiteral("Wideband-recorder-with-a-name-that-somebody-thought-about-for-long");
-    Scene scene({subSystem, Scene::south()}, device);
+    WindowScene scene({subSystem, WindowScene::south()}, device);
     ConsoleWindow& window = scene.open();
     scene.site().connectTo(subSystem);
-    fill(scene.site(), subSystem, device, 9);
+    scene.fill(subSystem, device, 9);
     auto record = sampleRecord(QStringLiteral("R20260504-with-an-identifier-as-long-as-they-come"),
                                QStringLiteral("A name that an operator wrote a whole sentence into, for later"),
                                Status::LoopRecording, 1'777'900'000'000'000, 900'000'000'000, 1'296'123'456);
@@ -154,13 +82,13 @@ void paintLongNames(ScenePainter& painter)
 
 void paintEmpty(ScenePainter& painter)
 {
-    Scene scene;
+    WindowScene scene;
     ConsoleWindow& window = scene.open();
     painter.paint(window, "console-window-connecting");
     scene.connectNorth();
     QApplication::processEvents();
     painter.paint(window, "console-window-no-recordings");
-    scene.site().lose(Scene::north(), QStringLiteral("the recorder server does not answer"));
+    scene.site().lose(WindowScene::north(), QStringLiteral("the recorder server does not answer"));
     painter.paint(window, "console-window-not-reachable");
 }
 
@@ -171,7 +99,7 @@ void paintBadges(ScenePainter& painter)
     for (const auto state :
          {LinkState::Starting, LinkState::Connecting, LinkState::Connected, LinkState::Unreachable}) {
         auto* const badge = new ConnectionBadge;
-        badge->show(Scene::north(), {state, {}});
+        badge->show(WindowScene::north(), {state, {}});
         layout->addWidget(badge);
     }
     row.show();
@@ -180,7 +108,7 @@ void paintBadges(ScenePainter& painter)
 
 void paintAbout(ScenePainter& painter)
 {
-    Scene scene;
+    WindowScene scene;
     ConsoleWindow& window = scene.open();
     QTimer::singleShot(0, &window, [&painter] {
         QWidget* const box = QApplication::activeModalWidget();

@@ -30,6 +30,7 @@ public:
 
     QStringList subSystems() const override;
     SubSystemStatus status(const QString& subSystem) const override;
+    std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const override;
 
     const std::vector<KnownUser>& knownUsers() const override;
     QString configuredUser() const override;

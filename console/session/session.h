@@ -6,8 +6,13 @@
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 #include <vector>
+
+namespace ZelkoCommon {
+class AbstractServerConnectionData;
+}
 
 namespace ZelkoConsole {
 
@@ -27,6 +32,10 @@ public:
     /// `Connecting` for a name that is not there.
     virtual SubSystemStatus status(const QString& subSystem) const = 0;
 
+    /// The connection to the sub systems as the library sees it; the same one, and not null, as long as the session
+    /// lives. Which sub system is the current one in its configuration is up to whoever works with it.
+    virtual std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const = 0;
+
     /// Users for whom the session can act without anybody being asked, those who may less first; the same for as long
     /// as it lives. None in general.
     virtual const std::vector<KnownUser>& knownUsers() const;
@@ -43,6 +52,10 @@ public:
 Q_SIGNALS:
     /// `status` of the sub system gives something else than before.
     void statusChanged(const QString& subSystem);
+
+    /// A sub system did not take a change that was made here, for a reason in words for people; what was changed is
+    /// again as it was.
+    void writeRefused(const QString& subSystem, const QString& reason);
 };
 
 } // namespace ZelkoConsole

@@ -7,6 +7,7 @@
 #include <console/window/consolewindow.h>
 
 #include <process/terminationsignals.h>
+#include <resources/zelkoicons.h>
 #include <zelkobase/orb/orb.h>
 
 #include <QApplication>
@@ -28,6 +29,7 @@ using ZelkoCommon::ZelkoConfiguration;
 void prepareApplication()
 {
     initResources();
+    registerZelkoIcons();
     QApplication::setOrganizationName(QStringLiteral("Zelko"));
     QApplication::setApplicationName(QStringLiteral("zelko-console"));
     QApplication::setApplicationDisplayName(QApplication::translate("ZelkoConsole", "Recorder Console"));
@@ -95,7 +97,7 @@ std::unique_ptr<RunningConsole> RunningConsole::open(const ConsoleOptions& optio
         return nullptr;
     }
     d.user = std::make_unique<ConsoleUser>(*d.session);
-    d.window = std::make_unique<ConsoleWindow>(d.session.get(), &d.settings);
+    d.window = std::make_unique<ConsoleWindow>(d.session.get(), d.user.get(), &d.settings);
     return console;
 }
 

@@ -7,6 +7,7 @@
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/session/consolesession.h>
+#include <console/session/consoleuser.h>
 #include <console/window/consolewindow.h>
 
 #include <valuecore/tree.h>
@@ -34,7 +35,8 @@ struct Shown
 {
     explicit Shown(Session& session)
         : settings(folder.filePath(QStringLiteral("s.ini")), QSettings::IniFormat)
-        , window(&session, &settings)
+        , user(session)
+        , window(&session, &user, &settings)
         , table(*window.records()->table())
     {
         window.show();
@@ -63,6 +65,7 @@ struct Shown
 
     QTemporaryDir folder;
     QSettings settings;
+    ConsoleUser user;
     ConsoleWindow window;
     RecordTableView& table;
 };
