@@ -2,6 +2,7 @@
 
 #include <zelkobase/orb/boundedtransport_p.h>
 #include <zelkobase/orb/callingpeer.h>
+#include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/hostname.h>
 
@@ -115,6 +116,7 @@ void Orb::Private::start(const OrbOptions& options)
     boundConnections(options.maxConnections);
     orb = optionTable(options).initialise();
     noteCallingPeers();
+    CallingSession::prepare();
     const CORBA::Object_var root = orb->resolve_initial_references("RootPOA");
     const CORBA::Object_var named = orb->resolve_initial_references("omniINSPOA");
     rootPoa = PortableServer::POA::_narrow(root);
