@@ -1,0 +1,32 @@
+#include <recorder/service/notoffered.h>
+
+#include <zelkobase/service/servicestatus.h>
+
+#include <zelkoidl/recorderservice.hh>
+
+namespace ZelkoRecorder::notOffered {
+
+// Replays move positions; the samples themselves leave the recorder by exports only.
+void replayToChannel()
+{
+    throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);
+}
+
+// A record has one data rate class.
+void additionalDataRate()
+{
+    throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);
+}
+
+// A file of samples only ever grows.
+void loopRecording()
+{
+    throw QD_ZLK::IF_ZLK_c_Chan::exChan(QD_ZLK::IF_ZLK_c_Chan::CHAN_FAILED, "the recorder does not record in a loop");
+}
+
+long replayToReceivers()
+{
+    return static_cast<long>(ZelkoCommon::statusCode(ZelkoCommon::ServiceStatus::NotSupported));
+}
+
+} // namespace ZelkoRecorder::notOffered

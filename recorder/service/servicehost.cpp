@@ -1,0 +1,53 @@
+#include <recorder/service/servicehost.h>
+
+#include <recorder/service/channelservant.h>
+#include <recorder/service/servicekeys.h>
+
+#include <zelkobase/orb/orb.h>
+
+namespace ZelkoRecorder {
+
+ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const CallRights& rights,
+                         const Options& options)
+    : m_orb(orb)
+    , m_rights(rights)
+    , m_directory(recorder.tree, recorder.devices)
+    , m_errands(std::make_shared<Errands>([this] { m_wakeUp.call(); }, options.patience))
+    , m_wakeUp([this] { m_errands->run(); })
+    , m_channels(
+          recorder.channelDevices, options.channels, [this](const QString& id) { publishChannel(id); },
+          [this](const QString& id) { withdraw(channelKey(id.toStdString())); })
+{
+    const auto reference = [&orb](const std::string& key) { return orb.reference(key.c_str()); };
+    publish(entryKey, new ZlkServant(m_errands, m_rights,
+                                     {m_directory, m_channels, reference, recorder.beginExport, recorder.cancelExport},
+                                     options.largestAnswer));
+}
+
+ServiceHost::~ServiceHost()
+{
+    withdraw(entryKey);
+    m_errands->close();
+}
+
+// The object adapter keeps the servant from here on.
+void ServiceHost::publish(const std::string& key, PortableServer::ServantBase* servant)
+{
+    const PortableServer::ServantBase_var guard(servant);
+    m_orb.publish(key.c_str(), servant);
+}
+
+void ServiceHost::publishChannel(const QString& id)
+{
+    publish(channelKey(id.toStdString()), new ChannelServant(id, m_errands, m_rights, m_channels));
+}
+
+void ServiceHost::withdraw(const std::string& key)
+{
+    try {
+        m_orb.withdraw(key.c_str());
+    } catch (const CORBA::Exception&) { // the ORB went first
+    }
+}
+
+} // namespace ZelkoRecorder
