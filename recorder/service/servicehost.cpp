@@ -5,6 +5,8 @@
 
 #include <zelkobase/orb/orb.h>
 
+#include <QCoreApplication>
+
 namespace ZelkoRecorder {
 
 ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const CallRights& rights,
@@ -18,8 +20,8 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
           recorder.channelDevices, options.channels, [this](const QString& id) { publishChannel(id); },
           [this](const QString& id) { withdraw(channelKey(id.toStdString())); })
 {
-    const auto reference = [&orb](const std::string& key) { return orb.reference(key.c_str()); };
-    publish(entryKey, new ZlkServant(m_errands, m_rights,
+    const auto reference = [&orb](const std::string& key) { return orb.published(key.c_str()); };
+    publish(entryKey, new ZlkServant(m_errands, m_gate, m_rights,
                                      {m_directory, m_channels, reference, recorder.beginExport, recorder.cancelExport},
                                      options.largestAnswer));
 }
@@ -27,6 +29,7 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
 ServiceHost::~ServiceHost()
 {
     withdraw(entryKey);
+    m_gate->close([] { QCoreApplication::processEvents(); });
     m_errands->close();
 }
 

@@ -63,7 +63,8 @@ private:
     ZelkoCommon::Orb& m_orb;
     const CallRights m_rights;
     const DeviceDirectory m_directory;
-    std::shared_ptr<Errands> m_errands;
+    const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
+    const std::shared_ptr<Errands> m_errands;
     ZelkoCommon::WakeUp m_wakeUp;
     ChannelRegistry m_channels;
 };

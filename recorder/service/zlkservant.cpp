@@ -72,8 +72,10 @@ struct Found
 
 } // namespace
 
-ZlkServant::ZlkServant(std::shared_ptr<Errands> errands, CallRights rights, Sources sources, std::size_t largestAnswer)
+ZlkServant::ZlkServant(std::shared_ptr<Errands> errands, std::shared_ptr<CallGate> gate, CallRights rights,
+                       Sources sources, std::size_t largestAnswer)
     : m_errands(std::move(errands))
+    , m_gate(std::move(gate))
     , m_rights(std::move(rights))
     , m_sources(std::move(sources))
     , m_largestAnswer(largestAnswer)
@@ -266,6 +268,7 @@ char* ZlkServant::exportRecording(const char* device, const char* record, const 
     if (!askRecorder(*m_errands, [&devices = m_sources.devices, deviceId] { return devices.contains(deviceId); })) {
         refuseDevice(deviceId);
     }
+    const CallGate::Pass pass(*m_gate);
     StoreStatus status = StoreStatus::Done;
     const QString id = m_sources.beginExport(deviceId, recordId, fromCorba(target), &status);
     if (status == StoreStatus::UnknownRecord) {
@@ -280,6 +283,7 @@ char* ZlkServant::exportRecording(const char* device, const char* record, const 
 void ZlkServant::cancelExport(const char* exportId, CORBA::Boolean removeTarget)
 {
     require(Action::Export);
+    const CallGate::Pass pass(*m_gate);
     const StoreStatus status = m_sources.cancelExport(fromCorba(exportId), removeTarget);
     if (status != StoreStatus::Done) {
         refuse(IF_ZLK_c_ZLK::ZLK_FAILED, statusText(status));

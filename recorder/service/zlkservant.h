@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/service/callgate.h>
 #include <recorder/service/callrights.h>
 #include <recorder/service/channelregistry.h>
 #include <recorder/service/devicedirectory.h>
@@ -20,7 +21,7 @@ class ZlkServant final : public POA_QD_ZLK::IF_ZLK_c_ZLK, public PortableServer:
 {
 public:
     /// What it asks. Devices and channels on the recorder's thread only, and outlive the errands; the functions on any
-    /// thread.
+    /// thread, within the gate.
     struct Sources
     {
         const DeviceDirectory& devices;
@@ -36,7 +37,8 @@ public:
     };
 
     /// `largestAnswer`: bytes beyond which an answer is refused; to be less than what the ORB sends.
-    ZlkServant(std::shared_ptr<Errands> errands, CallRights rights, Sources sources, std::size_t largestAnswer);
+    ZlkServant(std::shared_ptr<Errands> errands, std::shared_ptr<CallGate> gate, CallRights rights, Sources sources,
+               std::size_t largestAnswer);
 
     QD_ZLK::IF_ZLK_c_Chan_ptr registerChannel(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager, QD_ZLK::DataRateClass dataRate,
                                               QD_ZLK::DataFormat format, CORBA::Boolean canRecord,
@@ -73,6 +75,7 @@ private:
     void require(Action action) const;
 
     const std::shared_ptr<Errands> m_errands;
+    const std::shared_ptr<CallGate> m_gate;
     const CallRights m_rights;
     const Sources m_sources;
     const std::size_t m_largestAnswer;

@@ -181,9 +181,7 @@ void TestOrb::givesUpOnAServerThatIsSilent()
 {
     QTcpServer silent;
     QVERIFY(silent.listen(QHostAddress::LocalHost));
-    OrbOptions options;
-    options.connectTimeout = 300ms;
-    const Orb orb(options);
+    const Orb orb({});
     QCOMPARE(failureOf(orb, silent.serverPort()), "TIMEOUT");
 }
 

@@ -4,6 +4,8 @@
 #include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/corbacall.h>
+#include <zelkobase/orb/corbareference_p.h>
+#include <zelkobase/orb/corbatext.h>
 #include <zelkobase/orb/hostname.h>
 
 #include <omniORB4/IIOP.h>
@@ -70,6 +72,7 @@ OptionTable optionTable(const OrbOptions& options)
     table.add("maxServerThreadPoolSize", options.maxConnections); // nobody ever waits for another peer's thread
     table.add("giopMaxMsgSize", options.maxMessageBytes);
     table.add("nativeCharCodeSet", "UTF-8");
+    table.add("supportPerThreadTimeOut", 1); // CallDeadline
     table.add("supportBootstrapAgent", 0L);
     table.add("strictIIOP", 1);
     return table;
@@ -180,6 +183,12 @@ void Orb::withdraw(const char* key)
     d->namedPoa->deactivate_object(id);
 }
 
+CORBA::Object_ptr Orb::published(const char* key) const
+{
+    const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId(key);
+    return d->namedPoa->create_reference_with_id(id, "");
+}
+
 quint16 Orb::port() const
 {
     return d->port;
@@ -191,10 +200,16 @@ CORBA::Object_ptr Orb::remoteObject(const QString& host, quint16 port, const cha
         return CORBA::Object::_nil();
     }
     try {
-        return d->orb->string_to_object(corbaloc(host, port, key).c_str());
+        return reference(QString::fromStdString(corbaloc(host, port, key)));
     } catch (const CORBA::Exception&) {
         return CORBA::Object::_nil();
     }
+}
+
+CORBA::Object_ptr Orb::reference(const QString& text) const
+{
+    const CORBA::Object_var object = d->orb->string_to_object(toCorba(text));
+    return withCodeSets(object);
 }
 
 } // namespace ZelkoCommon

@@ -31,8 +31,9 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// After this time a call is given up; each call may set its own.
     std::chrono::milliseconds callTimeout{5000};
 
-    /// The limit of a call that has to connect first, in place of the call's own; 0: the call's own.
-    std::chrono::milliseconds connectTimeout{3000};
+    /// The limit of a call that has to connect first, in place of the call's own and of a CallDeadline; 0: none of its
+    /// own.
+    std::chrono::milliseconds connectTimeout{0};
 
     /// A peer that began a message must have sent the rest of it in this time.
     std::chrono::milliseconds receiveTimeout{3000};
@@ -82,12 +83,22 @@ public:
     /// Ends what `publish` began. Calls that are being served go on to their end, for which it does not wait.
     void withdraw(const char* key);
 
+    /// Reference to the object that `publish` makes reachable as `key`, whether it has done so yet or not.
+    CORBA::Object_ptr published(const char* key) const;
+
     /// The port that is listened on.
     quint16 port() const;
 
     /// Reference to the object `key` on a host, without asking whether it is there. Null for a host or port that cannot
     /// be.
     CORBA::Object_ptr remoteObject(const QString& host, quint16 port, const char* key) const;
+
+    /// The object that a text names: IOR:, corbaloc: or corbaname:. It takes `wstring` at once, through GIOP 1.2 with
+    /// UTF-8 and UTF-16 where the text names no code sets of its own. The object is not asked whether it is there; the
+    /// naming service of a corbaname is, and blocks for as long as a call may. Throws CORBA::SystemException:
+    /// CORBA::BAD_PARAM or CORBA::MARSHAL for a text that is no reference, and what the call of a naming service ends
+    /// with. Nil for the IOR of nothing.
+    CORBA::Object_ptr reference(const QString& text) const;
 
 private:
     struct Private;
