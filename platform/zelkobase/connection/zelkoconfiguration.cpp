@@ -17,6 +17,7 @@ namespace ZelkoCommon {
 namespace {
 
 constexpr qint64 maxFileSize = 1024 * 1024;
+constexpr qsizetype maxReference = 4096;
 
 QString tr(const char* text)
 {
@@ -31,10 +32,20 @@ bool fail(QString* error, const QString& text)
     return false;
 }
 
+bool canBeReference(const QString& text)
+{
+    const QStringList schemes{QStringLiteral("corbaloc:"), QStringLiteral("corbaname:"), QStringLiteral("IOR:")};
+    const bool isPlain =
+        std::all_of(text.begin(), text.end(), [](QChar character) { return character > u' ' && character < u'\x7f'; });
+    return isPlain && text.size() <= maxReference &&
+           std::any_of(schemes.begin(), schemes.end(),
+                       [&](const QString& scheme) { return text.startsWith(scheme) && text.size() > scheme.size(); });
+}
+
 bool isValid(const ZelkoConfiguration::SubSystem& subSystem)
 {
     return !subSystem.name.isEmpty() && !subSystem.name.contains(QLatin1Char('/')) && subSystem.port != 0 &&
-           canBeHost(subSystem.host);
+           canBeHost(subSystem.host) && (subSystem.service.isEmpty() || canBeReference(subSystem.service));
 }
 
 // A whole number from 1 to 65535, and nothing that merely rounds to one.
@@ -61,7 +72,12 @@ bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, Q
     if (configuration.Find(name)) {
         return fail(error, tr("the sub system \"%1\" is listed twice").arg(name));
     }
-    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port}) ||
+    const QJsonValue service = object.value(QLatin1String("service"));
+    if (!service.isUndefined() && !canBeReference(service.toString())) {
+        return fail(error, tr("the service of sub system \"%1\" is no corbaloc, corbaname or IOR").arg(name));
+    }
+    return configuration.AddSubSystem(
+               {name, object.value(QLatin1String("host")).toString(), *port, service.toString()}) ||
            fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
 }
 

@@ -18,13 +18,15 @@ namespace ZelkoCommon {
 ///         "currentSubSystem": "north",
 ///         "subSystems": [
 ///             { "name": "north", "host": "recorder-north", "port": 8004 },
-///             { "name": "south", "host": "192.0.2.7" }
+///             { "name": "south", "host": "192.0.2.7", "service": "corbaname::192.0.2.1#south/recorder" }
 ///         ],
 ///         "listen": "192.0.2.20"
 ///     }
 ///
-/// "port" is 8004 and "currentSubSystem" the first one when left out. "listen" is the address of this machine on which
-/// the recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
+/// "port" is 8004 and "currentSubSystem" the first one when left out. "service" is where the recorder's service is
+/// found when that is not at the same host and port: a corbaloc, a corbaname or an IOR; a name of a host in it is
+/// looked up without a time limit, an address needs no look-up. "listen" is the address of this machine on which the
+/// recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
 /// application finds it out by itself: loopback while all recorder servers are on this machine, else the address that
 /// leads to them. It is needed where they are reached by more than one interface.
 class ZELKOBASECONNECTION_EXPORT ZelkoConfiguration
@@ -37,6 +39,7 @@ public:
         QString name; ///< not empty, without "/"
         QString host; ///< name or address
         quint16 port = DefaultPort;
+        QString service = {}; ///< reference of the recorder's service; empty: at host and port
 
         bool operator==(const SubSystem&) const = default;
     };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zelkobase/service/serviceaddress.h>
 #include <zelkobase/service/servicestatus.h>
 #include <zelkobase/service/zelkobaseservice_export.h>
 
@@ -10,19 +11,6 @@
 #include <memory>
 
 namespace ZelkoCommon {
-
-/// Where a recorder's service is found.
-struct ServiceAddress
-{
-    QString reference; ///< corbaloc, corbaname or IOR; empty: by host and port
-    QString host;      ///< name or address
-    quint16 port = 0;
-
-    bool operator==(const ServiceAddress&) const = default;
-
-    /// True if there is anything to try.
-    bool isValid() const { return !reference.isEmpty() || (!host.isEmpty() && port != 0); }
-};
 
 /// The client's way to the service of one recorder: finds it, keeps the references, finds it again after a restart, and
 /// turns whatever goes wrong into a status. Every call on the service goes through here.

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <optional>
+
+namespace ZelkoCommon {
+
+/// The addresses of a host, in the order in which they are to be tried; none for a name that nobody knows. Nothing when
+/// the name server does not answer within `limit`: an ORB that looks a name up by itself waits for as long as the
+/// system does. An address is its own answer, without asking anybody.
+std::optional<QStringList> addressesOf(const QString& host, std::chrono::milliseconds limit);
+
+} // namespace ZelkoCommon
