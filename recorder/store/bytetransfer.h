@@ -19,8 +19,8 @@ public:
     /// `watcher` may be empty.
     explicit ByteTransfer(Watcher watcher = {});
 
-    /// Appends `size` bytes of `source` from `offset` on to `target`, at its present position. `Damaged` if the source
-    /// has fewer, `NoSpace` if the disk of the target is full. Not durable by itself. Blocks.
+    /// Adds `size` bytes of `source` from `offset` on to `target`, which was opened unbuffered, where it stands.
+    /// `Damaged` if the source has fewer, `NoSpace` if the disk of the target is full. Not durable by itself. Blocks.
     StoreStatus append(QFile& source, quint64 offset, quint64 size, QFile& target);
 
     /// Bytes moved by all calls so far.

@@ -22,9 +22,22 @@ public:
     /// A path under which the folder can be worked in while this object lives, whatever stands at its name.
     QString path() const;
 
-    /// The folder `name` below it, which is made if it is missing; not open if it cannot be, or is no folder but a link
-    /// to one.
-    OpenFolder below(const QString& name) const;
+    /// @name Entries of the folder. `name` is a single name; no link of that name is followed
+    /// @{
+    bool has(const QString& name) const;
+
+    /// Not open if there is no such folder.
+    OpenFolder open(const QString& name) const;
+
+    /// As `open`, but a folder that is missing is made.
+    OpenFolder make(const QString& name) const;
+
+    /// Durable when it returns true. A folder takes the place of nothing but an empty folder.
+    bool rename(const QString& from, const QString& to) const;
+
+    /// With all that is in it.
+    void remove(const QString& name) const;
+    /// @}
 
 private:
     int m_descriptor = -1;
@@ -45,6 +58,8 @@ public:
     StoreStatus open(const QString& path, OpenFolder* folder) const;
 
 private:
+    static StoreStatus descend(const QStringList& steps, OpenFolder* folder);
+
     const QStringList m_folders;
 };
 

@@ -57,4 +57,8 @@ private:
     const DeviceStore m_store;
 };
 
+/// Adds a comment to a record's history, at `now` in microseconds since the epoch, or the next microsecond that no
+/// other comment of the record has.
+void appendComment(ZELKO_XML::ZELKO_RecordData& record, const QString& text, quint64 now);
+
 } // namespace ZelkoRecorder

@@ -59,9 +59,8 @@ public:
 
 private:
     StoreStatus prepare(const QString& sourceID, const RecordRanges& ranges, RecordRange::Unit unit);
-    StoreStatus checkSource() const;
-    StoreStatus cut(const RecordRanges& ranges, RecordRange::Unit unit);
-    void describe();
+    bool cut(const RecordRanges& ranges, RecordRange::Unit unit);
+    void describe(const QString& name);
     void describePart(const RecordTimeline& timeline, const RecordRange& part);
     StoreStatus write(const ByteTransfer::Watcher& watcher) const;
 

@@ -30,14 +30,16 @@ public:
     /// Bytes of samples to be exported; 0 if there are none.
     quint64 size() const;
 
-    /// `watcher` may give it up, after which `partial` is asked for. The record must not be deleted meanwhile. Blocks.
-    StoreStatus run(const ByteTransfer::Watcher& watcher, const std::function<Partial()>& partial);
+    /// Writes the files. `watcher` may give it up, after which `partial` is asked what to do with them. `Exists` if
+    /// somebody else has made the folder meanwhile. The record must not be deleted meanwhile. Blocks.
+    StoreStatus run(const ByteTransfer::Watcher& watcher = {}, const std::function<Partial()>& partial = {});
 
 private:
     StoreStatus prepare(const QString& recordID, const ExportFolders& folders, const QString& path);
-    StoreStatus writeFiles(const OpenFolder& folder, const ByteTransfer::Watcher& watcher) const;
-    bool publish() const;
-    void leave(Partial partial) const;
+    StoreStatus write(const ByteTransfer::Watcher& watcher) const;
+    StoreStatus publish() const;
+    void keepPartial() const;
+    QString builtIn() const;
 
     const DeviceStore m_store;
     RecordPointer m_record;

@@ -36,6 +36,9 @@ public:
     /// The time of this position; start or stop of the record for one outside of it.
     quint64 timeAt(quint64 offset) const;
 
+    /// When the samples before this position end: another time than `timeAt` where a hole begins.
+    quint64 endTimeAt(quint64 offset) const;
+
     /// Time, offset and tuning at this position. `offset` is one between start and stop.
     ZELKO_XML::IndexEntry entryAt(quint64 offset) const;
 
@@ -45,6 +48,7 @@ public:
 private:
     void takeIndex(const ZELKO_XML::ZELKO_RecordData& record);
     quint64 measureFrame(quint64 bytesPerSample) const;
+    quint64 timeFrom(qsizetype point, quint64 offset) const;
     long double bytesPerMicrosecond(qsizetype point) const;
 
     QVector<ZELKO_XML::IndexEntry> m_points;

@@ -16,7 +16,7 @@ public:
 
     /// Begins at `now`, at the time `start` of the record, and goes on to `stop`, both in microseconds since the epoch;
     /// 0 as `stop` is the record's end. What lies outside of the record is left out. That so often, one time behind the
-    /// other; less than once is once.
+    /// other; less than once is once, and more than 1000 times 1000.
     Replay(const RecordTimeline& timeline, quint64 start, quint64 stop, int rounds, TimePoint now);
 
     /// Whether there is anything between start and stop.
