@@ -75,7 +75,7 @@ int serve(const RecorderOptions& options)
     if (!addDevices(recorder, options, &error)) {
         return end({error, cannotServe});
     }
-    TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(options.listenAddress));
+    TreeLinkServer server(orb, recorder.tree(), {}, writePolicy());
     logSession(server);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
                                   << "port" << orb.port();

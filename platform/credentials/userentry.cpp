@@ -39,8 +39,8 @@ bool UserEntry::canBeName(const QString& name)
 {
     const auto characters = name.toUcs4();
     return !name.isEmpty() && name.toUtf8().size() <= maximumName && name == name.trimmed() &&
-           !name.contains(QLatin1Char(':')) && !name.startsWith(QLatin1Char('#')) &&
-           std::all_of(characters.begin(), characters.end(), isPlain);
+           name == name.normalized(QString::NormalizationForm_C) && !name.contains(QLatin1Char(':')) &&
+           !name.startsWith(QLatin1Char('#')) && std::all_of(characters.begin(), characters.end(), isPlain);
 }
 
 std::optional<UserEntry> UserEntry::fromLine(const QByteArray& line, QString* error)

@@ -14,7 +14,7 @@ constexpr std::size_t batchBytes = 256 * 1024;
 
 } // namespace
 
-LinkSession::LinkSession(LinkedTree& tree, std::unique_ptr<LinkSender> sender, const QString& user,
+LinkSession::LinkSession(LinkedTree& tree, std::unique_ptr<LinkSender> sender, const LinkUser& user,
                          std::size_t maxBacklogBytes, std::function<void()> wantsPump)
     : m_tree(tree)
     , m_sender(std::move(sender))

@@ -3,10 +3,9 @@
 #include <recorder/link/linkbacklog.h>
 #include <recorder/link/linkedtree.h>
 #include <recorder/link/linksender.h>
+#include <recorder/link/linkuser.h>
 #include <recorder/link/statewalk.h>
 #include <recorder/link/writestream.h>
-
-#include <QString>
 
 #include <cstddef>
 #include <cstdint>
@@ -23,11 +22,11 @@ class LinkSession final : public ILinkSubscriber
 {
 public:
     /// `wantsPump` is called when there is something to hand over.
-    LinkSession(LinkedTree& tree, std::unique_ptr<LinkSender> sender, const QString& user, std::size_t maxBacklogBytes,
+    LinkSession(LinkedTree& tree, std::unique_ptr<LinkSender> sender, const LinkUser& user, std::size_t maxBacklogBytes,
                 std::function<void()> wantsPump);
     ~LinkSession() override;
 
-    const QString& user() const { return m_user; }
+    const LinkUser& user() const { return m_user; }
 
     /// Hands over as much as the sender has room for. Called when the sender reports room, and soon after `wantsPump`.
     void pump();
@@ -57,7 +56,7 @@ private:
 
     LinkedTree& m_tree;
     std::unique_ptr<LinkSender> m_sender;
-    const QString m_user;
+    const LinkUser m_user;
     const std::function<void()> m_wantsPump;
     WriteStream m_writes;
     LinkBacklog m_backlog;

@@ -47,11 +47,12 @@ struct TreeLinkServer::Private
             MayWrite mayWrite, const Authenticate& authenticate);
     ~Private();
 
-    void openSession(SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client);
+    void openSession(SessionId id, const LinkUser& user, ZelkoTreeLink::Subscriber_ptr client);
     void closeSession(SessionId id, const QString& reason);
     void pumpAll();
     void keepHouse();
     LinkWriteVerdict write(SessionId id, const std::string& batch);
+    void tellRefusal(const QString& user, const QString& why) const;
     bool readWrites(LinkSession& session, std::vector<PendingWrite>& writes);
     bool readCommands(LinkSession& session, const ZelkoCommon::link::Frame& frame, std::vector<PendingWrite>& writes);
     bool takes(const LinkSession& session, std::uint32_t handle, std::vector<PendingWrite>& writes) const;
@@ -91,7 +92,7 @@ TreeLinkServer::Private::Private(TreeLinkServer* owner, ZelkoCommon::Orb& usedOr
     houseTimer.start();
 
     TreeServerServant::Handlers handlers;
-    handlers.attached = [this](SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client) {
+    handlers.attached = [this](SessionId id, const LinkUser& user, ZelkoTreeLink::Subscriber_ptr client) {
         openSession(id, user, client);
     };
     handlers.written = [this](SessionId id, const std::string& batch) { return write(id, batch); };
@@ -113,7 +114,7 @@ TreeLinkServer::Private::~Private()
     }
 }
 
-void TreeLinkServer::Private::openSession(SessionId id, const QString& user, ZelkoTreeLink::Subscriber_ptr client)
+void TreeLinkServer::Private::openSession(SessionId id, const LinkUser& user, ZelkoTreeLink::Subscriber_ptr client)
 {
     LinkSender::Callbacks callbacks;
     callbacks.sent = [this, id] {
@@ -135,7 +136,7 @@ void TreeLinkServer::Private::openSession(SessionId id, const QString& user, Zel
     const auto opened = sessions.emplace(
         id, std::make_unique<LinkSession>(tree, std::move(sender), user, options.maxBacklogBytes, wantsPump));
     opened.first->second->pump();
-    Q_EMIT q->sessionOpened(user);
+    Q_EMIT q->sessionOpened(user.name);
 }
 
 // The thread of the sender may still wait for an answer. It is joined later, when it has ended.
@@ -150,7 +151,7 @@ void TreeLinkServer::Private::closeSession(SessionId id, const QString& reason)
     sessions.erase(found);
     pastRestarts += session->restarts();
     ending.push_back(session->releaseSender());
-    Q_EMIT q->sessionClosed(session->user(), reason);
+    Q_EMIT q->sessionClosed(session->user().name, reason);
 }
 
 void TreeLinkServer::Private::pumpAll()
@@ -175,6 +176,7 @@ LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string&
     if (found == sessions.end()) {
         return {ZelkoTreeLink::REFUSED_SESSION, "it does not know this session any more"};
     }
+    const QString user = found->second->user().name;
     std::vector<PendingWrite> writes;
     LinkWriteVerdict verdict;
     found->second->writes().append(batch);
@@ -184,11 +186,18 @@ LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string&
         verdict = {ZelkoTreeLink::REFUSED_DAMAGED, "the batch does not parse"};
         closeSession(id, QStringLiteral("the client wrote what cannot be read"));
     }
-    if (verdict.refusal && ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
-        _Q_Trace(QStringLiteral("TreeLinkServer: refused a write: %1").arg(QString::fromStdString(verdict.why)),
-                 __FILE__, __LINE__);
+    if (verdict.refusal) {
+        tellRefusal(user, QString::fromStdString(verdict.why));
     }
     return verdict;
+}
+
+void TreeLinkServer::Private::tellRefusal(const QString& user, const QString& why) const
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        _Q_Trace(QStringLiteral("TreeLinkServer: refused a write: %1").arg(why), __FILE__, __LINE__);
+    }
+    Q_EMIT q->writeRefused(user, why);
 }
 
 // False when what came does not parse as a whole.
@@ -261,7 +270,8 @@ LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const st
         }
         toCorrect.insert(write.handle);
         if (write.refused) {
-            verdict = {ZelkoTreeLink::REFUSED_BATCH, "user \"" + session.user().toStdString() + "\" may not write " +
+            verdict = {ZelkoTreeLink::REFUSED_BATCH, "user \"" + session.user().name.toStdString() +
+                                                         "\" may not write " +
                                                          write.value->GetPathName().toStdString()};
         }
     }
@@ -282,6 +292,11 @@ TreeLinkServer::~TreeLinkServer() = default;
 int TreeLinkServer::sessionCount() const
 {
     return static_cast<int>(d->sessions.size());
+}
+
+std::optional<LinkUser> TreeLinkServer::userOf(std::uint64_t session) const
+{
+    return d->sessionRegister->userOf(session);
 }
 
 std::size_t TreeLinkServer::backlogBytes() const

@@ -1,12 +1,17 @@
 #pragma once
 
+#include <recorder/link/linkuser.h>
+
 #include <QObject>
 #include <QString>
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 class Tree;
 class ValueBase;
@@ -51,14 +56,16 @@ class TreeLinkServer : public QObject
     Q_OBJECT
 
 public:
-    /// Whether a user may attach; an empty user is nobody in particular. Called on threads of the ORB.
-    using Authenticate = std::function<bool(const QString& user, const QString& password)>;
+    /// Whether a user at the address `host` may attach, and what he is; an empty user is nobody in particular. Called
+    /// on threads of the ORB, on several at once; it may block.
+    using Authenticate =
+        std::function<LinkAdmission(const QString& user, const QString& password, const std::string& host)>;
 
     /// Whether a user may write a value. Called on the thread of the tree.
-    using MayWrite = std::function<bool(const QString& user, const ValueBase& value)>;
+    using MayWrite = std::function<bool(const LinkUser& user, const ValueBase& value)>;
 
     /// Begins to serve. `orb` and `tree` outlive the server. Without `mayWrite` nobody writes anything; without
-    /// `authenticate` everybody may look.
+    /// `authenticate` everybody is a viewer, whatever he says.
     TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options = {}, MayWrite mayWrite = {},
                    Authenticate authenticate = {}, QObject* parent = nullptr);
 
@@ -66,6 +73,9 @@ public:
     ~TreeLinkServer() override;
 
     int sessionCount() const;
+
+    /// For whom the client of a session acts; nothing for a number that is no session, or no longer. Any thread.
+    std::optional<LinkUser> userOf(std::uint64_t session) const;
 
     /// Bytes that wait for clients, all together.
     std::size_t backlogBytes() const;
@@ -76,6 +86,9 @@ public:
 Q_SIGNALS:
     void sessionOpened(const QString& user);
     void sessionClosed(const QString& user, const QString& reason);
+
+    /// A part of what a client wrote was not done; once for each batch.
+    void writeRefused(const QString& user, const QString& reason);
 
 private:
     struct Private;

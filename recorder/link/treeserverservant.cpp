@@ -62,7 +62,7 @@ LinkSessionRegister::LinkSessionRegister(const TreeLinkServerOptions& options)
     , m_maxWaitingBytes(options.maxWaitingWriteBytes)
 {}
 
-ZelkoTreeLink::SessionId LinkSessionRegister::enter(const std::string& peer)
+ZelkoTreeLink::SessionId LinkSessionRegister::enter(const std::string& peer, const LinkUser& user)
 {
     const std::lock_guard lock(m_mutex);
     if (!hasRoomFor(peer)) {
@@ -72,7 +72,7 @@ ZelkoTreeLink::SessionId LinkSessionRegister::enter(const std::string& peer)
     while (session == 0 || m_sessions.count(session) > 0) {
         session = QRandomGenerator::system()->generate64();
     }
-    m_sessions.emplace(session, Session{peer, Clock::now()});
+    m_sessions.emplace(session, Session{peer, user, Clock::now()});
     return session;
 }
 
@@ -87,6 +87,13 @@ void LinkSessionRegister::leave(ZelkoTreeLink::SessionId session)
 {
     const std::lock_guard lock(m_mutex);
     m_sessions.erase(session);
+}
+
+std::optional<LinkUser> LinkSessionRegister::userOf(ZelkoTreeLink::SessionId session) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_sessions.find(session);
+    return found == m_sessions.end() ? std::nullopt : std::optional(found->second.user);
 }
 
 bool LinkSessionRegister::touch(ZelkoTreeLink::SessionId session)
@@ -154,11 +161,8 @@ ZelkoTreeLink::SessionId TreeServerServant::attach(CORBA::ULong version, const Z
     if (CORBA::is_nil(client)) {
         refuse(ZelkoTreeLink::REFUSED_CREDENTIALS, "there is nobody to call back");
     }
-    const QString user = toText(who.user);
-    if (m_authenticate && !m_authenticate(user, toText(who.password))) {
-        refuse(ZelkoTreeLink::REFUSED_CREDENTIALS, "user or password are wrong");
-    }
-    const ZelkoTreeLink::SessionId session = m_sessions->enter(ZelkoCommon::callingPeer());
+    const LinkUser user = admit(who);
+    const ZelkoTreeLink::SessionId session = m_sessions->enter(ZelkoCommon::callingPeer(), user);
     if (session == 0) {
         refuse(ZelkoTreeLink::REFUSED_FULL, "it has as many clients as it takes");
     }
@@ -166,6 +170,27 @@ ZelkoTreeLink::SessionId TreeServerServant::attach(CORBA::ULong version, const Z
     const ZelkoTreeLink::Subscriber_var kept = ZelkoTreeLink::Subscriber::_duplicate(client);
     m_gate->post([handler = m_handlers.attached, session, user, kept] { handler(session, user, kept); });
     return session;
+}
+
+LinkUser TreeServerServant::admit(const ZelkoTreeLink::Credentials& who) const
+{
+    const QString name = toText(who.user);
+    if (!m_authenticate) {
+        return {name};
+    }
+    const LinkAdmission admission = m_authenticate(name, toText(who.password), ZelkoCommon::callingPeer());
+    switch (admission.outcome) {
+    case LinkAdmission::Outcome::Admitted:
+        return {name, admission.role};
+    case LinkAdmission::Outcome::Busy:
+        refuse(ZelkoTreeLink::REFUSED_BUSY, "it has too many passwords to check");
+    case LinkAdmission::Outcome::TooManyTries:
+        refuse(ZelkoTreeLink::REFUSED_CREDENTIALS,
+               "access is denied for a while, as too many wrong passwords came from here");
+    case LinkAdmission::Outcome::Denied:
+        break;
+    }
+    refuse(ZelkoTreeLink::REFUSED_CREDENTIALS, "access is denied: user or password are wrong");
 }
 
 void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands,

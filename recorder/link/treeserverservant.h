@@ -21,9 +21,13 @@ class LinkSessionRegister
 public:
     explicit LinkSessionRegister(const TreeLinkServerOptions& options);
 
-    /// A number for a new session that nobody can guess, of a client at the address `peer`; 0 when there is no room.
-    ZelkoTreeLink::SessionId enter(const std::string& peer);
+    /// A number for a new session that nobody can guess, of a client at the address `peer` that acts for `user`; 0 when
+    /// there is no room.
+    ZelkoTreeLink::SessionId enter(const std::string& peer, const LinkUser& user = {});
     void leave(ZelkoTreeLink::SessionId session);
+
+    /// For whom a session's client acts; nothing when there is no such session.
+    std::optional<LinkUser> userOf(ZelkoTreeLink::SessionId session) const;
 
     /// Notes a sign of life; false when there is no such session.
     bool touch(ZelkoTreeLink::SessionId session);
@@ -42,6 +46,7 @@ private:
     struct Session
     {
         std::string peer;
+        LinkUser user;
         Clock::time_point lastHeard;
         std::size_t waitingBytes = 0;
     };
@@ -69,7 +74,7 @@ public:
     /// What it passes on to, on the thread of the tree.
     struct Handlers
     {
-        std::function<void(ZelkoTreeLink::SessionId, const QString& user, ZelkoTreeLink::Subscriber_ptr)> attached;
+        std::function<void(ZelkoTreeLink::SessionId, const LinkUser& user, ZelkoTreeLink::Subscriber_ptr)> attached;
         std::function<LinkWriteVerdict(ZelkoTreeLink::SessionId, const std::string& batch)> written;
         std::function<void(ZelkoTreeLink::SessionId)> detached;
     };
@@ -85,6 +90,7 @@ public:
     void detach(ZelkoTreeLink::SessionId session) override;
 
 private:
+    LinkUser admit(const ZelkoTreeLink::Credentials& who) const;
     LinkWriteVerdict writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string batch);
 
     const std::shared_ptr<LinkSessionRegister> m_sessions;

@@ -3,44 +3,44 @@
 #include <valuecore/valuebase.h>
 #include <zelkobase/names/valuenames.h>
 
-#include <arpa/inet.h>
-
-#include <cstring>
+#include <algorithm>
+#include <array>
 
 namespace ZelkoRecorder {
 
 namespace {
 
-// The values beside the commands tell what is the case, which is not for clients to say.
-bool isCommand(const ValueBase& value)
+struct Command
 {
-    static const QString branch = QString(zelko::names::zelkoCommand) + QLatin1Char('/');
-    static const QStringList names{zelko::names::synchronize, zelko::names::syncOneRecord,
-                                   zelko::names::deleteRecordingList, zelko::names::setRecordIdle};
-    return value.GetPathName().startsWith(branch) && names.contains(value.GetName());
-}
+    QLatin1String name;
+    Action action;
+};
+
+// The values beside the commands tell what is the case, which is not for clients to say.
+constexpr std::array commands{
+    Command{zelko::names::synchronize, Action::Synchronize},
+    Command{zelko::names::syncOneRecord, Action::SyncOneRecord},
+    Command{zelko::names::deleteRecordingList, Action::DeleteRecordingList},
+    Command{zelko::names::setRecordIdle, Action::SetRecordIdle},
+};
 
 } // namespace
 
-TreeLinkServer::MayWrite writePolicy(const QString& listenAddress)
+std::optional<Action> actionOfWrite(const ValueBase& value)
 {
-    return [local = isLoopbackAddress(listenAddress)](const QString&, const ValueBase& value) {
-        return local && isCommand(value);
-    };
+    static const QString branch = QString(zelko::names::zelkoCommand) + QLatin1Char('/');
+    const auto command = std::find_if(commands.begin(), commands.end(),
+                                      [&](const Command& known) { return value.GetName() == known.name; });
+    const bool isCommand = command != commands.end() && value.GetPathName().startsWith(branch);
+    return isCommand ? std::optional(command->action) : std::nullopt;
 }
 
-bool isLoopbackAddress(const QString& address)
+TreeLinkServer::MayWrite writePolicy()
 {
-    const QByteArray text = address.toLatin1();
-    in_addr v4{};
-    if (inet_pton(AF_INET, text.constData(), &v4) == 1) {
-        return ntohl(v4.s_addr) >> 24 == 127;
-    }
-    in6_addr v6{};
-    if (inet_pton(AF_INET6, text.constData(), &v6) == 1) {
-        return std::memcmp(&v6, &in6addr_loopback, sizeof v6) == 0;
-    }
-    return address == QLatin1String("localhost");
+    return [](const LinkUser& user, const ValueBase& value) {
+        const auto action = actionOfWrite(value);
+        return action && mayDo(user.role, *action);
+    };
 }
 
 } // namespace ZelkoRecorder

@@ -1,17 +1,16 @@
 #pragma once
 
 #include <recorder/link/treelinkserver.h>
+#include <recorder/users/rights.h>
 
-#include <QString>
+#include <optional>
 
 namespace ZelkoRecorder {
 
-/// Who may write which value. The one place where that is decided: command values only, and by any user as long as the
-/// recorder listens on a loopback address, where every client is of this machine. Nobody otherwise.
-TreeLinkServer::MayWrite writePolicy(const QString& listenAddress);
+/// What writing a value of the tree does; nothing for values that are no commands, which nobody writes.
+std::optional<Action> actionOfWrite(const ValueBase& value);
 
-/// Whether only this machine reaches an address. False for names but "localhost", and for an empty text, which means
-/// every interface.
-bool isLoopbackAddress(const QString& address);
+/// Who may write which value: the command values, by a user whose role has the right to what they do.
+TreeLinkServer::MayWrite writePolicy();
 
 } // namespace ZelkoRecorder
