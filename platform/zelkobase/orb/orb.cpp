@@ -100,6 +100,7 @@ quint16 portInReference(CORBA::Object_ptr object)
 }
 
 std::atomic_flag exists;
+std::atomic<Orb*> running = nullptr;
 
 } // namespace
 
@@ -154,11 +155,18 @@ Orb::Orb(const OrbOptions& options)
         throw OrbError("CORBA could not be started on " + options.listenAddress.toStdString() + " port " +
                        std::to_string(options.port) + ": " + describe(exception).toStdString());
     }
+    running = this;
 }
 
 Orb::~Orb()
 {
+    running = nullptr;
     d->stop();
+}
+
+Orb* Orb::current()
+{
+    return running;
 }
 
 CORBA::ORB_ptr Orb::orb() const

@@ -72,6 +72,9 @@ public:
     Orb(const Orb&) = delete;
     Orb& operator=(const Orb&) = delete;
 
+    /// The ORB of the process; null before there is one, and from its end on.
+    static Orb* current();
+
     CORBA::ORB_ptr orb() const;
 
     /// Where objects without a name live; a reference to one ends with the process.
