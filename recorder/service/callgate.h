@@ -24,8 +24,8 @@ public:
         CallGate& m_gate;
     };
 
-    /// From here on nobody gets in. Returns when nobody is inside any more; until then calls `meanwhile` again and again,
-    /// for those inside may wait for the thread that closes.
+    /// From here on nobody gets in. Returns when nobody is inside any more; until then calls `meanwhile` again and
+    /// again, for those inside may wait for the thread that closes.
     void close(const std::function<void()>& meanwhile);
 
 private:

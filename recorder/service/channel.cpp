@@ -10,7 +10,7 @@
 
 namespace ZelkoRecorder {
 
-using QD_ZLK::IF_ZLK_c_ChanMan;
+using ManagerPtr = QD_ZLK::IF_ZLK_c_ChanMan_ptr;
 using ZelkoCommon::fromCorba;
 using ZelkoCommon::toCorba;
 
@@ -172,7 +172,7 @@ QString Channel::chooseDevice() const
 void Channel::tellGoingDown(std::function<void()> done)
 {
     m_caller.call(
-        [told = std::shared_ptr<void>(nullptr, [done = std::move(done)](void*) { done(); })](IF_ZLK_c_ChanMan* manager) {
+        [told = std::shared_ptr<void>(nullptr, [done = std::move(done)](void*) { done(); })](ManagerPtr manager) {
             manager->goingDown();
             return true;
         },
@@ -182,7 +182,7 @@ void Channel::tellGoingDown(std::function<void()> done)
 void Channel::ask()
 {
     m_caller.call(
-        [id = m_wireId, device = m_device.toStdString()](IF_ZLK_c_ChanMan* manager) {
+        [id = m_wireId, device = m_device.toStdString()](ManagerPtr manager) {
             QD_ZLK::StringSeq devices;
             devices.length(1);
             devices[0] = device.c_str();
@@ -197,7 +197,8 @@ void Channel::connectSource()
     m_source->sender = m_wish.peer.empty() ? loopback : m_wish.peer;
     m_caller.call(callConnect(), [this](const ManagerCaller::Outcome& outcome) {
         const bool usable = outcome.done && isAddress(m_source->sender);
-        m_machine.connected(usable, outcome.done ? QStringLiteral("it names no endpoint that can be used") : outcome.why);
+        m_machine.connected(usable,
+                            outcome.done ? QStringLiteral("it names no endpoint that can be used") : outcome.why);
     });
 }
 
@@ -205,7 +206,7 @@ void Channel::connectSource()
 // endpoint sends datagrams of stream 0 from where it called.
 ManagerCaller::Call Channel::callConnect()
 {
-    return [id = m_wireId, source = m_source](IF_ZLK_c_ChanMan* manager) {
+    return [id = m_wireId, source = m_source](ManagerPtr manager) {
         QD_ZLK::DataEndpointNGSeq_var endpoints;
         QD_ZLK::LongSeq_var streams;
         if (!manager->connectForRecordNG(id.c_str(), endpoints, streams)) {
@@ -214,7 +215,8 @@ ManagerCaller::Call Channel::callConnect()
         if (endpoints->length() > 0) {
             const QD_ZLK::DataEndpointNG& endpoint = endpoints[0];
             const std::string address = static_cast<const char*>(endpoint.address);
-            source->kind = endpoint.kind == QD_ZLK::ENDPOINT_TCP ? FlowSocket::Kind::Stream : FlowSocket::Kind::Datagrams;
+            source->kind =
+                endpoint.kind == QD_ZLK::ENDPOINT_TCP ? FlowSocket::Kind::Stream : FlowSocket::Kind::Datagrams;
             source->stream = static_cast<quint64>(endpoint.streamId);
             source->sender = address.empty() ? source->sender : address;
             const bool isOffered = endpoint.kind == QD_ZLK::ENDPOINT_TCP || endpoint.kind == QD_ZLK::ENDPOINT_UDP;
@@ -232,8 +234,8 @@ void Channel::startFlow()
         return;
     }
     m_caller.call(
-        [id = m_wireId, address = m_options.receiveAddress.toStdString(), port = m_receiver->port()](
-            IF_ZLK_c_ChanMan* manager) {
+        [id = m_wireId, address = m_options.receiveAddress.toStdString(),
+         port = m_receiver->port()](ManagerPtr manager) {
             manager->startDataFlowNG(id.c_str(), address.c_str(), port);
             return true;
         },
@@ -246,8 +248,9 @@ bool Channel::openReceiver(QString* error)
     if (!socket) {
         return false;
     }
-    m_receiver = std::make_unique<ChannelReceiver>(std::move(socket), ChannelReceiver::Flow{m_source->stream, m_sampleRate},
-                                                   m_devices.store(m_device), birth(), receiverListener());
+    m_receiver =
+        std::make_unique<ChannelReceiver>(std::move(socket), ChannelReceiver::Flow{m_source->stream, m_sampleRate},
+                                          m_devices.store(m_device), birth(), receiverListener());
     return true;
 }
 
@@ -292,7 +295,7 @@ void Channel::stopFlow()
 {
     m_duration.stop();
     m_caller.call(
-        [id = m_wireId](IF_ZLK_c_ChanMan* manager) {
+        [id = m_wireId](ManagerPtr manager) {
             manager->stopDataFlow(id.c_str());
             return true;
         },
@@ -325,22 +328,22 @@ void Channel::endRecord(const QString& recordID)
 
 void Channel::disconnectSource()
 {
-    tell([](IF_ZLK_c_ChanMan* manager, const char* id) { manager->disconnect(id); });
+    tell([](ManagerPtr manager, const char* id) { manager->disconnect(id); });
 }
 
 void Channel::tellStarted()
 {
-    tell([](IF_ZLK_c_ChanMan* manager, const char* id) { manager->DataTransferStarted(id); });
+    tell([](ManagerPtr manager, const char* id) { manager->DataTransferStarted(id); });
 }
 
 void Channel::tellStopping()
 {
-    tell([](IF_ZLK_c_ChanMan* manager, const char* id) { manager->stoppingDataTransfer(id); });
+    tell([](ManagerPtr manager, const char* id) { manager->stoppingDataTransfer(id); });
 }
 
 void Channel::tellFinished()
 {
-    tell([device = m_device.toStdString(), record = m_recordID.toStdString()](IF_ZLK_c_ChanMan* manager, const char* id) {
+    tell([device = m_device.toStdString(), record = m_recordID.toStdString()](ManagerPtr manager, const char* id) {
         manager->RecordingFinished(id, device.c_str(), record.c_str());
     });
 }
@@ -348,27 +351,27 @@ void Channel::tellFinished()
 void Channel::tellFault(ChannelMachine::Fault fault, const QString& text)
 {
     qCWarning(recorderLog).noquote() << "channel" << m_id << "does not record:" << cleanText(text);
-    tell([fault, text](IF_ZLK_c_ChanMan* manager, const char* id) {
+    tell([fault, text](ManagerPtr manager, const char* id) {
         manager->ZelkoRecordReplaySessionFault(id, static_cast<CORBA::Long>(fault), toCorba(text));
     });
 }
 
 void Channel::tellRemoved()
 {
-    tell([](IF_ZLK_c_ChanMan* manager, const char* id) { manager->ChannelRemoved(id); });
+    tell([](ManagerPtr manager, const char* id) { manager->ChannelRemoved(id); });
 }
 
 // What the manager is still to be told stands in the queue before this.
 void Channel::ended()
 {
     m_pingTimer.stop();
-    m_caller.call([](IF_ZLK_c_ChanMan*) { return true; }, [this](const ManagerCaller::Outcome&) { Q_EMIT gone(m_id); });
+    m_caller.call([](ManagerPtr) { return true; }, [this](const ManagerCaller::Outcome&) { Q_EMIT gone(m_id); });
 }
 
-void Channel::tell(std::function<void(IF_ZLK_c_ChanMan*, const char*)> call)
+void Channel::tell(std::function<void(ManagerPtr, const char*)> call)
 {
     m_caller.call(
-        [call = std::move(call), id = m_wireId](IF_ZLK_c_ChanMan* manager) {
+        [call = std::move(call), id = m_wireId](ManagerPtr manager) {
             call(manager, id.c_str());
             return true;
         },

@@ -4,8 +4,8 @@
 
 namespace ZelkoRecorder {
 
-/// In which order a channel, its manager and its data are dealt with. It has no thread, no clock and no connection: what
-/// is to be done it has done by `Work`, and is told of the outcome. The recorder's thread.
+/// In which order a channel, its manager and its data are dealt with. It has no thread, no clock and no connection:
+/// what is to be done it has done by `Work`, and is told of the outcome. The recorder's thread.
 class ChannelMachine
 {
 public:
@@ -36,11 +36,11 @@ public:
 
         /// @name Answered by the function of the machine that is named here
         /// @{
-        virtual void ask() = 0;         ///< `asked`
+        virtual void ask() = 0;           ///< `asked`
         virtual void connectSource() = 0; ///< `connected`
-        virtual void startFlow() = 0;   ///< `flowStarted`
-        virtual void stopFlow() = 0;    ///< `flowStopped`
-        virtual void closeRecord() = 0; ///< `recordClosed`
+        virtual void startFlow() = 0;     ///< `flowStarted`
+        virtual void stopFlow() = 0;      ///< `flowStopped`
+        virtual void closeRecord() = 0;   ///< `recordClosed`
         /// @}
 
         /// @name Not answered

@@ -59,7 +59,7 @@ Channel* ChannelRegistry::find(const QString& id) const
 {
     const auto found = m_channels.find(id);
     return found != m_channels.end() && found->second->state() != ChannelMachine::State::Removed ? found->second.get()
-                                                                                                  : nullptr;
+                                                                                                 : nullptr;
 }
 
 int ChannelRegistry::count() const
@@ -92,7 +92,8 @@ bool ChannelRegistry::rename(const QString& id, const QString& name)
     if (done) {
         channel->setName(name);
     } else {
-        qCWarning(recorderLog).noquote() << "channel" << id << "keeps its name: it cannot be" << cleanText(name, longestName);
+        qCWarning(recorderLog).noquote() << "channel" << id << "keeps its name: it cannot be"
+                                         << cleanText(name, longestName);
     }
     return done;
 }
@@ -104,9 +105,8 @@ bool ChannelRegistry::canBeName(const QString& name)
 
 bool ChannelRegistry::isUsed(const QString& name) const
 {
-    return std::any_of(m_channels.begin(), m_channels.end(), [&](const auto& entry) {
-        return find(entry.first) && entry.second->settings().name == name;
-    });
+    return std::any_of(m_channels.begin(), m_channels.end(),
+                       [&](const auto& entry) { return find(entry.first) && entry.second->settings().name == name; });
 }
 
 // All hear of it at the same time, each on its own thread.

@@ -45,7 +45,8 @@ public:
     ChannelRegistry(ChannelDevices& devices, const Options& options, Publish publish, Publish withdraw,
                     QObject* parent = nullptr);
 
-    /// Tells the managers that the recorder ends, waits for them no longer than the farewell, and closes all recordings.
+    /// Tells the managers that the recorder ends, waits for them no longer than the farewell, and closes all
+    /// recordings.
     ~ChannelRegistry() override;
 
     /// Names are 1 to 128 characters on one line, each used once at a time. The device that is preferred is there.

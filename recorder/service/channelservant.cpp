@@ -7,7 +7,7 @@
 
 namespace ZelkoRecorder {
 
-using QD_ZLK::IF_ZLK_c_Chan;
+using Contract = QD_ZLK::IF_ZLK_c_Chan;
 using ZelkoCommon::fromCorba;
 using Verdict = Channel::Verdict;
 
@@ -16,9 +16,9 @@ namespace {
 // A sequence of sequences of device IDs may hold no more of them than this, all in all.
 constexpr qsizetype mostDevices = 1000;
 
-[[noreturn]] void throwChan(IF_ZLK_c_Chan::ChanCode code, const char* text)
+[[noreturn]] void throwChan(Contract::ChanCode code, const char* text)
 {
-    throw IF_ZLK_c_Chan::exChan(code, text);
+    throw Contract::exChan(code, text);
 }
 
 void throwChanUnlessDone(Verdict verdict)
@@ -27,17 +27,17 @@ void throwChanUnlessDone(Verdict verdict)
     case Verdict::Done:
         return;
     case Verdict::Removed:
-        throwChan(IF_ZLK_c_Chan::CHAN_REMOVED, "the channel was removed");
+        throwChan(Contract::CHAN_REMOVED, "the channel was removed");
     case Verdict::Busy:
-        throwChan(IF_ZLK_c_Chan::CHAN_BUSY, "the channel is recording");
+        throwChan(Contract::CHAN_BUSY, "the channel is recording");
     case Verdict::NotRecording:
-        throwChan(IF_ZLK_c_Chan::CHAN_NOT_RECORDING, "the channel is not recording");
+        throwChan(Contract::CHAN_NOT_RECORDING, "the channel is not recording");
     case Verdict::NoDevice:
-        throwChan(IF_ZLK_c_Chan::CHAN_NO_DEVICE, "none of its devices is there");
+        throwChan(Contract::CHAN_NO_DEVICE, "none of its devices is there");
     case Verdict::NotAble:
         break;
     }
-    throwChan(IF_ZLK_c_Chan::CHAN_FAILED, "the channel was not registered for this");
+    throwChan(Contract::CHAN_FAILED, "the channel was not registered for this");
 }
 
 // The lists are taken as alternatives, the first first.
@@ -47,7 +47,7 @@ QStringList flatten(const QD_ZLK::StringSeqSeq& devices)
     for (CORBA::ULong list = 0; list < devices.length(); ++list) {
         for (CORBA::ULong i = 0; i < devices[list].length(); ++i) {
             if (result.size() >= mostDevices) {
-                throwChan(IF_ZLK_c_Chan::CHAN_FAILED, "there are too many devices in the list");
+                throwChan(Contract::CHAN_FAILED, "there are too many devices in the list");
             }
             result.append(fromCorba(static_cast<const char*>(devices[list][i])));
         }
@@ -98,9 +98,8 @@ void ChannelServant::setCallBackInterface(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager)
 
 void ChannelServant::setDataRateClass(QD_ZLK::DataRateClass dataRate)
 {
-    askOrThrowGen([dataRate](Channel& channel) {
-        return channel.setDataRate(static_cast<ChannelWish::DataRate>(dataRate));
-    });
+    askOrThrowGen(
+        [dataRate](Channel& channel) { return channel.setDataRate(static_cast<ChannelWish::DataRate>(dataRate)); });
 }
 
 // How many bits a sample has follows from the format.
@@ -117,9 +116,8 @@ void ChannelServant::setRequestedSampleRate(CORBA::LongLong sampleRate, CORBA::U
 
 void ChannelServant::setDataFormat(QD_ZLK::DataFormat format)
 {
-    askOrThrowGen([format](Channel& channel) {
-        return channel.setFormat(static_cast<ChannelWish::DataFormat>(format));
-    });
+    askOrThrowGen(
+        [format](Channel& channel) { return channel.setFormat(static_cast<ChannelWish::DataFormat>(format)); });
 }
 
 void ChannelServant::setRecordFlag(CORBA::Boolean canRecord)
@@ -149,10 +147,10 @@ char* ChannelServant::getChannelID()
 void ChannelServant::startRecording(CORBA::Long seconds, const CORBA::WChar* recordName, CORBA::Long loopSeconds)
 {
     if (!m_rights.allow(Action::UseChannels)) {
-        throwChan(IF_ZLK_c_Chan::CHAN_FAILED, "this user may not use channels");
+        throwChan(Contract::CHAN_FAILED, "this user may not use channels");
     }
     if (seconds < 0) {
-        throwChan(IF_ZLK_c_Chan::CHAN_FAILED, "a recording lasts 0 seconds or more");
+        throwChan(Contract::CHAN_FAILED, "a recording lasts 0 seconds or more");
     }
     if (loopSeconds != 0) {
         notOffered::loopRecording();
@@ -169,8 +167,7 @@ void ChannelServant::DataTransferStarted()
 
 void ChannelServant::stopRecording(const CORBA::WChar* recordComment)
 {
-    askOrThrowChan(
-        [comment = fromCorba(recordComment)](Channel& channel) { return channel.stopRecording(comment); });
+    askOrThrowChan([comment = fromCorba(recordComment)](Channel& channel) { return channel.stopRecording(comment); });
 }
 
 void ChannelServant::DataTransferStopped()
@@ -224,7 +221,7 @@ void ChannelServant::tell(std::function<void(Channel&)> news) const
 void ChannelServant::askOrThrowChan(Wish wish) const
 {
     if (!m_rights.allow(Action::UseChannels)) {
-        throwChan(IF_ZLK_c_Chan::CHAN_FAILED, "this user may not use channels");
+        throwChan(Contract::CHAN_FAILED, "this user may not use channels");
     }
     throwChanUnlessDone(ask(std::move(wish)));
 }
@@ -236,8 +233,8 @@ void ChannelServant::askOrThrowGen(Wish wish) const
     }
     const Verdict verdict = ask(std::move(wish));
     if (verdict != Verdict::Done) {
-        throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, verdict == Verdict::Removed ? "the channel was removed"
-                                                                                   : "the channel is recording");
+        throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER,
+                            verdict == Verdict::Removed ? "the channel was removed" : "the channel is recording");
     }
 }
 

@@ -10,8 +10,8 @@
 
 namespace ZelkoRecorder {
 
-/// The answer that somebody on another thread waits for. May be copied and kept; the first answer counts, any thread may
-/// give it. When the last copy goes without one, whoever waits learns that there will be none.
+/// The answer that somebody on another thread waits for. May be copied and kept; the first answer counts, any thread
+/// may give it. When the last copy goes without one, whoever waits learns that there will be none.
 template <typename Answer>
 class Reply
 {
@@ -84,7 +84,8 @@ Answer Errands::ask(std::function<Answer()> question)
 template <typename Answer>
 Answer Errands::askFor(std::function<void(const Reply<Answer>&)> question)
 {
-    const auto claim = std::make_shared<std::atomic_flag>(); // of whoever comes first: the answer, or the end of patience
+    const auto claim =
+        std::make_shared<std::atomic_flag>(); // of whoever comes first: the answer, or the end of patience
     std::future<Answer> answer;
     {
         Reply<Answer> reply;

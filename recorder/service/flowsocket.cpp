@@ -99,8 +99,7 @@ FlowSocket::Got FlowSocket::read(char* buffer, std::size_t room, std::size_t* si
     }
     sockaddr_storage from{};
     socklen_t length = sizeof from;
-    const ssize_t got =
-        ::recvfrom(descriptor(), buffer, room, 0, reinterpret_cast<sockaddr*>(&from), &length);
+    const ssize_t got = ::recvfrom(descriptor(), buffer, room, 0, reinterpret_cast<sockaddr*>(&from), &length);
     if (m_kind == Kind::Stream) {
         *size = got > 0 ? static_cast<std::size_t>(got) : 0;
         const bool waits = got < 0 && (errno == EAGAIN || errno == EINTR);
@@ -109,7 +108,8 @@ FlowSocket::Got FlowSocket::read(char* buffer, std::size_t room, std::size_t* si
     if (got < 0) {
         return Got::Nothing;
     }
-    *size = hostOf(from, length) == m_sender ? static_cast<std::size_t>(got) : 0; // a datagram of nobody is an empty one
+    *size =
+        hostOf(from, length) == m_sender ? static_cast<std::size_t>(got) : 0; // a datagram of nobody is an empty one
     return Got::Bytes;
 }
 

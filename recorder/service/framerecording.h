@@ -11,8 +11,8 @@
 
 namespace ZelkoRecorder {
 
-/// Makes one record of the frames of a channel, on one thread. The record is born with the first frame that has samples;
-/// without one there is none.
+/// Makes one record of the frames of a channel, on one thread. The record is born with the first frame that has
+/// samples; without one there is none.
 class FrameRecording
 {
 public:

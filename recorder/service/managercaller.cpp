@@ -8,6 +8,7 @@
 namespace ZelkoRecorder {
 
 using QD_ZLK::IF_ZLK_c_ChanMan;
+using ManagerPtr = QD_ZLK::IF_ZLK_c_ChanMan_ptr;
 
 namespace {
 
@@ -62,7 +63,7 @@ void ManagerCaller::call(Call call, Then then)
 void ManagerCaller::ping()
 {
     if (!isBusy()) {
-        call([](IF_ZLK_c_ChanMan* manager) { return !manager->_non_existent(); }, nullptr);
+        call([](ManagerPtr manager) { return !manager->_non_existent(); }, nullptr);
     }
 }
 

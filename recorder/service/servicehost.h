@@ -46,8 +46,8 @@ public:
     /// Begins to serve. `orb` outlives the host. `rights` is asked on threads of the ORB.
     ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const CallRights& rights, const Options& options);
 
-    /// From here on every call is refused; those that wait are told so, channel managers hear that the recorder ends, and
-    /// what they feed is closed.
+    /// From here on every call is refused; those that wait are told so, channel managers hear that the recorder ends,
+    /// and what they feed is closed.
     ~ServiceHost();
 
     ServiceHost(const ServiceHost&) = delete;

@@ -14,25 +14,25 @@
 
 namespace ZelkoRecorder {
 
-using QD_ZLK::IF_ZLK_c_ZLK;
+using Contract = QD_ZLK::IF_ZLK_c_ZLK;
 using ZelkoCommon::fromCorba;
 using ZelkoCommon::toCorba;
 
 namespace {
 
-[[noreturn]] void refuse(IF_ZLK_c_ZLK::ZLKCode code, const QString& text)
+[[noreturn]] void refuse(Contract::ZLKCode code, const QString& text)
 {
-    throw IF_ZLK_c_ZLK::exZLK(code, toCorba(text));
+    throw Contract::exZLK(code, toCorba(text));
 }
 
 [[noreturn]] void refuseDevice(const QString& device)
 {
-    refuse(IF_ZLK_c_ZLK::ZLK_UNKNOWN_DEVICE, QStringLiteral("there is no device \"%1\"").arg(device.left(128)));
+    refuse(Contract::ZLK_UNKNOWN_DEVICE, QStringLiteral("there is no device \"%1\"").arg(device.left(128)));
 }
 
 [[noreturn]] void refuseRecord(const QString& record)
 {
-    refuse(IF_ZLK_c_ZLK::ZLK_UNKNOWN_RECORD, QStringLiteral("there is no record \"%1\"").arg(record.left(128)));
+    refuse(Contract::ZLK_UNKNOWN_RECORD, QStringLiteral("there is no record \"%1\"").arg(record.left(128)));
 }
 
 QD_ZLK::GenCode genCode(ChannelRegistry::Refusal::Reason reason)
@@ -122,8 +122,8 @@ QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::enter(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager
         throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, "there is no manager to call back");
     }
     const QD_ZLK::IF_ZLK_c_ChanMan_var kept = QD_ZLK::IF_ZLK_c_ChanMan::_duplicate(manager);
-    const auto entered = askRecorder(
-        *m_errands, [&channels = m_sources.channels, wish, kept] { return channels.enter(wish, kept); });
+    const auto entered =
+        askRecorder(*m_errands, [&channels = m_sources.channels, wish, kept] { return channels.enter(wish, kept); });
     if (entered.refusal) {
         throw QD_ZLK::exGen(genCode(entered.refusal->reason), toCorba(entered.refusal->text));
     }
@@ -136,9 +136,8 @@ QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::enter(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager
 QD_ZLK::IF_ZELKO_Replay_ptr ZlkServant::getZelkoReplayInterface(const char* device)
 {
     m_rights.require(Action::Look);
-    const bool known = askRecorder(*m_errands, [&devices = m_sources.devices, id = fromCorba(device)] {
-        return devices.contains(id);
-    });
+    const bool known = askRecorder(
+        *m_errands, [&devices = m_sources.devices, id = fromCorba(device)] { return devices.contains(id); });
     const CORBA::Object_var replay = known ? m_sources.reference(replayKey) : CORBA::Object::_nil();
     return QD_ZLK::IF_ZELKO_Replay::_narrow(replay);
 }
@@ -146,9 +145,8 @@ QD_ZLK::IF_ZELKO_Replay_ptr ZlkServant::getZelkoReplayInterface(const char* devi
 QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::getZelkoChannelInterface(const char* channelId)
 {
     m_rights.require(Action::Look);
-    const bool known = askRecorder(*m_errands, [&channels = m_sources.channels, id = fromCorba(channelId)] {
-        return channels.contains(id);
-    });
+    const bool known = askRecorder(
+        *m_errands, [&channels = m_sources.channels, id = fromCorba(channelId)] { return channels.contains(id); });
     const CORBA::Object_var channel = known ? m_sources.reference(channelKey(channelId)) : CORBA::Object::_nil();
     return QD_ZLK::IF_ZLK_c_Chan::_narrow(channel);
 }
@@ -163,8 +161,7 @@ QD_ZLK::IF_ZELKO_Admin_ptr ZlkServant::getZelkoAdminInterface()
 QD_ZLK::StringSeq* ZlkServant::getAllDevices()
 {
     m_rights.require(Action::Look);
-    const QStringList ids =
-        askRecorder(*m_errands, [&devices = m_sources.devices] { return devices.devices(); });
+    const QStringList ids = askRecorder(*m_errands, [&devices = m_sources.devices] { return devices.devices(); });
     QD_ZLK::StringSeq_var result = new QD_ZLK::StringSeq;
     result->length(static_cast<CORBA::ULong>(ids.size()));
     for (CORBA::ULong i = 0; i < result->length(); ++i) {
@@ -187,11 +184,10 @@ char* ZlkServant::mapDeviceIdToAddress(const char* device)
 char* ZlkServant::mapAddressToDeviceId(const char* address)
 {
     require(Action::Look);
-    const QString device = askRecorder(*m_errands, [&devices = m_sources.devices, where = fromCorba(address)] {
-        return devices.deviceAt(where);
-    });
+    const QString device = askRecorder(
+        *m_errands, [&devices = m_sources.devices, where = fromCorba(address)] { return devices.deviceAt(where); });
     if (device.isEmpty()) {
-        refuse(IF_ZLK_c_ZLK::ZLK_UNKNOWN_DEVICE,
+        refuse(Contract::ZLK_UNKNOWN_DEVICE,
                QStringLiteral("there is no device at \"%1\"").arg(fromCorba(address).left(128)));
     }
     return toCorba(device)._retn();
@@ -244,8 +240,8 @@ QD_ZLK::RecordInfoSeq* ZlkServant::getAllRecords(const char* device)
         QD_ZLK::RecordInfo info = recordInfo(*record);
         size += wireSize(info);
         if (size > m_largestAnswer) {
-            refuse(IF_ZLK_c_ZLK::ZLK_FAILED, QStringLiteral("the device has more records than one answer can hold; the "
-                                                            "value tree has them all"));
+            refuse(Contract::ZLK_FAILED, QStringLiteral("the device has more records than one answer can hold; the "
+                                                        "value tree has them all"));
         }
         const CORBA::ULong next = result->length();
         result->length(next + 1);
@@ -275,7 +271,7 @@ char* ZlkServant::exportRecording(const char* device, const char* record, const 
         refuseRecord(recordId);
     }
     if (id.isEmpty()) {
-        refuse(IF_ZLK_c_ZLK::ZLK_FAILED, statusText(status));
+        refuse(Contract::ZLK_FAILED, statusText(status));
     }
     return toCorba(id)._retn();
 }
@@ -286,15 +282,14 @@ void ZlkServant::cancelExport(const char* exportId, CORBA::Boolean removeTarget)
     const CallGate::Pass pass(*m_gate);
     const StoreStatus status = m_sources.cancelExport(fromCorba(exportId), removeTarget);
     if (status != StoreStatus::Done) {
-        refuse(IF_ZLK_c_ZLK::ZLK_FAILED, statusText(status));
+        refuse(Contract::ZLK_FAILED, statusText(status));
     }
 }
 
 void ZlkServant::require(Action action) const
 {
     if (!m_rights.allow(action)) {
-        refuse(IF_ZLK_c_ZLK::ZLK_NOT_PERMITTED,
-               QStringLiteral("this user may not: %1").arg(QString(actionText(action))));
+        refuse(Contract::ZLK_NOT_PERMITTED, QStringLiteral("this user may not: %1").arg(QString(actionText(action))));
     }
 }
 
