@@ -1,7 +1,5 @@
 #include <recorder/service/notoffered.h>
 
-#include <zelkobase/service/servicestatus.h>
-
 #include <zelkoidl/recorderservice.hh>
 
 namespace ZelkoRecorder::notOffered {
@@ -24,9 +22,14 @@ void loopRecording()
     throw QD_ZLK::IF_ZLK_c_Chan::exChan(QD_ZLK::IF_ZLK_c_Chan::CHAN_FAILED, "the recorder does not record in a loop");
 }
 
-long replayToReceivers()
+ZelkoCommon::ServiceStatus replayToReceivers()
 {
-    return static_cast<long>(ZelkoCommon::statusCode(ZelkoCommon::ServiceStatus::NotSupported));
+    return ZelkoCommon::ServiceStatus::NotSupported;
+}
+
+ZelkoCommon::ServiceStatus otherSpeeds()
+{
+    return ZelkoCommon::ServiceStatus::NotSupported;
 }
 
 } // namespace ZelkoRecorder::notOffered

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <zelkobase/service/servicestatus.h>
+
 namespace ZelkoRecorder::notOffered {
 
 /// What the contract of the service has and this recorder does not do. Everything of that kind stands here, with the
@@ -8,7 +10,8 @@ namespace ZelkoRecorder::notOffered {
 [[noreturn]] void replayToChannel();    ///< IF_ZLK_c_Chan::startReplaying: NO_IMPLEMENT
 [[noreturn]] void additionalDataRate(); ///< IF_ZLK_c_Chan::setAdditionalDataRateClass: NO_IMPLEMENT
 [[noreturn]] void loopRecording();      ///< IF_ZLK_c_Chan::startRecording with a loop: exChan, CHAN_FAILED
-long replayToReceivers();               ///< IF_ZELKO_Replay::StartReplayReceivers: the status NotSupported
+ZelkoCommon::ServiceStatus replayToReceivers(); ///< IF_ZELKO_Replay::StartReplayReceivers: NotSupported
+ZelkoCommon::ServiceStatus otherSpeeds();       ///< IF_ZELKO_Replay::StartReplay but in real time: NotSupported
 /// @}
 
 } // namespace ZelkoRecorder::notOffered
