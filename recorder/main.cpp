@@ -1,5 +1,6 @@
 #include <process/terminationsignals.h>
 #include <recorder/process/parentwatch.h>
+#include <recorder/process/reachableaddress.h>
 #include <recorder/process/recorderoptions.h>
 #include <recorder/process/stderrlog.h>
 #include <recorder/served/servedrecorder.h>
@@ -29,7 +30,8 @@ int end(const RecorderOptions::Ending& ending)
 bool addDevices(ServedRecorder& recorder, const RecorderOptions& options, QString* error)
 {
     for (const QString& id : options.devices) {
-        const DeviceIdentity identity{id, options.listenAddress, QCoreApplication::applicationVersion()};
+        const DeviceIdentity identity{id, reachableAddress(options.listenAddress),
+                                      QCoreApplication::applicationVersion()};
         DevicePlan plan;
         plan.folder = QDir(options.store).filePath(id);
         plan.sources = options.sources.value(id);
@@ -71,7 +73,7 @@ int serve(const RecorderOptions& options)
         return end({error, cannotServe});
     }
     ZelkoCommon::Orb orb(orbOptions(options));
-    ServedRecorder recorder;
+    ServedRecorder recorder{ExportFolders(options.exportFolders)};
     if (!addDevices(recorder, options, &error)) {
         return end({error, cannotServe});
     }

@@ -4,6 +4,8 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 
 #include <cmath>
 
@@ -40,6 +42,9 @@ void addOptions(QCommandLineParser& parser)
     add("churn", "Changes a second that are made to each device's prepared records, on the tree only, for load tests.",
         "changes", "0");
     add("churn-changes", "After so many of these changes a device rests; 0 for never.", "count", "0");
+    add("export-folder",
+        "A folder below which clients may have records exported; may be given more than once. Without any, none are.",
+        "folder");
     parser.addOption({QStringLiteral("once"),
                       QStringLiteral("Pass over sources that the device has recorded to their end before.")});
     parser.addOption(
@@ -108,6 +113,18 @@ QString subSystem(const QCommandLineParser& parser)
     return name;
 }
 
+QStringList exportFolders(const QCommandLineParser& parser)
+{
+    QStringList folders;
+    for (const QString& folder : parser.values(QStringLiteral("export-folder"))) {
+        if (!QFileInfo(folder).isDir()) {
+            throw BadOption{QStringLiteral("\"%1\" is no folder to export to").arg(folder)};
+        }
+        folders.append(QDir(folder).absolutePath());
+    }
+    return folders;
+}
+
 RecorderOptions read(const QCommandLineParser& parser)
 {
     if (!parser.positionalArguments().isEmpty()) {
@@ -133,6 +150,7 @@ RecorderOptions read(const QCommandLineParser& parser)
     options.pace.speed = number(parser, QStringLiteral("speed"), 0, 1e6);
     const double interval = number(parser, QStringLiteral("index-interval"), 0.001, 86400);
     options.pace.indexInterval = std::chrono::microseconds(std::llround(interval * 1e6));
+    options.exportFolders = exportFolders(parser);
     options.exitWithParent = parser.isSet(QStringLiteral("exit-with-parent"));
     return options;
 }

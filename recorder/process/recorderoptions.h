@@ -35,6 +35,8 @@ struct RecorderOptions
     ChurnPlan churn;
     RecordingThread::Repeat repeat = RecordingThread::Repeat::Everything;
     RecordingPace pace;
+    /// Records may be exported below these folders, which exist.
+    QStringList exportFolders;
     bool exitWithParent = false;
 
     /// Reads a command line, program name first. Nothing, and in `ending` what to print and the exit code, when it asks

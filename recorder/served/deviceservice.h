@@ -2,6 +2,7 @@
 
 #include <recorder/served/replays.h>
 #include <recorder/store/deviceclock.h>
+#include <recorder/store/recordchanges.h>
 #include <recorder/store/recordcopy.h>
 
 #include <functional>
@@ -24,9 +25,19 @@ public:
     /// Gives the records that are on the tree; may be called by any thread but that of the tree.
     using Listing = std::function<RecordPointers()>;
 
-    /// All of these outlive the service.
-    DeviceService(const DeviceStore& store, StoreWorker& worker, RecordUses& uses, Replays& replays, DeviceClock& clock,
-                  Listing listing);
+    using Bookmarks = QVector<ZELKO_XML::BookmarkEntry>;
+
+    /// What makes up the device; all of it outlives the service.
+    struct Parts
+    {
+        const DeviceStore& store;
+        StoreWorker& worker;
+        RecordUses& uses;
+        Replays& replays;
+        DeviceClock& clock;
+    };
+
+    DeviceService(const Parts& parts, Listing listing);
     ~DeviceService();
 
     /// @name Records
@@ -45,8 +56,8 @@ public:
     /// @{
     StoreStatus setComment(const QString& recordID, const QString& comment);
     StoreStatus setDeletable(const QString& recordID, bool deletable);
-    StoreStatus setBookmarks(const QString& recordID, const QVector<ZELKO_XML::BookmarkEntry>& bookmarks);
-    StoreStatus deleteBookmarks(const QString& recordID, const QVector<ZELKO_XML::BookmarkEntry>& bookmarks);
+    StoreStatus setBookmarks(const QString& recordID, const Bookmarks& bookmarks);
+    StoreStatus deleteBookmarks(const QString& recordID, const Bookmarks& bookmarks);
     StoreStatus addHistory(const QString& recordID, const QString& text);
     StoreStatus removeHistory(const QString& recordID, quint64 key);
     /// @}
@@ -75,6 +86,11 @@ public:
 
 private:
     struct Copier;
+
+    template <typename Ask>
+    StoreStatus askWorker(const QString& recordID, const Ask& ask);
+    StoreStatus change(const QString& recordID, const std::function<RecordChange(const RecordChanges&)>& edit);
+    StoreStatus runCopy(RecordCopy& copy);
 
     const DeviceStore m_store;
     StoreWorker& m_worker;

@@ -5,12 +5,13 @@
 #include <recorder/store/recordexport.h>
 #include <recorder/store/recorduses.h>
 
+#include <QList>
 #include <QObject>
-#include <QStringList>
+#include <QString>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
-#include <optional>
 
 namespace ZelkoRecorder {
 
@@ -61,10 +62,11 @@ private:
     struct Errand;
     using ErrandPointer = std::shared_ptr<Errand>;
 
+    bool note(const ErrandPointer& errand);
+    QList<ErrandPointer>::const_iterator find(const QString& exportID) const;
+    void setRunning(bool isRunning);
     void run(const ErrandPointer& errand);
-    bool report(const Errand& errand, quint64 moved);
-    void note(const ErrandPointer& errand);
-    void forget(const ErrandPointer& errand);
+    void report(const ErrandPointer& errand, quint64 moved);
     void tellPending();
 
     const ExportFolders m_folders;
@@ -73,9 +75,8 @@ private:
     bool m_isRunning = false;
     std::atomic<bool> m_ending = false;
     std::atomic<bool> m_progressIsOnItsWay = false;
-    std::atomic<quint64> m_moved = 0;
     Mailbox m_news;
-    std::unique_ptr<JobThread> m_thread; // goes first
+    JobThread m_thread; // goes first
 };
 
 } // namespace ZelkoRecorder

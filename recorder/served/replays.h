@@ -1,11 +1,13 @@
 #pragma once
 
 #include <recorder/served/mailbox.h>
+#include <recorder/store/recordpointer.h>
 #include <recorder/store/recorduses.h>
 #include <recorder/store/replay.h>
 #include <recorder/store/storestatus.h>
 
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 #include <map>
@@ -53,6 +55,9 @@ public:
     /// Nothing if the record is not being replayed.
     std::optional<Position> position(const QString& recordID) const;
 
+    /// The record with the status of one that is replayed, if it is; otherwise just the record, or null.
+    RecordPointer asShown(const RecordPointer& record) const;
+
     /// Ends the replays that have come to their stop. Called by a timer while there are any.
     void endThoseDue();
 
@@ -69,7 +74,7 @@ private:
 
     template <typename Action>
     StoreStatus with(const QString& recordID, const Action& action);
-    void tell(const QString& recordID);
+    void tell(const QStringList& recordIDs);
 
     RecordUses& m_uses;
     RecordingClock& m_clock;

@@ -1,5 +1,6 @@
 #include <recorder/served/serveddevice.h>
 
+#include <recorder/served/awaitresult.h>
 #include <recorder/served/storeworker.h>
 #include <recorder/source/cleantext.h>
 #include <recorder/store/recorderlog.h>
@@ -35,6 +36,7 @@ struct ServedDevice::Private final : public IObserver
     void connectWorker();
     void connectRecordings();
     void watchStore();
+    RecordPointers listed() const;
     void takeFromDisk(const RecordPointers& read);
     void show(const RecordPointer& record);
     void erase(const QStringList& recordIDs);
@@ -52,8 +54,11 @@ struct ServedDevice::Private final : public IObserver
     zelko::recordmap::RecordItemMap& records;
     QSet<QString> beingRecorded;
 
+    RecordUses uses;
+    DeviceClock clock;
     StoreWorker worker;
     RecordingThread recordings;
+    Replays replays;
     RecordChurn churn;
     QFileSystemWatcher watcher;
     QTimer rescanTimer;
@@ -62,6 +67,9 @@ struct ServedDevice::Private final : public IObserver
     ValueObservingPtr<TextValue> syncOneRecord{this};
     ValueObservingPtr<TextValue> deleteRecordingList{this};
     ValueObservingPtr<TextValue> setRecordIdle{this};
+
+    Mailbox requests; // of other threads
+    DeviceService service;
 };
 
 ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan)
@@ -70,9 +78,15 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     , prepared(identity.id, plan.preparedRecords)
     , branch(tree, identity)
     , records(*branch.records)
-    , worker(store, prepared)
-    , recordings(identity.id, store, plan.sources, plan.pace, plan.repeat)
+    , clock(plan.folder)
+    , worker(store, prepared, uses)
+    , recordings(identity.id, {store, uses, clock}, plan.sources, plan.pace, plan.repeat)
+    , replays(uses)
     , churn(records, prepared, plan.churn)
+    , service({store, worker, uses, replays, clock}, [this] {
+        return awaitResult([this](auto job) { requests.post(std::move(job)); }, [this] { return listed(); },
+                           RecordPointers());
+    })
 {
     synchronize = branch.synchronize;
     syncOneRecord = branch.syncOneRecord;
@@ -80,6 +94,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     setRecordIdle = branch.setRecordIdle;
     connectWorker();
     connectRecordings();
+    connect(&replays, &Replays::changed, &worker, [this](const QString& id) { synchronizeOne(id); });
     watchStore();
     worker.load();
 }
@@ -129,6 +144,16 @@ void ServedDevice::Private::watchStore()
     }
 }
 
+RecordPointers ServedDevice::Private::listed() const
+{
+    RecordPointers all;
+    all.reserve(static_cast<qsizetype>(records.Size()));
+    for (const auto& [recordID, item] : std::as_const(records).data()) {
+        all.append(item.GetRecordData());
+    }
+    return all;
+}
+
 // What was read while its recording went on may be older than what the recording told.
 void ServedDevice::Private::takeFromDisk(const RecordPointers& read)
 {
@@ -141,7 +166,7 @@ void ServedDevice::Private::takeFromDisk(const RecordPointers& read)
 
 void ServedDevice::Private::show(const RecordPointer& record)
 {
-    records.SetAt(record->GetRecordID(), RecordMapData(record), nullptr);
+    records.SetAt(record->GetRecordID(), RecordMapData(replays.asShown(record)), nullptr);
 }
 
 void ServedDevice::Private::erase(const QStringList& recordIDs)
@@ -207,6 +232,7 @@ void ServedDevice::Private::setIdle(const QString& recordID)
     if (beingRecorded.contains(recordID)) {
         recordings.stopRecording(recordID);
     } else if (records.contains(recordID)) {
+        replays.stop(recordID);
         worker.putToRest(recordID);
     }
 }
@@ -217,5 +243,10 @@ ServedDevice::ServedDevice(Tree& tree, const DeviceIdentity& identity, const Dev
 {}
 
 ServedDevice::~ServedDevice() = default;
+
+DeviceService& ServedDevice::service()
+{
+    return d->service;
+}
 
 } // namespace ZelkoRecorder

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/deviceservice.h>
 #include <recorder/served/recordchurn.h>
 #include <recorder/served/recordingthread.h>
 #include <recorder/served/servedbranch.h>
@@ -41,8 +42,11 @@ public:
     /// stays there.
     ServedDevice(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan, QObject* parent = nullptr);
 
-    /// Closes the recording under way.
+    /// Closes the recording under way, and lets those who wait for an answer of the service go.
     ~ServedDevice() override;
+
+    /// What clients may ask of the device; it lives as long as the device.
+    DeviceService& service();
 
 private:
     struct Private;
