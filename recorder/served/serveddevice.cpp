@@ -14,6 +14,8 @@
 #include <QSet>
 #include <QTimer>
 
+#include <map>
+
 namespace ZelkoRecorder {
 
 using zelko::recordmap::RecordMapData;
@@ -54,7 +56,15 @@ struct ServedDevice::Private final : public IObserver
     zelko::recordmap::RecordItemMap& records;
     QSet<QString> beingRecorded;
 
+    // A recording that somebody else makes.
+    struct Foreign
+    {
+        std::function<void()> stop;
+        RecordUses::Handle use;
+    };
+
     RecordUses uses;
+    std::map<QString, Foreign> foreign;
     DeviceClock clock;
     StoreWorker worker;
     RecordingThread recordings;
@@ -229,7 +239,9 @@ void ServedDevice::Private::synchronizeOne(const QString& recordID)
 
 void ServedDevice::Private::setIdle(const QString& recordID)
 {
-    if (beingRecorded.contains(recordID)) {
+    if (const auto found = foreign.find(recordID); found != foreign.end()) {
+        found->second.stop();
+    } else if (beingRecorded.contains(recordID)) {
         recordings.stopRecording(recordID);
     } else if (records.contains(recordID)) {
         replays.stop(recordID);
@@ -247,6 +259,23 @@ ServedDevice::~ServedDevice() = default;
 DeviceService& ServedDevice::service()
 {
     return d->service;
+}
+
+void ServedDevice::beginForeignRecording(const QString& recordID, std::function<void()> stop)
+{
+    d->beingRecorded.insert(recordID);
+    d->foreign[recordID] = {std::move(stop), d->uses.begin(recordID, RecordUses::Kind::Recording)};
+}
+
+void ServedDevice::showForeignRecording(const RecordPointer& record)
+{
+    d->show(record);
+}
+
+void ServedDevice::endForeignRecording(const QString& recordID)
+{
+    d->foreign.erase(recordID);
+    d->endRecording(recordID);
 }
 
 } // namespace ZelkoRecorder

@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace ZelkoRecorder {
@@ -47,6 +48,16 @@ public:
 
     /// What clients may ask of the device; it lives as long as the device.
     DeviceService& service();
+
+    /// @name A record that somebody else makes in the device's store, in this order
+    /// @{
+    /// It is about to be born; nothing of it is on disk yet. `stop` is called when a client wants it at rest.
+    void beginForeignRecording(const QString& recordID, std::function<void()> stop);
+    /// A durable state of it.
+    void showForeignRecording(const RecordPointer& record);
+    /// Nobody writes to it any more.
+    void endForeignRecording(const QString& recordID);
+    /// @}
 
 private:
     struct Private;

@@ -44,6 +44,12 @@ DeviceService* ServedRecorder::service(const QString& deviceID) const
     return device == m_devices.end() ? nullptr : &device->second->service();
 }
 
+ServedDevice* ServedRecorder::device(const QString& deviceID) const
+{
+    const auto found = m_devices.find(deviceID);
+    return found == m_devices.end() ? nullptr : found->second.get();
+}
+
 QString ServedRecorder::exportRecord(const QString& deviceID, const QString& recordID, const QString& path,
                                      StoreStatus* status)
 {

@@ -31,6 +31,9 @@ public:
     QStringList deviceIds() const;
     DeviceService* service(const QString& deviceID) const;
 
+    /// Null for an ID that is none.
+    ServedDevice* device(const QString& deviceID) const;
+
     /// Takes an export on, as ExportQueue does; `UnknownRecord` for a device that is not there. Any thread, as above.
     QString exportRecord(const QString& deviceID, const QString& recordID, const QString& path, StoreStatus* status);
 

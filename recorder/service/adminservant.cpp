@@ -79,8 +79,8 @@ AdminServant::AdminServant(DeviceCalls calls, std::shared_ptr<OverviewDesk> over
 CORBA::ULong AdminServant::change(Action action, const char* device, const char* record,
                                   const std::function<StoreStatus(DeviceService&)>& make) const
 {
-    return wireStatus(m_calls.onRecord(action, device, record,
-                                       [&](DeviceService& service) { return serviceStatus(make(service)); }));
+    return wireStatus(
+        m_calls.onRecord(action, device, record, [&](DeviceService& service) { return serviceStatus(make(service)); }));
 }
 
 CORBA::ULong AdminServant::removeHistoryEntry(const char* device, const char* record, CORBA::LongLong entryKey)

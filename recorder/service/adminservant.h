@@ -20,8 +20,8 @@ public:
     CORBA::ULong removeHistoryEntry(const char* device, const char* record, CORBA::LongLong entryKey) override;
     CORBA::ULong addHistory(const char* device, const char* record, const CORBA::WChar* text) override;
 
-    /// A range is one of times. It is one of positions, in bytes, where it ends before the record has begun: so early no
-    /// record has a time, and clients that know positions only send those.
+    /// A range is one of times. It is one of positions, in bytes, where it ends before the record has begun: so early
+    /// no record has a time, and clients that know positions only send those.
     CORBA::ULong copyRecord(const char* device, const char* record, CORBA::String_out newRecord,
                             const QD_ZLK::TimeRangeSeq& ranges, const CORBA::WChar* newName) override;
     CORBA::ULong setRecordComment(const char* device, const char* record, const CORBA::WChar* recordComment) override;

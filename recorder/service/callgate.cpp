@@ -23,11 +23,13 @@ CallGate::Pass::~Pass()
     m_gate.leave();
 }
 
-void CallGate::close(const std::function<void()>& meanwhile)
+void CallGate::close(const std::function<void()>& meanwhile, std::chrono::milliseconds patience)
 {
+    const auto end = std::chrono::steady_clock::now() + patience;
     std::unique_lock lock(m_mutex);
     m_closed = true;
-    while (!m_left.wait_for(lock, pauseOfWaiting, [this] { return m_inside == 0; })) {
+    while (!m_left.wait_for(lock, pauseOfWaiting, [this] { return m_inside == 0; }) &&
+           std::chrono::steady_clock::now() < end) {
         lock.unlock();
         meanwhile();
         lock.lock();

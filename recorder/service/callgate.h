@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -24,9 +25,10 @@ public:
         CallGate& m_gate;
     };
 
-    /// From here on nobody gets in. Returns when nobody is inside any more; until then calls `meanwhile` again and
-    /// again, for those inside may wait for the thread that closes.
-    void close(const std::function<void()>& meanwhile);
+    /// From here on nobody gets in. Returns when nobody is inside any more, but after `patience` in any case: whoever
+    /// is still inside then waits there for something that ends with the recorder. Calls `meanwhile` again and again,
+    /// for those inside may wait for the thread that closes.
+    void close(const std::function<void()>& meanwhile, std::chrono::milliseconds patience = std::chrono::seconds(2));
 
 private:
     bool enter();

@@ -1,6 +1,8 @@
 #include <recorder/service/servicehost.h>
 
+#include <recorder/service/adminservant.h>
 #include <recorder/service/channelservant.h>
+#include <recorder/service/replayservant.h>
 #include <recorder/service/servicekeys.h>
 
 #include <zelkobase/orb/orb.h>
@@ -16,10 +18,14 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
     , m_directory(recorder.tree, recorder.devices)
     , m_errands(std::make_shared<Errands>([this] { m_wakeUp.call(); }, options.patience))
     , m_wakeUp([this] { m_errands->run(); })
+    , m_overviews(std::make_shared<OverviewDesk>(options.overviews))
     , m_channels(
           recorder.channelDevices, options.channels, [this](const QString& id) { publishChannel(id); },
           [this](const QString& id) { withdraw(channelKey(id.toStdString())); })
 {
+    const DeviceCalls calls(m_gate, m_rights, recorder.services);
+    publish(adminKey, new AdminServant(calls, m_overviews, options.largestAnswer));
+    publish(replayKey, new ReplayServant(calls));
     const auto reference = [&orb](const std::string& key) { return orb.published(key.c_str()); };
     publish(entryKey, new ZlkServant(m_errands, m_gate, m_rights,
                                      {m_directory, m_channels, reference, recorder.beginExport, recorder.cancelExport},
@@ -28,8 +34,11 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
 
 ServiceHost::~ServiceHost()
 {
-    withdraw(entryKey);
+    for (const char* const key : {entryKey, adminKey, replayKey}) {
+        withdraw(key);
+    }
     m_gate->close([] { QCoreApplication::processEvents(); });
+    m_overviews->close();
     m_errands->close();
 }
 

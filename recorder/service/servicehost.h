@@ -2,8 +2,10 @@
 
 #include <recorder/service/callrights.h>
 #include <recorder/service/channelregistry.h>
+#include <recorder/service/devicecalls.h>
 #include <recorder/service/devicedirectory.h>
 #include <recorder/service/errands.h>
+#include <recorder/service/overviewdesk.h>
 #include <recorder/service/zlkservant.h>
 
 #include <zelkobase/connection/wakeup.h>
@@ -31,6 +33,7 @@ public:
         std::size_t largestAnswer = 4 * 1024 * 1024 - 4096;
 
         ChannelRegistry::Options channels;
+        OverviewDesk::Options overviews;
     };
 
     /// What it serves. All of it outlives the host.
@@ -41,6 +44,7 @@ public:
         ChannelDevices& channelDevices;
         decltype(ZlkServant::Sources::beginExport) beginExport;
         decltype(ZlkServant::Sources::cancelExport) cancelExport;
+        DeviceCalls::Devices services; ///< what may be asked of each device; any thread
     };
 
     /// Begins to serve. `orb` outlives the host. `rights` is asked on threads of the ORB.
@@ -66,6 +70,7 @@ private:
     const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
     const std::shared_ptr<Errands> m_errands;
     ZelkoCommon::WakeUp m_wakeUp;
+    const std::shared_ptr<OverviewDesk> m_overviews;
     ChannelRegistry m_channels;
 };
 
