@@ -4,7 +4,10 @@
 #include <recorder/process/recorderoptions.h>
 #include <recorder/process/stderrlog.h>
 #include <recorder/served/servedrecorder.h>
+#include <recorder/served/sessioncallers.h>
 #include <recorder/served/writepolicy.h>
+#include <recorder/service/servedchanneldevices.h>
+#include <recorder/service/servicehost.h>
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/storelock.h>
 
@@ -63,6 +66,16 @@ ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
     return result;
 }
 
+// What is recorded of channels comes in where the service is.
+std::unique_ptr<ServiceHost> serveCalls(ZelkoCommon::Orb& orb, ServedRecorder& recorder, ChannelDevices& channelDevices,
+                                        const TreeLinkServer& server, const RecorderOptions& options)
+{
+    ServiceHost::Options serviceOptions;
+    serviceOptions.channels.channel.receiveAddress = options.listenAddress;
+    return std::make_unique<ServiceHost>(orb, servedBy(recorder, channelDevices), CallRights(callersBySession(server)),
+                                         serviceOptions);
+}
+
 // Nothing is recorded before store and port are known to be ours, and the devices are on the tree before anybody can
 // ask for it.
 int serve(const RecorderOptions& options)
@@ -79,11 +92,14 @@ int serve(const RecorderOptions& options)
     }
     TreeLinkServer server(orb, recorder.tree(), {}, writePolicy());
     logSession(server);
+    ServedChannelDevices channelDevices(recorder);
+    auto service = serveCalls(orb, recorder, channelDevices, server, options);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
                                   << "port" << orb.port();
     std::printf("READY port=%d\n", int{orb.port()});
     std::fflush(stdout);
     const int result = QCoreApplication::exec();
+    service.reset();
     recorder.close();
     return result;
 }

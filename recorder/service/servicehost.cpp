@@ -1,5 +1,6 @@
 #include <recorder/service/servicehost.h>
 
+#include <recorder/served/servedrecorder.h>
 #include <recorder/service/adminservant.h>
 #include <recorder/service/channelservant.h>
 #include <recorder/service/replayservant.h>
@@ -60,6 +61,21 @@ void ServiceHost::withdraw(const std::string& key)
         m_orb.withdraw(key.c_str());
     } catch (const CORBA::Exception&) { // the ORB went first
     }
+}
+
+ServiceHost::Recorder servedBy(ServedRecorder& recorder, ChannelDevices& channelDevices)
+{
+    return {recorder.tree(),
+            recorder.deviceIds(),
+            channelDevices,
+            [&recorder](const QString& device, const QString& record, const QString& target, StoreStatus* status) {
+                return recorder.exportRecord(device, record, target, status);
+            },
+            [&recorder](const QString& exportId, bool removeTarget) {
+                return recorder.exports().cancel(exportId, removeTarget ? RecordExport::Partial::Removed
+                                                                        : RecordExport::Partial::Kept);
+            },
+            [&recorder](const QString& device) { return recorder.service(device); }};
 }
 
 } // namespace ZelkoRecorder

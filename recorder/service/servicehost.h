@@ -14,6 +14,10 @@
 
 class Tree;
 
+namespace ZelkoRecorder {
+class ServedRecorder;
+}
+
 namespace ZelkoCommon {
 class Orb;
 }
@@ -73,5 +77,8 @@ private:
     const std::shared_ptr<OverviewDesk> m_overviews;
     ChannelRegistry m_channels;
 };
+
+/// What there is to be served of a recorder that has all its devices.
+ServiceHost::Recorder servedBy(ServedRecorder& recorder, ChannelDevices& channelDevices);
 
 } // namespace ZelkoRecorder

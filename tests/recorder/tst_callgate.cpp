@@ -23,7 +23,9 @@ private Q_SLOTS:
 void TestCallGate::closesAtOnceWhenNobodyIsInside()
 {
     CallGate gate;
-    { const CallGate::Pass pass(gate); }
+    {
+        const CallGate::Pass pass(gate);
+    }
     gate.close([] { QFAIL("there is nothing to wait for"); });
 }
 

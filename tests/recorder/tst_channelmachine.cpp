@@ -79,8 +79,8 @@ void TestChannelMachine::goesItsWay_data()
 
     const QString begun = "start asked connected flows data ";
     const QString beginning = "ask connect startFlow started ";
-    QTest::newRow("records from start to stop") << begun + "stop stopped closed"
-                                                << beginning + "stopFlow closeRecord disconnect finished" << State::Idle;
+    QTest::newRow("records from start to stop")
+        << begun + "stop stopped closed" << beginning + "stopFlow closeRecord disconnect finished" << State::Idle;
     QTest::newRow("data that come before the answer count") << "start asked connected data flows"
                                                             << "ask connect startFlow started" << State::Recording;
     QTest::newRow("tells of the first data only") << begun + "data data" << beginning.trimmed() << State::Recording;
@@ -88,16 +88,16 @@ void TestChannelMachine::goesItsWay_data()
                                                      << "ask|fault 1 no" << State::Idle;
     QTest::newRow("tells when it does not connect") << "start asked unconnected"
                                                     << "ask connect|fault 2 no" << State::Idle;
-    QTest::newRow("undoes what was done when nothing flows") << "start asked connected dry closed"
-                                                             << "ask connect startFlow|fault 3 no|closeRecord disconnect finished"
-                                                             << State::Idle;
+    QTest::newRow("undoes what was done when nothing flows")
+        << "start asked connected dry closed"
+        << "ask connect startFlow|fault 3 no|closeRecord disconnect finished" << State::Idle;
     QTest::newRow("stop while it asks") << "start stop asked"
                                         << "ask" << State::Idle;
     QTest::newRow("stop while it connects") << "start asked stop connected closed"
                                             << "ask connect closeRecord disconnect finished" << State::Idle;
-    QTest::newRow("stop while the flow starts") << "start asked connected stop flows stopped closed"
-                                                << "ask connect startFlow stopFlow closeRecord disconnect finished"
-                                                << State::Idle;
+    QTest::newRow("stop while the flow starts")
+        << "start asked connected stop flows stopped closed"
+        << "ask connect startFlow stopFlow closeRecord disconnect finished" << State::Idle;
     QTest::newRow("two stops are one") << begun + "stop stop stopped stop closed"
                                        << beginning + "stopFlow closeRecord disconnect finished" << State::Idle;
     QTest::newRow("the source ends") << begun + "end stopped closed"
@@ -105,7 +105,8 @@ void TestChannelMachine::goesItsWay_data()
     QTest::newRow("the time is over") << begun + "time stopped closed"
                                       << beginning + "stopping stopFlow closeRecord disconnect finished" << State::Idle;
     QTest::newRow("the disk is full") << begun + "disk stopped closed"
-                                      << beginning.trimmed() + "|fault 4 full|stopping stopFlow closeRecord disconnect finished"
+                                      << beginning.trimmed() +
+                                             "|fault 4 full|stopping stopFlow closeRecord disconnect finished"
                                       << State::Idle;
     QTest::newRow("records again") << begun + "stop stopped closed start"
                                    << beginning + "stopFlow closeRecord disconnect finished ask" << State::Asking;
@@ -121,8 +122,8 @@ void TestChannelMachine::goesItsWay_data()
                                               << "ended" << State::Removed;
     QTest::newRow("its manager dies while it is asked") << "start lost asked"
                                                         << "ask ended" << State::Removed;
-    QTest::newRow("its manager dies while it records") << begun + "lost closed" << beginning + "closeRecord ended"
-                                                       << State::Removed;
+    QTest::newRow("its manager dies while it records")
+        << begun + "lost closed" << beginning + "closeRecord ended" << State::Removed;
     QTest::newRow("its manager dies while the flow stops")
         << begun + "stop lost stopped closed" << beginning + "stopFlow closeRecord ended" << State::Removed;
     QTest::newRow("its manager dies while the record is closed")
