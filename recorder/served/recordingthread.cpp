@@ -4,18 +4,11 @@
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/recordid.h>
 
-#include <QDateTime>
-
 namespace ZelkoRecorder {
 
 using ZELKO_XML::ZELKO_RecordData;
 
 namespace {
-
-quint64 microsecondsNow()
-{
-    return static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()) * 1000;
-}
 
 ZELKO_RecordData::Interface interfaceOf(const QString& source)
 {
@@ -25,11 +18,13 @@ ZELKO_RecordData::Interface interfaceOf(const QString& source)
 
 } // namespace
 
-RecordingThread::RecordingThread(const QString& device, const DeviceStore& store, const QStringList& sources,
+RecordingThread::RecordingThread(const QString& device, const Surroundings& surroundings, const QStringList& sources,
                                  const RecordingPace& pace, Repeat repeat, QObject* parent)
     : QObject(parent)
     , m_device(device)
-    , m_store(store)
+    , m_store(surroundings.store)
+    , m_uses(surroundings.uses)
+    , m_clock(surroundings.clock)
     , m_sources(sources)
     , m_pace(pace)
     , m_repeat(repeat)
@@ -91,7 +86,7 @@ bool RecordingThread::record(const QString& source)
         qCWarning(recorderLog).noquote() << m_device << ": cannot record" << source << ":" << error;
         return false;
     }
-    const quint64 now = microsecondsNow();
+    const auto now = static_cast<quint64>(m_clock.now());
     const QString id = createRecordId(now);
     ZELKO_RecordData birth = recordOf(signal->description(), now);
     birth.SetRecordID(id);
@@ -102,6 +97,7 @@ bool RecordingThread::record(const QString& source)
     const auto tell = [this](const RecordPointer& record) {
         m_news.post([this, record] { Q_EMIT recordChanged(record); });
     };
+    const auto use = m_uses.begin(id, RecordUses::Kind::Recording);
     const std::stop_token stop = begin(id);
     qCInfo(recorderLog).noquote() << m_device << ": recording" << id << "from" << source;
     Recording recording(m_store, *signal, birth, m_pace, tell);

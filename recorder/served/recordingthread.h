@@ -1,9 +1,11 @@
 #pragma once
 
 #include <recorder/served/mailbox.h>
+#include <recorder/store/deviceclock.h>
 #include <recorder/store/devicestore.h>
 #include <recorder/store/recordedsources.h>
 #include <recorder/store/recording.h>
+#include <recorder/store/recorduses.h>
 
 #include <QObject>
 #include <QStringList>
@@ -27,8 +29,16 @@ public:
         Unfinished ///< only what the store has never recorded to its end
     };
 
+    /// What the recordings of a device share with its other users; all of it outlives the thread.
+    struct Surroundings
+    {
+        const DeviceStore& store;
+        RecordUses& uses;
+        const DeviceClock& clock;
+    };
+
     /// `sources` are texts as SourceFactory takes them.
-    RecordingThread(const QString& device, const DeviceStore& store, const QStringList& sources,
+    RecordingThread(const QString& device, const Surroundings& surroundings, const QStringList& sources,
                     const RecordingPace& pace, Repeat repeat, QObject* parent = nullptr);
 
     /// Closes the recording under way, durably, and waits for that.
@@ -57,6 +67,8 @@ private:
 
     const QString m_device;
     const DeviceStore m_store;
+    RecordUses& m_uses;
+    const DeviceClock& m_clock;
     const QStringList m_sources;
     const RecordingPace m_pace;
     const Repeat m_repeat;

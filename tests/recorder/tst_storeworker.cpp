@@ -45,6 +45,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    RecordUses m_uses;
     std::unique_ptr<StoreWorker> m_worker;
     QStringList m_log;
 };
@@ -58,8 +59,8 @@ void TestStoreWorker::init()
 
 void TestStoreWorker::start(int prepared)
 {
-    m_worker =
-        std::make_unique<StoreWorker>(DeviceStore(m_folder->path()), PreparedRecords(QStringLiteral("D"), prepared));
+    m_worker = std::make_unique<StoreWorker>(DeviceStore(m_folder->path()),
+                                             PreparedRecords(QStringLiteral("D"), prepared), m_uses);
     StoreWorker* const worker = m_worker.get();
     connect(worker, &StoreWorker::counted, worker,
             [this](int n) { m_log.append(QStringLiteral("counted %1").arg(n)); });
