@@ -56,7 +56,6 @@ OrbOptions patientOptions()
 {
     OrbOptions options;
     options.callTimeout = 600s;
-    options.connectTimeout = 600s;
     return options;
 }
 
