@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 
+#include <algorithm>
+
 /// What values look like on the wire: CDR as GIOP 1.2 carries it, UTF-8 and UTF-16, little end first unless said
 /// otherwise. An ORB must have been made before, which sets the code sets of this side. Padding is zero here; an ORB
 /// leaves in it whatever stood there.
@@ -59,10 +61,21 @@ void decode(T& value, const QByteArray& bytes, bool bigEnd = false)
     value <<= stream;
 }
 
-/// Bytes from a text of hexadecimal digits, in which blanks may stand.
-inline QByteArray bytes(const char* hex)
+/// Bytes from a text of hexadecimal digits, in which blanks may stand, and points for padding.
+inline QByteArray bytes(const QByteArray& hex)
 {
-    return QByteArray::fromHex(QByteArray(hex).replace(' ', ""));
+    return QByteArray::fromHex(QByteArray(hex).replace(' ', "").replace('.', '0'));
+}
+
+/// The bytes as such a text without blanks, with points where `hex` has them.
+inline QByteArray shownLike(const QByteArray& bytes, const QByteArray& hex)
+{
+    const QByteArray pattern = QByteArray(hex).replace(' ', "");
+    QByteArray shown = bytes.toHex();
+    for (qsizetype i = 0; i < std::min(shown.size(), pattern.size()); ++i) {
+        shown[i] = pattern[i] == '.' ? '.' : shown[i];
+    }
+    return shown;
 }
 
 } // namespace cdr
