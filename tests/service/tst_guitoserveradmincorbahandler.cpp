@@ -89,6 +89,7 @@ private Q_SLOTS:
     void failuresBecomeCodes();
     void anEmptyListOfBookmarksIsACall();
     void emptyTextsArrive();
+    void aTextThatIsTooLongIsNotSent();
     void aFlagThatIsTakenAway();
     void aCopyTellsItsId();
     void aRefusedCopyTellsNoId();
@@ -168,6 +169,16 @@ void tst_GuiToServerAdminCorbaHandler::emptyTextsArrive()
     GuiToServerAdminCorbaHandler handler(site.handler);
     QCOMPARE(handler.SetRecordComment(QString(), QString(), QString()), 0UL);
     QCOMPARE(site.peer.calls(), QStringList("setRecordComment   "));
+}
+
+void tst_GuiToServerAdminCorbaHandler::aTextThatIsTooLongIsNotSent()
+{
+    ServiceSite site;
+    GuiToServerAdminCorbaHandler handler(site.handler);
+    QCOMPARE(handler.addHistory("D1", "R1", QString(5 * 1024 * 1024, 'x')),
+             statusCode(ServiceStatus::NotTransmittable));
+    QCOMPARE(handler.addHistory("D1", "R1", "short"), 0UL);
+    QCOMPARE(site.peer.calls(), QStringList("addHistory D1 R1 short"));
 }
 
 void tst_GuiToServerAdminCorbaHandler::aFlagThatIsTakenAway()
