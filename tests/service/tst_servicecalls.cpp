@@ -127,6 +127,7 @@ void TestServiceCalls::refusesARequestThatCannotBe_data()
     row("a sequence with the greatest length", "addBookmarks", "$a $b ffffffff 0000000000000000");
     row("a string beyond the end of the message", "requestRecordDataDetail", "$a 00010000 6200");
     row("a string with the greatest length", "requestRecordDataDetail", "$a ffffffff 6200");
+    row("a string without even its zero", "requestRecordDataDetail", "$a 00000000");
     row("a string without an end", "requestRecordDataDetail", "$a 01000000 62");
     row("a wide string beyond the end of the message", "addHistory", "$a $b 00010000 fffe6e00");
     row("a wide string with half an element", "addHistory", "$a $b 03000000 fffe6e");
