@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using ZelkoCommon::LinkCredentials;
 using ZelkoCommon::ZelkoConfiguration;
 using SubSystem = ZelkoConfiguration::SubSystem;
 
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void fillsInWhatIsLeftOut();
     void readsWhereTheServiceIs_data();
     void readsWhereTheServiceIs();
+    void readsForWhomToAct();
     void refusesWhatIsNoSiteFile_data();
     void refusesWhatIsNoSiteFile();
     void namesTheFileThatCannotBeUsed();
@@ -70,6 +72,22 @@ void TestZelkoConfiguration::readsWhereTheServiceIs()
     QCOMPARE(site->Find("b")->service, QString());
 }
 
+void TestZelkoConfiguration::readsForWhomToAct()
+{
+    QString error;
+    const auto site = ZelkoConfiguration::fromJson(
+        R"({"subSystems": [{"name": "a", "host": "h"}, {"name": "b", "host": "h", "user": "anna"},
+            {"name": "c", "host": "h", "user": "anna", "password": "secret"}]})",
+        &error);
+    QVERIFY2(site, qPrintable(error));
+    QCOMPARE(site->Find("a")->credentials, LinkCredentials());
+    QVERIFY(!site->Find("a")->hasCredentials());
+    QCOMPARE(site->Find("b")->credentials.user, "anna");
+    QVERIFY(!site->Find("b")->hasCredentials());
+    QCOMPARE(site->Find("c")->credentials, (LinkCredentials{"anna", "secret"}));
+    QVERIFY(site->Find("c")->hasCredentials());
+}
+
 void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
 {
     QTest::addColumn<QByteArray>("json");
@@ -94,6 +112,14 @@ void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
     QTest::newRow("a number to listen on") << listen("8004") << "no address to listen on";
     QTest::newRow("two addresses to listen on") << listen("\"192.0.2.1,192.0.2.2\"") << "no address to listen on";
     QTest::newRow("an address to listen on with a port and a path") << listen("\"h:1/x\"") << "no address to listen on";
+    const auto user = [](const char* values) {
+        return QByteArray(R"({"subSystems": [{"name": "a", "host": "h", )") + values + "}]}";
+    };
+    QTest::newRow("a number for a user") << user("\"user\": 3") << "the user of sub system \"a\"";
+    QTest::newRow("an empty user") << user("\"user\": \"\"") << "the user of sub system \"a\"";
+    QTest::newRow("a number for a password")
+        << user("\"user\": \"anna\", \"password\": 3") << "the user of sub system \"a\"";
+    QTest::newRow("a password of nobody") << user("\"password\": \"x\"") << "the user of sub system \"a\"";
     QTest::newRow("port 0") << port("0") << "the port of sub system \"a\"";
     QTest::newRow("a port below") << port("-1") << "the port of sub system \"a\"";
     QTest::newRow("a port beyond") << port("65536") << "the port of sub system \"a\"";
