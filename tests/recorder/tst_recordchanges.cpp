@@ -125,10 +125,13 @@ void TestRecordChanges::deletesBookmarks_data()
     const auto done = static_cast<int>(StoreStatus::Done);
     const auto unknown = static_cast<int>(StoreStatus::UnknownEntry);
     QTest::newRow("none") << QVector<BookmarkEntry>() << done << all;
-    QTest::newRow("some") << QVector{bookmark(3, QStringLiteral("c")), bookmark(1, QStringLiteral("a"))} << done << QStringLiteral("2 b, 2 b");
-    QTest::newRow("one of two that are equal") << QVector{bookmark(2, QStringLiteral("b"))} << done << QStringLiteral("1 a, 2 b, 3 c");
+    QTest::newRow("some") << QVector{bookmark(3, QStringLiteral("c")), bookmark(1, QStringLiteral("a"))} << done
+                          << QStringLiteral("2 b, 2 b");
+    QTest::newRow("one of two that are equal")
+        << QVector{bookmark(2, QStringLiteral("b"))} << done << QStringLiteral("1 a, 2 b, 3 c");
     QTest::newRow("both of two that are equal")
-        << QVector{bookmark(2, QStringLiteral("b")), bookmark(2, QStringLiteral("b"))} << done << QStringLiteral("1 a, 3 c");
+        << QVector{bookmark(2, QStringLiteral("b")), bookmark(2, QStringLiteral("b"))} << done
+        << QStringLiteral("1 a, 3 c");
     QTest::newRow("of another text") << QVector{bookmark(1, QStringLiteral("b"))} << unknown << all;
     QTest::newRow("at another time") << QVector{bookmark(4, QStringLiteral("a"))} << unknown << all;
     QTest::newRow("one that is there and one that is not")
@@ -138,11 +141,11 @@ void TestRecordChanges::deletesBookmarks_data()
 void TestRecordChanges::deletesBookmarks()
 {
     QFETCH(const QVector<BookmarkEntry>, gone);
-    QCOMPARE(
-        changes()
-            .setBookmarks(id, {bookmark(1, QStringLiteral("a")), bookmark(2, QStringLiteral("b")), bookmark(2, QStringLiteral("b")), bookmark(3, QStringLiteral("c"))})
-            .status,
-        StoreStatus::Done);
+    QCOMPARE(changes()
+                 .setBookmarks(id, {bookmark(1, QStringLiteral("a")), bookmark(2, QStringLiteral("b")),
+                                    bookmark(2, QStringLiteral("b")), bookmark(3, QStringLiteral("c"))})
+                 .status,
+             StoreStatus::Done);
     QTEST(static_cast<int>(changes().deleteBookmarks(id, gone).status), "status");
     QTEST(textOf(stored().GetBookmarkEntry()), "left");
 }
@@ -160,11 +163,12 @@ void TestRecordChanges::addsToTheHistory()
 
 void TestRecordChanges::givesEachCommentAKeyOfItsOwn()
 {
-    for (const quint64 now : {100, 101, 100, 100}) {
+    for (const quint64 now : QList<quint64>{100, 101, 100, 100}) {
         QCOMPARE(changes().addHistory(id, QStringLiteral("text"), now).status, StoreStatus::Done);
     }
     QList<quint64> keys;
-    for (const HistoryEntry& comment : stored().GetHistoryEntry()) {
+    const ZELKO_RecordData record = stored();
+    for (const HistoryEntry& comment : record.GetHistoryEntry()) {
         keys.append(comment.GetTimestamp());
     }
     QCOMPARE(keys, (QList<quint64>{100, 101, 102, 103}));
@@ -212,7 +216,8 @@ void TestRecordChanges::refusesWhatIsTooLong()
     QCOMPARE(changes().addHistory(id, longest, 1).status, StoreStatus::Done);
     QCOMPARE(changes().addHistory(id, tooLong, 1).status, StoreStatus::TooLong);
     QCOMPARE(changes().setBookmarks(id, {bookmark(1, longest)}).status, StoreStatus::Done);
-    QCOMPARE(changes().setBookmarks(id, {bookmark(1, QStringLiteral("a")), bookmark(1, tooLong)}).status, StoreStatus::TooLong);
+    QCOMPARE(changes().setBookmarks(id, {bookmark(1, QStringLiteral("a")), bookmark(1, tooLong)}).status,
+             StoreStatus::TooLong);
     const QString longestName(RecordChanges::longestName, QLatin1Char('x'));
     QCOMPARE(changes().setComment(id, longestName).status, StoreStatus::Done);
     QCOMPARE(changes().setComment(id, longestName + QLatin1Char('x')).status, StoreStatus::TooLong);
@@ -243,8 +248,7 @@ void TestRecordChanges::staysReadableWhateverIsAdded()
 {
     const QString worst(RecordChanges::longestText, QChar(1));
     QCOMPARE(changes().setBookmarks(id, QVector<BookmarkEntry>(1000, bookmark(1, worst))).status, StoreStatus::Done);
-    QCOMPARE(changes().setBookmarks(id, QVector<BookmarkEntry>(2000, bookmark(1, worst))).status,
-             StoreStatus::TooMany);
+    QCOMPARE(changes().setBookmarks(id, QVector<BookmarkEntry>(2000, bookmark(1, worst))).status, StoreStatus::TooMany);
     QCOMPARE(stored().GetBookmarkEntry().size(), 1000);
 }
 
