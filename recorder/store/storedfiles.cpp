@@ -25,10 +25,12 @@ namespace {
 bool isTemporary(const std::string& name)
 {
     static const std::string prefix = std::string(ZELKO_XML::metaDataFileName.latin1()) + '.';
-    constexpr std::size_t randomLetters = 6;
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    return name.size() == prefix.size() + randomLetters && name.starts_with(prefix) &&
-           std::all_of(name.end() - randomLetters, name.end(), isLetter);
+    constexpr std::size_t randomCharacters = 6;
+    const auto isRandom = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    };
+    return name.size() == prefix.size() + randomCharacters && name.starts_with(prefix) &&
+           std::all_of(name.end() - randomCharacters, name.end(), isRandom);
 }
 
 } // namespace

@@ -96,6 +96,7 @@ private:
         return result;
     }
     QString text() const { return QStringLiteral("text %1").arg(m_number); }
+    quint64 begin() const { return 4 * (m_number % 5000); } // of a copy of half of the samples
     QVector<BookmarkEntry> bookmarks() const { return {bookmark(m_number), bookmark(m_number + 1)}; }
     void apply();
 
@@ -162,8 +163,7 @@ StoreStatus Changes::ask(DeviceService& service, QString* newID) const
                    ? StoreStatus::Done
                    : service.removeHistory(id, service.record(id)->GetHistoryEntry().at(m_removed).GetTimestamp());
     case Kind::Copy:
-        return service.copy(id, {{4 * (m_number % 5000), samples / 2 + 4 * (m_number % 5000)}},
-                            RecordRange::Unit::Positions, text(), newID);
+        return service.copy(id, {{begin(), begin() + samples / 2}}, RecordRange::Unit::Positions, text(), newID);
     case Kind::Count:
         break;
     }
