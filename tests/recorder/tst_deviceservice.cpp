@@ -67,12 +67,14 @@ private Q_SLOTS:
     void exportsARecord();
     void stampsCommentsWithTheTimeOfTheDevice();
     void recordsWithTheTimeOfTheDevice();
-    void changesNothingOfARecordThatIsBeingRecorded();
+    void editsARecordThatIsBeingRecorded();
+    void leavesARecordingToItself();
     void letsSeveralClientsChangeOneRecord();
     void letsItsCallersGoWhenItEnds();
 
 private:
     void serve(const QStringList& sources = {});
+    QString recordedNow();
     RecorderValues values() { return {m_recorder->tree(), QString(), device}; }
     DeviceService& service() { return *m_recorder->service(device); }
     ZELKO_RecordData stored() const
@@ -325,24 +327,51 @@ void TestDeviceService::recordsWithTheTimeOfTheDevice()
     }
 }
 
-void TestDeviceService::changesNothingOfARecordThatIsBeingRecorded()
+// The record that a generator without an end makes.
+QString TestDeviceService::recordedNow()
 {
     serve({QStringLiteral("generator:noise,rate=8000")});
-    QTRY_COMPARE_WITH_TIMEOUT(values().ids().size(), 3, 30'000);
-    QStringList ids = values().ids();
-    ids.removeAll(id);
-    ids.removeAll(QStringLiteral("R2"));
-    const QString recorded = ids.constFirst();
+    const auto other = [this] {
+        QStringList ids = values().ids();
+        ids.removeAll(id);
+        ids.removeAll(QStringLiteral("R2"));
+        return ids.join(QString());
+    };
+    return QTest::qWaitFor([&] { return !other().isEmpty(); }, 30'000) ? other() : QString();
+}
+
+void TestDeviceService::editsARecordThatIsBeingRecorded()
+{
+    const QString recorded = recordedNow();
+    QVERIFY(!recorded.isEmpty());
+    QCOMPARE(service().setComment(recorded, QStringLiteral("Harbour")), StoreStatus::Done);
+    QCOMPARE(service().setBookmarks(recorded, {bookmark(1), bookmark(2)}), StoreStatus::Done);
+    QCOMPARE(service().deleteBookmarks(recorded, {bookmark(1)}), StoreStatus::Done);
+    QCOMPARE(service().deleteBookmarks(recorded, {bookmark(1)}), StoreStatus::UnknownEntry);
+    QCOMPARE(service().addHistory(recorded, QStringLiteral("a comment")), StoreStatus::Done);
+    const RecordPointer stored = service().record(recorded);
+    QCOMPARE(stored->GetRecordStatus(), Status::Recording);
+    QCOMPARE(stored->GetRecordName(), QStringLiteral("Harbour"));
+    QCOMPARE(std::as_const(*stored).GetBookmarkEntry(), QVector<BookmarkEntry>{bookmark(2)});
+    QCOMPARE(std::as_const(*stored).GetHistoryEntry().size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(values().record(recorded)->GetRecordName(), QStringLiteral("Harbour"), 30'000);
+    values().command<Value<QString>>("SetRecordIdle")->SetValue(recorded, nullptr);
+    QTRY_COMPARE_WITH_TIMEOUT(values().record(recorded)->GetRecordStatus(), Status::Finished, 30'000);
+    QCOMPARE(values().record(recorded)->GetRecordName(), QStringLiteral("Harbour"));
+    QCOMPARE(service().setComment(recorded, QStringLiteral("b")), StoreStatus::Done);
+}
+
+void TestDeviceService::leavesARecordingToItself()
+{
+    const QString recorded = recordedNow();
+    QVERIFY(!recorded.isEmpty());
     QString newID;
-    QCOMPARE(service().setComment(recorded, QStringLiteral("a")), StoreStatus::InUse);
+    QCOMPARE(service().setDeletable(recorded, true), StoreStatus::InUse);
     QCOMPARE(service().copy(recorded, {{0, 4000}}, Unit::Positions, {}, &newID), StoreStatus::InUse);
     QCOMPARE(service().startReplay(recorded, 0, 0), StoreStatus::InUse);
     requestDeletion(recorded);
     QCOMPARE(waitForDeletion(), StoreStatus::Done);
     QVERIFY(service().record(recorded));
-    values().command<Value<QString>>("SetRecordIdle")->SetValue(recorded, nullptr);
-    QTRY_COMPARE_WITH_TIMEOUT(values().record(recorded)->GetRecordStatus(), Status::Finished, 30'000);
-    QTRY_COMPARE_WITH_TIMEOUT(service().setComment(recorded, QStringLiteral("a")), StoreStatus::Done, 30'000);
 }
 
 // None of their changes undoes another's.

@@ -1,6 +1,6 @@
 #include <recorder/store/recordcopy.h>
 
-#include <recorder/store/recordchanges.h>
+#include <recorder/store/recordedits.h>
 #include <recorder/store/recordid.h>
 
 #include <filesizelimit.h>
@@ -323,7 +323,7 @@ void TestRecordCopy::refusesSources()
 
 void TestRecordCopy::refusesALongName()
 {
-    const QString name(RecordChanges::longestName + 1, QLatin1Char('x'));
+    const QString name(longestRecordName + 1, QLatin1Char('x'));
     const RecordCopy copy(DeviceStore(m_folder->path()), id, {{11 * second, 12 * second}}, Unit::Times, name, 1);
     QCOMPARE(copy.status(), StoreStatus::TooLong);
 }

@@ -293,9 +293,8 @@ void TestStoreWorker::changesRecords()
     load();
     std::atomic<int> answers = 0;
     const auto change = [&](const QString& id, const QString& name, StoreStatus expected) {
-        m_worker->change(
-            id, [=](const RecordChanges& changes) { return changes.setComment(id, name); },
-            [&answers, expected](StoreStatus status) { answers += status == expected ? 1 : 0; });
+        m_worker->edit(id, commentEdit(name),
+                       [&answers, expected](StoreStatus status) { answers += status == expected ? 1 : 0; });
     };
     change(QStringLiteral("R1"), QStringLiteral("a"), StoreStatus::Done);
     change(QStringLiteral("R2"), QStringLiteral("b"), StoreStatus::UnknownRecord);
@@ -311,11 +310,8 @@ void TestStoreWorker::showsWhatIsOnDiskAfterAChangeThatFailed()
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
     load();
     std::atomic<int> status = -1;
-    m_worker->change(
-        QStringLiteral("R1"),
-        [](const RecordChanges&) {
-            return RecordChange{StoreStatus::DiskRefused, nullptr};
-        },
+    m_worker->edit(
+        QStringLiteral("R1"), [](ZELKO_RecordData&) { return StoreStatus::DiskRefused; },
         [&status](StoreStatus answer) { status = static_cast<int>(answer); });
     QTRY_COMPARE(status.load(), static_cast<int>(StoreStatus::DiskRefused));
     QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1")}));
