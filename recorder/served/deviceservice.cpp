@@ -58,20 +58,17 @@ StoreStatus DeviceService::askWorker(const QString& recordID, const Ask& ask)
     return resultOr(answer, StoreStatus::Ending);
 }
 
-// While it is being recorded the record belongs to the recording. That may end at any moment, and then it is the
-// worker's turn again.
+// While it is being recorded the record belongs to the recording. If that has just ended it is the worker's turn again;
+// if it is in its very last step, or somebody else's, the record stays in use.
 StoreStatus DeviceService::edit(const QString& recordID, const RecordEdit& edit)
 {
-    for (;;) {
-        const StoreStatus status =
-            askWorker(recordID, [&](const auto& answer) { m_worker.edit(recordID, edit, answer); });
-        if (status != StoreStatus::InUse || !m_uses.isUsed(recordID, Kind::Recording)) {
-            return status;
-        }
-        if (const auto ofRecording = editRecording(recordID, edit)) {
-            return *ofRecording;
-        }
+    const auto askIt = [&](const auto& answer) { m_worker.edit(recordID, edit, answer); };
+    const StoreStatus status = askWorker(recordID, askIt);
+    if (status != StoreStatus::InUse) {
+        return status;
     }
+    const std::optional<StoreStatus> ofRecording = editRecording(recordID, edit);
+    return ofRecording ? *ofRecording : askWorker(recordID, askIt);
 }
 
 // Nothing if it is not being recorded.

@@ -20,6 +20,9 @@ struct RecordChange
 class RecordChanges
 {
 public:
+    /// More bookmarks than that are refused whole.
+    static constexpr qsizetype mostBookmarks = ZelkoRecorder::mostBookmarks;
+
     explicit RecordChanges(const DeviceStore& store);
 
     /// A record that is still being recorded, or whose end is not on disk, gives `InUse`. Blocks for as long as the
