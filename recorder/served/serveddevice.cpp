@@ -93,7 +93,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     , recordings(identity.id, {store, uses, clock}, plan.sources, plan.pace, plan.repeat)
     , replays(uses)
     , churn(records, prepared, plan.churn)
-    , service({store, worker, uses, replays, clock}, [this] {
+    , service({store, worker, recordings, uses, replays, clock}, [this] {
         return awaitResult([this](auto job) { requests.post(std::move(job)); }, [this] { return listed(); },
                            RecordPointers());
     })

@@ -1,5 +1,7 @@
 #include <recorder/process/recorderoptions.h>
 
+#include <QDir>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace ZelkoRecorder;
@@ -14,6 +16,7 @@ private Q_SLOTS:
     void readsWhomToMakeALineFor();
     void givesSourcesToDevices_data();
     void givesSourcesToDevices();
+    void makesExportFoldersAbsolute();
     void refusesBadOptions_data();
     void refusesBadOptions();
     void answersHelpAndVersion_data();
@@ -108,6 +111,17 @@ void TestRecorderOptions::givesSourcesToDevices()
     QCOMPARE(options->sources.value(device), QStringList{description});
 }
 
+void TestRecorderOptions::makesExportFoldersAbsolute()
+{
+    const QTemporaryDir folder;
+    const QString relative = QDir::current().relativeFilePath(folder.path());
+    const auto options = parse({QStringLiteral("--store=/s"), QStringLiteral("--export-folder"), relative,
+                                QStringLiteral("--export-folder=/")},
+                               &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->exportFolders, (QStringList{folder.path(), QStringLiteral("/")}));
+}
+
 void TestRecorderOptions::refusesBadOptions_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -135,6 +149,8 @@ void TestRecorderOptions::refusesBadOptions_data()
         QStringLiteral("--index-interval"));
     row("a device that is a path", QStringLiteral("--device a/b"), QStringLiteral("a/b"));
     row("a device twice", QStringLiteral("--device A --device A"), QStringLiteral("twice"));
+    row("a folder for exports that is not there", QStringLiteral("--export-folder /no/such"),
+        QStringLiteral("/no/such"));
     row("a sub system that is a path", QStringLiteral("--sub-system a/b"), QStringLiteral("a/b"));
 }
 
