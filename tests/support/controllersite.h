@@ -111,11 +111,13 @@ private:
     QStringList m_texts;
 };
 
-/// A client on a site with the sub systems "north", the current one, and "south": the tree as the test fills it, and
-/// the service of a recorder, for real and over the loopback interface.
+/// A user with all rights at a client of the sub systems "north", the current one, and "south". North is connected,
+/// with the tree as the test fills it; the service of both is found at a port of this machine.
 struct ControllerSite
 {
-    ControllerSite()
+    explicit ControllerSite(quint16 servicePort = 1)
+        : data(std::make_shared<AskedConnectionData>(configuration(servicePort)))
+        , handler(std::make_shared<ZelkoGUI::ZelkoGuiToServerCorbaHandler>(data))
     {
         data->client = client;
         data->setConnected(QStringLiteral("north"), true);
