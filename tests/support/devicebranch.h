@@ -90,7 +90,8 @@ private:
     template <typename T>
     void insert(std::unique_ptr<T> value)
     {
-        Tree::Instance()->Emplace(folder(value->GetName()), std::move(value));
+        const QString parent = folder(value->GetName());
+        Tree::Instance()->Emplace(parent, std::move(value));
     }
 
     const QString m_records;
