@@ -46,7 +46,7 @@ class Peer : public QObject
 public:
     Peer(ZelkoCommon::Orb& orb, const TreeLinkServerOptions& options)
         : m_server(orb, m_tree, options,
-                   [](const QString&, const ValueBase& value) { return value.GetName() != QLatin1String("ReadOnly"); })
+                   [](const ZelkoRecorder::LinkUser&, const ValueBase& value) { return value.GetName() != QLatin1String("ReadOnly"); })
     {
         for (ValueBase* const value : std::initializer_list<ValueBase*>{m_number, m_text, m_readOnly, m_command}) {
             value->AddObserver(&m_writes);
