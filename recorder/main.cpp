@@ -92,14 +92,15 @@ int serve(const RecorderOptions& options)
     }
     TreeLinkServer server(orb, recorder.tree(), {}, writePolicy());
     logSession(server);
-    ServedChannelDevices channelDevices(recorder);
-    auto service = serveCalls(orb, recorder, channelDevices, server, options);
+    auto channelDevices = std::make_unique<ServedChannelDevices>(recorder);
+    auto service = serveCalls(orb, recorder, *channelDevices, server, options);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
                                   << "port" << orb.port();
     std::printf("READY port=%d\n", int{orb.port()});
     std::fflush(stdout);
     const int result = QCoreApplication::exec();
     service.reset();
+    channelDevices.reset();
     recorder.close();
     return result;
 }
