@@ -103,6 +103,9 @@ public:
         m_map->EndTransaction(TChangeCode::ValueChanged, nullptr);
     }
 
+    /// As a recorder does before the first record comes.
+    void announceSize(int records) { m_map->ExpectSize(static_cast<std::uint64_t>(records)); }
+
     RecordItemMap& map() { return *m_map; }
     int count() const { return m_model.rowCount(); }
 
@@ -212,25 +215,32 @@ Ours& standingList(int rows)
     std::unique_ptr<Ours>& list = lists[rows];
     if (tree && !list) {
         list = std::make_unique<Ours>(QStringLiteral("/Bench%1").arg(rows));
+        list->announceSize(rows);
         list->fill(spreadRecords(rows));
     }
     return *list;
 }
 
+// Each handful changes for a while, then comes the next one: where the records of a single handful happen to lie in the
+// hash would decide the figure otherwise.
 void updateOurs(benchmark::State& state)
 {
     constexpr int changing = 16;
+    constexpr int handfuls = 62;
+    constexpr int stride = changing * handfuls;
+    constexpr std::size_t turnsOfHandful = 64 * changing;
     const int rows = static_cast<int>(state.range(0));
     Ours& ours = standingList(rows);
     std::vector<RecordPtr> states[2];
-    for (int i = 0; i < changing; ++i) {
-        const int number = i * (rows / changing) * (mostRecords / rows);
+    for (int i = 0; i < stride; ++i) {
+        const int number = (i % changing * handfuls + i / changing) * (rows / stride) * (mostRecords / rows);
         states[0].push_back(makeRecord(number, 1));
         states[1].push_back(makeRecord(number, 2));
     }
     std::size_t turn = 0;
     for (auto _ : state) {
-        ours.set(states[turn / changing % 2][turn % changing]);
+        const std::size_t handful = turn / turnsOfHandful % handfuls;
+        ours.set(states[turn / changing % 2][handful * changing + turn % changing]);
         ++turn;
     }
     if (ours.count() != rows) {

@@ -1,4 +1,5 @@
 #include <process/terminationsignals.h>
+#include <recorder/process/newuser.h>
 #include <recorder/process/parentwatch.h>
 #include <recorder/process/reachableaddress.h>
 #include <recorder/process/recorderoptions.h>
@@ -17,6 +18,8 @@
 #include <QDir>
 
 #include <cstdio>
+#include <optional>
+#include <utility>
 
 using namespace ZelkoRecorder;
 
@@ -56,6 +59,9 @@ void logSession(const TreeLinkServer& server)
     QObject::connect(&server, &TreeLinkServer::sessionClosed, &server, [](const QString& user, const QString& reason) {
         qCInfo(recorderLog) << "client of user" << user << "gone:" << qUtf8Printable(reason);
     });
+    QObject::connect(&server, &TreeLinkServer::writeRefused, &server, [](const QString&, const QString& reason) {
+        qCWarning(recorderLog).noquote() << "refused a write:" << reason;
+    });
 }
 
 ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
@@ -66,12 +72,27 @@ ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
     return result;
 }
 
+// Nothing for a file that cannot be used; an empty name stands for no users, which is no failure.
+bool loadUsers(const QString& path, std::optional<UserFile>* users, QString* error)
+{
+    if (path.isEmpty()) {
+        return true;
+    }
+    QStringList warnings;
+    *users = UserFile::load(path, error, &warnings);
+    for (const QString& warning : warnings) {
+        qCWarning(recorderLog).noquote() << warning;
+    }
+    return users->has_value();
+}
+
 // What is recorded of channels comes in where the service is.
 std::unique_ptr<ServiceHost> serveCalls(ZelkoCommon::Orb& orb, ServedRecorder& recorder, ChannelDevices& channelDevices,
                                         const TreeLinkServer& server, const RecorderOptions& options)
 {
     ServiceHost::Options serviceOptions;
-    serviceOptions.channels.channel.receiveAddress = options.listenAddress;
+    serviceOptions.channels.channel.listenAddress = options.listenAddress;
+    serviceOptions.channels.channel.toldAddress = reachableAddress(options.listenAddress);
     return std::make_unique<ServiceHost>(orb, servedBy(recorder, channelDevices), CallRights(callersBySession(server)),
                                          serviceOptions);
 }
@@ -81,16 +102,18 @@ std::unique_ptr<ServiceHost> serveCalls(ZelkoCommon::Orb& orb, ServedRecorder& r
 int serve(const RecorderOptions& options)
 {
     QString error;
+    std::optional<UserFile> users;
     StoreLock lock;
-    if (!lock.acquire(options.store, &error)) {
+    if (!loadUsers(options.usersFile, &users, &error) || !lock.acquire(options.store, &error)) {
         return end({error, cannotServe});
     }
+    Authenticator authenticator(std::move(users)); // calls that ask it end with the ORB
     ZelkoCommon::Orb orb(orbOptions(options));
     ServedRecorder recorder{ExportFolders(options.exportFolders)};
     if (!addDevices(recorder, options, &error)) {
         return end({error, cannotServe});
     }
-    TreeLinkServer server(orb, recorder.tree(), {}, writePolicy());
+    TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(), admission(authenticator));
     logSession(server);
     auto channelDevices = std::make_unique<ServedChannelDevices>(recorder);
     auto service = serveCalls(orb, recorder, *channelDevices, server, options);
@@ -118,6 +141,9 @@ int main(int argc, char** argv)
     const auto options = RecorderOptions::parse(QCoreApplication::arguments(), &ending);
     if (!options) {
         return end(ending);
+    }
+    if (options->newUser) {
+        return end(makeUser(*options->newUser));
     }
     const ZelkoCommon::TerminationSignals signals;
     QObject::connect(&signals, &ZelkoCommon::TerminationSignals::received, &application, &QCoreApplication::quit);

@@ -20,14 +20,19 @@ int fail(const QString& text, int code)
 }
 
 // Paints the pictures of one look; light and dark differ in the palette, the scale was set by who started this process.
-int paintVariant(const QString& folder, const QString& variant)
+int paintVariant(const QStringList& capabilities, const QDir& folder, const QString& variant)
 {
     if (variant == QLatin1String("dark")) {
         QApplication::setPalette(ZelkoConsole::darkPalette());
     }
-    const QStringList files = ZelkoConsole::paintScenes(folder, variant);
-    QTextStream(stdout) << files.join(QLatin1Char('\n')) << '\n';
-    return files.isEmpty() ? fail(QStringLiteral("the pictures cannot be written to %1").arg(folder), 1) : 0;
+    for (const QString& capability : capabilities) {
+        const QStringList files = ZelkoConsole::paintScenes(capability, folder.filePath(capability), variant);
+        if (files.isEmpty()) {
+            return fail(QStringLiteral("the pictures cannot be written to %1").arg(folder.path()), 1);
+        }
+        QTextStream(stdout) << files.join(QLatin1Char('\n')) << '\n';
+    }
+    return 0;
 }
 
 // The screen that the pictures are taken on. Windows limit themselves to it, and the one that there is by default is
@@ -82,14 +87,16 @@ int main(int argc, char** argv)
     if (arguments.isEmpty() || arguments.size() > 2) {
         return fail(QStringLiteral("usage: zelko-pictures DIR [NAME]"), wrongUsage);
     }
-    const QString capability = arguments.value(1, QStringLiteral("spine"));
-    if (capability != QLatin1String("spine")) {
-        return fail(QStringLiteral("there are no pictures of \"%1\"").arg(capability), wrongUsage);
-    }
-    const QString folder = QDir(arguments.constFirst()).filePath(capability);
-    if (!QDir().mkpath(folder)) {
-        return fail(QStringLiteral("the folder %1 cannot be made").arg(folder), 1);
+    const QStringList capabilities = arguments.size() == 2 ? arguments.mid(1) : ZelkoConsole::paintedCapabilities();
+    const QDir folder(arguments.constFirst());
+    for (const QString& capability : capabilities) {
+        if (!ZelkoConsole::paintedCapabilities().contains(capability)) {
+            return fail(QStringLiteral("there are no pictures of \"%1\"").arg(capability), wrongUsage);
+        }
+        if (!folder.mkpath(capability)) {
+            return fail(QStringLiteral("the folder %1 cannot be made").arg(folder.filePath(capability)), 1);
+        }
     }
     const QString variant = qEnvironmentVariable(variantVariable);
-    return variant.isEmpty() ? paintAll() : paintVariant(folder, variant);
+    return variant.isEmpty() ? paintAll() : paintVariant(capabilities, folder, variant);
 }

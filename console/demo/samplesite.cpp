@@ -1,5 +1,6 @@
 #include <console/demo/samplesite.h>
 
+#include <console/demo/sampleconnection.h>
 #include <console/treepaths.h>
 
 #include <valuecore/tree.h>
@@ -33,6 +34,23 @@ QString availablePath(const QString& subSystem, const QString& device)
     return treepath::device(subSystem, device) + QLatin1Char('/') + names::zelkoAvailable;
 }
 
+// The branch of its commands.
+QString commandsPath(const QString& subSystem, const QString& device)
+{
+    return ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem) + names::zelkoCommand + QLatin1Char('/') + device;
+}
+
+void putCommands(const QString& path)
+{
+    put<Value<bool>>(names::join(path, names::synchronize));
+    put<Value<QString>>(names::join(path, names::syncOneRecord));
+    put<Value<QString>>(names::join(path, names::deleteRecordingList));
+    put<Value<QString>>(names::join(path, names::setRecordIdle));
+    put<Value<QString>>(names::join(path, names::ipAddress));
+    put<Value<bool>>(names::join(path, names::extended));
+    find<Value<bool>>(names::join(path, names::extended)).SetValue(true, nullptr);
+}
+
 RecordItemMap& mapOf(const QString& subSystem, const QString& device)
 {
     return find<RecordItemMap>(treepath::device(subSystem, device) + names::recordsMap);
@@ -43,6 +61,7 @@ RecordItemMap& mapOf(const QString& subSystem, const QString& device)
 SampleSite::SampleSite(const QStringList& subSystems, QObject* parent)
     : Session(parent)
     , m_names(subSystems)
+    , m_connection(std::make_shared<SampleConnection>(subSystems))
 {}
 
 SampleSite::~SampleSite()
@@ -52,9 +71,22 @@ SampleSite::~SampleSite()
     }
 }
 
+std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> SampleSite::connectionData() const
+{
+    return m_connection;
+}
+
+void SampleSite::knowUsers()
+{
+    for (const auto role : ZelkoCommon::allRoles) {
+        m_users.push_back({{ZelkoCommon::roleName(role), QStringLiteral("secret")}, role});
+    }
+}
+
 void SampleSite::setStatus(const QString& subSystem, const SubSystemStatus& status)
 {
     m_status[subSystem] = status;
+    m_connection->setConnected(subSystem, status.isConnected());
     Q_EMIT statusChanged(subSystem);
 }
 
@@ -71,6 +103,7 @@ void SampleSite::addDevice(const QString& subSystem, const QString& device, bool
     put<Value<int>>(path + names::recordsLoadCount);
     put<RecordItemMap>(path + names::recordsMap);
     put<Value<bool>>(path + names::recordsLoadedCompletly);
+    putCommands(commandsPath(subSystem, device));
     setAvailable(subSystem, device, available);
     setLoad(subSystem, device, 0, true);
 }
@@ -78,6 +111,7 @@ void SampleSite::addDevice(const QString& subSystem, const QString& device, bool
 void SampleSite::removeDevice(const QString& subSystem, const QString& device)
 {
     Tree::Instance()->Remove(treepath::device(subSystem, device));
+    Tree::Instance()->Remove(commandsPath(subSystem, device));
 }
 
 void SampleSite::setAvailable(const QString& subSystem, const QString& device, bool available)
@@ -105,6 +139,11 @@ void SampleSite::eraseRecord(const QString& subSystem, const QString& device, co
 void SampleSite::clearRecords(const QString& subSystem, const QString& device)
 {
     mapOf(subSystem, device).Clear(nullptr);
+}
+
+QString SampleSite::command(const QString& subSystem, const QString& device, QLatin1String name) const
+{
+    return find<Value<QString>>(names::join(commandsPath(subSystem, device), name)).GetValue();
 }
 
 SampleSite::RecordPtr sampleRecord(const QString& id, const QString& name, SampleSite::Record::RecordStatus status,

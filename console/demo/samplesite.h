@@ -12,6 +12,8 @@ class RecordItemMap;
 
 namespace ZelkoConsole {
 
+class SampleConnection;
+
 /// A session without a network: what it says is set, and the devices are put on the client's tree by hand. For pictures
 /// and tests.
 class SampleSite : public Session
@@ -29,6 +31,19 @@ public:
 
     QStringList subSystems() const override { return m_names; }
     SubSystemStatus status(const QString& subSystem) const override { return m_status.value(subSystem); }
+    std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const override;
+    const std::vector<KnownUser>& knownUsers() const override { return m_users; }
+    void actFor(const ZelkoCommon::LinkCredentials& user) override { m_actsFor = user; }
+    std::optional<ZelkoCommon::Role> role() const override { return m_role; }
+
+    /// As a recorder of the console's own has them: "viewer", "operator" and "administrator". Before anybody asks.
+    void knowUsers();
+
+    /// What the recorders take the user for; nothing at first.
+    void setRole(std::optional<ZelkoCommon::Role> role) { m_role = role; }
+
+    /// For whom the site acts: who was last asked for.
+    const ZelkoCommon::LinkCredentials& actsFor() const { return m_actsFor; }
 
     void setStatus(const QString& subSystem, const SubSystemStatus& status);
 
@@ -38,7 +53,7 @@ public:
     /// What happens when a recorder dies: its branch goes, then the state changes.
     void lose(const QString& subSystem, const QString& reason);
 
-    /// A device with all its values, an empty list and nothing more to load.
+    /// A device with all its values and commands, an empty list and nothing more to load.
     void addDevice(const QString& subSystem, const QString& device, bool available = true);
     void removeDevice(const QString& subSystem, const QString& device);
 
@@ -50,8 +65,15 @@ public:
     void eraseRecord(const QString& subSystem, const QString& device, const QString& id);
     void clearRecords(const QString& subSystem, const QString& device);
 
+    /// What was last written to a command of the device, one whose value is a text.
+    QString command(const QString& subSystem, const QString& device, QLatin1String name) const;
+
 private:
     const QStringList m_names;
+    const std::shared_ptr<SampleConnection> m_connection;
+    std::vector<KnownUser> m_users;
+    std::optional<ZelkoCommon::Role> m_role;
+    ZelkoCommon::LinkCredentials m_actsFor;
     QHash<QString, SubSystemStatus> m_status;
 };
 

@@ -5,8 +5,20 @@
 
 namespace ZelkoConsole {
 
-/// Writes a picture of each window and widget of the record list and its surroundings into `folder`, named
-/// SCENE-`variant`.png, in the application's present look. The names of the files written, empty when one could not be.
-QStringList paintScenes(const QString& folder, const QString& variant);
+class ScenePainter;
+
+/// The capabilities of which there are pictures.
+QStringList paintedCapabilities();
+
+/// Writes a picture of each window and widget of a capability into `folder`, named SCENE-`variant`.png, in the
+/// application's present look. The names of the files written; empty when one could not be, and for an unknown
+/// capability.
+QStringList paintScenes(const QString& capability, const QString& folder, const QString& variant);
+
+/// The console with its record list: live, loading, narrow, with long names, empty.
+void paintSpineScenes(ScenePainter& painter);
+
+/// What the windows stand on: the replay bar, an editor of a moment, a sort list, the icons.
+void paintPlatformScenes(ScenePainter& painter);
 
 } // namespace ZelkoConsole

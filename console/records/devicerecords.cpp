@@ -27,11 +27,12 @@ constexpr int refillPause = 2000;
 
 struct DeviceRecords::Private
 {
-    explicit Private(DeviceRecords* owner);
+    Private(DeviceRecords* owner, ZelkoGUI::RecordItemMapModel* theModel);
 
     void stateChanged(TChangeCode code);
     void loadChanged(TChangeCode code);
     void lookUp();
+    bool connectModel();
     void checkStillThere();
     void letGo();
     void rowsGo();
@@ -44,7 +45,7 @@ struct DeviceRecords::Private
     QTimer timer;
     QTimer refill;      // runs while rows are missing that went without their map
     int rowsBefore = 0; // as many went then
-    ZelkoGUI::RecordItemMapModel model;
+    ZelkoGUI::RecordItemMapModel& model;
     TreeObserver mapObserver;
     TreeObserver loadObserver;
     ValueObservingPtr<RecordItemMap> map;
@@ -52,9 +53,9 @@ struct DeviceRecords::Private
     ValueObservingPtr<Value<bool>> complete;
 };
 
-DeviceRecords::Private::Private(DeviceRecords* owner)
+DeviceRecords::Private::Private(DeviceRecords* owner, ZelkoGUI::RecordItemMapModel* theModel)
     : q(owner)
-    , model(nullptr)
+    , model(*theModel)
     , mapObserver([this](TChangeCode code) { stateChanged(code); })
     , loadObserver([this](TChangeCode code) { loadChanged(code); })
     , map(&mapObserver)
@@ -113,13 +114,20 @@ void DeviceRecords::Private::lookUp()
     map.GetFromTree(devicePath + names::recordsMap);
     loadCount.GetFromTree(devicePath + names::recordsLoadCount);
     complete.GetFromTree(devicePath + names::recordsLoadedCompletly);
-    if (!isWhole() || !model.connect(devicePath + names::recordsMap)) {
+    if (!isWhole() || !connectModel()) {
         return;
     }
     timer.stop();
     connected = true;
     Q_EMIT q->connectionChanged();
     Q_EMIT q->progressChanged();
+}
+
+// To connect the model a second time would take all its rows away and bring them again.
+bool DeviceRecords::Private::connectModel()
+{
+    const QString path = devicePath + names::recordsMap;
+    return model.connectionPath() == path || model.connect(path);
 }
 
 void DeviceRecords::Private::checkStillThere()
@@ -144,9 +152,9 @@ void DeviceRecords::Private::letGo()
     }
 }
 
-DeviceRecords::DeviceRecords(QObject* parent)
+DeviceRecords::DeviceRecords(ZelkoGUI::RecordItemMapModel* model, QObject* parent)
     : QObject(parent)
-    , d(std::make_unique<Private>(this))
+    , d(std::make_unique<Private>(this, model))
 {}
 
 DeviceRecords::~DeviceRecords() = default;

@@ -23,13 +23,15 @@ struct LoadProgress
 
 /// Follows the records of one device on the client's tree: waits until they stand there, and again after they went.
 ///
-/// The model is the same all the time and empty while nothing is connected. GUI thread.
+/// The model is empty while nothing is connected. Somebody else may connect it too, if only to the same device. GUI
+/// thread.
 class DeviceRecords : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit DeviceRecords(QObject* parent = nullptr);
+    /// `model` gets the records; it outlives this object.
+    explicit DeviceRecords(ZelkoGUI::RecordItemMapModel* model, QObject* parent = nullptr);
     ~DeviceRecords() override;
 
     /// Lets go of the device before and follows the one whose branch stands, or will stand, at `devicePath`; none for

@@ -1,24 +1,53 @@
 #include <console/records/recordpane.h>
 
 #include <console/records/devicerecords.h>
+#include <console/records/recordactions.h>
 #include <console/records/recordsortmodel.h>
 #include <console/records/recordtableview.h>
 #include <console/records/selectionkeeper.h>
+#include <console/records/selectionreporter.h>
 #include <console/records/selectionsummary.h>
 #include <console/treepaths.h>
 #include <console/widgets/heading.h>
 
+#include <host/activedevicecontrol.h>
+#include <zelkobase/connection/abstractserverconnectiondata.h>
+#include <zelkobase/connection/zelkoconfiguration.h>
+#include <zelkobase/service/zelkoguitoservercorbahandler.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QProgressBar>
+#include <QToolBar>
 
 namespace ZelkoConsole {
 
-RecordPane::RecordPane(QWidget* parent)
+using ZelkoCommon::AbstractServerConnectionData;
+using ZelkoGUI::RecordItemMapModel;
+using ZelkoGUI::ZelkoServerGUIController;
+
+namespace {
+
+ZelkoServerGUIController* makeController(const std::shared_ptr<AbstractServerConnectionData>& connection,
+                                         ActiveDeviceControl* activeDevice)
+{
+    const auto handler = std::make_shared<ZelkoGUI::ZelkoGuiToServerCorbaHandler>(connection);
+    return new ZelkoServerGUIController(handler, activeDevice, QStringLiteral("console"), RecordActions::offered(),
+                                        nullptr);
+}
+
+} // namespace
+
+RecordPane::RecordPane(const std::shared_ptr<AbstractServerConnectionData>& connection, QWidget* parent)
     : QWidget(parent)
-    , m_records(new DeviceRecords(this))
+    , m_connection(connection)
+    , m_activeDevice(new ActiveDeviceControl(this))
+    , m_controller(makeController(connection, m_activeDevice))
+    , m_model(qobject_cast<RecordItemMapModel*>(m_controller->recordListModel()))
+    , m_records(new DeviceRecords(m_model, this))
     , m_proxy(new RecordSortModel(this))
     , m_table(new RecordTableView)
     , m_title(new Heading)
@@ -30,25 +59,42 @@ RecordPane::RecordPane(QWidget* parent)
     , m_progressCount(new QLabel)
     , m_statusWidget(makeStatusWidget())
 {
-    m_proxy->setSourceModel(m_records->model());
+    m_proxy->setSourceModel(m_model);
     m_table->setModel(m_proxy);
-    m_keeper = new SelectionKeeper(m_table, m_proxy, m_records->model(), this);
+    m_keeper = new SelectionKeeper(m_table, m_proxy, m_model, this);
+    m_reporter = new SelectionReporter(m_table->selectionModel(), this);
     m_summary = new SelectionSummary(m_table->selectionModel(), this);
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(6);
-    layout->addWidget(makeHead());
-    layout->addWidget(m_table, 1);
+    m_actions = new RecordActions(m_controller.get(), this);
+    arrange();
     connectParts();
     updateTitle();
     updateCount();
     updateProgress();
 }
 
-RecordPane::~RecordPane() = default;
+// Whoever shows the records hears of the controller's end while he is there.
+RecordPane::~RecordPane()
+{
+    m_controller.reset();
+}
+
+void RecordPane::arrange()
+{
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    layout->addWidget(makeHead());
+    layout->addWidget(m_actions->toolBar());
+    layout->addWidget(m_table, 1);
+}
 
 void RecordPane::connectParts()
 {
+    connect(m_reporter, &SelectionReporter::selected, m_controller.get(),
+            &ZelkoServerGUIController::sl_selectedRecordsChanged);
+    connect(m_keeper, &SelectionKeeper::done, m_reporter, &SelectionReporter::report);
+    connect(m_table, &RecordTableView::menuWanted, m_actions->menu(),
+            [this](const QPoint& place) { m_actions->menu()->popup(place); });
     connect(m_records, &DeviceRecords::connectionChanged, this, &RecordPane::updateTexts);
     connect(m_records, &DeviceRecords::progressChanged, this, &RecordPane::updateProgress);
     connect(m_proxy, &QAbstractItemModel::rowsInserted, this, &RecordPane::updateCount);
@@ -100,7 +146,9 @@ void RecordPane::setDevice(const QString& subSystem, const QString& device)
     m_subSystem = subSystem;
     m_device = device;
     m_records->follow(QString());
-    m_keeper->forget(); // before rows of the other device can come
+    m_keeper->forget();                                               // before rows of the other device can come
+    m_connection->GetConfiguration()->SetCurrentSubSystem(subSystem); // in which the controller looks for the device
+    m_activeDevice->setActiveDevice(device, subSystem);
     m_records->follow(device.isEmpty() ? QString() : treepath::device(subSystem, device));
     updateTitle();
     updateTexts();

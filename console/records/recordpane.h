@@ -4,27 +4,45 @@
 
 #include <QWidget>
 
+#include <memory>
+
+class ActiveDeviceControl;
 class QLabel;
 class QProgressBar;
+
+namespace ZelkoCommon {
+class AbstractServerConnectionData;
+}
+
+namespace ZelkoGUI {
+class RecordItemMapModel;
+class ZelkoServerGUIController;
+} // namespace ZelkoGUI
 
 namespace ZelkoConsole {
 
 class DeviceRecords;
 class ElidedLabel;
 class Heading;
+class RecordActions;
 class RecordSortModel;
 class RecordTableView;
 class SelectionKeeper;
+class SelectionReporter;
 class SelectionSummary;
 
-/// The recordings of one device: title, their number and the table; for the status bar of a window what is selected and
-/// how far the first load is.
+/// The recordings of one device with what can be done to them: title, their number, a tool bar and the table with its
+/// context menu; for the status bar of a window what is selected and how far the first load is.
+///
+/// All actions go through one controller, and the table shows the records of that controller's model.
 class RecordPane : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit RecordPane(QWidget* parent = nullptr);
+    /// What `connection` has as its current sub system follows the device that is shown.
+    explicit RecordPane(const std::shared_ptr<ZelkoCommon::AbstractServerConnectionData>& connection,
+                        QWidget* parent = nullptr);
     ~RecordPane() override;
 
     /// Shows the recordings of a device of a sub system; of none where `device` is empty. The same again keeps
@@ -36,11 +54,14 @@ public:
 
     RecordTableView* table() const { return m_table; }
     DeviceRecords* records() const { return m_records; }
+    ZelkoGUI::ZelkoServerGUIController* controller() const { return m_controller.get(); }
+    RecordActions* actions() const { return m_actions; }
 
     /// To be put into a status bar, which owns it from there on.
     QWidget* statusWidget() const { return m_statusWidget; }
 
 private:
+    void arrange();
     void connectParts();
     QWidget* makeHead();
     QWidget* makeStatusWidget();
@@ -49,13 +70,18 @@ private:
     void updateCount();
     void updateProgress();
 
+    const std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> m_connection;
     QString m_subSystem;
     QString m_device;
     SubSystemStatus m_status;
+    ActiveDeviceControl* m_activeDevice;
+    std::unique_ptr<ZelkoGUI::ZelkoServerGUIController> m_controller;
+    ZelkoGUI::RecordItemMapModel* m_model; // the controller's
     DeviceRecords* m_records;
     RecordSortModel* m_proxy;
     RecordTableView* m_table;
     SelectionKeeper* m_keeper;
+    SelectionReporter* m_reporter;
     SelectionSummary* m_summary;
     Heading* m_title;
     ElidedLabel* m_subtitle;
@@ -65,6 +91,7 @@ private:
     QProgressBar* m_progress;
     QLabel* m_progressCount;
     QWidget* m_statusWidget;
+    RecordActions* m_actions = nullptr;
 };
 
 } // namespace ZelkoConsole

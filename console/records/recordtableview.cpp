@@ -8,6 +8,7 @@
 
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QPainter>
 #include <QSettings>
@@ -160,6 +161,15 @@ void RecordTableView::restoreColumns(const QSettings& settings)
         resetColumns();
     }
     m_columnMenu->update();
+}
+
+// The key knows of the whole table; what is meant is the row that the operator is at.
+void RecordTableView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool isKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QRect row = visualRect(currentIndex()).intersected(viewport()->rect());
+    Q_EMIT menuWanted(isKey && !row.isEmpty() ? viewport()->mapToGlobal(row.center()) : event->globalPos());
+    event->accept();
 }
 
 void RecordTableView::paintEvent(QPaintEvent* event)

@@ -42,7 +42,13 @@ public:
     /// Settings that do not fit are passed over.
     void restoreColumns(const QSettings& settings);
 
+Q_SIGNALS:
+    /// The operator wants to see what can be done to the selection, at that place of the screen: by a click or by the
+    /// menu key. A click on a row that was not selected has selected it.
+    void menuWanted(const QPoint& place);
+
 protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

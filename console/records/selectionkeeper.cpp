@@ -20,8 +20,10 @@ using ZelkoCommon::AbstractRecordListModel;
 
 struct SelectionKeeper::Private
 {
-    Private(QTableView* theView, QSortFilterProxyModel* theProxy, const AbstractRecordListModel* theRecords)
-        : view(theView)
+    Private(SelectionKeeper* owner, QTableView* theView, QSortFilterProxyModel* theProxy,
+            const AbstractRecordListModel* theRecords)
+        : q(owner)
+        , view(theView)
         , proxy(theProxy)
         , records(theRecords)
     {}
@@ -37,6 +39,7 @@ struct SelectionKeeper::Private
     void restoreScrolling();
     void forget();
 
+    SelectionKeeper* const q;
     QTableView* const view;
     QSortFilterProxyModel* const proxy;
     const AbstractRecordListModel* const records;
@@ -87,6 +90,7 @@ void SelectionKeeper::Private::restore()
     }
     if (complete) {
         forget();
+        Q_EMIT q->done();
     }
 }
 
@@ -146,7 +150,7 @@ void SelectionKeeper::Private::forget()
 SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy, const AbstractRecordListModel* records,
                                  QObject* parent)
     : QObject(parent)
-    , d(std::make_unique<Private>(view, proxy, records))
+    , d(std::make_unique<Private>(this, view, proxy, records))
 {
     d->soon.setSingleShot(true);
     d->soon.setInterval(0);

@@ -37,6 +37,10 @@ public:
     /// How many records were selected and are not back yet.
     int awaited() const;
 
+Q_SIGNALS:
+    /// All that can be restored is, and nothing is awaited any more: the list was complete after `finish()`.
+    void done();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

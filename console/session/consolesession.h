@@ -30,6 +30,12 @@ public:
 
     QStringList subSystems() const override;
     SubSystemStatus status(const QString& subSystem) const override;
+    std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const override;
+
+    const std::vector<KnownUser>& knownUsers() const override;
+    QString configuredUser() const override;
+    void actFor(const ZelkoCommon::LinkCredentials& user) override;
+    std::optional<ZelkoCommon::Role> role() const override;
 
     /// The recorder of the session's own; null with a site.
     const EmbeddedRecorder* recorder() const;

@@ -2,6 +2,7 @@
 
 #include <console/session/backoff.h>
 #include <console/session/recorderoutput.h>
+#include <console/session/recorderusers.h>
 
 #include <QDir>
 #include <QProcess>
@@ -21,11 +22,12 @@ struct EmbeddedRecorder::Private
     Private(EmbeddedRecorder* owner, const EmbeddedRecorderOptions& recorderOptions);
 
     void launch();
-    QStringList arguments() const;
+    QStringList arguments(const QString& usersFile) const;
     void takeOutput();
     void takeError();
     void ended(int exitCode, QProcess::ExitStatus exitStatus);
     QString endText(int exitCode, QProcess::ExitStatus exitStatus) const;
+    void giveUp();
     void fail(const QString& reason);
     void enter(State newState, const QString& reason = {});
 
@@ -50,10 +52,7 @@ EmbeddedRecorder::Private::Private(EmbeddedRecorder* owner, const EmbeddedRecord
     restart.setSingleShot(true);
     patience.setSingleShot(true);
     connect(&restart, &QTimer::timeout, q, [this] { launch(); });
-    connect(&patience, &QTimer::timeout, q, [this] {
-        fail(EmbeddedRecorder::tr("it does not get ready"));
-        process.kill();
-    });
+    connect(&patience, &QTimer::timeout, q, [this] { giveUp(); });
     connect(&process, &QProcess::readyReadStandardOutput, q, [this] { takeOutput(); });
     connect(&process, &QProcess::readyReadStandardError, q, [this] { takeError(); });
     connect(&process, &QProcess::finished, q, [this](int code, QProcess::ExitStatus status) { ended(code, status); });
@@ -72,11 +71,16 @@ void EmbeddedRecorder::Private::launch()
         fail(EmbeddedRecorder::tr("the folder %1 cannot be made").arg(options.storeFolder));
         return;
     }
+    const QString usersFile = options.users ? options.users->file(options.storeFolder) : QString();
+    if (options.users && usersFile.isEmpty()) {
+        fail(EmbeddedRecorder::tr("no users file can be written to %1").arg(options.storeFolder));
+        return;
+    }
     patience.start(options.readyTimeout);
-    process.start(options.program, arguments());
+    process.start(options.program, arguments(usersFile));
 }
 
-QStringList EmbeddedRecorder::Private::arguments() const
+QStringList EmbeddedRecorder::Private::arguments(const QString& usersFile) const
 {
     QStringList list{
         QStringLiteral("--store"), options.storeFolder, QStringLiteral("--sub-system"),      options.subSystem,
@@ -86,6 +90,9 @@ QStringList EmbeddedRecorder::Private::arguments() const
     }
     for (const QString& source : options.sources) {
         list << QStringLiteral("--source") << source;
+    }
+    if (!usersFile.isEmpty()) {
+        list << QStringLiteral("--users") << usersFile;
     }
     if (hasServed) {
         list << QStringLiteral("--once"); // what was recorded before it died is not to be recorded a second time
@@ -116,9 +123,18 @@ void EmbeddedRecorder::Private::takeError()
 void EmbeddedRecorder::Private::ended(int exitCode, QProcess::ExitStatus exitStatus)
 {
     takeError();
-    if (state == State::Starting || state == State::Running) {
+    if (state == State::Failed) {
+        restart.start(backOff.next());
+    } else if (state != State::Stopped) {
         fail(endText(exitCode, exitStatus));
     }
+}
+
+// The next one is started only when this one has ended: there is one process, and one lock on the store.
+void EmbeddedRecorder::Private::giveUp()
+{
+    process.kill();
+    enter(State::Failed, EmbeddedRecorder::tr("it does not get ready"));
 }
 
 QString EmbeddedRecorder::Private::endText(int exitCode, QProcess::ExitStatus exitStatus) const

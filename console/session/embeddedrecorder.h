@@ -8,6 +8,8 @@
 
 namespace ZelkoConsole {
 
+class RecorderUsers;
+
 /// How the console starts a recorder of its own.
 struct EmbeddedRecorderOptions
 {
@@ -16,6 +18,9 @@ struct EmbeddedRecorderOptions
     QString subSystem;
     QStringList devices; ///< empty: the recorder's own default
     QStringList sources; ///< descriptions, each may begin with "DEVICE="; after a restart only what is missing
+
+    /// Its users; without them it takes every client for a viewer.
+    std::shared_ptr<RecorderUsers> users = {};
 
     /// A start that takes longer counts as failed.
     std::chrono::milliseconds readyTimeout{20000};

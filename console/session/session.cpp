@@ -8,4 +8,22 @@ Session::Session(QObject* parent)
 
 Session::~Session() = default;
 
+const std::vector<KnownUser>& Session::knownUsers() const
+{
+    static const std::vector<KnownUser> none;
+    return none;
+}
+
+QString Session::configuredUser() const
+{
+    return {};
+}
+
+void Session::actFor(const ZelkoCommon::LinkCredentials&) {}
+
+std::optional<ZelkoCommon::Role> Session::role() const
+{
+    return std::nullopt;
+}
+
 } // namespace ZelkoConsole

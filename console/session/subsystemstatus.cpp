@@ -31,6 +31,8 @@ QString shortText(const SubSystemStatus& status)
         return tr("connected");
     case LinkState::Unreachable:
         return tr("not reachable");
+    case LinkState::Denied:
+        return tr("access denied");
     }
     return {};
 }
@@ -46,6 +48,8 @@ QString longText(const QString& subSystem, const SubSystemStatus& status)
         return tr("Connected to %1").arg(subSystem);
     case LinkState::Unreachable:
         return unreachableText(subSystem, status.reason);
+    case LinkState::Denied:
+        return tr("No access to recorder %1: %2").arg(subSystem, status.reason);
     }
     return {};
 }

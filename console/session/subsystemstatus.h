@@ -6,17 +6,18 @@ namespace ZelkoConsole {
 
 /// How far the way to the recorder server of a sub system is.
 enum class LinkState {
-    Starting,   ///< the console's own recorder is being started
-    Connecting, ///< nothing is known yet
-    Connected,  ///< everything that the server has stands on the tree
-    Unreachable ///< the last attempt failed; the next one follows by itself
+    Starting,    ///< the console's own recorder is being started
+    Connecting,  ///< nothing is known yet
+    Connected,   ///< everything that the server has stands on the tree
+    Unreachable, ///< the last attempt failed; the next one follows by itself
+    Denied       ///< the server is there and does not admit the user
 };
 
 /// State of a sub system for people.
 struct SubSystemStatus
 {
     LinkState state = LinkState::Connecting;
-    /// Why it is `Unreachable`, without a full stop; may be empty.
+    /// Why it is `Unreachable` or `Denied`, without a full stop; may be empty.
     QString reason;
 
     bool isConnected() const { return state == LinkState::Connected; }

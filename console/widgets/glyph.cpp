@@ -22,6 +22,7 @@ ColorPair colorsOf(Glyph glyph)
     case Glyph::Busy:
         return {qRgb(154, 103, 0), qRgb(227, 179, 65)};
     case Glyph::Bad:
+    case Glyph::Locked:
     case Glyph::Recording:
         return {qRgb(196, 32, 46), qRgb(255, 123, 114)};
     case Glyph::Idle:
@@ -62,6 +63,18 @@ void paintRing(QPainter& painter, const QColor& color)
     painter.drawEllipse(QPointF(8, 8), 5, 5);
 }
 
+void paintPadlock(QPainter& painter, const QColor& color, const QColor& cut)
+{
+    painter.drawRoundedRect(QRectF(3, 7, 10, 7), 1.2, 1.2);
+    painter.setPen(QPen(color, 1.7, Qt::SolidLine, Qt::FlatCap));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawArc(QRectF(5, 2.5, 6, 7), 0, 180 * 16);
+    painter.drawLine(QPointF(5, 6), QPointF(5, 7.5));
+    painter.drawLine(QPointF(11, 6), QPointF(11, 7.5));
+    painter.setPen(QPen(cut, 1.7, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(8, 9.8), QPointF(8, 11.2));
+}
+
 void paintSheet(QPainter& painter, const QColor& color)
 {
     painter.setPen(QPen(color, 1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -86,6 +99,8 @@ void paintShape(QPainter& painter, Glyph glyph, const QColor& color, const QColo
     case Glyph::Recording:
         painter.drawEllipse(QPointF(8, 8), 5, 5);
         return;
+    case Glyph::Locked:
+        return paintPadlock(painter, color, cut);
     case Glyph::Empty:
         return paintSheet(painter, color);
     }
@@ -136,6 +151,8 @@ Glyph glyphOf(const SubSystemStatus& status)
         return Glyph::Good;
     case LinkState::Unreachable:
         return Glyph::Bad;
+    case LinkState::Denied:
+        return Glyph::Locked;
     }
     return Glyph::Idle;
 }

@@ -17,6 +17,7 @@ enum class Glyph {
     Bad,       ///< triangle with an exclamation mark
     Idle,      ///< ring
     Recording, ///< plain disc
+    Locked,    ///< padlock
     Empty      ///< a sheet without lines
 };
 

@@ -2,12 +2,17 @@
 
 #include <console/devices/devicelistmodel.h>
 #include <console/devices/devicelistview.h>
+#include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/widgets/heading.h>
 #include <console/window/timezonetext.h>
+#include <console/window/usermenu.h>
+#include <console/window/usermessages.h>
+
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QAction>
 #include <QApplication>
@@ -19,6 +24,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimeZone>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace ZelkoConsole {
@@ -39,24 +45,29 @@ QAction* addMenuAction(QMenu& menu, const QString& text, const QKeySequence& sho
 
 } // namespace
 
-ConsoleWindow::ConsoleWindow(Session* session, QSettings* settings, QWidget* parent)
+ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* settings, QWidget* parent)
     : QMainWindow(parent)
     , m_session(session)
     , m_settings(settings)
     , m_deviceModel(new DeviceListModel(this))
     , m_devices(new DeviceListView(m_deviceModel))
-    , m_records(new RecordPane)
+    , m_records(new RecordPane(session->connectionData()))
     , m_splitter(new QSplitter(Qt::Horizontal))
     , m_badge(new ConnectionBadge)
+    , m_userMenu(new UserMenu(user, this))
+    , m_messages(std::make_unique<UserMessages>(this))
 {
     setObjectName(QStringLiteral("consoleWindow"));
     setWindowTitle(tr("Recorder Console"));
     setCentralWidget(makeContent());
     makeMenus();
+    makeUserButton();
     makeStatusBar();
+    m_records->controller()->setDialogParent(this);
 
     connect(m_devices, &DeviceListView::chosen, this, &ConsoleWindow::showChoice);
     connect(session, &Session::statusChanged, this, &ConsoleWindow::statusChanged);
+    connect(session, &Session::writeRefused, this, &ConsoleWindow::writeRefused);
     m_deviceModel->setSubSystems(session->subSystems());
     for (const QString& subSystem : session->subSystems()) {
         statusChanged(subSystem);
@@ -102,18 +113,41 @@ void ConsoleWindow::makeMenus()
     QAction* const quit = addMenuAction(file, tr("&Quit"), Qt::CTRL | Qt::Key_Q, this, &QWidget::close);
     quit->setMenuRole(QAction::QuitRole);
 
+    menuBar()->addMenu(m_records->actions()->menu());
+
     QMenu& view = *menuBar()->addMenu(tr("&View"));
     view.addMenu(m_records->table()->columnMenu());
     view.addMenu(m_records->table()->sortMenu());
     view.addSeparator();
     constexpr auto focus = qOverload<>(&QWidget::setFocus);
-    addMenuAction(view, tr("Go to &Devices"), Qt::CTRL | Qt::Key_D, m_devices, focus);
-    addMenuAction(view, tr("Go to &Recordings"), Qt::CTRL | Qt::Key_R, m_records->table(), focus);
+    addMenuAction(view, tr("Go to &Devices"), Qt::CTRL | Qt::Key_1, m_devices, focus);
+    addMenuAction(view, tr("Go to &Recordings"), Qt::CTRL | Qt::Key_2, m_records->table(), focus);
+
+    menuBar()->addMenu(m_userMenu);
 
     QMenu& help = *menuBar()->addMenu(tr("&Help"));
     QAction* const about =
         addMenuAction(help, tr("&About Recorder Console"), Qt::Key_F1, this, &ConsoleWindow::showAbout);
     about->setMenuRole(QAction::AboutRole);
+}
+
+// The menu bar has the same menu for the keyboard.
+void ConsoleWindow::makeUserButton()
+{
+    auto* const button = new QToolButton;
+    button->setObjectName(QStringLiteral("userButton"));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setMenu(m_userMenu);
+    button->setStatusTip(tr("Who works here."));
+    const auto show = [this, button] {
+        button->setText(m_userMenu->userText());
+        button->setAccessibleName(tr("User: %1").arg(m_userMenu->userText()));
+    };
+    connect(m_userMenu, &UserMenu::userTextChanged, button, show);
+    show();
+    menuBar()->setCornerWidget(button);
 }
 
 void ConsoleWindow::makeStatusBar()
@@ -151,6 +185,11 @@ void ConsoleWindow::statusChanged(const QString& subSystem)
     if (subSystem == m_devices->chosenSubSystem()) {
         showChoice();
     }
+}
+
+void ConsoleWindow::writeRefused(const QString& subSystem, const QString& reason)
+{
+    m_messages->show(tr("Recorder %1 has refused a change: %2").arg(subSystem, reason));
 }
 
 void ConsoleWindow::restorePlaces()

@@ -2,32 +2,40 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
 class QSettings;
 class QSplitter;
 
 namespace ZelkoConsole {
 
 class ConnectionBadge;
+class ConsoleUser;
 class DeviceListModel;
 class DeviceListView;
 class RecordPane;
 class Session;
+class UserMenu;
+class UserMessages;
 
-/// The console's main window: devices on the left, the recordings of the chosen one on the right, the state of the
-/// connection below.
+/// The console's main window: devices on the left, the recordings of the chosen one on the right with what can be done
+/// to them, the user in the corner, the state of the connection below. While it lives, messages for the user are shown
+/// in a box of it, and so is what a recorder refused.
 class ConsoleWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// `session` and `settings` outlive the window. Places and columns are read from `settings` and written when the
-    /// window is closed.
-    ConsoleWindow(Session* session, QSettings* settings, QWidget* parent = nullptr);
+    /// `session`, `user` and `settings` outlive the window. Places and columns are read from `settings` and written
+    /// when the window is closed.
+    ConsoleWindow(Session* session, ConsoleUser* user, QSettings* settings, QWidget* parent = nullptr);
     ~ConsoleWindow() override;
 
     DeviceListView* devices() const { return m_devices; }
     RecordPane* records() const { return m_records; }
     ConnectionBadge* badge() const { return m_badge; }
+    UserMenu* userMenu() const { return m_userMenu; }
+    UserMessages* messages() const { return m_messages.get(); }
 
     /// Shows what the console is and its version; blocks until that is closed.
     void showAbout();
@@ -39,9 +47,11 @@ private:
     QWidget* makeContent();
     QWidget* makeDevicePane();
     void makeMenus();
+    void makeUserButton();
     void makeStatusBar();
     void showChoice();
     void statusChanged(const QString& subSystem);
+    void writeRefused(const QString& subSystem, const QString& reason);
     void restorePlaces();
 
     Session* const m_session;
@@ -51,6 +61,8 @@ private:
     RecordPane* m_records;
     QSplitter* m_splitter;
     ConnectionBadge* m_badge;
+    UserMenu* m_userMenu;
+    std::unique_ptr<UserMessages> m_messages;
 };
 
 } // namespace ZelkoConsole

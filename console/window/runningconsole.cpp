@@ -1,11 +1,13 @@
 #include <console/window/runningconsole.h>
 
 #include <console/session/consolesession.h>
+#include <console/session/consoleuser.h>
 #include <console/session/listenaddress.h>
 #include <console/session/storefolder.h>
 #include <console/window/consolewindow.h>
 
 #include <process/terminationsignals.h>
+#include <resources/zelkoicons.h>
 #include <zelkobase/orb/orb.h>
 
 #include <QApplication>
@@ -27,6 +29,7 @@ using ZelkoCommon::ZelkoConfiguration;
 void prepareApplication()
 {
     initResources();
+    registerZelkoIcons();
     QApplication::setOrganizationName(QStringLiteral("Zelko"));
     QApplication::setApplicationName(QStringLiteral("zelko-console"));
     QApplication::setApplicationDisplayName(QApplication::translate("ZelkoConsole", "Recorder Console"));
@@ -45,6 +48,7 @@ struct RunningConsole::Private
     std::unique_ptr<StoreFolder> store;
     std::unique_ptr<Orb> orb;
     std::unique_ptr<ConsoleSession> session;
+    std::unique_ptr<ConsoleUser> user;
     std::unique_ptr<ConsoleWindow> window;
 };
 
@@ -92,7 +96,8 @@ std::unique_ptr<RunningConsole> RunningConsole::open(const ConsoleOptions& optio
         *error = QString::fromUtf8(problem.what());
         return nullptr;
     }
-    d.window = std::make_unique<ConsoleWindow>(d.session.get(), &d.settings);
+    d.user = std::make_unique<ConsoleUser>(*d.session);
+    d.window = std::make_unique<ConsoleWindow>(d.session.get(), d.user.get(), &d.settings);
     return console;
 }
 
@@ -113,6 +118,11 @@ int RunningConsole::run()
 ConsoleSession& RunningConsole::session() const
 {
     return *d->session;
+}
+
+ConsoleUser& RunningConsole::user() const
+{
+    return *d->user;
 }
 
 ConsoleWindow& RunningConsole::window() const

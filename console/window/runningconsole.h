@@ -9,6 +9,7 @@ class QString;
 namespace ZelkoConsole {
 
 class ConsoleSession;
+class ConsoleUser;
 class ConsoleWindow;
 
 /// Name, icon and version of the application, for its windows, settings and folders. Once, after QApplication was made.
@@ -29,6 +30,7 @@ public:
     int run();
 
     ConsoleSession& session() const;
+    ConsoleUser& user() const;
     ConsoleWindow& window() const;
 
 private:

@@ -265,7 +265,9 @@ void VCReplayBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const QRect bar(QPoint(pixelAt(visibleStart()), markerTop()), QPoint(pixelAt(visibleStop()), height() - 1));
-    painter.fillRect(bar, palette().brush(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Base));
+    if (visibleStart() < visibleStop()) {
+        painter.fillRect(bar, palette().brush(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Base));
+    }
     paintRanges(painter);
     if (m_showRuler) {
         paintRuler(painter);

@@ -56,11 +56,11 @@ void XRulerTop::paintRuler(QPainter& painter) const
     const int bottom = rulerHeight();
     const int left = pixelAt(visibleStart());
     const int right = pixelAt(visibleStop());
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawLine(left, bottom, std::max(left, right), bottom);
     if (visibleStop() <= visibleStart() || right <= left) {
         return;
     }
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawLine(left, bottom, right, bottom);
     const int room = fontMetrics().horizontalAdvance(longestTickText()) + gapBetweenTexts;
     const double distance = tickDistance((visibleStop() - visibleStart()) * room / (right - left));
     const double first = firstTick(visibleStart(), distance);

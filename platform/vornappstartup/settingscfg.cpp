@@ -72,8 +72,10 @@ std::unique_ptr<ICfg> SettingsCfg::OpenGroup(const QString& name, Access access)
     return std::unique_ptr<ICfg>(new SettingsCfg(m_settings, prefix));
 }
 
+// QSettings keeps the first error that it ever met. A fresh one shares what waits to be written and has none yet.
 bool SettingsCfg::Flush()
 {
-    m_settings->sync();
-    return m_settings->status() == QSettings::NoError;
+    QSettings settings(m_settings->fileName(), m_settings->format());
+    settings.sync();
+    return settings.status() == QSettings::NoError;
 }

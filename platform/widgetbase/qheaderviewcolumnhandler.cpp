@@ -5,6 +5,8 @@
 #include <QHeaderView>
 #include <QSet>
 
+#include <algorithm>
+
 namespace guiHelper {
 
 namespace {
@@ -51,7 +53,7 @@ QList<QHeaderViewColumnHandler::Column> QHeaderViewColumnHandler::layout() const
         const bool isHidden = m_header->isSectionHidden(logical);
         const int size = isHidden ? m_sizesBeforeHiding.value(logical, m_header->defaultSectionSize())
                                   : m_header->sectionSize(logical);
-        columns.append({logical, size, isHidden});
+        columns.append({logical, std::min(size, largestSize), isHidden});
     }
     return columns;
 }

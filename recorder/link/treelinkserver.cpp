@@ -106,6 +106,7 @@ TreeLinkServer::Private::~Private()
 {
     gate->close();
     for (const auto& [id, session] : sessions) {
+        sessionRegister->leave(id);
         ending.push_back(session->releaseSender()); // all stop before the first one is waited for
     }
     try {
@@ -294,9 +295,9 @@ int TreeLinkServer::sessionCount() const
     return static_cast<int>(d->sessions.size());
 }
 
-std::optional<LinkUser> TreeLinkServer::userOf(std::uint64_t session) const
+TreeLinkServer::UserOfSession TreeLinkServer::users() const
 {
-    return d->sessionRegister->userOf(session);
+    return [sessions = d->sessionRegister](std::uint64_t session) { return sessions->userOf(session); };
 }
 
 std::size_t TreeLinkServer::backlogBytes() const

@@ -74,8 +74,10 @@ public:
 
     int sessionCount() const;
 
-    /// For whom the client of a session acts; nothing for a number that is no session, or no longer. Any thread.
-    std::optional<LinkUser> userOf(std::uint64_t session) const;
+    /// Tells for whom the client of a session acts; nothing for a number that is no session, or no longer. What is
+    /// given may be called on any thread, and outlive the server, which leaves no sessions.
+    using UserOfSession = std::function<std::optional<LinkUser>(std::uint64_t session)>;
+    UserOfSession users() const;
 
     /// Bytes that wait for clients, all together.
     std::size_t backlogBytes() const;

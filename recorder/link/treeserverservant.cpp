@@ -20,6 +20,21 @@ namespace {
     throw ZelkoTreeLink::Refused(reason, text.c_str());
 }
 
+constexpr const char* noSuchSession = "it does not know this session any more";
+
+ZelkoTreeLink::UserRole toIdl(ZelkoCommon::Role role)
+{
+    switch (role) {
+    case ZelkoCommon::Role::Viewer:
+        break;
+    case ZelkoCommon::Role::Operator:
+        return ZelkoTreeLink::ROLE_OPERATOR;
+    case ZelkoCommon::Role::Administrator:
+        return ZelkoTreeLink::ROLE_ADMINISTRATOR;
+    }
+    return ZelkoTreeLink::ROLE_VIEWER;
+}
+
 QString toText(const CORBA::String_member& utf8)
 {
     return QString::fromUtf8(static_cast<const char*>(utf8));
@@ -193,11 +208,20 @@ LinkUser TreeServerServant::admit(const ZelkoTreeLink::Credentials& who) const
     refuse(ZelkoTreeLink::REFUSED_CREDENTIALS, "access is denied: user or password are wrong");
 }
 
+ZelkoTreeLink::UserRole TreeServerServant::roleOf(ZelkoTreeLink::SessionId session)
+{
+    const auto user = m_sessions->userOf(session);
+    if (!user) {
+        refuse(ZelkoTreeLink::REFUSED_SESSION, noSuchSession);
+    }
+    return toIdl(user->role);
+}
+
 void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands,
                               ZelkoTreeLink::Checksum check)
 {
     if (!m_sessions->touch(session)) {
-        refuse(ZelkoTreeLink::REFUSED_SESSION, "it does not know this session any more");
+        refuse(ZelkoTreeLink::REFUSED_SESSION, noSuchSession);
     }
     if (commands.length() == 0) {
         return;

@@ -85,6 +85,7 @@ public:
 
     ZelkoTreeLink::SessionId attach(CORBA::ULong version, const ZelkoTreeLink::Credentials& who,
                                     ZelkoTreeLink::Subscriber_ptr client) override;
+    ZelkoTreeLink::UserRole roleOf(ZelkoTreeLink::SessionId session) override;
     void write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands,
                ZelkoTreeLink::Checksum check) override;
     void detach(ZelkoTreeLink::SessionId session) override;

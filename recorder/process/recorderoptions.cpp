@@ -2,6 +2,8 @@
 
 #include <recorder/store/recordid.h>
 
+#include <credentials/userentry.h>
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
@@ -42,6 +44,14 @@ void addOptions(QCommandLineParser& parser)
     add("churn", "Changes a second that are made to each device's prepared records, on the tree only, for load tests.",
         "changes", "0");
     add("churn-changes", "After so many of these changes a device rests; 0 for never.", "count", "0");
+    add("users",
+        "Who may do more than look: a file with a line \"name:role:hash\" for each user. Without it every client is a "
+        "viewer.",
+        "file");
+    parser.addOption(
+        {QStringLiteral("make-user"),
+         QStringLiteral("Reads a password and prints a line for that file; takes a name and a role, which is "
+                        "viewer, operator or administrator.")});
     add("export-folder",
         "A folder below which clients may have records exported; may be given more than once. Without any, none are.",
         "folder");
@@ -113,6 +123,24 @@ QString subSystem(const QCommandLineParser& parser)
     return name;
 }
 
+RecorderOptions readNewUser(const QCommandLineParser& parser)
+{
+    const QStringList words = parser.positionalArguments();
+    if (words.size() != 2) {
+        throw BadOption{QStringLiteral("--make-user takes a name and a role")};
+    }
+    const auto role = ZelkoCommon::roleOfName(words[1]);
+    if (!role) {
+        throw BadOption{QStringLiteral("\"%1\" is no role: viewer, operator and administrator are").arg(words[1])};
+    }
+    if (!ZelkoCommon::UserEntry::canBeName(words[0])) {
+        throw BadOption{QStringLiteral("\"%1\" cannot be the name of a user").arg(words[0])};
+    }
+    RecorderOptions options;
+    options.newUser = {words[0], *role};
+    return options;
+}
+
 QStringList exportFolders(const QCommandLineParser& parser)
 {
     QStringList folders;
@@ -127,6 +155,9 @@ QStringList exportFolders(const QCommandLineParser& parser)
 
 RecorderOptions read(const QCommandLineParser& parser)
 {
+    if (parser.isSet(QStringLiteral("make-user"))) {
+        return readNewUser(parser);
+    }
     if (!parser.positionalArguments().isEmpty()) {
         throw BadOption{
             QStringLiteral("nobody knows what to do with \"%1\"").arg(parser.positionalArguments().constFirst())};
@@ -150,6 +181,7 @@ RecorderOptions read(const QCommandLineParser& parser)
     options.pace.speed = number(parser, QStringLiteral("speed"), 0, 1e6);
     const double interval = number(parser, QStringLiteral("index-interval"), 0.001, 86400);
     options.pace.indexInterval = std::chrono::microseconds(std::llround(interval * 1e6));
+    options.usersFile = parser.value(QStringLiteral("users"));
     options.exportFolders = exportFolders(parser);
     options.exitWithParent = parser.isSet(QStringLiteral("exit-with-parent"));
     return options;

@@ -4,6 +4,8 @@
 #include <recorder/served/recordingthread.h>
 #include <recorder/store/recording.h>
 
+#include <credentials/role.h>
+
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -23,6 +25,15 @@ struct RecorderOptions
         int exitCode = 0;
     };
 
+    /// Whom a line for a users file is to be made for.
+    struct NewUser
+    {
+        QString name;
+        ZelkoCommon::Role role = ZelkoCommon::Role::Viewer;
+
+        bool operator==(const NewUser&) const = default;
+    };
+
     QString store;
     QString subSystem = QStringLiteral("local");
     QStringList devices;
@@ -38,6 +49,10 @@ struct RecorderOptions
     /// Records may be exported below these folders, which exist.
     QStringList exportFolders;
     bool exitWithParent = false;
+    /// Empty: there are none, and every client is a viewer.
+    QString usersFile;
+    /// Not to serve, but to print a line for a users file.
+    std::optional<NewUser> newUser;
 
     /// Reads a command line, program name first. Nothing, and in `ending` what to print and the exit code, when it asks
     /// for help or the version, or is wrong: the code is 2 then.

@@ -1,6 +1,7 @@
 #include <recorder/served/deviceservice.h>
 
 #include <recorder/served/awaitresult.h>
+#include <recorder/served/recordingthread.h>
 #include <recorder/served/storeworker.h>
 #include <recorder/store/recordid.h>
 #include <recorder/store/storedfiles.h>
@@ -23,6 +24,7 @@ struct DeviceService::Copier
 DeviceService::DeviceService(const Parts& parts, Listing listing)
     : m_store(parts.store)
     , m_worker(parts.worker)
+    , m_recordings(parts.recordings)
     , m_uses(parts.uses)
     , m_replays(parts.replays)
     , m_clock(parts.clock)
@@ -56,10 +58,26 @@ StoreStatus DeviceService::askWorker(const QString& recordID, const Ask& ask)
     return resultOr(answer, StoreStatus::Ending);
 }
 
-StoreStatus DeviceService::change(const QString& recordID,
-                                  const std::function<RecordChange(const RecordChanges&)>& edit)
+// While it is being recorded the record belongs to the recording. If that has just ended it is the worker's turn again;
+// if it is in its very last step, or somebody else's, the record stays in use.
+StoreStatus DeviceService::edit(const QString& recordID, const RecordEdit& edit)
 {
-    return askWorker(recordID, [&](const auto& answer) { m_worker.change(recordID, edit, answer); });
+    const auto askIt = [&](const auto& answer) { m_worker.edit(recordID, edit, answer); };
+    const StoreStatus status = askWorker(recordID, askIt);
+    if (status != StoreStatus::InUse) {
+        return status;
+    }
+    const std::optional<StoreStatus> ofRecording = editRecording(recordID, edit);
+    return ofRecording ? *ofRecording : askWorker(recordID, askIt);
+}
+
+// Nothing if it is not being recorded.
+std::optional<StoreStatus> DeviceService::editRecording(const QString& recordID, const RecordEdit& edit)
+{
+    bool isRecording = false;
+    const StoreStatus status =
+        askWorker(recordID, [&](const auto& answer) { isRecording = m_recordings.edit(recordID, edit, answer); });
+    return isRecording ? std::optional(status) : std::nullopt;
 }
 
 StoreStatus DeviceService::synchronize(const QString& recordID)
@@ -69,33 +87,32 @@ StoreStatus DeviceService::synchronize(const QString& recordID)
 
 StoreStatus DeviceService::setComment(const QString& recordID, const QString& comment)
 {
-    return change(recordID, [=](const RecordChanges& changes) { return changes.setComment(recordID, comment); });
+    return edit(recordID, commentEdit(comment));
 }
 
 StoreStatus DeviceService::setDeletable(const QString& recordID, bool deletable)
 {
-    return change(recordID, [=](const RecordChanges& changes) { return changes.setDeletable(recordID, deletable); });
+    return edit(recordID, deletableEdit(deletable));
 }
 
 StoreStatus DeviceService::setBookmarks(const QString& recordID, const Bookmarks& bookmarks)
 {
-    return change(recordID, [=](const RecordChanges& changes) { return changes.setBookmarks(recordID, bookmarks); });
+    return edit(recordID, bookmarksEdit(bookmarks));
 }
 
 StoreStatus DeviceService::deleteBookmarks(const QString& recordID, const Bookmarks& bookmarks)
 {
-    return change(recordID, [=](const RecordChanges& changes) { return changes.deleteBookmarks(recordID, bookmarks); });
+    return edit(recordID, bookmarksDeletion(bookmarks));
 }
 
 StoreStatus DeviceService::addHistory(const QString& recordID, const QString& text)
 {
-    const auto now = static_cast<quint64>(m_clock.now());
-    return change(recordID, [=](const RecordChanges& changes) { return changes.addHistory(recordID, text, now); });
+    return edit(recordID, historyAddition(text, static_cast<quint64>(m_clock.now())));
 }
 
 StoreStatus DeviceService::removeHistory(const QString& recordID, quint64 key)
 {
-    return change(recordID, [=](const RecordChanges& changes) { return changes.removeHistory(recordID, key); });
+    return edit(recordID, historyRemoval(key));
 }
 
 // The use lasts as long as the job, even if nobody waits for it any more.

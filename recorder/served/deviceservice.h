@@ -2,8 +2,8 @@
 
 #include <recorder/served/replays.h>
 #include <recorder/store/deviceclock.h>
-#include <recorder/store/recordchanges.h>
 #include <recorder/store/recordcopy.h>
+#include <recorder/store/recordedits.h>
 
 #include <functional>
 #include <memory>
@@ -11,6 +11,7 @@
 
 namespace ZelkoRecorder {
 
+class RecordingThread;
 class StoreWorker;
 
 /// What clients of the recorder's service may ask of one device, whoever has seen to it that they may.
@@ -32,6 +33,7 @@ public:
     {
         const DeviceStore& store;
         StoreWorker& worker;
+        RecordingThread& recordings;
         RecordUses& uses;
         Replays& replays;
         DeviceClock& clock;
@@ -52,7 +54,8 @@ public:
     StoreStatus synchronize(const QString& recordID);
     /// @}
 
-    /// @name Changes, as RecordChanges makes them
+    /// @name Changes, by the edits of these names. A record that is being recorded takes them all but the deletable
+    /// flag, which gives `InUse` then
     /// @{
     StoreStatus setComment(const QString& recordID, const QString& comment);
     StoreStatus setDeletable(const QString& recordID, bool deletable);
@@ -89,11 +92,13 @@ private:
 
     template <typename Ask>
     StoreStatus askWorker(const QString& recordID, const Ask& ask);
-    StoreStatus change(const QString& recordID, const std::function<RecordChange(const RecordChanges&)>& edit);
+    StoreStatus edit(const QString& recordID, const RecordEdit& edit);
+    std::optional<StoreStatus> editRecording(const QString& recordID, const RecordEdit& edit);
     StoreStatus runCopy(RecordCopy& copy);
 
     const DeviceStore m_store;
     StoreWorker& m_worker;
+    RecordingThread& m_recordings;
     RecordUses& m_uses;
     Replays& m_replays;
     DeviceClock& m_clock;

@@ -29,9 +29,10 @@ QString exportId(const QString& device, const QString& recordID, const QString& 
 
 } // namespace
 
-ExportQueue::ExportQueue(const ExportFolders& folders, QObject* parent)
+ExportQueue::ExportQueue(const ExportFolders& folders, Brake brake, QObject* parent)
     : QObject(parent)
     , m_folders(folders)
+    , m_brake(std::move(brake))
 {}
 
 ExportQueue::~ExportQueue()
@@ -114,6 +115,9 @@ void ExportQueue::run(const ErrandPointer& errand)
     const StoreStatus status = errand->job.run(
         [&](quint64 moved) {
             report(errand, moved);
+            if (m_brake) {
+                m_brake();
+            }
             return !m_ending && !errand->cancelled;
         },
         [&] { return errand->partial.load(); });

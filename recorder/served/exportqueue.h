@@ -10,6 +10,7 @@
 #include <QString>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -30,7 +31,10 @@ public:
         RecordUses& uses;
     };
 
-    explicit ExportQueue(const ExportFolders& folders, QObject* parent = nullptr);
+    /// Called before each part that is moved, on the thread of the exports, which it may slow down.
+    using Brake = std::function<void()>;
+
+    explicit ExportQueue(const ExportFolders& folders, Brake brake = {}, QObject* parent = nullptr);
 
     /// Gives up the export under way, without any of its files, and forgets the others. Nobody may call any more.
     ~ExportQueue() override;
@@ -70,6 +74,7 @@ private:
     void tellPending();
 
     const ExportFolders m_folders;
+    const Brake m_brake;
     mutable std::mutex m_mutex;
     QList<ErrandPointer> m_errands; // the first may be under way
     bool m_isRunning = false;

@@ -57,6 +57,12 @@ void RecordingThread::stopRecording(const QString& recordID)
     }
 }
 
+bool RecordingThread::edit(const QString& recordID, const RecordEdit& edit, const EditQueue::Answer& answer)
+{
+    const std::lock_guard lock(m_mutex);
+    return m_recordID == recordID && m_edits && m_edits->post(edit, answer);
+}
+
 void RecordingThread::recordAll()
 {
     RecordedSources recorded(m_store.folder());
@@ -98,9 +104,11 @@ bool RecordingThread::record(const QString& source)
         m_news.post([this, record] { Q_EMIT recordChanged(record); });
     };
     const auto use = m_uses.begin(id, RecordUses::Kind::Recording);
-    const std::stop_token stop = begin(id);
+    const auto edits = std::make_shared<EditQueue>();
+    const std::stop_token stop = begin(id, edits);
     qCInfo(recorderLog).noquote() << m_device << ": recording" << id << "from" << source;
     Recording recording(m_store, *signal, birth, m_pace, tell);
+    recording.takeEditsFrom(*edits);
     if (!recording.run(stop, &error)) {
         qCWarning(recorderLog).noquote() << m_device << ": recording" << id << "failed:" << error;
     }
@@ -109,11 +117,12 @@ bool RecordingThread::record(const QString& source)
     return recording.isComplete();
 }
 
-std::stop_token RecordingThread::begin(const QString& recordID)
+std::stop_token RecordingThread::begin(const QString& recordID, const std::shared_ptr<EditQueue>& edits)
 {
     m_news.post([this, recordID] { Q_EMIT recordBegins(recordID); });
     const std::lock_guard lock(m_mutex);
     m_recordID = recordID;
+    m_edits = edits;
     m_stop = std::stop_source();
     if (m_ending) {
         m_stop.request_stop();

@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -49,6 +50,10 @@ public:
     /// Ends the recording of this record, if it is under way, and goes on to the next source.
     void stopRecording(const QString& recordID);
 
+    /// Edits the record while it is being recorded. False, and nobody is answered, if it is not, or no longer. Any
+    /// thread.
+    bool edit(const QString& recordID, const RecordEdit& edit, const EditQueue::Answer& answer);
+
 Q_SIGNALS:
     /// A record is about to be born. Comes before anything of it is on disk.
     void recordBegins(const QString& recordID);
@@ -63,7 +68,7 @@ private:
     void recordAll();
     void recordOne(const QString& source, RecordedSources& recorded);
     bool record(const QString& source);
-    std::stop_token begin(const QString& recordID);
+    std::stop_token begin(const QString& recordID, const std::shared_ptr<EditQueue>& edits);
 
     const QString m_device;
     const DeviceStore m_store;
@@ -77,6 +82,7 @@ private:
     std::mutex m_mutex;
     std::stop_source m_stop; // of the recording under way, with its record's ID
     QString m_recordID;
+    std::shared_ptr<EditQueue> m_edits;
 
     Mailbox m_news;
     std::thread m_thread;

@@ -96,7 +96,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     , replays(uses)
     , replayValues(tree, identity.id, replays)
     , churn(records, prepared, plan.churn)
-    , service({store, worker, uses, replays, clock}, [this] {
+    , service({store, worker, recordings, uses, replays, clock}, [this] {
         return awaitResult([this](auto job) { requests.post(std::move(job)); }, [this] { return listed(); },
                            RecordPointers());
     })

@@ -26,8 +26,8 @@ LinkAdmission::Outcome outcomeOnLink(Authenticator::Outcome outcome)
 
 CallerOfCall callersBySession(const TreeLinkServer& server)
 {
-    return [&server] {
-        const auto user = server.userOf(ZelkoCommon::CallingSession::current());
+    return [users = server.users()] {
+        const auto user = users(ZelkoCommon::CallingSession::current());
         return user ? Caller{user->name, user->role} : Caller{};
     };
 }

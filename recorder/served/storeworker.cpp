@@ -54,10 +54,10 @@ void StoreWorker::readOne(const QString& recordID, const Answer& answer)
 }
 
 // After a failure the disk may have the new state all the same: then that is what is shown.
-void StoreWorker::change(const QString& recordID, const Change& change, const Answer& answer)
+void StoreWorker::edit(const QString& recordID, const RecordEdit& edit, const Answer& answer)
 {
-    m_thread.enqueue([this, recordID, change, answer] {
-        const RecordChange made = change(RecordChanges(m_store));
+    m_thread.enqueue([this, recordID, edit, answer] {
+        const RecordChange made = RecordChanges(m_store).make(recordID, edit);
         if (made.record) {
             m_known.insert(recordID);
             tellOf({made.record});

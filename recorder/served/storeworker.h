@@ -23,9 +23,8 @@ class StoreWorker : public QObject
     Q_OBJECT
 
 public:
-    /// A change of one record, and who is told how it ended. Both run on the worker's thread; an answer that the end of
-    /// the worker overtakes is destroyed without being called.
-    using Change = std::function<RecordChange(const RecordChanges&)>;
+    /// Who is told how a job ended, on the worker's thread. An answer that the end of the worker overtakes is destroyed
+    /// without being called.
     using Answer = std::function<void(StoreStatus)>;
 
     /// `uses` outlives the worker.
@@ -47,8 +46,8 @@ public:
     /// Reads one record anew; tells that it is gone, and answers so, if it cannot be read.
     void readOne(const QString& recordID, const Answer& answer = {});
 
-    /// Changes one record. The new state is on its way as a signal when the answer comes.
-    void change(const QString& recordID, const Change& change, const Answer& answer);
+    /// Edits one record at rest, as RecordChanges does. The new state is on its way as a signal when the answer comes.
+    void edit(const QString& recordID, const RecordEdit& edit, const Answer& answer);
 
     /// Takes up a record that somebody else has put into the store.
     void add(const RecordPointer& record);

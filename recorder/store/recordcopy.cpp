@@ -1,7 +1,7 @@
 #include <recorder/store/recordcopy.h>
 
 #include <recorder/source/regularfile.h>
-#include <recorder/store/recordchanges.h>
+#include <recorder/store/recordedits.h>
 #include <recorder/store/recordid.h>
 #include <recorder/store/recordrepair.h>
 #include <recorder/store/storedfiles.h>
@@ -56,7 +56,7 @@ RecordCopy::RecordCopy(const DeviceStore& store, const QString& sourceID, const 
                        RecordRange::Unit unit, const QString& name, quint64 now)
     : m_store(store)
     , m_now(now)
-    , m_status(name.size() > RecordChanges::longestName ? StoreStatus::TooLong : prepare(sourceID, ranges, unit))
+    , m_status(name.size() > longestRecordName ? StoreStatus::TooLong : prepare(sourceID, ranges, unit))
 {
     if (m_status == StoreStatus::Done) {
         describe(name);

@@ -11,12 +11,29 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
 namespace ZelkoRecorder {
 
 using ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+// As QSaveFile names what it writes to until it is complete.
+bool isTemporary(const std::string& name)
+{
+    static const std::string prefix = std::string(ZELKO_XML::metaDataFileName.latin1()) + '.';
+    constexpr std::size_t randomCharacters = 6;
+    const auto isRandom = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    };
+    return name.size() == prefix.size() + randomCharacters && name.starts_with(prefix) &&
+           std::all_of(name.end() - randomCharacters, name.end(), isRandom);
+}
+
+} // namespace
 
 QString sampleFilePath(const QString& folder, const ZELKO_RecordData& record)
 {
@@ -37,13 +54,10 @@ bool saveMetaData(const QString& folder, const ZELKO_RecordData& record)
 // Reads the folder's names past QDir, which would ask the disk for each file: this is done for every record of a store.
 void removeTemporaries(const QString& folder)
 {
-    static const std::string prefix = std::string(ZELKO_XML::metaDataFileName.latin1()) + '.';
-    constexpr std::size_t randomLetters = 6;
     std::error_code error;
     for (std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error), end;
          !error && entry != end; entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        if (name.size() == prefix.size() + randomLetters && name.starts_with(prefix)) {
+        if (isTemporary(entry->path().filename().string())) {
             QFile::remove(QFile::decodeName(entry->path().c_str()));
         }
     }

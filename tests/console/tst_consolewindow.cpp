@@ -5,6 +5,7 @@
 #include <console/records/devicerecords.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
+#include <console/session/consoleuser.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/window/consolewindow.h>
 
@@ -35,7 +36,7 @@ struct Setting : RecordListSetting
     void open()
     {
         window.reset();
-        window = std::make_unique<ConsoleWindow>(&site, &settings);
+        window = std::make_unique<ConsoleWindow>(&site, &user, &settings);
         window->show();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
@@ -45,6 +46,7 @@ struct Setting : RecordListSetting
 
     QTemporaryDir folder;
     QSettings settings;
+    ConsoleUser user{site};
     std::unique_ptr<ConsoleWindow> window;
 };
 
@@ -121,9 +123,9 @@ private Q_SLOTS:
     void goesToDevicesAndRecordsByShortcut()
     {
         const Setting setting(3);
-        QTest::keyClick(setting.window.get(), Qt::Key_R, Qt::ControlModifier);
+        QTest::keyClick(setting.window.get(), Qt::Key_2, Qt::ControlModifier);
         QVERIFY(setting.window->records()->table()->hasFocus());
-        QTest::keyClick(setting.window.get(), Qt::Key_D, Qt::ControlModifier);
+        QTest::keyClick(setting.window.get(), Qt::Key_1, Qt::ControlModifier);
         QVERIFY(setting.window->devices()->hasFocus());
     }
 
@@ -182,7 +184,8 @@ private Q_SLOTS:
         for (const QAction* const action : setting.window->menuBar()->actions()) {
             titles.append(action->text());
         }
-        QCOMPARE(titles, QStringList({QStringLiteral("&File"), QStringLiteral("&View"), QStringLiteral("&Help")}));
+        QCOMPARE(titles, QStringList({QStringLiteral("&File"), QStringLiteral("&Recording"), QStringLiteral("&View"),
+                                      QStringLiteral("&User"), QStringLiteral("&Help")}));
     }
 
     void remembersSizeAndColumns()

@@ -32,7 +32,8 @@ private Q_SLOTS:
         SampleSite site({north});
         site.addDevice(north, device);
         site.setRecord(north, device, record("a"));
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         const QSignalSpy connected(&records, &DeviceRecords::connectionChanged);
         records.follow(path);
         QVERIFY(records.isConnected());
@@ -44,7 +45,8 @@ private Q_SLOTS:
     void waitsForAListThatComesLater()
     {
         SampleSite site({north});
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         QVERIFY(!records.isConnected());
         site.addDevice(north, device);
@@ -56,7 +58,8 @@ private Q_SLOTS:
         SampleSite site({north});
         site.addDevice(north, device);
         site.setRecord(north, device, record("a"));
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         QSignalSpy connection(&records, &DeviceRecords::connectionChanged);
         site.removeDevice(north, device);
@@ -74,7 +77,8 @@ private Q_SLOTS:
         SampleSite site({north});
         site.addDevice(north, device);
         site.setRecord(north, device, record("a"));
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         records.follow(QString());
         QVERIFY(!records.isConnected());
@@ -86,7 +90,8 @@ private Q_SLOTS:
     {
         SampleSite site({north});
         site.addDevice(north, device);
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         QSignalSpy connection(&records, &DeviceRecords::connectionChanged);
         records.follow(path);
@@ -119,7 +124,8 @@ private Q_SLOTS:
         for (int row = 0; row < rows; ++row) {
             site.setRecord(north, device, record(QByteArray::number(row).constData()));
         }
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         QCOMPARE(records.progress(), loading ? (LoadProgress{rows, loadCount}) : LoadProgress());
         QCOMPARE(records.isComplete(), complete);
@@ -130,7 +136,8 @@ private Q_SLOTS:
         SampleSite site({north});
         site.addDevice(north, device);
         site.setLoad(north, device, 2, false);
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         QSignalSpy progress(&records, &DeviceRecords::progressChanged);
         site.setRecord(north, device, record("a"));
@@ -146,7 +153,8 @@ private Q_SLOTS:
         site.addDevice(north, device);
         site.setRecord(north, device, record("a"));
         site.setRecord(north, device, record("b"));
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         QVERIFY(records.isComplete());
         site.clearRecords(north, device);
@@ -162,7 +170,8 @@ private Q_SLOTS:
         SampleSite site({north});
         site.addDevice(north, device);
         site.setRecord(north, device, record("a"));
-        DeviceRecords records;
+        ZelkoGUI::RecordItemMapModel model(nullptr);
+        DeviceRecords records(&model);
         records.follow(path);
         site.clearRecords(north, device);
         QVERIFY(!records.isComplete());

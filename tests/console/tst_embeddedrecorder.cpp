@@ -1,6 +1,7 @@
 #include "recorderstart.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -169,6 +170,27 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Failed, patience);
         QCOMPARE(recorder.failure(), QStringLiteral("it does not get ready"));
         QTRY_VERIFY(!processExists(process));
+    }
+
+    void startsTheNextOneOnlyWhenTheOneThatWasGivenUpHasEnded()
+    {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral("already running")));
+        const QTemporaryDir folder;
+        auto options = recorderStart(folder);
+        options.readyTimeout = std::chrono::milliseconds(50);
+        options.firstRestart = options.lastRestart = std::chrono::milliseconds(0);
+        const QString log = folder.filePath(QStringLiteral("log"));
+        options.program = script(folder, "echo $$ >> " + log.toUtf8() + "; exec sleep 60");
+        EmbeddedRecorder recorder(options);
+        QList<State> states;
+        connect(&recorder, &EmbeddedRecorder::changed, this, [&] { states.append(recorder.state()); });
+        recorder.start();
+        QTRY_VERIFY_WITH_TIMEOUT(linesOf(log).size() >= 3, patience);
+        recorder.stop();
+        states.removeLast();
+        for (qsizetype i = 0; i < states.size(); ++i) {
+            QCOMPARE(states[i], i % 2 == 0 ? State::Starting : State::Failed);
+        }
     }
 
     void tellsThatTheStoreCannotBeMade()

@@ -31,7 +31,7 @@ struct Setting : RecordListSetting
     QProgressBar& bar() const { return *pane.findChild<QProgressBar*>(QStringLiteral("loadProgress")); }
     QLabel& barLabel() const { return *pane.findChild<QLabel*>(QStringLiteral("loadLabel")); }
 
-    RecordPane pane;
+    RecordPane pane{site.connectionData()};
 };
 
 } // namespace

@@ -59,7 +59,7 @@ struct Setting : RecordListSetting
     QStringList selected() const { return shownrecords::selectedIds(table); }
     QString topId() const { return shownrecords::id(table.indexAt(QPoint(0, 0))); }
 
-    RecordPane pane;
+    RecordPane pane{site.connectionData()};
     RecordTableView& table = *pane.table();
 };
 

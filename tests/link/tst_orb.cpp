@@ -20,6 +20,7 @@ public:
     {
         return version + 1000;
     }
+    ZelkoTreeLink::UserRole roleOf(ZelkoTreeLink::SessionId) override { return ZelkoTreeLink::ROLE_VIEWER; }
     void write(ZelkoTreeLink::SessionId, const ZelkoTreeLink::Batch&, ZelkoTreeLink::Checksum) override {}
     void detach(ZelkoTreeLink::SessionId) override {}
 };

@@ -70,8 +70,8 @@ struct Fixture
     explicit Fixture(const TreeLinkServerOptions& options = {}, TreeLinkServer::Authenticate authenticate = {})
         : server(
               orb, tree, options,
-              [](const QString& user, const ValueBase& value) {
-                  return user == "operator" && value.GetName() != "Locked";
+              [](const LinkUser& user, const ValueBase& value) {
+                  return user.name == "operator" && value.GetName() != "Locked";
               },
               std::move(authenticate))
     {
@@ -173,6 +173,12 @@ private Q_SLOTS:
     void aStateWithAFrameLargerThanTheBacklogComesToAnEnd();
     void refusesAnotherVersion();
     void refusesWhoIsNotKnown();
+    void saysWhyNobodyIsAdmittedNow_data();
+    void saysWhyNobodyIsAdmittedNow();
+    void tellsWhatAUserIs_data();
+    void tellsWhatAUserIs();
+    void takesEverybodyForAViewerWithoutAnAuthenticator();
+    void knowsNobodyByASessionThatEnded();
     void refusesWhoCannotBeCalledBack();
     void refusesMoreClientsThanItTakes();
     void refusesMoreClientsOfOneHostThanItTakes();
@@ -242,11 +248,72 @@ void TestTreeLinkServer::refusesAnotherVersion()
 
 void TestTreeLinkServer::refusesWhoIsNotKnown()
 {
-    Fixture f({}, [](const QString& user, const QString& password) {
-        return user == QStringLiteral("Jürgen") && password == "secret";
+    using Outcome = LinkAdmission::Outcome;
+    Fixture f({}, [](const QString& user, const QString& password, const std::string&) {
+        const bool known = user == QStringLiteral("Jürgen") && password == "secret";
+        return LinkAdmission{known ? Outcome::Admitted : Outcome::Denied};
     });
-    QCOMPARE(f.refusalOfAttach("operator"), "1: user or password are wrong");
+    QCOMPARE(f.refusalOfAttach("operator"), "1: access is denied: user or password are wrong");
     QCOMPARE(f.refusalOfAttach("J\xc3\xbcrgen"), QString());
+}
+
+void TestTreeLinkServer::saysWhyNobodyIsAdmittedNow_data()
+{
+    QTest::addColumn<LinkAdmission::Outcome>("outcome");
+    QTest::addColumn<QString>("refusal");
+    QTest::newRow("too many tries") << LinkAdmission::Outcome::TooManyTries
+                                    << "1: access is denied for a while, as too many wrong passwords came from here";
+    QTest::newRow("busy") << LinkAdmission::Outcome::Busy << "6: it has too many passwords to check";
+}
+
+void TestTreeLinkServer::saysWhyNobodyIsAdmittedNow()
+{
+    QFETCH(const LinkAdmission::Outcome, outcome);
+    Fixture f({}, [&](const QString&, const QString&, const std::string&) { return LinkAdmission{outcome}; });
+    QTEST(f.refusalOfAttach("operator"), "refusal");
+    QCOMPARE(f.server.sessionCount(), 0);
+}
+
+void TestTreeLinkServer::tellsWhatAUserIs_data()
+{
+    QTest::addColumn<ZelkoCommon::Role>("role");
+    QTest::addColumn<int>("told");
+    QTest::newRow("a viewer") << ZelkoCommon::Role::Viewer << int{ZelkoTreeLink::ROLE_VIEWER};
+    QTest::newRow("an operator") << ZelkoCommon::Role::Operator << int{ZelkoTreeLink::ROLE_OPERATOR};
+    QTest::newRow("an administrator") << ZelkoCommon::Role::Administrator << int{ZelkoTreeLink::ROLE_ADMINISTRATOR};
+}
+
+void TestTreeLinkServer::tellsWhatAUserIs()
+{
+    QFETCH(const ZelkoCommon::Role, role);
+    Fixture f({}, [&](const QString&, const QString&, const std::string&) {
+        return LinkAdmission{LinkAdmission::Outcome::Admitted, role};
+    });
+    const auto session = f.attach("anna");
+    QTEST(int{f.remote->roleOf(session)}, "told");
+    QCOMPARE(f.server.users()(session), (LinkUser{"anna", role}));
+}
+
+void TestTreeLinkServer::takesEverybodyForAViewerWithoutAnAuthenticator()
+{
+    Fixture f;
+    QCOMPARE(int{f.remote->roleOf(f.attach("administrator"))}, int{ZelkoTreeLink::ROLE_VIEWER});
+}
+
+void TestTreeLinkServer::knowsNobodyByASessionThatEnded()
+{
+    auto f = std::make_unique<Fixture>();
+    const auto first = f->attach();
+    const auto second = f->attach();
+    const auto users = f->server.users();
+    f->remote->detach(first);
+    QTRY_COMPARE(f->server.sessionCount(), 1);
+    QVERIFY(!users(first));
+    QVERIFY_EXCEPTION_THROWN(f->remote->roleOf(first), ZelkoTreeLink::Refused);
+    QVERIFY(!users(0));
+    QVERIFY(users(second));
+    f.reset();
+    QVERIFY(!users(second));
 }
 
 void TestTreeLinkServer::refusesWhoCannotBeCalledBack()
@@ -396,9 +463,11 @@ void TestTreeLinkServer::manyRefusedWritesToALargeMapMakeOneState()
 void TestTreeLinkServer::refusesWritesOfAUserWithoutRights()
 {
     Fixture f;
+    QSignalSpy refused(&f.server, &TreeLinkServer::writeRefused);
     const auto session = f.attach("");
     QCOMPARE(f.write(session, FrameStream().commands(2, setInt(5)).bytes()), "4: user \"\" may not write /A/Number");
     QCOMPARE(f.number->GetValue(), 0);
+    QCOMPARE(refused, (QList<QVariantList>{{"", "user \"\" may not write /A/Number"}}));
 }
 
 void TestTreeLinkServer::doesTheRestOfABatchOfWhichAPartIsRefused()

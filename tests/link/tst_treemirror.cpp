@@ -90,6 +90,7 @@ private Q_SLOTS:
     void executesCommandsInTheNameOfThePeer();
     void removesWhatIsWithdrawn();
     void removesWhatItMadeWhenCleared();
+    void removesNodesThatOnlyAValueNeededWhenCleared();
     void tellsReadyEachTime();
     void knowsTheHandlesOfItsValuesOnly();
     void aFreshStateRemovesWhatIsNotAnnouncedAgain();
@@ -163,6 +164,19 @@ void TestTreeMirror::removesWhatItMadeWhenCleared()
     QVERIFY(f.find<Value<int>>("/Local"));
     f.feed(twoValues().ready());
     QCOMPARE(treeList(f.tree, root), before);
+}
+
+void TestTreeMirror::removesNodesThatOnlyAValueNeededWhenCleared()
+{
+    Fixture f;
+    FrameStream stream;
+    stream.begin().announce(1, "/A/B/Number", "Integer").announce(2, "/C/D/Text", "Text").ready();
+    QCOMPARE(f.feed(stream), Progress::Idle);
+    auto* const local = f.tree.Emplace<Value<int>>(root + "/C", std::make_unique<Value<int>>("Mine"));
+    f.mirror.clear();
+    QVERIFY(!f.tree.GetItem(root + "/A"));
+    QVERIFY(!f.tree.GetItem(root + "/C/D"));
+    QCOMPARE(f.tree.GetItem(root + "/C/Mine"), local);
 }
 
 void TestTreeMirror::tellsReadyEachTime()

@@ -85,34 +85,35 @@ void TestRecordChanges::init()
 
 void TestRecordChanges::makesTheCommentTheName()
 {
-    const RecordChange change = changes().setComment(id, QStringLiteral("Harbour"));
+    const RecordChange change = changes().make(id, commentEdit(QStringLiteral("Harbour")));
     QCOMPARE(change.status, StoreStatus::Done);
     QCOMPARE(stored().GetRecordName(), QStringLiteral("Harbour"));
     QVERIFY(*change.record == stored());
-    QCOMPARE(changes().setComment(id, QString()).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, commentEdit(QString())).status, StoreStatus::Done);
     QCOMPARE(stored().GetRecordName(), QString());
 }
 
 void TestRecordChanges::setsTheDeletableFlag()
 {
-    QCOMPARE(changes().setDeletable(id, false).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, deletableEdit(false)).status, StoreStatus::Done);
     QVERIFY(!stored().GetDeletable());
-    QCOMPARE(changes().setDeletable(id, true).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, deletableEdit(true)).status, StoreStatus::Done);
     QVERIFY(stored().GetDeletable());
 }
 
 void TestRecordChanges::replacesTheBookmarks()
 {
-    QCOMPARE(changes().setBookmarks(id, {bookmark(1, QStringLiteral("a"))}).status, StoreStatus::Done);
-    QCOMPARE(changes().setBookmarks(id, {bookmark(3, QStringLiteral("c")), bookmark(2, QStringLiteral("b"))}).status,
-             StoreStatus::Done);
+    QCOMPARE(changes().make(id, bookmarksEdit({bookmark(1, QStringLiteral("a"))})).status, StoreStatus::Done);
+    QCOMPARE(
+        changes().make(id, bookmarksEdit({bookmark(3, QStringLiteral("c")), bookmark(2, QStringLiteral("b"))})).status,
+        StoreStatus::Done);
     QCOMPARE(textOf(stored().GetBookmarkEntry()), QStringLiteral("3 c, 2 b"));
 }
 
 void TestRecordChanges::takesAwayAllBookmarksWithAnEmptyList()
 {
-    QCOMPARE(changes().setBookmarks(id, {bookmark(1, QStringLiteral("a"))}).status, StoreStatus::Done);
-    QCOMPARE(changes().setBookmarks(id, {}).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, bookmarksEdit({bookmark(1, QStringLiteral("a"))})).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, bookmarksEdit({})).status, StoreStatus::Done);
     QCOMPARE(textOf(stored().GetBookmarkEntry()), QString());
 }
 
@@ -125,10 +126,13 @@ void TestRecordChanges::deletesBookmarks_data()
     const auto done = static_cast<int>(StoreStatus::Done);
     const auto unknown = static_cast<int>(StoreStatus::UnknownEntry);
     QTest::newRow("none") << QVector<BookmarkEntry>() << done << all;
-    QTest::newRow("some") << QVector{bookmark(3, QStringLiteral("c")), bookmark(1, QStringLiteral("a"))} << done << QStringLiteral("2 b, 2 b");
-    QTest::newRow("one of two that are equal") << QVector{bookmark(2, QStringLiteral("b"))} << done << QStringLiteral("1 a, 2 b, 3 c");
+    QTest::newRow("some") << QVector{bookmark(3, QStringLiteral("c")), bookmark(1, QStringLiteral("a"))} << done
+                          << QStringLiteral("2 b, 2 b");
+    QTest::newRow("one of two that are equal")
+        << QVector{bookmark(2, QStringLiteral("b"))} << done << QStringLiteral("1 a, 2 b, 3 c");
     QTest::newRow("both of two that are equal")
-        << QVector{bookmark(2, QStringLiteral("b")), bookmark(2, QStringLiteral("b"))} << done << QStringLiteral("1 a, 3 c");
+        << QVector{bookmark(2, QStringLiteral("b")), bookmark(2, QStringLiteral("b"))} << done
+        << QStringLiteral("1 a, 3 c");
     QTest::newRow("of another text") << QVector{bookmark(1, QStringLiteral("b"))} << unknown << all;
     QTest::newRow("at another time") << QVector{bookmark(4, QStringLiteral("a"))} << unknown << all;
     QTest::newRow("one that is there and one that is not")
@@ -138,19 +142,19 @@ void TestRecordChanges::deletesBookmarks_data()
 void TestRecordChanges::deletesBookmarks()
 {
     QFETCH(const QVector<BookmarkEntry>, gone);
-    QCOMPARE(
-        changes()
-            .setBookmarks(id, {bookmark(1, QStringLiteral("a")), bookmark(2, QStringLiteral("b")), bookmark(2, QStringLiteral("b")), bookmark(3, QStringLiteral("c"))})
-            .status,
-        StoreStatus::Done);
-    QTEST(static_cast<int>(changes().deleteBookmarks(id, gone).status), "status");
+    QCOMPARE(changes()
+                 .make(id, bookmarksEdit({bookmark(1, QStringLiteral("a")), bookmark(2, QStringLiteral("b")),
+                                          bookmark(2, QStringLiteral("b")), bookmark(3, QStringLiteral("c"))}))
+                 .status,
+             StoreStatus::Done);
+    QTEST(static_cast<int>(changes().make(id, bookmarksDeletion(gone)).status), "status");
     QTEST(textOf(stored().GetBookmarkEntry()), "left");
 }
 
 void TestRecordChanges::addsToTheHistory()
 {
-    QCOMPARE(changes().addHistory(id, QStringLiteral("first"), 100).status, StoreStatus::Done);
-    QCOMPARE(changes().addHistory(id, QString(), 50).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, historyAddition(QStringLiteral("first"), 100)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, historyAddition(QString(), 50)).status, StoreStatus::Done);
     const QVector<HistoryEntry> history = stored().GetHistoryEntry();
     QCOMPARE(history.size(), 2);
     QCOMPARE(history.at(0).GetHistoryEntry(), QStringLiteral("first"));
@@ -160,11 +164,12 @@ void TestRecordChanges::addsToTheHistory()
 
 void TestRecordChanges::givesEachCommentAKeyOfItsOwn()
 {
-    for (const quint64 now : {100, 101, 100, 100}) {
-        QCOMPARE(changes().addHistory(id, QStringLiteral("text"), now).status, StoreStatus::Done);
+    for (const quint64 now : QList<quint64>{100, 101, 100, 100}) {
+        QCOMPARE(changes().make(id, historyAddition(QStringLiteral("text"), now)).status, StoreStatus::Done);
     }
     QList<quint64> keys;
-    for (const HistoryEntry& comment : stored().GetHistoryEntry()) {
+    const ZELKO_RecordData record = stored();
+    for (const HistoryEntry& comment : record.GetHistoryEntry()) {
         keys.append(comment.GetTimestamp());
     }
     QCOMPARE(keys, (QList<quint64>{100, 101, 102, 103}));
@@ -172,11 +177,11 @@ void TestRecordChanges::givesEachCommentAKeyOfItsOwn()
 
 void TestRecordChanges::removesFromTheHistory()
 {
-    QCOMPARE(changes().addHistory(id, QStringLiteral("first"), 100).status, StoreStatus::Done);
-    QCOMPARE(changes().addHistory(id, QStringLiteral("second"), 200).status, StoreStatus::Done);
-    QCOMPARE(changes().removeHistory(id, 150).status, StoreStatus::UnknownEntry);
-    QCOMPARE(changes().removeHistory(id, 100).status, StoreStatus::Done);
-    QCOMPARE(changes().removeHistory(id, 100).status, StoreStatus::UnknownEntry);
+    QCOMPARE(changes().make(id, historyAddition(QStringLiteral("first"), 100)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, historyAddition(QStringLiteral("second"), 200)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, historyRemoval(150)).status, StoreStatus::UnknownEntry);
+    QCOMPARE(changes().make(id, historyRemoval(100)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, historyRemoval(100)).status, StoreStatus::UnknownEntry);
     const ZELKO_RecordData record = stored();
     QCOMPARE(record.GetHistoryEntry().size(), 1);
     QCOMPARE(record.GetHistoryEntry().at(0).GetHistoryEntry(), QStringLiteral("second"));
@@ -196,9 +201,9 @@ void TestRecordChanges::keepsEveryCharacter_data()
 void TestRecordChanges::keepsEveryCharacter()
 {
     QFETCH(const QString, text);
-    QCOMPARE(changes().setComment(id, text).status, StoreStatus::Done);
-    QCOMPARE(changes().setBookmarks(id, {bookmark(1, text)}).status, StoreStatus::Done);
-    QCOMPARE(changes().addHistory(id, text, 1).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, commentEdit(text)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, bookmarksEdit({bookmark(1, text)})).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, historyAddition(text, 1)).status, StoreStatus::Done);
     const ZELKO_RecordData record = stored();
     QCOMPARE(record.GetRecordName(), text);
     QCOMPARE(record.GetBookmarkEntry().at(0).GetBookmark(), text);
@@ -207,43 +212,45 @@ void TestRecordChanges::keepsEveryCharacter()
 
 void TestRecordChanges::refusesWhatIsTooLong()
 {
-    const QString longest(RecordChanges::longestText, QLatin1Char('x'));
+    const QString longest(longestRecordText, QLatin1Char('x'));
     const QString tooLong = longest + QLatin1Char('x');
-    QCOMPARE(changes().addHistory(id, longest, 1).status, StoreStatus::Done);
-    QCOMPARE(changes().addHistory(id, tooLong, 1).status, StoreStatus::TooLong);
-    QCOMPARE(changes().setBookmarks(id, {bookmark(1, longest)}).status, StoreStatus::Done);
-    QCOMPARE(changes().setBookmarks(id, {bookmark(1, QStringLiteral("a")), bookmark(1, tooLong)}).status, StoreStatus::TooLong);
-    const QString longestName(RecordChanges::longestName, QLatin1Char('x'));
-    QCOMPARE(changes().setComment(id, longestName).status, StoreStatus::Done);
-    QCOMPARE(changes().setComment(id, longestName + QLatin1Char('x')).status, StoreStatus::TooLong);
+    QCOMPARE(changes().make(id, historyAddition(longest, 1)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, historyAddition(tooLong, 1)).status, StoreStatus::TooLong);
+    QCOMPARE(changes().make(id, bookmarksEdit({bookmark(1, longest)})).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, bookmarksEdit({bookmark(1, QStringLiteral("a")), bookmark(1, tooLong)})).status,
+             StoreStatus::TooLong);
+    const QString longestName(longestRecordName, QLatin1Char('x'));
+    QCOMPARE(changes().make(id, commentEdit(longestName)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, commentEdit(longestName + QLatin1Char('x'))).status, StoreStatus::TooLong);
     QCOMPARE(stored().GetRecordName(), longestName);
 }
 
 void TestRecordChanges::refusesWhatIsTooMany()
 {
-    const QVector<BookmarkEntry> most(RecordChanges::mostBookmarks, bookmark(1, QStringLiteral("a")));
-    QCOMPARE(changes().setBookmarks(id, most).status, StoreStatus::Done);
+    const QVector<BookmarkEntry> most(mostBookmarks, bookmark(1, QStringLiteral("a")));
+    QCOMPARE(changes().make(id, bookmarksEdit(most)).status, StoreStatus::Done);
     QVector<BookmarkEntry> tooMany = most;
     tooMany.append(most.constFirst());
-    QCOMPARE(changes().setBookmarks(id, tooMany).status, StoreStatus::TooMany);
-    QCOMPARE(changes().deleteBookmarks(id, tooMany).status, StoreStatus::TooMany);
+    QCOMPARE(changes().make(id, bookmarksEdit(tooMany)).status, StoreStatus::TooMany);
+    QCOMPARE(changes().make(id, bookmarksDeletion(tooMany)).status, StoreStatus::TooMany);
     QCOMPARE(stored().GetBookmarkEntry().size(), most.size());
 
     ZELKO_RecordData record = finishedRecord(id);
     HistoryEntry comment;
     comment.SetTimestamp(1);
     comment.SetHistoryEntry(QStringLiteral("a"));
-    record.SetHistoryEntry(QVector<HistoryEntry>(RecordChanges::mostComments, comment));
+    record.SetHistoryEntry(QVector<HistoryEntry>(mostComments, comment));
     QVERIFY(m_store->save(record));
-    QCOMPARE(changes().addHistory(id, QStringLiteral("b"), 2).status, StoreStatus::TooMany);
+    QCOMPARE(changes().make(id, historyAddition(QStringLiteral("b"), 2)).status, StoreStatus::TooMany);
 }
 
 // Each character that the file cannot hold as it is makes six of it.
 void TestRecordChanges::staysReadableWhateverIsAdded()
 {
-    const QString worst(RecordChanges::longestText, QChar(1));
-    QCOMPARE(changes().setBookmarks(id, QVector<BookmarkEntry>(1000, bookmark(1, worst))).status, StoreStatus::Done);
-    QCOMPARE(changes().setBookmarks(id, QVector<BookmarkEntry>(2000, bookmark(1, worst))).status,
+    const QString worst(longestRecordText, QChar(1));
+    QCOMPARE(changes().make(id, bookmarksEdit(QVector<BookmarkEntry>(1000, bookmark(1, worst)))).status,
+             StoreStatus::Done);
+    QCOMPARE(changes().make(id, bookmarksEdit(QVector<BookmarkEntry>(2000, bookmark(1, worst)))).status,
              StoreStatus::TooMany);
     QCOMPARE(stored().GetBookmarkEntry().size(), 1000);
 }
@@ -251,19 +258,19 @@ void TestRecordChanges::staysReadableWhateverIsAdded()
 void TestRecordChanges::refusesARecordThatIsNotThere()
 {
     const QString unknown = QStringLiteral("R2");
-    QCOMPARE(changes().setComment(unknown, QStringLiteral("a")).status, StoreStatus::UnknownRecord);
-    QCOMPARE(changes().setDeletable(unknown, true).status, StoreStatus::UnknownRecord);
-    QCOMPARE(changes().setBookmarks(unknown, {}).status, StoreStatus::UnknownRecord);
-    QCOMPARE(changes().deleteBookmarks(unknown, {}).status, StoreStatus::UnknownRecord);
-    QCOMPARE(changes().addHistory(unknown, QStringLiteral("a"), 1).status, StoreStatus::UnknownRecord);
-    QCOMPARE(changes().removeHistory(unknown, 1).status, StoreStatus::UnknownRecord);
-    QVERIFY(!changes().setDeletable(unknown, true).record);
+    QCOMPARE(changes().make(unknown, commentEdit(QStringLiteral("a"))).status, StoreStatus::UnknownRecord);
+    QCOMPARE(changes().make(unknown, deletableEdit(true)).status, StoreStatus::UnknownRecord);
+    QCOMPARE(changes().make(unknown, bookmarksEdit({})).status, StoreStatus::UnknownRecord);
+    QCOMPARE(changes().make(unknown, bookmarksDeletion({})).status, StoreStatus::UnknownRecord);
+    QCOMPARE(changes().make(unknown, historyAddition(QStringLiteral("a"), 1)).status, StoreStatus::UnknownRecord);
+    QCOMPARE(changes().make(unknown, historyRemoval(1)).status, StoreStatus::UnknownRecord);
+    QVERIFY(!changes().make(unknown, deletableEdit(true)).record);
 }
 
 void TestRecordChanges::refusesARecordThatIsBeingRecorded()
 {
     QVERIFY(storeRecord(m_folder->path(), unfinishedRecord(id), 4000));
-    QCOMPARE(changes().setComment(id, QStringLiteral("a")).status, StoreStatus::InUse);
+    QCOMPARE(changes().make(id, commentEdit(QStringLiteral("a"))).status, StoreStatus::InUse);
     QVERIFY(stored() == unfinishedRecord(id));
 }
 
@@ -271,7 +278,8 @@ void TestRecordChanges::keepsTheRecordOnAFullDisk()
 {
     {
         const FileSizeLimit limit(600);
-        QCOMPARE(changes().addHistory(id, QString(1000, QLatin1Char('x')), 1).status, StoreStatus::DiskRefused);
+        QCOMPARE(changes().make(id, historyAddition(QString(1000, QLatin1Char('x')), 1)).status,
+                 StoreStatus::DiskRefused);
     }
     QVERIFY(stored() == finishedRecord(id));
     QCOMPARE(contentOf(m_folder->path()).size(), 2);
@@ -281,17 +289,17 @@ void TestRecordChanges::keepsTheRecordInAFolderThatCannotBeWritten()
 {
     {
         const ReadOnlyFolder readOnly(m_folder->filePath(id));
-        QCOMPARE(changes().setComment(id, QStringLiteral("a")).status, StoreStatus::DiskRefused);
+        QCOMPARE(changes().make(id, commentEdit(QStringLiteral("a"))).status, StoreStatus::DiskRefused);
     }
     QVERIFY(stored() == finishedRecord(id));
-    QCOMPARE(changes().setComment(id, QStringLiteral("a")).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, commentEdit(QStringLiteral("a"))).status, StoreStatus::Done);
 }
 
 void TestRecordChanges::touchesNothingBesides()
 {
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
     const auto before = contentOf(m_folder->path());
-    QCOMPARE(changes().setComment(id, QStringLiteral("a")).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, commentEdit(QStringLiteral("a"))).status, StoreStatus::Done);
     auto after = contentOf(m_folder->path());
     after[QStringLiteral("R1/RecordData.xml")] = before[QStringLiteral("R1/RecordData.xml")];
     QCOMPARE(after, before);
@@ -303,9 +311,9 @@ void TestRecordChanges::touchesNothingBesides()
 void TestRecordChanges::savesNothingThatStaysAsItIs()
 {
     const FileSizeLimit nothing(0);
-    QCOMPARE(changes().setDeletable(id, true).status, StoreStatus::Done);
-    QCOMPARE(changes().deleteBookmarks(id, {}).status, StoreStatus::Done);
-    QCOMPARE(changes().setDeletable(id, false).status, StoreStatus::DiskRefused);
+    QCOMPARE(changes().make(id, deletableEdit(true)).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, bookmarksDeletion({})).status, StoreStatus::Done);
+    QCOMPARE(changes().make(id, deletableEdit(false)).status, StoreStatus::DiskRefused);
 }
 
 QTEST_GUILESS_MAIN(TestRecordChanges)

@@ -1,6 +1,6 @@
 #include <recorder/store/recordcopy.h>
 
-#include <recorder/store/recordchanges.h>
+#include <recorder/store/recordedits.h>
 #include <recorder/store/recordid.h>
 
 #include <filesizelimit.h>
@@ -135,21 +135,21 @@ void TestRecordCopy::copiesTheBytesOfItsRanges_data()
     QTest::addColumn<bool>("areTimes");
     QTest::addColumn<RecordRanges>("bytes");
     QTest::newRow("the whole record") << RecordRanges{{10 * second, 20 * second}} << true << RecordRanges{{0, 40'000}};
-    QTest::newRow("more than the whole record")
-        << RecordRanges{{0, ~quint64{0}}} << true << RecordRanges{{0, 40'000}};
+    QTest::newRow("more than the whole record") << RecordRanges{{0, ~quint64{0}}} << true << RecordRanges{{0, 40'000}};
     QTest::newRow("a part over several index entries")
         << RecordRanges{{12 * second + 250'000, 15 * second + 750'000}} << true << RecordRanges{{9000, 23'000}};
     QTest::newRow("a part between two index entries")
         << RecordRanges{{12'100'000, 12'200'000}} << true << RecordRanges{{8400, 8800}};
     QTest::newRow("one sample") << RecordRanges{{12'001'000, 12'002'000}} << true << RecordRanges{{8004, 8008}};
-    QTest::newRow("three parts")
-        << RecordRanges{{11 * second, 12 * second}, {12 * second, 13 * second}, {19 * second, 21 * second}} << true
-        << RecordRanges{{4000, 8000}, {8000, 12'000}, {36'000, 40'000}};
+    QTest::newRow("three parts") << RecordRanges{{11 * second, 12 * second},
+                                                 {12 * second, 13 * second},
+                                                 {19 * second, 21 * second}}
+                                 << true << RecordRanges{{4000, 8000}, {8000, 12'000}, {36'000, 40'000}};
     QTest::newRow("positions") << RecordRanges{{4000, 8000}, {8004, 8012}} << false
                                << RecordRanges{{4000, 8000}, {8004, 8012}};
     QTest::newRow("positions between samples") << RecordRanges{{4001, 7999}} << false << RecordRanges{{4000, 8000}};
-    QTest::newRow("positions over the end") << RecordRanges{{39'000, 50'000}} << false
-                                            << RecordRanges{{39'000, 40'000}};
+    QTest::newRow("positions over the end")
+        << RecordRanges{{39'000, 50'000}} << false << RecordRanges{{39'000, 40'000}};
 }
 
 void TestRecordCopy::copiesTheBytesOfItsRanges()
@@ -159,7 +159,8 @@ void TestRecordCopy::copiesTheBytesOfItsRanges()
     QFETCH(const RecordRanges, bytes);
     QByteArray expected;
     for (const RecordRange& range : bytes) {
-        expected += m_samples.mid(static_cast<qsizetype>(range.start), static_cast<qsizetype>(range.stop - range.start));
+        expected +=
+            m_samples.mid(static_cast<qsizetype>(range.start), static_cast<qsizetype>(range.stop - range.start));
     }
     const RecordPointer copy = run(copyOf(ranges, areTimes ? Unit::Times : Unit::Positions));
     QVERIFY(copy);
@@ -314,14 +315,15 @@ void TestRecordCopy::refusesSources()
     QVERIFY(storeSamples(m_folder->path(), record, m_samples.left(sampleBytes)));
     QTEST(static_cast<int>(copyOf({{11 * second, 12 * second}}).status()), "status");
     for (const char* unknown : {"R2", "", "../R1", "."}) {
-        const RecordCopy copy(DeviceStore(m_folder->path()), QString::fromLatin1(unknown), {{0, 1}}, Unit::Times, {}, 1);
+        const RecordCopy copy(DeviceStore(m_folder->path()), QString::fromLatin1(unknown), {{0, 1}}, Unit::Times, {},
+                              1);
         QCOMPARE(copy.status(), StoreStatus::UnknownRecord);
     }
 }
 
 void TestRecordCopy::refusesALongName()
 {
-    const QString name(RecordChanges::longestName + 1, QLatin1Char('x'));
+    const QString name(longestRecordName + 1, QLatin1Char('x'));
     const RecordCopy copy(DeviceStore(m_folder->path()), id, {{11 * second, 12 * second}}, Unit::Times, name, 1);
     QCOMPARE(copy.status(), StoreStatus::TooLong);
 }

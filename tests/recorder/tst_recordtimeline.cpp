@@ -176,9 +176,9 @@ void TestRecordTimeline::knowsTheSamplesOfEachFormat()
 
 void TestRecordTimeline::keepsTheTuningInForce()
 {
-    const RecordTimeline timeline(recordWith({indexEntry(10'000'000, 0, 100), indexEntry(11'000'000, 4000, 200),
-                                              indexEntry(12'000'000, 8000, 200)},
-                                             12'000'000, 8000));
+    const RecordTimeline timeline(recordWith(
+        {indexEntry(10'000'000, 0, 100), indexEntry(11'000'000, 4000, 200), indexEntry(12'000'000, 8000, 200)},
+        12'000'000, 8000));
     QCOMPARE(timeline.entryAt(3996).GetTunerFrequency(), quint64{100});
     QCOMPARE(timeline.entryAt(4000).GetTunerFrequency(), quint64{200});
     QCOMPARE(timeline.entryAt(6000).GetTimestamp(), quint64{11'500'000});

@@ -12,62 +12,61 @@ class TestWritePolicy : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsLoopbackAddresses_data();
-    void tellsLoopbackAddresses();
-    void allowsCommandsOnThisMachineOnly_data();
-    void allowsCommandsOnThisMachineOnly();
+    void allowsCommandsToWhoHasTheRight_data();
+    void allowsCommandsToWhoHasTheRight();
+    void allowsNothingElseToAnybody_data();
+    void allowsNothingElseToAnybody();
 };
 
-void TestWritePolicy::tellsLoopbackAddresses_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<bool>("loopback");
-    QTest::newRow("the usual one") << QStringLiteral("127.0.0.1") << true;
-    QTest::newRow("another of its net") << QStringLiteral("127.8.4.1") << true;
-    QTest::newRow("version 6") << QStringLiteral("::1") << true;
-    QTest::newRow("by name") << QStringLiteral("localhost") << true;
-    QTest::newRow("every interface") << QString() << false;
-    QTest::newRow("every interface, spelled out") << QStringLiteral("0.0.0.0") << false;
-    QTest::newRow("of a network") << QStringLiteral("192.0.2.7") << false;
-    QTest::newRow("version 6 of a network") << QStringLiteral("2001:db8::1") << false;
-    QTest::newRow("a name that begins like one") << QStringLiteral("127.0.0.1.example") << false;
-}
+namespace {
 
-void TestWritePolicy::tellsLoopbackAddresses()
-{
-    QFETCH(const QString, address);
-    QTEST(isLoopbackAddress(address), "loopback");
-}
+const QString commands = QStringLiteral("/ZELKO/Command/D1");
 
-void TestWritePolicy::allowsCommandsOnThisMachineOnly_data()
+bool mayWrite(Role role, const QString& node, const QString& name)
 {
-    QTest::addColumn<QString>("listen");
-    QTest::addColumn<QString>("node");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("mayWrite");
-    const QString here = QStringLiteral("127.0.0.1");
-    const QString commands = QStringLiteral("/ZELKO/Command/D1");
-    for (const char* const name : {"Synchronize", "SyncOneRecord", "DeleteRecordingList", "SetRecordIdle"}) {
-        QTest::addRow("the command %s", name) << here << commands << QString::fromLatin1(name) << true;
-    }
-    const QString idle = QStringLiteral("SetRecordIdle");
-    QTest::newRow("what is told beside the commands") << here << commands << QStringLiteral("Extended") << false;
-    QTest::newRow("an address beside the commands") << here << commands << QStringLiteral("IpAddress") << false;
-    QTest::newRow("a record value") << here << QStringLiteral("/ZELKO/Device/D1/Records") << idle << false;
-    QTest::newRow("a branch with a similar name") << here << QStringLiteral("/ZELKO/Commands") << idle << false;
-    QTest::newRow("a command over a network") << QStringLiteral("192.0.2.7") << commands << idle << false;
-    QTest::newRow("a command over every interface") << QString() << commands << idle << false;
-}
-
-void TestWritePolicy::allowsCommandsOnThisMachineOnly()
-{
-    QFETCH(const QString, listen);
-    QFETCH(const QString, node);
-    QFETCH(const QString, name);
     Tree tree;
     const auto* const value = tree.Emplace(node, std::make_unique<Value<QString>>(name));
-    QVERIFY(value);
-    QTEST(writePolicy(listen)(QStringLiteral("anybody"), *value), "mayWrite");
+    return writePolicy()({QStringLiteral("anybody"), role}, *value);
+}
+
+} // namespace
+
+void TestWritePolicy::allowsCommandsToWhoHasTheRight_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Role>("role");
+    QTest::addColumn<bool>("allowed");
+    for (const char* const name : {"Synchronize", "SyncOneRecord", "DeleteRecordingList", "SetRecordIdle"}) {
+        const QString command = QString::fromLatin1(name);
+        QTest::addRow("%s by a viewer", name) << command << Role::Viewer << false;
+        QTest::addRow("%s by an operator", name) << command << Role::Operator << true;
+        QTest::addRow("%s by an administrator", name) << command << Role::Administrator << true;
+    }
+}
+
+void TestWritePolicy::allowsCommandsToWhoHasTheRight()
+{
+    QFETCH(const QString, name);
+    QFETCH(const Role, role);
+    QTEST(mayWrite(role, commands, name), "allowed");
+}
+
+void TestWritePolicy::allowsNothingElseToAnybody_data()
+{
+    QTest::addColumn<QString>("node");
+    QTest::addColumn<QString>("name");
+    const QString idle = QStringLiteral("SetRecordIdle");
+    QTest::newRow("what is told beside the commands") << commands << QStringLiteral("Extended");
+    QTest::newRow("an address beside the commands") << commands << QStringLiteral("IpAddress");
+    QTest::newRow("a record value") << QStringLiteral("/ZELKO/Device/D1/Records") << idle;
+    QTest::newRow("a branch with a similar name") << QStringLiteral("/ZELKO/Commands") << idle;
+}
+
+void TestWritePolicy::allowsNothingElseToAnybody()
+{
+    QFETCH(const QString, node);
+    QFETCH(const QString, name);
+    QVERIFY(!mayWrite(Role::Administrator, node, name));
 }
 
 QTEST_GUILESS_MAIN(TestWritePolicy)

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "peerprocess.h"
+#include "testusers.h"
 #include "treedigest.h"
 
 #include <recorder/store/preparedrecords.h>
 
 #include <QTemporaryDir>
 
-/// A recorder process with one device and a store of its own, which outlives it.
+/// A recorder process with one device and a store of its own, which outlives it, and with the users of TestUsers.
 class LoadedRecorder
 {
 public:
@@ -25,7 +26,7 @@ public:
         , m_arguments(QStringList{"--store", m_store.path(), "--populate", QString::number(load.records), "--churn",
                                   QString::number(load.changesPerSecond), "--churn-changes",
                                   QString::number(load.changes)} +
-                      more)
+                      m_users.arguments() + more)
     {
         start();
     }
@@ -92,6 +93,7 @@ private:
     const ZelkoRecorder::PreparedRecords m_prepared{QStringLiteral("Recorder1"), m_load.records};
     const QList<quint64> m_sizes = preparedSizes();
     const QTemporaryDir m_store;
+    const ZelkoTest::TestUsers m_users;
     const QStringList m_arguments;
     std::unique_ptr<PeerProcess> m_process;
     quint16 m_port = 0;

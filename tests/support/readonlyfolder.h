@@ -19,8 +19,8 @@ public:
         , m_before(QFile::permissions(folder))
     {
         constexpr uid_t nobody = 65534;
-        const QFile::Permissions read =
-            QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+        const QFile::Permissions read = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup |
+                                        QFile::ReadOther | QFile::ExeOther;
         QFile::setPermissions(QFileInfo(folder).path(), read | QFile::WriteOwner);
         QFile::setPermissions(folder, read);
         if (::geteuid() == 0) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <recordervalues.h>
+#include <testusers.h>
 
 #include <zelkobase/connection/ivtclient.h>
 #include <zelkobase/connection/treelink.h>
@@ -9,15 +10,20 @@
 
 namespace ZelkoTest {
 
-/// A client of a recorder, with a tree of its own. The process has one ORB, which outlives it.
+/// A client of a recorder, with a tree of its own, that acts for one of TestUsers. The process has one ORB, which
+/// outlives it.
 class RecorderClient
 {
 public:
-    RecorderClient(ZelkoCommon::Orb& orb, quint16 port)
-        : m_link(orb, &m_tree, {subSystem(), QStringLiteral("127.0.0.1"), port}, options())
+    RecorderClient(ZelkoCommon::Orb& orb, quint16 port, ZelkoCommon::Role role = ZelkoCommon::Role::Operator)
+        : RecorderClient(orb, port, TestUsers::credentials(role))
+    {}
+    RecorderClient(ZelkoCommon::Orb& orb, quint16 port, const ZelkoCommon::LinkCredentials& credentials)
+        : m_link(orb, &m_tree, {subSystem(), QStringLiteral("127.0.0.1"), port}, options(credentials))
     {}
 
     bool isConnected() const { return m_link.isConnected(); }
+    ZelkoCommon::TreeLink& link() { return m_link; }
 
     RecorderValues values(const QString& device = QStringLiteral("Recorder1"))
     {
@@ -34,10 +40,11 @@ public:
 
 private:
     static QString subSystem() { return QStringLiteral("test"); }
-    static ZelkoCommon::LinkOptions options()
+    static ZelkoCommon::LinkOptions options(const ZelkoCommon::LinkCredentials& credentials)
     {
         zelko::registerItemMapTypes();
         ZelkoCommon::LinkOptions options;
+        options.credentials = credentials;
         options.firstRetry = options.lastRetry = std::chrono::milliseconds(50);
         return options;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "testusers.h"
+
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStringList>
@@ -8,7 +10,7 @@
 
 namespace ZelkoTest {
 
-/// A recorder process, which is killed with this object.
+/// A recorder process, which is killed with this object. It has the users of TestUsers.
 class RecorderProcess
 {
 public:
@@ -18,9 +20,13 @@ public:
     ~RecorderProcess() { kill(); }
 
     /// Starts it at a port of its own and waits until it serves; false if it ends instead or takes too long.
-    bool start(const QStringList& arguments)
+    bool start(const QStringList& arguments) { return startWithUsers(m_users.path(), arguments); }
+
+    /// The same with another users file, or with none where the path is empty.
+    bool startWithUsers(const QString& path, const QStringList& arguments)
     {
-        launch(QStringList{QStringLiteral("--port"), QStringLiteral("0")} + arguments);
+        const QStringList users = path.isEmpty() ? QStringList() : QStringList{QStringLiteral("--users"), path};
+        launch(QStringList{QStringLiteral("--port"), QStringLiteral("0")} + users + arguments);
         static const QRegularExpression ready(QStringLiteral("^READY port=(\\d+)\n$"));
         while (!m_process.canReadLine()) {
             if (!m_process.waitForReadyRead(timeout)) {
@@ -63,6 +69,7 @@ public:
 private:
     static constexpr int timeout = 30'000;
 
+    const TestUsers m_users;
     const QString m_program;
     QProcess m_process;
     quint16 m_port = 0;

@@ -35,12 +35,18 @@ struct Fixture
 {
     Fixture(Orb& orb, const LoadedRecorder::Load& load, const QStringList& more = {})
         : recorder(QStringLiteral(ZELKO_RECORDER), load, more)
-        , client(orb, recorder.port(), LinkClient::quickOptions(), Tree::Instance())
+        , client(orb, recorder.port(), options(), Tree::Instance())
     {
         QObject::connect(&client.connection, &AbstractServerConnectionData::si_allTicsConnected, &model,
                          [this] { model.connect(client.root + mapPath); });
     }
 
+    static ZelkoCommon::LinkOptions options()
+    {
+        auto result = LinkClient::quickOptions();
+        result.credentials = ZelkoTest::TestUsers::credentials(ZelkoCommon::Role::Operator);
+        return result;
+    }
     bool loaded() const
     {
         const auto* const complete = client.find<Value<bool>>(device + "/Records/LoadedCompletly");

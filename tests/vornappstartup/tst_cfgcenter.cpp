@@ -25,6 +25,7 @@ private Q_SLOTS:
     void opensOnlyGroupsThatAreThereForReading();
     void opensNoGroupForWritingWhereNothingCanBeWritten();
     void flushingFailsWhereNothingCanBeWritten();
+    void flushingSucceedsAgainWhenTheFileCanBeWritten();
     void aTextWithCommasThatSomebodyWroteIsOneText();
     void aFileThatIsChangedKeepsWhatWasWritten();
 
@@ -190,6 +191,20 @@ void CfgCenterTest::flushingFailsWhereNothingCanBeWritten()
     CfgCenter::SetFile(ICfg::UserView, QStringLiteral("/proc/user.ini"));
     user().SetInteger(QStringLiteral("Version"), 2);
     QVERIFY(!user().Flush());
+}
+
+void CfgCenterTest::flushingSucceedsAgainWhenTheFileCanBeWritten()
+{
+    const QString folder = m_folder->filePath(QStringLiteral("later"));
+    QFile inTheWay(folder);
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    CfgCenter::SetFile(ICfg::UserView, folder + QStringLiteral("/user.ini"));
+    user().SetInteger(QStringLiteral("Version"), 2);
+    QVERIFY(!user().Flush());
+    QVERIFY(inTheWay.remove());
+    QVERIFY(user().Flush());
+    CfgCenter::SetFile(ICfg::UserView, folder + QStringLiteral("/user.ini"));
+    QCOMPARE(user().GetInteger(QStringLiteral("Version"), 0), 2);
 }
 
 void CfgCenterTest::aTextWithCommasThatSomebodyWroteIsOneText()

@@ -60,6 +60,7 @@ private Q_SLOTS:
 
     void restoresOrderSizesAndVisibility();
     void aColumnThatWasHiddenHasItsSizeWhenItIsShownAgain();
+    void aColumnBeyondTheLargestSizeIsKeptWithThat();
     void eachKeyHasALayoutOfItsOwn();
     void restoresNothingWhereNothingWasKept();
     void restoresNothingIntoAnotherNumberOfColumns();
@@ -107,6 +108,16 @@ void QHeaderViewColumnHandlerTest::aColumnThatWasHiddenHasItsSizeWhenItIsShownAg
     QVERIFY(again.handler->restoreColumnStatus());
     again.view.setSectionHidden(1, false);
     QCOMPARE(again.view.sectionSize(1), 60);
+}
+
+void QHeaderViewColumnHandlerTest::aColumnBeyondTheLargestSizeIsKeptWithThat()
+{
+    Header before;
+    before.view.resizeSection(2, 20'000);
+    QVERIFY(before.handler->saveColumnStatus());
+    Header after;
+    QVERIFY(after.handler->restoreColumnStatus());
+    QCOMPARE(after.view.sectionSize(2), 10'000);
 }
 
 void QHeaderViewColumnHandlerTest::eachKeyHasALayoutOfItsOwn()

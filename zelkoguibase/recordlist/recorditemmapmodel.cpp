@@ -1,6 +1,7 @@
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
 #include "recordrows_p.h"
+#include "recordstate_p.h"
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/iobserver.h>
@@ -31,8 +32,7 @@ RecordStatus statusOf(const Data& data)
 
 bool isBeingRecorded(const Data& data)
 {
-    const RecordStatus status = statusOf(data);
-    return status == RecordStatus::Recording || status == RecordStatus::LoopRecording;
+    return data && ZelkoGUI::isBeingRecorded(*data);
 }
 
 Data recordOf(const RecordItemMap& map, const QString& id)
@@ -69,19 +69,13 @@ public:
     const RecordRows& rows() const { return m_rows; }
 
 private:
-    struct StatusChange
-    {
-        QString id;
-        RecordStatus now;
-        RecordStatus before;
-    };
     using Statuses = QHash<QString, RecordStatus>;
 
     void followMap();
     void readLog();
     void workOff(char type, const QString& id);
     void recordSet(const QString& id);
-    void updateRow(int row, const Data& data);
+    void announceUpdate(int row, const QString& id, RecordStatus now, RecordStatus before);
     void insertQueued();
     void announceInserted(int first);
     void removeListed();
@@ -210,24 +204,22 @@ void RecordItemMapModel::Private::recordSet(const QString& id)
         }
         return;
     }
-    const int row = m_rows.rowOrQueue(id, hash, data);
-    if (row >= 0) {
-        updateRow(row, data);
+    const RecordRows::Found found = m_rows.replaceOrQueue(id, hash, data);
+    if (found.row >= 0) {
+        announceUpdate(found.row, id, statusOf(data), statusOf(found.before));
     }
 }
 
-void RecordItemMapModel::Private::updateRow(int row, const Data& data)
+// `id` is the reader's own: a slot may take the row away.
+void RecordItemMapModel::Private::announceUpdate(int row, const QString& id, RecordStatus now, RecordStatus before)
 {
-    const QString id = m_rows.id(row);
-    const StatusChange status{id, statusOf(data), statusOf(m_rows.data(row))};
-    m_rows.replace(row, data);
     const unsigned int generation = m_generation;
     Q_EMIT m_owner->dataChanged(m_owner->index(row, 0), m_owner->index(row, m_owner->columnCount() - 1));
     if (generation == m_generation) {
         Q_EMIT m_owner->si_recordChanged(id);
     }
-    if (generation == m_generation && status.now != status.before) {
-        Q_EMIT m_owner->si_recordStatusChanged(id, status.now, status.before);
+    if (generation == m_generation && now != before) {
+        Q_EMIT m_owner->si_recordStatusChanged(id, now, before);
     }
 }
 
@@ -359,7 +351,7 @@ RecordItemMapModel::Private::Statuses RecordItemMapModel::Private::statuses() co
 void RecordItemMapModel::Private::fillFromMap()
 {
     for (const auto& [id, item] : m_map->data()) {
-        m_rows.rowOrQueue(id, m_rows.expect(id), item.GetRecordData());
+        m_rows.replaceOrQueue(id, m_rows.expect(id), item.GetRecordData());
     }
     m_rows.showQueued();
 }
@@ -369,9 +361,9 @@ void RecordItemMapModel::Private::announceStatusesSince(const Statuses& before)
     const unsigned int generation = m_generation;
     for (int row = 0; generation == m_generation && row < m_rows.count(); ++row) {
         const QString id = m_rows.id(row);
-        const StatusChange status{id, statusOf(m_rows.data(row)), before.value(id, RecordStatus::Finished)};
-        if (status.now != status.before) {
-            Q_EMIT m_owner->si_recordStatusChanged(id, status.now, status.before);
+        const RecordStatus now = statusOf(m_rows.data(row));
+        if (const RecordStatus last = before.value(id, RecordStatus::Finished); now != last) {
+            Q_EMIT m_owner->si_recordStatusChanged(id, now, last);
         }
     }
 }

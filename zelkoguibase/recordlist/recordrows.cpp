@@ -9,20 +9,18 @@ int RecordRows::rowOf(const QString& id) const
     return row < m_count ? row : -1;
 }
 
-int RecordRows::rowOrQueue(const QString& id, std::size_t hash, const Data& data)
+RecordRows::Found RecordRows::replaceOrQueue(const QString& id, std::size_t hash, const Data& data)
 {
     const int number = find(id, hash);
     if (number < 0) {
         const int place = static_cast<int>(m_order.size());
-        m_order.push_back(newEntry({id, data, hash, place}));
-        return -1;
+        m_order.push_back(newEntry({id, data, static_cast<std::uint32_t>(hash), place}));
+        return {-1, nullptr};
     }
     Entry& known = at(number);
-    if (const int row = rowAt(known.place); row < m_count) {
-        return row;
-    }
-    known.data = data;
-    return -1;
+    const int row = rowAt(known.place);
+    Data before = std::exchange(known.data, data);
+    return row < m_count ? Found{row, std::move(before)} : Found{-1, nullptr};
 }
 
 // What stood between this run and the one behind it moves to the far end of the gap, where it stays until the gap

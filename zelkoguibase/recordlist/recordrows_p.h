@@ -8,7 +8,9 @@
 
 #include <boost/container/deque.hpp>
 
+#include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace ZelkoGUI {
@@ -39,9 +41,6 @@ public:
     const QString& id(int row) const { return entry(row).id; }
     const Data& data(int row) const { return entry(row).data; }
 
-    /// Replaces the data of a row.
-    void replace(int row, const Data& data) { entry(row).data = data; }
-
     /// The hash under which an ID is looked for, whose place in memory is fetched from now on.
     std::size_t expect(const QString& id) const
     {
@@ -50,9 +49,16 @@ public:
         return hash;
     }
 
-    /// The row of an ID with that hash. For one without a row -1: it is queued with `data` then, in place of what was
-    /// queued for it.
-    int rowOrQueue(const QString& id, std::size_t hash, const Data& data);
+    /// What `replaceOrQueue` found: the row, and the data that it had.
+    struct Found
+    {
+        int row;
+        Data before;
+    };
+
+    /// Replaces the data of an ID with that hash. An ID without a row has row -1 and no data before: it is queued, in
+    /// place of what was queued for it.
+    Found replaceOrQueue(const QString& id, std::size_t hash, const Data& data);
 
     /// Makes rows of the queued records, behind the others and in the order in which they were queued.
     void showQueued() { m_count += queuedCount(); }
@@ -73,8 +79,8 @@ private:
     {
         QString id;
         Data data;
-        std::size_t hash;
-        int place; // in m_order
+        std::uint32_t hash; // as much of it as the index looks at
+        int place;          // in m_order
     };
 
     int rowAt(int place) const { return place < m_gapStart ? place : place - m_gapLength; }

@@ -25,6 +25,7 @@ class ZELKOBASECONNECTION_EXPORT AbstractServerConnectionData : public QObject
 public:
     ~AbstractServerConnectionData() override;
 
+    /// Never null.
     virtual std::shared_ptr<ZelkoConfiguration> GetConfiguration() const = 0;
 
     /// True between `si_allTicsConnected` and `si_allTicsDisconnected` of the sub system.
@@ -33,21 +34,25 @@ public:
     /// The writing end of the link to a sub system; null while it is not connected.
     virtual std::shared_ptr<IVtClient> getVtClient(const QString& subSystem, ConnectionType type) const = 0;
 
+    /// @name What the configuration says of itself
+    /// @{
+
     /// Where the sub system's server is found; all empty for one that is not configured.
-    virtual VtConnectData getConnData(const QString& subSystem, ConnectionType type) const = 0;
+    virtual VtConnectData getConnData(const QString& subSystem, ConnectionType type) const;
 
     /// The node of the value tree that holds the sub system's devices.
-    virtual QString getClientBasePath(const QString& subSystem, ConnectionType type) const = 0;
+    virtual QString getClientBasePath(const QString& subSystem, ConnectionType type) const;
 
     /// The branch of a device of the current sub system: its records, administration and status.
-    virtual QString GetDeviceBasePath(const QString& device) const = 0;
+    virtual QString GetDeviceBasePath(const QString& device) const;
 
     /// Where the command values of a device of the current sub system stand: a path that ends in its separator.
-    virtual QString GetBasePath(const QString& device) const = 0;
+    virtual QString GetBasePath(const QString& device) const;
 
     /// Host and port of a sub system, the current one for an empty name. False, and `data` unchanged, when it is not
     /// configured.
-    virtual bool GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const = 0;
+    virtual bool GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const;
+    /// @}
 
 Q_SIGNALS:
     /// Once per connection, when everything that the server has stands in the tree; the content of large maps follows.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <zelkobase/connection/linkcredentials.h>
 
 #include <chrono>
 #include <cstddef>
@@ -10,8 +10,7 @@ namespace ZelkoCommon {
 /// Times and bounds of a tree link on the client's side.
 struct LinkOptions
 {
-    QString user; ///< for whom the client acts; empty: nobody in particular
-    QString password;
+    LinkCredentials credentials; ///< where a sub system has none of its own
 
     /// After this time without an answer the server counts as gone.
     std::chrono::milliseconds callTimeout{5000};
@@ -22,6 +21,9 @@ struct LinkOptions
     /// Wait before the next attempt to connect: the first one, doubled each time up to the last one.
     std::chrono::milliseconds firstRetry{200};
     std::chrono::milliseconds lastRetry{5000};
+
+    /// The same where the server denied access: neither user nor password change by themselves.
+    std::chrono::milliseconds deniedRetry{30000};
 
     /// How long the GUI thread works on changes before it lets its event loop go round.
     std::chrono::microseconds sliceBudget{4000};

@@ -57,10 +57,10 @@ std::optional<LinkQueue::Entry> LinkQueue::take()
     return entry;
 }
 
-void LinkQueue::reportFailure(const std::string& reason)
+void LinkQueue::reportFailure(const std::string& reason, bool isDenied)
 {
     const std::lock_guard lock(m_mutex);
-    append(ConnectFailed{reason});
+    append(ConnectFailed{reason, isDenied});
 }
 
 void LinkQueue::reportRefusal(std::uint64_t connection, const std::string& reason)

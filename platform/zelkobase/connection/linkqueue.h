@@ -30,7 +30,8 @@ public:
     };
     struct ConnectFailed
     {
-        std::string reason; ///< for people, in UTF-8
+        std::string reason;    ///< for people, in UTF-8
+        bool isDenied = false; ///< the server is there and does not admit the user
     };
     struct WriteRefused
     {
@@ -52,8 +53,8 @@ public:
     /// connection is over or the queue stayed full.
     bool put(std::uint64_t connection, std::string bytes, std::chrono::milliseconds patience);
 
-    /// Tells that an attempt to connect failed.
-    void reportFailure(const std::string& reason);
+    /// Tells that an attempt to connect failed, and whether the server denied access.
+    void reportFailure(const std::string& reason, bool isDenied = false);
 
     /// Tells that the server refused a write of a connection; nothing when that is over.
     void reportRefusal(std::uint64_t connection, const std::string& reason);

@@ -4,6 +4,7 @@
 #include <observerbase/trace.h>
 #include <zelkobase/connection/linkframe.h>
 #include <zelkobase/connection/linksubscriber_p.h>
+#include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/orb.h>
 
@@ -31,6 +32,24 @@ void traceWarning(const QString& text, int line)
     }
 }
 
+Role toRole(ZelkoTreeLink::UserRole role)
+{
+    switch (role) {
+    case ZelkoTreeLink::ROLE_OPERATOR:
+        return Role::Operator;
+    case ZelkoTreeLink::ROLE_ADMINISTRATOR:
+        return Role::Administrator;
+    default:
+        return Role::Viewer;
+    }
+}
+
+bool isDenial(const CORBA::Exception& exception)
+{
+    const auto* const refused = ZelkoTreeLink::Refused::_downcast(&exception);
+    return refused && refused->reason == ZelkoTreeLink::REFUSED_CREDENTIALS;
+}
+
 ZelkoTreeLink::Batch toBatch(const std::string& bytes)
 {
     ZelkoTreeLink::Batch batch;
@@ -48,6 +67,7 @@ struct LinkWorker::Connection
     std::uint64_t number = 0;
     LinkSubscriber* subscriber = nullptr; // owned by the ORB until it is deactivated
     PortableServer::ObjectId_var subscriberId;
+    CallingSession::Pass pass; // of calls to the recorder's service
 };
 
 LinkWorker::LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem, const LinkOptions& options,
@@ -57,6 +77,7 @@ LinkWorker::LinkWorker(Orb& orb, const ZelkoConfiguration::SubSystem& subSystem,
     , m_options(options)
     , m_queue(std::move(queue))
     , m_outgoing(maxCallBytes)
+    , m_credentials(m_subSystem.hasCredentials() ? m_subSystem.credentials : options.credentials)
     , m_thread([this] { run(); })
 {}
 
@@ -78,7 +99,7 @@ void LinkWorker::stop()
 QString LinkWorker::write(const std::string& frame)
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_serving) {
+    if (!m_serving || m_userChanges) {
         return {};
     }
     if (frame.size() > link::frameHeaderSize + link::maxWritePayload) {
@@ -101,6 +122,18 @@ void LinkWorker::askFor(std::uint32_t handle)
     }
 }
 
+void LinkWorker::setCredentials(const LinkCredentials& credentials)
+{
+    const std::lock_guard lock(m_mutex);
+    if (credentials == m_credentials) {
+        return;
+    }
+    m_credentials = credentials;
+    m_userChanges = true;
+    m_role.reset();
+    m_somethingToDo.notify_all();
+}
+
 void LinkWorker::drop(const std::string& reason)
 {
     const std::lock_guard lock(m_mutex);
@@ -121,8 +154,8 @@ void LinkWorker::run()
                 retry = m_options.firstRetry;
             }
         }
-        waitForRetry(retry);
-        retry = std::min(retry * 2, m_options.lastRetry);
+        const bool anotherUser = waitForRetry(m_denied ? std::max(retry, m_options.deniedRetry) : retry);
+        retry = anotherUser ? m_options.firstRetry : std::min(retry * 2, m_options.lastRetry);
     }
 }
 
@@ -149,22 +182,55 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
         setCallTimeout(connection.server, m_options.callTimeout);
         connection.subscriberId = m_orb.rootPoa()->activate_object(connection.subscriber);
         const ZelkoTreeLink::Subscriber_var self = connection.subscriber->_this();
-        const ZelkoTreeLink::Credentials who{m_options.user.toUtf8().constData(),
-                                             m_options.password.toUtf8().constData()};
+        const LinkCredentials credentials = takeCredentials();
+        const ZelkoTreeLink::Credentials who{credentials.user.toUtf8().constData(),
+                                             credentials.password.toUtf8().constData()};
         connection.session = connection.server->attach(ZelkoTreeLink::PROTOCOL_VERSION, who, self);
-        {
-            const std::lock_guard lock(m_mutex);
-            m_serving = true;
-            m_dropReason.clear();
-            forgetOutgoing();
-        }
-        connection.subscriber->setSession(connection.session);
+        enter(connection);
         return connection;
     } catch (const CORBA::Exception& exception) {
+        m_denied = isDenial(exception);
         deactivate(connection);
-        m_queue->reportFailure(explain(exception));
+        m_queue->reportFailure(explain(exception), m_denied);
         return std::nullopt;
     }
+}
+
+LinkCredentials LinkWorker::takeCredentials()
+{
+    const std::lock_guard lock(m_mutex);
+    m_userChanges = false;
+    return m_credentials;
+}
+
+// No batch is passed on before the session is known, so whoever hears of the connection has all that belongs to it.
+void LinkWorker::enter(Connection& connection)
+{
+    connection.pass = CallingSession::Pass(connection.session, CallingSession::lastCalledAddress());
+    noteRole(toRole(connection.server->roleOf(connection.session)));
+    m_denied = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_serving = true;
+        m_dropReason.clear();
+        forgetOutgoing();
+    }
+    connection.subscriber->setSession(connection.session);
+}
+
+// Of a user who has been replaced meanwhile nobody wants to know it.
+void LinkWorker::noteRole(Role role)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_userChanges) {
+        m_role = role;
+    }
+}
+
+std::optional<Role> LinkWorker::role()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_role;
 }
 
 // Ends with the connection, whoever ended it.
@@ -257,6 +323,9 @@ std::optional<std::string> LinkWorker::nextWrite()
     if (!m_outgoing.isEmpty()) {
         return m_outgoing.takeBatch();
     }
+    if (m_userChanges) {
+        return std::nullopt;
+    }
     std::string questions;
     for (const std::uint32_t handle : std::exchange(m_questions, {})) {
         link::appendFrame(questions, link::FrameType::Commands, handle);
@@ -273,7 +342,7 @@ bool LinkWorker::waitToRepeat()
 // With the mutex held.
 bool LinkWorker::mustEnd() const
 {
-    return m_stopping || !m_dropReason.empty();
+    return m_stopping || m_userChanges || !m_dropReason.empty();
 }
 
 // With the mutex held.
@@ -288,10 +357,12 @@ void LinkWorker::forgetOutgoing()
     m_questions.clear();
 }
 
-void LinkWorker::waitForRetry(std::chrono::milliseconds time)
+// True when somebody else is to be connected, which waits for nothing.
+bool LinkWorker::waitForRetry(std::chrono::milliseconds time)
 {
     std::unique_lock lock(m_mutex);
-    m_somethingToDo.wait_for(lock, time, [this] { return m_stopping; });
+    m_somethingToDo.wait_for(lock, time, [this] { return m_stopping || m_userChanges; });
+    return m_userChanges;
 }
 
 std::string LinkWorker::explain(const CORBA::Exception& exception) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <credentials/role.h>
 #include <zelkobase/connection/framequeue.h>
 #include <zelkobase/connection/linkoptions.h>
 #include <zelkobase/connection/linkqueue.h>
@@ -40,6 +41,13 @@ public:
     /// Has the server send a value as it is, behind what was written so far.
     void askFor(std::uint32_t handle);
 
+    /// For whom the client acts from now on: what waits is sent, then a connection for the new user follows at once.
+    /// What is written before that is dropped. Any thread.
+    void setCredentials(const LinkCredentials& credentials);
+
+    /// What the server of the last connection takes the user for; nothing where that was for another user. Any thread.
+    std::optional<Role> role();
+
     /// Gives the present connection up, because of `reason`, and begins again.
     void drop(const std::string& reason);
 
@@ -58,8 +66,11 @@ private:
     void deactivate(const Connection& connection);
     std::optional<std::string> nextWrite();
     bool hasOutgoing() const;
-    void waitForRetry(std::chrono::milliseconds time);
+    bool waitForRetry(std::chrono::milliseconds time);
     void forgetOutgoing();
+    LinkCredentials takeCredentials();
+    void enter(Connection& connection);
+    void noteRole(Role role);
     std::string explain(const CORBA::Exception& exception) const;
 
     Orb& m_orb;
@@ -72,9 +83,14 @@ private:
     FrameQueue m_outgoing;
     std::unordered_set<std::uint32_t> m_questions; // handles that are asked for when all that waits is sent
     std::string m_dropReason;                      // not empty: give the connection up
+    LinkCredentials m_credentials;
+    std::optional<Role> m_role; // none when the user has changed since
+    bool m_userChanges = false; // the present connection, or attempt to make one, is for another user
     bool m_serving = false;
     bool m_stopping = false;
     std::chrono::steady_clock::time_point m_lastWrite; // when it is stopping, no write begins behind this time
+
+    bool m_denied = false; // the last attempt to connect; the thread's own
 
     std::thread m_thread; // last: it uses all of the above
 };

@@ -6,21 +6,9 @@
 #include <zelkobase/names/valuenames.h>
 #include <zelkobase/stringmap/stringitemmap.h>
 
-#include <arpa/inet.h>
-
 #include <map>
 
 namespace ZelkoCommon {
-namespace {
-
-bool isAddress(const QString& host)
-{
-    in6_addr space;
-    const QByteArray text = host.toLatin1();
-    return inet_pton(AF_INET, text.constData(), &space) == 1 || inet_pton(AF_INET6, text.constData(), &space) == 1;
-}
-
-} // namespace
 
 struct ServerConnectionData::Private
 {
@@ -86,46 +74,36 @@ std::shared_ptr<IVtClient> ServerConnectionData::getVtClient(const QString& subS
     return link ? link->client() : nullptr;
 }
 
-VtConnectData ServerConnectionData::getConnData(const QString& subSystem, ConnectionType) const
+void ServerConnectionData::SetCredentials(const QString& subSystem, const LinkCredentials& credentials)
 {
-    VtConnectData data;
-    GetIPConnectionInformation(subSystem, data);
-    return data;
-}
-
-QString ServerConnectionData::getClientBasePath(const QString& subSystem, ConnectionType) const
-{
-    return ZelkoConfiguration::MakeRootPath(subSystem) + zelko::names::zelkoDevice;
-}
-
-QString ServerConnectionData::GetDeviceBasePath(const QString& device) const
-{
-    return getClientBasePath(d->configuration->GetCurrentSubSystem(), ConnectionType::Client) + QLatin1Char('/') +
-           device;
-}
-
-QString ServerConnectionData::GetBasePath(const QString& device) const
-{
-    return ZelkoConfiguration::MakeRootPath(d->configuration->GetCurrentSubSystem()) + zelko::names::zelkoCommand +
-           QLatin1Char('/') + device + QLatin1Char('/');
-}
-
-bool ServerConnectionData::GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const
-{
-    const auto* const found =
-        d->configuration->Find(subSystem.isEmpty() ? d->configuration->GetCurrentSubSystem() : subSystem);
-    if (!found) {
-        return false;
+    if (const auto found = d->links.find(subSystem); found != d->links.end()) {
+        found->second->setCredentials(credentials);
     }
-    // A name is looked up by the ORB when it connects; the GUI thread does not wait for a name server.
-    data = {found->host, isAddress(found->host) ? found->host : QString(), found->port};
-    return true;
+}
+
+void ServerConnectionData::SetCredentials(const LinkCredentials& credentials)
+{
+    for (const auto& [name, link] : d->links) {
+        link->setCredentials(credentials);
+    }
+}
+
+std::optional<Role> ServerConnectionData::GetRole(const QString& subSystem) const
+{
+    const TreeLink* const link = d->find(subSystem);
+    return link ? link->role() : std::nullopt;
 }
 
 QString ServerConnectionData::lastError(const QString& subSystem) const
 {
     const TreeLink* const link = d->find(subSystem);
     return link ? link->lastError() : QString();
+}
+
+bool ServerConnectionData::isDenied(const QString& subSystem) const
+{
+    const TreeLink* const link = d->find(subSystem);
+    return link && link->isDenied();
 }
 
 } // namespace ZelkoCommon

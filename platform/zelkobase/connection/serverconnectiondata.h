@@ -1,8 +1,11 @@
 #pragma once
 
+#include <credentials/role.h>
 #include <zelkobase/connection/abstractserverconnectiondata.h>
 #include <zelkobase/connection/linkoptions.h>
 #include <zelkobase/connection/zelkobaseconnection_export.h>
+
+#include <optional>
 
 class Tree;
 
@@ -26,14 +29,20 @@ public:
     std::shared_ptr<ZelkoConfiguration> GetConfiguration() const override;
     bool isConnected(const QString& subSystem) const override;
     std::shared_ptr<IVtClient> getVtClient(const QString& subSystem, ConnectionType type) const override;
-    VtConnectData getConnData(const QString& subSystem, ConnectionType type) const override;
-    QString getClientBasePath(const QString& subSystem, ConnectionType type) const override;
-    QString GetDeviceBasePath(const QString& device) const override;
-    QString GetBasePath(const QString& device) const override;
-    bool GetIPConnectionInformation(const QString& subSystem, VtConnectData& data) const override;
+
+    /// For whom the client acts at a sub system from now on, or at all of them; see TreeLink::setCredentials. Does not
+    /// block: `si_allTicsDisconnected` and `si_allTicsConnected` follow.
+    void SetCredentials(const QString& subSystem, const LinkCredentials& credentials);
+    void SetCredentials(const LinkCredentials& credentials);
+
+    /// What the server of a sub system takes the user for; nothing while it is not connected for him.
+    std::optional<Role> GetRole(const QString& subSystem) const;
 
     /// Why a sub system is not connected, for people; empty when it is, or when nothing is known yet.
     QString lastError(const QString& subSystem) const;
+
+    /// Whether that is because its server does not admit the user. See TreeLink::isDenied.
+    bool isDenied(const QString& subSystem) const;
 
 Q_SIGNALS:
     /// An attempt to connect failed; the next one follows by itself.

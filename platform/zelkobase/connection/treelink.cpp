@@ -54,12 +54,15 @@ struct TreeLink::Private
     void giveUp(const char* reason);
     void handle(LinkQueue::Batch& batch) { mirror.append(std::move(batch.bytes)); }
     void handle(const LinkQueue::Disconnected& entry) { reset(QString::fromStdString(entry.reason)); }
-    void handle(const LinkQueue::ConnectFailed& entry) { reportFailure(QString::fromStdString(entry.reason)); }
+    void handle(const LinkQueue::ConnectFailed& entry)
+    {
+        reportFailure(QString::fromStdString(entry.reason), entry.isDenied);
+    }
     void handle(const LinkQueue::WriteRefused& entry) { Q_EMIT q->writeRefused(QString::fromStdString(entry.reason)); }
     void becomeReady();
     void send(const ValueBase& value, const std::string& frame);
     void reset(const QString& reason);
-    void reportFailure(const QString& reason);
+    void reportFailure(const QString& reason, bool isDenied);
 
     TreeLink* const q;
     const ZelkoConfiguration::SubSystem subSystem;
@@ -68,6 +71,7 @@ struct TreeLink::Private
     TreeMirror mirror;
     std::shared_ptr<LinkVtClient> client;
     QString lastError;
+    bool denied = false;
     bool connected = false;
     bool ignoring = false; // what still comes of a connection that was given up here, its end included
     bool draining = false;
@@ -201,6 +205,7 @@ void TreeLink::Private::becomeReady()
         return; // the server started over with a client that was too slow
     }
     connected = true;
+    denied = false;
     lastError.clear();
     client = std::make_shared<LinkVtClient>(
         &origin, [this](const ValueBase& value) { return mirror.handleOf(value); },
@@ -231,7 +236,7 @@ void TreeLink::Private::reset(const QString& reason)
     mirror.clear();
     progress = TreeMirror::Progress::Idle;
     if (!connected) {
-        reportFailure(reason);
+        reportFailure(reason, false);
         return;
     }
     connected = false;
@@ -239,9 +244,10 @@ void TreeLink::Private::reset(const QString& reason)
     Q_EMIT q->disconnected();
 }
 
-void TreeLink::Private::reportFailure(const QString& reason)
+void TreeLink::Private::reportFailure(const QString& reason, bool isDenied)
 {
     lastError = reason;
+    denied = isDenied;
     Q_EMIT q->connectFailed(reason);
 }
 
@@ -273,9 +279,24 @@ std::shared_ptr<IVtClient> TreeLink::client() const
     return d->client;
 }
 
+void TreeLink::setCredentials(const LinkCredentials& credentials)
+{
+    d->worker->setCredentials(credentials);
+}
+
+std::optional<Role> TreeLink::role() const
+{
+    return d->connected ? d->worker->role() : std::nullopt;
+}
+
 QString TreeLink::lastError() const
 {
     return d->lastError;
+}
+
+bool TreeLink::isDenied() const
+{
+    return d->denied;
 }
 
 } // namespace ZelkoCommon

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <credentials/role.h>
 #include <zelkobase/connection/linkoptions.h>
 #include <zelkobase/connection/zelkobaseconnection_export.h>
 #include <zelkobase/connection/zelkoconfiguration.h>
@@ -8,6 +9,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class IVtClient;
 class Tree;
@@ -49,8 +51,19 @@ public:
     /// The writing end; null while not connected. Writes of an old one, kept beyond its connection, go nowhere.
     std::shared_ptr<IVtClient> client() const;
 
+    /// For whom the client acts from now on, in place of what the sub system or the options say. A connection of
+    /// somebody else ends, when what was written is sent, and one for this user follows at once. Nothing for the user
+    /// who it is already.
+    void setCredentials(const LinkCredentials& credentials);
+
+    /// What the server takes the user for; nothing while not connected, or connected for another user still.
+    std::optional<Role> role() const;
+
     /// Why there is no connection, for people; empty while there is one, and before the first attempt has failed.
     QString lastError() const;
+
+    /// Whether the last attempt failed because the server does not admit the user. Others follow, with longer pauses.
+    bool isDenied() const;
 
 Q_SIGNALS:
     /// Once per connection: everything that the server has stands in the tree, its plain values up to date.

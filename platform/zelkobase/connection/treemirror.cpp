@@ -27,6 +27,11 @@ void traceWarning(const QString& text, int line)
     }
 }
 
+QString parentOf(const QString& path)
+{
+    return path.left(path.lastIndexOf(QLatin1Char('/')));
+}
+
 } // namespace
 
 TreeMirror::TreeMirror(Tree* tree, const QString& rootPath, IObserver* origin, Callbacks callbacks)
@@ -83,6 +88,7 @@ void TreeMirror::clear()
             m_tree->Remove(item.path);
         }
     }
+    removeEmptyNodes();
 }
 
 bool TreeMirror::tidy(std::chrono::microseconds budget)
@@ -239,9 +245,30 @@ TreeItem* TreeMirror::insertValue(const QString& path, const std::string& typeNa
     if (!value) {
         return nullptr;
     }
-    const qsizetype cut = path.lastIndexOf(QLatin1Char('/'));
-    value->SetName(path.mid(cut + 1));
-    return m_tree->Insert(path.left(cut), std::move(value));
+    const QString parent = parentOf(path);
+    noteMissingNodes(parent);
+    value->SetName(path.mid(parent.size() + 1));
+    return m_tree->Insert(parent, std::move(value));
+}
+
+// The tree makes them for the value.
+void TreeMirror::noteMissingNodes(const QString& path)
+{
+    if (path.size() > m_rootPath.size() && !m_tree->GetItem(path)) {
+        noteMissingNodes(parentOf(path));
+        m_unannounced.push_back(path);
+    }
+}
+
+void TreeMirror::removeEmptyNodes()
+{
+    const std::vector<QString> paths = std::exchange(m_unannounced, {});
+    for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+        const auto* const node = m_tree->Find<Node>(*path);
+        if (node && node->GetTreeItems().empty()) {
+            m_tree->Remove(*path);
+        }
+    }
 }
 
 bool TreeMirror::applyCommand()

@@ -14,6 +14,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 class IObserver;
 class Tree;
@@ -62,8 +63,8 @@ public:
     /// even when there is no time. An observer or callback must not come back here.
     Progress apply(std::chrono::microseconds budget);
 
-    /// Removes every item that the mirror made, and forgets what was not applied. The contents of large maps are out of
-    /// sight then, but not destroyed; see `tidy`.
+    /// Removes every item that the mirror made, but for a node in which somebody else has put something, and forgets
+    /// what was not applied. The contents of large maps are out of sight then, but not destroyed; see `tidy`.
     void clear();
 
     /// Destroys what maps held that are gone, until all is done or `budget` is over. Makes some headway even when there
@@ -93,6 +94,8 @@ private:
     void makeWay(const QString& path);
     void create(std::uint32_t handle, const QString& path, const std::string& typeName);
     TreeItem* insertValue(const QString& path, const std::string& typeName);
+    void noteMissingNodes(const QString& path);
+    void removeEmptyNodes();
     bool applyCommand();
     void withdraw(std::uint32_t handle);
     void detachContent(const Item& item);
@@ -114,6 +117,7 @@ private:
 
     std::unordered_map<std::uint32_t, Item> m_items;
     std::unordered_map<const TreeItem*, std::uint32_t> m_handles;
+    std::vector<QString> m_unannounced;        // nodes that came only because a value stands below them, top first
     std::unordered_set<std::uint32_t> m_stale; // known before StateBegin and not announced again so far
     NotificationFold m_fold;
     std::deque<std::unique_ptr<valueitemmap::IDetachedContent>> m_detached;

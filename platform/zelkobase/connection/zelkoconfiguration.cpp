@@ -61,6 +61,21 @@ std::optional<quint16> readPort(const QJsonValue& value)
     return static_cast<quint16>(number);
 }
 
+bool isTextOrMissing(const QJsonValue& value)
+{
+    return value.isUndefined() || (value.isString() && !value.toString().isEmpty());
+}
+
+std::optional<LinkCredentials> readCredentials(const QJsonObject& object)
+{
+    const QJsonValue user = object.value(QLatin1String("user"));
+    const QJsonValue password = object.value(QLatin1String("password"));
+    if (!isTextOrMissing(user) || !isTextOrMissing(password) || (user.isUndefined() && !password.isUndefined())) {
+        return std::nullopt;
+    }
+    return LinkCredentials{user.toString(), password.toString()};
+}
+
 bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, QString* error)
 {
     const QJsonObject object = value.toObject();
@@ -76,8 +91,13 @@ bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, Q
     if (!service.isUndefined() && !canBeReference(service.toString())) {
         return fail(error, tr("the service of sub system \"%1\" is no corbaloc, corbaname or IOR").arg(name));
     }
-    return configuration.AddSubSystem(
-               {name, object.value(QLatin1String("host")).toString(), *port, service.toString()}) ||
+    const auto credentials = readCredentials(object);
+    if (!credentials) {
+        return fail(error,
+                    tr("the user of sub system \"%1\" is no text, or there is a password without one").arg(name));
+    }
+    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port, service.toString(),
+                                       *credentials}) ||
            fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zelkobase/connection/linkcredentials.h>
 #include <zelkobase/connection/zelkobaseconnection_export.h>
 
 #include <QString>
@@ -23,6 +24,10 @@ namespace ZelkoCommon {
 ///         "listen": "192.0.2.20"
 ///     }
 ///
+/// A sub system may have a "user" for whom to act there, and a "password" too. Without the password the application is
+/// to ask for it, and its client is nobody in particular until it did. Who writes it into the file keeps the file to
+/// himself.
+///
 /// "port" is 8004 and "currentSubSystem" the first one when left out. "service" is where the recorder's service is
 /// found when that is not at the same host and port: a corbaloc, a corbaname or an IOR; a name of a host in it is
 /// looked up without a time limit, an address needs no look-up. "listen" is the address of this machine on which the
@@ -40,6 +45,10 @@ public:
         QString host; ///< name or address
         quint16 port = DefaultPort;
         QString service = {}; ///< reference of the recorder's service; empty: at host and port
+        LinkCredentials credentials = {}; ///< for whom to act there
+
+        /// Whether there is all that it takes to act for somebody: a user and his password.
+        bool hasCredentials() const { return !credentials.user.isEmpty() && !credentials.password.isEmpty(); }
 
         bool operator==(const SubSystem&) const = default;
     };

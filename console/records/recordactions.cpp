@@ -1,0 +1,161 @@
+#include <console/records/recordactions.h>
+
+#include <console/records/recordsituation.h>
+
+#include <host/userrights.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
+
+#include <QAction>
+#include <QMenu>
+#include <QToolBar>
+
+namespace ZelkoConsole {
+
+using ZelkoGUI::IZelkoGUIController;
+using ZelkoGUI::ZelkoServerGUIController;
+
+namespace {
+
+constexpr IZelkoGUIController::enUserAction offeredActions[] = {
+    IZelkoGUIController::UserActionReset, IZelkoGUIController::UserActionRename, IZelkoGUIController::UserActionDelete,
+    IZelkoGUIController::UserActionDeletable};
+
+// What has not changed is not set: each setting is a change for whoever follows the action, this class included.
+void setTip(QAction& action, const QString& tip)
+{
+    if (action.statusTip() != tip) {
+        action.setStatusTip(tip);
+    }
+}
+
+// Recorders do not synchronise for those who may only look.
+QString whyNotSynchronized(bool isConnected)
+{
+    if (!isConnected) {
+        return noConnectionText();
+    }
+    return UserRights::Instance()->GetRights() ? QString() : forbiddenText();
+}
+
+QString whyNotOnlyOne(int selected)
+{
+    return selected == 1 ? QString() : notOneText(selected);
+}
+
+} // namespace
+
+IZelkoGUIController::UserActions RecordActions::offered()
+{
+    IZelkoGUIController::UserActions actions;
+    for (const auto action : offeredActions) {
+        actions |= action;
+    }
+    return actions;
+}
+
+RecordActions::RecordActions(Controller* controller, QWidget* owner)
+    : QObject(owner)
+    , m_controller(controller)
+    , m_menu(new QMenu(tr("&Recording"), owner))
+    , m_toolBar(new QToolBar(tr("Recording"), owner))
+    , m_synchronizeList(new QAction(tr("Synchronize &List"), this))
+    , m_synchronizeRecord(new QAction(tr("&Synchronize Record"), this))
+{
+    m_menu->setObjectName(QStringLiteral("recordMenu"));
+    m_toolBar->setObjectName(QStringLiteral("recordToolBar"));
+    m_synchronizeList->setObjectName(QStringLiteral("synchronizeList"));
+    m_synchronizeRecord->setObjectName(QStringLiteral("synchronizeRecord"));
+    fillMenu();
+    fillToolBar();
+    followController();
+    update();
+}
+
+RecordActions::~RecordActions() = default;
+
+void RecordActions::fillMenu()
+{
+    m_menu->addActions(m_controller->recordActions());
+    m_menu->addSeparator();
+    m_menu->addAction(m_synchronizeRecord);
+    m_menu->addAction(m_synchronizeList);
+    connect(m_synchronizeList, &QAction::triggered, m_controller, &IZelkoGUIController::sl_resyncRecordList);
+    connect(m_synchronizeRecord, &QAction::triggered, m_controller, [controller = m_controller] {
+        const QStringList selected = controller->selectedRecords();
+        if (selected.size() == 1) {
+            controller->sl_resyncRecord(selected.constFirst());
+        }
+    });
+}
+
+void RecordActions::fillToolBar()
+{
+    m_toolBar->setMovable(false);
+    m_toolBar->setFloatable(false);
+    m_toolBar->addActions(m_controller->recordActions());
+}
+
+// An action that stays off may do so for another reason than before, so its own signal is not enough.
+void RecordActions::followController()
+{
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(0);
+    connect(&m_soon, &QTimer::timeout, this, &RecordActions::update);
+    for (const QAction* const action : m_controller->recordActions()) {
+        connect(action, &QAction::changed, this, &RecordActions::lookSoon);
+    }
+    connect(m_controller, &IZelkoGUIController::si_selectedRecordsChanged, this, &RecordActions::lookSoon);
+    connect(m_controller, &IZelkoGUIController::si_activeDeviceChanged, this, &RecordActions::lookSoon);
+    connect(m_controller, &IZelkoGUIController::si_connectionEstablished, this, &RecordActions::lookSoon);
+    connect(m_controller, &IZelkoGUIController::si_loadProgress, this, &RecordActions::connectionMayHaveChanged);
+    connect(UserRights::Instance(), &UserRights::UpdateUserRights, this, &RecordActions::lookSoon);
+    connect(m_controller->recordListModel(), &ZelkoCommon::AbstractRecordListModel::si_recordChanged, this,
+            &RecordActions::recordChanged);
+}
+
+void RecordActions::lookSoon()
+{
+    m_soon.start();
+}
+
+// The progress is told when a connection is lost too, but more often for other reasons.
+void RecordActions::connectionMayHaveChanged()
+{
+    if (m_isConnected != m_controller->isConnected()) {
+        lookSoon();
+    }
+}
+
+// The controller looks at every record of a selection in which one has changed; once per change is enough of that.
+void RecordActions::recordChanged(const QString& record)
+{
+    const QStringList selected = m_controller->selectedRecords();
+    if (selected.size() == 1 && selected.constFirst() == record) {
+        lookSoon();
+    }
+}
+
+void RecordActions::update()
+{
+    m_isConnected = m_controller->isConnected();
+    const RecordSituation situation = situationOf(*m_controller, m_isConnected);
+    for (const auto flag : offeredActions) {
+        QAction& action = *m_controller->recordAction(flag);
+        setTip(action, action.isEnabled() ? whatItDoes(flag) : whyUnavailable(flag, situation));
+    }
+    updateSynchronize(situation);
+}
+
+void RecordActions::updateSynchronize(const RecordSituation& situation)
+{
+    const QString whyNot = whyNotSynchronized(situation.isConnected);
+    m_synchronizeList->setEnabled(whyNot.isEmpty());
+    setTip(*m_synchronizeList, whyNot.isEmpty() ? tr("Has the device send its whole list anew.") : whyNot);
+
+    const QString whyNotOne = whyNot.isEmpty() ? whyNotOnlyOne(situation.selected) : whyNot;
+    m_synchronizeRecord->setEnabled(whyNotOne.isEmpty());
+    setTip(*m_synchronizeRecord,
+           whyNotOne.isEmpty() ? tr("Has the device send all that it knows of the recording.") : whyNotOne);
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <zelkoguibase/controller/izelkoguicontroller.h>
+
+#include <QTimer>
+
+class QMenu;
+class QToolBar;
+
+namespace ZelkoGUI {
+class ZelkoServerGUIController;
+}
+
+namespace ZelkoConsole {
+
+struct RecordSituation;
+
+/// What can be done to the records of a device view, as a menu and a tool bar: the actions of its controller in the
+/// controller's order, and in the menu what has the recorder look at its disk again.
+///
+/// The status tip of an action says what it does or, while it cannot be done, why not; it follows within a turn of the
+/// event loop. GUI thread.
+class RecordActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Controller = ZelkoGUI::ZelkoServerGUIController;
+
+    /// The actions for which the console has all that they need. Each of the others is offered when its window exists.
+    static ZelkoGUI::IZelkoGUIController::UserActions offered();
+
+    /// `controller` offers these actions and outlives this object or dies with it; menu and tool bar become children of
+    /// `owner`.
+    RecordActions(Controller* controller, QWidget* owner);
+    ~RecordActions() override;
+
+    QMenu* menu() const { return m_menu; }
+    QToolBar* toolBar() const { return m_toolBar; }
+
+    /// Has the whole list sent anew.
+    QAction* synchronizeList() const { return m_synchronizeList; }
+
+    /// Has the one selected record sent anew, with all that is known of it.
+    QAction* synchronizeRecord() const { return m_synchronizeRecord; }
+
+private:
+    void fillMenu();
+    void fillToolBar();
+    void followController();
+    void lookSoon();
+    void connectionMayHaveChanged();
+    void recordChanged(const QString& record);
+    void update();
+    void updateSynchronize(const RecordSituation& situation);
+
+    Controller* const m_controller;
+    QMenu* m_menu;
+    QToolBar* m_toolBar;
+    QAction* m_synchronizeList;
+    QAction* m_synchronizeRecord;
+    bool m_isConnected = false; // at the last look
+    QTimer m_soon;
+};
+
+} // namespace ZelkoConsole

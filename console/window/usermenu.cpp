@@ -1,0 +1,110 @@
+#include <console/window/usermenu.h>
+
+#include <console/session/consoleuser.h>
+#include <console/window/logindialog.h>
+
+#include <QActionGroup>
+#include <QPointer>
+
+namespace ZelkoConsole {
+
+using ZelkoCommon::Role;
+
+namespace {
+
+QString roleText(Role role)
+{
+    switch (role) {
+    case Role::Viewer:
+        return UserMenu::tr("viewer");
+    case Role::Operator:
+        return UserMenu::tr("operator");
+    case Role::Administrator:
+        return UserMenu::tr("administrator");
+    }
+    return {};
+}
+
+// A name of somebody else's making stands in a menu just so.
+QString literal(QString name)
+{
+    return name.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+} // namespace
+
+UserMenu::UserMenu(ConsoleUser* user, QWidget* parent)
+    : QMenu(tr("&User"), parent)
+    , m_user(user)
+    , m_known(new QActionGroup(this))
+{
+    setObjectName(QStringLiteral("userMenu"));
+    if (user->knownUsers().isEmpty()) {
+        addLogin();
+    } else {
+        addKnownUsers();
+    }
+    connect(user, &ConsoleUser::changed, this, &UserMenu::update);
+    update();
+}
+
+UserMenu::~UserMenu() = default;
+
+void UserMenu::addKnownUsers()
+{
+    for (const QString& name : m_user->knownUsers()) {
+        QAction* const action = m_known->addAction(literal(name));
+        action->setCheckable(true);
+        action->setData(name);
+        action->setStatusTip(tr("Work here as %1.").arg(name));
+        connect(action, &QAction::triggered, this, [this, name] { m_user->switchTo(name); });
+    }
+    addActions(m_known->actions());
+}
+
+void UserMenu::addLogin()
+{
+    QAction* const login = addAction(tr("Log &In…"));
+    login->setObjectName(QStringLiteral("logIn"));
+    login->setStatusTip(tr("Work here as somebody whom the recorders know."));
+    connect(login, &QAction::triggered, this, &UserMenu::logIn);
+    m_logOut = addAction(tr("Log &Out"));
+    m_logOut->setObjectName(QStringLiteral("logOut"));
+    m_logOut->setStatusTip(tr("Look at recordings and do nothing else."));
+    connect(m_logOut, &QAction::triggered, m_user, &ConsoleUser::logOut);
+}
+
+// The window may be closed, and this menu with it, while the dialog is open.
+void UserMenu::logIn()
+{
+    const QPointer<UserMenu> self(this);
+    const QPointer<LoginDialog> dialog = new LoginDialog(m_user->name(), parentWidget());
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (self && dialog && accepted) {
+        m_user->logIn(dialog->credentials());
+    }
+    delete dialog;
+}
+
+QString UserMenu::userText() const
+{
+    const QString name = m_user->name();
+    const QString role = roleText(m_user->role());
+    if (name.isEmpty()) {
+        return tr("not logged in");
+    }
+    return name == role ? name : tr("%1 (%2)").arg(name, role);
+}
+
+void UserMenu::update()
+{
+    for (QAction* const action : m_known->actions()) {
+        action->setChecked(action->data().toString() == m_user->name());
+    }
+    if (m_logOut) {
+        m_logOut->setEnabled(!m_user->name().isEmpty());
+    }
+    Q_EMIT userTextChanged();
+}
+
+} // namespace ZelkoConsole

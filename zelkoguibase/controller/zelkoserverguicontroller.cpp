@@ -1,0 +1,599 @@
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
+
+#include <zelkoguibase/recordlist/recorditemmapmodel.h>
+#include <zelkoguibase/recordlist/recordstate_p.h>
+
+#include "devicevalues_p.h"
+
+#include <host/activedevicecontrol.h>
+#include <observerbase/errorhandler.h>
+#include <observerbase/trace.h>
+#include <zelkobase/connection/abstractserverconnectiondata.h>
+#include <zelkobase/names/valuenames.h>
+#include <zelkobase/service/errordescriptor.h>
+#include <zelkobase/service/guitoserveradmincorbahandler.h>
+#include <zelkobase/service/toolbarhelper.h>
+#include <zelkobase/service/zelkoguitoservercorbahandler.h>
+
+#include <QHash>
+#include <QInputDialog>
+#include <QPointer>
+#include <QTimer>
+
+namespace ZelkoGUI {
+
+namespace names = zelko::names;
+using Record = ZELKO_XML::ZELKO_RecordData;
+using ZelkoCommon::AbstractServerConnectionData;
+
+namespace {
+
+constexpr std::chrono::milliseconds connectInterval(100);
+
+void trace(const QString& text, int line)
+{
+    _Q_Trace(text, "zelkoserverguicontroller", line);
+}
+
+void traceError(const char* text, int line)
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceError)) {
+        trace(QString::fromLatin1(text), line);
+    }
+}
+
+/// Tells the user why a request failed; says nothing of one that did not.
+void showFailure(unsigned long code)
+{
+    if (code != 0) {
+        ErrorHandler::Instance()->ShowMessage(
+            ZelkoCommon::ToolbarHelper::Instance()->ErrorId2Text(code, ZelkoCommon::ToolbarHelper::ServiceContext));
+    }
+}
+
+} // namespace
+
+struct ZelkoServerGUIController::Private
+{
+    Private(ZelkoServerGUIController* owner, std::shared_ptr<ZelkoGuiToServerCorbaHandler> toServer, QString ownName)
+        : connectionData(toServer->GetServerConnectionData())
+        , handler(std::move(toServer))
+        , adminHandler(handler)
+        , name(std::move(ownName))
+        , recordModel(new RecordItemMapModel(owner))
+        , values(owner)
+    {}
+
+    void lookUp();
+    bool isComplete() const { return recordModel->connected() && values.areComplete(); }
+    std::shared_ptr<Record> record(const QString& id) const { return recordModel->getRecordData(id); }
+
+    const std::shared_ptr<AbstractServerConnectionData> connectionData;
+    const std::shared_ptr<ZelkoGuiToServerCorbaHandler> handler;
+    GuiToServerAdminCorbaHandler adminHandler;
+    const QString name;
+    QString activeDevice;
+    QString deviceBasePath;
+    RecordItemMapModel* const recordModel;
+    DeviceValues values;
+    QTimer connectTimer;
+    QHash<QString, bool> pendingFlags;
+    std::shared_ptr<ErrorDescriptor> errorDescriptor;
+    bool connected = false;
+};
+
+// A map that was found stays: to connect the model a second time would take all rows from the list and bring them
+// again.
+void ZelkoServerGUIController::Private::lookUp()
+{
+    if (!recordModel->connected()) {
+        recordModel->connect(names::recordMapPath(deviceBasePath));
+    }
+    values.lookUp(deviceBasePath, connectionData->GetBasePath(activeDevice));
+}
+
+ZelkoServerGUIController::ZelkoServerGUIController(const std::shared_ptr<ZelkoGuiToServerCorbaHandler>& handler,
+                                                   ActiveDeviceControl* control, const QString& name,
+                                                   const QFlags<enUserAction>& userActions, QObject* parent)
+    : IZelkoGUIController(userActions, parent)
+    , d(std::make_unique<Private>(this, handler, name))
+{
+    observeRecords();
+    if (control) {
+        connect(control, &ActiveDeviceControl::si_activeDeviceChanged, this,
+                &ZelkoServerGUIController::sl_activeDeviceChanged);
+        connect(control, &ActiveDeviceControl::si_activeDeviceDeleted, this,
+                &ZelkoServerGUIController::sl_activeDeviceDeleted);
+    }
+    connect(d->connectionData.get(), &AbstractServerConnectionData::si_allTicsConnected, this,
+            &ZelkoServerGUIController::sl_connectionChanged);
+    connect(this, &IZelkoGUIController::si_activeDeviceChanged, &d->adminHandler,
+            &GuiToServerAdminCorbaHandler::sl_activeDeviceChanged);
+    connect(&d->connectTimer, &QTimer::timeout, this, &ZelkoServerGUIController::sl_connectVT);
+    resetAll(true);
+}
+
+ZelkoServerGUIController::ZelkoServerGUIController(const std::shared_ptr<ZelkoGuiToServerCorbaHandler>& handler,
+                                                   const QFlags<enUserAction>& userActions, QObject* parent)
+    : ZelkoServerGUIController(handler, nullptr, QString(), UserActions(userActions).setFlag(UserActionOverview, false),
+                               parent)
+{}
+
+ZelkoServerGUIController::~ZelkoServerGUIController()
+{
+    resetAll(true);
+}
+
+void ZelkoServerGUIController::observeRecords()
+{
+    const RecordItemMapModel* const model = d->recordModel;
+    connect(model, &QAbstractItemModel::rowsInserted, this, &ZelkoServerGUIController::sl_updateLoadProgress);
+    connect(model, &RecordItemMapModel::si_allRecordsChanged, this, &ZelkoServerGUIController::sl_updateLoadProgress);
+    connect(model, &RecordItemMapModel::si_recordChanged, this, &ZelkoServerGUIController::sl_recordDataChanged);
+    connect(model, &RecordItemMapModel::si_allRecordsChanged, this, &ZelkoServerGUIController::sl_allRecordsChanged);
+}
+
+bool ZelkoServerGUIController::isConnected() const
+{
+    return d->connected;
+}
+
+ZelkoCommon::AbstractRecordListModel* ZelkoServerGUIController::recordListModel() const
+{
+    return d->recordModel;
+}
+
+QString ZelkoServerGUIController::activeDevice() const
+{
+    return d->activeDevice;
+}
+
+QString ZelkoServerGUIController::activeSubsystem() const
+{
+    return d->handler->GetCurrentSubsystem();
+}
+
+QString ZelkoServerGUIController::deviceOr(const QString& deviceID) const
+{
+    return deviceID.isEmpty() ? d->activeDevice : deviceID;
+}
+
+// Connection
+
+void ZelkoServerGUIController::sl_activeDeviceChanged(const QString& deviceID, const QString&)
+{
+    d->activeDevice = deviceID;
+    announceDevice();
+}
+
+void ZelkoServerGUIController::sl_connectionChanged(QString subSystem)
+{
+    if (activeSubsystem() == subSystem && d->handler->IsConnected()) {
+        announceDevice();
+    }
+}
+
+void ZelkoServerGUIController::announceDevice()
+{
+    d->errorDescriptor = std::make_shared<ErrorDescriptor>(names::errorDescriptorPath(activeSubsystem()));
+    connectVT();
+    Q_EMIT si_activeDeviceChanged(activeDevice(), activeSubsystem());
+}
+
+// The path goes with the device, or the same device would not be connected to when it is configured again.
+void ZelkoServerGUIController::sl_activeDeviceDeleted(QString deviceID, QString subSystem)
+{
+    if (deviceID == activeDevice() && subSystem == activeSubsystem()) {
+        d->activeDevice.clear();
+        d->deviceBasePath.clear();
+        resetAll(true);
+    }
+}
+
+void ZelkoServerGUIController::connectVT()
+{
+    const QString device = d->activeDevice;
+    if (!device.isEmpty() && d->connectionData->GetDeviceBasePath(device) == d->deviceBasePath) {
+        return;
+    }
+    resetAll(false);
+    d->deviceBasePath.clear();
+    if (!device.isEmpty()) {
+        d->deviceBasePath = d->connectionData->GetDeviceBasePath(device);
+        d->connectTimer.start(connectInterval);
+    }
+}
+
+void ZelkoServerGUIController::sl_connectVT()
+{
+    if (!d->connected) {
+        d->lookUp();
+    }
+    if (!d->isComplete()) {
+        if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+            trace(QStringLiteral("ZelkoServerGUIController::connectVT: not all elements are available for VT-Path: %1")
+                      .arg(d->deviceBasePath),
+                  __LINE__);
+        }
+        return;
+    }
+    const std::shared_ptr<IVtClient> client =
+        d->connectionData->getVtClient(activeSubsystem(), ZelkoCommon::ConnectionType::Client);
+    if (!client) {
+        return;
+    }
+    d->values.addCommandsTo(*client);
+    d->connectTimer.stop();
+    sl_selectedRecordsChanged(selectedRecords());
+    sl_updateLoadProgress();
+    // Who hears of these may have made another device the active one.
+    if (d->isComplete()) {
+        d->connected = true;
+        Q_EMIT si_connectionEstablished(activeDevice());
+    }
+}
+
+void ZelkoServerGUIController::resetAll(bool notify)
+{
+    d->connected = false;
+    d->pendingFlags.clear();
+    d->recordModel->disconnect();
+    d->values.letGo();
+    d->connectTimer.stop();
+    sl_selectedRecordsChanged(QStringList());
+    Q_EMIT si_loadProgress(0, 0);
+    if (notify) {
+        Q_EMIT si_activeDeviceChanged(activeDevice(), activeSubsystem());
+    }
+    resetDialogs();
+}
+
+// Changes of the device's values
+
+void ZelkoServerGUIController::Update(Observable* source, TChangeCode code)
+{
+    if (code == TChangeCode::ValueChanged) {
+        contentChanged(source);
+        return;
+    }
+    const auto* const value = code == TChangeCode::StateChanged ? dynamic_cast<const ValueBase*>(source) : nullptr;
+    if (value && value->GetState() == TValueState::Deleted) {
+        valueDeleted(value->GetName());
+    }
+}
+
+void ZelkoServerGUIController::contentChanged(const Observable* source)
+{
+    if (source == d->values.loadCount.get() || source == d->values.loadedCompletely.get()) {
+        sl_updateLoadProgress();
+    } else if (source == d->values.extended.get() || source == d->values.ipAddress.get()) {
+        sl_selectedRecordsChanged(selectedRecords());
+    }
+}
+
+// The handle on the value is null only after this notification, so what rests on it is looked at later: at the
+// selection of that moment, which may be another one by then.
+void ZelkoServerGUIController::valueDeleted(const QString& name)
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        trace(QStringLiteral("ZelkoServerGUIController: VT element <%1> has been deleted.").arg(name), __LINE__);
+    }
+    d->connected = false;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            sl_selectedRecordsChanged(selectedRecords());
+            searchAgain();
+        },
+        Qt::QueuedConnection);
+}
+
+// The values of a lost connection come back under the path that they had, as new ones. That path is no news to
+// connectVT, which would leave the controller with nothing for good.
+void ZelkoServerGUIController::searchAgain()
+{
+    if (d->deviceBasePath.isEmpty() || d->connectTimer.isActive()) {
+        return;
+    }
+    sl_updateLoadProgress();
+    d->connectTimer.start(connectInterval);
+}
+
+void ZelkoServerGUIController::sl_updateLoadProgress()
+{
+    const int count = d->recordModel->rowCount();
+    const int total = d->values.loadCount ? d->values.loadCount->GetValue() : 0;
+    if (!d->values.loadCount || !d->values.loadedCompletely || d->values.loadedCompletely->GetValue() ||
+        count >= total) {
+        Q_EMIT si_loadProgress(0, 0);
+    } else {
+        Q_EMIT si_loadProgress(count, total);
+    }
+}
+
+void ZelkoServerGUIController::sl_recordDataChanged(QString recordID)
+{
+    if (selectedRecords().contains(recordID)) {
+        sl_selectedRecordsChanged(selectedRecords());
+    }
+    const auto pending = d->pendingFlags.constFind(recordID);
+    if (pending != d->pendingFlags.constEnd()) {
+        const bool flag = *pending;
+        d->pendingFlags.erase(pending);
+        sl_setDeletableFlag(recordID, flag, false);
+    }
+}
+
+void ZelkoServerGUIController::sl_allRecordsChanged()
+{
+    if (!selectedRecords().isEmpty()) {
+        sl_selectedRecordsChanged(selectedRecords());
+    }
+}
+
+// Commands of the device
+
+bool ZelkoServerGUIController::isResetAvailable(const QString& recordID) const
+{
+    return d->values.recordIdle && d->recordModel->hasRecord(recordID);
+}
+
+void ZelkoServerGUIController::resetRecord(const QString& recordID)
+{
+    DeviceValues::write(d->values.recordIdle, recordID);
+}
+
+bool ZelkoServerGUIController::isDeleteRecordAvailable(const QStringList& recordIDs) const
+{
+    return d->values.deleteList && !recordIDs.isEmpty();
+}
+
+void ZelkoServerGUIController::deleteRecording(const QStringList& recordIDs, const QString&)
+{
+    DeviceValues::write(d->values.deleteList, recordIDs.join(names::recordIdSeparator));
+}
+
+bool ZelkoServerGUIController::isResynchRecordListAvailable() const
+{
+    return static_cast<bool>(d->values.synchronize);
+}
+
+void ZelkoServerGUIController::resynchRecordList()
+{
+    if (d->values.synchronize) {
+        d->values.synchronize->HasChanged(TChangeCode::ValueChanged, nullptr);
+    }
+}
+
+bool ZelkoServerGUIController::isResynchRecordAvailable(const QString&, const QString& deviceID) const
+{
+    return !deviceID.isEmpty() || d->values.syncOneRecord;
+}
+
+void ZelkoServerGUIController::resynchRecord(const QString& recordID, const QString& deviceID)
+{
+    if (deviceOr(deviceID) == activeDevice()) {
+        DeviceValues::write(d->values.syncOneRecord, recordID);
+    } else {
+        d->adminHandler.requestRecordDataDetail(deviceID, recordID);
+    }
+}
+
+// Transfer
+
+bool ZelkoServerGUIController::isDownloadRecordAvailable(const QStringList&) const
+{
+    return static_cast<bool>(d->values.ipAddress);
+}
+
+void ZelkoServerGUIController::downloadRecord(const QStringList& recordIDs)
+{
+    QStringList writeProtected;
+    for (const QString& id : recordIDs) {
+        const auto record = d->record(id);
+        if (record && !record->GetDeletable()) {
+            writeProtected.append(id);
+        }
+    }
+    Q_EMIT si_downloadRecordings(recordIDs, d->values.ipAddress ? d->values.ipAddress->GetValue() : QString(),
+                                 writeProtected);
+}
+
+// Windows on a record
+
+bool ZelkoServerGUIController::isHistoryAvailable(const QString& recordID) const
+{
+    return d->recordModel->hasRecord(recordID) && isResynchRecordAvailable(recordID, QString());
+}
+
+void ZelkoServerGUIController::showHistory(const QString& recordID)
+{
+    resynchRecord(recordID, QString());
+    openHistoryDialog(recordID);
+}
+
+bool ZelkoServerGUIController::isEditBookmarksAvailable(const QString& recordID) const
+{
+    return d->recordModel->hasRecord(recordID) && isResynchRecordAvailable(recordID, QString());
+}
+
+void ZelkoServerGUIController::editBookmarks(const QString& recordID)
+{
+    resynchRecord(recordID, QString());
+    openBookmarkDialog(recordID);
+}
+
+bool ZelkoServerGUIController::isCopyable(const QString& recordID) const
+{
+    const auto record = d->record(recordID);
+    return record && isResynchRecordAvailable(recordID, QString()) &&
+           record->GetDataRate() != Record::DataRate::RawStream;
+}
+
+bool ZelkoServerGUIController::isCopyRecordAvailable(const QString& recordID) const
+{
+    return isCopyable(recordID);
+}
+
+void ZelkoServerGUIController::copyRecord(const QString& recordID)
+{
+    resynchRecord(recordID, QString());
+    openCopyDialog(recordID);
+}
+
+bool ZelkoServerGUIController::isEditRecordAvailable(const QString& recordID) const
+{
+    return isCopyable(recordID);
+}
+
+void ZelkoServerGUIController::editRecord(const QString& recordID)
+{
+    resynchRecord(recordID, QString());
+    openEditDialog(recordID);
+}
+
+bool ZelkoServerGUIController::isSpectrumOverviewAvailable(const QString& recordID) const
+{
+    const auto record = d->record(recordID);
+    return d->values.ipAddress && d->values.isExtended() && record && isResynchRecordAvailable(recordID, QString()) &&
+           isFinished(*record) && !isBeingRecorded(*record) && hasSpectrum(*record);
+}
+
+void ZelkoServerGUIController::showSpectrumOverview(const QString& recordID)
+{
+    resynchRecord(recordID, QString());
+    openSpectrumOverview(recordID);
+}
+
+void ZelkoServerGUIController::openHistoryDialog(const QString&) {}
+
+void ZelkoServerGUIController::openBookmarkDialog(const QString&) {}
+
+void ZelkoServerGUIController::openCopyDialog(const QString&) {}
+
+void ZelkoServerGUIController::openEditDialog(const QString&) {}
+
+void ZelkoServerGUIController::openSpectrumOverview(const QString&) {}
+
+void ZelkoServerGUIController::resetDialogs() {}
+
+// Requests to the recorder's service
+
+bool ZelkoServerGUIController::isRenameRecordAvailable(const QString& recordID) const
+{
+    const auto record = d->record(recordID);
+    return d->values.isExtended() && record && isFinished(*record);
+}
+
+// The device and the controller may be others, or none, when the user is done with the dialog.
+void ZelkoServerGUIController::renameRecord(const QString& recordID)
+{
+    const auto record = d->record(recordID);
+    if (!record) {
+        return;
+    }
+    const QString device = activeDevice();
+    const QPointer<ZelkoServerGUIController> self(this);
+    bool confirmed = false;
+    const QString name =
+        QInputDialog::getText(dialogParent(), tr("Rename Record"), tr("New record name:"), QLineEdit::Normal,
+                              record->GetRecordName(), &confirmed, Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
+    if (confirmed && self) {
+        setComment(device, recordID, name);
+    }
+}
+
+void ZelkoServerGUIController::setComment(const QString& device, const QString& recordID, const QString& name)
+{
+    try {
+        showFailure(d->adminHandler.SetRecordComment(device, recordID, name));
+    } catch (...) {
+        traceError("Exception in NewRecordList::SlotSetRecordingName", __LINE__);
+    }
+}
+
+ZelkoServerGUIController::DeletableState ZelkoServerGUIController::deletableState(const QStringList& recordIDs) const
+{
+    DeletableState state = NotToggled;
+    for (const QString& id : recordIDs) {
+        const auto record = d->record(id);
+        if (!record || record->GetRecordStatus() != Record::RecordStatus::Finished) {
+            return NotToggled;
+        }
+        const DeletableState own = record->GetDeletable() ? AllDeletable : NoneDeletable;
+        if (state != NotToggled && state != own) {
+            return NotToggled;
+        }
+        state = own;
+    }
+    return state;
+}
+
+bool ZelkoServerGUIController::isToggleDeletableAvailable(const QStringList& recordIDs) const
+{
+    return deletableState(recordIDs) != NotToggled;
+}
+
+void ZelkoServerGUIController::toggleDeletable(const QStringList& recordIDs)
+{
+    try {
+        const bool flag = deletableState(recordIDs) == NoneDeletable;
+        unsigned long code = 0;
+        for (auto id = recordIDs.begin(); code == 0 && id != recordIDs.end(); ++id) {
+            code = d->adminHandler.SetRecordDeletableFlag(activeDevice(), *id, flag);
+        }
+        showFailure(code);
+    } catch (...) {
+        traceError("Exception in NewRecordList::toggleDeletable", __LINE__);
+    }
+}
+
+void ZelkoServerGUIController::sl_copyRecord(QString recordId, quint64 start, quint64 stop, QString recordName,
+                                             QString deviceID)
+{
+    d->adminHandler.copyRecord(deviceOr(deviceID), recordId, static_cast<qint64>(start), static_cast<qint64>(stop),
+                               recordName);
+}
+
+void ZelkoServerGUIController::sl_addHistoryEntry(QString recordID, QString entry)
+{
+    d->adminHandler.addHistory(activeDevice(), recordID, entry);
+}
+
+void ZelkoServerGUIController::sl_deleteHistoryEntry(QString recordID, quint64 timestamp)
+{
+    d->adminHandler.removeHistoryEntry(activeDevice(), recordID, static_cast<qint64>(timestamp));
+}
+
+void ZelkoServerGUIController::sl_setBookmarkEntries(QString recordId, QVector<ZELKO_XML::BookmarkEntry> bookmarks,
+                                                     QString deviceID)
+{
+    d->adminHandler.addBookmarkEntries(deviceOr(deviceID), recordId, bookmarks);
+}
+
+// A new copy of a record, for instance, can be flagged before it has arrived.
+void ZelkoServerGUIController::sl_setDeletableFlag(QString recordID, bool flag, bool delayed)
+{
+    if (delayed && !d->recordModel->hasRecord(recordID)) {
+        d->pendingFlags.insert(recordID, flag);
+    } else {
+        d->adminHandler.SetRecordDeletableFlag(activeDevice(), recordID, flag);
+    }
+}
+
+void ZelkoServerGUIController::sl_overviewSpectrumStreamed(QString recordID, qint64 start, qint64 stop, uint resolution,
+                                                           ulong fftLength, ZelkoDataTypes::eFFT_Window windowType,
+                                                           QString ipAddress, uint port, QString deviceID)
+{
+    d->adminHandler.overviewSpectrumStreamed(deviceOr(deviceID), recordID, start, stop, resolution, fftLength,
+                                             windowType, ipAddress, port);
+}
+
+void ZelkoServerGUIController::sl_errorText(QString text, QString description)
+{
+    if (d->errorDescriptor) {
+        d->errorDescriptor->WriteCommandResponse(ErrorClassifier::Error, text, description);
+    }
+}
+
+} // namespace ZelkoGUI
