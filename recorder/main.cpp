@@ -91,7 +91,8 @@ std::unique_ptr<ServiceHost> serveCalls(ZelkoCommon::Orb& orb, ServedRecorder& r
                                         const TreeLinkServer& server, const RecorderOptions& options)
 {
     ServiceHost::Options serviceOptions;
-    serviceOptions.channels.channel.receiveAddress = options.listenAddress;
+    serviceOptions.channels.channel.listenAddress = options.listenAddress;
+    serviceOptions.channels.channel.toldAddress = reachableAddress(options.listenAddress);
     return std::make_unique<ServiceHost>(orb, servedBy(recorder, channelDevices), CallRights(callersBySession(server)),
                                          serviceOptions);
 }
@@ -115,14 +116,15 @@ int serve(const RecorderOptions& options)
     RefusalLog refusals({});
     TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(), admission(authenticator));
     logSessions(server, refusals);
-    ServedChannelDevices channelDevices(recorder);
-    auto service = serveCalls(orb, recorder, channelDevices, server, options);
+    auto channelDevices = std::make_unique<ServedChannelDevices>(recorder);
+    auto service = serveCalls(orb, recorder, *channelDevices, server, options);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
                                   << "port" << orb.port();
     std::printf("READY port=%d\n", int{orb.port()});
     std::fflush(stdout);
     const int result = QCoreApplication::exec();
     service.reset();
+    channelDevices.reset();
     recorder.close();
     return result;
 }

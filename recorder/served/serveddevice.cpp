@@ -1,6 +1,7 @@
 #include <recorder/served/serveddevice.h>
 
 #include <recorder/served/awaitresult.h>
+#include <recorder/served/replayvalues.h>
 #include <recorder/served/storeworker.h>
 #include <recorder/source/cleantext.h>
 #include <recorder/store/recorderlog.h>
@@ -69,6 +70,7 @@ struct ServedDevice::Private final : public IObserver
     StoreWorker worker;
     RecordingThread recordings;
     Replays replays;
+    ReplayValues replayValues;
     RecordChurn churn;
     QFileSystemWatcher watcher;
     QTimer rescanTimer;
@@ -92,6 +94,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     , worker(store, prepared, uses)
     , recordings(identity.id, {store, uses, clock}, plan.sources, plan.pace, plan.repeat)
     , replays(uses)
+    , replayValues(tree, identity.id, replays)
     , churn(records, prepared, plan.churn)
     , service({store, worker, recordings, uses, replays, clock}, [this] {
         return awaitResult([this](auto job) { requests.post(std::move(job)); }, [this] { return listed(); },

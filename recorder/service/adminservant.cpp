@@ -26,23 +26,24 @@ CORBA::ULong wireStatus(ServiceStatus status)
     return static_cast<CORBA::ULong>(statusCode(status));
 }
 
-// Nothing if one of them marks no moment, or there are more than any record has.
-std::optional<Bookmarks> bookmarksOf(const QD_ZLK::RecordBookmarkSeq& wire)
+// False, with why in `problem`, if one of them marks no moment, or there are more than any record has.
+bool readBookmarks(const QD_ZLK::RecordBookmarkSeq& wire, Bookmarks* result, StoreStatus* problem)
 {
     if (wire.length() > static_cast<CORBA::ULong>(RecordChanges::mostBookmarks)) {
-        return std::nullopt;
+        *problem = StoreStatus::TooMany;
+        return false;
     }
-    Bookmarks result;
     for (CORBA::ULong i = 0; i < wire.length(); ++i) {
         if (wire[i].position < 0) {
-            return std::nullopt;
+            *problem = StoreStatus::BadRange;
+            return false;
         }
         ZELKO_XML::BookmarkEntry bookmark;
         bookmark.SetTimestamp(static_cast<quint64>(wire[i].position));
         bookmark.SetBookmark(fromCorba(static_cast<const CORBA::WChar*>(wire[i].text)));
-        result.append(bookmark);
+        result->append(bookmark);
     }
-    return result;
+    return true;
 }
 
 std::optional<RecordRanges> rangesOf(const QD_ZLK::TimeRangeSeq& wire)
@@ -132,8 +133,10 @@ CORBA::ULong AdminServant::addBookmarks(const char* device, const char* record,
                                         const QD_ZLK::RecordBookmarkSeq& bookmarks)
 {
     return change(Action::EditBookmarks, device, record, [&](DeviceService& service) {
-        const auto entries = bookmarksOf(bookmarks);
-        return entries ? service.setBookmarks(fromCorba(record), *entries) : StoreStatus::TooMany;
+        Bookmarks entries;
+        StoreStatus problem = StoreStatus::Done;
+        return readBookmarks(bookmarks, &entries, &problem) ? service.setBookmarks(fromCorba(record), entries)
+                                                            : problem;
     });
 }
 
@@ -141,8 +144,10 @@ CORBA::ULong AdminServant::deleteBookmarks(const char* device, const char* recor
                                            const QD_ZLK::RecordBookmarkSeq& bookmarks)
 {
     return change(Action::EditBookmarks, device, record, [&](DeviceService& service) {
-        const auto entries = bookmarksOf(bookmarks);
-        return entries ? service.deleteBookmarks(fromCorba(record), *entries) : StoreStatus::UnknownEntry;
+        Bookmarks entries;
+        StoreStatus problem = StoreStatus::Done;
+        return readBookmarks(bookmarks, &entries, &problem) ? service.deleteBookmarks(fromCorba(record), entries)
+                                                            : problem;
     });
 }
 

@@ -11,6 +11,14 @@ CallRights::CallRights(std::function<Caller()> caller)
     : m_caller(std::move(caller))
 {}
 
+CallRights CallRights::within(std::shared_ptr<CallGate> gate) const
+{
+    return CallRights([caller = m_caller, gate = std::move(gate)] {
+        const CallGate::Pass pass(*gate);
+        return caller();
+    });
+}
+
 bool CallRights::allow(Action action) const
 {
     const Caller caller = m_caller();

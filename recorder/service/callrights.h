@@ -1,8 +1,10 @@
 #pragma once
 
+#include <recorder/service/callgate.h>
 #include <recorder/users/caller.h>
 
 #include <functional>
+#include <memory>
 
 namespace ZelkoRecorder {
 
@@ -12,6 +14,9 @@ class CallRights
 public:
     /// `caller` tells for whom the call of its thread is made.
     explicit CallRights(std::function<Caller()> caller);
+
+    /// The same rights, where the caller is only asked for within the gate.
+    CallRights within(std::shared_ptr<CallGate> gate) const;
 
     /// Where he may not, a line in the log says who wanted what.
     bool allow(Action action) const;

@@ -234,8 +234,7 @@ void Channel::startFlow()
         return;
     }
     m_caller.call(
-        [id = m_wireId, address = m_options.receiveAddress.toStdString(),
-         port = m_receiver->port()](ManagerPtr manager) {
+        [id = m_wireId, address = m_options.toldAddress.toStdString(), port = m_receiver->port()](ManagerPtr manager) {
             manager->startDataFlowNG(id.c_str(), address.c_str(), port);
             return true;
         },
@@ -244,7 +243,7 @@ void Channel::startFlow()
 
 bool Channel::openReceiver(QString* error)
 {
-    auto socket = FlowSocket::open(m_source->kind, m_options.receiveAddress, m_source->sender, error);
+    auto socket = FlowSocket::open(m_source->kind, m_options.listenAddress, m_source->sender, error);
     if (!socket) {
         return false;
     }

@@ -27,9 +27,10 @@ public:
     /// How channels are kept.
     struct Options
     {
-        QString receiveAddress = QStringLiteral("127.0.0.1"); ///< where data come in
-        std::chrono::milliseconds callLimit{5000};            ///< of each call to a manager
-        std::chrono::milliseconds pingInterval{10000};        ///< from one sign of life of a manager to the next
+        QString listenAddress = QStringLiteral("127.0.0.1"); ///< where data come in; empty: on all interfaces
+        QString toldAddress = QStringLiteral("127.0.0.1");   ///< where managers are told to send them
+        std::chrono::milliseconds callLimit{5000};           ///< of each call to a manager
+        std::chrono::milliseconds pingInterval{10000};       ///< from one sign of life of a manager to the next
     };
 
     /// Why something was not done.

@@ -63,7 +63,14 @@ void ManagerCaller::call(Call call, Then then)
 void ManagerCaller::ping()
 {
     if (!isBusy()) {
-        call([](ManagerPtr manager) { return !manager->_non_existent(); }, nullptr);
+        call(
+            [](ManagerPtr manager) {
+                if (manager->_non_existent()) {
+                    throw CORBA::OBJECT_NOT_EXIST();
+                }
+                return true;
+            },
+            nullptr);
     }
 }
 

@@ -15,7 +15,7 @@ namespace ZelkoRecorder {
 ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const CallRights& rights,
                          const Options& options)
     : m_orb(orb)
-    , m_rights(rights)
+    , m_rights(rights.within(m_gate))
     , m_directory(recorder.tree, recorder.devices)
     , m_errands(std::make_shared<Errands>([this] { m_wakeUp.call(); }, options.patience))
     , m_wakeUp([this] { m_errands->run(); })

@@ -51,7 +51,8 @@ public:
         DeviceCalls::Devices services; ///< what may be asked of each device; any thread
     };
 
-    /// Begins to serve. `orb` outlives the host. `rights` is asked on threads of the ORB.
+    /// Begins to serve. `orb` outlives the host. `rights` is asked on threads of the ORB
+    /// until the host goes.
     ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const CallRights& rights, const Options& options);
 
     /// From here on every call is refused; those that wait are told so, channel managers hear that the recorder ends,
@@ -69,9 +70,9 @@ private:
     void withdraw(const std::string& key);
 
     ZelkoCommon::Orb& m_orb;
+    const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
     const CallRights m_rights;
     const DeviceDirectory m_directory;
-    const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
     const std::shared_ptr<Errands> m_errands;
     ZelkoCommon::WakeUp m_wakeUp;
     const std::shared_ptr<OverviewDesk> m_overviews;

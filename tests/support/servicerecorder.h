@@ -13,7 +13,6 @@
 #include <zelkobase/orb/orb.h>
 
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <atomic>
 #include <memory>
