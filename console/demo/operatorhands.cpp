@@ -1,5 +1,6 @@
 #include <console/demo/operatorhands.h>
 
+#include <QEnterEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QScrollBar>
@@ -23,6 +24,13 @@ void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers)
     const QModelIndex index = table.model()->index(row, column);
     table.scrollTo(index);
     QTest::mouseClick(table.viewport(), Qt::LeftButton, modifiers, table.visualRect(index).center());
+}
+
+void enter(QWidget& widget)
+{
+    const QPointF place = widget.rect().center();
+    QEnterEvent event(place, widget.mapTo(widget.window(), place), widget.mapToGlobal(place));
+    QCoreApplication::sendEvent(&widget, &event);
 }
 
 void rest(QWidget& widget, const QPoint& place)
