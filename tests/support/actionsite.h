@@ -80,10 +80,11 @@ public:
         site.AddSubSystem({subSystem(), QStringLiteral("127.0.0.1"), m_port, {}, TestUsers::credentials(role)});
         ZelkoCommon::LinkOptions options;
         options.firstRetry = options.lastRetry = std::chrono::milliseconds(50);
+        options.callTimeout = std::chrono::seconds(60); // a loaded machine is no failure
         m_data = std::make_shared<ZelkoCommon::ServerConnectionData>(
             m_orb, Tree::Instance(), std::make_shared<ZelkoCommon::ZelkoConfiguration>(site), options);
         m_handler = std::make_shared<ZelkoGUI::ZelkoGuiToServerCorbaHandler>(m_data);
-        m_handler->setLimit(std::chrono::seconds(60)); // a loaded machine is no failure
+        m_handler->setLimit(std::chrono::seconds(60)); // for the same reason
         m_admin = std::make_unique<ZelkoGUI::GuiToServerAdminCorbaHandler>(m_handler);
         m_controller =
             std::make_unique<Controller>(m_handler, nullptr, QString(), Controller::UserActions(QFlag(1023)), nullptr);
