@@ -19,7 +19,7 @@ using ZelkoCommon::Role;
 namespace {
 
 constexpr int rounds = 50;
-constexpr int mostChanges = 60; // of a round
+constexpr int mostChanges = 100; // of a round
 
 /// Asks a recorder through the handler, in the words of its DeviceService.
 class AdminCalls
