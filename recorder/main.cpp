@@ -1,11 +1,14 @@
 #include <process/terminationsignals.h>
 #include <recorder/process/newuser.h>
 #include <recorder/process/parentwatch.h>
+#include <recorder/process/reachableaddress.h>
 #include <recorder/process/recorderoptions.h>
 #include <recorder/process/stderrlog.h>
 #include <recorder/served/servedrecorder.h>
 #include <recorder/served/sessioncallers.h>
 #include <recorder/served/writepolicy.h>
+#include <recorder/service/servedchanneldevices.h>
+#include <recorder/service/servicehost.h>
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/storelock.h>
 
@@ -33,7 +36,8 @@ int end(const RecorderOptions::Ending& ending)
 bool addDevices(ServedRecorder& recorder, const RecorderOptions& options, QString* error)
 {
     for (const QString& id : options.devices) {
-        const DeviceIdentity identity{id, options.listenAddress, QCoreApplication::applicationVersion()};
+        const DeviceIdentity identity{id, reachableAddress(options.listenAddress),
+                                      QCoreApplication::applicationVersion()};
         DevicePlan plan;
         plan.folder = QDir(options.store).filePath(id);
         plan.sources = options.sources.value(id);
@@ -82,6 +86,17 @@ bool loadUsers(const QString& path, std::optional<UserFile>* users, QString* err
     return users->has_value();
 }
 
+// What is recorded of channels comes in where the service is.
+std::unique_ptr<ServiceHost> serveCalls(ZelkoCommon::Orb& orb, ServedRecorder& recorder, ChannelDevices& channelDevices,
+                                        const TreeLinkServer& server, const RecorderOptions& options)
+{
+    ServiceHost::Options serviceOptions;
+    serviceOptions.channels.channel.listenAddress = options.listenAddress;
+    serviceOptions.channels.channel.toldAddress = reachableAddress(options.listenAddress);
+    return std::make_unique<ServiceHost>(orb, servedBy(recorder, channelDevices), CallRights(callersBySession(server)),
+                                         serviceOptions);
+}
+
 // Nothing is recorded before store and port are known to be ours, and the devices are on the tree before anybody can
 // ask for it.
 int serve(const RecorderOptions& options)
@@ -94,17 +109,21 @@ int serve(const RecorderOptions& options)
     }
     Authenticator authenticator(std::move(users)); // calls that ask it end with the ORB
     ZelkoCommon::Orb orb(orbOptions(options));
-    ServedRecorder recorder;
+    ServedRecorder recorder{ExportFolders(options.exportFolders)};
     if (!addDevices(recorder, options, &error)) {
         return end({error, cannotServe});
     }
     TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(), admission(authenticator));
     logSession(server);
+    auto channelDevices = std::make_unique<ServedChannelDevices>(recorder);
+    auto service = serveCalls(orb, recorder, *channelDevices, server, options);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
                                   << "port" << orb.port();
     std::printf("READY port=%d\n", int{orb.port()});
     std::fflush(stdout);
     const int result = QCoreApplication::exec();
+    service.reset();
+    channelDevices.reset();
     recorder.close();
     return result;
 }

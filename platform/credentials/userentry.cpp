@@ -38,7 +38,7 @@ bool isPlain(char32_t character)
 bool UserEntry::canBeName(const QString& name)
 {
     const auto characters = name.toUcs4();
-    return !name.isEmpty() && name.toUtf8().size() <= maximumName && name == name.trimmed() &&
+    return !name.isEmpty() && name.isValidUtf16() && name.toUtf8().size() <= maximumName && name == name.trimmed() &&
            name == name.normalized(QString::NormalizationForm_C) && !name.contains(QLatin1Char(':')) &&
            !name.startsWith(QLatin1Char('#')) && std::all_of(characters.begin(), characters.end(), isPlain);
 }

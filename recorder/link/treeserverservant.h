@@ -1,12 +1,11 @@
 #pragma once
 
 #include <recorder/link/treelinkserver.h>
+#include <recorder/link/treethreadgate.h>
 
 #include <zelkoidl/treelink.hh>
 
 #include <chrono>
-#include <condition_variable>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -59,30 +58,6 @@ private:
     const std::size_t m_maxWaitingBytes;
     mutable std::mutex m_mutex;
     std::unordered_map<ZelkoTreeLink::SessionId, Session> m_sessions;
-};
-
-/// Runs functions on the thread of the tree for as long as the server there exists.
-class TreeThreadGate
-{
-public:
-    /// `wakeUp` makes the thread of the tree call `run`; it is called once until that was done.
-    explicit TreeThreadGate(std::function<void()> wakeUp);
-
-    /// Queues `work`; false when the server is gone. Work that is queued but not begun when it goes is destroyed.
-    bool post(std::function<void()> work);
-
-    /// Does what is queued. Thread of the tree.
-    void run();
-
-    /// From the return on nothing is queued any more, and nobody is woken.
-    void close();
-
-private:
-    std::function<void()> next();
-
-    std::mutex m_mutex;
-    std::function<void()> m_wakeUp;
-    std::deque<std::function<void()>> m_work;
 };
 
 /// What a write leads to.

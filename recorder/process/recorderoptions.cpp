@@ -6,6 +6,8 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 
 #include <cmath>
 
@@ -50,6 +52,9 @@ void addOptions(QCommandLineParser& parser)
         {QStringLiteral("make-user"),
          QStringLiteral("Reads a password and prints a line for that file; takes a name and a role, which is "
                         "viewer, operator or administrator.")});
+    add("export-folder",
+        "A folder below which clients may have records exported; may be given more than once. Without any, none are.",
+        "folder");
     parser.addOption({QStringLiteral("once"),
                       QStringLiteral("Pass over sources that the device has recorded to their end before.")});
     parser.addOption(
@@ -136,6 +141,18 @@ RecorderOptions readNewUser(const QCommandLineParser& parser)
     return options;
 }
 
+QStringList exportFolders(const QCommandLineParser& parser)
+{
+    QStringList folders;
+    for (const QString& folder : parser.values(QStringLiteral("export-folder"))) {
+        if (!QFileInfo(folder).isDir()) {
+            throw BadOption{QStringLiteral("\"%1\" is no folder to export to").arg(folder)};
+        }
+        folders.append(QDir(folder).absolutePath());
+    }
+    return folders;
+}
+
 RecorderOptions read(const QCommandLineParser& parser)
 {
     if (parser.isSet(QStringLiteral("make-user"))) {
@@ -165,6 +182,7 @@ RecorderOptions read(const QCommandLineParser& parser)
     const double interval = number(parser, QStringLiteral("index-interval"), 0.001, 86400);
     options.pace.indexInterval = std::chrono::microseconds(std::llround(interval * 1e6));
     options.usersFile = parser.value(QStringLiteral("users"));
+    options.exportFolders = exportFolders(parser);
     options.exitWithParent = parser.isSet(QStringLiteral("exit-with-parent"));
     return options;
 }

@@ -46,6 +46,8 @@ struct RecorderOptions
     ChurnPlan churn;
     RecordingThread::Repeat repeat = RecordingThread::Repeat::Everything;
     RecordingPace pace;
+    /// Records may be exported below these folders, which exist.
+    QStringList exportFolders;
     bool exitWithParent = false;
     /// Empty: there are none, and every client is a viewer.
     QString usersFile;

@@ -4,18 +4,11 @@
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/recordid.h>
 
-#include <QDateTime>
-
 namespace ZelkoRecorder {
 
 using ZELKO_XML::ZELKO_RecordData;
 
 namespace {
-
-quint64 microsecondsNow()
-{
-    return static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()) * 1000;
-}
 
 ZELKO_RecordData::Interface interfaceOf(const QString& source)
 {
@@ -25,11 +18,13 @@ ZELKO_RecordData::Interface interfaceOf(const QString& source)
 
 } // namespace
 
-RecordingThread::RecordingThread(const QString& device, const DeviceStore& store, const QStringList& sources,
+RecordingThread::RecordingThread(const QString& device, const Surroundings& surroundings, const QStringList& sources,
                                  const RecordingPace& pace, Repeat repeat, QObject* parent)
     : QObject(parent)
     , m_device(device)
-    , m_store(store)
+    , m_store(surroundings.store)
+    , m_uses(surroundings.uses)
+    , m_clock(surroundings.clock)
     , m_sources(sources)
     , m_pace(pace)
     , m_repeat(repeat)
@@ -62,6 +57,12 @@ void RecordingThread::stopRecording(const QString& recordID)
     }
 }
 
+bool RecordingThread::edit(const QString& recordID, const RecordEdit& edit, const EditQueue::Answer& answer)
+{
+    const std::lock_guard lock(m_mutex);
+    return m_recordID == recordID && m_edits && m_edits->post(edit, answer);
+}
+
 void RecordingThread::recordAll()
 {
     RecordedSources recorded(m_store.folder());
@@ -91,7 +92,7 @@ bool RecordingThread::record(const QString& source)
         qCWarning(recorderLog).noquote() << m_device << ": cannot record" << source << ":" << error;
         return false;
     }
-    const quint64 now = microsecondsNow();
+    const auto now = static_cast<quint64>(m_clock.now());
     const QString id = createRecordId(now);
     ZELKO_RecordData birth = recordOf(signal->description(), now);
     birth.SetRecordID(id);
@@ -102,9 +103,12 @@ bool RecordingThread::record(const QString& source)
     const auto tell = [this](const RecordPointer& record) {
         m_news.post([this, record] { Q_EMIT recordChanged(record); });
     };
-    const std::stop_token stop = begin(id);
+    const auto use = m_uses.begin(id, RecordUses::Kind::Recording);
+    const auto edits = std::make_shared<EditQueue>();
+    const std::stop_token stop = begin(id, edits);
     qCInfo(recorderLog).noquote() << m_device << ": recording" << id << "from" << source;
     Recording recording(m_store, *signal, birth, m_pace, tell);
+    recording.takeEditsFrom(*edits);
     if (!recording.run(stop, &error)) {
         qCWarning(recorderLog).noquote() << m_device << ": recording" << id << "failed:" << error;
     }
@@ -113,11 +117,12 @@ bool RecordingThread::record(const QString& source)
     return recording.isComplete();
 }
 
-std::stop_token RecordingThread::begin(const QString& recordID)
+std::stop_token RecordingThread::begin(const QString& recordID, const std::shared_ptr<EditQueue>& edits)
 {
     m_news.post([this, recordID] { Q_EMIT recordBegins(recordID); });
     const std::lock_guard lock(m_mutex);
     m_recordID = recordID;
+    m_edits = edits;
     m_stop = std::stop_source();
     if (m_ending) {
         m_stop.request_stop();

@@ -1,5 +1,7 @@
 #include <recorder/served/serveddevice.h>
 
+#include <recorder/served/awaitresult.h>
+#include <recorder/served/replayvalues.h>
 #include <recorder/served/storeworker.h>
 #include <recorder/source/cleantext.h>
 #include <recorder/store/recorderlog.h>
@@ -12,6 +14,8 @@
 #include <QFileSystemWatcher>
 #include <QSet>
 #include <QTimer>
+
+#include <map>
 
 namespace ZelkoRecorder {
 
@@ -35,6 +39,7 @@ struct ServedDevice::Private final : public IObserver
     void connectWorker();
     void connectRecordings();
     void watchStore();
+    RecordPointers listed() const;
     void takeFromDisk(const RecordPointers& read);
     void show(const RecordPointer& record);
     void erase(const QStringList& recordIDs);
@@ -52,8 +57,20 @@ struct ServedDevice::Private final : public IObserver
     zelko::recordmap::RecordItemMap& records;
     QSet<QString> beingRecorded;
 
+    // A recording that somebody else makes.
+    struct Foreign
+    {
+        std::function<void()> stop;
+        RecordUses::Handle use;
+    };
+
+    RecordUses uses;
+    std::map<QString, Foreign> foreign;
+    DeviceClock clock;
     StoreWorker worker;
     RecordingThread recordings;
+    Replays replays;
+    ReplayValues replayValues;
     RecordChurn churn;
     QFileSystemWatcher watcher;
     QTimer rescanTimer;
@@ -62,6 +79,9 @@ struct ServedDevice::Private final : public IObserver
     ValueObservingPtr<TextValue> syncOneRecord{this};
     ValueObservingPtr<TextValue> deleteRecordingList{this};
     ValueObservingPtr<TextValue> setRecordIdle{this};
+
+    Mailbox requests; // of other threads
+    DeviceService service;
 };
 
 ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan)
@@ -70,9 +90,16 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     , prepared(identity.id, plan.preparedRecords)
     , branch(tree, identity)
     , records(*branch.records)
-    , worker(store, prepared)
-    , recordings(identity.id, store, plan.sources, plan.pace, plan.repeat)
+    , clock(plan.folder)
+    , worker(store, prepared, uses)
+    , recordings(identity.id, {store, uses, clock}, plan.sources, plan.pace, plan.repeat)
+    , replays(uses)
+    , replayValues(tree, identity.id, replays)
     , churn(records, prepared, plan.churn)
+    , service({store, worker, recordings, uses, replays, clock}, [this] {
+        return awaitResult([this](auto job) { requests.post(std::move(job)); }, [this] { return listed(); },
+                           RecordPointers());
+    })
 {
     synchronize = branch.synchronize;
     syncOneRecord = branch.syncOneRecord;
@@ -80,6 +107,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     setRecordIdle = branch.setRecordIdle;
     connectWorker();
     connectRecordings();
+    connect(&replays, &Replays::changed, &worker, [this](const QString& id) { synchronizeOne(id); });
     watchStore();
     worker.load();
 }
@@ -129,6 +157,16 @@ void ServedDevice::Private::watchStore()
     }
 }
 
+RecordPointers ServedDevice::Private::listed() const
+{
+    RecordPointers all;
+    all.reserve(static_cast<qsizetype>(records.Size()));
+    for (const auto& [recordID, item] : std::as_const(records).data()) {
+        all.append(item.GetRecordData());
+    }
+    return all;
+}
+
 // What was read while its recording went on may be older than what the recording told.
 void ServedDevice::Private::takeFromDisk(const RecordPointers& read)
 {
@@ -141,7 +179,7 @@ void ServedDevice::Private::takeFromDisk(const RecordPointers& read)
 
 void ServedDevice::Private::show(const RecordPointer& record)
 {
-    records.SetAt(record->GetRecordID(), RecordMapData(record), nullptr);
+    records.SetAt(record->GetRecordID(), RecordMapData(replays.asShown(record)), nullptr);
 }
 
 void ServedDevice::Private::erase(const QStringList& recordIDs)
@@ -204,9 +242,12 @@ void ServedDevice::Private::synchronizeOne(const QString& recordID)
 
 void ServedDevice::Private::setIdle(const QString& recordID)
 {
-    if (beingRecorded.contains(recordID)) {
+    if (const auto found = foreign.find(recordID); found != foreign.end()) {
+        found->second.stop();
+    } else if (beingRecorded.contains(recordID)) {
         recordings.stopRecording(recordID);
     } else if (records.contains(recordID)) {
+        replays.stop(recordID);
         worker.putToRest(recordID);
     }
 }
@@ -217,5 +258,27 @@ ServedDevice::ServedDevice(Tree& tree, const DeviceIdentity& identity, const Dev
 {}
 
 ServedDevice::~ServedDevice() = default;
+
+DeviceService& ServedDevice::service()
+{
+    return d->service;
+}
+
+void ServedDevice::beginForeignRecording(const QString& recordID, std::function<void()> stop)
+{
+    d->beingRecorded.insert(recordID);
+    d->foreign[recordID] = {std::move(stop), d->uses.begin(recordID, RecordUses::Kind::Recording)};
+}
+
+void ServedDevice::showForeignRecording(const RecordPointer& record)
+{
+    d->show(record);
+}
+
+void ServedDevice::endForeignRecording(const QString& recordID)
+{
+    d->foreign.erase(recordID);
+    d->endRecording(recordID);
+}
 
 } // namespace ZelkoRecorder

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/deviceservice.h>
 #include <recorder/served/recordchurn.h>
 #include <recorder/served/recordingthread.h>
 #include <recorder/served/servedbranch.h>
@@ -9,6 +10,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace ZelkoRecorder {
@@ -41,8 +43,21 @@ public:
     /// stays there.
     ServedDevice(Tree& tree, const DeviceIdentity& identity, const DevicePlan& plan, QObject* parent = nullptr);
 
-    /// Closes the recording under way.
+    /// Closes the recording under way, and lets those who wait for an answer of the service go.
     ~ServedDevice() override;
+
+    /// What clients may ask of the device; it lives as long as the device.
+    DeviceService& service();
+
+    /// @name A record that somebody else makes in the device's store, in this order
+    /// @{
+    /// It is about to be born; nothing of it is on disk yet. `stop` is called when a client wants it at rest.
+    void beginForeignRecording(const QString& recordID, std::function<void()> stop);
+    /// A durable state of it.
+    void showForeignRecording(const RecordPointer& record);
+    /// Nobody writes to it any more.
+    void endForeignRecording(const QString& recordID);
+    /// @}
 
 private:
     struct Private;

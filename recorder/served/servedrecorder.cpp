@@ -4,7 +4,10 @@
 
 namespace ZelkoRecorder {
 
-ServedRecorder::ServedRecorder() = default;
+ServedRecorder::ServedRecorder(const ExportFolders& exportFolders)
+    : m_exports(std::make_unique<ExportQueue>(exportFolders))
+{}
+
 ServedRecorder::~ServedRecorder() = default;
 
 bool ServedRecorder::addDevice(const DeviceIdentity& identity, const DevicePlan& plan, QString* error)
@@ -22,7 +25,40 @@ bool ServedRecorder::addDevice(const DeviceIdentity& identity, const DevicePlan&
 
 void ServedRecorder::close()
 {
+    m_exports.reset();
     m_devices.clear();
+}
+
+QStringList ServedRecorder::deviceIds() const
+{
+    QStringList ids;
+    for (const auto& [id, device] : m_devices) {
+        ids.append(id);
+    }
+    return ids;
+}
+
+DeviceService* ServedRecorder::service(const QString& deviceID) const
+{
+    const auto device = m_devices.find(deviceID);
+    return device == m_devices.end() ? nullptr : &device->second->service();
+}
+
+ServedDevice* ServedRecorder::device(const QString& deviceID) const
+{
+    const auto found = m_devices.find(deviceID);
+    return found == m_devices.end() ? nullptr : found->second.get();
+}
+
+QString ServedRecorder::exportRecord(const QString& deviceID, const QString& recordID, const QString& path,
+                                     StoreStatus* status)
+{
+    DeviceService* const device = service(deviceID);
+    if (!device) {
+        *status = StoreStatus::UnknownRecord;
+        return {};
+    }
+    return m_exports->enqueue({deviceID, device->store(), device->uses()}, recordID, path, status);
 }
 
 } // namespace ZelkoRecorder

@@ -15,10 +15,11 @@ constexpr qsizetype sliceSize = 128;
 
 } // namespace
 
-StoreWorker::StoreWorker(const DeviceStore& store, const PreparedRecords& prepared, QObject* parent)
+StoreWorker::StoreWorker(const DeviceStore& store, const PreparedRecords& prepared, RecordUses& uses, QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_prepared(prepared)
+    , m_uses(uses)
 {}
 
 StoreWorker::~StoreWorker() = default;
@@ -41,11 +42,37 @@ void StoreWorker::readAll()
     });
 }
 
-void StoreWorker::readOne(const QString& recordID)
+void StoreWorker::readOne(const QString& recordID, const Answer& answer)
 {
-    m_thread.enqueue([this, recordID] {
+    m_thread.enqueue([this, recordID, answer] {
         m_known.insert(recordID); // to whoever asks: so it is told of if it is not there
         readSlices({recordID});
+        if (answer) {
+            answer(m_known.contains(recordID) ? StoreStatus::Done : StoreStatus::UnknownRecord);
+        }
+    });
+}
+
+// After a failure the disk may have the new state all the same: then that is what is shown.
+void StoreWorker::edit(const QString& recordID, const RecordEdit& edit, const Answer& answer)
+{
+    m_thread.enqueue([this, recordID, edit, answer] {
+        const RecordChange made = RecordChanges(m_store).make(recordID, edit);
+        if (made.record) {
+            m_known.insert(recordID);
+            tellOf({made.record});
+        } else if (made.status == StoreStatus::DiskRefused) {
+            readSlices({recordID});
+        }
+        answer(made.status);
+    });
+}
+
+void StoreWorker::add(const RecordPointer& record)
+{
+    m_thread.enqueue([this, record] {
+        m_known.insert(record->GetRecordID());
+        tellOf({record});
     });
 }
 
@@ -71,14 +98,39 @@ void StoreWorker::putToRest(const QString& recordID)
 void StoreWorker::remove(const QStringList& recordIDs)
 {
     for (qsizetype begin = 0; begin < recordIDs.size(); begin += sliceSize) {
-        m_thread.enqueue([this, ids = recordIDs.mid(begin, sliceSize)] {
-            const QStringList gone = m_store.remove(ids);
-            for (const QString& id : gone) {
-                m_known.remove(id);
-            }
-            m_results.post([this, gone] { Q_EMIT recordsGone(gone); });
-        });
+        m_thread.enqueue([this, ids = recordIDs.mid(begin, sliceSize)] { removePart(ids); });
     }
+}
+
+// Whoever asked may have seen the records before somebody else protected them or began to use them.
+void StoreWorker::removePart(const QStringList& recordIDs)
+{
+    std::vector<RecordUses::Handle> claims;
+    QStringList deletable;
+    for (const QString& id : recordIDs) {
+        RecordUses::Handle claim = m_uses.begin(id, RecordUses::Kind::Deletion);
+        if (claim && mayRemove(id)) {
+            claims.push_back(std::move(claim));
+            deletable.append(id);
+        }
+    }
+    if (deletable.size() < recordIDs.size()) {
+        qCWarning(recorderLog).noquote() << "not deleted from" << m_store.folder()
+                                         << ", in use, protected or unknown:" << recordIDs.size() - deletable.size()
+                                         << "records";
+    }
+    const QStringList gone = m_store.remove(deletable);
+    for (const QString& id : gone) {
+        m_known.remove(id);
+    }
+    tellGone(gone);
+}
+
+bool StoreWorker::mayRemove(const QString& recordID) const
+{
+    QString error;
+    const RecordPointer record = m_store.read(recordID, &error);
+    return record && DeviceStore::mayDelete(*record);
 }
 
 void StoreWorker::listAll()
@@ -106,7 +158,7 @@ void StoreWorker::loadSlice()
             slice.append(record);
         }
     }
-    m_results.post([this, slice] { Q_EMIT recordsRead(slice); });
+    tellOf(slice);
     if (!m_toLoad.isEmpty()) {
         m_thread.enqueue([this] { loadSlice(); });
         return;
@@ -146,7 +198,7 @@ void StoreWorker::compareNames()
     m_known.subtract(QSet<QString>(gone.cbegin(), gone.cend()));
     m_setAside.intersect(present);
     if (!gone.isEmpty()) {
-        m_results.post([this, gone] { Q_EMIT recordsGone(gone); });
+        tellGone(gone);
     }
     readSlices(came);
 }
@@ -159,12 +211,12 @@ void StoreWorker::readSlices(const QStringList& recordIDs)
             slice.append(record);
         }
         if (slice.size() == sliceSize) {
-            m_results.post([this, slice] { Q_EMIT recordsRead(slice); });
+            tellOf(slice);
             slice.clear();
         }
     }
     if (!slice.isEmpty()) {
-        m_results.post([this, slice] { Q_EMIT recordsRead(slice); });
+        tellOf(slice);
     }
 }
 
@@ -175,7 +227,7 @@ RecordPointer StoreWorker::readKnown(const QString& recordID)
     const RecordPointer record = m_store.read(recordID, &error);
     if (!record) {
         if (m_known.remove(recordID)) {
-            m_results.post([this, recordID] { Q_EMIT recordsGone({recordID}); });
+            tellGone({recordID});
         }
         setAside(recordID, error);
         return nullptr;
@@ -183,6 +235,16 @@ RecordPointer StoreWorker::readKnown(const QString& recordID)
     m_known.insert(recordID);
     m_setAside.remove(recordID);
     return isUnfinished(*record) ? nullptr : record;
+}
+
+void StoreWorker::tellOf(const RecordPointers& records)
+{
+    m_results.post([this, records] { Q_EMIT recordsRead(records); });
+}
+
+void StoreWorker::tellGone(const QStringList& recordIDs)
+{
+    m_results.post([this, recordIDs] { Q_EMIT recordsGone(recordIDs); });
 }
 
 // Told once, not each time the store is looked through.

@@ -4,6 +4,8 @@
 #include <recorder/served/mailbox.h>
 #include <recorder/store/devicestore.h>
 #include <recorder/store/preparedrecords.h>
+#include <recorder/store/recordchanges.h>
+#include <recorder/store/recorduses.h>
 
 #include <QObject>
 #include <QSet>
@@ -21,7 +23,12 @@ class StoreWorker : public QObject
     Q_OBJECT
 
 public:
-    StoreWorker(const DeviceStore& store, const PreparedRecords& prepared, QObject* parent = nullptr);
+    /// Who is told how a job ended, on the worker's thread. An answer that the end of the worker overtakes is destroyed
+    /// without being called.
+    using Answer = std::function<void(StoreStatus)>;
+
+    /// `uses` outlives the worker.
+    StoreWorker(const DeviceStore& store, const PreparedRecords& prepared, RecordUses& uses, QObject* parent = nullptr);
 
     /// Waits for the job under way and forgets the others.
     ~StoreWorker() override;
@@ -36,13 +43,19 @@ public:
     /// Reads every record anew, and looks for folders that came and went.
     void readAll();
 
-    /// Reads one record anew; tells that it is gone if it cannot be read.
-    void readOne(const QString& recordID);
+    /// Reads one record anew; tells that it is gone, and answers so, if it cannot be read.
+    void readOne(const QString& recordID, const Answer& answer = {});
+
+    /// Edits one record at rest, as RecordChanges does. The new state is on its way as a signal when the answer comes.
+    void edit(const QString& recordID, const RecordEdit& edit, const Answer& answer);
+
+    /// Takes up a record that somebody else has put into the store.
+    void add(const RecordPointer& record);
 
     /// Puts a record at rest, whatever its status says. Not one that is being recorded.
     void putToRest(const QString& recordID);
 
-    /// Removes records for good.
+    /// Removes records for good, but not those that are in use or not marked as deletable on disk.
     void remove(const QStringList& recordIDs);
 
 Q_SIGNALS:
@@ -65,10 +78,15 @@ private:
     void compareNames();
     void readSlices(const QStringList& recordIDs);
     RecordPointer readKnown(const QString& recordID);
+    void removePart(const QStringList& recordIDs);
+    bool mayRemove(const QString& recordID) const;
+    void tellOf(const RecordPointers& records);
+    void tellGone(const QStringList& recordIDs);
     void setAside(const QString& recordID, const QString& why);
 
     const DeviceStore m_store;
     const PreparedRecords m_prepared;
+    RecordUses& m_uses;
 
     // Only the jobs use these.
     QStringList m_toLoad;

@@ -4,6 +4,7 @@
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/recordid.h>
 #include <recorder/store/recordrepair.h>
+#include <recorder/store/storedfiles.h>
 
 #include <reportcore/durablefile.h>
 #include <reportcore/rgexception.h>
@@ -135,23 +136,23 @@ RecordPointer DeviceStore::read(const QString& recordID, QString* error) const
 RecordPointer DeviceStore::readAtRest(const QString& recordID, QString* error) const
 {
     RecordPointer record = read(recordID, error);
-    if (record && isUnfinished(*record)) {
-        if (!repairRecord(recordFolder(recordID), *record, error)) {
-            return nullptr;
-        }
-        qCInfo(recorderLog).noquote() << "closed" << recordID << "at" << record->GetSize() << "bytes";
+    if (!record) {
+        return nullptr;
     }
+    if (!isUnfinished(*record)) {
+        removeTemporaries(recordFolder(recordID));
+        return record;
+    }
+    if (!repairRecord(recordFolder(recordID), *record, error)) {
+        return nullptr;
+    }
+    qCInfo(recorderLog).noquote() << "closed" << recordID << "at" << record->GetSize() << "bytes";
     return record;
 }
 
 bool DeviceStore::save(const ZELKO_RecordData& record) const
 {
-    try {
-        return record.SaveXml(recordFolder(record.GetRecordID()) + QLatin1Char('/') + ZELKO_XML::metaDataFileName);
-    } catch (const RGException& exception) {
-        qCWarning(recorderLog).noquote() << "cannot save" << record.GetRecordID() << ":" << exception.GetMessage();
-        return false;
-    }
+    return saveMetaData(recordFolder(record.GetRecordID()), record);
 }
 
 // A record goes by taking its name away, which is one step for the disk; only then its files are removed.
@@ -170,6 +171,13 @@ QStringList DeviceStore::remove(const QStringList& recordIDs) const
         QDir(tombstone(id)).removeRecursively();
     }
     return gone;
+}
+
+bool DeviceStore::publish(const QString& recordID) const
+{
+    const QString place = recordFolder(recordID);
+    return !QFileInfo::exists(place) && QDir().rename(birthFolder(recordID), place) &&
+           REPORTGENERATOR::syncFolder(m_folder);
 }
 
 bool DeviceStore::mayDelete(const ZELKO_RecordData& record)

@@ -33,7 +33,8 @@ public:
     /// files, cannot be read, are no record, or are one of another ID.
     RecordPointer read(const QString& recordID, QString* error) const;
 
-    /// As `read`, but a record that was left unfinished is closed on disk first. Not while it may be being recorded.
+    /// As `read`, but a record that was left unfinished is closed on disk first, and what an interrupted save left in
+    /// its folder is removed. Not while somebody may be recording or saving it.
     RecordPointer readAtRest(const QString& recordID, QString* error) const;
 
     /// Replaces a record's metadata, durably.
@@ -48,6 +49,10 @@ public:
 
     /// Where a record is built before it appears under its own name.
     QString birthFolder(const QString& recordID) const;
+
+    /// Lets a record that is whole and durable in its birth folder appear in the store; durable when it returns true.
+    /// False if the disk refuses, or there is such a record.
+    bool publish(const QString& recordID) const;
 
 private:
     QString tombstone(const QString& recordID) const;

@@ -47,16 +47,23 @@ Recording::Recording(const DeviceStore& store, SignalSource& source, const ZELKO
 
 Recording::~Recording() = default;
 
+void Recording::takeEditsFrom(EditQueue& edits)
+{
+    m_edits = &edits;
+}
+
 bool Recording::run(const std::stop_token& stop, QString* error)
 {
     m_writer = RecordWriter::create(m_store, m_birth, error);
     if (!m_writer) {
+        closeEdits();
         return false;
     }
     tell();
     const bool recorded = recordAll(stop, error);
     noteBookmarks();
     noteIndexEntry();
+    closeEdits();
     const bool closed = m_writer->finish();
     tell();
     if (recorded && !closed) {
@@ -108,11 +115,12 @@ qint64 Recording::framesDue() const
 }
 
 // Returns when `frame` is due, or some frames have gathered; false when to stop.
-bool Recording::waitForFrames(const std::stop_token& stop, qint64 frame) const
+bool Recording::waitForFrames(const std::stop_token& stop, qint64 frame)
 {
     const RecordingClock::TimePoint gathered = m_clock.now() + gatherTime;
     constexpr std::chrono::milliseconds patience{1};
     while (!stop.stop_requested()) {
+        makeEdits(m_edits->take());
         const qint64 due = framesDue();
         if (due >= frame || (due > m_frame && m_clock.now() >= gathered)) {
             return true;
@@ -156,6 +164,42 @@ void Recording::noteBookmarks()
         bookmark.SetTimestamp(m_timeline.timeAt(marks.at(m_nextMark).frame));
         bookmark.SetBookmark(marks.at(m_nextMark).text);
         m_writer->record().AppendBookmarkEntry(bookmark);
+    }
+}
+
+// Durable before anybody is answered; after a failure the record goes on as it was before.
+void Recording::makeEdits(const std::vector<EditQueue::Entry>& entries)
+{
+    if (entries.empty()) {
+        return;
+    }
+    const ZELKO_RecordData before = m_writer->record();
+    std::vector<StoreStatus> statuses;
+    for (const EditQueue::Entry& entry : entries) {
+        statuses.push_back(applyEdit(m_writer->record(), entry.edit));
+    }
+    const bool saved = m_writer->step();
+    if (saved) {
+        tell();
+    } else {
+        m_writer->record() = before;
+    }
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const bool isLost = !saved && statuses[i] == StoreStatus::Done;
+        entries[i].answer(isLost ? StoreStatus::DiskRefused : statuses[i]);
+    }
+}
+
+// What was asked for before the end counts; who asks later finds a record at rest, or none.
+void Recording::closeEdits()
+{
+    const auto entries = m_edits->close();
+    if (m_writer) {
+        makeEdits(entries);
+        return;
+    }
+    for (const EditQueue::Entry& entry : entries) {
+        entry.answer(StoreStatus::UnknownRecord);
     }
 }
 

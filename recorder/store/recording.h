@@ -2,6 +2,7 @@
 
 #include <recorder/source/signalsource.h>
 #include <recorder/store/devicestore.h>
+#include <recorder/store/editqueue.h>
 #include <recorder/store/recordingclock.h>
 #include <recorder/store/recordwriter.h>
 #include <recorder/store/signaltimeline.h>
@@ -45,6 +46,10 @@ public:
               const RecordingPace& pace, Listener listener, RecordingClock& clock = RecordingClock::steady());
     ~Recording();
 
+    /// Edits of the record that others ask for are taken from here while it is being recorded, and made durable at
+    /// once. Closed when `run` returns. `edits` outlives the recording.
+    void takeEditsFrom(EditQueue& edits);
+
     /// Records until the signal ends, `stop` is requested, or the disk refuses; then closes the record. False, and a
     /// text for people in `error`, after a failure of disk or source; what was recorded before it is kept. May be
     /// called once.
@@ -57,10 +62,12 @@ private:
     bool recordAll(const std::stop_token& stop, QString* error);
     qint64 nextBoundary() const;
     qint64 framesDue() const;
-    bool waitForFrames(const std::stop_token& stop, qint64 frame) const;
+    bool waitForFrames(const std::stop_token& stop, qint64 frame);
     qint64 readTo(qint64 frame);
     void noteIndexEntry();
     void noteBookmarks();
+    void makeEdits(const std::vector<EditQueue::Entry>& entries);
+    void closeEdits();
     bool stepIfDue();
     void tell();
 
@@ -73,6 +80,8 @@ private:
     const qint64 m_bytesPerFrame;
     const RecordingClock::TimePoint m_begin;
     ZELKO_XML::ZELKO_RecordData m_birth;
+    EditQueue m_noEdits;
+    EditQueue* m_edits = &m_noEdits;
     std::unique_ptr<RecordWriter> m_writer;
     std::vector<char> m_buffer;
     RecordingClock::TimePoint m_lastStep;

@@ -1,9 +1,7 @@
 #include <recorder/store/recordrepair.h>
 
-#include <reportcore/rgexception.h>
-#include <zelkobase/data/recordfiles.h>
+#include <recorder/store/storedfiles.h>
 
-#include <QDir>
 #include <QFile>
 
 #include <unistd.h>
@@ -25,25 +23,6 @@ void dropIndexBeyond(quint64 size, ZELKO_RecordData& record)
 bool cutDurably(QFile& samples, quint64 size)
 {
     return samples.resize(static_cast<qint64>(size)) && ::fdatasync(samples.handle()) == 0;
-}
-
-// What an interrupted save leaves behind.
-void removeTemporaries(const QDir& folder)
-{
-    const QStringList patterns{QString(ZELKO_XML::metaDataFileName) + QStringLiteral(".??????")};
-    for (const QString& name : folder.entryList(patterns, QDir::Files | QDir::Hidden)) {
-        QFile::remove(folder.filePath(name));
-    }
-}
-
-// A record that has become invalid is not written, and that is no reason to end the recorder.
-bool saveMetaData(const QDir& dir, const ZELKO_RecordData& record)
-{
-    try {
-        return record.SaveXml(dir.filePath(ZELKO_XML::metaDataFileName));
-    } catch (const RGException&) {
-        return false;
-    }
 }
 
 } // namespace
@@ -69,19 +48,18 @@ void closeAtLastIndexEntry(ZELKO_RecordData& record)
 
 bool repairRecord(const QString& folder, ZELKO_RecordData& record, QString* error)
 {
-    const QDir dir(folder);
-    QFile samples(dir.filePath(ZELKO_XML::sampleFileName(record.GetRecordID(), record.GetDataFormat())));
+    QFile samples(sampleFilePath(folder, record));
     if (!samples.open(QIODevice::ReadWrite)) {
         *error = samples.errorString();
         return false;
     }
     dropIndexBeyond(static_cast<quint64>(samples.size()), record);
     closeAtLastIndexEntry(record);
-    if (!cutDurably(samples, record.GetSize()) || !saveMetaData(dir, record)) {
+    if (!cutDurably(samples, record.GetSize()) || !saveMetaData(folder, record)) {
         *error = QStringLiteral("it cannot be written");
         return false;
     }
-    removeTemporaries(dir);
+    removeTemporaries(folder);
     return true;
 }
 

@@ -1,10 +1,7 @@
 #include <recorder/store/recordwriter.h>
 
 #include <recorder/store/recordrepair.h>
-
-#include <reportcore/durablefile.h>
-#include <reportcore/rgexception.h>
-#include <zelkobase/data/recordfiles.h>
+#include <recorder/store/storedfiles.h>
 
 #include <QDir>
 
@@ -19,10 +16,8 @@ std::unique_ptr<RecordWriter> RecordWriter::create(const DeviceStore& store, con
                                                    QString* error)
 {
     std::unique_ptr<RecordWriter> writer(new RecordWriter(store, birth));
-    const QString place = store.recordFolder(birth.GetRecordID());
     const QString builtIn = store.birthFolder(birth.GetRecordID());
-    if (!QFileInfo::exists(place) && writer->openIn(builtIn) && writer->save(builtIn) &&
-        QDir().rename(builtIn, place) && REPORTGENERATOR::syncFolder(store.folder())) {
+    if (writer->openIn(builtIn) && writer->save(builtIn) && store.publish(birth.GetRecordID())) {
         return writer;
     }
     *error = QStringLiteral("the record %1 cannot be made in %2").arg(birth.GetRecordID(), store.folder());
@@ -41,8 +36,7 @@ RecordWriter::RecordWriter(const DeviceStore& store, const ZELKO_RecordData& bir
 
 bool RecordWriter::openIn(const QString& folder)
 {
-    const QDir dir(folder);
-    m_samples.setFileName(dir.filePath(ZELKO_XML::sampleFileName(m_record.GetRecordID(), m_record.GetDataFormat())));
+    m_samples.setFileName(sampleFilePath(folder, m_record));
     return QDir().mkpath(folder) && m_samples.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered);
 }
 
@@ -81,11 +75,7 @@ bool RecordWriter::flushSamples()
 
 bool RecordWriter::save(const QString& folder)
 {
-    try {
-        if (!m_record.SaveXml(QDir(folder).filePath(ZELKO_XML::metaDataFileName))) {
-            return false;
-        }
-    } catch (const RGException&) {
+    if (!saveMetaData(folder, m_record)) {
         return false;
     }
     m_saved = std::make_shared<ZELKO_RecordData>(m_record);

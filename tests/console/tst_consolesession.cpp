@@ -20,6 +20,7 @@
 #include <csignal>
 
 using namespace ZelkoConsole;
+using ZelkoCommon::Role;
 using Model = ZelkoCommon::AbstractRecordListModel;
 
 namespace {
@@ -176,6 +177,44 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(session.status(QStringLiteral("north")).state, LinkState::Unreachable, patience);
         QVERIFY(!session.status(QStringLiteral("north")).reason.isEmpty());
         QCOMPARE(session.status(QStringLiteral("west")), SubSystemStatus());
+    }
+
+    void actsForTheUsersOfItsOwnRecorder()
+    {
+        const QTemporaryDir store;
+        ConsoleSession session(*m_orb, recorderStart(store));
+        QCOMPARE(session.knownUsers().size(), std::size_t{3});
+        QVERIFY(!session.role());
+        ConsoleUser user(session);
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Operator, patience);
+        for (const Role role : ZelkoCommon::allRoles) {
+            QVERIFY(user.switchTo(ZelkoCommon::roleName(role)));
+            QTRY_COMPARE_WITH_TIMEOUT(session.role(), role, patience);
+            QTRY_VERIFY_WITH_TIMEOUT(session.status(local).isConnected(), patience);
+        }
+        ::kill(static_cast<pid_t>(session.recorder()->processId()), SIGKILL);
+        QTRY_VERIFY_WITH_TIMEOUT(!session.role(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Administrator, patience);
+        user.logOut();
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Viewer, patience);
+    }
+
+    void actsForTheUserOfASite()
+    {
+        const QTemporaryDir store;
+        ZelkoTest::RecorderProcess recorder(programPath("zelko-recorder"));
+        QVERIFY(recorder.start({QStringLiteral("--store"), store.path()}));
+        const auto who = ZelkoTest::TestUsers::credentials(Role::Operator);
+        ZelkoCommon::ZelkoConfiguration site;
+        site.AddSubSystem({local, QStringLiteral("127.0.0.1"), recorder.port(), who});
+        ConsoleSession session(*m_orb, site);
+        QCOMPARE(session.configuredUser(), who.user);
+        QVERIFY(session.knownUsers().empty());
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Operator, patience);
+        session.actFor({who.user, QStringLiteral("wrong")});
+        QTRY_VERIFY_WITH_TIMEOUT(session.status(local).reason.contains(QStringLiteral("access is denied")), patience);
+        QCOMPARE(session.status(local).state, LinkState::Unreachable);
+        QVERIFY(!session.role());
     }
 
 private:

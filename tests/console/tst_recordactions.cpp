@@ -143,7 +143,7 @@ private Q_SLOTS:
         Setting setting(3);
         setting.click(1);
         const QSignalSpy wanted(&setting.table, &RecordTableView::menuWanted);
-        QTest::keyClick(setting.pane.window()->windowHandle(), Qt::Key_Menu);
+        operatorhands::pressMenuKey();
         QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), Setting::patience);
         const QPoint place = setting.table.viewport()->mapFromGlobal(wanted.at(0).at(0).toPoint());
         QCOMPARE(setting.table.rowAt(place.y()), setting.rowOf(1));

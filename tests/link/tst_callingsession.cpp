@@ -4,8 +4,12 @@
 #include <zelkobase/orb/orb.h>
 #include <zelkoidl/treelink.hh>
 
+#include <omniORB4/omniInterceptors.h>
+#include <omniORB4/omniORB.h>
+
 #include <QtTest>
 
+#include <algorithm>
 #include <mutex>
 #include <vector>
 
@@ -54,6 +58,22 @@ using Sessions = std::vector<std::uint64_t>;
 constexpr std::uint64_t first = 0xf123456789abcdef;
 constexpr std::uint64_t second = 0x0fedcba987654321;
 
+// What a client of another make says for a session, added to what ours says.
+std::vector<QByteArray> foreignContexts;
+
+CORBA::Boolean addForeignContexts(omni::omniInterceptors::clientSendRequest_T::info_T& request)
+{
+    for (const QByteArray& data : foreignContexts) {
+        const CORBA::ULong index = request.service_contexts.length();
+        request.service_contexts.length(index + 1);
+        IOP::ServiceContext& context = request.service_contexts[index];
+        context.context_id = CallingSession::contextId;
+        context.context_data.length(static_cast<CORBA::ULong>(data.size()));
+        std::copy(data.begin(), data.end(), context.context_data.get_buffer());
+    }
+    return true;
+}
+
 } // namespace
 
 class TestCallingSession : public QObject
@@ -75,6 +95,8 @@ private Q_SLOTS:
     void isTheLastOneMadeForAnAddress();
     void movesWithItsPass();
     void isNoneForACallWithinTheProcess();
+    void isReadOfItsFormOnly_data();
+    void isReadOfItsFormOnly();
 
 private:
     ZelkoTreeLink::TreeServer_ptr remote(const FaultProxy& proxy) const;
@@ -89,6 +111,7 @@ private:
 void TestCallingSession::initTestCase()
 {
     m_orb = std::make_unique<Orb>(OrbOptions());
+    omniORB::getInterceptors()->clientSendRequest.add(addForeignContexts);
     m_server = new Server;
     m_orb->publish("server", m_server);
     m_here = std::make_unique<FaultProxy>(m_orb->port());
@@ -97,12 +120,14 @@ void TestCallingSession::initTestCase()
 
 void TestCallingSession::cleanupTestCase()
 {
+    omniORB::getInterceptors()->clientSendRequest.remove(addForeignContexts);
     m_server->_remove_ref();
     m_orb.reset();
 }
 
 void TestCallingSession::cleanup()
 {
+    foreignContexts.clear();
     m_server->take();
 }
 
@@ -210,6 +235,36 @@ void TestCallingSession::isNoneForACallWithinTheProcess()
     const CallingSession::Pass pass(first, "giop:tcp:127.0.0.1:" + std::to_string(m_orb->port()));
     server->detach(0);
     QCOMPARE(m_server->take(), Sessions{0});
+}
+
+void TestCallingSession::isReadOfItsFormOnly_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<std::uint64_t>("session");
+    const QByteArray number("\x12\x34\x56\x78\x9a\xbc\xde\xf0");
+    QTest::newRow("its form") << QByteArray(8, '\0') + number << std::uint64_t{0x123456789abcdef0};
+    QTest::newRow("whatever fills it up")
+        << QByteArray(1, '\0') + "1234567" + number << std::uint64_t{0x123456789abcdef0};
+    QTest::newRow("nothing") << QByteArray() << std::uint64_t{0};
+    QTest::newRow("the byte order alone") << QByteArray(1, '\0') << std::uint64_t{0};
+    QTest::newRow("another byte order") << '\1' + QByteArray(7, '\0') + number << std::uint64_t{0};
+    QTest::newRow("a byte short") << QByteArray(8, '\0') + number.left(7) << std::uint64_t{0};
+    QTest::newRow("a byte more") << QByteArray(8, '\0') + number + '\0' << std::uint64_t{0};
+    QTest::newRow("very much") << QByteArray(100'000, '\0') << std::uint64_t{0};
+}
+
+void TestCallingSession::isReadOfItsFormOnly()
+{
+    QFETCH(const QByteArray, data);
+    foreignContexts = {data};
+    const ZelkoTreeLink::TreeServer_var server = remote(*m_here);
+    server->detach(0);
+    foreignContexts.clear();
+    server->detach(0);
+    const Sessions sessions = m_server->take();
+    QCOMPARE(sessions.size(), std::size_t{2});
+    QTEST(sessions[0], "session");
+    QCOMPARE(sessions[1], 0U); // and is forgotten with its call
 }
 
 QTEST_GUILESS_MAIN(TestCallingSession)

@@ -43,6 +43,8 @@ private Q_SLOTS:
     void removesRecordsWithAllFiles();
     void removesOnlyWhatIsThere();
     void clearsAwayInterruptedBirthsAndDeletions();
+    void removesWhatInterruptedSavesLeftOfARecordAtRest();
+    void publishesWhatIsNotThereYet();
     void saysWhatMayBeDeleted_data();
     void saysWhatMayBeDeleted();
 };
@@ -231,6 +233,34 @@ void TestDeviceStore::clearsAwayInterruptedBirthsAndDeletions()
     store.removeLeftovers();
     QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("R1")});
+}
+
+void TestDeviceStore::removesWhatInterruptedSavesLeftOfARecordAtRest()
+{
+    const QTemporaryDir folder;
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R1")), 4000));
+    const auto before = contentOf(folder.path());
+    QVERIFY(writeBytes(folder.filePath(QStringLiteral("R1/RecordData.xml.aB3dEf")), "<half"));
+    QString error;
+    QVERIFY(DeviceStore(folder.path()).read(QStringLiteral("R1"), &error));
+    QCOMPARE(contentOf(folder.path()).size(), 3); // somebody may be saving it
+    QVERIFY(DeviceStore(folder.path()).readAtRest(QStringLiteral("R1"), &error));
+    QCOMPARE(contentOf(folder.path()), before);
+}
+
+void TestDeviceStore::publishesWhatIsNotThereYet()
+{
+    const QTemporaryDir folder;
+    const DeviceStore store(folder.path());
+    const QString id = QStringLiteral("R1");
+    QVERIFY(!store.publish(id));
+    QVERIFY(QDir().mkpath(store.birthFolder(id)));
+    QVERIFY(writeBytes(store.birthFolder(id) + QStringLiteral("/file"), "x"));
+    QVERIFY(store.publish(id));
+    QCOMPARE(contentOf(folder.path()).keys(), QStringList{QStringLiteral("R1/file")});
+    QVERIFY(QDir().mkpath(store.birthFolder(id)));
+    QVERIFY(!store.publish(id));
+    QCOMPARE(readBytes(folder.filePath(QStringLiteral("R1/file"))), QByteArray("x"));
 }
 
 void TestDeviceStore::saysWhatMayBeDeleted_data()

@@ -1,5 +1,7 @@
 #include <recorder/process/recorderoptions.h>
 
+#include <QDir>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace ZelkoRecorder;
@@ -11,8 +13,10 @@ class TestRecorderOptions : public QObject
 private Q_SLOTS:
     void hasDefaults();
     void readsEveryOption();
+    void readsWhomToMakeALineFor();
     void givesSourcesToDevices_data();
     void givesSourcesToDevices();
+    void makesExportFoldersAbsolute();
     void refusesBadOptions_data();
     void refusesBadOptions();
     void answersHelpAndVersion_data();
@@ -42,6 +46,7 @@ void TestRecorderOptions::hasDefaults()
     QCOMPARE(options->pace.speed, 1.0);
     QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(1'000'000));
     QVERIFY(!options->exitWithParent);
+    QCOMPARE(options->usersFile, QString());
     QCOMPARE(options->repeat, RecordingThread::Repeat::Everything);
 }
 
@@ -49,7 +54,8 @@ void TestRecorderOptions::readsEveryOption()
 {
     const QString line = QStringLiteral(
         "--store /s --sub-system north --device A --device B-2 --listen ::1 --port 0 --populate 100000 --churn 2.5 "
-        "--churn-changes 70000 --speed 0 --index-interval 0.25 --exit-with-parent --once --source B-2=sigmf:/x=y");
+        "--churn-changes 70000 --speed 0 --index-interval 0.25 --exit-with-parent --once --users /u --source "
+        "B-2=sigmf:/x=y");
     const auto options = parse(line.split(QLatin1Char(' ')), &m_ending);
     QVERIFY2(options, qPrintable(m_ending.text));
     QCOMPARE(options->subSystem, QStringLiteral("north"));
@@ -62,8 +68,18 @@ void TestRecorderOptions::readsEveryOption()
     QCOMPARE(options->pace.speed, 0.0);
     QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(250'000));
     QVERIFY(options->exitWithParent);
+    QCOMPARE(options->usersFile, QStringLiteral("/u"));
+    QVERIFY(!options->newUser);
     QCOMPARE(options->repeat, RecordingThread::Repeat::Unfinished);
     QCOMPARE(options->sources.value(QStringLiteral("B-2")), QStringList{QStringLiteral("sigmf:/x=y")});
+}
+
+void TestRecorderOptions::readsWhomToMakeALineFor()
+{
+    const auto options =
+        parse({QStringLiteral("--make-user"), QStringLiteral("anna"), QStringLiteral("operator")}, &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->newUser, (RecorderOptions::NewUser{QStringLiteral("anna"), ZelkoCommon::Role::Operator}));
 }
 
 void TestRecorderOptions::givesSourcesToDevices_data()
@@ -95,6 +111,17 @@ void TestRecorderOptions::givesSourcesToDevices()
     QCOMPARE(options->sources.value(device), QStringList{description});
 }
 
+void TestRecorderOptions::makesExportFoldersAbsolute()
+{
+    const QTemporaryDir folder;
+    const QString relative = QDir::current().relativeFilePath(folder.path());
+    const auto options = parse({QStringLiteral("--store=/s"), QStringLiteral("--export-folder"), relative,
+                                QStringLiteral("--export-folder=/")},
+                               &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->exportFolders, (QStringList{folder.path(), QStringLiteral("/")}));
+}
+
 void TestRecorderOptions::refusesBadOptions_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -102,6 +129,10 @@ void TestRecorderOptions::refusesBadOptions_data()
     const auto row = [](const char* name, const QString& more, const QString& mentions) {
         QTest::newRow(name) << (QStringList{QStringLiteral("--store=/s")} + more.split(QLatin1Char(' '))) << mentions;
     };
+    QTest::newRow("a user without a role") << QStringList{"--make-user", "anna"} << "a name and a role";
+    QTest::newRow("a user with more than that") << QStringList{"--make-user", "anna", "viewer", "x"} << "a name and a";
+    QTest::newRow("a user with another role") << QStringList{"--make-user", "anna", "root"} << "\"root\" is no role";
+    QTest::newRow("a user who can be none") << QStringList{"--make-user", "an:na", "viewer"} << "\"an:na\" cannot be";
     QTest::newRow("no store") << QStringList() << QStringLiteral("--store");
     row("an unknown option", QStringLiteral("--colour red"), QStringLiteral("colour"));
     row("an option without its value", QStringLiteral("--port"), QStringLiteral("port"));
@@ -118,6 +149,8 @@ void TestRecorderOptions::refusesBadOptions_data()
         QStringLiteral("--index-interval"));
     row("a device that is a path", QStringLiteral("--device a/b"), QStringLiteral("a/b"));
     row("a device twice", QStringLiteral("--device A --device A"), QStringLiteral("twice"));
+    row("a folder for exports that is not there", QStringLiteral("--export-folder /no/such"),
+        QStringLiteral("/no/such"));
     row("a sub system that is a path", QStringLiteral("--sub-system a/b"), QStringLiteral("a/b"));
 }
 

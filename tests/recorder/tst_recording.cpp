@@ -75,6 +75,11 @@ private Q_SLOTS:
     void endsAtOnceWhenAsked();
     void wakesFromAWaitWhenAsked();
     void endsWhenTheRecordIsTakenAway();
+    void makesEditsDurableBeforeItAnswers();
+    void answersEditsThatCameBeforeItsEnd();
+    void keepsAnEditFromSpoilingTheRecord();
+    void goesOnWhenTheDiskDoesNotTakeAnEdit();
+    void answersEditsOfARecordThatIsNeverBorn();
     void describesASignalAtItsBirth();
 
 private:
@@ -106,6 +111,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     RecordPointers m_told;
     std::function<void()> m_onTold;
+    std::unique_ptr<EditQueue> m_edits;
     std::unique_ptr<ManualClock> m_clock;
     QString m_error;
     bool m_complete = false;
@@ -116,6 +122,7 @@ void TestRecording::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_told.clear();
     m_onTold = {};
+    m_edits = std::make_unique<EditQueue>();
     m_clock.reset();
     m_error.clear();
 }
@@ -141,6 +148,7 @@ bool TestRecording::run(SignalSource& source, const RecordingPace& pace, const s
     };
     RecordingClock& clock = m_clock ? *m_clock : RecordingClock::steady();
     Recording recording(store, source, birth, pace, tell, clock);
+    recording.takeEditsFrom(*m_edits);
     const bool recorded = recording.run(stop, &m_error);
     m_complete = recording.isComplete();
     return recorded;
@@ -302,6 +310,96 @@ void TestRecording::endsWhenTheRecordIsTakenAway()
     QVERIFY(!run(source, fast()));
     QVERIFY(!m_error.isEmpty());
     QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("R1"))));
+}
+
+void TestRecording::makesEditsDurableBeforeItAnswers()
+{
+    CountingSource source(CountingSource::signal(2500));
+    QStringList storedNames;
+    const auto note = [&](StoreStatus status) {
+        QString error;
+        QCOMPARE(status, StoreStatus::Done);
+        storedNames.append(DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error)->GetRecordName());
+    };
+    m_onTold = [&] {
+        if (m_told.size() == 1) {
+            QVERIFY(m_edits->post(commentEdit(QStringLiteral("Harbour")), note));
+        }
+    };
+    QVERIFY(run(source, fast()));
+    QCOMPARE(storedNames, QStringList{QStringLiteral("Harbour")});
+    QCOMPARE(m_told.constLast()->GetRecordName(), QStringLiteral("Harbour"));
+    QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), CountingSource::bytes(2500));
+    QCOMPARE(offsets(*m_told.constLast()), (QVector<quint64>{0, 4000, 8000, 10'000}));
+}
+
+void TestRecording::answersEditsThatCameBeforeItsEnd()
+{
+    CountingSource source(CountingSource::signal(2500));
+    int answered = 0;
+    m_onTold = [&] {
+        if (m_told.constLast()->GetSize() == 8000) { // the last state but that of the end
+            m_edits->post(commentEdit(QStringLiteral("late")), [&](StoreStatus status) {
+                QCOMPARE(status, StoreStatus::Done);
+                ++answered;
+            });
+        }
+    };
+    QVERIFY(run(source, fast()));
+    QVERIFY(answered > 0);
+    QCOMPARE(m_told.constLast()->GetRecordName(), QStringLiteral("late"));
+    QVERIFY(!m_edits->post(commentEdit(QStringLiteral("too late")), {}));
+}
+
+void TestRecording::keepsAnEditFromSpoilingTheRecord()
+{
+    CountingSource source(CountingSource::signal(2500));
+    QList<StoreStatus> statuses;
+    m_onTold = [&] {
+        if (m_told.size() > 1) {
+            return;
+        }
+        const auto note = [&](StoreStatus status) { statuses.append(status); };
+        m_edits->post(commentEdit(QString(longestRecordName + 1, QLatin1Char('x'))), note);
+        m_edits->post(historyRemoval(1), note);
+        m_edits->post(deletableEdit(true), note);
+    };
+    QVERIFY(run(source, fast()));
+    QCOMPARE(statuses, (QList<StoreStatus>{StoreStatus::TooLong, StoreStatus::UnknownEntry, StoreStatus::InUse}));
+    QCOMPARE(m_told.constLast()->GetRecordName(), m_told.constFirst()->GetRecordName());
+}
+
+void TestRecording::goesOnWhenTheDiskDoesNotTakeAnEdit()
+{
+    CountingSource source(CountingSource::signal(2500));
+    QList<StoreStatus> statuses;
+    m_onTold = [&] {
+        if (m_told.size() > 1) {
+            return;
+        }
+        ZELKO_XML::BookmarkEntry bookmark;
+        bookmark.SetTimestamp(1);
+        bookmark.SetBookmark(QString(4000, QLatin1Char('x')));
+        m_edits->post(bookmarksEdit(QVector<ZELKO_XML::BookmarkEntry>(10, bookmark)),
+                      [&](StoreStatus status) { statuses.append(status); });
+    };
+    {
+        const FileSizeLimit limit(20'000);
+        QVERIFY2(run(source, fast()), qPrintable(m_error));
+    }
+    QCOMPARE(statuses, QList<StoreStatus>{StoreStatus::DiskRefused});
+    QVERIFY(std::as_const(*m_told.constLast()).GetBookmarkEntry().isEmpty());
+    QVERIFY(m_complete);
+}
+
+void TestRecording::answersEditsOfARecordThatIsNeverBorn()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("R1")));
+    CountingSource source(CountingSource::signal(2500));
+    QList<StoreStatus> statuses;
+    m_edits->post(commentEdit(QString()), [&](StoreStatus status) { statuses.append(status); });
+    QVERIFY(!run(source, fast()));
+    QCOMPARE(statuses, QList<StoreStatus>{StoreStatus::UnknownRecord});
 }
 
 void TestRecording::describesASignalAtItsBirth()

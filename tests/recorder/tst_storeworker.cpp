@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
+
 #include <sys/stat.h>
 
 using namespace ZelkoRecorder;
@@ -33,6 +35,11 @@ private Q_SLOTS:
     void reportsARecordThatIsAskedForAndIsNotThere();
     void putsARecordToRest();
     void removesRecords();
+    void removesNothingThatIsProtectedOrInUse();
+    void changesRecords();
+    void showsWhatIsOnDiskAfterAChangeThatFailed();
+    void takesUpWhatOthersPutIntoTheStore();
+    void answersWhetherARecordCouldBeRead();
     void mayEndInTheMiddleOfALoad();
 
 private:
@@ -45,6 +52,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    RecordUses m_uses;
     std::unique_ptr<StoreWorker> m_worker;
     QStringList m_log;
 };
@@ -58,8 +66,8 @@ void TestStoreWorker::init()
 
 void TestStoreWorker::start(int prepared)
 {
-    m_worker =
-        std::make_unique<StoreWorker>(DeviceStore(m_folder->path()), PreparedRecords(QStringLiteral("D"), prepared));
+    m_worker = std::make_unique<StoreWorker>(DeviceStore(m_folder->path()),
+                                             PreparedRecords(QStringLiteral("D"), prepared), m_uses);
     StoreWorker* const worker = m_worker.get();
     connect(worker, &StoreWorker::counted, worker,
             [this](int n) { m_log.append(QStringLiteral("counted %1").arg(n)); });
@@ -256,6 +264,80 @@ void TestStoreWorker::removesRecords()
     m_worker->rescan();
     m_worker->readOne(QStringLiteral("R2"));
     QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1"), QStringLiteral("read R2")}));
+}
+
+void TestStoreWorker::removesNothingThatIsProtectedOrInUse()
+{
+    ZELKO_RecordData guarded = finishedRecord(QStringLiteral("R1"));
+    guarded.SetDeletable(false);
+    QVERIFY(storeRecord(m_folder->path(), guarded, 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R3")), 4000));
+    load();
+    RecordUses::Handle use = m_uses.begin(QStringLiteral("R2"), RecordUses::Kind::Copy);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not deleted .* 2 records")));
+    m_worker->remove({QStringLiteral("R1"), QStringLiteral("R2"), QStringLiteral("R3")});
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R3")}));
+    use.reset();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not deleted .* 1 records")));
+    m_worker->remove({QStringLiteral("R1"), QStringLiteral("R2")});
+    QTRY_COMPARE(m_log.size(), 2);
+    QCOMPARE(m_log.last(), QStringLiteral("gone R2"));
+    QCOMPARE(DeviceStore(m_folder->path()).recordIds(), QStringList{QStringLiteral("R1")});
+    QVERIFY(!m_uses.isUsed(QStringLiteral("R1")));
+}
+
+void TestStoreWorker::changesRecords()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    load();
+    std::atomic<int> answers = 0;
+    const auto change = [&](const QString& id, const QString& name, StoreStatus expected) {
+        m_worker->edit(id, commentEdit(name),
+                       [&answers, expected](StoreStatus status) { answers += status == expected ? 1 : 0; });
+    };
+    change(QStringLiteral("R1"), QStringLiteral("a"), StoreStatus::Done);
+    change(QStringLiteral("R2"), QStringLiteral("b"), StoreStatus::UnknownRecord);
+    change(QStringLiteral("R1"), QStringLiteral("c"), StoreStatus::Done);
+    QTRY_COMPARE(answers.load(), 3);
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1"), QStringLiteral("read R1")}));
+    QString error;
+    QCOMPARE(DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error)->GetRecordName(), QStringLiteral("c"));
+}
+
+void TestStoreWorker::showsWhatIsOnDiskAfterAChangeThatFailed()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    load();
+    std::atomic<int> status = -1;
+    m_worker->edit(
+        QStringLiteral("R1"), [](ZELKO_RecordData&) { return StoreStatus::DiskRefused; },
+        [&status](StoreStatus answer) { status = static_cast<int>(answer); });
+    QTRY_COMPARE(status.load(), static_cast<int>(StoreStatus::DiskRefused));
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1")}));
+}
+
+void TestStoreWorker::takesUpWhatOthersPutIntoTheStore()
+{
+    load();
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    m_worker->add(std::make_shared<ZELKO_RecordData>(finishedRecord(QStringLiteral("R1"))));
+    m_worker->rescan(); // it is known already
+    m_worker->readOne(QStringLiteral("R1"));
+    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1"), QStringLiteral("read R1")}));
+}
+
+void TestStoreWorker::answersWhetherARecordCouldBeRead()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    load();
+    std::atomic<int> good = -1;
+    std::atomic<int> bad = -1;
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R2")));
+    m_worker->readOne(QStringLiteral("R1"), [&good](StoreStatus status) { good = static_cast<int>(status); });
+    m_worker->readOne(QStringLiteral("R2"), [&bad](StoreStatus status) { bad = static_cast<int>(status); });
+    QTRY_COMPARE(good.load(), static_cast<int>(StoreStatus::Done));
+    QTRY_COMPARE(bad.load(), static_cast<int>(StoreStatus::UnknownRecord));
 }
 
 void TestStoreWorker::mayEndInTheMiddleOfALoad()

@@ -191,6 +191,12 @@ void Orb::withdraw(const char* key)
     d->namedPoa->deactivate_object(id);
 }
 
+CORBA::Object_ptr Orb::published(const char* key) const
+{
+    const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId(key);
+    return d->namedPoa->create_reference_with_id(id, "");
+}
+
 quint16 Orb::port() const
 {
     return d->port;

@@ -86,6 +86,9 @@ public:
     /// Ends what `publish` began. Calls that are being served go on to their end, for which it does not wait.
     void withdraw(const char* key);
 
+    /// Reference to the object that `publish` makes reachable as `key`, whether it has done so yet or not.
+    CORBA::Object_ptr published(const char* key) const;
+
     /// The port that is listened on.
     quint16 port() const;
 

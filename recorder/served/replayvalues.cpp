@@ -1,0 +1,67 @@
+#include <recorder/served/replayvalues.h>
+
+#include <recorder/served/replays.h>
+
+#include <valuecore/tree.h>
+#include <zelkobase/names/valuenames.h>
+
+namespace ZelkoRecorder {
+
+namespace names = zelko::names;
+
+namespace {
+
+// Often enough for a marker that moves, seldom enough for many clients.
+constexpr std::chrono::milliseconds showEvery{100};
+
+template <typename T>
+T* put(Tree& tree, const QString& node, QLatin1String name)
+{
+    return tree.Emplace(node, std::make_unique<T>(name, TValueState::Open));
+}
+
+template <typename T, typename Content>
+void set(T* value, const Content& content)
+{
+    if (value->GetValue() != content) {
+        value->SetValue(content, nullptr);
+    }
+}
+
+} // namespace
+
+ReplayValues::ReplayValues(Tree& tree, const QString& device, const Replays& replays, QObject* parent)
+    : QObject(parent)
+    , m_replays(replays)
+{
+    const QString node = names::devicePathBelowRoot(QString(), device) + QLatin1String("/Replay");
+    m_recordID = put<TextValue>(tree, node, names::recordId);
+    m_position = put<Value<qint64>>(tree, node, names::currentReplayPosition);
+    m_count = put<IntValue>(tree, node, names::noOfReplays);
+    m_timer.setInterval(showEvery);
+    connect(&m_timer, &QTimer::timeout, this, [this] { show(); });
+    connect(&replays, &Replays::changed, this, [this](const QString& id) { note(id); });
+}
+
+void ReplayValues::note(const QString& recordID)
+{
+    m_running.removeAll(recordID);
+    if (m_replays.isReplaying(recordID)) {
+        m_running.append(recordID);
+        m_timer.start();
+    } else if (m_running.isEmpty()) {
+        m_timer.stop();
+    }
+    show();
+}
+
+void ReplayValues::show()
+{
+    const QString shown = m_running.isEmpty() ? QString() : m_running.constLast();
+    const auto position = m_replays.position(shown);
+    set(m_recordID, shown);
+    set(m_position, position ? static_cast<qint64>(position->time) : qint64{0});
+    set(m_count, static_cast<int>(m_running.size()));
+}
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,380 @@
+#include <recorder/service/channel.h>
+
+#include <recorder/service/channeldevices.h>
+#include <recorder/source/cleantext.h>
+#include <recorder/store/recorderlog.h>
+
+#include <zelkobase/orb/corbatext.h>
+
+#include <arpa/inet.h>
+
+namespace ZelkoRecorder {
+
+using ManagerPtr = QD_ZLK::IF_ZLK_c_ChanMan_ptr;
+using ZelkoCommon::fromCorba;
+using ZelkoCommon::toCorba;
+
+namespace {
+
+constexpr char loopback[] = "127.0.0.1"; // where a manager in this process sends from
+
+bool isAddress(const std::string& text)
+{
+    in6_addr address{};
+    return ::inet_pton(AF_INET, text.c_str(), &address) == 1 || ::inet_pton(AF_INET6, text.c_str(), &address) == 1;
+}
+
+} // namespace
+
+// Written on the thread of the calls before its outcome is told, and read after that.
+struct Channel::Source
+{
+    FlowSocket::Kind kind = FlowSocket::Kind::Datagrams;
+    std::string sender;
+    quint64 stream = 0;
+};
+
+Channel::Channel(const QString& id, const ChannelWish& wish, const Manager& manager, ChannelDevices& devices,
+                 const Options& options, QObject* parent)
+    : QObject(parent)
+    , m_id(id)
+    , m_wireId(id.toStdString())
+    , m_options(options)
+    , m_devices(devices)
+    , m_wish(wish)
+    , m_caller(manager, options.callLimit, [this](const QString& why) {
+        qCWarning(recorderLog).noquote() << "channel" << m_id << ": its manager is gone:" << why;
+        m_machine.managerLost();
+    })
+{
+    m_duration.setSingleShot(true);
+    QObject::connect(&m_duration, &QTimer::timeout, this, [this] { m_machine.timeIsOver(); });
+    QObject::connect(&m_pingTimer, &QTimer::timeout, this, [this] { m_caller.ping(); });
+    m_pingTimer.start(options.pingInterval);
+}
+
+// The record is closed, and the device still gets to know of it.
+Channel::~Channel()
+{
+    m_receiver.reset();
+    if (!m_recordID.isEmpty()) {
+        m_devices.recordEnded(m_device, m_recordID);
+    }
+}
+
+Channel::Verdict Channel::startRecording(int seconds, const QString& recordName)
+{
+    if (m_machine.isRemoved()) {
+        return Verdict::Removed;
+    }
+    if (!m_wish.canRecord) {
+        return Verdict::NotAble;
+    }
+    const QString device = chooseDevice();
+    if (device.isEmpty()) {
+        return Verdict::NoDevice;
+    }
+    if (!m_machine.isIdle()) {
+        return Verdict::Busy;
+    }
+    m_device = device;
+    m_recordID.clear();
+    m_recordName = recordName;
+    m_newName.clear();
+    m_duration.setInterval(std::chrono::seconds(seconds));
+    m_machine.start();
+    return Verdict::Done;
+}
+
+Channel::Verdict Channel::stopRecording(const QString& recordName)
+{
+    if (m_machine.isRemoved()) {
+        return Verdict::Removed;
+    }
+    if (!m_machine.stop()) {
+        return Verdict::NotRecording;
+    }
+    m_newName = cleanText(recordName);
+    return Verdict::Done;
+}
+
+Channel::Verdict Channel::remove()
+{
+    if (m_machine.isRemoved()) {
+        return Verdict::Removed;
+    }
+    return m_machine.remove() ? Verdict::Done : Verdict::Busy;
+}
+
+void Channel::removeForced()
+{
+    if (!m_machine.isRemoved()) {
+        m_machine.removeForced();
+    }
+}
+
+void Channel::fault(const QString& text)
+{
+    qCWarning(recorderLog).noquote() << "channel" << m_id << ": its manager reports" << cleanText(text);
+    m_machine.dataEnded();
+}
+
+Channel::Verdict Channel::setFormat(ChannelWish::DataFormat format)
+{
+    if (!m_machine.isIdle()) {
+        return Verdict::Busy;
+    }
+    m_wish.format = format;
+    return Verdict::Done;
+}
+
+Channel::Verdict Channel::setDataRate(ChannelWish::DataRate dataRate)
+{
+    if (!m_machine.isIdle()) {
+        return Verdict::Busy;
+    }
+    m_wish.dataRate = dataRate;
+    return Verdict::Done;
+}
+
+Channel::Verdict Channel::setCanRecord(bool canRecord)
+{
+    if (!canRecord && !m_machine.isIdle()) {
+        return Verdict::Busy;
+    }
+    m_wish.canRecord = canRecord;
+    return Verdict::Done;
+}
+
+Channel::Verdict Channel::setDevices(const QStringList& devices)
+{
+    const QStringList before = std::exchange(m_allowedDevices, devices);
+    if (!devices.isEmpty() && chooseDevice().isEmpty()) {
+        m_allowedDevices = before;
+        return Verdict::NoDevice;
+    }
+    return Verdict::Done;
+}
+
+// The preferred one, if it may be used; else the first that may.
+QString Channel::chooseDevice() const
+{
+    const QStringList present = m_devices.devices();
+    const QStringList allowed = m_allowedDevices.isEmpty() ? present : m_allowedDevices;
+    if (allowed.contains(m_wish.preferredDevice) && present.contains(m_wish.preferredDevice)) {
+        return m_wish.preferredDevice;
+    }
+    const auto found =
+        std::find_if(allowed.begin(), allowed.end(), [&](const QString& device) { return present.contains(device); });
+    return found == allowed.end() ? QString() : *found;
+}
+
+void Channel::tellGoingDown(std::function<void()> done)
+{
+    m_caller.call(
+        [told = std::shared_ptr<void>(nullptr, [done = std::move(done)](void*) { done(); })](ManagerPtr manager) {
+            manager->goingDown();
+            return true;
+        },
+        nullptr);
+}
+
+void Channel::ask()
+{
+    m_caller.call(
+        [id = m_wireId, device = m_device.toStdString()](ManagerPtr manager) {
+            QD_ZLK::StringSeq devices;
+            devices.length(1);
+            devices[0] = device.c_str();
+            return bool{manager->isAvailableForRecord(id.c_str(), devices)};
+        },
+        [this](const ManagerCaller::Outcome& outcome) { m_machine.asked(outcome.done, outcome.why); });
+}
+
+void Channel::connectSource()
+{
+    m_source = std::make_shared<Source>();
+    m_source->sender = m_wish.peer.empty() ? loopback : m_wish.peer;
+    m_caller.call(callConnect(), [this](const ManagerCaller::Outcome& outcome) {
+        const bool usable = outcome.done && isAddress(m_source->sender);
+        m_machine.connected(usable,
+                            outcome.done ? QStringLiteral("it names no endpoint that can be used") : outcome.why);
+    });
+}
+
+// The newer operation is the one that is asked: it has streams and addresses of every family. A manager that names no
+// endpoint sends datagrams of stream 0 from where it called.
+ManagerCaller::Call Channel::callConnect()
+{
+    return [id = m_wireId, source = m_source](ManagerPtr manager) {
+        QD_ZLK::DataEndpointNGSeq_var endpoints;
+        QD_ZLK::LongSeq_var streams;
+        if (!manager->connectForRecordNG(id.c_str(), endpoints, streams)) {
+            return false;
+        }
+        if (endpoints->length() > 0) {
+            const QD_ZLK::DataEndpointNG& endpoint = endpoints[0];
+            const std::string address = static_cast<const char*>(endpoint.address);
+            source->kind =
+                endpoint.kind == QD_ZLK::ENDPOINT_TCP ? FlowSocket::Kind::Stream : FlowSocket::Kind::Datagrams;
+            source->stream = static_cast<quint64>(endpoint.streamId);
+            source->sender = address.empty() ? source->sender : address;
+            const bool isOffered = endpoint.kind == QD_ZLK::ENDPOINT_TCP || endpoint.kind == QD_ZLK::ENDPOINT_UDP;
+            source->sender = isOffered ? source->sender : std::string();
+        }
+        return true;
+    };
+}
+
+void Channel::startFlow()
+{
+    QString error;
+    if (!openReceiver(&error)) {
+        m_news.post([this, error] { m_machine.flowStarted(false, error); });
+        return;
+    }
+    m_caller.call(
+        [id = m_wireId, address = m_options.toldAddress.toStdString(), port = m_receiver->port()](ManagerPtr manager) {
+            manager->startDataFlowNG(id.c_str(), address.c_str(), port);
+            return true;
+        },
+        [this](const ManagerCaller::Outcome& outcome) { m_machine.flowStarted(outcome.done, outcome.why); });
+}
+
+bool Channel::openReceiver(QString* error)
+{
+    auto socket = FlowSocket::open(m_source->kind, m_options.listenAddress, m_source->sender, error);
+    if (!socket) {
+        return false;
+    }
+    m_receiver =
+        std::make_unique<ChannelReceiver>(std::move(socket), ChannelReceiver::Flow{m_source->stream, m_sampleRate},
+                                          m_devices.store(m_device), birth(), receiverListener());
+    return true;
+}
+
+ChannelReceiver::Listener Channel::receiverListener()
+{
+    ChannelReceiver::Listener listener;
+    listener.born = [this](const QString& id) {
+        m_news.post([this, id] {
+            m_recordID = id;
+            m_devices.recordBegins(m_device, id, [this] { m_machine.timeIsOver(); });
+        });
+    };
+    listener.changed = [this](const RecordPointer& record) {
+        m_news.post([this, record] { m_devices.recordChanged(m_device, record); });
+    };
+    listener.dataCame = [this] {
+        m_news.post([this] {
+            m_machine.dataCame();
+            if (m_duration.intervalAsDuration().count() > 0) {
+                m_duration.start();
+            }
+        });
+    };
+    listener.dataEnded = [this] { m_news.post([this] { m_machine.dataEnded(); }); };
+    listener.diskRefused = [this](const QString& why) { m_news.post([this, why] { m_machine.diskRefused(why); }); };
+    listener.closed = [this](const QString& id) { m_news.post([this, id] { endRecord(id); }); };
+    return listener;
+}
+
+ZELKO_XML::ZELKO_RecordData Channel::birth() const
+{
+    ZELKO_XML::ZELKO_RecordData record;
+    const QString name = m_recordName.isEmpty() ? m_wish.name : m_recordName;
+    record.SetRecordName(cleanText(name));
+    record.SetDataFormat(m_wish.format);
+    record.SetDataRate(m_wish.dataRate);
+    record.SetInterface(ZELKO_XML::ZELKO_RecordData::Interface::Ethernet);
+    return record;
+}
+
+void Channel::stopFlow()
+{
+    m_duration.stop();
+    m_caller.call(
+        [id = m_wireId](ManagerPtr manager) {
+            manager->stopDataFlow(id.c_str());
+            return true;
+        },
+        [this](const ManagerCaller::Outcome&) { m_machine.flowStopped(); });
+}
+
+void Channel::closeRecord()
+{
+    m_duration.stop();
+    if (m_receiver) {
+        m_receiver->close();
+    } else {
+        m_news.post([this] { m_machine.recordClosed(); });
+    }
+}
+
+// The thread of the receiver has told its last, so waiting for it takes no time.
+void Channel::endRecord(const QString& recordID)
+{
+    m_receiver.reset();
+    if (!recordID.isEmpty()) {
+        m_devices.recordEnded(m_device, recordID);
+        if (!m_newName.isEmpty()) {
+            m_devices.renameRecord(m_device, recordID, m_newName);
+        }
+    }
+    m_machine.recordClosed();
+    m_recordID.clear();
+}
+
+void Channel::disconnectSource()
+{
+    tell([](ManagerPtr manager, const char* id) { manager->disconnect(id); });
+}
+
+void Channel::tellStarted()
+{
+    tell([](ManagerPtr manager, const char* id) { manager->DataTransferStarted(id); });
+}
+
+void Channel::tellStopping()
+{
+    tell([](ManagerPtr manager, const char* id) { manager->stoppingDataTransfer(id); });
+}
+
+void Channel::tellFinished()
+{
+    tell([device = m_device.toStdString(), record = m_recordID.toStdString()](ManagerPtr manager, const char* id) {
+        manager->RecordingFinished(id, device.c_str(), record.c_str());
+    });
+}
+
+void Channel::tellFault(ChannelMachine::Fault fault, const QString& text)
+{
+    qCWarning(recorderLog).noquote() << "channel" << m_id << "does not record:" << cleanText(text);
+    tell([fault, text](ManagerPtr manager, const char* id) {
+        manager->ZelkoRecordReplaySessionFault(id, static_cast<CORBA::Long>(fault), toCorba(text));
+    });
+}
+
+void Channel::tellRemoved()
+{
+    tell([](ManagerPtr manager, const char* id) { manager->ChannelRemoved(id); });
+}
+
+// What the manager is still to be told stands in the queue before this.
+void Channel::ended()
+{
+    m_pingTimer.stop();
+    m_caller.call([](ManagerPtr) { return true; }, [this](const ManagerCaller::Outcome&) { Q_EMIT gone(m_id); });
+}
+
+void Channel::tell(std::function<void(ManagerPtr, const char*)> call)
+{
+    m_caller.call(
+        [call = std::move(call), id = m_wireId](ManagerPtr manager) {
+            call(manager, id.c_str());
+            return true;
+        },
+        nullptr);
+}
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,125 @@
+#pragma once
+
+#include <recorder/service/channelmachine.h>
+#include <recorder/service/channelreceiver.h>
+#include <recorder/service/channelwish.h>
+#include <recorder/service/managercaller.h>
+
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+#include <memory>
+
+namespace ZelkoRecorder {
+
+class ChannelDevices;
+
+/// One channel that a manager has registered: its settings, its recording, and the calls to its manager. Lives on the
+/// recorder's thread and never makes it wait, but in its destructor.
+class Channel : public QObject, private ChannelMachine::Work
+{
+    Q_OBJECT
+
+public:
+    using Manager = QD_ZLK::IF_ZLK_c_ChanMan_var;
+
+    /// How channels are kept.
+    struct Options
+    {
+        QString listenAddress = QStringLiteral("127.0.0.1"); ///< where data come in; empty: on all interfaces
+        QString toldAddress = QStringLiteral("127.0.0.1");   ///< where managers are told to send them
+        std::chrono::milliseconds callLimit{5000};           ///< of each call to a manager
+        std::chrono::milliseconds pingInterval{10000};       ///< from one sign of life of a manager to the next
+    };
+
+    /// Why something was not done.
+    enum class Verdict { Done, Removed, Busy, NotRecording, NoDevice, NotAble };
+
+    /// `wish` was looked at. `devices` outlive the channel.
+    Channel(const QString& id, const ChannelWish& wish, const Manager& manager, ChannelDevices& devices,
+            const Options& options, QObject* parent = nullptr);
+
+    /// Closes the recording under way, durably.
+    ~Channel() override;
+
+    const QString& id() const { return m_id; }
+    const ChannelWish& settings() const { return m_wish; }
+    ChannelMachine::State state() const { return m_machine.state(); }
+
+    /// @name Wishes of the manager
+    /// @{
+    /// `seconds` of 0: until it is stopped. Done means that it was begun: whatever fails later the manager is told.
+    Verdict startRecording(int seconds, const QString& recordName);
+    /// An empty name leaves the record the one that it has.
+    Verdict stopRecording(const QString& recordName);
+    Verdict remove();
+    void removeForced();
+    void fault(const QString& text); ///< ends a recording under way
+    void dataStopped() { m_machine.dataEnded(); }
+    void setManager(const Manager& manager) { m_caller.setManager(manager); }
+    /// What the next recording is to be. Those that are refused while one is under way say so.
+    Verdict setFormat(ChannelWish::DataFormat format);
+    Verdict setDataRate(ChannelWish::DataRate dataRate);
+    Verdict setCanRecord(bool canRecord);
+    void setCanReplay(bool canReplay) { m_wish.canReplay = canReplay; }
+    void setName(const QString& name) { m_wish.name = name; }
+    /// In Hz; for data that do not name theirs. 0: not known.
+    void setRequestedSampleRate(quint64 sampleRate) { m_sampleRate = sampleRate; }
+    /// The devices that may record, the best first. Done if one of them is there.
+    Verdict setDevices(const QStringList& devices);
+    /// @}
+
+    /// Tells the manager that the recorder ends, and calls `done` on the thread of the calls when it was told or could
+    /// not be.
+    void tellGoingDown(std::function<void()> done);
+
+Q_SIGNALS:
+    /// Nothing happens any more. May be deleted, but later.
+    void gone(const QString& id);
+
+private:
+    struct Source; // what the manager said when it connected
+
+    void ask() override;
+    void connectSource() override;
+    void startFlow() override;
+    void stopFlow() override;
+    void closeRecord() override;
+    void disconnectSource() override;
+    void tellStarted() override;
+    void tellStopping() override;
+    void tellFinished() override;
+    void tellFault(ChannelMachine::Fault fault, const QString& text) override;
+    void tellRemoved() override;
+    void ended() override;
+
+    ManagerCaller::Call callConnect();
+    bool openReceiver(QString* error);
+    ChannelReceiver::Listener receiverListener();
+    ZELKO_XML::ZELKO_RecordData birth() const;
+    QString chooseDevice() const;
+    void endRecord(const QString& recordID);
+    void tell(std::function<void(QD_ZLK::IF_ZLK_c_ChanMan_ptr, const char* id)> call);
+
+    const QString m_id;
+    const std::string m_wireId;
+    const Options m_options;
+    ChannelDevices& m_devices;
+    ChannelWish m_wish;
+    QStringList m_allowedDevices;
+    quint64 m_sampleRate = 0;
+    QString m_recordName;
+    QString m_newName; // that it gets in the end; empty: none
+    QString m_device;
+    QString m_recordID;
+    std::shared_ptr<Source> m_source;
+    ChannelMachine m_machine{*this};
+    QTimer m_duration;
+    QTimer m_pingTimer;
+    Mailbox m_news;
+    ManagerCaller m_caller;
+    std::unique_ptr<ChannelReceiver> m_receiver; // goes first
+};
+
+} // namespace ZelkoRecorder

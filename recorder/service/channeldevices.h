@@ -1,0 +1,34 @@
+#pragma once
+
+#include <recorder/store/devicestore.h>
+
+#include <QObject>
+#include <QStringList>
+
+namespace ZelkoRecorder {
+
+/// The devices of the recorder as channels see them: where records go, and who is to know of them. On the recorder's
+/// thread.
+class ChannelDevices
+{
+public:
+    virtual ~ChannelDevices() = default;
+
+    /// All devices that can record, in alphabetical order.
+    virtual QStringList devices() const = 0;
+
+    virtual DeviceStore store(const QString& device) const = 0;
+
+    /// @name What happens to a record that a channel makes, in this order
+    /// @{
+    /// It is about to be born; nothing of it is on disk yet. `stop` is called when somebody wants the recording ended.
+    virtual void recordBegins(const QString& device, const QString& recordID, std::function<void()> stop) = 0;
+    virtual void recordChanged(const QString& device, const RecordPointer& record) = 0;
+    virtual void recordEnded(const QString& device, const QString& recordID) = 0;
+    /// @}
+
+    /// Gives a record at rest another name, some time later.
+    virtual void renameRecord(const QString& device, const QString& recordID, const QString& name) = 0;
+};
+
+} // namespace ZelkoRecorder

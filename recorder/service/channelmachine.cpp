@@ -1,0 +1,218 @@
+#include <recorder/service/channelmachine.h>
+
+namespace ZelkoRecorder {
+
+ChannelMachine::ChannelMachine(Work& work)
+    : m_work(work)
+{}
+
+bool ChannelMachine::start()
+{
+    if (!isIdle()) {
+        return false;
+    }
+    m_stopWanted = false;
+    m_dataCame = false;
+    m_connected = false;
+    m_state = State::Asking;
+    m_work.ask();
+    return true;
+}
+
+// While the manager is still being asked for something the wish waits for its answer.
+bool ChannelMachine::stop()
+{
+    switch (m_state) {
+    case State::Asking:
+    case State::Connecting:
+    case State::Starting:
+        m_stopWanted = true;
+        return true;
+    case State::Recording:
+        stopFlow();
+        return true;
+    case State::Stopping:
+    case State::Closing:
+        return true;
+    case State::Idle:
+    case State::Removed:
+        break;
+    }
+    return false;
+}
+
+bool ChannelMachine::remove()
+{
+    if (!isIdle()) {
+        return false;
+    }
+    removeForced();
+    return true;
+}
+
+void ChannelMachine::removeForced()
+{
+    m_removeWanted = true;
+    if (isIdle()) {
+        rest();
+    } else {
+        stop();
+    }
+}
+
+void ChannelMachine::asked(bool available, const QString& why)
+{
+    if (m_state != State::Asking) {
+        return;
+    }
+    if (!available) {
+        fail(Fault::NotAvailable, why);
+    } else if (m_stopWanted) {
+        rest();
+    } else {
+        m_state = State::Connecting;
+        m_work.connectSource();
+    }
+}
+
+void ChannelMachine::connected(bool done, const QString& why)
+{
+    if (m_state != State::Connecting) {
+        return;
+    }
+    m_connected = done;
+    if (!done) {
+        fail(Fault::NotConnected, why);
+    } else if (m_stopWanted) {
+        closeRecord();
+    } else {
+        m_state = State::Starting;
+        m_work.startFlow();
+    }
+}
+
+void ChannelMachine::flowStarted(bool done, const QString& why)
+{
+    if (m_state != State::Starting) {
+        return;
+    }
+    m_state = State::Recording;
+    if (!done) {
+        m_work.tellFault(Fault::NoFlow, why);
+        closeRecord();
+    } else if (m_stopWanted) {
+        stopFlow();
+    }
+}
+
+void ChannelMachine::dataCame()
+{
+    if ((m_state == State::Starting || m_state == State::Recording) && !m_dataCame) {
+        m_dataCame = true;
+        m_work.tellStarted();
+    }
+}
+
+void ChannelMachine::dataEnded()
+{
+    stopOnOwnAccord();
+}
+
+void ChannelMachine::diskRefused(const QString& why)
+{
+    if (m_state == State::Starting || m_state == State::Recording) {
+        m_work.tellFault(Fault::Disk, why);
+        stopOnOwnAccord();
+    }
+}
+
+void ChannelMachine::timeIsOver()
+{
+    stopOnOwnAccord();
+}
+
+void ChannelMachine::stopOnOwnAccord()
+{
+    if (m_state == State::Recording) {
+        m_work.tellStopping();
+    }
+    stop();
+}
+
+void ChannelMachine::stopFlow()
+{
+    m_state = State::Stopping;
+    m_work.stopFlow();
+}
+
+void ChannelMachine::flowStopped()
+{
+    if (m_state == State::Stopping) {
+        closeRecord();
+    }
+}
+
+void ChannelMachine::closeRecord()
+{
+    m_state = State::Closing;
+    m_work.closeRecord();
+}
+
+void ChannelMachine::recordClosed()
+{
+    if (m_state != State::Closing) {
+        return;
+    }
+    if (m_connected && !m_managerLost) {
+        m_work.disconnectSource();
+        m_work.tellFinished();
+    }
+    rest();
+}
+
+// What was recorded so far is kept.
+void ChannelMachine::managerLost()
+{
+    if (isRemoved()) {
+        return;
+    }
+    m_managerLost = true;
+    m_removeWanted = true;
+    switch (m_state) {
+    case State::Starting:
+    case State::Recording:
+    case State::Stopping:
+        closeRecord();
+        break;
+    case State::Closing:
+        break;
+    default:
+        rest();
+    }
+}
+
+void ChannelMachine::fail(Fault fault, const QString& why)
+{
+    m_work.tellFault(fault, why);
+    rest();
+}
+
+void ChannelMachine::rest()
+{
+    m_state = State::Idle;
+    m_stopWanted = false;
+    if (m_removeWanted) {
+        endRemoved();
+    }
+}
+
+void ChannelMachine::endRemoved()
+{
+    m_state = State::Removed;
+    if (!m_managerLost) {
+        m_work.tellRemoved();
+    }
+    m_work.ended();
+}
+
+} // namespace ZelkoRecorder

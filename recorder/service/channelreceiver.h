@@ -1,0 +1,75 @@
+#pragma once
+
+#include <recorder/service/flowsocket.h>
+#include <recorder/service/framereader.h>
+#include <recorder/service/framerecording.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace ZelkoRecorder {
+
+/// Receives the data of a channel and records them, on a thread of its own.
+class ChannelReceiver
+{
+public:
+    /// What it tells, on its thread.
+    struct Listener
+    {
+        std::function<void(const QString& recordID)> born; ///< before anything of the record is on disk
+        std::function<void(const RecordPointer&)> changed; ///< a durable state of the record
+        std::function<void()> dataCame;                    ///< the first frame of the stream is there
+        std::function<void()> dataEnded;                   ///< the source has ended the flow, or broke its form
+        std::function<void(const QString& why)> diskRefused;
+        /// The last: nobody writes to the record any more. `recordID` is empty if there is none.
+        std::function<void(const QString& recordID)> closed;
+    };
+
+    /// What is taken.
+    struct Flow
+    {
+        quint64 stream = 0;     ///< of other streams nothing is
+        quint64 sampleRate = 0; ///< of frames that do not name theirs
+    };
+
+    /// Records what comes through `socket`. `birth` as FrameRecording wants it.
+    ChannelReceiver(std::unique_ptr<FlowSocket> socket, const Flow& flow, const DeviceStore& store,
+                    const ZELKO_XML::ZELKO_RecordData& birth, Listener listener);
+
+    /// Closes the record, durably.
+    ~ChannelReceiver();
+
+    quint16 port() const { return m_port; }
+
+    /// Takes what has come until now and closes the record; `closed` follows. Any thread, any number of times.
+    void close();
+
+private:
+    void run();
+    bool receive();
+    bool takeDatagram(std::string_view datagram);
+    bool takeStream(std::string_view bytes);
+    bool take(ChannelFrame frame, std::string_view samples);
+    void waitForData() const;
+    void endData();
+
+    const std::unique_ptr<FlowSocket> m_socket;
+    const quint16 m_port;
+    const Flow m_flow;
+    const DeviceStore m_store;
+    const Listener m_listener;
+    const int m_wakeUp;
+    QString m_bornID;
+    FrameRecording m_recording;
+    FrameReader m_reader;
+    std::vector<char> m_buffer;
+    bool m_dataCame = false;
+    bool m_dataEnded = false; // nothing is taken any more
+    std::atomic<bool> m_closing = false;
+    std::thread m_thread;
+};
+
+} // namespace ZelkoRecorder

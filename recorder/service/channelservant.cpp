@@ -1,0 +1,241 @@
+#include <recorder/service/channelservant.h>
+
+#include <recorder/service/notoffered.h>
+#include <recorder/service/questions.h>
+
+#include <zelkobase/orb/corbatext.h>
+
+namespace ZelkoRecorder {
+
+using Contract = QD_ZLK::IF_ZLK_c_Chan;
+using ZelkoCommon::fromCorba;
+using Verdict = Channel::Verdict;
+
+namespace {
+
+// A sequence of sequences of device IDs may hold no more of them than this, all in all.
+constexpr qsizetype mostDevices = 1000;
+
+[[noreturn]] void throwChan(Contract::ChanCode code, const char* text)
+{
+    throw Contract::exChan(code, text);
+}
+
+void throwChanUnlessDone(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Done:
+        return;
+    case Verdict::Removed:
+        throwChan(Contract::CHAN_REMOVED, "the channel was removed");
+    case Verdict::Busy:
+        throwChan(Contract::CHAN_BUSY, "the channel is recording");
+    case Verdict::NotRecording:
+        throwChan(Contract::CHAN_NOT_RECORDING, "the channel is not recording");
+    case Verdict::NoDevice:
+        throwChan(Contract::CHAN_NO_DEVICE, "none of its devices is there");
+    case Verdict::NotAble:
+        break;
+    }
+    throwChan(Contract::CHAN_FAILED, "the channel was not registered for this");
+}
+
+// The lists are taken as alternatives, the first first.
+QStringList flatten(const QD_ZLK::StringSeqSeq& devices)
+{
+    QStringList result;
+    for (CORBA::ULong list = 0; list < devices.length(); ++list) {
+        for (CORBA::ULong i = 0; i < devices[list].length(); ++i) {
+            if (result.size() >= mostDevices) {
+                throwChan(Contract::CHAN_FAILED, "there are too many devices in the list");
+            }
+            result.append(fromCorba(static_cast<const char*>(devices[list][i])));
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+ChannelServant::ChannelServant(const QString& id, std::shared_ptr<Errands> errands, CallRights rights,
+                               ChannelRegistry& channels)
+    : m_id(id)
+    , m_errands(std::move(errands))
+    , m_rights(std::move(rights))
+    , m_channels(channels)
+{}
+
+void ChannelServant::errorOccured(QD_ZLK::ChannelFault fault)
+{
+    tell([fault](Channel& channel) {
+        if (fault != QD_ZLK::FAULT_NONE) {
+            channel.fault(QStringLiteral("fault %1").arg(static_cast<int>(fault)));
+        }
+    });
+}
+
+void ChannelServant::removeChannel()
+{
+    askOrThrowChan([](Channel& channel) { return channel.remove(); });
+}
+
+void ChannelServant::removeChannelForced()
+{
+    tell([](Channel& channel) { channel.removeForced(); });
+}
+
+void ChannelServant::setCallBackInterface(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager)
+{
+    if (CORBA::is_nil(manager)) {
+        throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, "there is no manager to call back");
+    }
+    const Channel::Manager kept = QD_ZLK::IF_ZLK_c_ChanMan::_duplicate(manager);
+    askOrThrowGen([kept](Channel& channel) {
+        channel.setManager(kept);
+        return Verdict::Done;
+    });
+}
+
+void ChannelServant::setDataRateClass(QD_ZLK::DataRateClass dataRate)
+{
+    askOrThrowGen(
+        [dataRate](Channel& channel) { return channel.setDataRate(static_cast<ChannelWish::DataRate>(dataRate)); });
+}
+
+// How many bits a sample has follows from the format.
+void ChannelServant::setRequestedSampleRate(CORBA::LongLong sampleRate, CORBA::UShort)
+{
+    if (sampleRate < 0) {
+        throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, "a sample rate is 0 or more");
+    }
+    askOrThrowGen([sampleRate](Channel& channel) {
+        channel.setRequestedSampleRate(static_cast<quint64>(sampleRate));
+        return Verdict::Done;
+    });
+}
+
+void ChannelServant::setDataFormat(QD_ZLK::DataFormat format)
+{
+    askOrThrowGen(
+        [format](Channel& channel) { return channel.setFormat(static_cast<ChannelWish::DataFormat>(format)); });
+}
+
+void ChannelServant::setRecordFlag(CORBA::Boolean canRecord)
+{
+    askOrThrowChan([canRecord](Channel& channel) { return channel.setCanRecord(canRecord); });
+}
+
+void ChannelServant::setReplayFlag(CORBA::Boolean canReplay)
+{
+    askOrThrowChan([canReplay](Channel& channel) {
+        channel.setCanReplay(canReplay);
+        return Verdict::Done;
+    });
+}
+
+void ChannelServant::setName(const char* name)
+{
+    tell([&channels = m_channels, id = m_id, text = fromCorba(name)](Channel&) { channels.rename(id, text); });
+}
+
+char* ChannelServant::getChannelID()
+{
+    tell([](Channel&) {});
+    return ZelkoCommon::toCorba(m_id)._retn();
+}
+
+void ChannelServant::startRecording(CORBA::Long seconds, const CORBA::WChar* recordName, CORBA::Long loopSeconds)
+{
+    if (!m_rights.allow(Action::UseChannels)) {
+        throwChan(Contract::CHAN_FAILED, "this user may not use channels");
+    }
+    if (seconds < 0) {
+        throwChan(Contract::CHAN_FAILED, "a recording lasts 0 seconds or more");
+    }
+    if (loopSeconds != 0) {
+        notOffered::loopRecording();
+    }
+    askOrThrowChan(
+        [seconds, name = fromCorba(recordName)](Channel& channel) { return channel.startRecording(seconds, name); });
+}
+
+// Data tell of themselves that they have begun.
+void ChannelServant::DataTransferStarted()
+{
+    tell([](Channel&) {});
+}
+
+void ChannelServant::stopRecording(const CORBA::WChar* recordComment)
+{
+    askOrThrowChan([comment = fromCorba(recordComment)](Channel& channel) { return channel.stopRecording(comment); });
+}
+
+void ChannelServant::DataTransferStopped()
+{
+    tell([](Channel& channel) { channel.dataStopped(); });
+}
+
+void ChannelServant::startReplaying(const char*, const char*, QD_ZLK::DataRateClass, CORBA::LongLong, CORBA::LongLong,
+                                    CORBA::Long)
+{
+    m_rights.require(Action::UseChannels);
+    notOffered::replayToChannel();
+}
+
+void ChannelServant::channelError(const char* text)
+{
+    tell([what = fromCorba(text)](Channel& channel) { channel.fault(what); });
+}
+
+void ChannelServant::setZelkoDevices(const QD_ZLK::StringSeqSeq& devices)
+{
+    askOrThrowChan([list = flatten(devices)](Channel& channel) { return channel.setDevices(list); });
+}
+
+void ChannelServant::setAdditionalDataRateClass(QD_ZLK::DataRateClass)
+{
+    m_rights.require(Action::UseChannels);
+    notOffered::additionalDataRate();
+}
+
+Verdict ChannelServant::ask(Wish wish) const
+{
+    return askRecorder(*m_errands, [&channels = m_channels, id = m_id, wish = std::move(wish)] {
+        Channel* const channel = channels.find(id);
+        return channel ? wish(*channel) : Verdict::Removed;
+    });
+}
+
+void ChannelServant::tell(std::function<void(Channel&)> news) const
+{
+    m_rights.require(Action::UseChannels);
+    const Verdict verdict = ask([news = std::move(news)](Channel& channel) {
+        news(channel);
+        return Verdict::Done;
+    });
+    if (verdict == Verdict::Removed) {
+        throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO);
+    }
+}
+
+void ChannelServant::askOrThrowChan(Wish wish) const
+{
+    if (!m_rights.allow(Action::UseChannels)) {
+        throwChan(Contract::CHAN_FAILED, "this user may not use channels");
+    }
+    throwChanUnlessDone(ask(std::move(wish)));
+}
+
+void ChannelServant::askOrThrowGen(Wish wish) const
+{
+    if (!m_rights.allow(Action::UseChannels)) {
+        throw QD_ZLK::exGen(QD_ZLK::GEN_NOT_PERMITTED, "this user may not use channels");
+    }
+    const Verdict verdict = ask(std::move(wish));
+    if (verdict != Verdict::Done) {
+        throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER,
+                            verdict == Verdict::Removed ? "the channel was removed" : "the channel is recording");
+    }
+}
+
+} // namespace ZelkoRecorder

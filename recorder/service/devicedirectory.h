@@ -1,0 +1,50 @@
+#pragma once
+
+#include <recorder/store/recordpointer.h>
+
+#include <QStringList>
+
+class Tree;
+
+namespace zelko::recordmap {
+class RecordItemMap;
+}
+
+namespace ZelkoRecorder {
+
+/// Looks up on the recorder's tree what it serves. The thread of the tree.
+class DeviceDirectory
+{
+public:
+    /// What a device is about. The numbers are those that the service tells.
+    enum class DeviceState { NotAvailable = 0, Loading = 1, Ready = 2 };
+
+    /// `tree` outlives the directory and has the branches of these devices.
+    DeviceDirectory(const Tree& tree, const QStringList& devices);
+
+    /// In alphabetical order.
+    const QStringList& devices() const { return m_devices; }
+    bool contains(const QString& device) const { return m_devices.contains(device); }
+
+    /// Where the device is reached; empty for a device that is none.
+    QString address(const QString& device) const;
+
+    /// The first device at this address; empty when there is none.
+    QString deviceAt(const QString& address) const;
+
+    DeviceState state(const QString& device) const;
+
+    /// Null for a device or a record that is none.
+    RecordPointer record(const QString& device, const QString& recordID) const;
+
+    /// All records of the device, in the order of their IDs.
+    RecordPointers records(const QString& device) const;
+
+private:
+    const zelko::recordmap::RecordItemMap* map(const QString& device) const;
+
+    const Tree& m_tree;
+    QStringList m_devices;
+};
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <recorder/service/channelframe.h>
+#include <recorder/store/devicestore.h>
+#include <recorder/store/recordwriter.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace ZelkoRecorder {
+
+/// Makes one record of the frames of a channel, on one thread. The record is born with the first frame that has
+/// samples; without one there is none.
+class FrameRecording
+{
+public:
+    /// Told of each durable state of the record, in the end of one that is finished, or damaged.
+    using Listener = std::function<void(const RecordPointer&)>;
+
+    /// Told of the ID before anything of the record is on disk.
+    using BirthListener = std::function<void(const QString& recordID)>;
+
+    /// `birth` has name, format and whatever else the frames do not say; the ID is made when it is born. `store`
+    /// outlives the recording.
+    FrameRecording(const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth, BirthListener born,
+                   Listener listener);
+    ~FrameRecording();
+
+    /// Writes the frame's samples behind those before. A frame that is older than the one before, in number or in time,
+    /// is left out; one behind a gap begins a new entry of the index. False, and a text for people in `error`, if the
+    /// disk refuses.
+    bool take(const ChannelFrame& frame, std::string_view samples, QString* error);
+
+    /// Closes the record, durably. False if the disk does not take it: then the record is shown as damaged.
+    bool finish();
+
+    /// Empty as long as there is no record.
+    QString recordID() const;
+
+    /// Frames that never came, as their numbers tell, and frames that were left out.
+    quint64 lostFrames() const { return m_lost; }
+    quint64 refusedFrames() const { return m_refused; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool begin(const ChannelFrame& frame, QString* error);
+    bool isNext(const ChannelFrame& frame);
+    void noteIndexEntry(const ChannelFrame& frame);
+    void appendEntry(quint64 time);
+    bool stepIfDue();
+    void tell();
+    quint64 endOf(const ChannelFrame& frame) const;
+
+    const DeviceStore& m_store;
+    ZELKO_XML::ZELKO_RecordData m_birth;
+    const BirthListener m_born;
+    const Listener m_listener;
+    const quint64 m_bytesPerSample;
+    std::unique_ptr<RecordWriter> m_writer;
+    ChannelFrame m_last;
+    quint64 m_end = 0;  // time behind the last sample
+    quint64 m_size = 0; // bytes so far
+    quint64 m_nextEntry = 0;
+    quint64 m_entryInterval;
+    Clock::time_point m_lastStep;
+    quint64 m_lost = 0;
+    quint64 m_refused = 0;
+};
+
+} // namespace ZelkoRecorder

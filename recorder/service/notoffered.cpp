@@ -1,0 +1,35 @@
+#include <recorder/service/notoffered.h>
+
+#include <zelkoidl/recorderservice.hh>
+
+namespace ZelkoRecorder::notOffered {
+
+// Replays move positions; the samples themselves leave the recorder by exports only.
+void replayToChannel()
+{
+    throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);
+}
+
+// A record has one data rate class.
+void additionalDataRate()
+{
+    throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);
+}
+
+// A file of samples only ever grows.
+void loopRecording()
+{
+    throw QD_ZLK::IF_ZLK_c_Chan::exChan(QD_ZLK::IF_ZLK_c_Chan::CHAN_FAILED, "the recorder does not record in a loop");
+}
+
+ZelkoCommon::ServiceStatus replayToReceivers()
+{
+    return ZelkoCommon::ServiceStatus::NotSupported;
+}
+
+ZelkoCommon::ServiceStatus otherSpeeds()
+{
+    return ZelkoCommon::ServiceStatus::NotSupported;
+}
+
+} // namespace ZelkoRecorder::notOffered

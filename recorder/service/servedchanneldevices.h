@@ -1,0 +1,29 @@
+#pragma once
+
+#include <recorder/served/jobthread.h>
+#include <recorder/service/channeldevices.h>
+
+namespace ZelkoRecorder {
+
+class ServedRecorder;
+
+/// The devices of a recorder, as channels see them. On the recorder's thread.
+class ServedChannelDevices final : public ChannelDevices
+{
+public:
+    /// `recorder` outlives it and has all its devices.
+    explicit ServedChannelDevices(ServedRecorder& recorder);
+
+    QStringList devices() const override;
+    DeviceStore store(const QString& device) const override;
+    void recordBegins(const QString& device, const QString& recordID, std::function<void()> stop) override;
+    void recordChanged(const QString& device, const RecordPointer& record) override;
+    void recordEnded(const QString& device, const QString& recordID) override;
+    void renameRecord(const QString& device, const QString& recordID, const QString& name) override;
+
+private:
+    ServedRecorder& m_recorder;
+    JobThread m_renames; // which wait for the disk
+};
+
+} // namespace ZelkoRecorder

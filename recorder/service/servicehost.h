@@ -1,0 +1,85 @@
+#pragma once
+
+#include <recorder/service/callrights.h>
+#include <recorder/service/channelregistry.h>
+#include <recorder/service/devicecalls.h>
+#include <recorder/service/devicedirectory.h>
+#include <recorder/service/errands.h>
+#include <recorder/service/overviewdesk.h>
+#include <recorder/service/zlkservant.h>
+
+#include <zelkobase/connection/wakeup.h>
+
+#include <memory>
+
+class Tree;
+
+namespace ZelkoRecorder {
+class ServedRecorder;
+}
+
+namespace ZelkoCommon {
+class Orb;
+}
+
+namespace ZelkoRecorder {
+
+/// The recorder's service with all its objects: makes them reachable, and ends that. Lives on the recorder's thread.
+class ServiceHost
+{
+public:
+    struct Options
+    {
+        /// For how long a call may wait for the recorder's thread; less than a client waits for its answer.
+        std::chrono::milliseconds patience{4000};
+
+        /// Bytes of an answer; leaves room for its head in what the ORB sends.
+        std::size_t largestAnswer = 4 * 1024 * 1024 - 4096;
+
+        ChannelRegistry::Options channels;
+        OverviewDesk::Options overviews;
+    };
+
+    /// What it serves. All of it outlives the host.
+    struct Recorder
+    {
+        Tree& tree;
+        QStringList devices; ///< that have their branches on the tree
+        ChannelDevices& channelDevices;
+        decltype(ZlkServant::Sources::beginExport) beginExport;
+        decltype(ZlkServant::Sources::cancelExport) cancelExport;
+        DeviceCalls::Devices services; ///< what may be asked of each device; any thread
+    };
+
+    /// Begins to serve. `orb` outlives the host. `rights` is asked on threads of the ORB
+    /// until the host goes.
+    ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const CallRights& rights, const Options& options);
+
+    /// From here on every call is refused; those that wait are told so, channel managers hear that the recorder ends,
+    /// and what they feed is closed.
+    ~ServiceHost();
+
+    ServiceHost(const ServiceHost&) = delete;
+    ServiceHost& operator=(const ServiceHost&) = delete;
+
+    ChannelRegistry& channels() { return m_channels; }
+
+private:
+    void publish(const std::string& key, PortableServer::ServantBase* servant);
+    void publishChannel(const QString& id);
+    void withdraw(const std::string& key);
+
+    ZelkoCommon::Orb& m_orb;
+    const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
+    const CallRights m_rights;
+    const DeviceDirectory m_directory;
+    const std::shared_ptr<Errands> m_errands;
+    ZelkoCommon::WakeUp m_wakeUp;
+    const std::shared_ptr<OverviewDesk> m_overviews;
+    ChannelRegistry m_channels;
+};
+
+/// What there is to be served of a recorder that has all its devices.
+ServiceHost::Recorder servedBy(ServedRecorder& recorder, ChannelDevices& channelDevices);
+
+} // namespace ZelkoRecorder

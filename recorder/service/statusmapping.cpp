@@ -1,0 +1,46 @@
+#include <recorder/service/statusmapping.h>
+
+namespace ZelkoRecorder {
+
+using ZelkoCommon::ServiceStatus;
+
+ServiceStatus serviceStatus(StoreStatus status)
+{
+    switch (status) {
+    case StoreStatus::Done:
+        return ServiceStatus::None;
+    case StoreStatus::UnknownRecord:
+        return ServiceStatus::NoSuchRecord;
+    case StoreStatus::UnknownEntry:
+        return ServiceStatus::NoSuchEntry;
+    case StoreStatus::InUse:
+        return ServiceStatus::RecordBusy;
+    case StoreStatus::NotAllowed:
+        return ServiceStatus::NotSupported;
+    case StoreStatus::Damaged:
+        return ServiceStatus::DamagedRecord;
+    case StoreStatus::TooMany:
+        return ServiceStatus::LimitReached;
+    case StoreStatus::TooLong:
+    case StoreStatus::BadRange:
+    case StoreStatus::BadFolder:
+    case StoreStatus::Exists:
+        return ServiceStatus::BadArgument;
+    case StoreStatus::NoSpace:
+        return ServiceStatus::DiskFull;
+    case StoreStatus::DiskRefused:
+        return ServiceStatus::DiskFailed;
+    case StoreStatus::Ending:
+        return ServiceStatus::ShuttingDown;
+    case StoreStatus::Cancelled:
+        break;
+    }
+    return ServiceStatus::InternalError;
+}
+
+QString statusText(StoreStatus status)
+{
+    return ZelkoCommon::serviceStatusText(ZelkoCommon::statusCode(serviceStatus(status)));
+}
+
+} // namespace ZelkoRecorder

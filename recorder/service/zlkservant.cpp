@@ -1,0 +1,296 @@
+#include <recorder/service/zlkservant.h>
+
+#include <recorder/service/questions.h>
+#include <recorder/service/recordwire.h>
+#include <recorder/service/servicekeys.h>
+#include <recorder/service/statusmapping.h>
+
+#include <zelkobase/orb/callingpeer.h>
+#include <zelkobase/orb/corbatext.h>
+
+#include <QSysInfo>
+
+#include <optional>
+
+namespace ZelkoRecorder {
+
+using Contract = QD_ZLK::IF_ZLK_c_ZLK;
+using ZelkoCommon::fromCorba;
+using ZelkoCommon::toCorba;
+
+namespace {
+
+[[noreturn]] void refuse(Contract::ZLKCode code, const QString& text)
+{
+    throw Contract::exZLK(code, toCorba(text));
+}
+
+[[noreturn]] void refuseDevice(const QString& device)
+{
+    refuse(Contract::ZLK_UNKNOWN_DEVICE, QStringLiteral("there is no device \"%1\"").arg(device.left(128)));
+}
+
+[[noreturn]] void refuseRecord(const QString& record)
+{
+    refuse(Contract::ZLK_UNKNOWN_RECORD, QStringLiteral("there is no record \"%1\"").arg(record.left(128)));
+}
+
+QD_ZLK::GenCode genCode(ChannelRegistry::Refusal::Reason reason)
+{
+    using Reason = ChannelRegistry::Refusal::Reason;
+    switch (reason) {
+    case Reason::NameInUse:
+        return QD_ZLK::GEN_NAME_IN_USE;
+    case Reason::TooMany:
+        return QD_ZLK::GEN_NO_RESOURCES;
+    case Reason::BadParameter:
+        break;
+    }
+    return QD_ZLK::GEN_BAD_PARAMETER;
+}
+
+ChannelWish wishOf(QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format, bool canRecord, bool canReplay,
+                   const char* name, const char* preferredDevice)
+{
+    ChannelWish wish;
+    wish.name = fromCorba(name);
+    wish.preferredDevice = fromCorba(preferredDevice);
+    wish.dataRate = static_cast<ChannelWish::DataRate>(dataRate);
+    wish.format = static_cast<ChannelWish::DataFormat>(format);
+    wish.canRecord = canRecord;
+    wish.canReplay = canReplay;
+    wish.peer = ZelkoCommon::callingPeer();
+    return wish;
+}
+
+// A device with one of its records, or with all of them.
+struct Found
+{
+    bool device = false;
+    RecordPointers records;
+};
+
+} // namespace
+
+ZlkServant::ZlkServant(std::shared_ptr<Errands> errands, std::shared_ptr<CallGate> gate, CallRights rights,
+                       Sources sources, std::size_t largestAnswer)
+    : m_errands(std::move(errands))
+    , m_gate(std::move(gate))
+    , m_rights(std::move(rights))
+    , m_sources(std::move(sources))
+    , m_largestAnswer(largestAnswer)
+{}
+
+QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::registerChannel(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager,
+                                                      QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format,
+                                                      CORBA::Boolean canRecord, CORBA::Boolean canReplay,
+                                                      const char* name, CORBA::String_out channelId)
+{
+    return enter(manager, wishOf(dataRate, format, canRecord, canReplay, name, ""), channelId);
+}
+
+QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::registerChannelEx(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager,
+                                                        QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format,
+                                                        CORBA::Boolean canRecord, CORBA::Boolean canReplay,
+                                                        const char* name, const char* preferredDevice,
+                                                        CORBA::String_out channelId)
+{
+    return enter(manager, wishOf(dataRate, format, canRecord, canReplay, name, preferredDevice), channelId);
+}
+
+// A receiver may be named for what it is; its data reach the recorder as those of any other channel.
+QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::registerReceiverChannel(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager,
+                                                              QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format,
+                                                              CORBA::Boolean canRecord, CORBA::Boolean canReplay,
+                                                              const char* name, const char* preferredDevice,
+                                                              CORBA::String_out channelId,
+                                                              QD_ZLK::EndpointKind receiverKind, const char* receiver)
+{
+    ChannelWish wish = wishOf(dataRate, format, canRecord, canReplay, name, preferredDevice);
+    wish.receiverKind = static_cast<int>(receiverKind);
+    wish.receiver = fromCorba(receiver);
+    return enter(manager, wish, channelId);
+}
+
+QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::enter(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager, const ChannelWish& wish,
+                                            CORBA::String_out channelId)
+{
+    if (!m_rights.allow(Action::UseChannels)) {
+        throw QD_ZLK::exGen(QD_ZLK::GEN_NOT_PERMITTED, "this user may not register channels");
+    }
+    if (CORBA::is_nil(manager)) {
+        throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, "there is no manager to call back");
+    }
+    const QD_ZLK::IF_ZLK_c_ChanMan_var kept = QD_ZLK::IF_ZLK_c_ChanMan::_duplicate(manager);
+    const auto entered =
+        askRecorder(*m_errands, [&channels = m_sources.channels, wish, kept] { return channels.enter(wish, kept); });
+    if (entered.refusal) {
+        throw QD_ZLK::exGen(genCode(entered.refusal->reason), toCorba(entered.refusal->text));
+    }
+    const std::string id = entered.channelId.toStdString();
+    const CORBA::Object_var channel = m_sources.reference(channelKey(id));
+    channelId = CORBA::string_dup(id.c_str());
+    return QD_ZLK::IF_ZLK_c_Chan::_narrow(channel);
+}
+
+QD_ZLK::IF_ZELKO_Replay_ptr ZlkServant::getZelkoReplayInterface(const char* device)
+{
+    m_rights.require(Action::Look);
+    const bool known = askRecorder(
+        *m_errands, [&devices = m_sources.devices, id = fromCorba(device)] { return devices.contains(id); });
+    const CORBA::Object_var replay = known ? m_sources.reference(replayKey) : CORBA::Object::_nil();
+    return QD_ZLK::IF_ZELKO_Replay::_narrow(replay);
+}
+
+QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::getZelkoChannelInterface(const char* channelId)
+{
+    m_rights.require(Action::Look);
+    const bool known = askRecorder(
+        *m_errands, [&channels = m_sources.channels, id = fromCorba(channelId)] { return channels.contains(id); });
+    const CORBA::Object_var channel = known ? m_sources.reference(channelKey(channelId)) : CORBA::Object::_nil();
+    return QD_ZLK::IF_ZLK_c_Chan::_narrow(channel);
+}
+
+QD_ZLK::IF_ZELKO_Admin_ptr ZlkServant::getZelkoAdminInterface()
+{
+    m_rights.require(Action::Look);
+    const CORBA::Object_var admin = m_sources.reference(adminKey);
+    return QD_ZLK::IF_ZELKO_Admin::_narrow(admin);
+}
+
+QD_ZLK::StringSeq* ZlkServant::getAllDevices()
+{
+    m_rights.require(Action::Look);
+    const QStringList ids = askRecorder(*m_errands, [&devices = m_sources.devices] { return devices.devices(); });
+    QD_ZLK::StringSeq_var result = new QD_ZLK::StringSeq;
+    result->length(static_cast<CORBA::ULong>(ids.size()));
+    for (CORBA::ULong i = 0; i < result->length(); ++i) {
+        result[i] = toCorba(ids.at(static_cast<qsizetype>(i)))._retn();
+    }
+    return result._retn();
+}
+
+char* ZlkServant::mapDeviceIdToAddress(const char* device)
+{
+    require(Action::Look);
+    const QString id = fromCorba(device);
+    const QString address = askRecorder(*m_errands, [&devices = m_sources.devices, id] { return devices.address(id); });
+    if (address.isEmpty()) {
+        refuseDevice(id);
+    }
+    return toCorba(address)._retn();
+}
+
+char* ZlkServant::mapAddressToDeviceId(const char* address)
+{
+    require(Action::Look);
+    const QString device = askRecorder(
+        *m_errands, [&devices = m_sources.devices, where = fromCorba(address)] { return devices.deviceAt(where); });
+    if (device.isEmpty()) {
+        refuse(Contract::ZLK_UNKNOWN_DEVICE,
+               QStringLiteral("there is no device at \"%1\"").arg(fromCorba(address).left(128)));
+    }
+    return toCorba(device)._retn();
+}
+
+void ZlkServant::getDeviceInformation(const char* device, CORBA::String_out deviceName, CORBA::Long& deviceState)
+{
+    require(Action::Look);
+    const QString id = fromCorba(device);
+    const auto state = askRecorder(*m_errands, [&devices = m_sources.devices, id] {
+        return devices.contains(id) ? std::optional(devices.state(id)) : std::nullopt;
+    });
+    if (!state) {
+        refuseDevice(id);
+    }
+    deviceName = toCorba(id)._retn();
+    deviceState = static_cast<CORBA::Long>(*state);
+}
+
+QD_ZLK::RecordMetaData* ZlkServant::getMetaDataForRecord(const char* device, const char* record)
+{
+    require(Action::Look);
+    const QString deviceId = fromCorba(device);
+    const QString recordId = fromCorba(record);
+    const Found found = askRecorder(*m_errands, [&devices = m_sources.devices, deviceId, recordId] {
+        return Found{devices.contains(deviceId), {devices.record(deviceId, recordId)}};
+    });
+    if (!found.device) {
+        refuseDevice(deviceId);
+    }
+    if (!found.records.constFirst()) {
+        refuseRecord(recordId);
+    }
+    return new QD_ZLK::RecordMetaData(recordMetaData(deviceId, *found.records.constFirst()));
+}
+
+QD_ZLK::RecordInfoSeq* ZlkServant::getAllRecords(const char* device)
+{
+    require(Action::Look);
+    const QString id = fromCorba(device);
+    const Found found = askRecorder(*m_errands, [&devices = m_sources.devices, id] {
+        return Found{devices.contains(id), devices.records(id)};
+    });
+    if (!found.device) {
+        refuseDevice(id);
+    }
+    QD_ZLK::RecordInfoSeq_var result = new QD_ZLK::RecordInfoSeq(static_cast<CORBA::ULong>(found.records.size()));
+    std::size_t size = 0;
+    for (const RecordPointer& record : found.records) {
+        QD_ZLK::RecordInfo info = recordInfo(*record);
+        size += wireSize(info);
+        if (size > m_largestAnswer) {
+            refuse(Contract::ZLK_FAILED, QStringLiteral("the device has more records than one answer can hold; the "
+                                                        "value tree has them all"));
+        }
+        const CORBA::ULong next = result->length();
+        result->length(next + 1);
+        result[next] = info;
+    }
+    return result._retn();
+}
+
+char* ZlkServant::getWorkstationName()
+{
+    m_rights.require(Action::Look);
+    return toCorba(QSysInfo::machineHostName())._retn();
+}
+
+char* ZlkServant::exportRecording(const char* device, const char* record, const char* target)
+{
+    require(Action::Export);
+    const QString deviceId = fromCorba(device);
+    const QString recordId = fromCorba(record);
+    if (!askRecorder(*m_errands, [&devices = m_sources.devices, deviceId] { return devices.contains(deviceId); })) {
+        refuseDevice(deviceId);
+    }
+    const CallGate::Pass pass(*m_gate);
+    StoreStatus status = StoreStatus::Done;
+    const QString id = m_sources.beginExport(deviceId, recordId, fromCorba(target), &status);
+    if (status == StoreStatus::UnknownRecord) {
+        refuseRecord(recordId);
+    }
+    if (id.isEmpty()) {
+        refuse(Contract::ZLK_FAILED, statusText(status));
+    }
+    return toCorba(id)._retn();
+}
+
+void ZlkServant::cancelExport(const char* exportId, CORBA::Boolean removeTarget)
+{
+    require(Action::Export);
+    const CallGate::Pass pass(*m_gate);
+    const StoreStatus status = m_sources.cancelExport(fromCorba(exportId), removeTarget);
+    if (status != StoreStatus::Done) {
+        refuse(Contract::ZLK_FAILED, statusText(status));
+    }
+}
+
+void ZlkServant::require(Action action) const
+{
+    if (!m_rights.allow(action)) {
+        refuse(Contract::ZLK_NOT_PERMITTED, QStringLiteral("this user may not: %1").arg(QString(actionText(action))));
+    }
+}
+
+} // namespace ZelkoRecorder

@@ -1,0 +1,148 @@
+#include <recorder/store/exportfolders.h>
+
+#include <reportcore/durablefile.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ZelkoRecorder {
+
+namespace {
+
+constexpr qsizetype longestPath = 2000;
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+bool isPlainPath(const QString& path)
+{
+    return path.startsWith(QLatin1Char('/')) && path.size() <= longestPath && !path.contains(QLatin1Char('@')) &&
+           !path.contains(QChar::Null);
+}
+
+// Without what "//" and a "/" at the end make.
+QStringList stepsOf(const QString& path)
+{
+    return path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+}
+
+bool isDotted(const QStringList& steps)
+{
+    return steps.contains(QStringLiteral(".")) || steps.contains(QStringLiteral(".."));
+}
+
+// What leads from the folder to the path; nothing, and false, if the path is not below it.
+bool stepsBelow(const QString& folder, const QStringList& path, QStringList* below)
+{
+    const QStringList steps = stepsOf(folder);
+    *below = path.mid(steps.size());
+    return path.mid(0, steps.size()) == steps;
+}
+
+} // namespace
+
+OpenFolder::OpenFolder(int descriptor)
+    : m_descriptor(descriptor)
+{}
+
+OpenFolder::~OpenFolder()
+{
+    if (isOpen()) {
+        ::close(m_descriptor);
+    }
+}
+
+OpenFolder::OpenFolder(OpenFolder&& other) noexcept
+    : m_descriptor(std::exchange(other.m_descriptor, -1))
+{}
+
+OpenFolder& OpenFolder::operator=(OpenFolder&& other) noexcept
+{
+    std::swap(m_descriptor, other.m_descriptor);
+    return *this;
+}
+
+QString OpenFolder::path() const
+{
+    return QStringLiteral("/proc/self/fd/%1").arg(m_descriptor);
+}
+
+bool OpenFolder::has(const QString& name) const
+{
+    struct stat status = {};
+    return ::fstatat(m_descriptor, QFile::encodeName(name).constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+OpenFolder OpenFolder::open(const QString& name) const
+{
+    return OpenFolder(::openat(m_descriptor, QFile::encodeName(name).constData(), folderFlags | O_NOFOLLOW));
+}
+
+OpenFolder OpenFolder::make(const QString& name) const
+{
+    constexpr mode_t everybodyAsMasked = 0777;
+    if (::mkdirat(m_descriptor, QFile::encodeName(name).constData(), everybodyAsMasked) == 0) {
+        REPORTGENERATOR::syncFolder(path());
+    }
+    return open(name);
+}
+
+bool OpenFolder::rename(const QString& from, const QString& to) const
+{
+    return ::renameat(m_descriptor, QFile::encodeName(from).constData(), m_descriptor,
+                      QFile::encodeName(to).constData()) == 0 &&
+           REPORTGENERATOR::syncFolder(path());
+}
+
+void OpenFolder::remove(const QString& name) const
+{
+    const QByteArray encoded = QFile::encodeName(name);
+    if (::unlinkat(m_descriptor, encoded.constData(), 0) == 0) {
+        return;
+    }
+    if (const OpenFolder folder = open(name); folder.isOpen()) {
+        QDir(folder.path()).removeRecursively(); // but for the folder itself, which has another name there
+        ::unlinkat(m_descriptor, encoded.constData(), AT_REMOVEDIR);
+    }
+}
+
+ExportFolders::ExportFolders(const QStringList& folders)
+    : m_folders(folders)
+{}
+
+// Step by step, as the kernel sees the folders: a path that was looked at first may lead elsewhere once it is used.
+StoreStatus ExportFolders::open(const QString& path, OpenFolder* folder) const
+{
+    const QStringList steps = stepsOf(path);
+    if (!isPlainPath(path) || isDotted(steps)) {
+        return StoreStatus::BadFolder;
+    }
+    for (const QString& allowed : m_folders) {
+        QStringList below;
+        if (stepsBelow(allowed, steps, &below)) {
+            *folder = OpenFolder(::open(QFile::encodeName(allowed).constData(), folderFlags));
+            return descend(below, folder);
+        }
+    }
+    return StoreStatus::BadFolder;
+}
+
+StoreStatus ExportFolders::descend(const QStringList& steps, OpenFolder* folder)
+{
+    for (const QString& step : steps) {
+        if (folder->isOpen()) {
+            *folder = folder->make(step);
+        }
+    }
+    if (folder->isOpen()) {
+        return StoreStatus::Done;
+    }
+    return errno == ELOOP || errno == ENOTDIR ? StoreStatus::BadFolder : StoreStatus::DiskRefused;
+}
+
+} // namespace ZelkoRecorder

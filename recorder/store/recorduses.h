@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <memory>
+#include <mutex>
+
+namespace ZelkoRecorder {
+
+/// What records of a device are being used for, so that none is deleted or changed while somebody works on it. Any
+/// thread.
+class RecordUses
+{
+public:
+    enum class Kind {
+        Recording,
+        Replay,
+        Copy,
+        Export,
+        Deletion ///< alone: not beside another use
+    };
+
+    /// A use that lasts as long as the object. Outlived by the register.
+    class Use
+    {
+    public:
+        ~Use();
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+
+    private:
+        friend class RecordUses;
+        Use(RecordUses& uses, const QString& recordID, Kind kind);
+
+        RecordUses& m_uses;
+        const QString m_recordID;
+        const Kind m_kind;
+    };
+    using Handle = std::unique_ptr<Use>;
+
+    RecordUses();
+    ~RecordUses();
+    RecordUses(const RecordUses&) = delete;
+    RecordUses& operator=(const RecordUses&) = delete;
+
+    /// Null if the record is about to be deleted, or for a deletion if it is used in any way. The record need not
+    /// exist.
+    Handle begin(const QString& recordID, Kind kind);
+
+    bool isUsed(const QString& recordID) const;
+    bool isUsed(const QString& recordID, Kind kind) const;
+
+private:
+    mutable std::mutex m_mutex;
+    QMultiHash<QString, Kind> m_uses;
+};
+
+} // namespace ZelkoRecorder

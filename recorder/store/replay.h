@@ -1,0 +1,56 @@
+#pragma once
+
+#include <recorder/store/recordingclock.h>
+#include <recorder/store/recordtimeline.h>
+
+#include <chrono>
+
+namespace ZelkoRecorder {
+
+/// Where the replay of a stored record stands: its position runs with the clock on the wall while it is not paused.
+/// Keeps no thread and no timer of its own: it is where the clock says. For one thread.
+class Replay
+{
+public:
+    using TimePoint = RecordingClock::TimePoint;
+
+    /// Begins at `now`, at the time `start` of the record, and goes on to `stop`, both in microseconds since the epoch;
+    /// 0 as `stop` is the record's end. What lies outside of the record is left out. That so often, one time behind the
+    /// other; less than once is once, and more than 1000 times 1000.
+    Replay(const RecordTimeline& timeline, quint64 start, quint64 stop, int rounds, TimePoint now);
+
+    /// Whether there is anything between start and stop.
+    bool isValid() const { return m_start < m_stop; }
+
+    /// Neither has an effect a second time, or behind the end.
+    void pause(TimePoint now);
+    void continueAt(TimePoint now);
+
+    bool isPaused() const { return m_paused; }
+
+    /// Whether it has come to its stop for the last time.
+    bool hasEnded(TimePoint now) const;
+
+    /// The time of the record that is being replayed, in microseconds since the epoch.
+    quint64 timeAt(TimePoint now) const;
+
+    /// The same as a position of the record, in bytes.
+    quint64 offsetAt(TimePoint now) const;
+
+    /// How long until the end if nothing pauses it; 0 if it has ended.
+    std::chrono::microseconds left(TimePoint now) const;
+
+private:
+    std::chrono::microseconds played(TimePoint now) const;
+    std::chrono::microseconds whole() const;
+
+    const RecordTimeline m_timeline;
+    quint64 m_start;
+    quint64 m_stop;
+    int m_rounds;
+    bool m_paused = false;
+    TimePoint m_begin;                           // of the part since the last pause
+    std::chrono::microseconds m_playedBefore{0}; // in the parts before
+};
+
+} // namespace ZelkoRecorder

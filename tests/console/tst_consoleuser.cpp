@@ -1,0 +1,220 @@
+#include <console/session/consoleuser.h>
+#include <console/session/session.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ZelkoConsole;
+using ZelkoCommon::LinkCredentials;
+using ZelkoCommon::Role;
+
+namespace {
+
+// A session that keeps for whom it acts, and whose recorders say what they are told to say.
+class FakeSession final : public Session
+{
+    Q_OBJECT
+
+public:
+    QStringList subSystems() const override { return {QStringLiteral("north")}; }
+    SubSystemStatus status(const QString&) const override { return {}; }
+    const std::vector<KnownUser>& knownUsers() const override { return known; }
+    QString configuredUser() const override { return configured; }
+    void actFor(const LinkCredentials& user) override
+    {
+        actedFor.append(user.user + QLatin1Char('/') + user.password);
+        said.reset();
+    }
+    std::optional<Role> role() const override { return said; }
+
+    void say(std::optional<Role> role)
+    {
+        said = role;
+        Q_EMIT statusChanged(QStringLiteral("north"));
+    }
+
+    std::vector<KnownUser> known;
+    QString configured;
+    QStringList actedFor;
+    std::optional<Role> said;
+};
+
+std::vector<KnownUser> threeUsers()
+{
+    return {{{"viewer", "v"}, Role::Viewer},
+            {{"operator", "o"}, Role::Operator},
+            {{"administrator", "a"}, Role::Administrator}};
+}
+
+} // namespace
+
+class TestConsoleUser : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void beginsAsTheOperatorOfItsOwnRecorder();
+    void beginsAsTheUserOfTheSite();
+    void switchesToAKnownUser_data();
+    void switchesToAKnownUser();
+    void doesNotSwitchToSomebodyElse();
+    void mayWhatTheRecorderSays();
+    void mayNothingUntilARecorderAdmitsHim();
+    void tellsEachChangeOnce();
+    void isNobodyAfterLoggingOut();
+    void leavesNoRightsBehind();
+    void mayWhatHisRoleMay_data();
+    void mayWhatHisRoleMay();
+};
+
+void TestConsoleUser::beginsAsTheOperatorOfItsOwnRecorder()
+{
+    FakeSession session;
+    session.known = threeUsers();
+    const ConsoleUser user(session);
+    QCOMPARE(user.name(), "operator");
+    QCOMPARE(user.role(), Role::Operator);
+    QCOMPARE(user.knownUsers(), (QStringList{"viewer", "operator", "administrator"}));
+    QCOMPARE(session.actedFor, QStringList{"operator/o"});
+    QCOMPARE(UserRights::Instance()->GetUser(), "operator");
+    QVERIFY(UserRights::DeleteRecordsAllowed());
+}
+
+void TestConsoleUser::beginsAsTheUserOfTheSite()
+{
+    FakeSession session;
+    session.configured = "anna";
+    const ConsoleUser user(session);
+    QCOMPARE(user.name(), "anna");
+    QVERIFY(user.knownUsers().isEmpty());
+    QVERIFY(session.actedFor.isEmpty()); // the site has the password, the console does not
+    QCOMPARE(UserRights::Instance()->GetUser(), "anna");
+    QVERIFY(!UserRights::DeleteRecordsAllowed());
+}
+
+void TestConsoleUser::switchesToAKnownUser_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Role>("role");
+    QTest::addColumn<QString>("actedFor");
+    QTest::addColumn<bool>("deletes");
+    QTest::addColumn<bool>("administrates");
+    QTest::newRow("the viewer") << "viewer" << Role::Viewer << "viewer/v" << false << false;
+    QTest::newRow("the administrator") << "administrator" << Role::Administrator << "administrator/a" << true << true;
+}
+
+void TestConsoleUser::switchesToAKnownUser()
+{
+    QFETCH(const QString, name);
+    FakeSession session;
+    session.known = threeUsers();
+    ConsoleUser user(session);
+    session.say(Role::Operator);
+    const QSignalSpy changed(&user, &ConsoleUser::changed);
+    QVERIFY(user.switchTo(name));
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(user.name(), name);
+    QTEST(user.role(), "role");
+    QTEST(session.actedFor.constLast(), "actedFor");
+    QTEST(UserRights::DeleteRecordsAllowed(), "deletes");
+    QTEST(UserRights::AdminAllowed(), "administrates");
+}
+
+void TestConsoleUser::doesNotSwitchToSomebodyElse()
+{
+    FakeSession session;
+    session.known = threeUsers();
+    ConsoleUser user(session);
+    const QSignalSpy changed(&user, &ConsoleUser::changed);
+    QVERIFY(!user.switchTo("anna"));
+    QVERIFY(!user.switchTo(QString()));
+    QCOMPARE(user.name(), "operator");
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(session.actedFor.size(), 1);
+}
+
+void TestConsoleUser::mayWhatTheRecorderSays()
+{
+    FakeSession session;
+    session.known = threeUsers();
+    ConsoleUser user(session);
+    session.say(Role::Viewer);
+    QCOMPARE(user.role(), Role::Viewer);
+    QVERIFY(!UserRights::DeleteRecordsAllowed());
+    session.say(std::nullopt);
+    QVERIFY(UserRights::DeleteRecordsAllowed());
+}
+
+void TestConsoleUser::mayNothingUntilARecorderAdmitsHim()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    user.logIn({"anna", "secret"});
+    QCOMPARE(session.actedFor, QStringList{"anna/secret"});
+    QCOMPARE(user.name(), "anna");
+    QVERIFY(!UserRights::DeleteRecordsAllowed());
+    session.say(Role::Operator);
+    QVERIFY(UserRights::DeleteRecordsAllowed());
+    QCOMPARE(UserRights::Instance()->GetUser(), "anna");
+}
+
+void TestConsoleUser::tellsEachChangeOnce()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    const QSignalSpy changed(&user, &ConsoleUser::changed);
+    user.logIn({"anna", "secret"});
+    QCOMPARE(changed.count(), 1);
+    session.say(Role::Operator);
+    QCOMPARE(changed.count(), 2);
+    session.say(Role::Operator);
+    QCOMPARE(changed.count(), 2);
+    user.logIn({"anna", "the right one"});
+    QCOMPARE(changed.count(), 3); // what she may is to be found out again
+}
+
+void TestConsoleUser::isNobodyAfterLoggingOut()
+{
+    FakeSession session;
+    session.known = threeUsers();
+    ConsoleUser user(session);
+    session.say(Role::Operator);
+    user.logOut();
+    QCOMPARE(user.name(), QString());
+    QCOMPARE(user.role(), Role::Viewer);
+    QCOMPARE(session.actedFor.constLast(), "/");
+    QVERIFY(!UserRights::DeleteRecordsAllowed());
+}
+
+void TestConsoleUser::leavesNoRightsBehind()
+{
+    FakeSession session;
+    session.known = threeUsers();
+    {
+        const ConsoleUser user(session);
+        QVERIFY(UserRights::DeleteRecordsAllowed());
+    }
+    QVERIFY(!UserRights::DeleteRecordsAllowed());
+    QCOMPARE(UserRights::Instance()->GetUser(), QString());
+}
+
+void TestConsoleUser::mayWhatHisRoleMay_data()
+{
+    QTest::addColumn<Role>("role");
+    QTest::addColumn<UserRights::Rights>("rights");
+    const UserRights::Rights operators = UserRights::DeleteRecords | UserRights::Archiving |
+                                         UserRights::HistoryComment | UserRights::ResetRecord | UserRights::PerformBite;
+    QTest::newRow("a viewer") << Role::Viewer << UserRights::Rights();
+    QTest::newRow("an operator") << Role::Operator << operators;
+    QTest::newRow("an administrator") << Role::Administrator
+                                      << (operators | UserRights::RemoteConfig | UserRights::Admin);
+}
+
+void TestConsoleUser::mayWhatHisRoleMay()
+{
+    QFETCH(const Role, role);
+    QTEST(ConsoleUser::rightsOf(role), "rights");
+}
+
+QTEST_GUILESS_MAIN(TestConsoleUser)
+#include "tst_consoleuser.moc"

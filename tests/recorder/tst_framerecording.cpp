@@ -1,0 +1,170 @@
+#include <recorder/service/framerecording.h>
+
+#include <frames.h>
+#include <storedrecord.h>
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ZelkoRecorder;
+using namespace ZelkoTest;
+using ZELKO_XML::ZELKO_RecordData;
+
+class TestFrameRecording : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void makesOneRecordOfItsFrames();
+    void isBornWithTheFirstSamples();
+    void leavesOutWhatCameLateOrTwice();
+    void marksAGap();
+    void marksANewTuning();
+    void countsOnBeyondTheLargestNumber();
+    void endsWhereItsSamplesEnd();
+    void takesTheDataRateFromTheFrames();
+    void refusesWhatTheDiskRefuses();
+
+private:
+    bool take(const ChannelFrame& frame)
+    {
+        const QByteArray samples = samplesOf(frame);
+        QString error;
+        return m_recording->take(frame, {samples.constData(), static_cast<std::size_t>(samples.size())}, &error);
+    }
+    RecordPointer finished()
+    {
+        return m_recording->finish() ? DeviceStore(m_folder->path()).read(m_recording->recordID(), &m_error) : nullptr;
+    }
+    QStringList indexOf(const RecordPointer& record) const
+    {
+        QStringList entries;
+        for (const auto& entry : std::as_const(*record).GetIndexEntry()) {
+            entries << QStringLiteral("%1@%2").arg(entry.GetTimestamp() / 1000).arg(entry.GetRecordOffset());
+        }
+        return entries;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<DeviceStore> m_store;
+    std::unique_ptr<FrameRecording> m_recording;
+    QStringList m_born;
+    RecordPointers m_told;
+    QString m_error;
+};
+
+void TestFrameRecording::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_store = std::make_unique<DeviceStore>(m_folder->path());
+    m_born.clear();
+    m_told.clear();
+    ZELKO_RecordData birth;
+    birth.SetRecordName("Aufnahme");
+    birth.SetDataFormat(ZELKO_RecordData::DataFormat::IQ16);
+    m_recording = std::make_unique<FrameRecording>(
+        *m_store, birth, [this](const QString& id) { m_born << id; },
+        [this](const RecordPointer& record) { m_told << record; });
+}
+
+void TestFrameRecording::makesOneRecordOfItsFrames()
+{
+    for (quint32 number = 0; number < 30; ++number) {
+        QVERIFY(take(frameOf(number)));
+    }
+    const RecordPointer record = finished();
+    QVERIFY2(record, qPrintable(m_error));
+    QCOMPARE(m_born, QStringList{record->GetRecordID()});
+    QCOMPARE(record->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QCOMPARE(record->GetSize(), 12'000U);
+    QCOMPARE(record->GetStartTime(), 10'000'000U);
+    QCOMPARE(record->GetStopTime(), 13'000'000U);
+    QCOMPARE(m_recording->lostFrames(), 0U);
+    QVERIFY(m_told.size() >= 2);
+    QCOMPARE(m_told.first()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Recording);
+    QVERIFY(*m_told.last() == *record);
+}
+
+void TestFrameRecording::isBornWithTheFirstSamples()
+{
+    QVERIFY(take(frameOf(0, 0)));
+    QVERIFY(m_born.isEmpty());
+    QVERIFY(m_recording->finish());
+    QVERIFY(m_recording->recordID().isEmpty());
+    QVERIFY(contentOf(m_folder->path()).isEmpty());
+}
+
+void TestFrameRecording::leavesOutWhatCameLateOrTwice()
+{
+    ChannelFrame back = frameOf(3);
+    back.time = 9'000'000;
+    for (const ChannelFrame& frame : {frameOf(1), frameOf(2), frameOf(1), frameOf(2), frameOf(0), back, frameOf(3)}) {
+        QVERIFY(take(frame));
+    }
+    const RecordPointer record = finished();
+    QCOMPARE(record->GetSize(), 1200U);
+    QCOMPARE(m_recording->refusedFrames(), 4U);
+    QCOMPARE(m_recording->lostFrames(), 0U);
+}
+
+void TestFrameRecording::marksAGap()
+{
+    QVERIFY(take(frameOf(0)));
+    QVERIFY(take(frameOf(4)));
+    const RecordPointer record = finished();
+    QCOMPARE(m_recording->lostFrames(), 3U);
+    QCOMPARE(indexOf(record), QStringList({"10000@0", "10100@400", "10400@400", "10500@800"}));
+}
+
+void TestFrameRecording::marksANewTuning()
+{
+    ChannelFrame tuned = frameOf(1);
+    tuned.centreFrequency = 433'000'000;
+    QVERIFY(take(frameOf(0)));
+    QVERIFY(take(tuned));
+    const RecordPointer record = finished();
+    const auto& index = std::as_const(*record).GetIndexEntry();
+    QCOMPARE(indexOf(record), QStringList({"10000@0", "10100@400", "10200@800"}));
+    QCOMPARE(index.at(0).GetTunerFrequency(), 145'000'000U);
+    QCOMPARE(index.at(1).GetTunerFrequency(), 433'000'000U);
+}
+
+void TestFrameRecording::countsOnBeyondTheLargestNumber()
+{
+    ChannelFrame last = frameOf(0);
+    last.number = 0xffffffff;
+    ChannelFrame next = frameOf(1);
+    next.number = 0;
+    QVERIFY(take(last));
+    QVERIFY(take(next));
+    QCOMPARE(finished()->GetSize(), 800U);
+    QCOMPARE(m_recording->lostFrames(), 0U);
+}
+
+void TestFrameRecording::endsWhereItsSamplesEnd()
+{
+    ChannelFrame frame = frameOf(0);
+    frame.sampleRate = 0; // nobody knows how long it is
+    QVERIFY(take(frame));
+    QCOMPARE(finished()->GetStopTime(), 10'000'000U);
+}
+
+void TestFrameRecording::takesTheDataRateFromTheFrames()
+{
+    QVERIFY(take(frameOf(0)));
+    QCOMPARE(finished()->GetDataRate(), ZELKO_RecordData::DataRate::UpTo16kB);
+}
+
+void TestFrameRecording::refusesWhatTheDiskRefuses()
+{
+    QVERIFY(m_folder->remove());
+    QVERIFY(writeBytes(m_folder->path(), "a file in place of the folder"));
+    QVERIFY(!take(frameOf(0)));
+    QVERIFY(m_recording->recordID().isEmpty());
+    QVERIFY(m_recording->finish());
+    QVERIFY(QFile::remove(m_folder->path()));
+}
+
+QTEST_GUILESS_MAIN(TestFrameRecording)
+#include "tst_framerecording.moc"

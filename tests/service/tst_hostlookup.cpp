@@ -1,0 +1,60 @@
+#include <zelkobase/service/hostlookup_p.h>
+
+#include <QTest>
+
+using namespace ZelkoCommon;
+using namespace std::chrono_literals;
+
+class tst_HostLookup : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anAddressIsItsOwnAnswer_data();
+    void anAddressIsItsOwnAnswer();
+    void theNameOfThisMachine();
+    void aNameThatNobodyKnows();
+    void withoutTimeThereIsNoAnswer();
+};
+
+void tst_HostLookup::anAddressIsItsOwnAnswer_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::newRow("of the short kind") << "192.0.2.7";
+    QTest::newRow("of the long kind") << "2001:db8::1";
+}
+
+// Also without any time, since nobody has to be asked.
+void tst_HostLookup::anAddressIsItsOwnAnswer()
+{
+    QFETCH(QString, address);
+    const auto found = addressesOf(address, 0ms);
+    QVERIFY(found);
+    QCOMPARE(*found, QStringList(address));
+}
+
+void tst_HostLookup::theNameOfThisMachine()
+{
+    const auto found = addressesOf("localhost", 60s);
+    QVERIFY(found);
+    QVERIFY2(found->contains("127.0.0.1"), qPrintable(found->join(' ')));
+}
+
+// A name that is too long to be one is refused without a name server.
+void tst_HostLookup::aNameThatNobodyKnows()
+{
+    const auto found = addressesOf(QString(300, 'x'), 60s);
+    QVERIFY(found);
+    QVERIFY(found->isEmpty());
+}
+
+// Nothing, or the answer of a name service that was quick; never a wait.
+void tst_HostLookup::withoutTimeThereIsNoAnswer()
+{
+    const auto found = addressesOf("localhost", 0ms);
+    QVERIFY(!found || found->contains("127.0.0.1"));
+}
+
+QTEST_GUILESS_MAIN(tst_HostLookup)
+
+#include "tst_hostlookup.moc"

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <zelkoidl/recorderservice.hh>
+
+#include <QStringList>
+
+#include <condition_variable>
+#include <mutex>
+
+namespace ZelkoTest {
+
+/// A channel manager: notes each call of the recorder, without the ID of the channel, and answers what it is told to.
+/// Its members may be used on any thread.
+class ChannelManager final : public POA_QD_ZLK::IF_ZLK_c_ChanMan, public PortableServer::RefCountServantBase
+{
+public:
+    /// How it answers; to be set before it is called.
+    struct Answers
+    {
+        bool available = true;
+        bool connects = true;
+        bool starts = true;        ///< otherwise it refuses by its exception
+        bool hangs = false;        ///< when it is asked whether it is available, until `release`
+        bool namesEndpoint = true; ///< in its answer to connecting
+        QD_ZLK::EndpointKind kind = QD_ZLK::ENDPOINT_UDP;
+        std::string address;
+    };
+    Answers answers;
+
+    QStringList calls() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_calls;
+    }
+    quint16 port() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_port;
+    }
+    void release()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_released = true;
+        m_changed.notify_all();
+    }
+
+    CORBA::Boolean isAvailableForRecord(const char*, const QD_ZLK::StringSeq& devices) override
+    {
+        note(QStringLiteral("available %1").arg(devices.length() == 1 ? devices[0].in() : "?"));
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return !answers.hangs || m_released; });
+        return answers.available;
+    }
+    CORBA::Boolean connectForRecord(const char*, QD_ZLK::DataEndpointSeq_out endpoints,
+                                    QD_ZLK::LongSeq_out streams) override
+    {
+        endpoints = new QD_ZLK::DataEndpointSeq;
+        streams = new QD_ZLK::LongSeq;
+        note("connect of old");
+        return false;
+    }
+    CORBA::Boolean connectForRecordNG(const char*, QD_ZLK::DataEndpointNGSeq_out endpoints,
+                                      QD_ZLK::LongSeq_out streams) override
+    {
+        note("connect");
+        streams = new QD_ZLK::LongSeq;
+        endpoints = new QD_ZLK::DataEndpointNGSeq;
+        if (answers.namesEndpoint) {
+            endpoints->length(1);
+            (*endpoints)[0].kind = answers.kind;
+            (*endpoints)[0].address = answers.address.c_str();
+            (*endpoints)[0].port = 0;
+            (*endpoints)[0].streamId = 7;
+        }
+        return answers.connects;
+    }
+    void startDataFlow(const char*) override { note("start of old"); }
+    void startDataFlowNG(const char*, const char*, CORBA::Long port) override
+    {
+        if (!answers.starts) {
+            throw QD_ZLK::IF_ZLK_c_ChanMan::exChanMan(QD_ZLK::IF_ZLK_c_ChanMan::CHANMAN_NO_DATA, "no data today");
+        }
+        {
+            const std::lock_guard lock(m_mutex);
+            m_port = static_cast<quint16>(port);
+        }
+        note("start");
+    }
+    void stopDataFlow(const char*) override { note("stop"); }
+    void disconnect(const char*) override { note("disconnect"); }
+    CORBA::Boolean isAvailableForReplay(const char*, const QD_ZLK::StringSeq&) override { return false; }
+    CORBA::Boolean connectForReplay(const char*, const QD_ZLK::DataEndpointSeq&, const QD_ZLK::LongSeq&) override
+    {
+        return false;
+    }
+    void DataTransferStarted(const char*) override { note("started"); }
+    void stoppingDataTransfer(const char*) override { note("stopping"); }
+    void goingDown() override { note("going down"); }
+    void ChannelRemoved(const char*) override { note("removed"); }
+    void RecordingFinished(const char*, const char* device, const char* record) override
+    {
+        note(QStringLiteral("finished %1 %2").arg(device, record));
+    }
+    CORBA::Boolean startXgReplayLegacy(const QD_ZLK::DataEndpointNGSeq&, const QD_ZLK::LongSeq&) override
+    {
+        return false;
+    }
+    CORBA::Boolean startXgReplay(const char*, CORBA::LongLong, CORBA::LongLong, CORBA::Long) override { return false; }
+    CORBA::Boolean stopXgReplay() override { return false; }
+    void ZelkoRecordReplaySessionFault(const char*, CORBA::Long fault, const char* text) override
+    {
+        note(QStringLiteral("fault %1: %2").arg(fault).arg(text));
+    }
+
+private:
+    void note(const QString& call)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_calls << call;
+    }
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    QStringList m_calls;
+    quint16 m_port = 0;
+    bool m_released = false;
+};
+
+} // namespace ZelkoTest
