@@ -50,7 +50,8 @@ struct Peer
     {
         orb.publish("Admin", admin);
         plain = orb.orb()->string_to_object(toCorba(corbaloc("127.1:%1")));
-        names = new Names(plain);
+        auto* const names = new Names(plain);
+        namesGuard = names;
         orb.publish("Names", names);
     }
 
@@ -75,7 +76,7 @@ struct Peer
     AdminServant* const admin = new AdminServant(log);
     const PortableServer::ServantBase_var adminGuard{admin};
     CORBA::Object_var plain; // as the ORB makes it
-    Names* names = nullptr;
+    PortableServer::ServantBase_var namesGuard;
 };
 
 } // namespace

@@ -13,6 +13,8 @@ class TestZelkoConfiguration : public QObject
 private Q_SLOTS:
     void readsASiteFile();
     void fillsInWhatIsLeftOut();
+    void readsWhereTheServiceIs_data();
+    void readsWhereTheServiceIs();
     void refusesWhatIsNoSiteFile_data();
     void refusesWhatIsNoSiteFile();
     void namesTheFileThatCannotBeUsed();
@@ -48,6 +50,26 @@ void TestZelkoConfiguration::fillsInWhatIsLeftOut()
     QCOMPARE(site->ListenAddress(), QString());
 }
 
+void TestZelkoConfiguration::readsWhereTheServiceIs_data()
+{
+    QTest::addColumn<QByteArray>("service");
+    QTest::newRow("a corbaloc") << QByteArray("corbaloc::1.2@192.0.2.7:8004/RecorderService");
+    QTest::newRow("a corbaname") << QByteArray("corbaname::192.0.2.1:2809#south/recorder");
+    QTest::newRow("an IOR") << QByteArray("IOR:") + QByteArray(4092, '0');
+}
+
+void TestZelkoConfiguration::readsWhereTheServiceIs()
+{
+    QFETCH(QByteArray, service);
+    QString error;
+    const auto site = ZelkoConfiguration::fromJson(R"({"subSystems": [{"name": "a", "host": "h", "service": ")" +
+                                                       service + R"("}, {"name": "b", "host": "h"}]})",
+                                                   &error);
+    QVERIFY2(site, qPrintable(error));
+    QCOMPARE(site->Find("a")->service, QString::fromLatin1(service));
+    QCOMPARE(site->Find("b")->service, QString());
+}
+
 void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
 {
     QTest::addColumn<QByteArray>("json");
@@ -77,6 +99,19 @@ void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
     QTest::newRow("a port beyond") << port("65536") << "the port of sub system \"a\"";
     QTest::newRow("half a port") << port("80.5") << "the port of sub system \"a\"";
     QTest::newRow("a port as text") << port("\"80\"") << "the port of sub system \"a\"";
+    const auto service = [](const QByteArray& value) {
+        return QByteArray(R"({"subSystems": [{"name": "a", "host": "h", "service": )") + value + "}]}";
+    };
+    QTest::newRow("an empty service") << service("\"\"") << "the service of sub system \"a\"";
+    QTest::newRow("a service as number") << service("3") << "the service of sub system \"a\"";
+    QTest::newRow("a service of another kind") << service("\"http://h/\"") << "the service of sub system \"a\"";
+    QTest::newRow("a service of a kind and nothing else")
+        << service("\"corbaloc:\"") << "the service of sub system \"a\"";
+    QTest::newRow("a service with a blank") << service("\"corbaloc::h /x\"") << "the service of sub system \"a\"";
+    QTest::newRow("a service in other letters")
+        << service("\"corbaloc::h\u00fc/x\"") << "the service of sub system \"a\"";
+    QTest::newRow("a huge service") << service('"' + QByteArray("IOR:") + QByteArray(4093, '0') + '"')
+                                    << "the service of sub system \"a\"";
     QTest::newRow("a current sub system that is not listed")
         << QByteArray(R"({"currentSubSystem": "b", "subSystems": [{"name": "a", "host": "h"}]})")
         << "\"b\" is not listed";

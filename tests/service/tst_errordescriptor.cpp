@@ -50,12 +50,14 @@ void tst_ErrorDescriptor::tellsTheUserWhatIsForHim()
     QFETCH(QString, text);
     QFETCH(QString, description);
     QFETCH(QStringList, messages);
+    const TraceTexts traces;
     QStringList shown;
     const auto previous = ErrorHandler::Instance()->SetMessageSink([&](const QString& message) { shown << message; });
     const auto restore = qScopeGuard([&] { ErrorHandler::Instance()->SetMessageSink(previous); });
     ErrorDescriptor descriptor("/SubSystems/north");
     descriptor.WriteCommandResponse(static_cast<ErrorClassifier>(classifier), text, description);
     QCOMPARE(shown, messages);
+    QCOMPARE(traces.contain("ErrorDescriptor: /SubSystems/north: "), !(text + description).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_ErrorDescriptor)

@@ -24,10 +24,19 @@ ServiceAddress local(quint16 port)
     return {{}, QStringLiteral("127.0.0.1"), port};
 }
 
-RecorderService serviceAt(quint16 port)
+// Gives up only where a test says so, on however loaded a machine.
+class PatientService : public RecorderService
 {
-    return RecorderService([port] { return local(port); });
-}
+public:
+    explicit PatientService(AddressSource address)
+        : RecorderService(std::move(address))
+    {
+        setLimit(60s);
+    }
+    explicit PatientService(quint16 port)
+        : PatientService([port] { return local(port); })
+    {}
+};
 
 unsigned long comment(RecorderService& service)
 {
@@ -91,7 +100,7 @@ private Q_SLOTS:
 void tst_RecorderService::callsReachThePeerOverTheNetwork()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     QCOMPARE(comment(service), 0UL);
     QCOMPARE(site.peer.calls(), QStringList("setRecordComment D1 R1 text"));
     QVERIFY(site.peer.wasCalledOverNetwork());
@@ -100,7 +109,7 @@ void tst_RecorderService::callsReachThePeerOverTheNetwork()
 void tst_RecorderService::theServiceIsFoundOnceForManyQuestions()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     for (int i = 0; i < 5; ++i) {
         QCOMPARE(comment(service), 0UL);
     }
@@ -113,7 +122,7 @@ void tst_RecorderService::theServiceIsFoundOnceForManyQuestions()
 void tst_RecorderService::aQuestionIsAskedAgainAfterARestart()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     QCOMPARE(comment(service), 0UL);
     site.peer.restart();
     QCOMPARE(comment(service), 0UL);
@@ -126,7 +135,7 @@ void tst_RecorderService::aServiceThatMovedIsFoundThere()
     ServiceSite site;
     FaultProxy elsewhere(site.orb.port());
     quint16 port = site.proxy.port();
-    RecorderService service([&port] { return local(port); });
+    PatientService service([&port] { return local(port); });
     QCOMPARE(askWorkstation(service), 0UL);
     port = elsewhere.port();
     QCOMPARE(askWorkstation(service), 0UL);
@@ -137,8 +146,7 @@ void tst_RecorderService::aServiceThatMovedIsFoundThere()
 void tst_RecorderService::aCallOfARestartedRecorderIsNotMadeTwice()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
-    service.setLimit(60s);
+    PatientService service(site.proxy.port());
     QCOMPARE(comment(service), 0UL);
     site.peer.forgetCalls();
     site.peer.setAction("setRecordComment", [&] {
@@ -183,7 +191,7 @@ void tst_RecorderService::whatCannotBeFoundHasAStatus()
     QFETCH(QString, host);
     QFETCH(ServiceStatus, status);
     ServiceSite site;
-    RecorderService service([&] { return ServiceAddress{reference, host, site.proxy.port()}; });
+    PatientService service([&] { return ServiceAddress{reference, host, site.proxy.port()}; });
     QCOMPARE(comment(service), code(status));
     QCOMPARE(service.connect(), code(status));
     QVERIFY(service.lastErrorText().startsWith(serviceStatusText(code(status))));
@@ -193,7 +201,7 @@ void tst_RecorderService::whatCannotBeFoundHasAStatus()
 void tst_RecorderService::nobodyListening()
 {
     Orb orb{OrbOptions()};
-    RecorderService service = serviceAt(unusedPort());
+    PatientService service(unusedPort());
     QCOMPARE(comment(service), code(ServiceStatus::NotReachable));
     QVERIFY(service.lastErrorText().startsWith(serviceStatusText(code(ServiceStatus::NotReachable))));
 }
@@ -204,7 +212,7 @@ void tst_RecorderService::aListenerThatNeverAnswersCostsTheLimit()
     QTcpServer silent;
     QVERIFY(silent.listen(QHostAddress::LocalHost));
     Orb orb(patientOptions());
-    RecorderService service = serviceAt(silent.serverPort());
+    PatientService service(silent.serverPort());
     service.setLimit(200ms);
     QCOMPARE(comment(service), code(ServiceStatus::Timeout));
     QVERIFY(!service.lastErrorText().isEmpty());
@@ -213,8 +221,7 @@ void tst_RecorderService::aListenerThatNeverAnswersCostsTheLimit()
 void tst_RecorderService::aHeldCallCostsTheLimit()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
-    service.setLimit(60s);
+    PatientService service(site.proxy.port());
     QCOMPARE(comment(service), 0UL);
     site.peer.setHeld(true);
     service.setLimit(300ms);
@@ -226,7 +233,7 @@ void tst_RecorderService::aHeldCallCostsTheLimit()
 
 void tst_RecorderService::aLimitBelowAMillisecondIsAMillisecond()
 {
-    RecorderService service = serviceAt(1);
+    RecorderService service([] { return local(1); });
     QCOMPARE(service.limit(), RecorderService::DefaultLimit);
     QCOMPARE(RecorderService::DefaultLimit, 5000ms);
     service.setLimit(-1s);
@@ -239,7 +246,7 @@ void tst_RecorderService::aRecorderWithoutAdministration()
 {
     ServiceSite site;
     site.peer.setWithoutAdmin(true);
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     QCOMPARE(comment(service), code(ServiceStatus::ServiceNotOffered));
     QCOMPARE(askWorkstation(service), 0UL);
     site.peer.setWithoutAdmin(false);
@@ -275,7 +282,7 @@ void tst_RecorderService::exceptionsOfTheRecorderGiveCodeAndText()
     QFETCH(QString, text);
     ServiceSite site;
     site.peer.setAction("cancelExport", action);
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     const auto answer = service.ask([](QD_ZLK::IF_ZLK_c_ZLK_ptr root) {
         root->cancelExport("E1", false);
         return code(ServiceStatus::None);
@@ -289,7 +296,7 @@ void tst_RecorderService::exceptionsOfTheRecorderGiveCodeAndText()
 void tst_RecorderService::whatACallThrowsStaysInside()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     const auto throwing = [&](auto exception) {
         return service.ask([=](QD_ZLK::IF_ZLK_c_ZLK_ptr) -> unsigned long { throw exception; });
     };
@@ -303,7 +310,7 @@ void tst_RecorderService::whatACallThrowsStaysInside()
 void tst_RecorderService::aStatusOfOursIsNoAnswer()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     site.peer.setAnswer("setRecordComment", firstClientStatus);
     QCOMPARE(comment(service), code(ServiceStatus::BadAnswer));
     site.peer.setAnswer("setRecordComment", firstClientStatus - 1);
@@ -314,7 +321,7 @@ void tst_RecorderService::aStatusOfOursIsNoAnswer()
 void tst_RecorderService::successClearsTheText()
 {
     ServiceSite site;
-    RecorderService service = serviceAt(site.proxy.port());
+    PatientService service(site.proxy.port());
     site.peer.setAnswer("setRecordComment", code(ServiceStatus::NotAllowed));
     QCOMPARE(comment(service), code(ServiceStatus::NotAllowed));
     QCOMPARE(service.lastErrorText(), serviceStatusText(code(ServiceStatus::NotAllowed)));
@@ -328,8 +335,7 @@ void tst_RecorderService::aKilledRecorderIsFoundAgain()
     Orb orb{OrbOptions()};
     PeerProcess first({}, 0, ZELKO_SERVICE_PEER);
     QVERIFY(first.port() != 0);
-    RecorderService service = serviceAt(first.port());
-    service.setLimit(60s);
+    PatientService service(first.port());
     QCOMPARE(comment(service), 0UL);
     first.kill();
     const unsigned long answer = comment(service);
@@ -346,8 +352,7 @@ void tst_RecorderService::aStoppedRecorderCostsTheLimitAndIsFoundAgain()
     Orb orb(patientOptions());
     PeerProcess peer({}, 0, ZELKO_SERVICE_PEER);
     QVERIFY(peer.port() != 0);
-    RecorderService service = serviceAt(peer.port());
-    service.setLimit(60s);
+    PatientService service(peer.port());
     QCOMPARE(comment(service), 0UL);
     peer.stop();
     service.setLimit(200ms);
@@ -360,7 +365,7 @@ void tst_RecorderService::aStoppedRecorderCostsTheLimitAndIsFoundAgain()
 
 void tst_RecorderService::withoutAnOrbNothingIsStarted()
 {
-    RecorderService service = serviceAt(1);
+    PatientService service(1);
     QCOMPARE(comment(service), code(ServiceStatus::NotStarted));
 }
 

@@ -49,7 +49,9 @@ unsigned long RecorderService::Private::runWithinLimit(const Step& step)
         failure = {};
         code = attempt(step, failure);
     }
-    lastError = textOf(code, failure.detail);
+    if (code != 0) {
+        lastError = textOf(code, failure.detail);
+    }
     return code;
 }
 

@@ -40,6 +40,9 @@ QString textOf(const ServiceAddress& address, std::chrono::milliseconds limit)
 
 CORBA::Object_ptr objectAt(const ServiceAddress& address, std::chrono::milliseconds limit)
 {
+    if (!address.isValid()) {
+        fail(ServiceStatus::NotConfigured);
+    }
     const Orb* const orb = Orb::current();
     if (!orb) {
         fail(ServiceStatus::NotStarted);
