@@ -4,6 +4,7 @@
 #include <recorder/process/reachableaddress.h>
 #include <recorder/process/recorderoptions.h>
 #include <recorder/process/stderrlog.h>
+#include <recorder/served/refusallog.h>
 #include <recorder/served/servedrecorder.h>
 #include <recorder/served/sessioncallers.h>
 #include <recorder/served/writepolicy.h>
@@ -52,16 +53,15 @@ bool addDevices(ServedRecorder& recorder, const RecorderOptions& options, QStrin
     return true;
 }
 
-void logSession(const TreeLinkServer& server)
+void logSessions(const TreeLinkServer& server, RefusalLog& refusals)
 {
     QObject::connect(&server, &TreeLinkServer::sessionOpened, &server,
                      [](const QString& user) { qCInfo(recorderLog) << "client of user" << user << "connected"; });
     QObject::connect(&server, &TreeLinkServer::sessionClosed, &server, [](const QString& user, const QString& reason) {
         qCInfo(recorderLog) << "client of user" << user << "gone:" << qUtf8Printable(reason);
     });
-    QObject::connect(&server, &TreeLinkServer::writeRefused, &server, [](const QString&, const QString& reason) {
-        qCWarning(recorderLog).noquote() << "refused a write:" << reason;
-    });
+    QObject::connect(&server, &TreeLinkServer::writeRefused, &server,
+                     [&refusals](const QString&, const QString& reason) { refusals.tell(reason); });
 }
 
 ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
@@ -113,8 +113,9 @@ int serve(const RecorderOptions& options)
     if (!addDevices(recorder, options, &error)) {
         return end({error, cannotServe});
     }
+    RefusalLog refusals({});
     TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(), admission(authenticator));
-    logSession(server);
+    logSessions(server, refusals);
     auto channelDevices = std::make_unique<ServedChannelDevices>(recorder);
     auto service = serveCalls(orb, recorder, *channelDevices, server, options);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress

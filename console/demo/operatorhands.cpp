@@ -1,5 +1,8 @@
 #include <console/demo/operatorhands.h>
 
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QEnterEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QScrollBar>
@@ -23,6 +26,21 @@ void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers)
     const QModelIndex index = table.model()->index(row, column);
     table.scrollTo(index);
     QTest::mouseClick(table.viewport(), Qt::LeftButton, modifiers, table.visualRect(index).center());
+}
+
+void pressMenuKey()
+{
+    QWidget& focused = *QApplication::focusWidget();
+    const QPoint place = focused.inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, place, focused.mapToGlobal(place));
+    QCoreApplication::sendEvent(&focused, &event);
+}
+
+void enter(QWidget& widget)
+{
+    const QPointF place = widget.rect().center();
+    QEnterEvent event(place, widget.mapTo(widget.window(), place), widget.mapToGlobal(place));
+    QCoreApplication::sendEvent(&widget, &event);
 }
 
 void rest(QWidget& widget, const QPoint& place)

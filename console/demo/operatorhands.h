@@ -15,6 +15,13 @@ void clickHeader(QTableView& table, int column);
 /// Clicks into the first visible cell of a row; with a modifier as the operator would hold it.
 void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
+/// Presses the key for the context menu of whatever has the focus. Not every window system makes that of the key's
+/// event.
+void pressMenuKey();
+
+/// Moves the pointer onto a widget, which then says in the status bar what it is for.
+void enter(QWidget& widget);
+
 /// Lets the pointer rest at a place of a widget until it asks for a tool tip.
 void rest(QWidget& widget, const QPoint& place);
 

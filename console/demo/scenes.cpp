@@ -14,7 +14,8 @@ struct Capability
     void (*paint)(ScenePainter& painter);
 };
 
-constexpr std::array capabilities{Capability{"spine", paintSpineScenes}, Capability{"platform", paintPlatformScenes}};
+constexpr std::array capabilities{Capability{"spine", paintSpineScenes}, Capability{"actions", paintActionScenes},
+                                  Capability{"platform", paintPlatformScenes}};
 
 } // namespace
 

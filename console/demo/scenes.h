@@ -18,6 +18,9 @@ QStringList paintScenes(const QString& capability, const QString& folder, const 
 /// The console with its record list: live, loading, narrow, with long names, empty.
 void paintSpineScenes(ScenePainter& painter);
 
+/// What can be done to recordings: menus, tool bar, dialogs and messages, for users who may and who may not.
+void paintActionScenes(ScenePainter& painter);
+
 /// What the windows stand on: the replay bar, an editor of a moment, a sort list, the icons.
 void paintPlatformScenes(ScenePainter& painter);
 

@@ -3,10 +3,13 @@
 #include <console/records/recordsituation.h>
 
 #include <host/userrights.h>
+#include <resources/zelkoicons.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QAction>
+#include <QLayout>
 #include <QMenu>
+#include <QStyle>
 #include <QToolBar>
 
 namespace ZelkoConsole {
@@ -65,6 +68,7 @@ RecordActions::RecordActions(Controller* controller, QWidget* owner)
     m_toolBar->setObjectName(QStringLiteral("recordToolBar"));
     m_synchronizeList->setObjectName(QStringLiteral("synchronizeList"));
     m_synchronizeRecord->setObjectName(QStringLiteral("synchronizeRecord"));
+    registerZelkoIcons();
     fillMenu();
     fillToolBar();
     followController();
@@ -92,6 +96,9 @@ void RecordActions::fillToolBar()
 {
     m_toolBar->setMovable(false);
     m_toolBar->setFloatable(false);
+    m_toolBar->layout()->setContentsMargins(0, 0, 0, 0); // it begins where the table does
+    const int side = m_toolBar->style()->pixelMetric(QStyle::PM_ButtonIconSize) + 4;
+    m_toolBar->setIconSize(QSize(side, side));
     m_toolBar->addActions(m_controller->recordActions());
 }
 

@@ -1,10 +1,12 @@
 #include <console/session/listenaddress.h>
 
+#include <zelkobase/service/hostlookup.h>
+
 #include <QDeadlineTimer>
-#include <QEventLoop>
-#include <QHostInfo>
-#include <QTimer>
 #include <QUdpSocket>
+
+#include <algorithm>
+#include <array>
 
 namespace ZelkoConsole {
 
@@ -13,33 +15,7 @@ using ZelkoCommon::ZelkoConfiguration;
 namespace {
 
 constexpr quint16 anyPort = 8004; // nothing is sent there
-
-// Has the answer come to a slot by its name: Qt 6.4 never frees a function object whose look-up was aborted.
-class LookUp final : public QObject
-{
-    Q_OBJECT
-
-public:
-    QList<QHostAddress> run(const QString& host, std::chrono::milliseconds patience)
-    {
-        const int number = QHostInfo::lookupHost(host, this, SLOT(take(QHostInfo)));
-        QTimer::singleShot(patience, &m_loop, &QEventLoop::quit);
-        m_loop.exec();
-        QHostInfo::abortHostLookup(number);
-        return m_addresses;
-    }
-
-private Q_SLOTS:
-    void take(const QHostInfo& info)
-    {
-        m_addresses = info.addresses();
-        m_loop.quit();
-    }
-
-private:
-    QEventLoop m_loop;
-    QList<QHostAddress> m_addresses;
-};
+constexpr std::array anyInterface{QHostAddress::AnyIPv4, QHostAddress::AnyIPv6};
 
 // Connecting a datagram socket asks the system for the route and sends nothing.
 QHostAddress addressTowards(const QHostAddress& target)
@@ -54,9 +30,8 @@ QHostAddress addressTowards(const QHostAddress& target)
 
 std::optional<QHostAddress> ownAddress(const QString& host, std::chrono::milliseconds patience)
 {
-    const QHostAddress literal(host);
-    for (const QHostAddress& target : literal.isNull() ? LookUp().run(host, patience) : QList{literal}) {
-        const QHostAddress own = addressTowards(target);
+    for (const QString& target : ZelkoCommon::addressesOf(host, patience).value_or(QStringList())) {
+        const QHostAddress own = addressTowards(QHostAddress(target));
         if (!own.isNull() && !own.isLinkLocal()) {
             return own;
         }
@@ -67,7 +42,8 @@ std::optional<QHostAddress> ownAddress(const QString& host, std::chrono::millise
 bool meansAllInterfaces(const QString& address)
 {
     const QHostAddress parsed(address);
-    return parsed == QHostAddress::AnyIPv4 || parsed == QHostAddress::AnyIPv6;
+    return std::any_of(anyInterface.begin(), anyInterface.end(),
+                       [&](QHostAddress::SpecialAddress any) { return parsed == any; });
 }
 
 } // namespace
@@ -99,5 +75,3 @@ QString listenAddress(const ZelkoConfiguration& site, std::chrono::milliseconds 
 }
 
 } // namespace ZelkoConsole
-
-#include "listenaddress.moc"

@@ -19,8 +19,8 @@ using OwnAddress = std::function<std::optional<QHostAddress>(const QString& host
 /// from which the others are reached, and all interfaces where that is more than one or cannot be told.
 QString listenAddress(const ZelkoCommon::ZelkoConfiguration& site, const OwnAddress& ownAddress);
 
-/// The above with what the system knows of names and routes. Sends nothing to the recorders; looks names up for at most
-/// `patience` in all, in which an event loop runs.
+/// The above with what the system knows of names and routes. Sends nothing to the recorders; blocks while names are
+/// looked up, for at most `patience` in all.
 QString listenAddress(const ZelkoCommon::ZelkoConfiguration& site,
                       std::chrono::milliseconds patience = std::chrono::seconds(3));
 

@@ -26,6 +26,7 @@ ColorPair colorsOf(Glyph glyph)
     case Glyph::Recording:
         return {qRgb(196, 32, 46), qRgb(255, 123, 114)};
     case Glyph::Idle:
+    case Glyph::Person:
     case Glyph::Empty:
         break;
     }
@@ -75,6 +76,14 @@ void paintPadlock(QPainter& painter, const QColor& color, const QColor& cut)
     painter.drawLine(QPointF(8, 9.8), QPointF(8, 11.2));
 }
 
+void paintPerson(QPainter& painter)
+{
+    painter.drawEllipse(QPointF(8, 5.2), 2.9, 2.9);
+    QPainterPath shoulders(QPointF(2.5, 14));
+    shoulders.cubicTo(2.5, 7.6, 13.5, 7.6, 13.5, 14);
+    painter.drawPath(shoulders);
+}
+
 void paintSheet(QPainter& painter, const QColor& color)
 {
     painter.setPen(QPen(color, 1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -101,6 +110,8 @@ void paintShape(QPainter& painter, Glyph glyph, const QColor& color, const QColo
         return;
     case Glyph::Locked:
         return paintPadlock(painter, color, cut);
+    case Glyph::Person:
+        return paintPerson(painter);
     case Glyph::Empty:
         return paintSheet(painter, color);
     }

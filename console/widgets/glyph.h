@@ -18,6 +18,7 @@ enum class Glyph {
     Idle,      ///< ring
     Recording, ///< plain disc
     Locked,    ///< padlock
+    Person,    ///< head and shoulders
     Empty      ///< a sheet without lines
 };
 

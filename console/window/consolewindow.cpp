@@ -7,6 +7,7 @@
 #include <console/records/recordtableview.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
+#include <console/widgets/glyph.h>
 #include <console/widgets/heading.h>
 #include <console/window/timezonetext.h>
 #include <console/window/usermenu.h>
@@ -20,11 +21,11 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimeZone>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace ZelkoConsole {
@@ -134,11 +135,10 @@ void ConsoleWindow::makeMenus()
 // The menu bar has the same menu for the keyboard.
 void ConsoleWindow::makeUserButton()
 {
-    auto* const button = new QToolButton;
+    auto* const button = new QPushButton(glyphIcon(Glyph::Person), QString());
     button->setObjectName(QStringLiteral("userButton"));
-    button->setAutoRaise(true);
+    button->setFlat(true);
     button->setFocusPolicy(Qt::NoFocus);
-    button->setPopupMode(QToolButton::InstantPopup);
     button->setMenu(m_userMenu);
     button->setStatusTip(tr("Who works here."));
     const auto show = [this, button] {

@@ -7,7 +7,6 @@
 #include <console/window/consolewindow.h>
 
 #include <process/terminationsignals.h>
-#include <resources/zelkoicons.h>
 #include <zelkobase/orb/orb.h>
 
 #include <QApplication>
@@ -29,7 +28,6 @@ using ZelkoCommon::ZelkoConfiguration;
 void prepareApplication()
 {
     initResources();
-    registerZelkoIcons();
     QApplication::setOrganizationName(QStringLiteral("Zelko"));
     QApplication::setApplicationName(QStringLiteral("zelko-console"));
     QApplication::setApplicationDisplayName(QApplication::translate("ZelkoConsole", "Recorder Console"));

@@ -115,7 +115,8 @@ StoreStatus DeviceService::removeHistory(const QString& recordID, quint64 key)
     return edit(recordID, historyRemoval(key));
 }
 
-// The use lasts as long as the job, even if nobody waits for it any more.
+// Not before the load has removed what earlier runs left: it would take the copy for one of theirs. The use lasts as
+// long as the job, even if nobody waits for it any more.
 StoreStatus DeviceService::copy(const QString& recordID, const RecordRanges& ranges, RecordRange::Unit unit,
                                 const QString& name, QString* newID)
 {
@@ -123,6 +124,10 @@ StoreStatus DeviceService::copy(const QString& recordID, const RecordRanges& ran
     const std::shared_ptr<RecordUses::Use> use = m_uses.begin(recordID, Kind::Copy);
     if (!use) {
         return StoreStatus::InUse;
+    }
+    const StoreStatus loaded = askWorker(recordID, [this](const auto& answer) { m_worker.reach(answer); });
+    if (loaded != StoreStatus::Done) {
+        return loaded;
     }
     const auto copy =
         std::make_shared<RecordCopy>(m_store, recordID, ranges, unit, name, static_cast<quint64>(m_clock.now()));

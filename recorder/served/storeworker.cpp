@@ -53,6 +53,11 @@ void StoreWorker::readOne(const QString& recordID, const Answer& answer)
     });
 }
 
+void StoreWorker::reach(const Answer& answer)
+{
+    m_thread.enqueue([answer] { answer(StoreStatus::Done); });
+}
+
 // After a failure the disk may have the new state all the same: then that is what is shown.
 void StoreWorker::edit(const QString& recordID, const RecordEdit& edit, const Answer& answer)
 {

@@ -46,6 +46,10 @@ public:
     /// Reads one record anew; tells that it is gone, and answers so, if it cannot be read.
     void readOne(const QString& recordID, const Answer& answer = {});
 
+    /// Answers `Done` when the jobs before are done; once the load has been asked for nothing that an earlier run left
+    /// is there any more.
+    void reach(const Answer& answer);
+
     /// Edits one record at rest, as RecordChanges does. The new state is on its way as a signal when the answer comes.
     void edit(const QString& recordID, const RecordEdit& edit, const Answer& answer);
 

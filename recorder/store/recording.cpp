@@ -175,6 +175,7 @@ void Recording::makeEdits(const std::vector<EditQueue::Entry>& entries)
     }
     const ZELKO_RecordData before = m_writer->record();
     std::vector<StoreStatus> statuses;
+    statuses.reserve(entries.size());
     for (const EditQueue::Entry& entry : entries) {
         statuses.push_back(applyEdit(m_writer->record(), entry.edit));
     }

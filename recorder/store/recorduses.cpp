@@ -1,42 +1,56 @@
 #include <recorder/store/recorduses.h>
 
+#include <QHash>
+
+#include <mutex>
+#include <utility>
+
 namespace ZelkoRecorder {
 
-RecordUses::RecordUses() = default;
+struct RecordUses::State
+{
+    std::mutex mutex;
+    QMultiHash<QString, Kind> uses;
+};
+
+RecordUses::RecordUses()
+    : m_state(std::make_shared<State>())
+{}
+
 RecordUses::~RecordUses() = default;
 
-RecordUses::Use::Use(RecordUses& uses, const QString& recordID, Kind kind)
-    : m_uses(uses)
+RecordUses::Use::Use(const std::shared_ptr<State>& state, const QString& recordID, Kind kind)
+    : m_state(state)
     , m_recordID(recordID)
     , m_kind(kind)
 {}
 
 RecordUses::Use::~Use()
 {
-    const std::lock_guard lock(m_uses.m_mutex);
-    m_uses.m_uses.erase(m_uses.m_uses.constFind(m_recordID, m_kind));
+    const std::lock_guard lock(m_state->mutex);
+    m_state->uses.erase(std::as_const(m_state->uses).constFind(m_recordID, m_kind));
 }
 
 RecordUses::Handle RecordUses::begin(const QString& recordID, Kind kind)
 {
-    const std::lock_guard lock(m_mutex);
-    if (kind == Kind::Deletion ? m_uses.contains(recordID) : m_uses.contains(recordID, Kind::Deletion)) {
+    const std::lock_guard lock(m_state->mutex);
+    if (kind == Kind::Deletion ? m_state->uses.contains(recordID) : m_state->uses.contains(recordID, Kind::Deletion)) {
         return nullptr;
     }
-    m_uses.insert(recordID, kind);
-    return Handle(new Use(*this, recordID, kind));
+    m_state->uses.insert(recordID, kind);
+    return Handle(new Use(m_state, recordID, kind));
 }
 
 bool RecordUses::isUsed(const QString& recordID) const
 {
-    const std::lock_guard lock(m_mutex);
-    return m_uses.contains(recordID);
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->uses.contains(recordID);
 }
 
 bool RecordUses::isUsed(const QString& recordID, Kind kind) const
 {
-    const std::lock_guard lock(m_mutex);
-    return m_uses.contains(recordID, kind);
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->uses.contains(recordID, kind);
 }
 
 } // namespace ZelkoRecorder

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QHash>
 #include <QString>
 
 #include <memory>
-#include <mutex>
 
 namespace ZelkoRecorder {
 
@@ -21,7 +19,11 @@ public:
         Deletion ///< alone: not beside another use
     };
 
-    /// A use that lasts as long as the object. Outlived by the register.
+private:
+    struct State;
+
+public:
+    /// A use that lasts as long as the object, which may outlive the register.
     class Use
     {
     public:
@@ -31,9 +33,9 @@ public:
 
     private:
         friend class RecordUses;
-        Use(RecordUses& uses, const QString& recordID, Kind kind);
+        Use(const std::shared_ptr<State>& state, const QString& recordID, Kind kind);
 
-        RecordUses& m_uses;
+        const std::shared_ptr<State> m_state;
         const QString m_recordID;
         const Kind m_kind;
     };
@@ -52,8 +54,7 @@ public:
     bool isUsed(const QString& recordID, Kind kind) const;
 
 private:
-    mutable std::mutex m_mutex;
-    QMultiHash<QString, Kind> m_uses;
+    const std::shared_ptr<State> m_state;
 };
 
 } // namespace ZelkoRecorder

@@ -386,7 +386,6 @@ void RecordActionTriggersTest::theControllerMayGoWhileAnOperationRuns()
 {
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     QSignalSpy triggered(m_controller.get(), &Controller::si_userActionTriggered);
-    // What runs is a function of its own, for it goes with the controller otherwise.
     const QPointer<ScriptedController> controller = m_controller.get();
     QTimer::singleShot(0, this, [this] { m_controller.reset(); });
     m_controller->duringOperation = [&controller] { QTRY_VERIFY_WITH_TIMEOUT(!controller, 30'000); };

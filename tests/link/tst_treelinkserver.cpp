@@ -173,9 +173,7 @@ private Q_SLOTS:
     void aStateWithAFrameLargerThanTheBacklogComesToAnEnd();
     void refusesAnotherVersion();
     void refusesWhoIsNotKnown();
-    void saysWhyNobodyIsAdmittedNow_data();
     void saysWhyNobodyIsAdmittedNow();
-    void tellsWhatAUserIs_data();
     void tellsWhatAUserIs();
     void takesEverybodyForAViewerWithoutAnAuthenticator();
     void knowsNobodyByASessionThatEnded();
@@ -257,41 +255,27 @@ void TestTreeLinkServer::refusesWhoIsNotKnown()
     QCOMPARE(f.refusalOfAttach("J\xc3\xbcrgen"), QString());
 }
 
-void TestTreeLinkServer::saysWhyNobodyIsAdmittedNow_data()
-{
-    QTest::addColumn<LinkAdmission::Outcome>("outcome");
-    QTest::addColumn<QString>("refusal");
-    QTest::newRow("too many tries") << LinkAdmission::Outcome::TooManyTries
-                                    << "1: access is denied for a while, as too many wrong passwords came from here";
-    QTest::newRow("busy") << LinkAdmission::Outcome::Busy << "6: it has too many passwords to check";
-}
-
 void TestTreeLinkServer::saysWhyNobodyIsAdmittedNow()
 {
-    QFETCH(const LinkAdmission::Outcome, outcome);
+    auto outcome = LinkAdmission::Outcome::TooManyTries;
     Fixture f({}, [&](const QString&, const QString&, const std::string&) { return LinkAdmission{outcome}; });
-    QTEST(f.refusalOfAttach("operator"), "refusal");
+    QCOMPARE(f.refusalOfAttach("operator"),
+             "1: access is denied for a while, as too many wrong passwords came from here");
+    outcome = LinkAdmission::Outcome::Busy;
+    QCOMPARE(f.refusalOfAttach("operator"), "6: it has too many passwords to check");
     QCOMPARE(f.server.sessionCount(), 0);
-}
-
-void TestTreeLinkServer::tellsWhatAUserIs_data()
-{
-    QTest::addColumn<ZelkoCommon::Role>("role");
-    QTest::addColumn<int>("told");
-    QTest::newRow("a viewer") << ZelkoCommon::Role::Viewer << int{ZelkoTreeLink::ROLE_VIEWER};
-    QTest::newRow("an operator") << ZelkoCommon::Role::Operator << int{ZelkoTreeLink::ROLE_OPERATOR};
-    QTest::newRow("an administrator") << ZelkoCommon::Role::Administrator << int{ZelkoTreeLink::ROLE_ADMINISTRATOR};
 }
 
 void TestTreeLinkServer::tellsWhatAUserIs()
 {
-    QFETCH(const ZelkoCommon::Role, role);
-    Fixture f({}, [&](const QString&, const QString&, const std::string&) {
-        return LinkAdmission{LinkAdmission::Outcome::Admitted, role};
-    });
-    const auto session = f.attach("anna");
-    QTEST(int{f.remote->roleOf(session)}, "told");
-    QCOMPARE(f.server.users()(session), (LinkUser{"anna", role}));
+    auto admission = LinkAdmission{LinkAdmission::Outcome::Admitted};
+    Fixture f({}, [&](const QString&, const QString&, const std::string&) { return admission; });
+    for (const auto role : ZelkoCommon::allRoles) {
+        admission.role = role;
+        const auto session = f.attach("anna");
+        QCOMPARE(int{f.remote->roleOf(session)}, static_cast<int>(role)); // they stand in the same order
+        QCOMPARE(f.server.users()(session), (LinkUser{"anna", role}));
+    }
 }
 
 void TestTreeLinkServer::takesEverybodyForAViewerWithoutAnAuthenticator()

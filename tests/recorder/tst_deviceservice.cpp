@@ -58,6 +58,7 @@ private Q_SLOTS:
     void refusesRecordsThatAreNone();
     void showsWhatIsOnDiskWhenAsked();
     void copiesARange();
+    void copiesWhileItLoads();
     void refusesACopyOfABadRange();
     void marksARecordWhileItIsReplayed();
     void endsAReplayWhenTheRecordIsPutToRest();
@@ -217,6 +218,22 @@ void TestDeviceService::copiesARange()
     QCOMPARE(values().record(newID)->GetRecordName(), QStringLiteral("Part"));
     QCOMPARE(ask([&] { return service().setDeletable(newID, false); }), StoreStatus::Done);
     QCOMPARE(values().ids().size(), 3);
+}
+
+// The first thing that is asked of it, while it clears up what a kill has left.
+void TestDeviceService::copiesWhileItLoads()
+{
+    for (int round = 0; round < 20; ++round) {
+        m_recorder = std::make_unique<ServedRecorder>();
+        DevicePlan plan;
+        plan.folder = folder();
+        QString error;
+        QVERIFY(m_recorder->addDevice({device, QString(), QString()}, plan, &error));
+        QString newID;
+        QCOMPARE(service().copy(id, {{0, 4000}}, Unit::Positions, {}, &newID), StoreStatus::Done);
+        QVERIFY(service().record(newID));
+        m_recorder.reset();
+    }
 }
 
 void TestDeviceService::refusesACopyOfABadRange()

@@ -15,6 +15,7 @@ class TestRecordUses : public QObject
 
 private Q_SLOTS:
     void lastsAsLongAsItsHandle();
+    void mayEndBeforeAUse();
     void allowsOneUseBesideAnother();
     void refusesADeletionOfWhatIsUsed_data();
     void refusesADeletionOfWhatIsUsed();
@@ -32,6 +33,14 @@ void TestRecordUses::lastsAsLongAsItsHandle()
     QVERIFY(!uses.isUsed(QStringLiteral("R1"), Kind::Replay));
     use.reset();
     QVERIFY(!uses.isUsed(QStringLiteral("R1")));
+}
+
+void TestRecordUses::mayEndBeforeAUse()
+{
+    auto uses = std::make_unique<RecordUses>();
+    RecordUses::Handle use = uses->begin(QStringLiteral("R1"), Kind::Copy);
+    uses.reset();
+    use.reset();
 }
 
 void TestRecordUses::allowsOneUseBesideAnother()

@@ -1,4 +1,4 @@
-#include <zelkobase/service/hostlookup_p.h>
+#include <zelkobase/service/hostlookup.h>
 
 #include <QTest>
 

@@ -1,7 +1,11 @@
 #include "peerprocess.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QThread>
+
+#include <algorithm>
 
 #include <csignal>
 
@@ -26,6 +30,23 @@ qint64 statusNumber(qint64 pid, const QByteArray& field)
     const qsizetype begin = text.indexOf('\n' + field + ':');
     const QByteArray line = begin < 0 ? QByteArray() : text.mid(begin + field.size() + 2);
     return line.simplified().split(' ').first().toLongLong();
+}
+
+// A thread's letter stands behind the name in brackets, which may hold anything.
+bool isThreadStopped(const QString& path)
+{
+    QFile file(path + QStringLiteral("/stat"));
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return text.mid(text.lastIndexOf(')')).startsWith(") T");
+}
+
+bool isStopped(qint64 pid)
+{
+    const QDir threads(QStringLiteral("/proc/%1/task").arg(pid));
+    const QStringList names = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return !names.isEmpty() && std::all_of(names.begin(), names.end(), [&](const QString& name) {
+        return isThreadStopped(threads.filePath(name));
+    });
 }
 
 } // namespace
@@ -83,6 +104,11 @@ void PeerProcess::kill()
 void PeerProcess::stop()
 {
     sendSignal(m_process, SIGSTOP);
+    const QDeadlineTimer deadline(patience);
+    while (pid() > 0 && !isStopped(pid()) &&
+           !deadline.hasExpired()) { // until then some of its threads may still answer
+        QThread::yieldCurrentThread();
+    }
 }
 
 void PeerProcess::continueIt()

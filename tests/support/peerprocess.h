@@ -30,7 +30,7 @@ public:
     QString ask(const QString& line);
 
     void kill();
-    void stop();       ///< SIGSTOP
+    void stop();       ///< SIGSTOP; returns when every thread stands still
     void continueIt(); ///< SIGCONT
 
     /// SIGTERM, and whether it ended with 0 in time.

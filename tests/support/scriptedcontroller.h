@@ -114,8 +114,9 @@ private:
     void operate(const QString& entry)
     {
         note(entry);
-        if (duringOperation) {
-            duringOperation();
+        // A copy, for it may be the end of this controller.
+        if (const auto during = duringOperation) {
+            during();
         }
     }
 

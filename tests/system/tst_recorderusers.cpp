@@ -267,7 +267,7 @@ void TestRecorderUsers::tellsWhomItRefused()
     connectAs(TestUsers::credentials(Role::Viewer));
     QTRY_COMPARE_WITH_TIMEOUT(shown(), both, patience);
     deleteRecord(first);
-    QTRY_VERIFY_WITH_TIMEOUT(log().contains(QStringLiteral("refused a write: user \"viewer\" may not write "
+    QTRY_VERIFY_WITH_TIMEOUT(log().contains(QStringLiteral("refused: user \"viewer\" may not write "
                                                            "/ZELKO/Command/Recorder1/DeleteRecordingList")),
                              patience);
 }

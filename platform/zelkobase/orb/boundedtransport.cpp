@@ -22,7 +22,7 @@ constexpr const char* boundedType = "giop:bounded";
 
 std::atomic<int> connectionBound = 0; // of the next endpoint
 
-class BoundedConnection;
+class BoundedConnection; // NOLINT(cppcoreguidelines-virtual-class-destructor)
 
 // The connections of an endpoint, oldest first. Those that had to leave stand in it until they are gone, and do not
 // count.
@@ -55,8 +55,8 @@ private:
     int m_staying = 0;
 };
 
-// A connection of TCP that counts for as long as it exists.
-class BoundedConnection final : public giopConnection
+// A connection of TCP that counts for as long as it exists. Whom it belongs to the ORB counts, as for all connections.
+class BoundedConnection final : public giopConnection // NOLINT(cppcoreguidelines-virtual-class-destructor)
 {
 public:
     BoundedConnection(giopConnection* inner, std::shared_ptr<ConnectionList> list)

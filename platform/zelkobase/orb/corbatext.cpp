@@ -24,15 +24,21 @@ QString fromCharacters(const QList<uint>& characters)
     return QString::fromStdU32String(text);
 }
 
+// Nearly every text: it stands as it is. To see that costs less than to make another one.
+bool isPlain(const QString& text)
+{
+    return std::none_of(text.begin(), text.end(), [](QChar unit) { return unit.isNull() || unit.isSurrogate(); });
+}
+
 // Without halves of characters: those that have both stay, others are replaced.
 QString whole(const QString& text)
 {
-    return fromCharacters(text.toUcs4());
+    return isPlain(text) ? text : fromCharacters(text.toUcs4());
 }
 
 QString sendable(const QString& text)
 {
-    return whole(text).replace(QChar::Null, QChar::ReplacementCharacter);
+    return isPlain(text) ? text : whole(text).replace(QChar::Null, QChar::ReplacementCharacter);
 }
 
 } // namespace

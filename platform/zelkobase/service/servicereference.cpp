@@ -2,7 +2,7 @@
 
 #include <zelkobase/orb/hostname.h>
 #include <zelkobase/orb/orb.h>
-#include <zelkobase/service/hostlookup_p.h>
+#include <zelkobase/service/hostlookup.h>
 #include <zelkobase/service/servicefailure_p.h>
 
 namespace ZelkoCommon {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <zelkobase/service/zelkobaseservice_export.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -11,6 +13,6 @@ namespace ZelkoCommon {
 /// The addresses of a host, in the order in which they are to be tried; none for a name that nobody knows. Nothing when
 /// the name server does not answer within `limit`: an ORB that looks a name up by itself waits for as long as the
 /// system does. An address is its own answer, without asking anybody.
-std::optional<QStringList> addressesOf(const QString& host, std::chrono::milliseconds limit);
+ZELKOBASESERVICE_EXPORT std::optional<QStringList> addressesOf(const QString& host, std::chrono::milliseconds limit);
 
 } // namespace ZelkoCommon

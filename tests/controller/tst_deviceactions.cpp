@@ -1,0 +1,538 @@
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
+
+#include "controllersite.h"
+#include "faultproxy.h"
+#include "modalanswer.h"
+#include "servicepeer.h"
+#include "testrecords.h"
+
+#include <resources/zelkoicons.h>
+#include <zelkobase/service/toolbarhelper.h>
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QtTest>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using ZelkoCommon::ServiceStatus;
+using ZelkoGUI::IZelkoGUIController;
+using ZelkoGUI::ZelkoServerGUIController;
+using Record = ZELKO_XML::ZELKO_RecordData;
+
+namespace {
+
+constexpr int patience = 30'000; // milliseconds, for what must happen
+
+std::shared_ptr<Record> makeDeletable(const QString& id, bool deletable)
+{
+    auto record = makeRecord(id);
+    record->SetDeletable(deletable);
+    record->SetDataFormat(Record::DataFormat::IQ16);
+    return record;
+}
+
+QString textOf(ServiceStatus status)
+{
+    return ZelkoCommon::ToolbarHelper::Instance()->ErrorId2Text(ZelkoCommon::statusCode(status), 1);
+}
+
+/// A recorder's service in this process that is called over the loopback interface.
+struct Service
+{
+    Service() { proxy.setTarget(orb.port()); }
+
+    FaultProxy proxy;
+    ZelkoCommon::Orb orb{ZelkoCommon::OrbOptions()};
+    ServicePeer peer{orb, proxy.port()};
+};
+
+} // namespace
+
+/// What the actions and slots of a controller do to its device: what is written to the tree, and what is asked of the
+/// recorder's service.
+class DeviceActionsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        registerZelkoIcons();
+        m_service.emplace();
+    }
+    void cleanupTestCase() { m_service.reset(); }
+    void init();
+    void cleanup();
+
+    // Commands
+    void aDeleteIsWrittenAndChangesNothingByItself();
+    void theSameDeleteTwiceReachesTheDeviceTwice();
+    void aResetIsWritten();
+    void theListIsAskedForEachTime();
+    void aRecordOfTheActiveDeviceIsAskedForOnTheTree_data();
+    void aRecordOfTheActiveDeviceIsAskedForOnTheTree();
+    void aRecordOfAnotherDeviceIsAskedForAtTheService();
+    void withoutADeviceNothingIsAskedFor();
+    void windowsHaveTheirRecordAskedFor_data();
+    void windowsHaveTheirRecordAskedFor();
+    void aDownloadIsTold();
+
+    // Rename
+    void aRenameAsksForTheName();
+    void aRenameThatIsCancelledChangesNothing();
+    void aRenameThatFailsIsTold();
+    void anExceptionEndsARenameWithATrace();
+    void aRenameIsOfTheDeviceItBeganOn();
+    void theControllerMayGoWhileANameIsTyped();
+
+    // Deletable flag
+    void theFlagsOfAllAreTurned_data();
+    void theFlagsOfAllAreTurned();
+    void theFirstFlagThatFailsIsToldAndEndsIt();
+    void anExceptionEndsAToggleWithATrace();
+    void aDelayedFlagWaitsForItsRecord();
+    void aDelayedFlagOfAKnownRecordIsSentAtOnce();
+    void aFlagThatIsNotDelayedIsSentAtOnce();
+    void aDelayedFlagIsForgottenWithItsDevice();
+
+    // Requests
+    void aRequestGoesToItsDevice_data();
+    void aRequestGoesToItsDevice();
+    void aRequestThatFailsIsNotTold();
+    void anErrorIsAnsweredOnceThereWasADevice();
+
+private:
+    using Trigger = std::function<void(ZelkoServerGUIController&)>;
+
+    QStringList calls() const { return m_service->peer.calls(); }
+    void trigger(IZelkoGUIController::enUserAction action) { m_controller->recordAction(action)->trigger(); }
+    void deleteSelected();
+    void rename(const std::function<void(QInputDialog*)>& answer);
+    static void type(QInputDialog* dialog, const QString& name);
+    static void accept(QInputDialog* dialog);
+
+    std::optional<Service> m_service;
+    std::optional<ControllerSite> m_site;
+    std::optional<DeviceBranch> m_branch;
+    std::optional<ControllerLog> m_log;
+    std::optional<ShownMessages> m_messages;
+    std::unique_ptr<ZelkoServerGUIController> m_controller;
+};
+
+Q_DECLARE_METATYPE(std::function<void(ZelkoServerGUIController&)>)
+
+void DeviceActionsTest::init()
+{
+    m_site.emplace(m_service->proxy.port());
+    m_messages.emplace();
+    m_branch.emplace(*m_site->data, u"D1"_s);
+    m_branch->putAll();
+    for (const auto& record : {makeDeletable(u"P"_s, false), makeDeletable(u"Q"_s, false), makeDeletable(u"R"_s, false),
+                               makeDeletable(u"D"_s, true), makeDeletable(u"E"_s, true)}) {
+        m_branch->setRecord(record);
+    }
+    m_controller = std::make_unique<ZelkoServerGUIController>(m_site->handler, nullptr, QString(),
+                                                              IZelkoGUIController::UserActions(QFlag(1023)), nullptr);
+    m_log.emplace(m_controller.get());
+    m_controller->sl_activeDeviceChanged(u"D1"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+    m_log->take();
+    m_site->client->take();
+    m_service->peer.forgetCalls();
+}
+
+void DeviceActionsTest::cleanup()
+{
+    for (const char* const operation : {"setRecordComment", "setRecordDeletableFlag", "copyRecord"}) {
+        m_service->peer.setAnswer(QLatin1String(operation), 0);
+        m_service->peer.setAction(QLatin1String(operation), {});
+    }
+    m_controller.reset();
+    m_log.reset();
+    m_branch.reset();
+    m_messages.reset();
+    m_site.reset();
+}
+
+// Commands
+
+void DeviceActionsTest::deleteSelected()
+{
+    const ModalAnswer yes([](QWidget* box) {
+        QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes), Qt::LeftButton);
+    });
+    trigger(IZelkoGUIController::UserActionDelete);
+    QVERIFY(yes.wasGiven());
+}
+
+void DeviceActionsTest::aDeleteIsWrittenAndChangesNothingByItself()
+{
+    m_controller->sl_selectedRecordsChanged({u"E"_s, u"P"_s, u"D"_s});
+    m_log->take();
+    deleteSelected();
+    QCOMPARE(m_site->client->take(), QStringList{u"DeleteRecordingList=E@D"_s});
+    QCOMPARE(m_log->take(), QStringList{u"action 2 E,D"_s});
+    QCOMPARE(m_controller->recordListModel()->rowCount(), 5);
+    QCOMPARE(calls(), QStringList());
+    m_branch->map()->EraseAt(u"E"_s, nullptr);
+    QVERIFY(!m_controller->recordListModel()->hasRecord(u"E"_s));
+}
+
+void DeviceActionsTest::theSameDeleteTwiceReachesTheDeviceTwice()
+{
+    m_controller->sl_selectedRecordsChanged({u"D"_s});
+    deleteSelected();
+    deleteSelected();
+    QCOMPARE(m_site->client->take(), (QStringList{u"DeleteRecordingList=D"_s, u"DeleteRecordingList=D"_s}));
+}
+
+void DeviceActionsTest::aResetIsWritten()
+{
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    m_log->take();
+    trigger(IZelkoGUIController::UserActionReset);
+    trigger(IZelkoGUIController::UserActionReset);
+    QCOMPARE(m_site->client->take(), (QStringList{u"SetRecordIdle=P"_s, u"SetRecordIdle=P"_s}));
+    QCOMPARE(m_log->take(), (QStringList{u"action 16 P"_s, u"action 16 P"_s}));
+}
+
+void DeviceActionsTest::theListIsAskedForEachTime()
+{
+    m_controller->sl_resyncRecordList();
+    m_controller->sl_resyncRecordList();
+    QCOMPARE(m_site->client->take(), (QStringList{u"Synchronize=false"_s, u"Synchronize=false"_s}));
+    QCOMPARE(m_log->take(), QStringList());
+}
+
+void DeviceActionsTest::aRecordOfTheActiveDeviceIsAskedForOnTheTree_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::newRow("no device given") << QString();
+    QTest::newRow("the active device") << u"D1"_s;
+}
+
+void DeviceActionsTest::aRecordOfTheActiveDeviceIsAskedForOnTheTree()
+{
+    QFETCH(const QString, device);
+    m_controller->sl_resyncRecord(u"P"_s, device);
+    m_controller->sl_resyncRecord(u"P"_s, device);
+    QCOMPARE(m_site->client->take(), (QStringList{u"SyncOneRecord=P"_s, u"SyncOneRecord=P"_s}));
+    QCOMPARE(calls(), QStringList());
+}
+
+void DeviceActionsTest::aRecordOfAnotherDeviceIsAskedForAtTheService()
+{
+    m_controller->sl_resyncRecord(u"P"_s, u"D2"_s);
+    QCOMPARE(m_site->client->take(), QStringList());
+    QCOMPARE(m_branch->value<QString>("SyncOneRecord")->GetValue(), QString());
+    QCOMPARE(calls(), QStringList{u"requestRecordDataDetail D2 P"_s});
+}
+
+void DeviceActionsTest::withoutADeviceNothingIsAskedFor()
+{
+    m_controller->sl_activeDeviceChanged(QString());
+    m_controller->sl_resyncRecordList();
+    m_controller->sl_resyncRecord(u"P"_s);
+    QCOMPARE(m_site->client->take(), QStringList());
+    QCOMPARE(calls(), QStringList());
+}
+
+void DeviceActionsTest::windowsHaveTheirRecordAskedFor_data()
+{
+    QTest::addColumn<int>("action");
+    QTest::newRow("history") << 256;
+    QTest::newRow("bookmarks") << 64;
+    QTest::newRow("copy") << 1;
+    QTest::newRow("edit") << 8;
+    QTest::newRow("spectrum overview") << 512;
+}
+
+void DeviceActionsTest::windowsHaveTheirRecordAskedFor()
+{
+    QFETCH(const int, action);
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    m_log->take();
+    trigger(static_cast<IZelkoGUIController::enUserAction>(action));
+    QCOMPARE(m_site->client->take(), QStringList{u"SyncOneRecord=P"_s});
+    QCOMPARE(m_log->take(), QStringList{u"action %1 P"_s.arg(action)});
+}
+
+void DeviceActionsTest::aDownloadIsTold()
+{
+    m_controller->sl_selectedRecordsChanged({u"E"_s, u"Q"_s, u"X"_s, u"P"_s});
+    m_log->take();
+    trigger(IZelkoGUIController::UserActionDownload);
+    QCOMPARE(m_log->take(), (QStringList{u"download E,Q,X,P from 192.0.2.7 protected Q,P"_s, u"action 4 E,Q,X,P"_s}));
+}
+
+// Rename
+
+void DeviceActionsTest::rename(const std::function<void(QInputDialog*)>& answer)
+{
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    m_log->take();
+    const ModalAnswer given([&](QWidget* window) {
+        auto* const dialog = qobject_cast<QInputDialog*>(window);
+        QVERIFY(dialog);
+        answer(dialog);
+    });
+    trigger(IZelkoGUIController::UserActionRename);
+    QVERIFY(given.wasGiven());
+}
+
+void DeviceActionsTest::type(QInputDialog* dialog, const QString& name)
+{
+    auto* const edit = dialog->findChild<QLineEdit*>();
+    edit->selectAll();
+    QTest::keyClicks(edit, name);
+}
+
+void DeviceActionsTest::accept(QInputDialog* dialog)
+{
+    QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+}
+
+void DeviceActionsTest::aRenameAsksForTheName()
+{
+    QWidget parent;
+    m_controller->setDialogParent(&parent);
+    rename([&](QInputDialog* dialog) {
+        QCOMPARE(dialog->windowTitle(), u"Rename Record"_s);
+        QCOMPARE(dialog->labelText(), u"New record name:"_s);
+        QCOMPARE(dialog->textEchoMode(), QLineEdit::Normal);
+        QCOMPARE(dialog->textValue(), u"name of P"_s);
+        QCOMPARE(dialog->parentWidget(), &parent);
+        QCOMPARE(dialog->windowFlags() & ~Qt::WindowFlags(Qt::WindowType_Mask), Qt::WindowFlags(12288));
+        type(dialog, u"beacon 7"_s);
+        accept(dialog);
+    });
+    QCOMPARE(calls(), QStringList{u"setRecordComment D1 P beacon 7"_s});
+    QCOMPARE(m_messages->texts(), QStringList());
+    QCOMPARE(m_log->take(), QStringList{u"action 32 P"_s});
+    QVERIFY(m_service->peer.wasCalledOverNetwork());
+}
+
+void DeviceActionsTest::aRenameThatIsCancelledChangesNothing()
+{
+    rename([](QInputDialog* dialog) {
+        type(dialog, u"beacon 7"_s);
+        QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    QCOMPARE(calls(), QStringList());
+    QCOMPARE(m_messages->texts(), QStringList());
+}
+
+void DeviceActionsTest::aRenameThatFailsIsTold()
+{
+    m_service->peer.setAnswer(u"setRecordComment"_s, ZelkoCommon::statusCode(ServiceStatus::NotAllowed));
+    rename(accept);
+    QCOMPARE(calls(), QStringList{u"setRecordComment D1 P name of P"_s});
+    QVERIFY(!textOf(ServiceStatus::NotAllowed).isEmpty());
+    QCOMPARE(m_messages->texts(), QStringList{textOf(ServiceStatus::NotAllowed)});
+}
+
+void DeviceActionsTest::anExceptionEndsARenameWithATrace()
+{
+    const TraceTexts traces;
+    ErrorHandler::Instance()->SetMessageSink([](const QString&) { throw std::runtime_error("no window"); });
+    m_service->peer.setAnswer(u"setRecordComment"_s, ZelkoCommon::statusCode(ServiceStatus::NotAllowed));
+    rename(accept);
+    QCOMPARE(traces.withSources(),
+             QStringList{u"zelkoserverguicontroller: Exception in NewRecordList::SlotSetRecordingName"_s});
+    QCOMPARE(m_log->take(), QStringList{u"action 32 P"_s});
+}
+
+void DeviceActionsTest::aRenameIsOfTheDeviceItBeganOn()
+{
+    rename([this](QInputDialog* dialog) {
+        m_controller->sl_activeDeviceChanged(u"D2"_s);
+        accept(dialog);
+    });
+    QCOMPARE(calls(), QStringList{u"setRecordComment D1 P name of P"_s});
+}
+
+void DeviceActionsTest::theControllerMayGoWhileANameIsTyped()
+{
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    const ModalAnswer given([this](QWidget* window) {
+        m_controller.reset();
+        accept(qobject_cast<QInputDialog*>(window));
+    });
+    m_controller->sl_renameRecord();
+    QVERIFY(given.wasGiven());
+    QCOMPARE(calls(), QStringList());
+}
+
+// Deletable flag
+
+void DeviceActionsTest::theFlagsOfAllAreTurned_data()
+{
+    QTest::addColumn<QStringList>("selection");
+    QTest::addColumn<QString>("flag");
+    QTest::newRow("one protected record") << QStringList{u"P"_s} << u"true"_s;
+    QTest::newRow("protected records") << QStringList{u"Q"_s, u"P"_s} << u"true"_s;
+    QTest::newRow("deletable records") << QStringList{u"D"_s, u"E"_s} << u"false"_s;
+}
+
+void DeviceActionsTest::theFlagsOfAllAreTurned()
+{
+    QFETCH(const QStringList, selection);
+    QFETCH(const QString, flag);
+    m_controller->sl_selectedRecordsChanged(selection);
+    m_log->take();
+    trigger(IZelkoGUIController::UserActionDeletable);
+    QStringList expected;
+    for (const QString& id : selection) {
+        expected << u"setRecordDeletableFlag D1 %1 %2"_s.arg(id, flag);
+    }
+    QCOMPARE(calls(), expected);
+    QCOMPARE(m_log->take(), QStringList{u"action 128 %1"_s.arg(selection.join(','))});
+    QCOMPARE(m_messages->texts(), QStringList());
+}
+
+void DeviceActionsTest::theFirstFlagThatFailsIsToldAndEndsIt()
+{
+    ServicePeer& peer = m_service->peer;
+    peer.setAction(u"setRecordDeletableFlag"_s, [&peer] {
+        peer.setAnswer(u"setRecordDeletableFlag"_s, ZelkoCommon::statusCode(ServiceStatus::NoSuchRecord));
+    });
+    m_controller->sl_selectedRecordsChanged({u"P"_s, u"Q"_s, u"R"_s});
+    trigger(IZelkoGUIController::UserActionDeletable);
+    QCOMPARE(calls(), (QStringList{u"setRecordDeletableFlag D1 P true"_s, u"setRecordDeletableFlag D1 Q true"_s}));
+    QCOMPARE(m_messages->texts(), QStringList{textOf(ServiceStatus::NoSuchRecord)});
+}
+
+void DeviceActionsTest::anExceptionEndsAToggleWithATrace()
+{
+    const TraceTexts traces;
+    ErrorHandler::Instance()->SetMessageSink([](const QString&) { throw 1; });
+    m_service->peer.setAnswer(u"setRecordDeletableFlag"_s, ZelkoCommon::statusCode(ServiceStatus::RecordBusy));
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    trigger(IZelkoGUIController::UserActionDeletable);
+    QCOMPARE(traces.withSources(),
+             QStringList{u"zelkoserverguicontroller: Exception in NewRecordList::toggleDeletable"_s});
+}
+
+void DeviceActionsTest::aDelayedFlagWaitsForItsRecord()
+{
+    m_controller->sl_setDeletableFlag(u"N"_s, true, true);
+    QCOMPARE(calls(), QStringList());
+    m_branch->setRecord(makeDeletable(u"M"_s, false));
+    QCOMPARE(calls(), QStringList());
+    m_branch->setRecord(makeDeletable(u"N"_s, false));
+    QCOMPARE(calls(), QStringList{u"setRecordDeletableFlag D1 N true"_s});
+    m_branch->setRecord(makeDeletable(u"N"_s, true));
+    QCOMPARE(calls().size(), 1);
+}
+
+void DeviceActionsTest::aDelayedFlagOfAKnownRecordIsSentAtOnce()
+{
+    m_controller->sl_setDeletableFlag(u"D"_s, false, true);
+    QCOMPARE(calls(), QStringList{u"setRecordDeletableFlag D1 D false"_s});
+    m_branch->setRecord(makeDeletable(u"D"_s, false));
+    QCOMPARE(calls().size(), 1);
+}
+
+void DeviceActionsTest::aFlagThatIsNotDelayedIsSentAtOnce()
+{
+    m_controller->sl_setDeletableFlag(u"N"_s, true);
+    QCOMPARE(calls(), QStringList{u"setRecordDeletableFlag D1 N true"_s});
+}
+
+void DeviceActionsTest::aDelayedFlagIsForgottenWithItsDevice()
+{
+    m_controller->sl_setDeletableFlag(u"N"_s, true, true);
+    m_controller->sl_activeDeviceChanged(QString());
+    m_controller->sl_activeDeviceChanged(u"D1"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+    m_branch->setRecord(makeDeletable(u"N"_s, false));
+    QVERIFY(m_controller->recordListModel()->hasRecord(u"N"_s));
+    QCOMPARE(calls(), QStringList());
+}
+
+// Requests
+
+void DeviceActionsTest::aRequestGoesToItsDevice_data()
+{
+    using Controller = ZelkoServerGUIController;
+    QTest::addColumn<Trigger>("request");
+    QTest::addColumn<QString>("call");
+    const auto row = [](const char* name, const Trigger& request, const QString& call) {
+        QTest::newRow(name) << request << call;
+    };
+    const auto bookmarks = [] {
+        ZELKO_XML::BookmarkEntry entry;
+        entry.SetTimestamp(1700000000000001);
+        entry.SetBookmark(u"start"_s);
+        return QVector<ZELKO_XML::BookmarkEntry>{entry};
+    };
+    row(
+        "a copy on the active device", [](Controller& c) { c.sl_copyRecord(u"P"_s, 5, 9, u"copy"_s); },
+        u"copyRecord D1 P [5-9] copy"_s);
+    row(
+        "a copy on another device", [](Controller& c) { c.sl_copyRecord(u"P"_s, 5, 9, u"copy"_s, u"D2"_s); },
+        u"copyRecord D2 P [5-9] copy"_s);
+    row(
+        "a comment", [](Controller& c) { c.sl_addHistoryEntry(u"P"_s, u"heard"_s); }, u"addHistory D1 P heard"_s);
+    row(
+        "a comment that is taken back", [](Controller& c) { c.sl_deleteHistoryEntry(u"P"_s, 1700000000000002); },
+        u"removeHistoryEntry D1 P 1700000000000002"_s);
+    row(
+        "bookmarks on the active device", [bookmarks](Controller& c) { c.sl_setBookmarkEntries(u"P"_s, bookmarks()); },
+        u"addBookmarks D1 P [1700000000000001:start]"_s);
+    row(
+        "bookmarks on another device",
+        [bookmarks](Controller& c) { c.sl_setBookmarkEntries(u"P"_s, bookmarks(), u"D2"_s); },
+        u"addBookmarks D2 P [1700000000000001:start]"_s);
+    row(
+        "no bookmarks", [](Controller& c) { c.sl_setBookmarkEntries(u"P"_s, {}); }, u"addBookmarks D1 P []"_s);
+    row(
+        "a spectrum of the active device",
+        [](Controller& c) {
+            c.sl_overviewSpectrumStreamed(u"P"_s, 1, 2, 3, 4, ZelkoDataTypes::eFFT_Window::Blackman, u"192.0.2.9"_s, 5);
+        },
+        u"getOverviewSpectrumStreamed D1 P 1 2 3 4 3 192.0.2.9 5"_s);
+    row(
+        "a spectrum of another device",
+        [](Controller& c) {
+            c.sl_overviewSpectrumStreamed(u"P"_s, 1, 2, 3, 4, ZelkoDataTypes::eFFT_Window::Hann, u"192.0.2.9"_s, 5,
+                                          u"D2"_s);
+        },
+        u"getOverviewSpectrumStreamed D2 P 1 2 3 4 1 192.0.2.9 5"_s);
+}
+
+void DeviceActionsTest::aRequestGoesToItsDevice()
+{
+    QFETCH(const Trigger, request);
+    QFETCH(const QString, call);
+    request(*m_controller);
+    QCOMPARE(calls(), QStringList{call});
+}
+
+void DeviceActionsTest::aRequestThatFailsIsNotTold()
+{
+    m_service->peer.setAnswer(u"copyRecord"_s, ZelkoCommon::statusCode(ServiceStatus::DiskFull));
+    m_controller->sl_copyRecord(u"P"_s, 5, 9, u"copy"_s);
+    QCOMPARE(calls().size(), 1);
+    QCOMPARE(m_messages->texts(), QStringList());
+}
+
+void DeviceActionsTest::anErrorIsAnsweredOnceThereWasADevice()
+{
+    ZelkoServerGUIController fresh(m_site->handler, IZelkoGUIController::UserActionCopy, nullptr);
+    fresh.sl_errorText(u"too early"_s, u"nobody hears it"_s);
+    QCOMPARE(m_messages->texts(), QStringList());
+    const TraceTexts traces;
+    m_controller->sl_errorText(u"No spectrum"_s, u"record P"_s);
+    QCOMPARE(m_messages->texts(), QStringList{u"No spectrum\nrecord P"_s});
+    QVERIFY(traces.contain(u"/SubSystems/north"_s));
+}
+
+QTEST_MAIN(DeviceActionsTest)
+#include "tst_deviceactions.moc"
