@@ -290,6 +290,7 @@ void TestTreeLinkServer::knowsNobodyByASessionThatEnded()
     const auto first = f->attach();
     const auto second = f->attach();
     const auto users = f->server.users();
+    QTRY_COMPARE(f->server.sessionCount(), 2);
     f->remote->detach(first);
     QTRY_COMPARE(f->server.sessionCount(), 1);
     QVERIFY(!users(first));
