@@ -120,7 +120,10 @@ private:
         m_tree.Insert(QString(), std::move(value));
     }
 
-    static bool mayWrite(const ZelkoRecorder::LinkUser&, const ValueBase& value) { return value.GetName() != u"Locked"; }
+    static bool mayWrite(const ZelkoRecorder::LinkUser&, const ValueBase& value)
+    {
+        return value.GetName() != u"Locked";
+    }
 
     ZelkoCommon::Orb m_orb{{}};
     Tree m_tree;

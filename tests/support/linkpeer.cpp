@@ -45,8 +45,9 @@ class Peer : public QObject
 
 public:
     Peer(ZelkoCommon::Orb& orb, const TreeLinkServerOptions& options)
-        : m_server(orb, m_tree, options,
-                   [](const ZelkoRecorder::LinkUser&, const ValueBase& value) { return value.GetName() != QLatin1String("ReadOnly"); })
+        : m_server(orb, m_tree, options, [](const ZelkoRecorder::LinkUser&, const ValueBase& value) {
+            return value.GetName() != QLatin1String("ReadOnly");
+        })
     {
         for (ValueBase* const value : std::initializer_list<ValueBase*>{m_number, m_text, m_readOnly, m_command}) {
             value->AddObserver(&m_writes);

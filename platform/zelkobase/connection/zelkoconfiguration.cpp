@@ -96,8 +96,8 @@ bool readSubSystem(const QJsonValue& value, ZelkoConfiguration& configuration, Q
         return fail(error,
                     tr("the user of sub system \"%1\" is no text, or there is a password without one").arg(name));
     }
-    return configuration.AddSubSystem({name, object.value(QLatin1String("host")).toString(), *port, service.toString(),
-                                       *credentials}) ||
+    return configuration.AddSubSystem(
+               {name, object.value(QLatin1String("host")).toString(), *port, service.toString(), *credentials}) ||
            fail(error, tr("the sub system \"%1\" needs a name without \"/\" and a host").arg(name));
 }
 

@@ -44,7 +44,7 @@ public:
         QString name; ///< not empty, without "/"
         QString host; ///< name or address
         quint16 port = DefaultPort;
-        QString service = {}; ///< reference of the recorder's service; empty: at host and port
+        QString service = {};             ///< reference of the recorder's service; empty: at host and port
         LinkCredentials credentials = {}; ///< for whom to act there
 
         /// Whether there is all that it takes to act for somebody: a user and his password.
