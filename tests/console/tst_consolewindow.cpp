@@ -211,7 +211,7 @@ private Q_SLOTS:
                               menu.actionGeometry(menu.actions().constLast()).center());
         });
         QTest::mouseClick(&button, Qt::LeftButton);
-        QTRY_COMPARE(button.text(), QStringLiteral("administrator"));
+        QTRY_COMPARE_WITH_TIMEOUT(button.text(), QStringLiteral("administrator"), 30'000);
         QCOMPARE(button.accessibleName(), QStringLiteral("User: administrator"));
         QCOMPARE(setting.site.actsFor().user, QStringLiteral("administrator"));
     }
