@@ -1,6 +1,8 @@
 #pragma once
 
-#include <Qt>
+#include <QTimer>
+
+#include <functional>
 
 class QPoint;
 class QTableView;
@@ -15,8 +17,30 @@ void clickHeader(QTableView& table, int column);
 /// Clicks into the first visible cell of a row; with a modifier as the operator would hold it.
 void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
+/// Presses the key for the context menu of whatever has the focus. Not every window system makes that of the key's
+/// event.
+void pressMenuKey();
+
 /// Moves the pointer onto a widget, which then says in the status bar what it is for.
 void enter(QWidget& widget);
+
+/// What the operator does with the next dialog that asks him something, once it is shown. It is closed when he is done
+/// with it, if it is open still.
+class DialogAnswer
+{
+public:
+    explicit DialogAnswer(std::function<void(QWidget&)> answer);
+
+    /// Whether there was such a dialog.
+    bool wasGiven() const { return m_given; }
+
+private:
+    void look();
+
+    const std::function<void(QWidget&)> m_answer;
+    QTimer m_timer;
+    bool m_given = false;
+};
 
 /// Lets the pointer rest at a place of a widget until it asks for a tool tip.
 void rest(QWidget& widget, const QPoint& place);

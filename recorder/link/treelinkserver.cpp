@@ -20,7 +20,6 @@
 
 namespace ZelkoRecorder {
 
-using ZelkoCommon::link::FrameType;
 using ZelkoTreeLink::SessionId;
 
 namespace {
@@ -285,7 +284,7 @@ LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const st
 TreeLinkServer::TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options,
                                MayWrite mayWrite, Authenticate authenticate, QObject* parent)
     : QObject(parent)
-    , d(std::make_unique<Private>(this, orb, tree, options, std::move(mayWrite), authenticate))
+    , d(std::make_unique<Private>(this, orb, tree, options, std::move(mayWrite), std::move(authenticate)))
 {}
 
 TreeLinkServer::~TreeLinkServer() = default;

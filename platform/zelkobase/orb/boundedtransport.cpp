@@ -17,12 +17,12 @@ namespace {
 using omni::giopConnection;
 using omni::giopEndpoint;
 
-constexpr const char* tcpScheme = "giop:tcp:";
+constexpr const char* schemePrefix = "giop:";
 constexpr const char* boundedType = "giop:bounded";
 
 std::atomic<int> connectionBound = 0; // of the next endpoint
 
-class BoundedConnection;
+class BoundedConnection; // NOLINT(cppcoreguidelines-virtual-class-destructor)
 
 // The connections of an endpoint, oldest first. Those that had to leave stand in it until they are gone, and do not
 // count.
@@ -37,7 +37,7 @@ public:
     bool add(BoundedConnection* connection);
     void remove(BoundedConnection* connection);
 
-    /// The connection around one of TCP; null when it is over.
+    /// The connection around another one; null when it is over.
     BoundedConnection* around(const giopConnection* inner);
 
 private:
@@ -55,8 +55,9 @@ private:
     int m_staying = 0;
 };
 
-// A connection of TCP that counts for as long as it exists.
-class BoundedConnection final : public giopConnection
+// A connection of TCP or TLS that counts for as long as it exists. Whom it belongs to the ORB counts, as for all
+// connections.
+class BoundedConnection final : public giopConnection // NOLINT(cppcoreguidelines-virtual-class-destructor)
 {
 public:
     BoundedConnection(giopConnection* inner, std::shared_ptr<ConnectionList> list)
@@ -149,12 +150,12 @@ BoundedConnection* ConnectionList::around(const giopConnection* inner)
     return found == m_entries.end() ? nullptr : found->connection;
 }
 
-// An endpoint of TCP that gives its connections away inside bounded ones.
+// An endpoint of TCP or TLS that gives its connections away inside bounded ones.
 class BoundedEndpoint final : public giopEndpoint
 {
 public:
-    BoundedEndpoint(const char* address, int maxConnections)
-        : m_uri(tcpScheme + std::string(address))
+    BoundedEndpoint(const char* inside, int maxConnections)
+        : m_uri(schemePrefix + std::string(inside))
         , m_inner(giopEndpoint::str2Endpoint(m_uri.c_str()))
         , m_list(std::make_shared<ConnectionList>(maxConnections))
     {}
@@ -223,7 +224,7 @@ void BoundedEndpoint::passOn(void* self, giopConnection* inner)
     }
 }
 
-// Makes endpoints, and nothing else: what they publish are addresses of TCP.
+// Makes endpoints, and nothing else: what they publish are addresses of what is inside.
 class BoundedTransport final : public omni::giopTransportImpl
 {
 public:
@@ -231,9 +232,9 @@ public:
         : giopTransportImpl(boundedType)
     {}
 
-    giopEndpoint* toEndpoint(const char* address) override
+    giopEndpoint* toEndpoint(const char* inside) override
     {
-        auto endpoint = std::make_unique<BoundedEndpoint>(address, connectionBound);
+        auto endpoint = std::make_unique<BoundedEndpoint>(inside, connectionBound);
         return endpoint->isValid() ? endpoint.release() : nullptr;
     }
     omni::giopAddress* toAddress(const char*) override { return nullptr; }
@@ -250,9 +251,9 @@ void boundConnections(int maxConnections)
     connectionBound = maxConnections;
 }
 
-std::string boundedEndpoint(const std::string& address)
+std::string boundedEndpoint(const std::string& endpoint)
 {
-    return std::string(boundedType) + ':' + address;
+    return std::string(boundedType) + ':' + endpoint.substr(std::string_view(schemePrefix).size());
 }
 
 } // namespace ZelkoCommon

@@ -7,6 +7,7 @@
 #include <zelkobase/orb/corbareference_p.h>
 #include <zelkobase/orb/corbatext.h>
 #include <zelkobase/orb/hostname.h>
+#include <zelkobase/orb/tlscontext_p.h>
 
 #include <omniORB4/IIOP.h>
 #include <omniORB4/omniIOR.h>
@@ -54,13 +55,24 @@ std::string address(const QString& host, quint16 port)
     return quoted(host) + ':' + std::to_string(port);
 }
 
+// One transport and no other: what is to be secret does not travel another way because that one is at hand.
+void addTransport(OptionTable& table, const OrbOptions& options)
+{
+    const std::string transport = options.tls ? "ssl" : "tcp";
+    const std::string scheme = "giop:" + transport + ':';
+    table.add("endPoint", boundedEndpoint(scheme + address(options.listenAddress, options.port)));
+    if (options.publishedPort != 0) {
+        table.add("endPointPublish", scheme + address(options.publishedHost, options.publishedPort));
+    }
+    table.add("clientTransportRule", "* " + transport);
+    table.add("serverTransportRule", "* " + transport);
+    table.add("sslAcceptTimeOut", static_cast<long>(options.receiveTimeout.count()));
+}
+
 OptionTable optionTable(const OrbOptions& options)
 {
     OptionTable table;
-    table.add("endPoint", boundedEndpoint(address(options.listenAddress, options.port)));
-    if (options.publishedPort != 0) {
-        table.add("endPointPublish", "giop:tcp:" + address(options.publishedHost, options.publishedPort));
-    }
+    addTransport(table, options);
     table.add("clientCallTimeOutPeriod", static_cast<long>(options.callTimeout.count()));
     table.add("clientConnectTimeOutPeriod", static_cast<long>(options.connectTimeout.count()));
     table.add("serverCallTimeOutPeriod", static_cast<long>(options.receiveTimeout.count()));
@@ -79,9 +91,34 @@ OptionTable optionTable(const OrbOptions& options)
 }
 
 // Closes the gap between a host that people write and one that a corbaloc takes.
-std::string corbaloc(const QString& host, quint16 port, const char* key)
+std::string corbaloc(const char* protocol, const QString& host, quint16 port, const char* key)
 {
-    return "corbaloc::" + address(host, port) + '/' + key;
+    return std::string("corbaloc:") + protocol + ':' + address(host, port) + '/' + key;
+}
+
+// With TLS the port stands in a component of its own, behind what it supports and requires; 0 for another component.
+quint16 tlsPort(const IOP::TaggedComponent& component)
+{
+    if (component.tag != IOP::TAG_SSL_SEC_TRANS) {
+        return 0;
+    }
+    cdrEncapsulationStream stream(component.component_data.get_buffer(), component.component_data.length(), true);
+    CORBA::UShort supported = 0;
+    CORBA::UShort required = 0;
+    CORBA::UShort port = 0;
+    supported <<= stream;
+    required <<= stream;
+    port <<= stream;
+    return port;
+}
+
+quint16 portInProfile(const IIOP::ProfileBody& body)
+{
+    quint16 port = body.address.port;
+    for (CORBA::ULong i = 0; port == 0 && i < body.components.length(); ++i) {
+        port = tlsPort(body.components[i]);
+    }
+    return port;
 }
 
 // The ORB does not tell its port, but every reference that it makes carries it.
@@ -93,7 +130,7 @@ quint16 portInReference(CORBA::Object_ptr object)
         if (profiles[i].tag == IOP::TAG_INTERNET_IOP) {
             IIOP::ProfileBody body;
             IIOP::unmarshalProfile(profiles[i], body);
-            return body.address.port;
+            return portInProfile(body);
         }
     }
     return 0;
@@ -110,6 +147,7 @@ struct Orb::Private
     PortableServer::POA_var rootPoa;
     PortableServer::POA_var namedPoa; // keys in it are the names themselves, so references outlive the process
     quint16 port = 0;
+    bool usesTls = false;
 
     void start(const OrbOptions& options);
     void stop();
@@ -118,6 +156,8 @@ struct Orb::Private
 void Orb::Private::start(const OrbOptions& options)
 {
     boundConnections(options.maxConnections);
+    prepareTls(options.tls);
+    usesTls = options.tls.has_value();
     orb = optionTable(options).initialise();
     noteCallingPeers();
     CallingSession::prepare();
@@ -150,6 +190,9 @@ Orb::Orb(const OrbOptions& options)
     }
     try {
         d->start(options);
+    } catch (const OrbError&) {
+        d->stop();
+        throw;
     } catch (const CORBA::Exception& exception) {
         d->stop();
         throw OrbError("CORBA could not be started on " + options.listenAddress.toStdString() + " port " +
@@ -202,13 +245,18 @@ quint16 Orb::port() const
     return d->port;
 }
 
+bool Orb::usesTls() const
+{
+    return d->usesTls;
+}
+
 CORBA::Object_ptr Orb::remoteObject(const QString& host, quint16 port, const char* key) const
 {
     if (!canBeHost(host) || port == 0) {
         return CORBA::Object::_nil();
     }
     try {
-        return reference(QString::fromStdString(corbaloc(host, port, key)));
+        return reference(QString::fromStdString(corbaloc(d->usesTls ? "ssliop" : "", host, port, key)));
     } catch (const CORBA::Exception&) {
         return CORBA::Object::_nil();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zelkobase/orb/tlsoptions.h>
 #include <zelkobase/orb/zelkobaseorb_export.h>
 
 #include <QString>
@@ -8,6 +9,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 namespace ZelkoCommon {
@@ -48,9 +50,13 @@ struct ZELKOBASEORB_EXPORT OrbOptions
 
     /// The largest message in bytes that is sent or accepted.
     int maxMessageBytes = 4 * 1024 * 1024;
+
+    /// Given: this process listens with TLS and calls with TLS, and does neither without, whoever it talks to. Nothing:
+    /// it does not know TLS.
+    std::optional<TlsOptions> tls = {};
 };
 
-/// The ORB could not be started, the port is taken for instance. The text is for people.
+/// The ORB could not be started, the port is taken or a file of TLS cannot be used for instance. The text is for people.
 class ZELKOBASEORB_EXPORT OrbError : public std::runtime_error
 {
 public:
@@ -80,7 +86,7 @@ public:
     /// Where objects without a name live; a reference to one ends with the process.
     PortableServer::POA_ptr rootPoa() const;
 
-    /// Makes `servant` reachable as corbaloc::HOST:PORT/`key`, also by references from before a restart of the process.
+    /// Makes `servant` reachable as corbaloc::HOST:PORT/`key`, or corbaloc:ssliop:HOST:PORT/`key` with TLS, also by references from before a restart of the process.
     void publish(const char* key, PortableServer::ServantBase* servant);
 
     /// Ends what `publish` began. Calls that are being served go on to their end, for which it does not wait.
@@ -91,6 +97,9 @@ public:
 
     /// The port that is listened on.
     quint16 port() const;
+
+    /// Whether it talks through TLS.
+    bool usesTls() const;
 
     /// Reference to the object `key` on a host, without asking whether it is there. Null for a host or port that cannot
     /// be.

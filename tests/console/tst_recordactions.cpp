@@ -1,0 +1,337 @@
+#include "modalanswer.h"
+#include "recordpanesetting.h"
+
+#include <console/treeobserver.h>
+
+#include <valuecore/valueptr.h>
+#include <valuecore/valuetypes.h>
+#include <zelkobase/connection/abstractserverconnectiondata.h>
+#include <zelkobase/names/valuenames.h>
+
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QToolBar>
+#include <QWindow>
+
+using namespace ZelkoConsole;
+using Controller = ZelkoGUI::IZelkoGUIController;
+using ZelkoCommon::Role;
+namespace names = zelko::names;
+
+Q_DECLARE_METATYPE(ZelkoGUI::IZelkoGUIController::enUserAction)
+
+namespace {
+
+struct Setting : RecordPaneSetting
+{
+    using RecordPaneSetting::RecordPaneSetting;
+
+    RecordActions& actions() const { return *pane.actions(); }
+    QMenu& menu() const { return *pane.actions()->menu(); }
+    QString command(QLatin1String name) const { return site.command(north, device, name); }
+
+    void clickToolButton(Controller::enUserAction flag) const
+    {
+        QTest::mouseClick(actions().toolBar()->widgetForAction(&action(flag)), Qt::LeftButton);
+    }
+
+    // Opens the menu as an operator does: with the event coming from the window system.
+    void rightClick(int number) const
+    {
+        const QPoint inViewport = table.visualRect(table.model()->index(rowOf(number), 1)).center();
+        const QPoint inWindow = table.viewport()->mapTo(pane.window(), inViewport);
+        QTest::mouseClick(pane.window()->windowHandle(), Qt::RightButton, Qt::NoModifier, inWindow);
+    }
+
+    void choose(QAction* chosen) const
+    {
+        menu().popup(pane.mapToGlobal(QPoint(20, 20)));
+        QTest::mouseClick(&menu(), Qt::LeftButton, Qt::NoModifier, menu().actionGeometry(chosen).center());
+    }
+};
+
+void answer(QWidget* box, QMessageBox::StandardButton button)
+{
+    auto* const question = qobject_cast<QMessageBox*>(box);
+    QVERIFY(question);
+    QTest::mouseClick(question->button(button), Qt::LeftButton);
+}
+
+SampleSite::RecordPtr recordInWork(int number)
+{
+    auto record = RecordListSetting::record(number, 2);
+    record->SetFinished(false);
+    return record;
+}
+
+SampleSite::RecordPtr keptRecord(int number)
+{
+    auto record = RecordListSetting::record(number);
+    record->SetDeletable(false);
+    return record;
+}
+
+} // namespace
+
+class TestRecordActions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void offersTheActionsOfTheControllerInItsOrder()
+    {
+        const Setting setting;
+        const QList<QAction*> expected = setting.pane.controller()->recordActions();
+        QCOMPARE(expected.size(), 4);
+        QCOMPARE(setting.actions().toolBar()->actions(), expected);
+        QCOMPARE(setting.menu().actions().mid(0, expected.size()), expected);
+        QCOMPARE(setting.menu().actions().mid(expected.size() + 1),
+                 QList<QAction*>({setting.actions().synchronizeRecord(), setting.actions().synchronizeList()}));
+    }
+
+    void offersOnlyWhatTheConsoleHasWindowsFor_data()
+    {
+        QTest::addColumn<Controller::enUserAction>("flag");
+        QTest::addColumn<bool>("isOffered");
+        QTest::newRow("copy") << Controller::UserActionCopy << false;
+        QTest::newRow("delete") << Controller::UserActionDelete << true;
+        QTest::newRow("download") << Controller::UserActionDownload << false;
+        QTest::newRow("edit") << Controller::UserActionEdit << false;
+        QTest::newRow("reset") << Controller::UserActionReset << true;
+        QTest::newRow("rename") << Controller::UserActionRename << true;
+        QTest::newRow("bookmarks") << Controller::UserActionBookmarks << false;
+        QTest::newRow("deletable flag") << Controller::UserActionDeletable << true;
+        QTest::newRow("history") << Controller::UserActionHistory << false;
+        QTest::newRow("spectrum overview") << Controller::UserActionOverview << false;
+    }
+
+    void offersOnlyWhatTheConsoleHasWindowsFor()
+    {
+        QFETCH(Controller::enUserAction, flag);
+        QFETCH(bool, isOffered);
+        const Setting setting;
+        QCOMPARE(setting.pane.controller()->recordAction(flag) != nullptr, isOffered);
+    }
+
+    void opensTheMenuByARightClickOnWhatItSelects()
+    {
+        Setting setting(3);
+        setting.rightClick(1);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), Setting::patience);
+        QCOMPARE(setting.pane.controller()->selectedRecords(), QStringList(RecordListSetting::id(1)));
+        QVERIFY(setting.action(Controller::UserActionDelete).isEnabled());
+        setting.menu().close();
+    }
+
+    void keepsTheSelectionThatIsRightClicked()
+    {
+        Setting setting(3);
+        setting.click(2);
+        setting.click(1, Qt::ShiftModifier);
+        setting.rightClick(1);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), Setting::patience);
+        QCOMPARE(setting.pane.controller()->selectedRecords().size(), 2);
+        setting.menu().close();
+    }
+
+    void opensTheMenuByItsKeyAtTheCurrentRow()
+    {
+        Setting setting(3);
+        setting.click(1);
+        const QSignalSpy wanted(&setting.table, &RecordTableView::menuWanted);
+        operatorhands::pressMenuKey();
+        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), Setting::patience);
+        const QPoint place = setting.table.viewport()->mapFromGlobal(wanted.at(0).at(0).toPoint());
+        QCOMPARE(setting.table.rowAt(place.y()), setting.rowOf(1));
+        setting.menu().close();
+    }
+
+    void deletesWhatIsSelectedAfterAQuestion()
+    {
+        Setting setting(3);
+        setting.click(1);
+        const ModalAnswer yes([](QWidget* box) {
+            QCOMPARE(qobject_cast<QMessageBox*>(box)->text(), QStringLiteral("Really delete record with ID\n'r01'?"));
+            answer(box, QMessageBox::Yes);
+        });
+        setting.clickToolButton(Controller::UserActionDelete);
+        QVERIFY(yes.wasGiven());
+        QCOMPARE(setting.command(names::deleteRecordingList), RecordListSetting::id(1));
+    }
+
+    void deletesNothingWhenTheAnswerIsNo()
+    {
+        Setting setting(3);
+        setting.click(1);
+        const ModalAnswer no([](QWidget* box) { answer(box, QMessageBox::No); });
+        setting.clickToolButton(Controller::UserActionDelete);
+        QVERIFY(no.wasGiven());
+        QCOMPARE(setting.command(names::deleteRecordingList), QString());
+    }
+
+    void deletesByItsKeysAllButWhatIsKept()
+    {
+        Setting setting(2);
+        setting.site.setRecord(setting.north, setting.device, keptRecord(2));
+        setting.click(2);
+        setting.click(0, Qt::ShiftModifier);
+        const ModalAnswer yes([](QWidget* box) { answer(box, QMessageBox::Yes); });
+        QTest::keyClick(&setting.table, Qt::Key_X, Qt::ControlModifier);
+        QVERIFY(yes.wasGiven());
+        QCOMPARE(setting.command(names::deleteRecordingList), QStringLiteral("r01@r00"));
+    }
+
+    void resetsTheSelectedRecord()
+    {
+        Setting setting(3);
+        setting.click(2);
+        setting.choose(&setting.action(Controller::UserActionReset));
+        QCOMPARE(setting.command(names::setRecordIdle), RecordListSetting::id(2));
+    }
+
+    void asksForTheNewName()
+    {
+        Setting setting(1);
+        setting.click(0);
+        const ModalAnswer cancel([](QWidget* dialog) {
+            QCOMPARE(dialog->findChild<QLineEdit*>()->text(), QStringLiteral("name 0"));
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QTest::keyClick(&setting.table, Qt::Key_R, Qt::ControlModifier);
+        QVERIFY(cancel.wasGiven());
+    }
+
+    void synchronizesTheSelectedRecord()
+    {
+        Setting setting(3);
+        setting.click(1);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeRecord()->isEnabled(), Setting::patience);
+        setting.choose(setting.actions().synchronizeRecord());
+        QCOMPARE(setting.command(names::syncOneRecord), RecordListSetting::id(1));
+    }
+
+    void synchronizesTheList()
+    {
+        const Setting setting;
+        int asked = 0;
+        TreeObserver observer([&asked](TChangeCode) { ++asked; });
+        ValueObservingPtr<Value<bool>> command(&observer);
+        command.GetFromTree(setting.site.connectionData()->GetBasePath(setting.device) + names::synchronize);
+        QVERIFY(command);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeList()->isEnabled(), Setting::patience);
+        setting.choose(setting.actions().synchronizeList());
+        QCOMPARE(asked, 1);
+    }
+
+    void saysWhatAnActionDoesOrWhyNot_data()
+    {
+        QTest::addColumn<QList<int>>("selected");
+        QTest::addColumn<Role>("role");
+        QTest::addColumn<Controller::enUserAction>("flag");
+        QTest::addColumn<QString>("tip");
+        const QString none = QStringLiteral("No recording is selected.");
+        const QString several = QStringLiteral("More than one recording is selected.");
+        QTest::newRow("nothing selected, delete")
+            << QList<int>() << Role::Operator << Controller::UserActionDelete << none;
+        QTest::newRow("nothing selected, rename")
+            << QList<int>() << Role::Operator << Controller::UserActionRename << none;
+        QTest::newRow("two selected, reset")
+            << QList<int>{0, 1} << Role::Operator << Controller::UserActionReset << several;
+        QTest::newRow("two selected, delete")
+            << QList<int>{0, 1} << Role::Operator << Controller::UserActionDelete
+            << QStringLiteral("Deletes those of the selected recordings that are deletable, after a question.");
+        QTest::newRow("a viewer deletes") << QList<int>{0} << Role::Viewer << Controller::UserActionDelete
+                                          << QStringLiteral("User viewer may not do this.");
+        QTest::newRow("a viewer resets") << QList<int>{0} << Role::Viewer << Controller::UserActionReset
+                                         << QStringLiteral("User viewer may not do this.");
+        QTest::newRow("a kept one is deleted") << QList<int>{2} << Role::Operator << Controller::UserActionDelete
+                                               << QStringLiteral("This recording is not deletable.");
+        QTest::newRow("one in work is renamed") << QList<int>{3} << Role::Operator << Controller::UserActionRename
+                                                << QStringLiteral("This recording is being recorded.");
+        QTest::newRow("one in work becomes deletable")
+            << QList<int>{3} << Role::Operator << Controller::UserActionDeletable
+            << QStringLiteral("This recording is not finished.");
+        QTest::newRow("one is renamed") << QList<int>{0} << Role::Operator << Controller::UserActionRename
+                                        << QStringLiteral("Gives the recording another name.");
+    }
+
+    void saysWhatAnActionDoesOrWhyNot()
+    {
+        QFETCH(QList<int>, selected);
+        QFETCH(Role, role);
+        QFETCH(Controller::enUserAction, flag);
+        QFETCH(QString, tip);
+        Setting setting(2);
+        setting.site.setRecord(setting.north, setting.device, keptRecord(2));
+        setting.site.setRecord(setting.north, setting.device, recordInWork(3));
+        for (const int number : selected) {
+            setting.click(number, Qt::ControlModifier);
+        }
+        Setting::become(role);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.action(flag).statusTip(), tip, Setting::patience);
+    }
+
+    void saysThatTheDeviceIsGoneAndTakesItBack()
+    {
+        Setting setting(2);
+        setting.click(0);
+        const QAction& rename = setting.action(Controller::UserActionRename);
+        QTRY_COMPARE_WITH_TIMEOUT(rename.statusTip(), QStringLiteral("Gives the recording another name."),
+                                  Setting::patience);
+        setting.lose();
+        QTRY_COMPARE_WITH_TIMEOUT(rename.statusTip(), QStringLiteral("There is no connection to the device."),
+                                  Setting::patience);
+        QVERIFY(!rename.isEnabled());
+        QVERIFY(!setting.actions().synchronizeList()->isEnabled());
+        setting.comeBack(2);
+        QTRY_VERIFY_WITH_TIMEOUT(rename.isEnabled(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeList()->isEnabled(), Setting::patience);
+    }
+
+    void saysAnotherReasonWhenTheRecordChanges()
+    {
+        Setting setting(1);
+        setting.site.setRecord(setting.north, setting.device, recordInWork(1));
+        setting.click(1);
+        const QAction& toggle = setting.action(Controller::UserActionDeletable);
+        QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(), QStringLiteral("This recording is not finished."),
+                                  Setting::patience);
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(1));
+        QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(),
+                                  QStringLiteral("Makes the selected recordings deletable, or not deletable."),
+                                  Setting::patience);
+    }
+
+    void synchronizesNothingForAViewer()
+    {
+        Setting setting(1);
+        setting.click(0);
+        Setting::become(Role::Viewer);
+        const QAction& list = *setting.actions().synchronizeList();
+        QTRY_COMPARE_WITH_TIMEOUT(list.statusTip(), QStringLiteral("User viewer may not do this."), Setting::patience);
+        QVERIFY(!list.isEnabled());
+        QVERIFY(!setting.actions().synchronizeRecord()->isEnabled());
+    }
+
+    void comesToRestWhenNothingChangesAnyMore()
+    {
+        Setting setting(1);
+        setting.click(0);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeRecord()->isEnabled(), Setting::patience);
+        for (int turn = 0; turn < 5; ++turn) {
+            QCoreApplication::processEvents();
+        }
+        const QSignalSpy changes(&setting.action(Controller::UserActionDelete), &QAction::changed);
+        for (int turn = 0; turn < 20; ++turn) {
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(changes.count(), 0);
+    }
+};
+
+QTEST_MAIN(TestRecordActions)
+#include "tst_recordactions.moc"

@@ -1,0 +1,192 @@
+#include "modalanswer.h"
+
+#include <console/demo/samplesite.h>
+#include <console/session/consoleuser.h>
+#include <console/window/usermenu.h>
+
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ZelkoConsole;
+using ZelkoCommon::LinkCredentials;
+using ZelkoCommon::Role;
+
+namespace {
+
+struct Setting
+{
+    explicit Setting(bool knowsUsers)
+    {
+        if (knowsUsers) {
+            site.knowUsers();
+        }
+        user = std::make_unique<ConsoleUser>(site);
+        window.show();
+        menu = new UserMenu(user.get(), &window);
+    }
+
+    QStringList entries() const
+    {
+        QStringList texts;
+        for (const QAction* const action : menu->actions()) {
+            texts.append(action->text());
+        }
+        return texts;
+    }
+
+    QStringList checked() const
+    {
+        QStringList texts;
+        for (const QAction* const action : menu->actions()) {
+            if (action->isChecked()) {
+                texts.append(action->text());
+            }
+        }
+        return texts;
+    }
+
+    void choose(int entry) const
+    {
+        menu->popup(window.mapToGlobal(QPoint(10, 10)));
+        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                          menu->actionGeometry(menu->actions().at(entry)).center());
+    }
+
+    SampleSite site{{QStringLiteral("north")}};
+    std::unique_ptr<ConsoleUser> user;
+    QWidget window;
+    UserMenu* menu = nullptr;
+};
+
+void enter(QWidget* dialog, const char* name, const char* text)
+{
+    auto* const field = dialog->findChild<QLineEdit*>(QLatin1String(name));
+    QVERIFY(field);
+    field->selectAll();
+    QTest::keyClicks(field, QLatin1String(text));
+}
+
+} // namespace
+
+class TestUserMenu : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void beginsAsTheOperatorOfARecorderOfTheConsolesOwn()
+    {
+        const Setting setting(true);
+        QCOMPARE(setting.entries(),
+                 QStringList({QStringLiteral("viewer"), QStringLiteral("operator"), QStringLiteral("administrator")}));
+        QCOMPARE(setting.checked(), QStringList(QStringLiteral("operator")));
+        QCOMPARE(setting.menu->userText(), QStringLiteral("operator"));
+    }
+
+    void switchesToTheUserWhoIsClicked()
+    {
+        const Setting setting(true);
+        const QSignalSpy changed(setting.menu, &UserMenu::userTextChanged);
+        setting.choose(0);
+        QCOMPARE(setting.checked(), QStringList(QStringLiteral("viewer")));
+        QCOMPARE(setting.menu->userText(), QStringLiteral("viewer"));
+        QCOMPARE(setting.site.actsFor(), (LinkCredentials{QStringLiteral("viewer"), QStringLiteral("secret")}));
+        QVERIFY(!UserRights::DeleteRecordsAllowed());
+        QVERIFY(!changed.isEmpty());
+        setting.choose(2);
+        QCOMPARE(setting.menu->userText(), QStringLiteral("administrator"));
+        QVERIFY(UserRights::AdminAllowed());
+    }
+
+    void switchesByKeys()
+    {
+        const Setting setting(true);
+        setting.menu->popup(setting.window.mapToGlobal(QPoint(10, 10)));
+        QTest::keyClick(setting.menu, Qt::Key_Down);
+        QTest::keyClick(setting.menu, Qt::Key_Return);
+        QCOMPARE(setting.menu->userText(), QStringLiteral("viewer"));
+    }
+
+    void logsInWhereItKnowsNobody()
+    {
+        const Setting setting(false);
+        QCOMPARE(setting.entries(), QStringList({QStringLiteral("Log &In…"), QStringLiteral("Log &Out")}));
+        QCOMPARE(setting.menu->userText(), QStringLiteral("not logged in"));
+        QVERIFY(!setting.menu->actions().at(1)->isEnabled());
+        const ModalAnswer login([](QWidget* dialog) {
+            enter(dialog, "userName", "anna");
+            enter(dialog, "password", "pass");
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        setting.choose(0);
+        QVERIFY(login.wasGiven());
+        QCOMPARE(setting.site.actsFor(), (LinkCredentials{QStringLiteral("anna"), QStringLiteral("pass")}));
+        QCOMPARE(setting.menu->userText(), QStringLiteral("anna (viewer)"));
+    }
+
+    void showsWhatTheRecorderTakesTheUserFor()
+    {
+        Setting setting(false);
+        setting.user->logIn({QStringLiteral("anna"), QStringLiteral("pass")});
+        setting.site.setRole(Role::Operator);
+        setting.site.connectTo(QStringLiteral("north"));
+        QCOMPARE(setting.menu->userText(), QStringLiteral("anna (operator)"));
+        QVERIFY(UserRights::DeleteRecordsAllowed());
+    }
+
+    void asksOnlyForThePasswordOfAUserWhoIsNamed()
+    {
+        const Setting setting(false);
+        const ModalAnswer login([](QWidget* dialog) {
+            QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("userName"))->text(), QStringLiteral("berta"));
+            enter(dialog, "password", "pass");
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        setting.menu->logIn(QStringLiteral("berta"));
+        QVERIFY(login.wasGiven());
+        QCOMPARE(setting.site.actsFor(), (LinkCredentials{QStringLiteral("berta"), QStringLiteral("pass")}));
+    }
+
+    void logsNobodyInWhenTheDialogIsLeft()
+    {
+        const Setting setting(false);
+        const ModalAnswer cancel([](QWidget* dialog) {
+            enter(dialog, "userName", "anna");
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        setting.choose(0);
+        QVERIFY(cancel.wasGiven());
+        QCOMPARE(setting.site.actsFor(), LinkCredentials());
+        QCOMPARE(setting.menu->userText(), QStringLiteral("not logged in"));
+    }
+
+    void survivesTheEndOfItsWindowWhileTheDialogIsOpen()
+    {
+        Setting setting(false);
+        auto* const window = new QWidget;
+        auto* const menu = new UserMenu(setting.user.get(), window);
+        const ModalAnswer end([window](QWidget*) { delete window; });
+        menu->actions().at(0)->trigger();
+        QVERIFY(end.wasGiven());
+        QCOMPARE(setting.site.actsFor(), LinkCredentials());
+    }
+
+    void logsOut()
+    {
+        const Setting setting(false);
+        setting.user->logIn({QStringLiteral("anna"), QStringLiteral("pass")});
+        setting.choose(1);
+        QCOMPARE(setting.site.actsFor(), LinkCredentials());
+        QCOMPARE(setting.menu->userText(), QStringLiteral("not logged in"));
+    }
+
+    void showsANameJustAsItIs()
+    {
+        const Setting setting(false);
+        setting.user->logIn({QStringLiteral("R&D <i>"), QStringLiteral("pass")});
+        QCOMPARE(setting.menu->userText(), QStringLiteral("R&D <i> (viewer)"));
+    }
+};
+
+QTEST_MAIN(TestUserMenu)
+#include "tst_usermenu.moc"
