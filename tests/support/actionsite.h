@@ -87,10 +87,12 @@ public:
         m_admin = std::make_unique<ZelkoGUI::GuiToServerAdminCorbaHandler>(m_handler);
         m_controller =
             std::make_unique<Controller>(m_handler, nullptr, QString(), Controller::UserActions(QFlag(1023)), nullptr);
-        m_modelTester = std::make_unique<QAbstractItemModelTester>(m_controller->recordListModel());
         m_controller->sl_activeDeviceChanged(device());
         makeWindow();
     }
+
+    /// Has the list of records watched for what no model may do.
+    void watchModel() { m_modelTester = std::make_unique<QAbstractItemModelTester>(m_controller->recordListModel()); }
 
     /// Whether the controller has all that it needs of the device, and the list all records.
     bool isReady() const { return m_controller->isConnected() && values().isLoaded(); }

@@ -85,6 +85,7 @@ void TestRecorderActionFaults::init()
     }
     QVERIFY(m_site->start());
     m_site->connectAs(Role::Operator);
+    m_site->watchModel();
     QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
 }
 

@@ -91,6 +91,7 @@ private:
     void connectAs(Role role)
     {
         m_site->connectAs(role);
+        m_site->watchModel();
         QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
         QCOMPARE(m_site->rows(), all);
     }
