@@ -40,7 +40,7 @@ struct RunningConsole::Private
 {
     bool openSite(const QString& siteFile, QString* error);
     void openOwn(const ConsoleOptions& options);
-    void listen(const QString& address);
+    void listen(const QString& address, const std::optional<ZelkoCommon::TlsOptions>& tls = {});
 
     QSettings settings;
     std::unique_ptr<StoreFolder> store;
@@ -56,7 +56,7 @@ bool RunningConsole::Private::openSite(const QString& siteFile, QString* error)
     if (!site) {
         return false;
     }
-    listen(listenAddress(*site));
+    listen(listenAddress(*site), site->Tls());
     session = std::make_unique<ConsoleSession>(*orb, *site);
     return true;
 }
@@ -73,10 +73,11 @@ void RunningConsole::Private::openOwn(const ConsoleOptions& options)
 }
 
 // Recorders call the console back with what changes.
-void RunningConsole::Private::listen(const QString& address)
+void RunningConsole::Private::listen(const QString& address, const std::optional<ZelkoCommon::TlsOptions>& tls)
 {
     OrbOptions options;
     options.listenAddress = address;
+    options.tls = tls;
     orb = std::make_unique<Orb>(options);
 }
 
