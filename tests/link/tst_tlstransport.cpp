@@ -8,6 +8,7 @@
 
 #include <zelkoidl/treelink.hh>
 
+#include <QProcess>
 #include <QSslConfiguration>
 #include <QSslKey>
 #include <QSslSocket>
@@ -81,6 +82,21 @@ bool isAnswered(QTcpSocket& socket)
     return answer.startsWith("GIOP");
 }
 
+bool runOpenSsl(const QTemporaryDir& folder, const QStringList& arguments)
+{
+    QProcess process;
+    process.setWorkingDirectory(folder.path());
+    process.start("openssl", arguments);
+    return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+bool append(const QString& from, const QString& to)
+{
+    QFile source(from);
+    QFile target(to);
+    return source.open(QIODevice::ReadOnly) && target.open(QIODevice::Append) && target.write(source.readAll()) > 0;
+}
+
 bool isConnected(QTcpSocket& socket)
 {
     socket.waitForReadyRead(0);
@@ -96,6 +112,7 @@ class TestTlsTransport : public QObject
 
 private Q_SLOTS:
     void carriesCalls();
+    void takesKeysThatTheCommandOfOpenSslMakes();
     void carriesALargeCallInPieces();
     void knowsPeerAndSessionOfACall();
     void callsByNameOnlyWhoseCertificateHasTheName_data();
@@ -142,6 +159,27 @@ void TestTlsTransport::carriesCalls()
     const ZelkoTreeLink::TreeServer_var server = remote(orb, proxy);
     QCOMPARE(server->roleOf(0), ZelkoTreeLink::ROLE_VIEWER);
     QVERIFY(proxy.bytes() > 0);
+}
+
+void TestTlsTransport::takesKeysThatTheCommandOfOpenSslMakes()
+{
+    const QTemporaryDir folder;
+    const QStringList newKey{"-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-noenc", "-subj", "/CN=x"};
+    QVERIFY(runOpenSsl(folder, QStringList{"req", "-x509", "-keyout", "ca-key.pem", "-out", "ca.pem"} + newKey));
+    QVERIFY(runOpenSsl(folder, QStringList{"req", "-addext", "subjectAltName=DNS:localhost,IP:127.0.0.1", "-keyout",
+                                           "key.pem", "-out", "csr"} +
+                                   newKey));
+    QVERIFY(runOpenSsl(folder, {"x509", "-req", "-in", "csr", "-copy_extensions", "copy", "-CA", "ca.pem", "-CAkey",
+                                "ca-key.pem", "-days", "365", "-out", "cert.pem"}));
+    QVERIFY(append(folder.filePath("key.pem"), folder.filePath("cert.pem")));
+    Orb orb(through({folder.filePath("ca.pem"), folder.filePath("cert.pem")}));
+    const PortableServer::Servant_var<Servant> servant(new Servant);
+    orb.publish("Test", servant);
+    const FaultProxy proxy(orb.port());
+    const ZelkoTreeLink::TreeServer_var byAddress = remote(orb, proxy);
+    const ZelkoTreeLink::TreeServer_var byName = remote(orb, proxy, "localhost");
+    QCOMPARE(failureOf(byAddress), "none");
+    QCOMPARE(failureOf(byName), "none");
 }
 
 void TestTlsTransport::carriesALargeCallInPieces()
