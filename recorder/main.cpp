@@ -69,6 +69,7 @@ ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)
     ZelkoCommon::OrbOptions result;
     result.listenAddress = options.listenAddress;
     result.port = options.port;
+    result.tls = options.tls;
     return result;
 }
 
@@ -119,7 +120,7 @@ int serve(const RecorderOptions& options)
     auto channelDevices = std::make_unique<ServedChannelDevices>(recorder);
     auto service = serveCalls(orb, recorder, *channelDevices, server, options);
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
-                                  << "port" << orb.port();
+                                  << "port" << orb.port() << (orb.usesTls() ? "through TLS" : "without TLS");
     std::printf("READY port=%d\n", int{orb.port()});
     std::fflush(stdout);
     const int result = QCoreApplication::exec();

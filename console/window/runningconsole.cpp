@@ -42,7 +42,7 @@ struct RunningConsole::Private
 {
     bool openSite(const QString& siteFile, QString* error);
     void openOwn(const ConsoleOptions& options);
-    void listen(const QString& address);
+    void listen(const QString& address, const std::optional<ZelkoCommon::TlsOptions>& tls = {});
 
     QSettings settings;
     QString userToAsk; // is named in the site file without his password
@@ -61,7 +61,7 @@ bool RunningConsole::Private::openSite(const QString& siteFile, QString* error)
     }
     const auto* const current = site->Find(site->GetCurrentSubSystem());
     userToAsk = current && !current->hasCredentials() ? current->credentials.user : QString();
-    listen(listenAddress(*site));
+    listen(listenAddress(*site), site->Tls());
     session = std::make_unique<ConsoleSession>(*orb, *site);
     return true;
 }
@@ -78,10 +78,11 @@ void RunningConsole::Private::openOwn(const ConsoleOptions& options)
 }
 
 // Recorders call the console back with what changes.
-void RunningConsole::Private::listen(const QString& address)
+void RunningConsole::Private::listen(const QString& address, const std::optional<ZelkoCommon::TlsOptions>& tls)
 {
     OrbOptions options;
     options.listenAddress = address;
+    options.tls = tls;
     orb = std::make_unique<Orb>(options);
 }
 

@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <cmath>
@@ -14,6 +15,8 @@
 namespace ZelkoRecorder {
 
 namespace {
+
+constexpr qint64 maxPasswordLine = 1024;
 
 // Thrown while a command line is read; caught in parse().
 struct BadOption
@@ -52,6 +55,10 @@ void addOptions(QCommandLineParser& parser)
         {QStringLiteral("make-user"),
          QStringLiteral("Reads a password and prints a line for that file; takes a name and a role, which is "
                         "viewer, operator or administrator.")});
+    add("tls-authority",
+        "Serve through TLS and not otherwise: the certificates that those of the clients are signed with.", "file");
+    add("tls-key", "The certificate and the private key of this recorder, for --tls-authority.", "file");
+    add("tls-key-password", "The first line of it is the password of that key, where it is encrypted.", "file");
     add("export-folder",
         "A folder below which clients may have records exported; may be given more than once. Without any, none are.",
         "folder");
@@ -153,6 +160,37 @@ QStringList exportFolders(const QCommandLineParser& parser)
     return folders;
 }
 
+QString firstLine(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw BadOption{QStringLiteral("\"%1\" cannot be read: %2").arg(path, file.errorString())};
+    }
+    const QByteArray line = file.readLine(maxPasswordLine);
+    return QString::fromUtf8(line.endsWith('\n') ? line.chopped(1) : line);
+}
+
+// Whom the recorder calls back is where the client says, and needs no name of its own in its certificate.
+std::optional<ZelkoCommon::TlsOptions> tlsOptions(const QCommandLineParser& parser)
+{
+    ZelkoCommon::TlsOptions options;
+    options.authorityFile = parser.value(QStringLiteral("tls-authority"));
+    options.keyFile = parser.value(QStringLiteral("tls-key"));
+    options.checksHosts = false;
+    const QString passwordFile = parser.value(QStringLiteral("tls-key-password"));
+    if (options.authorityFile.isEmpty() != options.keyFile.isEmpty() ||
+        (options.keyFile.isEmpty() && !passwordFile.isEmpty())) {
+        throw BadOption{QStringLiteral("TLS takes both --tls-authority and --tls-key")};
+    }
+    if (options.keyFile.isEmpty()) {
+        return std::nullopt;
+    }
+    if (!passwordFile.isEmpty()) {
+        options.keyPassword = firstLine(passwordFile);
+    }
+    return options;
+}
+
 RecorderOptions read(const QCommandLineParser& parser)
 {
     if (parser.isSet(QStringLiteral("make-user"))) {
@@ -182,6 +220,7 @@ RecorderOptions read(const QCommandLineParser& parser)
     const double interval = number(parser, QStringLiteral("index-interval"), 0.001, 86400);
     options.pace.indexInterval = std::chrono::microseconds(std::llround(interval * 1e6));
     options.usersFile = parser.value(QStringLiteral("users"));
+    options.tls = tlsOptions(parser);
     options.exportFolders = exportFolders(parser);
     options.exitWithParent = parser.isSet(QStringLiteral("exit-with-parent"));
     return options;

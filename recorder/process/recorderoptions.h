@@ -5,6 +5,7 @@
 #include <recorder/store/recording.h>
 
 #include <credentials/role.h>
+#include <zelkobase/orb/tlsoptions.h>
 
 #include <QHash>
 #include <QString>
@@ -51,6 +52,8 @@ struct RecorderOptions
     bool exitWithParent = false;
     /// Empty: there are none, and every client is a viewer.
     QString usersFile;
+    /// Nothing: not through TLS.
+    std::optional<ZelkoCommon::TlsOptions> tls;
     /// Not to serve, but to print a line for a users file.
     std::optional<NewUser> newUser;
 

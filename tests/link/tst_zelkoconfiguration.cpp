@@ -17,6 +17,7 @@ private Q_SLOTS:
     void readsWhereTheServiceIs_data();
     void readsWhereTheServiceIs();
     void readsForWhomToAct();
+    void readsHowToTalkThroughTls();
     void refusesWhatIsNoSiteFile_data();
     void refusesWhatIsNoSiteFile();
     void namesTheFileThatCannotBeUsed();
@@ -88,6 +89,24 @@ void TestZelkoConfiguration::readsForWhomToAct()
     QVERIFY(site->Find("c")->hasCredentials());
 }
 
+void TestZelkoConfiguration::readsHowToTalkThroughTls()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("site.json"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(R"({"subSystems": [{"name": "a", "host": "h"}],
+                   "tls": {"authority": "ca.pem", "key": "/etc/key.pem", "keyPassword": "sesame"}})");
+    file.close();
+    QString error;
+    const auto site = ZelkoConfiguration::fromFile(file.fileName(), &error);
+    QVERIFY2(site, qPrintable(error));
+    QVERIFY(site->Tls());
+    const ZelkoCommon::TlsOptions expected{folder.filePath("ca.pem"), "/etc/key.pem", "sesame"};
+    QCOMPARE(*site->Tls(), expected);
+    const auto plain = ZelkoConfiguration::fromJson(R"({"subSystems": [{"name": "a", "host": "h"}]})", nullptr);
+    QVERIFY(plain && !plain->Tls());
+}
+
 void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
 {
     QTest::addColumn<QByteArray>("json");
@@ -112,6 +131,14 @@ void TestZelkoConfiguration::refusesWhatIsNoSiteFile_data()
     QTest::newRow("a number to listen on") << listen("8004") << "no address to listen on";
     QTest::newRow("two addresses to listen on") << listen("\"192.0.2.1,192.0.2.2\"") << "no address to listen on";
     QTest::newRow("an address to listen on with a port and a path") << listen("\"h:1/x\"") << "no address to listen on";
+    const auto tls = [](const char* value) {
+        return QByteArray(R"({"subSystems": [{"name": "a", "host": "h"}], "tls": )") + value + "}";
+    };
+    QTest::newRow("TLS that is just said") << tls("true") << "needs the names of two files";
+    QTest::newRow("TLS without a key") << tls(R"({"authority": "a"})") << "needs the names of two files";
+    QTest::newRow("TLS without an authority") << tls(R"({"key": "k"})") << "needs the names of two files";
+    QTest::newRow("TLS with a number for a password")
+        << tls(R"({"authority": "a", "key": "k", "keyPassword": 3})") << "needs the names of two files";
     const auto user = [](const char* values) {
         return QByteArray(R"({"subSystems": [{"name": "a", "host": "h", )") + values + "}]}";
     };

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void hasDefaults();
     void readsEveryOption();
     void readsWhomToMakeALineFor();
+    void readsHowToTalkThroughTls();
     void givesSourcesToDevices_data();
     void givesSourcesToDevices();
     void makesExportFoldersAbsolute();
@@ -70,6 +71,7 @@ void TestRecorderOptions::readsEveryOption()
     QVERIFY(options->exitWithParent);
     QCOMPARE(options->usersFile, QStringLiteral("/u"));
     QVERIFY(!options->newUser);
+    QVERIFY(!options->tls);
     QCOMPARE(options->repeat, RecordingThread::Repeat::Unfinished);
     QCOMPARE(options->sources.value(QStringLiteral("B-2")), QStringList{QStringLiteral("sigmf:/x=y")});
 }
@@ -80,6 +82,23 @@ void TestRecorderOptions::readsWhomToMakeALineFor()
         parse({QStringLiteral("--make-user"), QStringLiteral("anna"), QStringLiteral("operator")}, &m_ending);
     QVERIFY2(options, qPrintable(m_ending.text));
     QCOMPARE(options->newUser, (RecorderOptions::NewUser{QStringLiteral("anna"), ZelkoCommon::Role::Operator}));
+}
+
+void TestRecorderOptions::readsHowToTalkThroughTls()
+{
+    const QTemporaryDir folder;
+    QFile password(folder.filePath(QStringLiteral("password")));
+    QVERIFY(password.open(QIODevice::WriteOnly));
+    password.write("open sesame\nand nothing else\n");
+    password.close();
+    const auto options =
+        parse({QStringLiteral("--store=/s"), QStringLiteral("--tls-authority=/ca"), QStringLiteral("--tls-key=/key"),
+               QStringLiteral("--tls-key-password"), password.fileName()},
+              &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    const ZelkoCommon::TlsOptions expected{QStringLiteral("/ca"), QStringLiteral("/key"), QStringLiteral("open sesame"),
+                                           false};
+    QVERIFY(options->tls == expected);
 }
 
 void TestRecorderOptions::givesSourcesToDevices_data()
@@ -151,6 +170,11 @@ void TestRecorderOptions::refusesBadOptions_data()
     row("a device twice", QStringLiteral("--device A --device A"), QStringLiteral("twice"));
     row("a folder for exports that is not there", QStringLiteral("--export-folder /no/such"),
         QStringLiteral("/no/such"));
+    row("an authority for TLS without a key", QStringLiteral("--tls-authority /ca"), QStringLiteral("--tls-key"));
+    row("a key for TLS without an authority", QStringLiteral("--tls-key /k"), QStringLiteral("--tls-authority"));
+    row("a password of no key", QStringLiteral("--tls-key-password /p"), QStringLiteral("--tls-key"));
+    row("a password of a key that is not there",
+        QStringLiteral("--tls-authority /ca --tls-key /k --tls-key-password /no/such"), QStringLiteral("/no/such"));
     row("a sub system that is a path", QStringLiteral("--sub-system a/b"), QStringLiteral("a/b"));
 }
 

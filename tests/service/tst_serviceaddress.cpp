@@ -11,6 +11,8 @@ class tst_ServiceAddress : public QObject
 private Q_SLOTS:
     void aReferenceNamesVersionAddressAndKey_data();
     void aReferenceNamesVersionAddressAndKey();
+    void aReferenceThroughTlsNamesItsHost_data();
+    void aReferenceThroughTlsNamesItsHost();
     void validity_data();
     void validity();
 };
@@ -30,6 +32,22 @@ void tst_ServiceAddress::aReferenceNamesVersionAddressAndKey()
 {
     QFETCH(QStringList, addresses);
     QTEST(serviceReference(addresses, 8004), "reference");
+}
+
+void tst_ServiceAddress::aReferenceThroughTlsNamesItsHost_data()
+{
+    QTest::addColumn<QString>("host");
+    QTest::addColumn<QString>("reference");
+    QTest::newRow("a name") << "recorder-north"
+                            << "corbaloc:ssliop:1.2@recorder-north:8004/RecorderService";
+    QTest::newRow("an address of the long kind") << "2001:db8::1"
+                                                 << "corbaloc:ssliop:1.2@[2001:db8::1]:8004/RecorderService";
+}
+
+void tst_ServiceAddress::aReferenceThroughTlsNamesItsHost()
+{
+    QFETCH(QString, host);
+    QTEST(tlsServiceReference(host, 8004), "reference");
 }
 
 void tst_ServiceAddress::validity_data()

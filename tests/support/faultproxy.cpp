@@ -2,10 +2,13 @@
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
+#include <QStringConverter>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <algorithm>
+#include <array>
 #include <deque>
 
 namespace {
@@ -33,6 +36,7 @@ public:
             QByteArray& first = m_waiting.front().second;
             const int pieces = m_faults.pieces;
             const QByteArray part = pieces > 0 ? first.left(pieces) : first;
+            keep(part);
             m_to->write(part);
             m_to->flush();
             m_faults.bytes += part.size();
@@ -54,6 +58,14 @@ private:
         damage(bytes);
         m_bytes += bytes.size();
         m_waiting.emplace_back(m_clock.elapsed() + m_faults.delay, bytes);
+    }
+
+    void keep(const QByteArray& part)
+    {
+        if (m_faults.keeping) {
+            const std::lock_guard lock(m_faults.keptMutex);
+            m_faults.kept += part;
+        }
     }
 
     void damage(QByteArray& bytes)
@@ -128,6 +140,16 @@ private:
 };
 
 } // namespace
+
+bool FaultProxy::hasRelayed(const QString& text) const
+{
+    const std::array codecs{QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE};
+    const std::lock_guard lock(m_faults->keptMutex);
+    return std::any_of(codecs.begin(), codecs.end(), [&](QStringConverter::Encoding codec) {
+        const QByteArray encoded = QStringEncoder(codec).encode(text);
+        return m_faults->kept.contains(encoded);
+    });
+}
 
 FaultProxy::FaultProxy(quint16 targetPort)
 {

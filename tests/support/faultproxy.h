@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 /// A TCP relay on the loopback interface that misbehaves as it is told. It runs on a thread of its own; all functions
 /// may be called on any thread.
@@ -41,6 +42,12 @@ public:
     /// How many connections were cut so far.
     int cutConnections() const { return m_faults->cutConnections; }
 
+    /// Keeps what goes through, for `hasRelayed`. Set before the first connection.
+    void setKeeping(bool keeping) { m_faults->keeping = keeping; }
+
+    /// Whether `text` went through since then, one way or the other, in UTF-8 or UTF-16 of either byte order.
+    bool hasRelayed(const QString& text) const;
+
     qint64 bytes() const { return m_faults->bytes; }
     int damaged() const { return m_faults->damaged; }
 
@@ -60,6 +67,11 @@ public:
         std::atomic<qint64> bytes = 0;
         std::atomic<int> damaged = 0;
         std::atomic<int> connections = 0;
+
+        std::atomic<bool> keeping = false;
+
+        std::mutex keptMutex;
+        QByteArray kept; // all directions, in the order of the pieces
     };
 
 private:

@@ -5,7 +5,9 @@
 #include <zelkobase/orb/hostname.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -122,11 +124,37 @@ bool readListenAddress(const QJsonValue& address, ZelkoConfiguration& configurat
            fail(error, tr("\"%1\" is no address to listen on").arg(address.toString()));
 }
 
+bool readTls(const QJsonValue& value, ZelkoConfiguration& configuration, QString* error)
+{
+    if (value.isUndefined()) {
+        return true;
+    }
+    const QJsonObject object = value.toObject();
+    const QJsonValue password = object.value(QLatin1String("keyPassword"));
+    TlsOptions options;
+    options.authorityFile = object.value(QLatin1String("authority")).toString();
+    options.keyFile = object.value(QLatin1String("key")).toString();
+    options.keyPassword = password.toString();
+    return (isTextOrMissing(password) && configuration.SetTls(options)) ||
+           fail(error, tr("its \"tls\" needs the names of two files, \"authority\" and \"key\""));
+}
+
 bool readObject(const QJsonObject& object, ZelkoConfiguration& configuration, QString* error)
 {
     return readSubSystems(object.value(QLatin1String("subSystems")).toArray(), configuration, error) &&
            readCurrent(object.value(QLatin1String("currentSubSystem")), configuration, error) &&
-           readListenAddress(object.value(QLatin1String("listen")), configuration, error);
+           readListenAddress(object.value(QLatin1String("listen")), configuration, error) &&
+           readTls(object.value(QLatin1String("tls")), configuration, error);
+}
+
+// A path that is one already stays as it is.
+void lookForFilesIn(const QDir& folder, ZelkoConfiguration& configuration)
+{
+    if (auto options = configuration.Tls()) {
+        options->authorityFile = folder.absoluteFilePath(options->authorityFile);
+        options->keyFile = folder.absoluteFilePath(options->keyFile);
+        configuration.SetTls(*options);
+    }
 }
 
 } // namespace
@@ -154,6 +182,7 @@ std::optional<ZelkoConfiguration> ZelkoConfiguration::fromFile(const QString& fi
     } else if (file.size() > maxFileSize) {
         reason = tr("it is too large for a site file");
     } else if (auto configuration = fromJson(file.readAll(), &reason)) {
+        lookForFilesIn(QFileInfo(fileName).dir(), *configuration);
         return configuration;
     }
     fail(error, tr("The site file %1 cannot be used: %2.").arg(fileName, reason));
@@ -200,6 +229,15 @@ bool ZelkoConfiguration::SetListenAddress(const QString& address)
         return false;
     }
     m_listenAddress = address;
+    return true;
+}
+
+bool ZelkoConfiguration::SetTls(const TlsOptions& options)
+{
+    if (options.authorityFile.isEmpty() || options.keyFile.isEmpty()) {
+        return false;
+    }
+    m_tls = options;
     return true;
 }
 

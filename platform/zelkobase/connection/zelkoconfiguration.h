@@ -2,6 +2,7 @@
 
 #include <zelkobase/connection/linkcredentials.h>
 #include <zelkobase/connection/zelkobaseconnection_export.h>
+#include <zelkobase/orb/tlsoptions.h>
 
 #include <QString>
 #include <QStringList>
@@ -21,7 +22,8 @@ namespace ZelkoCommon {
 ///             { "name": "north", "host": "recorder-north", "port": 8004 },
 ///             { "name": "south", "host": "192.0.2.7", "service": "corbaname::192.0.2.1#south/recorder" }
 ///         ],
-///         "listen": "192.0.2.20"
+///         "listen": "192.0.2.20",
+///         "tls": { "authority": "site-ca.pem", "key": "console.pem" }
 ///     }
 ///
 /// A sub system may have a "user" for whom to act there, and a "password" too. Without the password the application is
@@ -34,6 +36,11 @@ namespace ZelkoCommon {
 /// recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
 /// application finds it out by itself: loopback while all recorder servers are on this machine, else the address that
 /// leads to them. It is needed where they are reached by more than one interface.
+///
+/// With "tls" the application talks through TLS and not otherwise, with all of the site's recorders. "authority" is a
+/// file with the certificates that those of the recorders are signed with, "key" one with the certificate and the
+/// private key of this machine, for recorders ask who calls; "keyPassword" is needed where the key is encrypted. Files
+/// are PEM and looked for in the folder of the site file.
 class ZELKOBASECONNECTION_EXPORT ZelkoConfiguration
 {
 public:
@@ -82,6 +89,12 @@ public:
     /// False, and no change, for a text that can be no address.
     bool SetListenAddress(const QString& address);
 
+    /// How to talk through TLS; nothing: without it.
+    const std::optional<TlsOptions>& Tls() const { return m_tls; }
+
+    /// False, and no change, when a file is missing.
+    bool SetTls(const TlsOptions& options);
+
     /// Path of a sub system on the value tree.
     static QString MakeRootPath(const QString& subSystem);
 
@@ -92,6 +105,7 @@ private:
     std::vector<SubSystem> m_subSystems;
     QString m_current;
     QString m_listenAddress;
+    std::optional<TlsOptions> m_tls;
 };
 
 } // namespace ZelkoCommon

@@ -66,6 +66,7 @@ void addTransport(OptionTable& table, const OrbOptions& options)
     }
     table.add("clientTransportRule", "* " + transport);
     table.add("serverTransportRule", "* " + transport);
+    table.add("resolveNamesForTransportRules", options.tls ? 0 : 1); // a certificate is compared with the name
     table.add("sslAcceptTimeOut", static_cast<long>(options.receiveTimeout.count()));
 }
 

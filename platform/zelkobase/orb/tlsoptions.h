@@ -14,7 +14,7 @@ struct TlsOptions
     QString keyFile;
 
     /// Of the private key; empty: it is not encrypted.
-    QString keyPassword;
+    QString keyPassword = {};
 
     /// Whether the certificate of who is called must be made out to the name or address under which he is called.
     bool checksHosts = true;

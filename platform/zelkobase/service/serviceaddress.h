@@ -26,4 +26,8 @@ struct ServiceAddress
 /// The reference of the service of a recorder that is reached by one of some addresses. They are tried in order.
 ZELKOBASESERVICE_EXPORT QString serviceReference(const QStringList& addresses, quint16 port);
 
+/// The same through TLS. There is one host, name or address, because the ORB takes no more in such a reference; it
+/// tries all addresses of a name.
+ZELKOBASESERVICE_EXPORT QString tlsServiceReference(const QString& host, quint16 port);
+
 } // namespace ZelkoCommon

@@ -32,10 +32,15 @@ QStringList reachableAddresses(const QString& host, std::chrono::milliseconds li
     return *addresses;
 }
 
-QString textOf(const ServiceAddress& address, std::chrono::milliseconds limit)
+// With TLS the recorder has to prove that it is the host of that name, so the ORB is given the name once it is known to
+// be one.
+QString textOf(const ServiceAddress& address, bool usesTls, std::chrono::milliseconds limit)
 {
-    return address.reference.isEmpty() ? serviceReference(reachableAddresses(address.host, limit), address.port)
-                                       : address.reference;
+    if (!address.reference.isEmpty()) {
+        return address.reference;
+    }
+    const QStringList addresses = reachableAddresses(address.host, limit);
+    return usesTls ? tlsServiceReference(address.host, address.port) : serviceReference(addresses, address.port);
 }
 
 CORBA::Object_ptr objectAt(const ServiceAddress& address, std::chrono::milliseconds limit)
@@ -47,7 +52,7 @@ CORBA::Object_ptr objectAt(const ServiceAddress& address, std::chrono::milliseco
     if (!orb) {
         fail(ServiceStatus::NotStarted);
     }
-    const QString text = textOf(address, limit);
+    const QString text = textOf(address, orb->usesTls(), limit);
     try {
         return orb->reference(text);
     } catch (const CORBA::BAD_PARAM&) { // no reference at all, or a name that the naming service does not have
