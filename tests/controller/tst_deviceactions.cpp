@@ -73,6 +73,7 @@ private Q_SLOTS:
     // Commands
     void aDeleteIsWrittenAndChangesNothingByItself();
     void theSameDeleteTwiceReachesTheDeviceTwice();
+    void aDeleteIsOfTheDeviceItBeganOn();
     void aResetIsWritten();
     void theListIsAskedForEachTime();
     void aRecordOfTheActiveDeviceIsAskedForOnTheTree_data();
@@ -96,6 +97,7 @@ private Q_SLOTS:
     void theFlagsOfAllAreTurned();
     void theFirstFlagThatFailsIsToldAndEndsIt();
     void anExceptionEndsAToggleWithATrace();
+    void theControllerMayGoWhileAFailureIsTold();
     void aDelayedFlagWaitsForItsRecord();
     void aDelayedFlagOfAKnownRecordIsSentAtOnce();
     void aFlagThatIsNotDelayedIsSentAtOnce();
@@ -190,6 +192,28 @@ void DeviceActionsTest::theSameDeleteTwiceReachesTheDeviceTwice()
     deleteSelected();
     deleteSelected();
     QCOMPARE(m_site->client->take(), (QStringList{u"DeleteRecordingList=D"_s, u"DeleteRecordingList=D"_s}));
+}
+
+// The other device is ready to take the command by the time of the answer.
+void DeviceActionsTest::aDeleteIsOfTheDeviceItBeganOn()
+{
+    DeviceBranch other(*m_site->data, u"D2"_s);
+    other.putAll();
+    other.setRecord(makeDeletable(u"D"_s, true));
+    m_controller->sl_selectedRecordsChanged({u"D"_s});
+    m_log->take();
+    const ModalAnswer yes([this](QWidget* box) {
+        m_controller->sl_activeDeviceChanged(u"D2"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+        m_site->client->take();
+        QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes), Qt::LeftButton);
+    });
+    trigger(IZelkoGUIController::UserActionDelete);
+    QVERIFY(yes.wasGiven());
+    QCOMPARE(m_controller->activeDevice(), u"D2"_s);
+    QCOMPARE(other.value<QString>("DeleteRecordingList")->GetValue(), QString());
+    QCOMPARE(m_site->client->take(), QStringList());
+    QCOMPARE(m_log->take().filter(u"action"_s), QStringList());
 }
 
 void DeviceActionsTest::aResetIsWritten()
@@ -417,6 +441,17 @@ void DeviceActionsTest::anExceptionEndsAToggleWithATrace()
     trigger(IZelkoGUIController::UserActionDeletable);
     QCOMPARE(traces.withSources(),
              QStringList{u"zelkoserverguicontroller: Exception in NewRecordList::toggleDeletable"_s});
+}
+
+void DeviceActionsTest::theControllerMayGoWhileAFailureIsTold()
+{
+    ErrorHandler::Instance()->SetMessageSink([this](const QString&) { m_controller.reset(); });
+    m_service->peer.setAnswer(u"setRecordDeletableFlag"_s, ZelkoCommon::statusCode(ServiceStatus::RecordBusy));
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    m_log->take();
+    m_controller->sl_toggleDeletable();
+    QVERIFY(!m_controller);
+    QCOMPARE(m_log->take().filter(u"action"_s), QStringList());
 }
 
 void DeviceActionsTest::aDelayedFlagWaitsForItsRecord()

@@ -72,6 +72,8 @@ struct BoxContent
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(ScriptedController&)>)
+
 class RecordActionTriggersTest : public QObject
 {
     Q_OBJECT
@@ -120,6 +122,9 @@ private Q_SLOTS:
     void aDeleteOfNothingDeletableDoesNotAsk();
     void theParentOfTheBoxMayGoWhileItIsOpen();
     void theControllerMayGoWhileTheBoxIsOpen();
+    void aDeleteIsOfWhatTheBoxWasOpenedFor_data();
+    void aDeleteIsOfWhatTheBoxWasOpenedFor();
+    void theControllerMayGoWhileAnOperationRuns_data() { addActions(); }
     void theControllerMayGoWhileAnOperationRuns();
     void theSignalNamesTheRecordsThatTheOperationRanOn();
 
@@ -382,15 +387,39 @@ void RecordActionTriggersTest::theControllerMayGoWhileTheBoxIsOpen()
     QVERIFY(!m_controller);
 }
 
+void RecordActionTriggersTest::aDeleteIsOfWhatTheBoxWasOpenedFor_data()
+{
+    using Change = std::function<void(ScriptedController&)>;
+    QTest::addColumn<Change>("change");
+    QTest::newRow("another device") << Change([](ScriptedController& controller) { controller.device = u"other"_s; });
+    QTest::newRow("the device of that name in another sub system")
+        << Change([](ScriptedController& controller) { controller.subSystem = u"south"_s; });
+    QTest::newRow("no device") << Change([](ScriptedController& controller) { controller.device.clear(); });
+    QTest::newRow("the same device without its connection") << Change(
+        [](ScriptedController& controller) { controller.available.setFlag(Controller::UserActionDelete, false); });
+}
+
+void RecordActionTriggersTest::aDeleteIsOfWhatTheBoxWasOpenedFor()
+{
+    QFETCH(const std::function<void(ScriptedController&)>, change);
+    m_controller->sl_selectedRecordsChanged({u"D"_s});
+    const BoxContent box = boxOfDelete([&](QMessageBox* shown) {
+        change(*m_controller);
+        click(shown, QMessageBox::Yes);
+    });
+    QCOMPARE(box.title, u"Delete Record"_s);
+    QCOMPARE(m_controller->take(), QStringList());
+}
+
 void RecordActionTriggersTest::theControllerMayGoWhileAnOperationRuns()
 {
+    QFETCH(const int, action);
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     QSignalSpy triggered(m_controller.get(), &Controller::si_userActionTriggered);
-    const QPointer<ScriptedController> controller = m_controller.get();
-    QTimer::singleShot(0, this, [this] { m_controller.reset(); });
-    m_controller->duringOperation = [&controller] { QTRY_VERIFY_WITH_TIMEOUT(!controller, 30'000); };
-    controller->sl_renameRecord();
-    QVERIFY(!controller);
+    m_controller->duringOperation = [this] { m_controller.reset(); };
+    const ModalAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
+    m_window->click(static_cast<Controller::enUserAction>(action));
+    QVERIFY(!m_controller);
     QCOMPARE(triggered.size(), 0);
 }
 

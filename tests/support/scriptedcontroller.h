@@ -29,6 +29,8 @@ public:
     UserActions available = allActions;
     bool resyncIsAvailable = true;
     bool skipsRights = false;
+    QString device = QStringLiteral("device");
+    QString subSystem = QStringLiteral("north");
     std::function<void()> duringOperation;                           ///< run in each operation
     std::function<void(enUserAction, const QStringList&)> whenAsked; ///< run in each question for availability
 
@@ -40,30 +42,30 @@ public:
     using IZelkoGUIController::transferScheduler;
 
     ZelkoCommon::AbstractRecordListModel* recordListModel() const override { return m_model; }
-    QString activeDevice() const override { return QStringLiteral("device"); }
-    QString activeSubsystem() const override { return QStringLiteral("north"); }
-    void sl_activeDeviceChanged(const QString& device, const QString& subSystem) override
+    QString activeDevice() const override { return device; }
+    QString activeSubsystem() const override { return subSystem; }
+    void sl_activeDeviceChanged(const QString& changedDevice, const QString& itsSubSystem) override
     {
-        note(QStringLiteral("device %1 in %2").arg(device, subSystem));
+        note(QStringLiteral("device %1 in %2").arg(changedDevice, itsSubSystem));
     }
-    void sl_copyRecord(QString id, quint64 start, quint64 stop, QString name, QString device) override
+    void sl_copyRecord(QString id, quint64 start, quint64 stop, QString name, QString source) override
     {
-        note(QStringLiteral("copy %1 %2-%3 %4 on '%5'").arg(id).arg(start).arg(stop).arg(name, device));
+        note(QStringLiteral("copy %1 %2-%3 %4 on '%5'").arg(id).arg(start).arg(stop).arg(name, source));
     }
     void sl_addHistoryEntry(QString, QString) override {}
     void sl_deleteHistoryEntry(QString, quint64) override {}
-    void sl_setBookmarkEntries(QString id, QVector<ZELKO_XML::BookmarkEntry> bookmarks, QString device) override
+    void sl_setBookmarkEntries(QString id, QVector<ZELKO_XML::BookmarkEntry> bookmarks, QString source) override
     {
-        note(QStringLiteral("%1 bookmarks of %2 on '%3'").arg(bookmarks.size()).arg(id, device));
+        note(QStringLiteral("%1 bookmarks of %2 on '%3'").arg(bookmarks.size()).arg(id, source));
     }
     void sl_setDeletableFlag(QString id, bool flag, bool delayed) override
     {
         note(QStringLiteral("flag %1 %2 delayed %3").arg(id).arg(flag).arg(delayed));
     }
     void sl_overviewSpectrumStreamed(QString id, qint64, qint64, uint, ulong, ZelkoDataTypes::eFFT_Window, QString,
-                                     uint, QString device) override
+                                     uint, QString source) override
     {
-        note(QStringLiteral("spectrum of %1 on '%2'").arg(id, device));
+        note(QStringLiteral("spectrum of %1 on '%2'").arg(id, source));
     }
     void sl_errorText(QString, QString) override {}
 
@@ -94,9 +96,9 @@ protected:
     bool isResynchRecordListAvailable() const override { return resyncIsAvailable; }
     void resynchRecordList() override { operate(QStringLiteral("resync list")); }
     bool isResynchRecordAvailable(const QString&, const QString&) const override { return resyncIsAvailable; }
-    void resynchRecord(const QString& id, const QString& device) override
+    void resynchRecord(const QString& id, const QString& source) override
     {
-        operate(QStringLiteral("resync %1 on '%2'").arg(id, device));
+        operate(QStringLiteral("resync %1 on '%2'").arg(id, source));
     }
     bool skipUserRightsForReset() const override { return skipsRights; }
 

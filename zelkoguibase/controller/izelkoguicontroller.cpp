@@ -315,18 +315,22 @@ bool IZelkoGUIController::isAnyNotDeletable(const QStringList& recordIDs) const
     });
 }
 
-// An operation may open a dialog, and much can happen while it is open: the signal names the records that the operation
-// ran on, and is left out if the controller is gone by then.
+// An operation may open a dialog or have a failure told, and much can happen meanwhile: the signal names the records
+// that the operation ran on, and is left out if the controller is gone by then.
+void IZelkoGUIController::runOn(const QStringList& recordIDs, enUserAction action,
+                                const std::function<void(const QStringList&)>& operation)
+{
+    const QPointer<IZelkoGUIController> self(this);
+    operation(recordIDs);
+    if (self) {
+        Q_EMIT si_userActionTriggered(recordIDs, action);
+    }
+}
+
 void IZelkoGUIController::run(bool isAllowed, Availability isAvailable, Operation operation, enUserAction action)
 {
-    const QStringList selected = d->selected;
-    if (!isOneSelected(isAvailable) || !isAllowed) {
-        return;
-    }
-    const QPointer<IZelkoGUIController> self(this);
-    (this->*operation)(selected.first());
-    if (self) {
-        Q_EMIT si_userActionTriggered(selected, action);
+    if (isOneSelected(isAvailable) && isAllowed) {
+        runOn(selectedRecords(), action, [=, this](const QStringList& ids) { (this->*operation)(ids.first()); });
     }
 }
 
@@ -373,8 +377,7 @@ void IZelkoGUIController::sl_downloadRecord()
     if (selected.isEmpty() || !isDownloadRecordAvailable(selected) || !UserRights::ArchivingAllowed()) {
         return;
     }
-    downloadRecord(selected);
-    Q_EMIT si_userActionTriggered(selected, UserActionDownload);
+    runOn(selected, UserActionDownload, [this](const QStringList& ids) { downloadRecord(ids); });
 }
 
 void IZelkoGUIController::sl_toggleDeletable()
@@ -383,8 +386,7 @@ void IZelkoGUIController::sl_toggleDeletable()
     if (selected.isEmpty() || !isToggleDeletableAvailable(selected)) {
         return;
     }
-    toggleDeletable(selected);
-    Q_EMIT si_userActionTriggered(selected, UserActionDeletable);
+    runOn(selected, UserActionDeletable, [this](const QStringList& ids) { toggleDeletable(ids); });
 }
 
 void IZelkoGUIController::sl_deleteRecord()
@@ -393,17 +395,24 @@ void IZelkoGUIController::sl_deleteRecord()
     if (deletable.isEmpty() || !isDeleteRecordAvailable(deletable)) {
         return;
     }
-    const QPointer<IZelkoGUIController> self(this);
-    if (!isDeleteConfirmed(deletable) || !self) {
-        return;
+    if (isDeleteConfirmed(deletable)) {
+        runOn(deletable, UserActionDelete, [this](const QStringList& ids) { deleteRecording(ids, QString()); });
     }
-    deleteRecording(deletable, QString());
-    Q_EMIT si_userActionTriggered(deletable, UserActionDelete);
+}
+
+// An ID counts on its device only, and the user has confirmed what was to be seen when the box opened: the delete of
+// one device must not reach another one that became the active one meanwhile, or one that is not there any more.
+bool IZelkoGUIController::isDeleteConfirmed(const QStringList& deletable)
+{
+    const QPointer<IZelkoGUIController> self(this);
+    const auto place = [this] { return QStringList{activeDevice(), activeDeviceID(), activeSubsystem()}; };
+    const QStringList before = place();
+    return isDeleteAnsweredByYes(deletable) && self && place() == before && isDeleteRecordAvailable(deletable);
 }
 
 // QMessageBox::warning, but for one thing: its box stands on the stack, where a dialog parent that goes while the box
 // is open would delete it a second time.
-bool IZelkoGUIController::isDeleteConfirmed(const QStringList& deletable)
+bool IZelkoGUIController::isDeleteAnsweredByYes(const QStringList& deletable)
 {
     const QString text = deletable.size() == 1 ? tr("Really delete record with ID\n'%1'?").arg(deletable.first())
                                                : tr("Do you really want to delete the SELECTED records?");

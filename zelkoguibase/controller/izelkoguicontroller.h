@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 class QAction;
@@ -39,7 +40,7 @@ class IZelkoGuiActionProvider;
 /// | deletable flag    | available, and `DeleteRecordsAllowed`                  | the same       |
 ///
 /// Without a selection no action is enabled. GUI thread only. No slot of this class's signals destroys the controller;
-/// whatever happens while one of its message boxes or dialogs is open may.
+/// whatever happens while one of its message boxes or dialogs is open, or while a failure is told to the user, may.
 class ZELKOGUIBASE_EXPORT IZelkoGUIController : public QObject
 {
     Q_OBJECT
@@ -122,6 +123,7 @@ public Q_SLOTS:
     virtual void sl_copyRecord(QString recordId, quint64 start, quint64 stop, QString recordName,
                                QString deviceID = QString()) = 0;
 
+    /// Adds a comment of the user's to the history of a record of the active device. Its moment is set there.
     virtual void sl_addHistoryEntry(QString recordID, QString entry) = 0;
 
     /// `timestamp` is that of the entry, microseconds since the epoch.
@@ -154,8 +156,9 @@ public Q_SLOTS:
     void sl_editRecording();
     void sl_spectrumOverview();
 
-    /// Leaves out what is not deletable, and asks before the rest is deleted; blocks as long as the user takes. The
-    /// right to delete is not asked for again.
+    /// Leaves out what is not deletable, and asks before the rest is deleted; blocks as long as the user takes. Nothing
+    /// is deleted or signalled if meanwhile another device became the active one, or the delete is not available any
+    /// more. The right to delete is not asked for again.
     void sl_deleteRecord();
 
     /// Here neither.
@@ -254,6 +257,9 @@ private:
     void setDeletableAction(QAction* action, const QStringList& recordIDs);
     bool isAnyNotDeletable(const QStringList& recordIDs) const;
     bool isDeleteConfirmed(const QStringList& deletable);
+    bool isDeleteAnsweredByYes(const QStringList& deletable);
+    void runOn(const QStringList& recordIDs, enUserAction action,
+               const std::function<void(const QStringList&)>& operation);
     void run(bool isAllowed, Availability isAvailable, Operation operation, enUserAction action);
 
     struct Private;
