@@ -267,8 +267,7 @@ ChannelReceiver::Listener Channel::receiverListener()
     };
     listener.dataCame = [this] {
         m_news.post([this] {
-            m_machine.dataCame();
-            if (m_duration.intervalAsDuration().count() > 0) {
+            if (m_machine.dataCame() && m_duration.intervalAsDuration().count() > 0) {
                 m_duration.start();
             }
         });
