@@ -226,7 +226,17 @@ ManagerCaller::Call Channel::callConnect()
     };
 }
 
+// The manager may be lost before the device is ready.
 void Channel::startFlow()
+{
+    m_devices.whenReady(m_device, this, [this] {
+        if (m_machine.state() == ChannelMachine::State::Starting) {
+            beginFlow();
+        }
+    });
+}
+
+void Channel::beginFlow()
 {
     QString error;
     if (!openReceiver(&error)) {

@@ -85,6 +85,7 @@ private Q_SLOTS:
     void refusesADeviceTwice();
     void refusesAFolderThatCannotBe();
     void showsTheRecordsOfItsStore();
+    void letsNobodyRecordBeforeItHasLookedAtItsStore();
     void showsARecordingGrowAndEnd();
     void recordsSourcesOneAfterTheOther();
     void passesOverASourceThatIsNone();
@@ -220,6 +221,23 @@ void TestServedDevice::showsTheRecordsOfItsStore()
     QCOMPARE(values().loadCount()->GetValue(), 2);
     QCOMPARE(values().ids(), (QStringList{id(1), id(2)}));
     QVERIFY(*values().record(id(2)) == finishedRecord(id(2)));
+}
+
+// What somebody began in an earlier run is gone by then: what is there later is of this run.
+void TestServedDevice::letsNobodyRecordBeforeItHasLookedAtItsStore()
+{
+    const QString leftover = plan().folder + QStringLiteral("/.new-R9");
+    QVERIFY(QDir().mkpath(leftover));
+    serve(plan());
+    ServedDevice& device = *m_recorder->device(QStringLiteral("D1"));
+    QStringList found;
+    const auto look = [&] { found << (QFileInfo::exists(leftover) ? "leftover" : "nothing"); };
+    device.whenReady(&device, look);
+    QVERIFY(found.isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(found, QStringList{"nothing"}, 30'000);
+    device.whenReady(&device, look);
+    QCOMPARE(found.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(found, QStringList({"nothing", "nothing"}), 30'000);
 }
 
 void TestServedDevice::showsARecordingGrowAndEnd()
