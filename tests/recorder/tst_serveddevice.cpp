@@ -1,6 +1,7 @@
 #include <recorder/served/servedrecorder.h>
 
 #include <filesizelimit.h>
+#include <loglines.h>
 #include <recordervalues.h>
 #include <storedrecord.h>
 
@@ -40,28 +41,6 @@ public:
 
 private:
     zelko::recordmap::RecordItemMap& m_map;
-};
-
-// Takes the log's lines of this thread while it lives.
-class LogLines
-{
-public:
-    LogLines()
-        : m_before(qInstallMessageHandler(take))
-    {
-        taken.clear();
-    }
-    ~LogLines() { qInstallMessageHandler(m_before); }
-    LogLines(const LogLines&) = delete;
-    LogLines& operator=(const LogLines&) = delete;
-
-    QStringList lines() const { return taken; }
-
-private:
-    static void take(QtMsgType, const QMessageLogContext&, const QString& text) { taken.append(text); }
-
-    static inline thread_local QStringList taken;
-    const QtMessageHandler m_before;
 };
 
 class InsertionLog : public ITreeListener
