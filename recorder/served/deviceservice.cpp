@@ -6,20 +6,9 @@
 #include <recorder/store/recordid.h>
 #include <recorder/store/storedfiles.h>
 
-#include <atomic>
-
 namespace ZelkoRecorder {
 
 using Kind = RecordUses::Kind;
-
-// Makes copies one after the other; gives up the one under way when it ends.
-struct DeviceService::Copier
-{
-    ~Copier() { ending = true; }
-
-    std::atomic<bool> ending = false;
-    JobThread thread; // goes first, but is told before
-};
 
 DeviceService::DeviceService(const Parts& parts, Listing listing)
     : m_store(parts.store)
@@ -29,10 +18,18 @@ DeviceService::DeviceService(const Parts& parts, Listing listing)
     , m_replays(parts.replays)
     , m_clock(parts.clock)
     , m_listing(std::move(listing))
-    , m_copier(std::make_unique<Copier>())
 {}
 
-DeviceService::~DeviceService() = default;
+// The copy under way is given up, and the thread that makes it goes before what it works on.
+DeviceService::~DeviceService()
+{
+    beginEnding();
+}
+
+void DeviceService::beginEnding()
+{
+    m_ending = true;
+}
 
 RecordPointers DeviceService::records() const
 {
@@ -55,7 +52,7 @@ StoreStatus DeviceService::askWorker(const QString& recordID, const Ask& ask)
     auto promise = std::make_shared<std::promise<StoreStatus>>();
     std::future<StoreStatus> answer = promise->get_future();
     ask([promise = std::move(promise)](StoreStatus status) { promise->set_value(status); });
-    return resultOr(answer, StoreStatus::Ending);
+    return resultOr(answer, StoreStatus::Ending, m_ending);
 }
 
 // While it is being recorded the record belongs to the recording. If that has just ended it is the worker's turn again;
@@ -135,15 +132,15 @@ StoreStatus DeviceService::copy(const QString& recordID, const RecordRanges& ran
         return copy->status();
     }
     const QString copyID = copy->recordID();
-    const StoreStatus status = awaitResult([this](auto job) { m_copier->thread.enqueue(std::move(job)); },
-                                           [this, copy, use] { return runCopy(*copy); }, StoreStatus::Ending);
+    const StoreStatus status = awaitResult([this](auto job) { m_copier.enqueue(std::move(job)); },
+                                           [this, copy, use] { return runCopy(*copy); }, StoreStatus::Ending, m_ending);
     *newID = status == StoreStatus::Done ? copyID : QString();
     return status;
 }
 
 StoreStatus DeviceService::runCopy(RecordCopy& copy)
 {
-    const StoreStatus status = copy.run([this](quint64) { return !m_copier->ending; });
+    const StoreStatus status = copy.run([this](quint64) { return !m_ending; });
     if (status == StoreStatus::Done) {
         m_worker.add(copy.record());
     }

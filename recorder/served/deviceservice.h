@@ -1,12 +1,13 @@
 #pragma once
 
+#include <recorder/served/jobthread.h>
 #include <recorder/served/replays.h>
 #include <recorder/store/deviceclock.h>
 #include <recorder/store/recordcopy.h>
 #include <recorder/store/recordedits.h>
 
+#include <atomic>
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace ZelkoRecorder {
@@ -41,6 +42,10 @@ public:
 
     DeviceService(const Parts& parts, Listing listing);
     ~DeviceService();
+
+    /// From here on no call waits any more: those that do return soon, with `Ending`, and the copy under way is given
+    /// up. Any thread.
+    void beginEnding();
 
     /// @name Records
     /// @{
@@ -88,8 +93,6 @@ public:
     RecordUses& uses() { return m_uses; }
 
 private:
-    struct Copier;
-
     template <typename Ask>
     StoreStatus askWorker(const QString& recordID, const Ask& ask);
     StoreStatus edit(const QString& recordID, const RecordEdit& edit);
@@ -103,7 +106,8 @@ private:
     Replays& m_replays;
     DeviceClock& m_clock;
     const Listing m_listing;
-    const std::unique_ptr<Copier> m_copier;
+    std::atomic<bool> m_ending = false;
+    JobThread m_copier; // makes copies one after the other; goes first
 };
 
 } // namespace ZelkoRecorder

@@ -56,6 +56,7 @@ struct ServedDevice::Private final : public IObserver
     const ServedBranch branch;
     zelko::recordmap::RecordItemMap& records;
     QSet<QString> beingRecorded;
+    bool isReady = false; // for records to be born
 
     // A recording that somebody else makes.
     struct Foreign
@@ -121,6 +122,7 @@ void ServedDevice::Private::connectWorker()
     connect(&worker, &StoreWorker::counted, &worker, [this](int count) {
         qCInfo(recorderLog).noquote() << device << ": loading" << count << "records";
         branch.loadCount->SetValue(count, nullptr);
+        isReady = true;
         recordings.start();
     });
     connect(&worker, &StoreWorker::recordsRead, &worker, [this](const RecordPointers& read) { takeFromDisk(read); });
@@ -262,6 +264,17 @@ ServedDevice::~ServedDevice() = default;
 DeviceService& ServedDevice::service()
 {
     return d->service;
+}
+
+void ServedDevice::whenReady(QObject* context, std::function<void()> ready)
+{
+    if (d->isReady) {
+        QMetaObject::invokeMethod(context, std::move(ready), Qt::QueuedConnection);
+    } else {
+        connect(
+            &d->worker, &StoreWorker::counted, context, [ready = std::move(ready)] { ready(); },
+            Qt::SingleShotConnection);
+    }
 }
 
 void ServedDevice::beginForeignRecording(const QString& recordID, std::function<void()> stop)

@@ -51,6 +51,9 @@ public:
 
     /// @name A record that somebody else makes in the device's store, in this order
     /// @{
+    /// Calls `ready` once the load has looked at what earlier runs left behind: it would take a record that is born
+    /// before for one of theirs. Never before this has returned, and not if `context` is gone by then.
+    void whenReady(QObject* context, std::function<void()> ready);
     /// It is about to be born; nothing of it is on disk yet. `stop` is called when a client wants it at rest.
     void beginForeignRecording(const QString& recordID, std::function<void()> stop);
     /// A durable state of it.

@@ -95,7 +95,9 @@ void StoreWorker::putToRest(const QString& recordID)
         if (record->GetRecordStatus() != ZELKO_RecordData::RecordStatus::Finished) {
             record->SetRecordStatus(ZELKO_RecordData::RecordStatus::Finished);
             record->SetFinished(true);
-            m_store.save(*record);
+            if (!m_store.save(*record)) {
+                qCWarning(recorderLog).noquote() << "cannot put" << recordID << "to rest: the disk refuses";
+            }
         }
         readSlices({recordID});
     });

@@ -23,14 +23,20 @@ CallGate::Pass::~Pass()
     m_gate.leave();
 }
 
-void CallGate::close(const std::function<void()>& meanwhile, std::chrono::milliseconds patience)
+// Whoever is inside works on what goes when this has returned, so there is no end to this patience.
+void CallGate::close(const std::function<void()>& meanwhile, const std::function<void()>& giveUp,
+                     std::chrono::milliseconds patience)
 {
     const auto end = std::chrono::steady_clock::now() + patience;
+    bool hasGivenUp = false;
     std::unique_lock lock(m_mutex);
     m_closed = true;
-    while (!m_left.wait_for(lock, pauseOfWaiting, [this] { return m_inside == 0; }) &&
-           std::chrono::steady_clock::now() < end) {
+    while (!m_left.wait_for(lock, pauseOfWaiting, [this] { return m_inside == 0; })) {
         lock.unlock();
+        if (!hasGivenUp && std::chrono::steady_clock::now() >= end) {
+            hasGivenUp = true;
+            giveUp();
+        }
         meanwhile();
         lock.lock();
     }

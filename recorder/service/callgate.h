@@ -25,10 +25,11 @@ public:
         CallGate& m_gate;
     };
 
-    /// From here on nobody gets in. Returns when nobody is inside any more, but after `patience` in any case: whoever
-    /// is still inside then waits there for something that ends with the recorder. Calls `meanwhile` again and again,
-    /// for those inside may wait for the thread that closes.
-    void close(const std::function<void()>& meanwhile, std::chrono::milliseconds patience = std::chrono::seconds(2));
+    /// From here on nobody gets in. Returns when nobody is inside any more. Calls `meanwhile` again and again, for
+    /// those inside may wait for the thread that closes, and `giveUp` once if somebody is still inside after
+    /// `patience`: that is to end whatever they wait for.
+    void close(const std::function<void()>& meanwhile, const std::function<void()>& giveUp,
+               std::chrono::milliseconds patience = std::chrono::seconds(2));
 
 private:
     bool enter();

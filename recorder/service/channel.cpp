@@ -226,7 +226,17 @@ ManagerCaller::Call Channel::callConnect()
     };
 }
 
+// The manager may be lost before the device is ready.
 void Channel::startFlow()
+{
+    m_devices.whenReady(m_device, this, [this] {
+        if (m_machine.state() == ChannelMachine::State::Starting) {
+            beginFlow();
+        }
+    });
+}
+
+void Channel::beginFlow()
 {
     QString error;
     if (!openReceiver(&error)) {
@@ -267,8 +277,7 @@ ChannelReceiver::Listener Channel::receiverListener()
     };
     listener.dataCame = [this] {
         m_news.post([this] {
-            m_machine.dataCame();
-            if (m_duration.intervalAsDuration().count() > 0) {
+            if (m_machine.dataCame() && m_duration.intervalAsDuration().count() > 0) {
                 m_duration.start();
             }
         });

@@ -95,6 +95,7 @@ private:
     void ended() override;
 
     ManagerCaller::Call callConnect();
+    void beginFlow();
     bool openReceiver(QString* error);
     ChannelReceiver::Listener receiverListener();
     ZELKO_XML::ZELKO_RecordData birth() const;

@@ -19,6 +19,10 @@ public:
 
     virtual DeviceStore store(const QString& device) const = 0;
 
+    /// Calls `ready` once records may be born in the device's store, but not before this has returned, and not if
+    /// `context` is gone by then.
+    virtual void whenReady(const QString& device, QObject* context, std::function<void()> ready) = 0;
+
     /// @name What happens to a record that a channel makes, in this order
     /// @{
     /// It is about to be born; nothing of it is on disk yet. `stop` is called when somebody wants the recording ended.

@@ -105,12 +105,14 @@ void ChannelMachine::flowStarted(bool done, const QString& why)
     }
 }
 
-void ChannelMachine::dataCame()
+bool ChannelMachine::dataCame()
 {
-    if ((m_state == State::Starting || m_state == State::Recording) && !m_dataCame) {
+    const bool isFirst = (m_state == State::Starting || m_state == State::Recording) && !m_dataCame;
+    if (isFirst) {
         m_dataCame = true;
         m_work.tellStarted();
     }
+    return isFirst;
 }
 
 void ChannelMachine::dataEnded()

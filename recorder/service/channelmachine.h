@@ -75,7 +75,7 @@ public:
     void asked(bool available, const QString& why);
     void connected(bool done, const QString& why);
     void flowStarted(bool done, const QString& why);
-    void dataCame();
+    bool dataCame();                      ///< false if it means nothing: not the first, or the recording is ending
     void dataEnded();                     ///< the source itself has stopped
     void diskRefused(const QString& why); ///< nothing more can be recorded
     void timeIsOver();                    ///< the recording has its length

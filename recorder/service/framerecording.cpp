@@ -1,6 +1,7 @@
 #include <recorder/service/framerecording.h>
 
 #include <recorder/store/dataratetable.h>
+#include <recorder/store/recorderlog.h>
 #include <recorder/store/recordid.h>
 #include <recorder/store/recordtimeline.h>
 #include <recorder/store/thinindex.h>
@@ -8,16 +9,18 @@
 #include <QDateTime>
 
 #include <algorithm>
+#include <utility>
 
 namespace ZelkoRecorder {
 
+using Place = FrameSequence::Place;
 using ZELKO_XML::ZELKO_RecordData;
 
 namespace {
 
 constexpr quint64 microsecondsPerSecond = 1'000'000;
+constexpr quint64 longestEntryInterval = 86'400 * microsecondsPerSecond;
 constexpr std::chrono::milliseconds stepInterval{250};
-constexpr int maximumIndexEntries = 1024;
 
 bool isSameTuning(const ChannelFrame& a, const ChannelFrame& b)
 {
@@ -34,24 +37,27 @@ FrameRecording::FrameRecording(const DeviceStore& store, const ZELKO_RecordData&
     , m_listener(std::move(listener))
     , m_bytesPerSample(bytesPerSample(birth.GetDataFormat()))
     , m_entryInterval(microsecondsPerSecond)
+    , m_changeInterval(shortestChangeInterval)
 {}
 
 FrameRecording::~FrameRecording() = default;
 
+// Part of a sample would shift all that are behind it.
 bool FrameRecording::take(const ChannelFrame& frame, std::string_view samples, QString* error)
 {
     if (samples.empty()) {
         return true;
     }
-    if (!m_writer) {
-        if (!begin(frame, error)) {
-            return false;
-        }
-    } else if (!isNext(frame)) {
+    const bool isWhole = samples.size() % m_bytesPerSample == 0;
+    const Place place = isWhole ? m_sequence.place(frame, endOf(frame)) : Place::Refused;
+    if (place == Place::Refused) {
         ++m_refused;
         return true;
-    } else {
-        noteIndexEntry(frame);
+    }
+    if (m_writer) {
+        noteIndexEntry(frame, place == Place::BehindGap);
+    } else if (!begin(frame, error)) {
+        return false;
     }
     const bool written = m_writer->append(samples.data(), static_cast<qint64>(samples.size()));
     if (written) {
@@ -83,35 +89,42 @@ bool FrameRecording::begin(const ChannelFrame& frame, QString* error)
     }
     m_lastStep = Clock::now();
     appendEntry(frame.time);
+    planEntries(frame.time);
     tell();
     return true;
 }
 
-// Numbers count on beyond their end; a distance of more than half of them is a step back.
-bool FrameRecording::isNext(const ChannelFrame& frame)
+// An entry at each interval, and where what follows does not go on as before. Changes that come too fast for an entry
+// each wait for the next one.
+void FrameRecording::noteIndexEntry(const ChannelFrame& frame, bool isGap)
 {
-    const quint32 distance = frame.number - m_last.number;
-    if (distance == 0 || distance > 0x80000000U || frame.time < m_last.time) {
-        return false;
+    if (frame.time < m_last.time) {
+        m_nextChange = 0;
     }
-    m_lost += distance - 1;
-    return true;
-}
-
-// An entry at each second, and where what follows does not go on as before.
-void FrameRecording::noteIndexEntry(const ChannelFrame& frame)
-{
-    const bool isGap = frame.number - m_last.number != 1;
-    const bool isNewTuning = !isSameTuning(frame, m_last);
+    m_changeWaits = m_changeWaits || isGap || !isSameTuning(frame, m_last);
+    if (m_changeWaits && frame.time < m_nextChange) {
+        tellOfFolding();
+        return;
+    }
     if (isGap && m_end < frame.time) {
         appendEntry(m_end);
     }
-    if (isGap || isNewTuning || frame.time >= m_nextEntry) {
+    if (m_changeWaits || frame.time >= m_nextEntry) {
         m_last = frame;
         appendEntry(frame.time);
+        keepIndexSmall();
+        planEntries(frame.time);
     }
 }
 
+void FrameRecording::planEntries(quint64 time)
+{
+    m_changeWaits = false;
+    m_nextEntry = time + m_entryInterval;
+    m_nextChange = time + m_changeInterval;
+}
+
+// The entry of a step only counts what was recorded until then: the next one does that as well.
 void FrameRecording::appendEntry(quint64 time)
 {
     auto& index = m_writer->record().GetIndexEntry();
@@ -121,11 +134,34 @@ void FrameRecording::appendEntry(quint64 time)
     entry.SetTunerFrequency(m_last.centreFrequency);
     entry.SetSampleRate(m_last.sampleRate);
     entry.SetBandwidth(m_last.bandwidth);
-    index.append(entry);
-    if (index.size() > maximumIndexEntries && thinIndex(index)) {
-        m_entryInterval *= 2;
+    if (std::exchange(m_lastIsOfStep, false)) {
+        index.removeLast();
     }
-    m_nextEntry = time + m_entryInterval;
+    index.append(entry);
+}
+
+// A source that changes all the time leaves nothing to thin out: then changes are left out as well.
+void FrameRecording::keepIndexSmall()
+{
+    auto& index = m_writer->record().GetIndexEntry();
+    if (index.size() <= maximumIndexEntries) {
+        return;
+    }
+    thinIndex(index);
+    m_entryInterval = std::min(m_entryInterval * 2, longestEntryInterval);
+    if (index.size() > maximumIndexEntries * 3 / 4) {
+        halveIndex(index);
+        m_changeInterval = std::min(m_changeInterval * 2, m_entryInterval);
+        tellOfFolding();
+    }
+}
+
+void FrameRecording::tellOfFolding()
+{
+    if (!std::exchange(m_hasToldOfFolding, true)) {
+        qCWarning(recorderLog).noquote() << "record" << m_birth.GetRecordID()
+                                         << ": its source changes too fast, not all changes are in the index";
+    }
 }
 
 bool FrameRecording::stepIfDue()
@@ -136,6 +172,7 @@ bool FrameRecording::stepIfDue()
     }
     m_lastStep = now;
     appendEntry(m_end);
+    m_lastIsOfStep = true;
     if (!m_writer->step()) {
         return false;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <recorder/service/channelframe.h>
+#include <recorder/service/framesequence.h>
 #include <recorder/store/devicestore.h>
 #include <recorder/store/recordwriter.h>
 
@@ -28,9 +28,15 @@ public:
                    Listener listener);
     ~FrameRecording();
 
-    /// Writes the frame's samples behind those before. A frame that is older than the one before, in number or in time,
-    /// is left out; one behind a gap begins a new entry of the index. False, and a text for people in `error`, if the
-    /// disk refuses.
+    /// At least between two index entries of what changes, in microseconds of the signal; more when they become many.
+    static constexpr quint64 shortestChangeInterval = 50'000;
+
+    /// With more entries than this the index is thinned out.
+    static constexpr int maximumIndexEntries = 1024;
+
+    /// Writes the frame's samples behind those before. A frame that does not follow, as FrameSequence says, or that
+    /// ends within a sample is left out; one behind a gap begins a new entry of the index. False, and a text for people
+    /// in `error`, if the disk refuses.
     bool take(const ChannelFrame& frame, std::string_view samples, QString* error);
 
     /// Closes the record, durably. False if the disk does not take it: then the record is shown as damaged.
@@ -40,16 +46,18 @@ public:
     QString recordID() const;
 
     /// Frames that never came, as their numbers tell, and frames that were left out.
-    quint64 lostFrames() const { return m_lost; }
+    quint64 lostFrames() const { return m_sequence.lostFrames(); }
     quint64 refusedFrames() const { return m_refused; }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     bool begin(const ChannelFrame& frame, QString* error);
-    bool isNext(const ChannelFrame& frame);
-    void noteIndexEntry(const ChannelFrame& frame);
+    void noteIndexEntry(const ChannelFrame& frame, bool isGap);
+    void planEntries(quint64 time);
     void appendEntry(quint64 time);
+    void keepIndexSmall();
+    void tellOfFolding();
     bool stepIfDue();
     void tell();
     quint64 endOf(const ChannelFrame& frame) const;
@@ -60,13 +68,18 @@ private:
     const Listener m_listener;
     const quint64 m_bytesPerSample;
     std::unique_ptr<RecordWriter> m_writer;
+    FrameSequence m_sequence;
     ChannelFrame m_last;
     quint64 m_end = 0;  // time behind the last sample
     quint64 m_size = 0; // bytes so far
     quint64 m_nextEntry = 0;
+    quint64 m_nextChange = 0;
     quint64 m_entryInterval;
+    quint64 m_changeInterval;
+    bool m_changeWaits = false;  // for its entry
+    bool m_lastIsOfStep = false; // the last entry
+    bool m_hasToldOfFolding = false;
     Clock::time_point m_lastStep;
-    quint64 m_lost = 0;
     quint64 m_refused = 0;
 };
 

@@ -18,6 +18,11 @@ DeviceStore ServedChannelDevices::store(const QString& device) const
     return m_recorder.service(device)->store();
 }
 
+void ServedChannelDevices::whenReady(const QString& device, QObject* context, std::function<void()> ready)
+{
+    m_recorder.device(device)->whenReady(context, std::move(ready));
+}
+
 void ServedChannelDevices::recordBegins(const QString& device, const QString& recordID, std::function<void()> stop)
 {
     m_recorder.device(device)->beginForeignRecording(recordID, std::move(stop));

@@ -16,6 +16,7 @@ public:
 
     QStringList devices() const override;
     DeviceStore store(const QString& device) const override;
+    void whenReady(const QString& device, QObject* context, std::function<void()> ready) override;
     void recordBegins(const QString& device, const QString& recordID, std::function<void()> stop) override;
     void recordChanged(const QString& device, const RecordPointer& record) override;
     void recordEnded(const QString& device, const QString& recordID) override;

@@ -20,6 +20,11 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
     , m_errands(std::make_shared<Errands>([this] { m_wakeUp.call(); }, options.patience))
     , m_wakeUp([this] { m_errands->run(); })
     , m_overviews(std::make_shared<OverviewDesk>(options.overviews))
+    , m_endServices([devices = recorder.devices, services = recorder.services] {
+        for (const QString& device : devices) {
+            services(device)->beginEnding();
+        }
+    })
     , m_channels(
           recorder.channelDevices, options.channels, [this](const QString& id) { publishChannel(id); },
           [this](const QString& id) { withdraw(channelKey(id.toStdString())); })
@@ -38,7 +43,11 @@ ServiceHost::~ServiceHost()
     for (const char* const key : {entryKey, adminKey, replayKey}) {
         withdraw(key);
     }
-    m_gate->close([] { QCoreApplication::processEvents(); });
+    m_gate->close([] { QCoreApplication::processEvents(); },
+                  [this] {
+                      m_errands->close();
+                      m_endServices();
+                  });
     m_overviews->close();
     m_errands->close();
 }

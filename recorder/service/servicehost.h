@@ -76,6 +76,7 @@ private:
     const std::shared_ptr<Errands> m_errands;
     ZelkoCommon::WakeUp m_wakeUp;
     const std::shared_ptr<OverviewDesk> m_overviews;
+    const std::function<void()> m_endServices;
     ChannelRegistry m_channels;
 };
 

@@ -68,9 +68,15 @@ RecordPointer readMetaData(const QDir& folder, QString* error)
 
 } // namespace
 
-DeviceStore::DeviceStore(const QString& folder)
+DeviceStore::DeviceStore(const QString& folder, Sync sync)
     : m_folder(QDir(folder).absolutePath())
+    , m_sync(sync)
 {}
+
+bool DeviceStore::syncFolder(const QString& folder)
+{
+    return REPORTGENERATOR::syncFolder(folder);
+}
 
 QString DeviceStore::recordFolder(const QString& recordID) const
 {
@@ -155,7 +161,8 @@ bool DeviceStore::save(const ZELKO_RecordData& record) const
     return saveMetaData(recordFolder(record.GetRecordID()), record);
 }
 
-// A record goes by taking its name away, which is one step for the disk; only then its files are removed.
+// A record goes by taking its name away, which is one step for the disk; only then its files are removed. What the disk
+// may bring back gets its name again.
 QStringList DeviceStore::remove(const QStringList& recordIDs) const
 {
     QStringList gone;
@@ -164,13 +171,26 @@ QStringList DeviceStore::remove(const QStringList& recordIDs) const
             gone.append(id);
         }
     }
-    if (!gone.isEmpty() && !REPORTGENERATOR::syncFolder(m_folder)) {
-        qCWarning(recorderLog).noquote() << "deletions in" << m_folder << "are not durable yet";
+    if (!gone.isEmpty() && !m_sync(m_folder)) {
+        qCWarning(recorderLog).noquote() << "cannot delete from" << m_folder << ": the disk refuses";
+        return restore(gone);
     }
     for (const QString& id : gone) {
         QDir(tombstone(id)).removeRecursively();
     }
     return gone;
+}
+
+// Gives those that cannot be restored: without a name they are gone.
+QStringList DeviceStore::restore(const QStringList& recordIDs) const
+{
+    QStringList lost;
+    for (const QString& id : recordIDs) {
+        if (!QDir().rename(tombstone(id), recordFolder(id))) {
+            lost.append(id);
+        }
+    }
+    return lost;
 }
 
 bool DeviceStore::publish(const QString& recordID) const

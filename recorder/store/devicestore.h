@@ -15,7 +15,11 @@ namespace ZelkoRecorder {
 class DeviceStore
 {
 public:
-    explicit DeviceStore(const QString& folder);
+    /// Makes the names in a folder durable; false if the disk refuses.
+    using Sync = bool (*)(const QString& folder);
+
+    /// `sync` takes care of deletions.
+    explicit DeviceStore(const QString& folder, Sync sync = syncFolder);
 
     const QString& folder() const { return m_folder; }
     QString recordFolder(const QString& recordID) const;
@@ -41,7 +45,7 @@ public:
     bool save(const ZELKO_XML::ZELKO_RecordData& record) const;
 
     /// Removes records with all their files. When it returns those in the result are gone for good, whatever happens to
-    /// the machine; the others are untouched.
+    /// the machine; the others are there.
     QStringList remove(const QStringList& recordIDs) const;
 
     /// Whether the record may be deleted as a client asks: it is marked so, and at rest.
@@ -55,9 +59,12 @@ public:
     bool publish(const QString& recordID) const;
 
 private:
+    static bool syncFolder(const QString& folder);
     QString tombstone(const QString& recordID) const;
+    QStringList restore(const QStringList& recordIDs) const;
 
     const QString m_folder;
+    const Sync m_sync;
 };
 
 } // namespace ZelkoRecorder

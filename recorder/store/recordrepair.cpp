@@ -34,8 +34,10 @@ bool isUnfinished(const ZELKO_RecordData& record)
            (record.IsFinishedSet() && !record.GetFinished());
 }
 
+// Whoever records protects the record until its end; whatever else is unfinished somebody has put there as it is.
 void closeAtLastIndexEntry(ZELKO_RecordData& record)
 {
+    const bool isProtectedByRecording = record.GetRecordStatus() == Status::Recording;
     const auto& index = std::as_const(record).GetIndexEntry();
     const quint64 size = index.isEmpty() ? 0 : index.constLast().GetRecordOffset();
     record.SetSize(size);
@@ -43,7 +45,7 @@ void closeAtLastIndexEntry(ZELKO_RecordData& record)
     record.SetStopTime(index.isEmpty() ? record.GetStartTime() : index.constLast().GetTimestamp());
     record.SetRecordStatus(Status::Finished);
     record.SetFinished(true);
-    record.SetDeletable(true);
+    record.SetDeletable(isProtectedByRecording || record.GetDeletable());
 }
 
 bool repairRecord(const QString& folder, ZELKO_RecordData& record, QString* error)

@@ -34,4 +34,16 @@ bool thinIndex(QVector<IndexEntry>& index)
     return thinner;
 }
 
+void halveIndex(QVector<IndexEntry>& index)
+{
+    QVector<IndexEntry> kept;
+    kept.reserve(index.size() / 2 + 1);
+    for (qsizetype i = 0; i < index.size(); ++i) {
+        if (i % 2 == 0 || i + 1 == index.size()) {
+            kept.append(index.at(i));
+        }
+    }
+    index = std::move(kept);
+}
+
 } // namespace ZelkoRecorder

@@ -10,4 +10,7 @@ namespace ZelkoRecorder {
 /// entry went.
 bool thinIndex(QVector<ZELKO_XML::IndexEntry>& index);
 
+/// Takes out every second entry, whatever it says, but neither the first nor the last.
+void halveIndex(QVector<ZELKO_XML::IndexEntry>& index);
+
 } // namespace ZelkoRecorder

@@ -14,6 +14,7 @@ class TestAwaitResult : public QObject
 private Q_SLOTS:
     void givesTheResultOfAnotherThread();
     void givesTheOtherResultWhenTheJobIsForgotten();
+    void givesTheOtherResultWhenItIsToEnd();
 };
 
 void TestAwaitResult::givesTheResultOfAnotherThread()
@@ -34,6 +35,23 @@ void TestAwaitResult::givesTheResultOfAnotherThread()
 void TestAwaitResult::givesTheOtherResultWhenTheJobIsForgotten()
 {
     QCOMPARE(awaitResult([](const std::function<void()>&) {}, [] { return 42; }, 7), 7);
+}
+
+// The job is neither run nor forgotten: it may wait for the very thread that wants an end.
+void TestAwaitResult::givesTheOtherResultWhenItIsToEnd()
+{
+    std::function<void()> kept;
+    std::atomic<bool> ending = false;
+    std::thread other;
+    const auto keep = [&](const std::function<void()>& job) {
+        kept = job;
+        other = std::thread([&ending] { ending = true; });
+    };
+    QCOMPARE(awaitResult(
+                 keep, [] { return 42; }, 7, ending),
+             7);
+    other.join();
+    kept(); // harms nobody
 }
 
 QTEST_GUILESS_MAIN(TestAwaitResult)

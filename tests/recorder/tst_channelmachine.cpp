@@ -42,6 +42,7 @@ private Q_SLOTS:
     void goesItsWay_data();
     void goesItsWay();
     void allowsOnlyWhatItsStateAllows();
+    void tellsWhetherDataCount();
 
 private:
     static void happen(ChannelMachine& machine, const QString& what);
@@ -161,6 +162,25 @@ void TestChannelMachine::allowsOnlyWhatItsStateAllows()
     QVERIFY(machine.remove());
     QVERIFY(!machine.start());
     QVERIFY(!machine.remove());
+}
+
+// Data that come while the record is being closed are no beginning from which to count.
+void TestChannelMachine::tellsWhetherDataCount()
+{
+    WorkLog done;
+    ChannelMachine machine(done);
+    machine.start();
+    machine.asked(true, {});
+    machine.connected(true, {});
+    QVERIFY(machine.dataCame());
+    QVERIFY(!machine.dataCame());
+    machine.flowStarted(true, {});
+    machine.stop();
+    machine.flowStopped();
+    machine.recordClosed();
+    QVERIFY(!machine.dataCame());
+    machine.start();
+    QVERIFY(!machine.dataCame());
 }
 
 QTEST_GUILESS_MAIN(TestChannelMachine)

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void savesMetaData();
     void removesRecordsWithAllFiles();
     void removesOnlyWhatIsThere();
+    void keepsWhatTheDiskDoesNotLetGo();
     void clearsAwayInterruptedBirthsAndDeletions();
     void removesWhatInterruptedSavesLeftOfARecordAtRest();
     void publishesWhatIsNotThereYet();
@@ -219,6 +220,17 @@ void TestDeviceStore::removesOnlyWhatIsThere()
     QCOMPARE(store.remove({QStringLiteral("missing"), QStringLiteral("../other"), QString(), QStringLiteral(".")}),
              QStringList());
     QVERIFY(QDir(folder.filePath(QStringLiteral("other"))).exists());
+}
+
+void TestDeviceStore::keepsWhatTheDiskDoesNotLetGo()
+{
+    const QTemporaryDir folder;
+    QVERIFY(storeRecord(folder.path(), finishedRecord(QStringLiteral("R1")), 4000));
+    const auto before = contentOf(folder.path());
+    const DeviceStore refusing(folder.path(), [](const QString&) { return false; });
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot delete .*the disk refuses")));
+    QCOMPARE(refusing.remove({QStringLiteral("R1")}), QStringList());
+    QCOMPARE(contentOf(folder.path()), before);
 }
 
 void TestDeviceStore::clearsAwayInterruptedBirthsAndDeletions()

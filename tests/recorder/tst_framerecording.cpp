@@ -1,6 +1,7 @@
 #include <recorder/service/framerecording.h>
 
 #include <frames.h>
+#include <loglines.h>
 #include <storedrecord.h>
 
 #include <QTemporaryDir>
@@ -24,6 +25,14 @@ private Q_SLOTS:
     void countsOnBeyondTheLargestNumber();
     void endsWhereItsSamplesEnd();
     void takesTheDataRateFromTheFrames();
+    void keepsItsIndexSmallWhateverChanges_data();
+    void keepsItsIndexSmallWhateverChanges();
+    void notesAChangeThatStays();
+    void leavesOutPartsOfSamples();
+    void isNotLedAstrayByOneFrame_data();
+    void isNotLedAstrayByOneFrame();
+    void followsASourceThatBeginsAnew_data();
+    void followsASourceThatBeginsAnew();
     void refusesWhatTheDiskRefuses();
 
 private:
@@ -154,6 +163,117 @@ void TestFrameRecording::takesTheDataRateFromTheFrames()
 {
     QVERIFY(take(frameOf(0)));
     QCOMPARE(finished()->GetDataRate(), ZELKO_RecordData::DataRate::UpTo16kB);
+}
+
+void TestFrameRecording::keepsItsIndexSmallWhateverChanges_data()
+{
+    QTest::addColumn<quint32>("bytes");
+    QTest::addColumn<quint32>("step");
+    QTest::addColumn<quint64>("retuned");
+    QTest::addColumn<bool>("told");
+    QTest::newRow("another frequency with each frame of a millisecond") << 4U << 1U << quint64{1} << true;
+    QTest::newRow("another frequency each second") << 4000U << 1U << quint64{1} << true;
+    QTest::newRow("a gap before each frame of a second") << 4000U << 2U << quint64{0} << false;
+}
+
+// Each row alone would make an entry or two of each frame.
+void TestFrameRecording::keepsItsIndexSmallWhateverChanges()
+{
+    QFETCH(quint32, bytes);
+    QFETCH(quint32, step);
+    QFETCH(quint64, retuned);
+    constexpr quint32 frames = 4000;
+    QFETCH(bool, told);
+    const LogLines log;
+    for (quint32 i = 0; i < frames; ++i) {
+        ChannelFrame frame = frameOf(i * step, bytes);
+        frame.centreFrequency += i * retuned;
+        QVERIFY(take(frame));
+    }
+    QTest::failOnWarning(QRegularExpression(".*")); // told once
+    const RecordPointer record = finished();
+    QVERIFY2(record, qPrintable(m_error));
+    QCOMPARE(record->GetSize(), quint64{frames} * bytes);
+    QCOMPARE(log.lines().filter("changes too fast").size(), told ? 1 : 0);
+    const auto& index = std::as_const(*record).GetIndexEntry();
+    QVERIFY(index.size() >= 4);
+    QVERIFY(index.size() <= FrameRecording::maximumIndexEntries + 2);
+    QCOMPARE(index.constLast().GetRecordOffset(), record->GetSize());
+}
+
+// One that came too fast for an entry of its own gets it as soon as there may be one.
+void TestFrameRecording::notesAChangeThatStays()
+{
+    for (quint32 number = 0; number < 100; ++number) {
+        ChannelFrame frame = frameOf(number, 40);
+        frame.centreFrequency = number == 0 ? 1 : 2;
+        QVERIFY(take(frame));
+    }
+    const RecordPointer record = finished();
+    const auto& index = std::as_const(*record).GetIndexEntry();
+    QCOMPARE(index.at(0).GetTunerFrequency(), 1U);
+    QCOMPARE(index.at(1).GetTunerFrequency(), 2U);
+    QCOMPARE(index.at(1).GetTimestamp() - index.at(0).GetTimestamp(), FrameRecording::shortestChangeInterval);
+}
+
+void TestFrameRecording::leavesOutPartsOfSamples()
+{
+    QVERIFY(take(frameOf(0)));
+    QVERIFY(take(frameOf(1, 399)));
+    QVERIFY(take(frameOf(2)));
+    QCOMPARE(finished()->GetSize(), 800U);
+    QCOMPARE(m_recording->refusedFrames(), 1U);
+}
+
+void TestFrameRecording::isNotLedAstrayByOneFrame_data()
+{
+    QTest::addColumn<quint32>("number");
+    QTest::addColumn<quint64>("time");
+    QTest::newRow("dated far ahead") << 3U << ChannelFrame::latestTime;
+    QTest::newRow("far ahead in number") << 0x70000000U << quint64{10'300'000};
+    QTest::newRow("far back in number, later in time") << 0xa0000000U << quint64{10'300'000};
+    QTest::newRow("dated long ago") << 3U << quint64{0};
+}
+
+void TestFrameRecording::isNotLedAstrayByOneFrame()
+{
+    QFETCH(quint32, number);
+    QFETCH(quint64, time);
+    ChannelFrame astray = frameOf(3);
+    astray.number = number;
+    astray.time = time;
+    for (const ChannelFrame& frame : {frameOf(0), frameOf(1), frameOf(2), astray, frameOf(3), frameOf(4)}) {
+        QVERIFY(take(frame));
+    }
+    QCOMPARE(finished()->GetSize(), 2000U);
+    QCOMPARE(m_recording->refusedFrames(), 1U);
+    QCOMPARE(m_recording->lostFrames(), 0U);
+}
+
+void TestFrameRecording::followsASourceThatBeginsAnew_data()
+{
+    QTest::addColumn<quint32>("number");
+    QTest::addColumn<quint64>("time");
+    QTest::newRow("after a frame dated far ahead") << 0U << ChannelFrame::latestTime;
+    QTest::newRow("after one with a number far ahead") << 0x70000000U << quint64{10'000'000};
+    QTest::newRow("with numbers that begin again") << 1000U << quint64{10'000'000};
+}
+
+// What is not believed at first is lost, but no more than that.
+void TestFrameRecording::followsASourceThatBeginsAnew()
+{
+    QFETCH(quint32, number);
+    QFETCH(quint64, time);
+    ChannelFrame first = frameOf(0);
+    first.number = number;
+    first.time = time;
+    QVERIFY(take(first));
+    for (quint32 i = 1; i <= 20; ++i) {
+        QVERIFY(take(frameOf(i)));
+    }
+    constexpr quint64 unbelieved = FrameSequence::framesToBelieve - 1;
+    QCOMPARE(m_recording->refusedFrames(), unbelieved);
+    QCOMPARE(finished()->GetSize(), (21 - unbelieved) * 400);
 }
 
 void TestFrameRecording::refusesWhatTheDiskRefuses()

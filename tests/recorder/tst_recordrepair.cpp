@@ -19,6 +19,8 @@ private Q_SLOTS:
     void tellsUnfinishedRecords();
     void closesAtTheLastEntryThatIsThere_data();
     void closesAtTheLastEntryThatIsThere();
+    void keepsWhatSomebodyHasProtected_data();
+    void keepsWhatSomebodyHasProtected();
     void removesWhatAnInterruptedSaveLeft();
     void reportsMissingSamples();
 };
@@ -90,6 +92,30 @@ void TestRecordRepair::closesAtTheLastEntryThatIsThere()
     QCOMPARE(record.GetRecordStatus(), Status::Finished);
     QVERIFY(record.GetFinished());
     QVERIFY(record.GetDeletable());
+}
+
+void TestRecordRepair::keepsWhatSomebodyHasProtected_data()
+{
+    QTest::addColumn<Status>("status");
+    QTest::addColumn<bool>("before");
+    QTest::addColumn<bool>("after");
+    QTest::newRow("protected by its recording") << Status::Recording << false << true;
+    QTest::newRow("at rest but for its end, protected") << Status::Finished << false << false;
+    QTest::newRow("at rest but for its end") << Status::Finished << true << true;
+    QTest::newRow("stopping, protected") << Status::Stopping << false << false;
+    QTest::newRow("in a loop, protected") << Status::LoopRecording << false << false;
+}
+
+void TestRecordRepair::keepsWhatSomebodyHasProtected()
+{
+    QFETCH(Status, status);
+    QFETCH(bool, before);
+    ZELKO_RecordData record = unfinishedRecord(QStringLiteral("R1"));
+    record.SetRecordStatus(status);
+    record.SetDeletable(before);
+    closeAtLastIndexEntry(record);
+    QTEST(record.GetDeletable(), "after");
+    QVERIFY(record.GetFinished());
 }
 
 void TestRecordRepair::removesWhatAnInterruptedSaveLeft()

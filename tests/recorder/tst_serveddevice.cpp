@@ -1,6 +1,7 @@
 #include <recorder/served/servedrecorder.h>
 
 #include <filesizelimit.h>
+#include <loglines.h>
 #include <recordervalues.h>
 #include <storedrecord.h>
 
@@ -42,28 +43,6 @@ private:
     zelko::recordmap::RecordItemMap& m_map;
 };
 
-// Takes the log's lines of this thread while it lives.
-class LogLines
-{
-public:
-    LogLines()
-        : m_before(qInstallMessageHandler(take))
-    {
-        taken.clear();
-    }
-    ~LogLines() { qInstallMessageHandler(m_before); }
-    LogLines(const LogLines&) = delete;
-    LogLines& operator=(const LogLines&) = delete;
-
-    QStringList lines() const { return taken; }
-
-private:
-    static void take(QtMsgType, const QMessageLogContext&, const QString& text) { taken.append(text); }
-
-    static inline thread_local QStringList taken;
-    const QtMessageHandler m_before;
-};
-
 class InsertionLog : public ITreeListener
 {
 public:
@@ -85,6 +64,7 @@ private Q_SLOTS:
     void refusesADeviceTwice();
     void refusesAFolderThatCannotBe();
     void showsTheRecordsOfItsStore();
+    void letsNobodyRecordBeforeItHasLookedAtItsStore();
     void showsARecordingGrowAndEnd();
     void recordsSourcesOneAfterTheOther();
     void passesOverASourceThatIsNone();
@@ -220,6 +200,23 @@ void TestServedDevice::showsTheRecordsOfItsStore()
     QCOMPARE(values().loadCount()->GetValue(), 2);
     QCOMPARE(values().ids(), (QStringList{id(1), id(2)}));
     QVERIFY(*values().record(id(2)) == finishedRecord(id(2)));
+}
+
+// What somebody began in an earlier run is gone by then: what is there later is of this run.
+void TestServedDevice::letsNobodyRecordBeforeItHasLookedAtItsStore()
+{
+    const QString leftover = plan().folder + QStringLiteral("/.new-R9");
+    QVERIFY(QDir().mkpath(leftover));
+    serve(plan());
+    ServedDevice& device = *m_recorder->device(QStringLiteral("D1"));
+    QStringList found;
+    const auto look = [&] { found << (QFileInfo::exists(leftover) ? "leftover" : "nothing"); };
+    device.whenReady(&device, look);
+    QVERIFY(found.isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(found, QStringList{"nothing"}, 30'000);
+    device.whenReady(&device, look);
+    QCOMPARE(found.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(found, QStringList({"nothing", "nothing"}), 30'000);
 }
 
 void TestServedDevice::showsARecordingGrowAndEnd()

@@ -1,5 +1,6 @@
 #include <recorder/served/storeworker.h>
 
+#include <filesizelimit.h>
 #include <storedrecord.h>
 
 #include <QSignalSpy>
@@ -34,6 +35,7 @@ private Q_SLOTS:
     void reportsARecordThatBecameUnreadable();
     void reportsARecordThatIsAskedForAndIsNotThere();
     void putsARecordToRest();
+    void saysWhenARecordCannotBePutToRest();
     void removesRecords();
     void removesNothingThatIsProtectedOrInUse();
     void changesRecords();
@@ -251,6 +253,21 @@ void TestStoreWorker::putsARecordToRest()
     QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1")}));
     QString error;
     QVERIFY(*DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error) == finishedRecord(QStringLiteral("R1")));
+}
+
+// A limit of size holds for all threads: no file takes a byte more.
+void TestStoreWorker::saysWhenARecordCannotBePutToRest()
+{
+    ZELKO_RecordData damaged = finishedRecord(QStringLiteral("R1"));
+    damaged.SetRecordStatus(ZELKO_RecordData::RecordStatus::Damaged);
+    QVERIFY(storeRecord(m_folder->path(), damaged, 4000));
+    load();
+    const FileSizeLimit full(1);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot put \"?R1\"? to rest")));
+    m_worker->putToRest(QStringLiteral("R1"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R1")}), 30'000);
+    QString error;
+    QVERIFY(*DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error) == damaged);
 }
 
 void TestStoreWorker::removesRecords()

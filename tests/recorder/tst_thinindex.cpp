@@ -14,6 +14,8 @@ class TestThinIndex : public QObject
 private Q_SLOTS:
     void leavesOutEveryOtherEntry_data();
     void leavesOutEveryOtherEntry();
+    void halvesWhateverItSays_data();
+    void halvesWhateverItSays();
 };
 
 void TestThinIndex::leavesOutEveryOtherEntry_data()
@@ -44,6 +46,31 @@ void TestThinIndex::leavesOutEveryOtherEntry()
     }
     QCOMPARE(places, kept);
     QCOMPARE(thinner, kept.size() < tunings.size());
+}
+
+void TestThinIndex::halvesWhateverItSays_data()
+{
+    QTest::addColumn<quint64>("entries");
+    QTest::addColumn<QVector<quint64>>("kept");
+    QTest::newRow("none") << quint64{0} << QVector<quint64>();
+    QTest::newRow("one") << quint64{1} << QVector<quint64>{0};
+    QTest::newRow("odd number") << quint64{5} << QVector<quint64>{0, 2, 4};
+    QTest::newRow("even number") << quint64{4} << QVector<quint64>{0, 2, 3};
+}
+
+void TestThinIndex::halvesWhateverItSays()
+{
+    QFETCH(const quint64, entries);
+    QVector<ZELKO_XML::IndexEntry> index;
+    for (quint64 i = 0; i < entries; ++i) {
+        index.append(indexEntry(i, i, i));
+    }
+    halveIndex(index);
+    QVector<quint64> places;
+    for (const auto& entry : index) {
+        places.append(entry.GetTimestamp());
+    }
+    QTEST(places, "kept");
 }
 
 QTEST_GUILESS_MAIN(TestThinIndex)
