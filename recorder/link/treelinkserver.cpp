@@ -296,7 +296,9 @@ int TreeLinkServer::sessionCount() const
 
 TreeLinkServer::UserOfSession TreeLinkServer::users() const
 {
-    return [sessions = d->sessionRegister](std::uint64_t session) { return sessions->userOf(session); };
+    return [sessions = d->sessionRegister](std::uint64_t session, const std::string& host) {
+        return sessions->userOf(session, host);
+    };
 }
 
 std::size_t TreeLinkServer::backlogBytes() const

@@ -40,7 +40,8 @@ struct TreeLinkServerOptions
     /// A client of which nothing was heard for this time is dropped.
     std::chrono::milliseconds maxSilence{30000};
 
-    /// For how long a client's write may wait for the thread of the tree.
+    /// For how long a client's write may wait for the thread of the tree; after that it is refused as busy, and not
+    /// done.
     std::chrono::milliseconds writeTimeout{4000};
 
     /// What of one client may wait for the thread of the tree. More is refused until the thread has come to it.
@@ -74,9 +75,10 @@ public:
 
     int sessionCount() const;
 
-    /// Tells for whom the client of a session acts; nothing for a number that is no session, or no longer. What is
-    /// given may be called on any thread, and outlive the server, which leaves no sessions.
-    using UserOfSession = std::function<std::optional<LinkUser>(std::uint64_t session)>;
+    /// Tells for whom the client of a session acts that calls from the address `host`; nothing for a number that is no
+    /// session, or no longer, or one of a client at another address. What is given may be called on any thread, and
+    /// outlive the server, which leaves no sessions.
+    using UserOfSession = std::function<std::optional<LinkUser>(std::uint64_t session, const std::string& host)>;
     UserOfSession users() const;
 
     /// Bytes that wait for clients, all together.

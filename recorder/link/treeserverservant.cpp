@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <atomic>
 #include <future>
 #include <iterator>
 #include <utility>
@@ -104,22 +105,28 @@ void LinkSessionRegister::leave(ZelkoTreeLink::SessionId session)
     m_sessions.erase(session);
 }
 
-std::optional<LinkUser> LinkSessionRegister::userOf(ZelkoTreeLink::SessionId session) const
+const LinkSessionRegister::Session* LinkSessionRegister::find(ZelkoTreeLink::SessionId session,
+                                                              const std::string& peer) const
 {
-    const std::lock_guard lock(m_mutex);
     const auto found = m_sessions.find(session);
-    return found == m_sessions.end() ? std::nullopt : std::optional(found->second.user);
+    return found != m_sessions.end() && found->second.peer == peer ? &found->second : nullptr;
 }
 
-bool LinkSessionRegister::touch(ZelkoTreeLink::SessionId session)
+std::optional<LinkUser> LinkSessionRegister::userOf(ZelkoTreeLink::SessionId session, const std::string& peer) const
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_sessions.find(session);
-    if (found == m_sessions.end()) {
-        return false;
+    const Session* const found = find(session, peer);
+    return found ? std::optional(found->user) : std::nullopt;
+}
+
+bool LinkSessionRegister::touch(ZelkoTreeLink::SessionId session, const std::string& peer)
+{
+    const std::lock_guard lock(m_mutex);
+    const Session* const found = find(session, peer);
+    if (found) {
+        found->lastHeard = Clock::now();
     }
-    found->second.lastHeard = Clock::now();
-    return true;
+    return found;
 }
 
 bool LinkSessionRegister::beginWait(ZelkoTreeLink::SessionId session, std::size_t bytes)
@@ -210,7 +217,7 @@ LinkUser TreeServerServant::admit(const ZelkoTreeLink::Credentials& who) const
 
 ZelkoTreeLink::UserRole TreeServerServant::roleOf(ZelkoTreeLink::SessionId session)
 {
-    const auto user = m_sessions->userOf(session);
+    const auto user = m_sessions->userOf(session, ZelkoCommon::callingPeer());
     if (!user) {
         refuse(ZelkoTreeLink::REFUSED_SESSION, noSuchSession);
     }
@@ -220,7 +227,7 @@ ZelkoTreeLink::UserRole TreeServerServant::roleOf(ZelkoTreeLink::SessionId sessi
 void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeLink::Batch& commands,
                               ZelkoTreeLink::Checksum check)
 {
-    if (!m_sessions->touch(session)) {
+    if (!m_sessions->touch(session, ZelkoCommon::callingPeer())) {
         refuse(ZelkoTreeLink::REFUSED_SESSION, noSuchSession);
     }
     if (commands.length() == 0) {
@@ -238,14 +245,14 @@ void TreeServerServant::write(ZelkoTreeLink::SessionId session, const ZelkoTreeL
 
 void TreeServerServant::detach(ZelkoTreeLink::SessionId session)
 {
-    if (m_sessions->touch(session)) {
+    if (m_sessions->touch(session, ZelkoCommon::callingPeer())) {
         m_gate->post([handler = m_handlers.detached, session] { handler(session); });
     }
 }
 
-// Work that the tree's thread never comes to is destroyed with its promise, which ends the wait. A write that the
-// thread has not come to in time stays in its turn; where it turns out not to be allowed, the client gets the value
-// back then.
+// Work that the tree's thread never comes to is destroyed with its promise, which ends the wait. A write belongs to
+// whoever claims it first: the thread of the tree, which judges it, or the end of the wait, after which nothing of it
+// is done, so that the client may send it again. Until the thread passes over it, its bytes count as waiting.
 LinkWriteVerdict TreeServerServant::writeOnTreeThread(ZelkoTreeLink::SessionId session, std::string batch)
 {
     const std::size_t bytes = batch.size() + bytesOfAWait;
@@ -254,16 +261,20 @@ LinkWriteVerdict TreeServerServant::writeOnTreeThread(ZelkoTreeLink::SessionId s
     }
     auto wait = std::make_shared<Wait>(m_sessions, session, bytes);
     auto verdict = wait->verdict.get_future();
-    m_gate->post([handler = m_handlers.written, session, batch = std::move(batch), wait = std::move(wait)] {
+    const auto claim = std::make_shared<std::atomic_flag>();
+    m_gate->post([handler = m_handlers.written, session, batch = std::move(batch), wait = std::move(wait), claim] {
+        if (claim->test_and_set()) {
+            return;
+        }
         LinkWriteVerdict result = handler(session, batch);
         wait->end();
         wait->verdict.set_value(std::move(result));
     });
     try {
-        if (verdict.wait_for(m_options.writeTimeout) == std::future_status::ready) {
-            return verdict.get();
+        if (verdict.wait_for(m_options.writeTimeout) != std::future_status::ready && !claim->test_and_set()) {
+            return {ZelkoTreeLink::REFUSED_BUSY, "it does not come to what is written"};
         }
-        return {};
+        return verdict.get();
     } catch (const std::future_error&) {
         return {ZelkoTreeLink::REFUSED_SESSION, "it is shutting down"};
     }

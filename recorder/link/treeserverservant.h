@@ -26,11 +26,12 @@ public:
     ZelkoTreeLink::SessionId enter(const std::string& peer, const LinkUser& user = {});
     void leave(ZelkoTreeLink::SessionId session);
 
-    /// For whom a session's client acts; nothing when there is no such session.
-    std::optional<LinkUser> userOf(ZelkoTreeLink::SessionId session) const;
+    /// For whom a session's client acts; nothing when there is no such session of a client at the address `peer`: who
+    /// overheard a number does not become somebody else by it.
+    std::optional<LinkUser> userOf(ZelkoTreeLink::SessionId session, const std::string& peer) const;
 
-    /// Notes a sign of life; false when there is no such session.
-    bool touch(ZelkoTreeLink::SessionId session);
+    /// Notes a sign of life; false when there is no such session of a client at the address `peer`.
+    bool touch(ZelkoTreeLink::SessionId session, const std::string& peer);
 
     /// Notes that a write waits for the thread of the tree; false when too much of the session waits already. A session
     /// of which nothing waits may have a write of any size waiting.
@@ -47,11 +48,12 @@ private:
     {
         std::string peer;
         LinkUser user;
-        Clock::time_point lastHeard;
+        mutable Clock::time_point lastHeard;
         std::size_t waitingBytes = 0;
     };
 
-    bool hasRoomFor(const std::string& peer) const; // with the mutex held
+    bool hasRoomFor(const std::string& peer) const; // with the mutex held, as the next one
+    const Session* find(ZelkoTreeLink::SessionId session, const std::string& peer) const;
 
     const int m_maxSessions;
     const int m_maxSessionsPerPeer;
@@ -63,7 +65,7 @@ private:
 /// What a write leads to.
 struct LinkWriteVerdict
 {
-    std::optional<ZelkoTreeLink::RefusalReason> refusal; ///< none when everything was done, or waits to be done
+    std::optional<ZelkoTreeLink::RefusalReason> refusal; ///< none when everything was done
     std::string why;                                     ///< for people
 };
 

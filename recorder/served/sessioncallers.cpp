@@ -1,6 +1,7 @@
 #include <recorder/served/sessioncallers.h>
 
 #include <recorder/store/recorderlog.h>
+#include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/callingsession.h>
 
 namespace ZelkoRecorder {
@@ -27,7 +28,7 @@ LinkAdmission::Outcome outcomeOnLink(Authenticator::Outcome outcome)
 CallerOfCall callersBySession(const TreeLinkServer& server)
 {
     return [users = server.users()] {
-        const auto user = users(ZelkoCommon::CallingSession::current());
+        const auto user = users(ZelkoCommon::CallingSession::current(), ZelkoCommon::callingPeer());
         return user ? Caller{user->name, user->role} : Caller{};
     };
 }

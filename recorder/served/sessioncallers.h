@@ -12,8 +12,8 @@ namespace ZelkoRecorder {
 using CallerOfCall = std::function<Caller()>;
 
 /// Knows the callers of the service by the sessions of the tree link that they name; see CallingSession. Who names
-/// none, one that is not there or one that has ended is nobody in particular. What is given may outlive
-/// the server.
+/// none, one that is not there, one of a client at another address or one that has ended is nobody in particular. What
+/// is given may outlive the server.
 CallerOfCall callersBySession(const TreeLinkServer& server);
 
 /// Has the link ask an authenticator, which outlives what is given. Who is denied access stands in the log.

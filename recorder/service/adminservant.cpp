@@ -19,15 +19,13 @@ using ZelkoCommon::toCorba;
 
 namespace {
 
-using Bookmarks = QVector<ZELKO_XML::BookmarkEntry>;
-
 CORBA::ULong wireStatus(ServiceStatus status)
 {
     return static_cast<CORBA::ULong>(statusCode(status));
 }
 
 // False, with why in `problem`, if one of them marks no moment, or there are more than any record has.
-bool readBookmarks(const QD_ZLK::RecordBookmarkSeq& wire, Bookmarks* result, StoreStatus* problem)
+bool readBookmarks(const QD_ZLK::RecordBookmarkSeq& wire, AdminServant::Bookmarks* result, StoreStatus* problem)
 {
     if (wire.length() > static_cast<CORBA::ULong>(RecordChanges::mostBookmarks)) {
         *problem = StoreStatus::TooMany;
@@ -71,10 +69,12 @@ RecordRange::Unit unitOf(const RecordRanges& ranges, const ZELKO_XML::ZELKO_Reco
 
 } // namespace
 
-AdminServant::AdminServant(DeviceCalls calls, std::shared_ptr<OverviewDesk> overviews, std::size_t largestAnswer)
+AdminServant::AdminServant(DeviceCalls calls, std::shared_ptr<OverviewDesk> overviews, const Turnstile::Options& copies,
+                           std::size_t largestAnswer)
     : m_calls(std::move(calls))
     , m_overviews(std::move(overviews))
     , m_largestAnswer(largestAnswer)
+    , m_copies(copies)
 {}
 
 CORBA::ULong AdminServant::change(Action action, const char* device, const char* record,
@@ -103,6 +103,10 @@ CORBA::ULong AdminServant::copyRecord(const char* device, const char* record, CO
 {
     QString newID;
     const auto copy = [&](DeviceService& service) {
+        const Turnstile::Place place(m_copies, ZelkoCommon::callingPeer());
+        if (!place) {
+            return StoreStatus::TooMany;
+        }
         const auto parts = rangesOf(ranges);
         const RecordPointer source = service.record(fromCorba(record));
         if (!parts || !source) {
@@ -129,26 +133,26 @@ CORBA::ULong AdminServant::setRecordDeletableFlag(const char* device, const char
                   [&](DeviceService& service) { return service.setDeletable(fromCorba(record), deletable); });
 }
 
-CORBA::ULong AdminServant::addBookmarks(const char* device, const char* record,
-                                        const QD_ZLK::RecordBookmarkSeq& bookmarks)
+CORBA::ULong AdminServant::changeBookmarks(const char* device, const char* record,
+                                           const QD_ZLK::RecordBookmarkSeq& bookmarks, BookmarkChange make) const
 {
     return change(Action::EditBookmarks, device, record, [&](DeviceService& service) {
         Bookmarks entries;
         StoreStatus problem = StoreStatus::Done;
-        return readBookmarks(bookmarks, &entries, &problem) ? service.setBookmarks(fromCorba(record), entries)
-                                                            : problem;
+        return readBookmarks(bookmarks, &entries, &problem) ? (service.*make)(fromCorba(record), entries) : problem;
     });
+}
+
+CORBA::ULong AdminServant::addBookmarks(const char* device, const char* record,
+                                        const QD_ZLK::RecordBookmarkSeq& bookmarks)
+{
+    return changeBookmarks(device, record, bookmarks, &DeviceService::setBookmarks);
 }
 
 CORBA::ULong AdminServant::deleteBookmarks(const char* device, const char* record,
                                            const QD_ZLK::RecordBookmarkSeq& bookmarks)
 {
-    return change(Action::EditBookmarks, device, record, [&](DeviceService& service) {
-        Bookmarks entries;
-        StoreStatus problem = StoreStatus::Done;
-        return readBookmarks(bookmarks, &entries, &problem) ? service.deleteBookmarks(fromCorba(record), entries)
-                                                            : problem;
-    });
+    return changeBookmarks(device, record, bookmarks, &DeviceService::deleteBookmarks);
 }
 
 CORBA::ULong AdminServant::getDeviceTime(const char* device, CORBA::LongLong& deviceTime, CORBA::Boolean& synchronised)
@@ -174,8 +178,8 @@ CORBA::ULong AdminServant::setDeviceTime(const char* device, CORBA::LongLong dev
 
 CORBA::ULong AdminServant::getOverviewSpectrumStreamed(const char* device, const char* record, CORBA::LongLong start,
                                                        CORBA::LongLong stop, CORBA::LongLong lineCount,
-                                                       CORBA::Long order, QD_ZLK::FftWindow window, const char* host,
-                                                       CORBA::UShort port)
+                                                       CORBA::Long fftLength, QD_ZLK::FftWindow window,
+                                                       const char* host, CORBA::UShort port)
 {
     return wireStatus(m_calls.onRecord(Action::StreamOverview, device, record, [&](DeviceService& service) {
         OverviewWish wish;
@@ -184,7 +188,7 @@ CORBA::ULong AdminServant::getOverviewSpectrumStreamed(const char* device, const
         wish.start = start;
         wish.stop = stop;
         wish.lineCount = lineCount;
-        wish.order = order;
+        wish.fftLength = fftLength;
         wish.window = static_cast<SpectrumWindow>(window);
         wish.host = host;
         wish.port = port;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/refusallog.h>
 #include <recorder/service/callgate.h>
 #include <recorder/users/caller.h>
 
@@ -18,14 +19,17 @@ public:
     /// The same rights, where the caller is only asked for within the gate.
     CallRights within(std::shared_ptr<CallGate> gate) const;
 
-    /// Where he may not, a line in the log says who wanted what.
+    /// Where he may not, a line in the log says who wanted what; few of them where he goes on trying.
     bool allow(Action action) const;
 
     /// Throws CORBA::NO_PERMISSION where he may not: for operations that have no other way to say it.
     void require(Action action) const;
 
 private:
+    CallRights(std::function<Caller()> caller, std::shared_ptr<RefusalLog> refusals);
+
     const std::function<Caller()> m_caller;
+    const std::shared_ptr<RefusalLog> m_refusals; // of all rights that were made of the same
 };
 
 } // namespace ZelkoRecorder

@@ -5,26 +5,13 @@
 #include <recorder/store/recorderlog.h>
 
 #include <zelkobase/orb/corbatext.h>
-
-#include <arpa/inet.h>
+#include <zelkobase/orb/hostaddress.h>
 
 namespace ZelkoRecorder {
 
 using ManagerPtr = QD_ZLK::IF_ZLK_c_ChanMan_ptr;
 using ZelkoCommon::fromCorba;
 using ZelkoCommon::toCorba;
-
-namespace {
-
-constexpr char loopback[] = "127.0.0.1"; // where a manager in this process sends from
-
-bool isAddress(const std::string& text)
-{
-    in6_addr address{};
-    return ::inet_pton(AF_INET, text.c_str(), &address) == 1 || ::inet_pton(AF_INET6, text.c_str(), &address) == 1;
-}
-
-} // namespace
 
 // Written on the thread of the calls before its outcome is told, and read after that.
 struct Channel::Source
@@ -194,9 +181,9 @@ void Channel::ask()
 void Channel::connectSource()
 {
     m_source = std::make_shared<Source>();
-    m_source->sender = m_wish.peer.empty() ? loopback : m_wish.peer;
+    m_source->sender = m_wish.peer.empty() ? ZelkoCommon::loopbackAddress : m_wish.peer;
     m_caller.call(callConnect(), [this](const ManagerCaller::Outcome& outcome) {
-        const bool usable = outcome.done && isAddress(m_source->sender);
+        const bool usable = outcome.done && !m_source->sender.empty();
         m_machine.connected(usable,
                             outcome.done ? QStringLiteral("it names no endpoint that can be used") : outcome.why);
     });
@@ -218,7 +205,7 @@ ManagerCaller::Call Channel::callConnect()
             source->kind =
                 endpoint.kind == QD_ZLK::ENDPOINT_TCP ? FlowSocket::Kind::Stream : FlowSocket::Kind::Datagrams;
             source->stream = static_cast<quint64>(endpoint.streamId);
-            source->sender = address.empty() ? source->sender : address;
+            source->sender = address.empty() ? source->sender : ZelkoCommon::plainAddress(address);
             const bool isOffered = endpoint.kind == QD_ZLK::ENDPOINT_TCP || endpoint.kind == QD_ZLK::ENDPOINT_UDP;
             source->sender = isOffered ? source->sender : std::string();
         }

@@ -40,6 +40,14 @@ void throwChanUnlessDone(Verdict verdict)
     throwChan(Contract::CHAN_FAILED, "the channel was not registered for this");
 }
 
+// Where the contract has no code for it.
+void throwIfRemoved(Verdict verdict)
+{
+    if (verdict == Verdict::Removed) {
+        throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO);
+    }
+}
+
 // The lists are taken as alternatives, the first first.
 QStringList flatten(const QD_ZLK::StringSeqSeq& devices)
 {
@@ -146,9 +154,7 @@ char* ChannelServant::getChannelID()
 
 void ChannelServant::startRecording(CORBA::Long seconds, const CORBA::WChar* recordName, CORBA::Long loopSeconds)
 {
-    if (!m_rights.allow(Action::UseChannels)) {
-        throwChan(Contract::CHAN_FAILED, "this user may not use channels");
-    }
+    m_rights.require(Action::UseChannels);
     if (seconds < 0) {
         throwChan(Contract::CHAN_FAILED, "a recording lasts 0 seconds or more");
     }
@@ -213,16 +219,12 @@ void ChannelServant::tell(std::function<void(Channel&)> news) const
         news(channel);
         return Verdict::Done;
     });
-    if (verdict == Verdict::Removed) {
-        throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO);
-    }
+    throwIfRemoved(verdict);
 }
 
 void ChannelServant::askOrThrowChan(Wish wish) const
 {
-    if (!m_rights.allow(Action::UseChannels)) {
-        throwChan(Contract::CHAN_FAILED, "this user may not use channels");
-    }
+    m_rights.require(Action::UseChannels);
     throwChanUnlessDone(ask(std::move(wish)));
 }
 
@@ -232,9 +234,9 @@ void ChannelServant::askOrThrowGen(Wish wish) const
         throw QD_ZLK::exGen(QD_ZLK::GEN_NOT_PERMITTED, "this user may not use channels");
     }
     const Verdict verdict = ask(std::move(wish));
+    throwIfRemoved(verdict);
     if (verdict != Verdict::Done) {
-        throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER,
-                            verdict == Verdict::Removed ? "the channel was removed" : "the channel is recording");
+        throw QD_ZLK::exGen(QD_ZLK::GEN_NO_RESOURCES, "the channel is recording");
     }
 }
 

@@ -75,8 +75,6 @@ RecordPointers DeviceDirectory::records(const QString& device) const
             result.append(item.GetRecordData());
         }
     }
-    std::sort(result.begin(), result.end(),
-              [](const auto& a, const auto& b) { return a->GetRecordID() < b->GetRecordID(); });
     return result;
 }
 

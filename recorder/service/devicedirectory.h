@@ -37,7 +37,7 @@ public:
     /// Null for a device or a record that is none.
     RecordPointer record(const QString& device, const QString& recordID) const;
 
-    /// All records of the device, in the order of their IDs.
+    /// All records of the device, in no order: whoever wants one makes it on a thread of his own.
     RecordPointers records(const QString& device) const;
 
 private:

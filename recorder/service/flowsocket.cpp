@@ -1,5 +1,7 @@
 #include <recorder/service/flowsocket.h>
 
+#include <zelkobase/orb/hostaddress.h>
+
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -14,14 +16,9 @@ namespace {
 // What the system may keep until the thread comes to it; it may give less.
 constexpr int receiveBuffer = 4 * 1024 * 1024;
 
-// An address in numbers, without a port. A peer that speaks IPv4 to a socket of IPv6 is named as what it is.
 std::string hostOf(const sockaddr_storage& address, socklen_t length)
 {
-    char host[NI_MAXHOST] = "";
-    ::getnameinfo(reinterpret_cast<const sockaddr*>(&address), length, host, sizeof host, nullptr, 0, NI_NUMERICHOST);
-    const std::string text = host;
-    constexpr char mapped[] = "::ffff:";
-    return text.rfind(mapped, 0) == 0 ? text.substr(sizeof mapped - 1) : text;
+    return ZelkoCommon::plainAddress(reinterpret_cast<const sockaddr*>(&address), length);
 }
 
 int boundSocket(const addrinfo& where)

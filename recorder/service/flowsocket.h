@@ -16,7 +16,7 @@ public:
     enum class Got { Nothing, Bytes, End };
 
     /// Listens at `address`, a name or a number, on a port that the system chooses. What does not come from `sender`,
-    /// an address in numbers, is thrown away. Null, with a text for people in `error`, if that cannot be.
+    /// an address as `plainAddress` has it, is thrown away. Null, with a text for people in `error`, if that cannot be.
     static std::unique_ptr<FlowSocket> open(Kind kind, const QString& address, const std::string& sender,
                                             QString* error);
     ~FlowSocket();

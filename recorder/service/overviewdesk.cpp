@@ -2,6 +2,8 @@
 
 #include <recorder/served/deviceservice.h>
 
+#include <zelkobase/orb/hostaddress.h>
+
 #include <netdb.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -14,8 +16,6 @@ namespace ZelkoRecorder {
 using ZelkoCommon::ServiceStatus;
 
 namespace {
-
-constexpr char loopback[] = "127.0.0.1"; // where a client in this process is
 
 // A socket that is connected to an address in numbers; sends datagrams until it goes.
 class DatagramSocket
@@ -102,8 +102,8 @@ OverviewDesk::~OverviewDesk()
 
 ServiceStatus OverviewDesk::begin(DeviceService& device, const OverviewWish& wish, const std::string& peer)
 {
-    const std::string client = peer.empty() ? loopback : peer;
-    if (!wish.host.empty() && wish.host != client) {
+    const std::string client = peer.empty() ? ZelkoCommon::loopbackAddress : peer;
+    if (!wish.host.empty() && ZelkoCommon::plainAddress(wish.host) != client) {
         return ServiceStatus::NotAllowed;
     }
     const RecordPointer record = device.record(wish.record);

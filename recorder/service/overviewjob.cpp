@@ -28,15 +28,15 @@ ServiceStatus OverviewJob::look(const OverviewWish& wish)
 {
     const bool isWhole = wish.start == 0 && wish.stop == 0;
     const bool isRange = isWhole || (wish.start >= 0 && wish.start < wish.stop);
-    const bool isLength = wish.order >= Spectrum::lowestOrder && wish.order <= Spectrum::highestOrder;
-    if (!isRange || !isLength || wish.lineCount < 0 || wish.lineCount > mostLines) {
+    const auto order = spectrumOrder(wish.fftLength);
+    if (!isRange || !order || wish.lineCount < 0 || wish.lineCount > mostLines) {
         return ServiceStatus::BadArgument;
     }
     const auto samples = spectrumSamples(m_record.GetDataFormat());
     if (!samples) {
         return ServiceStatus::NotSupported;
     }
-    m_spectrum = std::make_unique<Spectrum>(*samples, wish.order, wish.window, m_timeline.bytesPerFrame());
+    m_spectrum = std::make_unique<Spectrum>(*samples, *order, wish.window, m_timeline.bytesPerFrame());
     m_begin = isWhole ? m_timeline.startOffset() : m_timeline.offsetAt(static_cast<quint64>(wish.start));
     m_end = isWhole ? m_timeline.stopOffset() : m_timeline.offsetAt(static_cast<quint64>(wish.stop));
     if (!m_samples.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {

@@ -22,7 +22,7 @@ struct OverviewWish
     qint64 start = 0; ///< microseconds since the epoch; both of them 0: the whole record
     qint64 stop = 0;
     qint64 lineCount = 0; ///< 0: as many as fit without overlap
-    int order = 0;        ///< a line is made of 2 ^ `order` samples
+    int fftLength = 0;    ///< samples of a line: a power of two
     SpectrumWindow window = SpectrumWindow::Rectangular;
     std::string host; ///< where the lines go to: the address of the client that asks; empty: that
     quint16 port = 0;

@@ -30,7 +30,7 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
           [this](const QString& id) { withdraw(channelKey(id.toStdString())); })
 {
     const DeviceCalls calls(m_gate, m_rights, recorder.services);
-    publish(adminKey, new AdminServant(calls, m_overviews, options.largestAnswer));
+    publish(adminKey, new AdminServant(calls, m_overviews, options.copies, options.largestAnswer));
     publish(replayKey, new ReplayServant(calls));
     const auto reference = [&orb](const std::string& key) { return orb.published(key.c_str()); };
     publish(entryKey, new ZlkServant(m_errands, m_gate, m_rights,

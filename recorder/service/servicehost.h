@@ -7,6 +7,7 @@
 #include <recorder/service/errands.h>
 #include <recorder/service/overviewdesk.h>
 #include <recorder/service/zlkservant.h>
+#include <recorder/users/turnstile.h>
 
 #include <zelkobase/connection/wakeup.h>
 
@@ -35,6 +36,10 @@ public:
 
         /// Bytes of an answer; leaves room for its head in what the ORB sends.
         std::size_t largestAnswer = 4 * 1024 * 1024 - 4096;
+
+        /// Copies of records under way, each of which has a thread of the ORB for as long as the disk takes. Nobody
+        /// waits: who comes when there is no place is told so.
+        Turnstile::Options copies{.atOnce = 4, .atOncePerHost = 2, .waitingPerHost = 0};
 
         ChannelRegistry::Options channels;
         OverviewDesk::Options overviews;

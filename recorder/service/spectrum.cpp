@@ -5,6 +5,7 @@
 #include <fftw3.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <mutex>
 #include <numbers>
@@ -152,6 +153,15 @@ std::optional<SpectrumSamples> spectrumSamples(DataFormat format)
     default:
         return std::nullopt;
     }
+}
+
+std::optional<int> spectrumOrder(int length)
+{
+    if (length < 1 << Spectrum::lowestOrder || length > 1 << Spectrum::highestOrder ||
+        !std::has_single_bit(static_cast<unsigned>(length))) {
+        return std::nullopt;
+    }
+    return std::countr_zero(static_cast<unsigned>(length));
 }
 
 Spectrum::Spectrum(SpectrumSamples samples, int order, SpectrumWindow window, std::size_t bytesPerFrame)

@@ -17,11 +17,14 @@ enum class SpectrumSamples { IQ16, IQ8, Real16, IQFloat };
 /// How samples of this format are read; nothing for a format that has no spectrum.
 std::optional<SpectrumSamples> spectrumSamples(ZELKO_XML::ZELKO_RecordData::DataFormat format);
 
+/// Which power of two a length in samples is; nothing for a length that no spectrum has.
+std::optional<int> spectrumOrder(int length);
+
 /// Turns stretches of samples into spectra. For one thread.
 class Spectrum
 {
 public:
-    /// @name Powers of two that a length may be
+    /// @name Powers of two that a length may be; see `spectrumOrder`
     /// @{
     static constexpr int lowestOrder = 4;
     static constexpr int highestOrder = 16;

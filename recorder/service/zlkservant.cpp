@@ -10,6 +10,7 @@
 
 #include <QSysInfo>
 
+#include <algorithm>
 #include <optional>
 
 namespace ZelkoRecorder {
@@ -228,12 +229,14 @@ QD_ZLK::RecordInfoSeq* ZlkServant::getAllRecords(const char* device)
 {
     require(Action::Look);
     const QString id = fromCorba(device);
-    const Found found = askRecorder(*m_errands, [&devices = m_sources.devices, id] {
+    Found found = askRecorder(*m_errands, [&devices = m_sources.devices, id] {
         return Found{devices.contains(id), devices.records(id)};
     });
     if (!found.device) {
         refuseDevice(id);
     }
+    std::sort(found.records.begin(), found.records.end(),
+              [](const auto& a, const auto& b) { return a->GetRecordID() < b->GetRecordID(); });
     QD_ZLK::RecordInfoSeq_var result = new QD_ZLK::RecordInfoSeq(static_cast<CORBA::ULong>(found.records.size()));
     std::size_t size = 0;
     for (const RecordPointer& record : found.records) {

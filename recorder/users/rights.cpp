@@ -14,8 +14,7 @@ struct Rule
     QLatin1String text;
 };
 
-// Spectra are sent to any address that is named, as fast as they come: nobody in particular is not to have them sent to
-// others.
+// Spectra take time of disk and processor for as long as they are sent: that is not for everybody who looks.
 constexpr Rule rules[] = {
     {Action::Look, Role::Viewer, QLatin1String("look")},
     {Action::Synchronize, Role::Operator, QLatin1String("synchronise the list of records")},

@@ -20,7 +20,7 @@ enum class Action {
     SetDeletable,        ///< change whether a record may be deleted
     EditBookmarks,       ///< add and delete bookmarks
     CopyRecord,          ///< make a new record of parts of one
-    StreamOverview,      ///< have spectra sent to a network address, which may be anybody's
+    StreamOverview,      ///< have spectra sent to the address that the client calls from
     Replay,              ///< start, pause, continue and stop
     Export,              ///< begin and cancel
     UseChannels,         ///< register channels, and everything that one does

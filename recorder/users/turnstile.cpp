@@ -25,7 +25,8 @@ bool Turnstile::enter(const std::string& name)
     Host& host = m_hosts[name]; // stays where it is for as long as somebody of the host waits or is inside
     if (!hasPlaceFor(host)) {
         if (host.waiting >= m_options.waitingPerHost) {
-            return false; // whoever waits keeps the entry
+            forgetIfIdle(name);
+            return false;
         }
         ++host.waiting;
         m_left.wait_for(lock, m_options.patience, [&] { return hasPlaceFor(host); });

@@ -26,7 +26,11 @@ void TestCallingPeer::tellsTheHostOfATransportAddress_data()
     QTest::newRow("of IPv4") << "giop:tcp:127.0.0.1:4711"
                              << "127.0.0.1";
     QTest::newRow("of IPv6") << "giop:tcp:[fd00::2]:4711"
-                             << "[fd00::2]";
+                             << "fd00::2";
+    QTest::newRow("of IPv4 that comes as IPv6") << "giop:tcp:[::ffff:192.0.2.1]:4711"
+                                                << "192.0.2.1";
+    QTest::newRow("a name") << "giop:tcp:recorder:4711"
+                            << "";
     QTest::newRow("nothing") << ""
                              << "";
     QTest::newRow("no port") << "giop:tcp:"

@@ -1,3 +1,4 @@
+#include "faultproxy.h"
 #include "framestream.h"
 #include "frametext.h"
 #include "testrecords.h"
@@ -13,6 +14,7 @@
 #include <zelkobase/orb/orb.h>
 #include <zelkoidl/treelink.hh>
 
+#include <QDeadlineTimer>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -27,6 +29,9 @@ using zelko::recordmap::RecordMapData;
 namespace {
 
 const QString root = QStringLiteral("/SubSystems/north");
+const std::string here; // where calls of this process come from
+const QString notInTime = QStringLiteral("6: it does not come to what is written");
+const QString tooMuch = QStringLiteral("6: it has not come yet to what was written before");
 
 // A client by hand: keeps what it is sent, and takes it only when it is let.
 class Client final : public POA_ZelkoTreeLink::Subscriber, public PortableServer::RefCountServantBase
@@ -103,6 +108,17 @@ struct Fixture
     QString write(ZelkoTreeLink::SessionId session, const std::string& bytes, std::uint64_t damage = 0)
     {
         return elsewhere([&] { return call(session, bytes, damage); });
+    }
+
+    // The same again and again while the answer is that the server is busy, as clients do.
+    QString writeUntilTaken(ZelkoTreeLink::SessionId session, const std::string& bytes)
+    {
+        const QDeadlineTimer end(30s);
+        QString answer = write(session, bytes);
+        while (answer.startsWith("6: ") && !end.hasExpired()) {
+            answer = write(session, bytes);
+        }
+        return answer;
     }
 
     // The same while the thread of the tree is busy.
@@ -196,9 +212,11 @@ private Q_SLOTS:
     void doesNothingOfADamagedBatch_data();
     void doesNothingOfADamagedBatch();
     void passesOverWritesToWhatIsGone();
+    void doesNothingOfAWriteThatItDidNotComeToInTime();
     void refusesWhatIsTooMuchToWaitForTheThreadOfTheTree();
     void letsAWriteOfAnySizeWaitAlone();
     void refusesSessionsThatItDoesNotKnow();
+    void refusesSessionsOfClientsElsewhere();
     void ignoresTheEndOfASessionThatItDoesNotKnow();
 };
 
@@ -276,7 +294,7 @@ void TestTreeLinkServer::tellsWhatAUserIs()
         admission.role = role;
         const auto session = f.attach("anna");
         QCOMPARE(int{f.remote->roleOf(session)}, static_cast<int>(role)); // they stand in the same order
-        QCOMPARE(f.server.users()(session), (LinkUser{"anna", role}));
+        QCOMPARE(f.server.users()(session, here), (LinkUser{"anna", role}));
     }
 }
 
@@ -295,12 +313,12 @@ void TestTreeLinkServer::knowsNobodyByASessionThatEnded()
     QTRY_COMPARE(f->server.sessionCount(), 2);
     f->remote->detach(first);
     QTRY_COMPARE(f->server.sessionCount(), 1);
-    QVERIFY(!users(first));
+    QVERIFY(!users(first, here));
     QVERIFY_EXCEPTION_THROWN(f->remote->roleOf(first), ZelkoTreeLink::Refused);
-    QVERIFY(!users(0));
-    QVERIFY(users(second));
+    QVERIFY(!users(0, here));
+    QVERIFY(users(second, here));
     f.reset();
-    QVERIFY(!users(second));
+    QVERIFY(!users(second, here));
 }
 
 void TestTreeLinkServer::refusesWhoCannotBeCalledBack()
@@ -549,6 +567,24 @@ void TestTreeLinkServer::passesOverWritesToWhatIsGone()
     QCOMPARE(f.number->GetValue(), 6);
 }
 
+// Whether anybody may write it was not even looked at.
+void TestTreeLinkServer::doesNothingOfAWriteThatItDidNotComeToInTime()
+{
+    TreeLinkServerOptions options;
+    options.writeTimeout = 1ms;
+    Fixture f(options);
+    QSignalSpy refused(&f.server, &TreeLinkServer::writeRefused);
+    const auto session = f.attach();
+    const auto viewer = f.attach("");
+    QTRY_COMPARE(f.server.sessionCount(), 2);
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(1)).bytes()), notInTime);
+    QCOMPARE(f.writeToBusyTree(viewer, FrameStream().commands(2, setInt(2)).bytes()), notInTime);
+    QCOMPARE(f.writeUntilTaken(session, FrameStream().commands(2, setInt(3)).bytes()), QString());
+    QCOMPARE(f.number->GetValue(), 3);
+    QVERIFY(f.writeUntilTaken(viewer, FrameStream().commands(2, setInt(4)).bytes()).startsWith("4: "));
+    QCOMPARE(refused.size(), 1);
+}
+
 void TestTreeLinkServer::refusesWhatIsTooMuchToWaitForTheThreadOfTheTree()
 {
     TreeLinkServerOptions options;
@@ -558,16 +594,13 @@ void TestTreeLinkServer::refusesWhatIsTooMuchToWaitForTheThreadOfTheTree()
     const auto session = f.attach();
     const auto other = f.attach();
     for (int i = 1; i <= 3; ++i) {
-        QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(i)).bytes()), QString());
+        QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(i)).bytes()), notInTime);
     }
-    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(4)).bytes()),
-             "6: it has not come yet to what was written before");
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(4)).bytes()), tooMuch);
     QCOMPARE(f.writeToBusyTree(session, {}), QString()); // a sign of life waits for nobody
-    QCOMPARE(f.number->GetValue(), 0);
-    QTRY_COMPARE(f.number->GetValue(), 3);
-    QCOMPARE(f.writeToBusyTree(other, FrameStream().commands(2, setInt(5)).bytes()), QString());
-    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(6)).bytes()), QString());
-    QTRY_COMPARE(f.number->GetValue(), 6);
+    QCOMPARE(f.writeToBusyTree(other, FrameStream().commands(2, setInt(5)).bytes()), notInTime);
+    QCOMPARE(f.writeUntilTaken(session, FrameStream().commands(2, setInt(6)).bytes()), QString());
+    QCOMPARE(f.number->GetValue(), 6);
 }
 
 void TestTreeLinkServer::letsAWriteOfAnySizeWaitAlone()
@@ -577,11 +610,10 @@ void TestTreeLinkServer::letsAWriteOfAnySizeWaitAlone()
     options.maxWaitingWriteBytes = 10;
     Fixture f(options);
     const auto session = f.attach();
-    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(1)).bytes()), QString());
-    QVERIFY(f.writeToBusyTree(session, FrameStream().commands(2, setInt(2)).bytes()).startsWith("6: "));
-    QTRY_COMPARE(f.number->GetValue(), 1);
-    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(2)).bytes()), QString());
-    QTRY_COMPARE(f.number->GetValue(), 2);
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(1)).bytes()), notInTime);
+    QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(2)).bytes()), tooMuch);
+    QCOMPARE(f.writeUntilTaken(session, FrameStream().commands(2, setInt(2)).bytes()), QString());
+    QCOMPARE(f.number->GetValue(), 2);
 }
 
 void TestTreeLinkServer::refusesSessionsThatItDoesNotKnow()
@@ -591,6 +623,24 @@ void TestTreeLinkServer::refusesSessionsThatItDoesNotKnow()
     QCOMPARE(f.write(session + 1, FrameStream().commands(2, setInt(5)).bytes()),
              "3: it does not know this session any more");
     QCOMPARE(f.number->GetValue(), 0);
+}
+
+// Whoever overheard a number can do nothing with it: these calls come from 127.0.0.1, those of the client from here.
+void TestTreeLinkServer::refusesSessionsOfClientsElsewhere()
+{
+    Fixture f;
+    const auto session = f.attach();
+    FaultProxy proxy(f.orb.port());
+    const CORBA::Object_var object = f.orb.remoteObject("127.0.0.1", proxy.port(), ZelkoTreeLink::OBJECT_KEY);
+    const auto own = std::exchange(f.remote, ZelkoTreeLink::TreeServer::_unchecked_narrow(object));
+    QCOMPARE(f.write(session, FrameStream().commands(2, setInt(5)).bytes()),
+             "3: it does not know this session any more");
+    QCOMPARE(f.number->GetValue(), 0);
+    QVERIFY_EXCEPTION_THROWN(f.remote->roleOf(session), ZelkoTreeLink::Refused);
+    f.remote->detach(session);
+    f.remote = own;
+    QCOMPARE(f.write(session, {}), QString());
+    QVERIFY(!f.server.users()(session, "127.0.0.1"));
 }
 
 void TestTreeLinkServer::ignoresTheEndOfASessionThatItDoesNotKnow()

@@ -94,7 +94,7 @@ const QVector<NamedCall>& allCalls()
         {"setDeviceTime", [](auto a, auto d, auto) { return a->setDeviceTime(d, 1'000'000); }, false, false},
         {"getOverviewSpectrumStreamed",
          [](auto a, auto d, auto r) {
-             return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 4, QD_ZLK::WINDOW_HANN, "", 9);
+             return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 16, QD_ZLK::WINDOW_HANN, "", 9);
          }},
         {"getRecord", [](auto a, auto d, auto r) { return record(a, d, r); }, true},
         {"requestRecordDataDetail", [](auto a, auto d, auto r) { return a->requestRecordDataDetail(d, r); }},
@@ -137,6 +137,8 @@ private Q_SLOTS:
     void deletesBookmarks();
     void copiesARangeOfTimes();
     void copiesARangeOfPositions();
+    void copiesNoMoreAtOnceThanItMay_data();
+    void copiesNoMoreAtOnceThanItMay();
     void refusesArguments_data();
     void refusesArguments();
     void setsTheTimeOfADevice();
@@ -265,8 +267,11 @@ void TestAdminServant::setsBookmarks()
 
 void TestAdminServant::takesAnEmptyListOfBookmarks()
 {
+    const auto one = bookmarks({{10'500'000, "a"}});
+    QCOMPARE(ask([&](auto a, auto d, auto r) { return a->addBookmarks(d, r, one); }), ServiceStatus::None);
+    QTRY_COMPARE_WITH_TIMEOUT(std::as_const(*shown()).GetBookmarkEntry().size(), 1, 30000);
     QCOMPARE(ask([](auto a, auto d, auto r) { return a->addBookmarks(d, r, bookmarks({})); }), ServiceStatus::None);
-    QVERIFY(std::as_const(*shown()).GetBookmarkEntry().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(std::as_const(*shown()).GetBookmarkEntry().isEmpty(), 30000);
 }
 
 void TestAdminServant::deletesBookmarks()
@@ -305,6 +310,33 @@ void TestAdminServant::copiesARangeOfPositions()
     QTRY_VERIFY_WITH_TIMEOUT(shown(id) != nullptr, 30000);
     QCOMPARE(shown(id)->GetSize(), 800U);
     QCOMPARE(shown(id)->GetStartTime(), 10'100'000U);
+}
+
+void TestAdminServant::copiesNoMoreAtOnceThanItMay_data()
+{
+    QTest::addColumn<int>("atOnce");
+    QTest::addColumn<int>("atOncePerHost");
+    QTest::addColumn<ServiceStatus>("status");
+    QTest::newRow("one after the other") << 1 << 1 << ServiceStatus::None;
+    QTest::newRow("none when there is no place") << 0 << 1 << ServiceStatus::LimitReached;
+    QTest::newRow("none when there is no place for the host") << 1 << 0 << ServiceStatus::LimitReached;
+}
+
+void TestAdminServant::copiesNoMoreAtOnceThanItMay()
+{
+    QFETCH(int, atOnce);
+    QFETCH(int, atOncePerHost);
+    QFETCH(ServiceStatus, status);
+    m_recorder.reset();
+    ServiceHost::Options options;
+    options.copies.atOnce = atOnce;
+    options.copies.atOncePerHost = atOncePerHost;
+    m_recorder = std::make_unique<ServiceRecorder>(
+        [](const QString& folder) { storeRecord(folder, recordWithComment(), 4000); }, options);
+    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->isLoaded(), 30000);
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(ask([](auto a, auto d, auto r) { return copy(a, d, r, ranges({{10'250'000, 10'500'000}})); }), status);
+    }
 }
 
 void TestAdminServant::refusesArguments_data()
@@ -350,14 +382,14 @@ void TestAdminServant::refusesArguments_data()
     row(
         "an overview to another host",
         [](auto a, auto d, auto r) {
-            return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 4, QD_ZLK::WINDOW_HANN, "192.0.2.9", 9);
+            return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 16, QD_ZLK::WINDOW_HANN, "192.0.2.9", 9);
         },
         ServiceStatus::NotAllowed);
     row("an overview to no port", [](auto a, auto d, auto r) {
-        return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 4, QD_ZLK::WINDOW_HANN, "", 0);
+        return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 16, QD_ZLK::WINDOW_HANN, "", 0);
     });
     row("an overview of spectra that are too long", [](auto a, auto d, auto r) {
-        return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 17, QD_ZLK::WINDOW_HANN, "", 9);
+        return a->getOverviewSpectrumStreamed(d, r, 0, 0, 1, 131072, QD_ZLK::WINDOW_HANN, "", 9);
     });
 }
 

@@ -264,7 +264,9 @@ void TestChannelServant::refusesViewers()
     const Registered registered = enter("1");
     m_recorder->role = Role::Viewer;
     QCOMPARE(entering("2"), QStringLiteral("not permitted"));
-    QCOMPARE(endingOf([&] { registered.channel->startRecording(0, toWideCorba("x"), 0); }), QStringLiteral("failed"));
+    QCOMPARE(endingOf([&] { registered.channel->startRecording(0, toWideCorba("x"), 0); }),
+             QStringLiteral("NO_PERMISSION"));
+    QCOMPARE(endingOf([&] { registered.channel->removeChannel(); }), QStringLiteral("NO_PERMISSION"));
     QCOMPARE(endingOf([&] { registered.channel->setDataRateClass(QD_ZLK::RATE_1_MB); }),
              QStringLiteral("not permitted"));
     QCOMPARE(endingOf([&] { registered.channel->removeChannelForced(); }), QStringLiteral("NO_PERMISSION"));
@@ -465,7 +467,9 @@ void TestChannelServant::refusesWhatItsStateDoesNotAllow()
     QCOMPARE(endingOf([&] { channel->startRecording(0, toWideCorba("x"), 0); }), QStringLiteral("busy"));
     QCOMPARE(endingOf([&] { channel->removeChannel(); }), QStringLiteral("busy"));
     QCOMPARE(endingOf([&] { channel->setRecordFlag(false); }), QStringLiteral("busy"));
-    QCOMPARE(endingOf([&] { channel->setDataFormat(QD_ZLK::FORMAT_IQ8); }), QStringLiteral("bad parameter"));
+    QCOMPARE(endingOf([&] { channel->setDataFormat(QD_ZLK::FORMAT_IQ8); }), QStringLiteral("no resources"));
+    QCOMPARE(endingOf([&] { channel->setDataRateClass(QD_ZLK::RATE_1_MB); }), QStringLiteral("no resources"));
+    QCOMPARE(endingOf([&] { channel->setRequestedSampleRate(-1, 16); }), QStringLiteral("bad parameter"));
     QCOMPARE(endingOf([&] { channel->removeChannelForced(); }), QStringLiteral("done"));
     QTRY_COMPARE_WITH_TIMEOUT(m_recorder->host->channels().count(), 0, 30000);
     const QString ending = endingOf([&] { channel->removeChannel(); });

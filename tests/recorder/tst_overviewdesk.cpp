@@ -17,7 +17,7 @@ OverviewWish wishOf(const QUdpSocket& target, qint64 lines)
     OverviewWish wish;
     wish.device = "D1";
     wish.record = "r1";
-    wish.order = 6;
+    wish.fftLength = 64;
     wish.lineCount = lines;
     wish.port = target.localPort();
     return wish;
@@ -35,6 +35,7 @@ private Q_SLOTS:
     void init();
     void sendsToTheClientThatAsks();
     void sendsToNobodyElse();
+    void sendsToAClientOfTheNewerFamily();
     void beginsAnewWhenAClientAsksAgain();
     void sendsFewAtOnce();
     void beginsNothingOnceItIsClosed();
@@ -90,6 +91,19 @@ void TestOverviewDesk::sendsToNobodyElse()
     QCOMPARE(desk.begin(device(), wish, "127.0.0.1"), ServiceStatus::NotAllowed);
     wish.host = "127.0.0.1";
     QCOMPARE(desk.begin(device(), wish, "127.0.0.1"), ServiceStatus::None);
+}
+
+void TestOverviewDesk::sendsToAClientOfTheNewerFamily()
+{
+    QUdpSocket target;
+    if (!target.bind(QHostAddress::LocalHostIPv6)) {
+        QSKIP("this machine has no IPv6");
+    }
+    OverviewDesk desk({});
+    OverviewWish wish = wishOf(target, 1);
+    wish.host = "[0::1]";
+    QCOMPARE(desk.begin(device(), wish, "::1"), ServiceStatus::None);
+    QTRY_VERIFY_WITH_TIMEOUT(target.hasPendingDatagrams(), 30000);
 }
 
 // The first of them would take half an hour.

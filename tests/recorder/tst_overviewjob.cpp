@@ -21,12 +21,12 @@ T at(const QByteArray& datagram, qsizetype offset)
     return qFromLittleEndian<T>(datagram.constData() + offset);
 }
 
-OverviewWish wishOf(int order, qint64 lines, qint64 start = 0, qint64 stop = 0)
+OverviewWish wishOf(int fftLength, qint64 lines, qint64 start = 0, qint64 stop = 0)
 {
     OverviewWish wish;
     wish.device = "D1";
     wish.record = "r1";
-    wish.order = order;
+    wish.fftLength = fftLength;
     wish.lineCount = lines;
     wish.start = start;
     wish.stop = stop;
@@ -79,32 +79,32 @@ QList<QByteArray> TestOverviewJob::datagramsOf(const OverviewWish& wish)
 
 void TestOverviewJob::sendsLinesEvenlyOverTheTime_data()
 {
-    QTest::addColumn<int>("order");
+    QTest::addColumn<int>("fftLength");
     QTest::addColumn<qint64>("lines");
     QTest::addColumn<qint64>("start");
     QTest::addColumn<qint64>("stop");
     QTest::addColumn<QList<quint64>>("times");
     using Times = QList<quint64>;
     const qint64 whole = 0;
-    QTest::newRow("one line") << 8 << qint64{1} << whole << whole << Times{10'000'000};
-    QTest::newRow("as many as fit") << 8 << qint64{0} << whole << whole << Times{10'000'000, 10'372'000, 10'744'000};
-    QTest::newRow("lines that overlap") << 9 << qint64{3} << whole << whole
+    QTest::newRow("one line") << 256 << qint64{1} << whole << whole << Times{10'000'000};
+    QTest::newRow("as many as fit") << 256 << qint64{0} << whole << whole << Times{10'000'000, 10'372'000, 10'744'000};
+    QTest::newRow("lines that overlap") << 512 << qint64{3} << whole << whole
                                         << Times{10'000'000, 10'244'000, 10'488'000};
-    QTest::newRow("a part of the time") << 6 << qint64{2} << qint64{10'500'000} << qint64{10'600'000}
+    QTest::newRow("a part of the time") << 64 << qint64{2} << qint64{10'500'000} << qint64{10'600'000}
                                         << Times{10'500'000, 10'536'000};
     QTest::newRow("a part that reaches over the ends")
-        << 9 << qint64{2} << qint64{1} << qint64{99'000'000} << Times{10'000'000, 10'488'000};
+        << 512 << qint64{2} << qint64{1} << qint64{99'000'000} << Times{10'000'000, 10'488'000};
 }
 
 void TestOverviewJob::sendsLinesEvenlyOverTheTime()
 {
-    QFETCH(int, order);
+    QFETCH(int, fftLength);
     QFETCH(qint64, lines);
     QFETCH(qint64, start);
     QFETCH(qint64, stop);
     QFETCH(QList<quint64>, times);
     QList<quint64> sent;
-    for (const QByteArray& datagram : datagramsOf(wishOf(order, lines, start, stop))) {
+    for (const QByteArray& datagram : datagramsOf(wishOf(fftLength, lines, start, stop))) {
         sent.append(at<quint64>(datagram, 32));
     }
     QCOMPARE(sent, times);
@@ -112,7 +112,7 @@ void TestOverviewJob::sendsLinesEvenlyOverTheTime()
 
 void TestOverviewJob::saysWhatALineIs()
 {
-    const auto datagrams = datagramsOf(wishOf(6, 2));
+    const auto datagrams = datagramsOf(wishOf(64, 2));
     QCOMPARE(datagrams.size(), 2);
     const QByteArray& last = datagrams.last();
     QCOMPARE(last.size(), qsizetype{60 + 2 * 64});
@@ -139,7 +139,7 @@ void TestOverviewJob::cutsLongLinesIntoDatagrams()
     record.SetSize(16'384);
     record.SetStopPosition(16'384);
     QVERIFY(storeRecord(m_folder->path(), record, 16'384));
-    OverviewJob job(DeviceStore(m_folder->path()), record, wishOf(11, 1));
+    OverviewJob job(DeviceStore(m_folder->path()), record, wishOf(2048, 1));
     QList<quint32> firstBins;
     QList<quint16> flags;
     QVERIFY(job.run([&](const QByteArray& datagram) {
@@ -155,16 +155,18 @@ void TestOverviewJob::refusesAWish_data()
 {
     QTest::addColumn<OverviewWish>("wish");
     QTest::addColumn<ServiceStatus>("status");
-    QTest::newRow("spectra that are too short") << wishOf(3, 1) << ServiceStatus::BadArgument;
-    QTest::newRow("spectra that are too long") << wishOf(17, 1) << ServiceStatus::BadArgument;
-    QTest::newRow("spectra of no length at all") << wishOf(-1, 1) << ServiceStatus::BadArgument;
-    QTest::newRow("fewer lines than none") << wishOf(8, -1) << ServiceStatus::BadArgument;
-    QTest::newRow("more lines than anybody needs") << wishOf(8, 100'001) << ServiceStatus::BadArgument;
-    QTest::newRow("a time backwards") << wishOf(8, 1, 11'000'000, 10'000'000) << ServiceStatus::BadArgument;
-    QTest::newRow("a time below zero") << wishOf(8, 1, -1, 10'000'000) << ServiceStatus::BadArgument;
-    QTest::newRow("a time with too few samples") << wishOf(8, 1, 10'000'000, 10'100'000) << ServiceStatus::NoSamples;
-    QTest::newRow("a time behind the record") << wishOf(8, 1, 20'000'000, 30'000'000) << ServiceStatus::NoSamples;
-    QTest::newRow("spectra that are longer than the record") << wishOf(10, 1) << ServiceStatus::NoSamples;
+    QTest::newRow("spectra that are too short") << wishOf(8, 1) << ServiceStatus::BadArgument;
+    QTest::newRow("spectra that are too long") << wishOf(131072, 1) << ServiceStatus::BadArgument;
+    QTest::newRow("spectra of a length that is no power of two") << wishOf(1000, 1) << ServiceStatus::BadArgument;
+    QTest::newRow("spectra of no length") << wishOf(0, 1) << ServiceStatus::BadArgument;
+    QTest::newRow("spectra of less than no length") << wishOf(-16, 1) << ServiceStatus::BadArgument;
+    QTest::newRow("fewer lines than none") << wishOf(256, -1) << ServiceStatus::BadArgument;
+    QTest::newRow("more lines than anybody needs") << wishOf(256, 100'001) << ServiceStatus::BadArgument;
+    QTest::newRow("a time backwards") << wishOf(256, 1, 11'000'000, 10'000'000) << ServiceStatus::BadArgument;
+    QTest::newRow("a time below zero") << wishOf(256, 1, -1, 10'000'000) << ServiceStatus::BadArgument;
+    QTest::newRow("a time with too few samples") << wishOf(256, 1, 10'000'000, 10'100'000) << ServiceStatus::NoSamples;
+    QTest::newRow("a time behind the record") << wishOf(256, 1, 20'000'000, 30'000'000) << ServiceStatus::NoSamples;
+    QTest::newRow("spectra that are longer than the record") << wishOf(1024, 1) << ServiceStatus::NoSamples;
 }
 
 void TestOverviewJob::refusesAWish()
@@ -178,21 +180,21 @@ void TestOverviewJob::refusesRecordsWithoutASpectrum()
 {
     ZELKO_XML::ZELKO_RecordData record = finishedRecord("r1");
     record.SetDataFormat(ZELKO_XML::ZELKO_RecordData::DataFormat::Text);
-    QCOMPARE(OverviewJob(DeviceStore(m_folder->path()), record, wishOf(8, 1)).status(), ServiceStatus::NotSupported);
+    QCOMPARE(OverviewJob(DeviceStore(m_folder->path()), record, wishOf(256, 1)).status(), ServiceStatus::NotSupported);
 }
 
 void TestOverviewJob::refusesARecordWithoutSamples()
 {
-    const OverviewJob gone(DeviceStore(m_folder->path()), finishedRecord("r9"), wishOf(8, 1));
+    const OverviewJob gone(DeviceStore(m_folder->path()), finishedRecord("r9"), wishOf(256, 1));
     QCOMPARE(gone.status(), ServiceStatus::DamagedRecord);
     QVERIFY(writeBytes(m_folder->filePath("r1/r1.dat"), QByteArray(100, 's')));
-    const OverviewJob cut(DeviceStore(m_folder->path()), finishedRecord("r1"), wishOf(8, 1));
+    const OverviewJob cut(DeviceStore(m_folder->path()), finishedRecord("r1"), wishOf(256, 1));
     QCOMPARE(cut.status(), ServiceStatus::NoSamples);
 }
 
 void TestOverviewJob::stopsWhenNobodyTakesItsLines()
 {
-    OverviewJob job(DeviceStore(m_folder->path()), finishedRecord("r1"), wishOf(6, 10));
+    OverviewJob job(DeviceStore(m_folder->path()), finishedRecord("r1"), wishOf(64, 10));
     int lines = 0;
     QVERIFY(!job.run([&](const QByteArray&) { return ++lines < 3; }));
     QCOMPARE(lines, 3);

@@ -73,6 +73,14 @@ struct Fixture
         return std::make_unique<ZelkoCommon::TreeLink>(
             orb, &copy, ZelkoCommon::ZelkoConfiguration::SubSystem{"north", "127.0.0.1", proxy.port()}, options);
     }
+    // A session of a client that hears of nothing.
+    ZelkoTreeLink::SessionId attachAs(const ZelkoCommon::LinkCredentials& who)
+    {
+        const CORBA::Object_var object = orb.remoteObject("127.0.0.1", proxy.port(), ZelkoTreeLink::OBJECT_KEY);
+        const auto link = ZelkoTreeLink::TreeServer_var(ZelkoTreeLink::TreeServer::_unchecked_narrow(object));
+        const ZelkoTreeLink::Credentials credentials{who.user.toUtf8().constData(), who.password.toUtf8().constData()};
+        return link->attach(ZelkoTreeLink::PROTOCOL_VERSION, credentials, remote);
+    }
     Caller call()
     {
         remote->deliver(0, 0, {}, 0);
@@ -103,6 +111,7 @@ private Q_SLOTS:
     void areNobodyWhenTheirSessionHasEnded();
     void areWhoTheLinkActsForNow();
     void areNobodyForANumberThatIsGuessed();
+    void areNobodyForANumberOfAnotherHost();
 };
 
 void TestSessionCallers::areKnownByTheirSession_data()
@@ -158,6 +167,22 @@ void TestSessionCallers::areNobodyForANumberThatIsGuessed()
     QTRY_VERIFY_WITH_TIMEOUT(link->isConnected(), patience);
     const ZelkoCommon::CallingSession::Pass guess(4711, "giop:tcp:127.0.0.1:" + std::to_string(f.proxy.port()));
     QCOMPARE(f.call(), Caller());
+}
+
+// The number is the right one, overheard. In the name of the same host it is good.
+void TestSessionCallers::areNobodyForANumberOfAnotherHost()
+{
+    Fixture f;
+    const auto session = f.attachAs(TestUsers::credentials(Role::Administrator));
+    FaultProxy elsewhere(f.orb.port());
+    elsewhere.setHost(2);
+    const CORBA::Object_var object = f.orb.remoteObject("127.0.0.1", elsewhere.port(), "Service");
+    const auto own = std::exchange(f.remote, ZelkoTreeLink::Subscriber::_unchecked_narrow(object));
+    const ZelkoCommon::CallingSession::Pass stolen(session, "giop:tcp:127.0.0.1:" + std::to_string(elsewhere.port()));
+    QCOMPARE(f.call(), Caller());
+    f.remote = own;
+    const ZelkoCommon::CallingSession::Pass pass(session, "giop:tcp:127.0.0.1:" + std::to_string(f.proxy.port()));
+    QCOMPARE(f.call(), (Caller{"administrator", Role::Administrator}));
 }
 
 QTEST_GUILESS_MAIN(TestSessionCallers)

@@ -266,7 +266,7 @@ void tst_GuiToServerAdminCorbaHandler::whatTheServiceHasNoNumberForIsNotSent_dat
     QTest::addColumn<unsigned long>("fftLength");
     QTest::addColumn<int>("window");
     QTest::addColumn<unsigned int>("port");
-    QTest::newRow("an order beyond a long") << 2147483648UL << 0 << 1U;
+    QTest::newRow("a length beyond a long") << 2147483648UL << 0 << 1U;
     QTest::newRow("a window beyond the last") << 4UL << 5 << 1U;
     QTest::newRow("a negative window") << 4UL << -1 << 1U;
     QTest::newRow("a port beyond the last") << 4UL << 0 << 65536U;

@@ -1,5 +1,7 @@
 #include <zelkobase/orb/callingpeer.h>
 
+#include <zelkobase/orb/hostaddress.h>
+
 #include <omniORB4/omniInterceptors.h>
 #include <omniORB4/omniORB.h>
 
@@ -34,7 +36,7 @@ std::string hostOfTransportAddress(const std::string& address)
 {
     const std::size_t scheme = address.find(':', address.find(':') + 1);
     const std::size_t port = address.rfind(':');
-    return scheme < port ? address.substr(scheme + 1, port - scheme - 1) : std::string();
+    return scheme < port ? plainAddress(address.substr(scheme + 1, port - scheme - 1)) : std::string();
 }
 
 } // namespace ZelkoCommon

@@ -6,14 +6,15 @@
 
 namespace ZelkoCommon {
 
-/// The address, without a port, of the peer whose call this thread is serving. Empty when the call comes from this
-/// process, and on a thread that serves none.
+/// The address, without a port and as `plainAddress` has it, of the peer whose call this thread is serving. Empty when
+/// the call comes from this process, and on a thread that serves none.
 ZELKOBASEORB_EXPORT const std::string& callingPeer();
 
 /// Makes `callingPeer` known. Called by Orb when the ORB is initialised and serves nothing yet.
 void noteCallingPeers();
 
-/// The host of an address of a transport: "127.0.0.1" of "giop:tcp:127.0.0.1:4711".
+/// The host of an address of a transport, as `plainAddress` has it: "fd00::2" of "giop:tcp:[fd00::2]:4711". Empty where
+/// there is none in numbers.
 ZELKOBASEORB_EXPORT std::string hostOfTransportAddress(const std::string& address);
 
 } // namespace ZelkoCommon

@@ -56,8 +56,9 @@ public:
     /// Has the record's lists published once more on the value tree.
     unsigned long requestRecordDataDetail(const QString& device, const QString& record);
 
-    /// Has `resolution` spectra over the given time sent to a UDP address, 0: as many as fit without overlap. A
-    /// spectrum has 2 ^ `fftLength` bins.
+    /// Has `resolution` spectra over the given time sent by UDP, 0: as many as fit without overlap. A spectrum is made
+    /// of `fftLength` samples, a power of two from 16 to 65536. `ip` is empty or this host's own address in numbers, as
+    /// the recorder sees it; to any other it sends nothing.
     unsigned long overviewSpectrumStreamed(const QString& device, const QString& record, qint64 start, qint64 stop,
                                            unsigned int resolution, unsigned long fftLength,
                                            ZelkoDataTypes::eFFT_Window window, QString ip, unsigned int port);

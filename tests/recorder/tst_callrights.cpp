@@ -1,0 +1,81 @@
+#include <recorder/service/callrights.h>
+
+#include <QStringList>
+#include <QTest>
+
+#include <omniORB4/CORBA.h>
+
+using namespace ZelkoRecorder;
+
+namespace {
+
+QStringList written;
+
+void keep(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    written.append(text);
+}
+
+} // namespace
+
+class TestCallRights : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        written.clear();
+        m_before = qInstallMessageHandler(keep);
+    }
+    void cleanup() { qInstallMessageHandler(m_before); }
+    void allowsWhatTheRoleOfTheCallerAllows();
+    void saysWhoWasRefusedWhat();
+    void isNotALineForEachOfManyRefusals();
+    void asksForNobodyOnceTheGateIsClosed();
+
+private:
+    const CallRights m_rights{[] { return Caller{"anna", Role::Viewer}; }};
+    QtMessageHandler m_before = nullptr;
+};
+
+void TestCallRights::allowsWhatTheRoleOfTheCallerAllows()
+{
+    QVERIFY(m_rights.allow(Action::Look));
+    m_rights.require(Action::Look);
+    QCOMPARE(written, QStringList());
+    QVERIFY(!m_rights.allow(Action::CopyRecord));
+    QVERIFY_EXCEPTION_THROWN(m_rights.require(Action::CopyRecord), CORBA::NO_PERMISSION);
+}
+
+void TestCallRights::saysWhoWasRefusedWhat()
+{
+    const CallRights rights([] { return Caller{"anna", Role::Viewer}; });
+    rights.allow(Action::CopyRecord);
+    QCOMPARE(written, QStringList("refused: a call of user \"anna\" (viewer) at : may not copy a record"));
+}
+
+// The rights of the servants are made of the same.
+void TestCallRights::isNotALineForEachOfManyRefusals()
+{
+    const CallRights rights([] { return Caller(); });
+    const CallRights within = rights.within(std::make_shared<CallGate>());
+    for (int i = 0; i < 1000; ++i) {
+        QVERIFY(!rights.allow(Action::Replay));
+        QVERIFY(!within.allow(Action::Replay));
+    }
+    QVERIFY(!written.isEmpty());
+    QVERIFY(written.size() < 500); // some for each period that the tries took
+}
+
+void TestCallRights::asksForNobodyOnceTheGateIsClosed()
+{
+    const auto gate = std::make_shared<CallGate>();
+    const CallRights within = m_rights.within(gate);
+    QVERIFY(within.allow(Action::Look));
+    gate->close([] {});
+    QVERIFY_EXCEPTION_THROWN(within.allow(Action::Look), CORBA::BAD_INV_ORDER);
+}
+
+QTEST_APPLESS_MAIN(TestCallRights)
+#include "tst_callrights.moc"
