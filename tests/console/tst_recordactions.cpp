@@ -1,6 +1,7 @@
 #include "modalanswer.h"
 #include "recordpanesetting.h"
 
+#include <console/records/selectionreporter.h>
 #include <console/treeobserver.h>
 
 #include <valuecore/valueptr.h>
@@ -183,6 +184,17 @@ private Q_SLOTS:
         QTest::keyClick(&setting.table, Qt::Key_X, Qt::ControlModifier);
         QVERIFY(yes.wasGiven());
         QCOMPARE(setting.command(names::deleteRecordingList), QStringLiteral("r01@r00"));
+    }
+
+    void leavesAloneWhatWasSelectedBeforeALargeSelection()
+    {
+        Setting setting(SelectionReporter::smallSelection + 1);
+        setting.click(0);
+        const QSignalSpy triggered(setting.pane.controller(), &Controller::si_userActionTriggered);
+        QTest::keyClick(&setting.table, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&setting.table, Qt::Key_T, Qt::ControlModifier); // in the same turn of the event loop
+        QCOMPARE(triggered.count(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.action(Controller::UserActionDeletable).isEnabled(), Setting::patience);
     }
 
     void resetsTheSelectedRecord()
