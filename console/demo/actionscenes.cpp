@@ -97,7 +97,11 @@ void paintDenied(ScenePainter& painter)
     WindowScene scene({WindowScene::north(), WindowScene::south()}, WindowScene::recorder1(), false);
     scene.user().logIn({QStringLiteral("mallory"), QStringLiteral("guess")});
     ConsoleWindow& window = scene.open();
+    const operatorhands::DialogAnswer again([&](QWidget& dialog) { painter.paint(dialog, "login-dialog-denied"); });
     scene.site().setStatus(WindowScene::north(), {LinkState::Denied, QStringLiteral("user or password are wrong")});
+    if (!QTest::qWaitFor([&again] { return again.wasGiven(); }, patience)) {
+        qWarning("the pictures lack the dialog that comes again");
+    }
     painter.paint(window, "denied-window");
     painter.paintMenu(*window.userMenu(), "user-menu-login");
 }

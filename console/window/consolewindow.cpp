@@ -5,6 +5,7 @@
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
+#include <console/session/consoleuser.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/widgets/glyph.h>
@@ -49,6 +50,7 @@ QAction* addMenuAction(QMenu& menu, const QString& text, const QKeySequence& sho
 ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* settings, QWidget* parent)
     : QMainWindow(parent)
     , m_session(session)
+    , m_user(user)
     , m_settings(settings)
     , m_deviceModel(new DeviceListModel(this))
     , m_devices(new DeviceListView(m_deviceModel))
@@ -177,6 +179,7 @@ void ConsoleWindow::showChoice()
     const SubSystemStatus status = m_session->status(subSystem);
     m_records->setDevice(subSystem, m_devices->chosenDevice());
     m_records->setStatus(status);
+    m_user->workAt(subSystem); // after the device: nothing is selected when the rights become others
     m_badge->show(subSystem, status);
 }
 

@@ -187,19 +187,19 @@ private Q_SLOTS:
         const QTemporaryDir store;
         ConsoleSession session(*m_orb, recorderStart(store));
         QCOMPARE(session.knownUsers().size(), std::size_t{3});
-        QVERIFY(!session.role());
+        QVERIFY(!session.role(local));
         ConsoleUser user(session);
-        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Operator, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(local), Role::Operator, patience);
         for (const Role role : ZelkoCommon::allRoles) {
             QVERIFY(user.switchTo(ZelkoCommon::roleName(role)));
-            QTRY_COMPARE_WITH_TIMEOUT(session.role(), role, patience);
+            QTRY_COMPARE_WITH_TIMEOUT(session.role(local), role, patience);
             QTRY_VERIFY_WITH_TIMEOUT(session.status(local).isConnected(), patience);
         }
         ::kill(static_cast<pid_t>(session.recorder()->processId()), SIGKILL);
-        QTRY_VERIFY_WITH_TIMEOUT(!session.role(), patience);
-        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Administrator, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!session.role(local), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(local), Role::Administrator, patience);
         user.logOut();
-        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Viewer, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(local), Role::Viewer, patience);
     }
 
     void actsForTheUserOfASite()
@@ -213,11 +213,11 @@ private Q_SLOTS:
         ConsoleSession session(*m_orb, site);
         QCOMPARE(session.configuredUser(), who.user);
         QVERIFY(session.knownUsers().empty());
-        QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Operator, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(session.role(local), Role::Operator, patience);
         session.actFor({who.user, QStringLiteral("wrong")});
         QTRY_COMPARE_WITH_TIMEOUT(session.status(local).state, LinkState::Denied, patience);
         QCOMPARE(session.status(local).reason, QStringLiteral("user or password are wrong"));
-        QVERIFY(!session.role());
+        QVERIFY(!session.role(local));
     }
 
     void saysWhatTheRecorderRefusesAViewer()
@@ -228,7 +228,7 @@ private Q_SLOTS:
         shown.user.switchTo(ZelkoCommon::roleName(Role::Viewer));
         QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
         auto& controller = *shown.window.records()->controller();
-        QTRY_VERIFY_WITH_TIMEOUT(session.role() == Role::Viewer && controller.isConnected(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(session.role(local) == Role::Viewer && controller.isConnected(), patience);
         controller.sl_resyncRecordList(); // as something that asks for no rights would
         const auto& messages = *shown.window.messages();
         QTRY_VERIFY_WITH_TIMEOUT(messages.box(), patience);
@@ -249,7 +249,7 @@ private Q_SLOTS:
         operatorhands::clickRow(shown.table, shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")));
         const QAction* const rename =
             shown.window.records()->controller()->recordAction(ZelkoGUI::IZelkoGUIController::UserActionRename);
-        QTRY_VERIFY_WITH_TIMEOUT(session.role() == Role::Viewer && rename->isEnabled(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(session.role(local) == Role::Viewer && rename->isEnabled(), patience);
         const operatorhands::DialogAnswer answer([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
         QTest::keyClick(&shown.table, Qt::Key_R, Qt::ControlModifier);
         QVERIFY(answer.wasGiven());
