@@ -124,7 +124,7 @@ void ConsoleWindow::makeMenus()
     view.addSeparator();
     constexpr auto focus = qOverload<>(&QWidget::setFocus);
     addMenuAction(view, tr("Go to &Devices"), Qt::CTRL | Qt::Key_1, m_devices, focus);
-    addMenuAction(view, tr("Go to &Recordings"), Qt::CTRL | Qt::Key_2, m_records->table(), focus);
+    addMenuAction(view, tr("Go to &Records"), Qt::CTRL | Qt::Key_2, m_records->table(), focus);
 
     menuBar()->addMenu(m_userMenu);
 
@@ -169,7 +169,7 @@ void ConsoleWindow::showAbout()
     QMessageBox::about(this, tr("About Recorder Console"),
                        tr("<h3>Recorder Console</h3>"
                           "<p>Version %1</p>"
-                          "<p>Shows the recordings of signal recorders as they appear, grow, finish and go.</p>")
+                          "<p>Shows the records of signal recorders as they appear, grow, finish and go.</p>")
                            .arg(QApplication::applicationVersion()));
 }
 
