@@ -193,7 +193,10 @@ void ConsoleWindow::statusChanged(const QString& subSystem)
 
 void ConsoleWindow::writeRefused(const QString& subSystem, const QString& reason)
 {
-    m_messages->show(tr("Recorder %1 has refused a change: %2").arg(subSystem, reason));
+    const QString advice = m_user->role() == ZelkoCommon::Role::Administrator
+                               ? tr("What was changed is again as it was; try it once more.")
+                               : tr("Log in as a user who may do this.");
+    m_messages->show(tr("Recorder %1 has refused a change: %2. %3").arg(subSystem, reason, advice));
 }
 
 void ConsoleWindow::restorePlaces()

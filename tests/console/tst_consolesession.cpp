@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recorderprocess.h"
 #include "recorderstart.h"
 
@@ -14,6 +15,8 @@
 #include <valuecore/tree.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkobase/orb/orb.h>
+#include <zelkobase/service/servicestatus.h>
+#include <zelkobase/service/toolbarhelper.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QMessageBox>
@@ -28,7 +31,6 @@ using Model = ZelkoCommon::AbstractRecordListModel;
 
 namespace {
 
-constexpr int patience = 30'000;
 const QString local = QStringLiteral("local");
 
 const QStringList sources{QStringLiteral("generator:fm,name=Short,seconds=1"),
@@ -73,6 +75,12 @@ struct Shown
     ConsoleWindow window;
     RecordTableView& table;
 };
+
+QString notAllowedText()
+{
+    const auto code = static_cast<unsigned long>(ZelkoCommon::ServiceStatus::NotAllowed);
+    return ZelkoCommon::ToolbarHelper::Instance()->ErrorId2Text(code, ZelkoCommon::ToolbarHelper::ServiceContext);
+}
 
 } // namespace
 
@@ -254,7 +262,7 @@ private Q_SLOTS:
         QTest::keyClick(&shown.table, Qt::Key_R, Qt::ControlModifier);
         QVERIFY(answer.wasGiven());
         QTRY_VERIFY_WITH_TIMEOUT(shown.window.messages()->box(), patience);
-        QVERIFY(!shown.window.messages()->box()->text().isEmpty());
+        QCOMPARE(shown.window.messages()->box()->text(), notAllowedText());
     }
 
 private:
