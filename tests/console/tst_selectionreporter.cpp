@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
@@ -98,7 +99,7 @@ private Q_SLOTS:
         }
         QCOMPARE(setting.told->count(), 1);
         QCOMPARE(setting.last(), QStringList());
-        QTRY_COMPARE_WITH_TIMEOUT(setting.told->count(), 2, 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.told->count(), 2, patience);
         QCOMPARE(setting.last().size(), small + 10);
         QCoreApplication::processEvents();
         QCOMPARE(setting.told->count(), 2);
@@ -111,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(setting.last(), setting.ids({1}));
         QTest::keyClick(&setting.view, Qt::Key_A, Qt::ControlModifier);
         QCOMPARE(setting.last(), QStringList());
-        QTRY_COMPARE_WITH_TIMEOUT(setting.last().size(), small + 10, 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.last().size(), small + 10, patience);
     }
 
     void tellsASmallSelectionInPlaceOfALargeOneThatWaits()
