@@ -1,6 +1,7 @@
 #include <console/session/consoleoptions.h>
 #include <console/window/runningconsole.h>
 
+#include <observerbase/errorhandler.h>
 #include <process/terminationsignals.h>
 
 #include <QApplication>
@@ -34,6 +35,7 @@ int main(int argc, char** argv)
     if (!options) {
         return fail(error, wrongUsage);
     }
+    ErrorHandler::Instance()->SetTraceMask(options->traceMask());
     const auto console = ZelkoConsole::RunningConsole::open(*options, &error);
     if (!console) {
         return fail(error, 1);

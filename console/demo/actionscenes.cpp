@@ -63,7 +63,7 @@ void paintOperator(ScenePainter& painter)
     select(window, 1);
     painter.paint(window, "actions-window");
     painter.paint(*pane.actions()->toolBar(), "tool-bar-enabled");
-    painter.paintMenu(*pane.actions()->menu(), "recording-menu");
+    painter.paintMenu(*pane.actions()->menu(), "record-menu");
     painter.paintMenu(*window.userMenu(), "user-menu");
     paintDialogOf(painter, pane.controller()->recordAction(Controller::UserActionDelete), "delete-box");
     paintDialogOf(painter, pane.controller()->recordAction(Controller::UserActionRename), "rename-dialog");
@@ -89,7 +89,7 @@ void paintViewer(ScenePainter& painter)
     QAction* const remove = window.records()->controller()->recordAction(Controller::UserActionDelete);
     operatorhands::enter(*window.records()->actions()->toolBar()->widgetForAction(remove));
     painter.paint(window, "viewer-window");
-    painter.paintMenu(*window.records()->actions()->menu(), "recording-menu-viewer");
+    painter.paintMenu(*window.records()->actions()->menu(), "record-menu-viewer");
 }
 
 void paintDenied(ScenePainter& painter)
@@ -97,7 +97,11 @@ void paintDenied(ScenePainter& painter)
     WindowScene scene({WindowScene::north(), WindowScene::south()}, WindowScene::recorder1(), false);
     scene.user().logIn({QStringLiteral("mallory"), QStringLiteral("guess")});
     ConsoleWindow& window = scene.open();
+    const operatorhands::DialogAnswer again([&](QWidget& dialog) { painter.paint(dialog, "login-dialog-denied"); });
     scene.site().setStatus(WindowScene::north(), {LinkState::Denied, QStringLiteral("user or password are wrong")});
+    if (!QTest::qWaitFor([&again] { return again.wasGiven(); }, patience)) {
+        qWarning("the pictures lack the dialog that comes again");
+    }
     painter.paint(window, "denied-window");
     painter.paintMenu(*window.userMenu(), "user-menu-login");
 }

@@ -76,6 +76,12 @@ std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> SampleSite::connectio
     return m_connection;
 }
 
+std::optional<ZelkoCommon::Role> SampleSite::role(const QString& subSystem) const
+{
+    const auto found = m_roles.constFind(subSystem);
+    return found == m_roles.constEnd() ? std::nullopt : std::optional(*found);
+}
+
 void SampleSite::knowUsers()
 {
     for (const auto role : ZelkoCommon::allRoles) {

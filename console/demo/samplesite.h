@@ -34,13 +34,13 @@ public:
     std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const override;
     const std::vector<KnownUser>& knownUsers() const override { return m_users; }
     void actFor(const ZelkoCommon::LinkCredentials& user) override { m_actsFor = user; }
-    std::optional<ZelkoCommon::Role> role() const override { return m_role; }
+    std::optional<ZelkoCommon::Role> role(const QString& subSystem) const override;
 
     /// As a recorder of the console's own has them: "viewer", "operator" and "administrator". Before anybody asks.
     void knowUsers();
 
-    /// What the recorders take the user for; nothing at first.
-    void setRole(std::optional<ZelkoCommon::Role> role) { m_role = role; }
+    /// What the recorder of a sub system takes the user for; nothing at first.
+    void setRole(const QString& subSystem, ZelkoCommon::Role role) { m_roles.insert(subSystem, role); }
 
     /// For whom the site acts: who was last asked for.
     const ZelkoCommon::LinkCredentials& actsFor() const { return m_actsFor; }
@@ -72,7 +72,7 @@ private:
     const QStringList m_names;
     const std::shared_ptr<SampleConnection> m_connection;
     std::vector<KnownUser> m_users;
-    std::optional<ZelkoCommon::Role> m_role;
+    QHash<QString, ZelkoCommon::Role> m_roles;
     ZelkoCommon::LinkCredentials m_actsFor;
     QHash<QString, SubSystemStatus> m_status;
 };

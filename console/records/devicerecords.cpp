@@ -111,9 +111,9 @@ void DeviceRecords::Private::rowsCame()
 
 void DeviceRecords::Private::lookUp()
 {
-    map.GetFromTree(devicePath + names::recordsMap);
-    loadCount.GetFromTree(devicePath + names::recordsLoadCount);
-    complete.GetFromTree(devicePath + names::recordsLoadedCompletly);
+    map.GetFromTree(names::recordMapPath(devicePath));
+    loadCount.GetFromTree(names::loadCountPath(devicePath));
+    complete.GetFromTree(names::loadedCompletlyPath(devicePath));
     if (!isWhole() || !connectModel()) {
         return;
     }
@@ -126,7 +126,7 @@ void DeviceRecords::Private::lookUp()
 // To connect the model a second time would take all its rows away and bring them again.
 bool DeviceRecords::Private::connectModel()
 {
-    const QString path = devicePath + names::recordsMap;
+    const QString path = names::recordMapPath(devicePath);
     return model.connectionPath() == path || model.connect(path);
 }
 

@@ -1,19 +1,14 @@
 #include <console/records/emptystate.h>
 
+#include <console/translation.h>
 #include <console/widgets/scaledfont.h>
 
-#include <QCoreApplication>
 #include <QPainter>
 
 #include <algorithm>
 
 namespace ZelkoConsole {
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ZelkoConsole::EmptyState", text);
-}
 
 constexpr int textFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 
@@ -32,9 +27,9 @@ EmptyState emptyState(const QString& subSystem, const SubSystemStatus& status, c
         return {Glyph::Empty, tr("Select a device of %1").arg(subSystem)};
     }
     if (!recordsFound || loading) {
-        return {Glyph::Busy, tr("Waiting for the recordings of %1…").arg(device)};
+        return {Glyph::Busy, tr("Waiting for the records of %1…").arg(device)};
     }
-    return {Glyph::Empty, tr("No recordings on this device")};
+    return {Glyph::Empty, tr("No records on this device")};
 }
 
 void paintEmptyState(QPainter& painter, const QRect& area, const EmptyState& state, const QPalette& palette)

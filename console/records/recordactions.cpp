@@ -32,12 +32,10 @@ void setTip(QAction& action, const QString& tip)
 }
 
 // Recorders do not synchronise for those who may only look.
-QString whyNotSynchronized(bool isConnected)
+QString whyNotSynchronized(const RecordSituation& situation)
 {
-    if (!isConnected) {
-        return noConnectionText();
-    }
-    return UserRights::Instance()->GetRights() ? QString() : forbiddenText();
+    const QString noDevice = whyNoDevice(situation);
+    return noDevice.isEmpty() && !mayChangeAnything() ? forbiddenText() : noDevice;
 }
 
 QString whyNotOnlyOne(int selected)
@@ -59,8 +57,8 @@ IZelkoGUIController::UserActions RecordActions::offered()
 RecordActions::RecordActions(Controller* controller, QWidget* owner)
     : QObject(owner)
     , m_controller(controller)
-    , m_menu(new QMenu(tr("&Recording"), owner))
-    , m_toolBar(new QToolBar(tr("Recording"), owner))
+    , m_menu(new QMenu(tr("&Record"), owner))
+    , m_toolBar(new QToolBar(tr("Record"), owner))
     , m_synchronizeList(new QAction(tr("Synchronize &List"), this))
     , m_synchronizeRecord(new QAction(tr("&Synchronize Record"), this))
 {
@@ -148,21 +146,21 @@ void RecordActions::update()
     const RecordSituation situation = situationOf(*m_controller, m_isConnected);
     for (const auto flag : offeredActions) {
         QAction& action = *m_controller->recordAction(flag);
-        setTip(action, action.isEnabled() ? whatItDoes(flag) : whyUnavailable(flag, situation));
+        setTip(action, tipOf(flag, action.isEnabled(), situation));
     }
     updateSynchronize(situation);
 }
 
 void RecordActions::updateSynchronize(const RecordSituation& situation)
 {
-    const QString whyNot = whyNotSynchronized(situation.isConnected);
+    const QString whyNot = whyNotSynchronized(situation);
     m_synchronizeList->setEnabled(whyNot.isEmpty());
     setTip(*m_synchronizeList, whyNot.isEmpty() ? tr("Has the device send its whole list anew.") : whyNot);
 
     const QString whyNotOne = whyNot.isEmpty() ? whyNotOnlyOne(situation.selected) : whyNot;
     m_synchronizeRecord->setEnabled(whyNotOne.isEmpty());
     setTip(*m_synchronizeRecord,
-           whyNotOne.isEmpty() ? tr("Has the device send all that it knows of the recording.") : whyNotOne);
+           whyNotOne.isEmpty() ? tr("Has the device send all that it knows of the record.") : whyNotOne);
 }
 
 } // namespace ZelkoConsole

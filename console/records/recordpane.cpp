@@ -7,7 +7,6 @@
 #include <console/records/selectionkeeper.h>
 #include <console/records/selectionreporter.h>
 #include <console/records/selectionsummary.h>
-#include <console/treepaths.h>
 #include <console/widgets/heading.h>
 
 #include <host/activedevicecontrol.h>
@@ -149,7 +148,7 @@ void RecordPane::setDevice(const QString& subSystem, const QString& device)
     m_keeper->forget();                                               // before rows of the other device can come
     m_connection->GetConfiguration()->SetCurrentSubSystem(subSystem); // in which the controller looks for the device
     m_activeDevice->setActiveDevice(device, subSystem);
-    m_records->follow(device.isEmpty() ? QString() : treepath::device(subSystem, device));
+    m_records->follow(device.isEmpty() ? QString() : m_connection->GetDeviceBasePath(device));
     updateTitle();
     updateTexts();
 }
@@ -176,7 +175,7 @@ void RecordPane::updateTexts()
 void RecordPane::updateCount()
 {
     const int count = m_proxy->rowCount();
-    const QString text = count == 1 ? tr("1 recording") : tr("%1 recordings").arg(count);
+    const QString text = count == 1 ? tr("1 record") : tr("%1 records").arg(count);
     m_count->setText(m_records->isConnected() ? text : QString());
 }
 

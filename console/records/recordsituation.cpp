@@ -1,8 +1,8 @@
 #include <console/records/recordsituation.h>
 
-#include <host/userrights.h>
+#include <console/translation.h>
 
-#include <QCoreApplication>
+#include <host/userrights.h>
 
 namespace ZelkoConsole {
 
@@ -10,11 +10,6 @@ using Controller = ZelkoGUI::IZelkoGUIController;
 using Record = ZELKO_XML::ZELKO_RecordData;
 
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ZelkoConsole::RecordSituation", text);
-}
 
 bool isAllowed(Controller::enUserAction action)
 {
@@ -24,6 +19,8 @@ bool isAllowed(Controller::enUserAction action)
         return UserRights::DeleteRecordsAllowed();
     case Controller::UserActionReset:
         return UserRights::ResetRecordAllowed();
+    case Controller::UserActionRename: // which the library leaves to the recorder to refuse
+        return mayChangeAnything();
     default:
         return true;
     }
@@ -34,29 +31,50 @@ bool takesSeveral(Controller::enUserAction action)
     return action == Controller::UserActionDelete || action == Controller::UserActionDeletable;
 }
 
+QString notAvailableText()
+{
+    return tr("This is not available for this record.");
+}
+
+QString notFinishedText()
+{
+    return tr("This record is not finished.");
+}
+
+QString refusedText()
+{
+    const QString user = UserRights::Instance()->GetUser();
+    return user.isEmpty() ? tr("The recorder will refuse this: log in to do it.")
+                          : tr("User %1 may not do this: the recorder will refuse it.").arg(user);
+}
+
 QString whyNotDeleted(const RecordSituation& situation)
 {
-    return situation.selected == 1 ? tr("This recording is not deletable.")
-                                   : tr("None of the selected recordings is deletable.");
+    return situation.selected == 1 ? tr("This record is not deletable.")
+                                   : tr("None of the selected records is deletable.");
 }
 
 QString whyNotToggled(const RecordSituation& situation)
 {
     if (situation.finished < situation.selected) {
-        return situation.selected == 1 ? tr("This recording is not finished.")
-                                       : tr("Not all of the selected recordings are finished.");
+        return situation.selected == 1 ? notFinishedText() : tr("Not all of the selected records are finished.");
     }
     if (situation.deletable != 0 && situation.deletable != situation.selected) {
-        return tr("Some of the selected recordings are deletable and others are not.");
+        return tr("Some of the selected records are deletable and others are not.");
     }
-    return tr("This is not available for the selected recordings.");
+    return tr("This is not available for the selected records.");
 }
 
-QString whyNotForOne(Controller::enUserAction action, const RecordSituation& situation)
+// What the device takes is known to the controller alone; when nothing else stands in the way it must be that.
+QString whyNotRenamed(const RecordSituation& situation)
 {
-    return action == Controller::UserActionRename && situation.inWork > 0
-               ? tr("This recording is being recorded.")
-               : tr("This is not available for this recording.");
+    if (situation.known < situation.selected) {
+        return notAvailableText();
+    }
+    if (situation.inWork > 0) {
+        return situation.recording > 0 ? tr("This record is being recorded.") : notFinishedText();
+    }
+    return tr("The device does not take new names of records.");
 }
 
 // Of the selection alone.
@@ -67,16 +85,26 @@ QString whyNotForSelection(Controller::enUserAction action, const RecordSituatio
         return whyNotDeleted(situation);
     case Controller::UserActionDeletable:
         return whyNotToggled(situation);
+    case Controller::UserActionRename:
+        return whyNotRenamed(situation);
     default:
-        return whyNotForOne(action, situation);
+        return notAvailableText();
     }
+}
+
+bool isBeingRecorded(const Record& record)
+{
+    const auto status = record.GetRecordStatus();
+    return status == Record::RecordStatus::Recording || status == Record::RecordStatus::LoopRecording;
 }
 
 void count(RecordSituation& situation, const Record& record)
 {
+    ++situation.known;
     situation.deletable += record.GetDeletable() ? 1 : 0;
     situation.finished += record.GetRecordStatus() == Record::RecordStatus::Finished ? 1 : 0;
     situation.inWork += record.IsFinishedSet() && !record.GetFinished() ? 1 : 0;
+    situation.recording += isBeingRecorded(record) ? 1 : 0;
 }
 
 } // namespace
@@ -84,6 +112,7 @@ void count(RecordSituation& situation, const Record& record)
 RecordSituation situationOf(const Controller& controller, bool isConnected)
 {
     RecordSituation situation;
+    situation.isDeviceChosen = !controller.activeDevice().isEmpty();
     situation.isConnected = isConnected;
     const QStringList selected = controller.selectedRecords();
     situation.selected = static_cast<int>(selected.size());
@@ -95,9 +124,17 @@ RecordSituation situationOf(const Controller& controller, bool isConnected)
     return situation;
 }
 
-QString noConnectionText()
+QString whyNoDevice(const RecordSituation& situation)
 {
-    return tr("There is no connection to the device.");
+    if (!situation.isDeviceChosen) {
+        return tr("No device is chosen.");
+    }
+    return situation.isConnected ? QString() : tr("There is no connection to the device.");
+}
+
+bool mayChangeAnything()
+{
+    return UserRights::Instance()->GetRights() != UserRights::Rights();
 }
 
 QString forbiddenText()
@@ -108,13 +145,13 @@ QString forbiddenText()
 
 QString notOneText(int selected)
 {
-    return selected == 0 ? tr("No recording is selected.") : tr("More than one recording is selected.");
+    return selected == 0 ? tr("No record is selected.") : tr("More than one record is selected.");
 }
 
 QString whyUnavailable(Controller::enUserAction action, const RecordSituation& situation)
 {
-    if (!situation.isConnected) {
-        return noConnectionText();
+    if (const QString noDevice = whyNoDevice(situation); !noDevice.isEmpty()) {
+        return noDevice;
     }
     if (!isAllowed(action)) {
         return forbiddenText();
@@ -125,17 +162,25 @@ QString whyUnavailable(Controller::enUserAction action, const RecordSituation& s
     return whyNotForSelection(action, situation);
 }
 
+QString tipOf(Controller::enUserAction action, bool isEnabled, const RecordSituation& situation)
+{
+    if (!isEnabled) {
+        return whyUnavailable(action, situation);
+    }
+    return isAllowed(action) ? whatItDoes(action) : refusedText();
+}
+
 QString whatItDoes(Controller::enUserAction action)
 {
     switch (action) {
     case Controller::UserActionReset:
-        return tr("Puts a recording to rest that hangs in another state.");
+        return tr("Puts a record to rest that hangs in another state.");
     case Controller::UserActionRename:
-        return tr("Gives the recording another name.");
+        return tr("Gives the record another name.");
     case Controller::UserActionDelete:
-        return tr("Deletes those of the selected recordings that are deletable, after a question.");
+        return tr("Deletes those of the selected records that are deletable, after a question.");
     case Controller::UserActionDeletable:
-        return tr("Makes the selected recordings deletable, or not deletable.");
+        return tr("Makes the selected records deletable, or not deletable.");
     default:
         return {};
     }

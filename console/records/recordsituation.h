@@ -9,11 +9,14 @@ namespace ZelkoConsole {
 /// What is known of a record list when somebody wants to know why he cannot do something with it.
 struct RecordSituation
 {
+    bool isDeviceChosen = false;
     bool isConnected = false; ///< to the device
     int selected = 0;         ///< records
+    int known = 0;            ///< of these: in the list
     int deletable = 0;        ///< of these
     int finished = 0;         ///< of these: with the status "finished"
-    int inWork = 0;           ///< of these: not counting as finished, as when they are being recorded
+    int inWork = 0;           ///< of these: not counting as finished, whatever the status
+    int recording = 0;        ///< of these: being recorded
 
     bool operator==(const RecordSituation&) const = default;
 };
@@ -25,9 +28,16 @@ RecordSituation situationOf(const ZelkoGUI::IZelkoGUIController& controller, boo
 /// the present user.
 QString whyUnavailable(ZelkoGUI::IZelkoGUIController::enUserAction action, const RecordSituation& situation);
 
+/// What an action does or, while it is not enabled or the recorder would refuse it, why not; a sentence with a full
+/// stop.
+QString tipOf(ZelkoGUI::IZelkoGUIController::enUserAction action, bool isEnabled, const RecordSituation& situation);
+
 /// @name Reasons that hold for other things too
 /// @{
-QString noConnectionText();
+/// Why there is no device to do anything with; empty where there is one.
+QString whyNoDevice(const RecordSituation& situation);
+/// Whether recorders take any change at all from the present user.
+bool mayChangeAnything();
 /// The present user may not.
 QString forbiddenText();
 /// `selected` records are too few or too many where it takes one.

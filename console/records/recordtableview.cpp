@@ -55,7 +55,7 @@ RecordTableView::RecordTableView(QWidget* parent)
     , m_sortMenu(new SortMenu(this))
 {
     setObjectName(QStringLiteral("recordTable"));
-    setAccessibleName(tr("Recordings"));
+    setAccessibleName(tr("Records"));
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);

@@ -37,12 +37,15 @@ SelectionReporter::SelectionReporter(const QItemSelectionModel* selection, QObje
 
 SelectionReporter::~SelectionReporter() = default;
 
+// Keys that waited while the list was busy come all in one turn of the event loop: what they do must not be done to the
+// selection before.
 void SelectionReporter::selectionChanged()
 {
     if (isSmall()) {
         report();
-    } else {
+    } else if (!m_soon.isActive()) {
         m_soon.start();
+        Q_EMIT selected({});
     }
 }
 

@@ -11,8 +11,8 @@ namespace ZelkoConsole {
 /// Tells by record IDs what is selected in a list whose model has the columns of a record list.
 ///
 /// A small selection is told with each change. A large one, which takes its time to collect, is told once per turn of
-/// the event loop at most. That a list is emptied to be filled anew is not told: what comes back is selected again, or
-/// `report()` is called. GUI thread.
+/// the event loop at most; from its first change until then nothing is told to be selected. That a list is emptied to
+/// be filled anew is not told: what comes back is selected again, or `report()` is called. GUI thread.
 class SelectionReporter : public QObject
 {
     Q_OBJECT

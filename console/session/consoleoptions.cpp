@@ -1,5 +1,9 @@
 #include <console/session/consoleoptions.h>
 
+#include <console/translation.h>
+
+#include <observerbase/errorhandler.h>
+
 #include <QCommandLineParser>
 #include <QDir>
 #include <QStandardPaths>
@@ -10,11 +14,7 @@ namespace {
 constexpr QLatin1String siteOption("site");
 constexpr QLatin1String storeOption("store");
 constexpr QLatin1String recordOption("record");
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ZelkoConsole::ConsoleOptions", text);
-}
+constexpr QLatin1String traceOption("trace");
 
 void describe(QCommandLineParser& parser)
 {
@@ -23,13 +23,15 @@ void describe(QCommandLineParser& parser)
     parser.addOption({siteOption, tr("The sub systems to connect to."), QStringLiteral("FILE")});
     parser.addOption(
         {storeOption,
-         tr("Where the own recorder keeps its recordings. Without it each console that runs has a folder of its own."),
+         tr("Where the own recorder keeps its records. Without it each console that runs has a folder of its own."),
          QStringLiteral("DIR")});
     parser.addOption(
         {recordOption,
          tr("What the own recorder records; may be given more than once: \"generator:...\" or the path of a "
             "SigMF capture."),
          QStringLiteral("SOURCE")});
+    parser.addOption({traceOption, tr("Writes warnings for developers too, some of them again and again while a "
+                                      "recorder is not there. Without it only errors are written.")});
     parser.addHelpOption();
 }
 
@@ -60,7 +62,13 @@ std::optional<ConsoleOptions> ConsoleOptions::parse(const QStringList& arguments
         }
         return std::nullopt;
     }
-    return ConsoleOptions{parser.value(siteOption), parser.value(storeOption), parser.values(recordOption)};
+    return ConsoleOptions{parser.value(siteOption), parser.value(storeOption), parser.values(recordOption),
+                          parser.isSet(traceOption)};
+}
+
+unsigned int ConsoleOptions::traceMask() const
+{
+    return ErrorHandler::TraceError | (traces ? ErrorHandler::TraceWarning : 0U);
 }
 
 QString ConsoleOptions::helpText()

@@ -15,9 +15,13 @@ struct ConsoleOptions
     QString siteFile;    ///< empty: the console starts a recorder of its own
     QString storeFolder; ///< of that recorder; empty: one of the user's application data that no other console uses
     QStringList sources; ///< what that recorder records; empty: `defaultSources()`
+    bool traces = false; ///< warnings for developers, not errors alone
 
     /// Reads a command line without the program's name. Nothing, and a text for people in `error`, when it is wrong.
     static std::optional<ConsoleOptions> parse(const QStringList& arguments, QString* error);
+
+    /// What ErrorHandler is to trace.
+    unsigned int traceMask() const;
 
     /// The text for --help.
     static QString helpText();

@@ -164,16 +164,9 @@ void ConsoleSession::actFor(const ZelkoCommon::LinkCredentials& user)
     }
 }
 
-std::optional<ZelkoCommon::Role> ConsoleSession::role() const
+std::optional<ZelkoCommon::Role> ConsoleSession::role(const QString& subSystem) const
 {
-    std::optional<ZelkoCommon::Role> least;
-    for (const QString& name : d->names) {
-        const auto role = d->connection ? d->connection->GetRole(name) : std::nullopt;
-        if (role && (!least || *role < *least)) {
-            least = role;
-        }
-    }
-    return least;
+    return d->connection ? d->connection->GetRole(subSystem) : std::nullopt;
 }
 
 const EmbeddedRecorder* ConsoleSession::recorder() const

@@ -35,7 +35,7 @@ public:
     const std::vector<KnownUser>& knownUsers() const override;
     QString configuredUser() const override;
     void actFor(const ZelkoCommon::LinkCredentials& user) override;
-    std::optional<ZelkoCommon::Role> role() const override;
+    std::optional<ZelkoCommon::Role> role(const QString& subSystem) const override;
 
     /// The recorder of the session's own; null with a site.
     const EmbeddedRecorder* recorder() const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <console/session/knownuser.h>
+#include <console/session/subsystemstatus.h>
 
 #include <host/userrights.h>
 
@@ -12,8 +13,8 @@ namespace ZelkoConsole {
 
 class Session;
 
-/// Who works at the console. Keeps UserRights at what he may do, as the recorders take him for; while there is no
-/// connection, as far as the console knows by itself. GUI thread.
+/// Who works at the console. Keeps UserRights at what he may do, as the recorder takes him for that he works
+/// with; while there is no connection, as far as the console knows by itself. GUI thread.
 class ConsoleUser : public QObject
 {
     Q_OBJECT
@@ -30,8 +31,15 @@ public:
     /// Empty for nobody in particular.
     const QString& name() const { return m_name; }
 
-    /// What he is: what the recorders that are connected take him for, the least of them where they differ.
+    /// He works with the devices of a sub system from now on: what he may do is what that one takes him for. With those
+    /// of all where the name is empty, as at first.
+    void workAt(const QString& subSystem);
+
+    /// What he is: what the recorder takes him for that he works with; the least where there are more than one.
     ZelkoCommon::Role role() const;
+
+    /// Whether he works with recorders of which none admits him, and one said so.
+    bool isDenied() const;
 
     /// Makes a known user the one who works here; false, and no change, for another name.
     bool switchTo(const QString& name);
@@ -46,18 +54,29 @@ public:
     static UserRights::Rights rightsOf(ZelkoCommon::Role role);
 
 Q_SIGNALS:
-    /// `name` or `role` is another; UserRights tells so already.
+    /// `name`, `role` or `isDenied` is another; UserRights tells so already.
     void changed();
+
+    /// The recorder that he works with does not admit who has logged in; once for each time that he did. The reason
+    /// is without a full stop.
+    void denied(const QString& reason);
 
 private:
     const KnownUser* find(const QString& name) const;
+    QStringList subSystemsAtHand() const;
+    bool isAnyAtHand(LinkState state) const;
+    void statusChanged(const QString& subSystem);
+    void answered(const SubSystemStatus& status);
     void become(const QString& name, ZelkoCommon::Role expected);
     void tell(bool isAnotherName);
 
     Session& m_session;
     QString m_name;
+    QString m_subSystem;
     ZelkoCommon::Role m_expected = ZelkoCommon::Role::Viewer; // while no recorder has said anything
-    ZelkoCommon::Role m_told = ZelkoCommon::Role::Viewer;
+    ZelkoCommon::Role m_toldRole = ZelkoCommon::Role::Viewer;
+    bool m_toldDenied = false;
+    bool m_waitsForAnswer = false; // to a log-in
 };
 
 } // namespace ZelkoConsole

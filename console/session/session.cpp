@@ -21,7 +21,7 @@ QString Session::configuredUser() const
 
 void Session::actFor(const ZelkoCommon::LinkCredentials&) {}
 
-std::optional<ZelkoCommon::Role> Session::role() const
+std::optional<ZelkoCommon::Role> Session::role(const QString&) const
 {
     return std::nullopt;
 }

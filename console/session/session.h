@@ -46,8 +46,8 @@ public:
     /// Acts for a user from now on: the sub systems are connected anew. Nothing in general.
     virtual void actFor(const ZelkoCommon::LinkCredentials& user);
 
-    /// What the recorders that are connected take the user for, the least of them; nothing while there is none.
-    virtual std::optional<ZelkoCommon::Role> role() const;
+    /// What the recorder of a sub system takes the user for; nothing while that is not connected.
+    virtual std::optional<ZelkoCommon::Role> role(const QString& subSystem) const;
 
 Q_SIGNALS:
     /// `status` of the sub system gives something else than before.

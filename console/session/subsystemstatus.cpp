@@ -1,14 +1,9 @@
 #include <console/session/subsystemstatus.h>
 
-#include <QCoreApplication>
+#include <console/translation.h>
 
 namespace ZelkoConsole {
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ZelkoConsole::SubSystemStatus", text);
-}
 
 QString unreachableText(const QString& subSystem, const QString& reason)
 {

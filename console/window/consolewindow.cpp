@@ -5,6 +5,7 @@
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
+#include <console/session/consoleuser.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/widgets/glyph.h>
@@ -49,6 +50,7 @@ QAction* addMenuAction(QMenu& menu, const QString& text, const QKeySequence& sho
 ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* settings, QWidget* parent)
     : QMainWindow(parent)
     , m_session(session)
+    , m_user(user)
     , m_settings(settings)
     , m_deviceModel(new DeviceListModel(this))
     , m_devices(new DeviceListView(m_deviceModel))
@@ -122,7 +124,7 @@ void ConsoleWindow::makeMenus()
     view.addSeparator();
     constexpr auto focus = qOverload<>(&QWidget::setFocus);
     addMenuAction(view, tr("Go to &Devices"), Qt::CTRL | Qt::Key_1, m_devices, focus);
-    addMenuAction(view, tr("Go to &Recordings"), Qt::CTRL | Qt::Key_2, m_records->table(), focus);
+    addMenuAction(view, tr("Go to &Records"), Qt::CTRL | Qt::Key_2, m_records->table(), focus);
 
     menuBar()->addMenu(m_userMenu);
 
@@ -167,7 +169,7 @@ void ConsoleWindow::showAbout()
     QMessageBox::about(this, tr("About Recorder Console"),
                        tr("<h3>Recorder Console</h3>"
                           "<p>Version %1</p>"
-                          "<p>Shows the recordings of signal recorders as they appear, grow, finish and go.</p>")
+                          "<p>Shows the records of signal recorders as they appear, grow, finish and go.</p>")
                            .arg(QApplication::applicationVersion()));
 }
 
@@ -177,6 +179,7 @@ void ConsoleWindow::showChoice()
     const SubSystemStatus status = m_session->status(subSystem);
     m_records->setDevice(subSystem, m_devices->chosenDevice());
     m_records->setStatus(status);
+    m_user->workAt(subSystem); // after the device: nothing is selected when the rights become others
     m_badge->show(subSystem, status);
 }
 
@@ -190,7 +193,10 @@ void ConsoleWindow::statusChanged(const QString& subSystem)
 
 void ConsoleWindow::writeRefused(const QString& subSystem, const QString& reason)
 {
-    m_messages->show(tr("Recorder %1 has refused a change: %2").arg(subSystem, reason));
+    const QString advice = m_user->role() == ZelkoCommon::Role::Administrator
+                               ? tr("What was changed is again as it was; try it once more.")
+                               : tr("Log in as a user who may do this.");
+    m_messages->show(tr("Recorder %1 has refused a change: %2. %3").arg(subSystem, reason, advice));
 }
 
 void ConsoleWindow::restorePlaces()

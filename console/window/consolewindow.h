@@ -55,6 +55,7 @@ private:
     void restorePlaces();
 
     Session* const m_session;
+    ConsoleUser* const m_user;
     QSettings* const m_settings;
     DeviceListModel* m_deviceModel;
     DeviceListView* m_devices;

@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QDialogButtonBox;
+class QLabel;
 class QLineEdit;
 
 namespace ZelkoConsole {
@@ -19,12 +20,16 @@ public:
     explicit LoginDialog(const QString& user, QWidget* parent = nullptr);
     ~LoginDialog() override;
 
+    /// Says why somebody is asked again, without a full stop.
+    void showReason(const QString& reason);
+
     /// As entered; the name without blanks around it.
     ZelkoCommon::LinkCredentials credentials() const;
 
 private:
-    void update();
+    void updateButtons();
 
+    QLabel* m_reason; // hidden while there is none
     QLineEdit* m_name;
     QLineEdit* m_password;
     QDialogButtonBox* m_buttons;

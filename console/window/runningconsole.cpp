@@ -4,6 +4,7 @@
 #include <console/session/consoleuser.h>
 #include <console/session/listenaddress.h>
 #include <console/session/storefolder.h>
+#include <console/translation.h>
 #include <console/window/consolewindow.h>
 #include <console/window/usermenu.h>
 
@@ -32,7 +33,7 @@ void prepareApplication()
     initResources();
     QApplication::setOrganizationName(QStringLiteral("Zelko"));
     QApplication::setApplicationName(QStringLiteral("zelko-console"));
-    QApplication::setApplicationDisplayName(QApplication::translate("ZelkoConsole", "Recorder Console"));
+    QApplication::setApplicationDisplayName(tr("Recorder Console"));
     QApplication::setApplicationVersion(QStringLiteral(ZELKO_VERSION));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/console/console.svg")));
 }

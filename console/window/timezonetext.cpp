@@ -1,15 +1,11 @@
 #include <console/window/timezonetext.h>
 
-#include <QCoreApplication>
+#include <console/translation.h>
+
 #include <QTimeZone>
 
 namespace ZelkoConsole {
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ZelkoConsole::TimeZoneText", text);
-}
 
 QString offsetText(int seconds)
 {

@@ -4,7 +4,6 @@
 #include <console/window/logindialog.h>
 
 #include <QActionGroup>
-#include <QPointer>
 
 namespace ZelkoConsole {
 
@@ -44,8 +43,10 @@ UserMenu::UserMenu(ConsoleUser* user, QWidget* parent)
     } else {
         addKnownUsers();
     }
-    connect(user, &ConsoleUser::changed, this, &UserMenu::update);
-    update();
+    connect(user, &ConsoleUser::changed, this, &UserMenu::updateEntries);
+    // A dialog in the midst of what a connection tells would hold up the rest of it.
+    connect(user, &ConsoleUser::denied, this, &UserMenu::askAgain, Qt::QueuedConnection);
+    updateEntries();
 }
 
 UserMenu::~UserMenu() = default;
@@ -70,15 +71,31 @@ void UserMenu::addLogin()
     connect(login, &QAction::triggered, this, [this] { logIn(m_user->name()); });
     m_logOut = addAction(tr("Log &Out"));
     m_logOut->setObjectName(QStringLiteral("logOut"));
-    m_logOut->setStatusTip(tr("Look at recordings and do nothing else."));
+    m_logOut->setStatusTip(tr("Look at records and do nothing else."));
     connect(m_logOut, &QAction::triggered, m_user, &ConsoleUser::logOut);
 }
 
-// The window may be closed, and this menu with it, while the dialog is open.
 void UserMenu::logIn(const QString& name)
+{
+    ask(name, QString());
+}
+
+void UserMenu::askAgain(const QString& reason)
+{
+    if (!m_dialog) {
+        ask(m_user->name(), reason);
+    }
+}
+
+// The window may be closed, and this menu with it, while the dialog is open.
+void UserMenu::ask(const QString& name, const QString& reason)
 {
     const QPointer<UserMenu> self(this);
     const QPointer<LoginDialog> dialog = new LoginDialog(name, parentWidget());
+    m_dialog = dialog;
+    if (!reason.isEmpty()) {
+        dialog->showReason(reason);
+    }
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (self && dialog && accepted) {
         m_user->logIn(dialog->credentials());
@@ -89,14 +106,14 @@ void UserMenu::logIn(const QString& name)
 QString UserMenu::userText() const
 {
     const QString name = m_user->name();
-    const QString role = roleText(m_user->role());
+    const QString role = m_user->isDenied() ? shortText({LinkState::Denied, {}}) : roleText(m_user->role());
     if (name.isEmpty()) {
         return tr("not logged in");
     }
     return name == role ? name : tr("%1 (%2)").arg(name, role);
 }
 
-void UserMenu::update()
+void UserMenu::updateEntries()
 {
     for (QAction* const action : m_known->actions()) {
         action->setChecked(action->data().toString() == m_user->name());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMenu>
+#include <QPointer>
 #include <QString>
 
 class QActionGroup;
@@ -8,6 +9,7 @@ class QActionGroup;
 namespace ZelkoConsole {
 
 class ConsoleUser;
+class LoginDialog;
 
 /// Who works at the console, and how another one comes to: the users that the console knows by themselves, each a
 /// click; where it knows none, a dialog to log in, and a way to log out. GUI thread.
@@ -21,10 +23,11 @@ public:
     ~UserMenu() override;
 
     /// Asks for the password of a user, or for a name too where that is empty, and has him work here; nothing changes
-    /// when the dialog is left. Blocks until then.
+    /// when the dialog is left. Blocks until then. When the recorder does not admit him, he is asked again.
     void logIn(const QString& name);
 
-    /// The present user in a few words; with what he is where the name does not say it.
+    /// The present user in a few words; with what he is where the name does not say it, or that he has no
+    /// access.
     QString userText() const;
 
 Q_SIGNALS:
@@ -34,9 +37,12 @@ Q_SIGNALS:
 private:
     void addKnownUsers();
     void addLogin();
-    void update();
+    void ask(const QString& name, const QString& reason);
+    void askAgain(const QString& reason);
+    void updateEntries();
 
     ConsoleUser* const m_user;
+    QPointer<LoginDialog> m_dialog; // that is open
     QActionGroup* m_known;
     QAction* m_logOut = nullptr; // where there are no known users
 };

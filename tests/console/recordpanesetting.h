@@ -1,5 +1,6 @@
 #pragma once
 
+#include "patience.h"
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
@@ -16,7 +17,6 @@
 /// A device view that is shown and connected, with an operator before it.
 struct RecordPaneSetting : RecordListSetting
 {
-    static constexpr int patience = 30'000;
 
     explicit RecordPaneSetting(int count = 0)
         : RecordListSetting(count)
@@ -34,7 +34,7 @@ struct RecordPaneSetting : RecordListSetting
     /// Waits until the device can be worked on.
     void connect() const
     {
-        QVERIFY(QTest::qWaitForWindowActive(pane.window()));
+        QVERIFY(QTest::qWaitForWindowActive(pane.window(), patience));
         QTRY_VERIFY_WITH_TIMEOUT(pane.controller()->isConnected(), patience);
     }
 

@@ -1,5 +1,7 @@
 #include <console/session/consoleoptions.h>
 
+#include <observerbase/errorhandler.h>
+
 #include <QTest>
 
 using ZelkoConsole::ConsoleOptions;
@@ -25,6 +27,17 @@ private Q_SLOTS:
         QVERIFY(options);
         QCOMPARE(options->storeFolder, QStringLiteral("/tmp/s"));
         QCOMPARE(options->sources, QStringList({QStringLiteral("generator:noise"), QStringLiteral("x.sigmf-meta")}));
+    }
+
+    void tracesErrorsAloneUnlessItIsAsked()
+    {
+        const auto usual = ConsoleOptions::parse({}, nullptr);
+        QVERIFY(usual);
+        QCOMPARE(usual->traceMask(), unsigned(ErrorHandler::TraceError));
+        const auto tracing = ConsoleOptions::parse({QStringLiteral("--trace")}, nullptr);
+        QVERIFY(tracing);
+        QCOMPARE(tracing->traceMask(), unsigned(ErrorHandler::TraceError | ErrorHandler::TraceWarning));
+        QVERIFY(ConsoleOptions::helpText().contains(QStringLiteral("--trace")));
     }
 
     void refusesWhatItDoesNotKnow_data()

@@ -16,28 +16,35 @@ class FakeSession final : public Session
     Q_OBJECT
 
 public:
-    QStringList subSystems() const override { return {QStringLiteral("north")}; }
-    SubSystemStatus status(const QString&) const override { return {}; }
+    QStringList subSystems() const override { return {QStringLiteral("north"), QStringLiteral("south")}; }
+    SubSystemStatus status(const QString& subSystem) const override { return statuses.value(subSystem); }
     std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const override { return nullptr; }
     const std::vector<KnownUser>& knownUsers() const override { return known; }
     QString configuredUser() const override { return configured; }
     void actFor(const LinkCredentials& user) override
     {
         actedFor.append(user.user + QLatin1Char('/') + user.password);
-        said.reset();
+        said.clear();
     }
-    std::optional<Role> role() const override { return said; }
+    std::optional<Role> role(const QString& subSystem) const override { return said.value(subSystem); }
 
-    void say(std::optional<Role> role)
+    void say(std::optional<Role> role, const QString& subSystem = QStringLiteral("north"))
     {
-        said = role;
-        Q_EMIT statusChanged(QStringLiteral("north"));
+        said.insert(subSystem, role);
+        Q_EMIT statusChanged(subSystem);
+    }
+
+    void become(LinkState state, const QString& subSystem, const QString& reason = QString())
+    {
+        statuses.insert(subSystem, {state, reason});
+        Q_EMIT statusChanged(subSystem);
     }
 
     std::vector<KnownUser> known;
     QString configured;
     QStringList actedFor;
-    std::optional<Role> said;
+    QHash<QString, std::optional<Role>> said;
+    QHash<QString, SubSystemStatus> statuses;
 };
 
 std::vector<KnownUser> threeUsers()
@@ -61,6 +68,12 @@ private Q_SLOTS:
     void doesNotSwitchToSomebodyElse();
     void mayWhatTheRecorderSays();
     void mayNothingUntilARecorderAdmitsHim();
+    void mayWhatTheRecorderSaysThatHeWorksWith();
+    void mayTheLeastWhileHeWorksWithNoneInParticular();
+    void tellsOnceThatHeIsDenied();
+    void tellsNothingOfARecorderThatHeDoesNotWorkWith();
+    void tellsNothingOfADenialThatNobodyAskedFor();
+    void isDeniedUntilHeIsAdmitted();
     void tellsEachChangeOnce();
     void isNobodyAfterLoggingOut();
     void leavesNoRightsBehind();
@@ -157,6 +170,95 @@ void TestConsoleUser::mayNothingUntilARecorderAdmitsHim()
     session.say(Role::Operator);
     QVERIFY(UserRights::DeleteRecordsAllowed());
     QCOMPARE(UserRights::Instance()->GetUser(), "anna");
+}
+
+void TestConsoleUser::mayWhatTheRecorderSaysThatHeWorksWith()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    user.logIn({"anna", "secret"});
+    session.say(Role::Operator, "north");
+    session.say(Role::Viewer, "south");
+    user.workAt("north");
+    QCOMPARE(user.role(), Role::Operator);
+    QVERIFY(UserRights::DeleteRecordsAllowed());
+    const QSignalSpy changed(&user, &ConsoleUser::changed);
+    user.workAt("south");
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(user.role(), Role::Viewer);
+    QVERIFY(!UserRights::DeleteRecordsAllowed());
+    session.say(Role::Administrator, "south");
+    QVERIFY(UserRights::AdminAllowed());
+}
+
+void TestConsoleUser::mayTheLeastWhileHeWorksWithNoneInParticular()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    session.say(Role::Operator, "north");
+    QCOMPARE(user.role(), Role::Operator);
+    session.say(Role::Viewer, "south");
+    QCOMPARE(user.role(), Role::Viewer);
+}
+
+void TestConsoleUser::tellsOnceThatHeIsDenied()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    user.workAt("north");
+    const QSignalSpy denied(&user, &ConsoleUser::denied);
+    user.logIn({"anna", "wrong"});
+    session.become(LinkState::Denied, "north", "user or password are wrong");
+    session.become(LinkState::Denied, "north", "user or password are wrong"); // it is tried again by itself
+    QCOMPARE(denied.count(), 1);
+    QCOMPARE(denied.at(0).at(0).toString(), "user or password are wrong");
+    user.logIn({"anna", "wrong again"});
+    QCOMPARE(denied.count(), 1);
+    session.become(LinkState::Denied, "north", "user or password are wrong");
+    QCOMPARE(denied.count(), 2);
+}
+
+void TestConsoleUser::tellsNothingOfARecorderThatHeDoesNotWorkWith()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    user.workAt("north");
+    const QSignalSpy denied(&user, &ConsoleUser::denied);
+    user.logIn({"anna", "secret"});
+    session.become(LinkState::Denied, "south", "user or password are wrong");
+    QVERIFY(!user.isDenied());
+    session.become(LinkState::Connected, "north");
+    user.workAt("south");
+    session.become(LinkState::Denied, "south", "user or password are wrong");
+    QVERIFY(user.isDenied());
+    QCOMPARE(denied.count(), 0);
+}
+
+void TestConsoleUser::tellsNothingOfADenialThatNobodyAskedFor()
+{
+    FakeSession session;
+    session.configured = "anna";
+    ConsoleUser user(session);
+    const QSignalSpy denied(&user, &ConsoleUser::denied);
+    session.become(LinkState::Denied, "north", "user or password are wrong");
+    user.logIn({"anna", "secret"});
+    user.logOut();
+    session.become(LinkState::Denied, "north", "the recorder wants a user");
+    QCOMPARE(denied.count(), 0);
+}
+
+void TestConsoleUser::isDeniedUntilHeIsAdmitted()
+{
+    FakeSession session;
+    const ConsoleUser user(session);
+    const QSignalSpy changed(&user, &ConsoleUser::changed);
+    QVERIFY(!user.isDenied());
+    session.become(LinkState::Denied, "north");
+    QVERIFY(user.isDenied());
+    QCOMPARE(changed.count(), 1);
+    session.become(LinkState::Connected, "south"); // somebody admits him
+    QVERIFY(!user.isDenied());
+    QCOMPARE(changed.count(), 2);
 }
 
 void TestConsoleUser::tellsEachChangeOnce()

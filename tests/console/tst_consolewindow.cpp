@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
@@ -51,7 +52,7 @@ struct Setting : RecordListSetting
         window = std::make_unique<ConsoleWindow>(&site, user.get(), &settings);
         window->show();
         window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QVERIFY(QTest::qWaitForWindowActive(window.get(), patience));
     }
 
     int rows() const { return window->records()->table()->model()->rowCount(); }
@@ -84,12 +85,40 @@ private Q_SLOTS:
         setting.site.addDevice(setting.north, QStringLiteral("A2"));
         setting.site.setRecord(setting.north, QStringLiteral("A2"), RecordListSetting::record(7));
         DeviceListView& devices = *setting.window->devices();
-        QTRY_COMPARE(devices.model()->rowCount(devices.model()->index(0, 0)), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(devices.model()->rowCount(devices.model()->index(0, 0)), 2, patience);
         const QModelIndex second = devices.model()->index(1, 0, devices.model()->index(0, 0));
         QTest::mouseClick(devices.viewport(), Qt::LeftButton, Qt::NoModifier, devices.visualRect(second).center());
         QCOMPARE(setting.rows(), 1);
         QTest::keyClick(&devices, Qt::Key_Up);
         QCOMPARE(setting.rows(), 3);
+    }
+
+    void givesTheRightsOnTheSubSystemWhoseDeviceIsChosen()
+    {
+        const QString names[] = {QStringLiteral("north"), QStringLiteral("south")};
+        SampleSite site({names[0], names[1]});
+        for (const QString& name : names) {
+            site.addDevice(name, QStringLiteral("A1"));
+            site.connectTo(name);
+        }
+        site.setRole(names[0], ZelkoCommon::Role::Operator);
+        site.setRole(names[1], ZelkoCommon::Role::Viewer);
+        const QTemporaryDir folder;
+        QSettings settings(folder.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
+        ConsoleUser user(site);
+        ConsoleWindow window(&site, &user, &settings);
+        window.show();
+        const DeviceListView& devices = *window.devices();
+        const auto choose = [&devices](int subSystem) {
+            const QModelIndex device = devices.model()->index(0, 0, devices.model()->index(subSystem, 0));
+            QTest::mouseClick(devices.viewport(), Qt::LeftButton, Qt::NoModifier, devices.visualRect(device).center());
+        };
+        choose(1);
+        QCOMPARE(user.role(), ZelkoCommon::Role::Viewer);
+        QVERIFY(!UserRights::DeleteRecordsAllowed());
+        choose(0);
+        QCOMPARE(user.role(), ZelkoCommon::Role::Operator);
+        QVERIFY(UserRights::DeleteRecordsAllowed());
     }
 
     void showsARecordAppearGrowFinishAndGo()
@@ -118,7 +147,7 @@ private Q_SLOTS:
                  QStringLiteral("Recorder north is not reachable: it was killed, trying again"));
         QCoreApplication::processEvents();
         setting.comeBack(3);
-        QTRY_COMPARE(setting.rows(), 3);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.rows(), 3, patience);
         QCOMPARE(setting.window->badge()->text(), QStringLiteral("north: connected"));
     }
 
@@ -155,7 +184,7 @@ private Q_SLOTS:
         setting.window->resize(760, 400);
         setting.site.addDevice(setting.north, longName);
         DeviceListView& devices = *setting.window->devices();
-        QTRY_COMPARE(devices.model()->rowCount(devices.model()->index(0, 0)), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(devices.model()->rowCount(devices.model()->index(0, 0)), 2, patience);
         devices.setCurrentIndex(devices.model()->index(1, 0, devices.model()->index(0, 0)));
         QCoreApplication::processEvents();
         QCOMPARE(setting.window->findChild<QLabel*>(QStringLiteral("deviceTitle"))->text(), longName);
@@ -168,7 +197,7 @@ private Q_SLOTS:
         Setting setting(2);
         setting.site.addDevice(setting.north, QStringLiteral("<i>A3<br>"));
         DeviceListView& devices = *setting.window->devices();
-        QTRY_COMPARE(devices.model()->rowCount(devices.model()->index(0, 0)), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(devices.model()->rowCount(devices.model()->index(0, 0)), 2, patience);
         devices.setCurrentIndex(devices.model()->index(1, 0, devices.model()->index(0, 0)));
         QCOMPARE(setting.window->findChild<QLabel*>(QStringLiteral("deviceTitle"))->textFormat(), Qt::PlainText);
         QCOMPARE(devices.currentIndex().data(Qt::ToolTipRole).toString(),
@@ -196,7 +225,7 @@ private Q_SLOTS:
         for (const QAction* const action : setting.window->menuBar()->actions()) {
             titles.append(action->text());
         }
-        QCOMPARE(titles, QStringList({QStringLiteral("&File"), QStringLiteral("&Recording"), QStringLiteral("&View"),
+        QCOMPARE(titles, QStringList({QStringLiteral("&File"), QStringLiteral("&Record"), QStringLiteral("&View"),
                                       QStringLiteral("&User"), QStringLiteral("&Help")}));
     }
 
@@ -205,13 +234,18 @@ private Q_SLOTS:
         const Setting setting;
         auto& button = *setting.window->findChild<QPushButton*>(QStringLiteral("userButton"));
         QCOMPARE(button.text(), QStringLiteral("operator"));
-        QTimer::singleShot(0, &button, [&] {
-            QMenu& menu = *setting.window->userMenu();
-            QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier,
-                              menu.actionGeometry(menu.actions().constLast()).center());
+        QMenu& menu = *setting.window->userMenu();
+        QTimer look; // the button waits for its menu
+        QObject::connect(&look, &QTimer::timeout, &menu, [&] {
+            if (menu.isVisible()) {
+                look.stop();
+                QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier,
+                                  menu.actionGeometry(menu.actions().constLast()).center());
+            }
         });
+        look.start(5);
         QTest::mouseClick(&button, Qt::LeftButton);
-        QTRY_COMPARE_WITH_TIMEOUT(button.text(), QStringLiteral("administrator"), 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(button.text(), QStringLiteral("administrator"), patience);
         QCOMPARE(button.accessibleName(), QStringLiteral("User: administrator"));
         QCOMPARE(setting.site.actsFor().user, QStringLiteral("administrator"));
     }
@@ -221,20 +255,34 @@ private Q_SLOTS:
         const Setting setting(1);
         const RecordPane& pane = *setting.window->records();
         QAction* const reset = pane.controller()->recordAction(ZelkoGUI::IZelkoGUIController::UserActionReset);
-        QTRY_COMPARE_WITH_TIMEOUT(reset->statusTip(), QStringLiteral("No recording is selected."), 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(reset->statusTip(), QStringLiteral("No record is selected."), patience);
         QWidget* const button = pane.actions()->toolBar()->widgetForAction(reset);
         QVERIFY(button && !button->isEnabled());
         operatorhands::enter(*button);
-        QCOMPARE(setting.window->statusBar()->currentMessage(), QStringLiteral("No recording is selected."));
+        QCOMPARE(setting.window->statusBar()->currentMessage(), QStringLiteral("No record is selected."));
     }
 
-    void showsWhatARecorderRefused()
+    void showsWhatARecorderRefusedAndWhatToDo_data()
     {
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("advice");
+        QTest::newRow("another user may")
+            << QStringLiteral("operator") << QStringLiteral("Log in as a user who may do this.");
+        QTest::newRow("no other user may more")
+            << QStringLiteral("administrator")
+            << QStringLiteral("What was changed is again as it was; try it once more.");
+    }
+
+    void showsWhatARecorderRefusedAndWhatToDo()
+    {
+        QFETCH(QString, user);
+        QFETCH(QString, advice);
         Setting setting;
+        setting.user->switchTo(user);
         Q_EMIT setting.site.writeRefused(setting.north, QStringLiteral("it is read only"));
         QVERIFY(setting.window->messages()->box());
         QCOMPARE(setting.window->messages()->box()->text(),
-                 QStringLiteral("Recorder north has refused a change: it is read only"));
+                 QStringLiteral("Recorder north has refused a change: it is read only. ") + advice);
         QTest::keyClick(setting.window->messages()->box(), Qt::Key_Escape);
     }
 
@@ -256,7 +304,7 @@ private Q_SLOTS:
         const auto& controller = *setting.window->records()->controller();
         QCOMPARE(controller.activeDevice(), setting.device);
         QCOMPARE(controller.activeSubsystem(), setting.north);
-        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), patience);
         operatorhands::clickRow(*setting.window->records()->table(), 0);
         QCOMPARE(controller.selectedRecords().size(), 1);
         DeviceListView& devices = *setting.window->devices();
@@ -266,7 +314,7 @@ private Q_SLOTS:
         QCOMPARE(controller.selectedRecords(), QStringList());
         QTest::keyClick(&devices, Qt::Key_Down);
         QCOMPARE(controller.activeDevice(), setting.device);
-        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), patience);
         QCOMPARE(setting.rows(), 2);
     }
 
@@ -277,13 +325,13 @@ private Q_SLOTS:
         operatorhands::clickRow(*setting.window->records()->table(), 1);
         const QStringList selected = controller.selectedRecords();
         QCOMPARE(selected.size(), 1);
-        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), patience);
         setting.lose();
-        QTRY_VERIFY_WITH_TIMEOUT(!controller.isConnected(), 30'000);
+        QTRY_VERIFY_WITH_TIMEOUT(!controller.isConnected(), patience);
         QCOMPARE(controller.selectedRecords(), selected);
         setting.comeBack(3);
-        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
-        QTRY_COMPARE_WITH_TIMEOUT(shownrecords::selectedIds(*setting.window->records()->table()), selected, 30'000);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(shownrecords::selectedIds(*setting.window->records()->table()), selected, patience);
         QCOMPARE(controller.selectedRecords(), selected);
     }
 
@@ -303,7 +351,7 @@ private Q_SLOTS:
         const Setting setting;
         QTimer::singleShot(0, setting.window.get(), &ConsoleWindow::showAbout);
         QTimer::singleShot(0, setting.window.get(), &QCoreApplication::quit);
-        QTimer::singleShot(5000, setting.window.get(), [] { QCoreApplication::exit(1); });
+        QTimer::singleShot(patience, setting.window.get(), [] { QCoreApplication::exit(1); });
         QCOMPARE(QApplication::exec(), 0);
         QVERIFY(setting.settings.contains(QStringLiteral("window/geometry")));
     }
@@ -312,7 +360,7 @@ private Q_SLOTS:
     {
         const Setting setting;
         QCOMPARE(setting.window->devices()->accessibleName(), QStringLiteral("Devices"));
-        QCOMPARE(setting.window->records()->table()->accessibleName(), QStringLiteral("Recordings"));
+        QCOMPARE(setting.window->records()->table()->accessibleName(), QStringLiteral("Records"));
         QCOMPARE(setting.window->badge()->accessibleDescription(), QStringLiteral("north: connected"));
     }
 };

@@ -1,3 +1,5 @@
+#include "patience.h"
+
 #include <console/demo/samplesite.h>
 #include <console/devices/devicelistmodel.h>
 
@@ -87,7 +89,7 @@ private Q_SLOTS:
         const QModelIndex device = setting.model.deviceIndex(north, QStringLiteral("A1"));
         QVERIFY(setting.model.isAvailable(device));
         setting.site.setAvailable(north, QStringLiteral("A1"), false);
-        QTRY_VERIFY(!setting.model.isAvailable(device));
+        QTRY_VERIFY_WITH_TIMEOUT(!setting.model.isAvailable(device), patience);
         QCOMPARE(device.siblingAtColumn(1).data().toString(), QStringLiteral("not available"));
     }
 
@@ -97,8 +99,9 @@ private Q_SLOTS:
         setting.connectNorthWithOneDevice();
         SignalLog log(&setting.model);
         setting.site.addDevice(north, QStringLiteral("A2"));
-        QTRY_COMPARE(textOf(setting.model),
-                     QStringLiteral("north: connected [A1: available, A2: available]; south: connecting []"));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            textOf(setting.model),
+            QStringLiteral("north: connected [A1: available, A2: available]; south: connecting []"), patience);
         QCOMPARE(log.take(), QStringList({QStringLiteral("begin insert 1-1"), QStringLiteral("end insert 1-1"),
                                           QStringLiteral("changed 0-1")}));
     }
@@ -110,7 +113,8 @@ private Q_SLOTS:
         setting.connectNorthWithOneDevice();
         SignalLog log(&setting.model);
         setting.site.removeDevice(north, QStringLiteral("A0"));
-        QTRY_COMPARE(textOf(setting.model), QStringLiteral("north: connected [A1: available]; south: connecting []"));
+        QTRY_COMPARE_WITH_TIMEOUT(textOf(setting.model),
+                                  QStringLiteral("north: connected [A1: available]; south: connecting []"), patience);
         QCOMPARE(log.take(), QStringList({QStringLiteral("begin remove 0-0"), QStringLiteral("end remove 0-0"),
                                           QStringLiteral("changed 0")}));
     }

@@ -1,3 +1,5 @@
+#include "patience.h"
+
 #include <console/demo/samplesite.h>
 #include <console/devices/devicelistmodel.h>
 #include <console/devices/devicelistview.h>
@@ -112,7 +114,7 @@ private Q_SLOTS:
         setting.connectWithDevices(north, twoDevices);
         const QSignalSpy chosen(&setting.view, &DeviceListView::chosen);
         setting.site.removeDevice(north, QStringLiteral("A1"));
-        QTRY_COMPARE(setting.view.chosenDevice(), QStringLiteral("A2"));
+        QTRY_COMPARE_WITH_TIMEOUT(setting.view.chosenDevice(), QStringLiteral("A2"), patience);
         QVERIFY(chosen.count() > 0);
     }
 };

@@ -1,3 +1,5 @@
+#include "patience.h"
+
 #include <console/demo/samplesite.h>
 #include <console/records/devicerecords.h>
 #include <console/treepaths.h>
@@ -50,7 +52,7 @@ private Q_SLOTS:
         records.follow(path);
         QVERIFY(!records.isConnected());
         site.addDevice(north, device);
-        QTRY_VERIFY(records.isConnected());
+        QTRY_VERIFY_WITH_TIMEOUT(records.isConnected(), patience);
     }
 
     void letsGoWhenTheListGoesAndFindsItAgain()
@@ -64,10 +66,10 @@ private Q_SLOTS:
         QSignalSpy connection(&records, &DeviceRecords::connectionChanged);
         site.removeDevice(north, device);
         QCOMPARE(records.model()->recordCount(), 0);
-        QTRY_VERIFY(!records.isConnected());
+        QTRY_VERIFY_WITH_TIMEOUT(!records.isConnected(), patience);
         site.addDevice(north, device);
         site.setRecord(north, device, record("a"));
-        QTRY_VERIFY(records.isConnected());
+        QTRY_VERIFY_WITH_TIMEOUT(records.isConnected(), patience);
         QCOMPARE(records.model()->recordCount(), 1);
         QCOMPARE(connection.count(), 2);
     }
@@ -176,7 +178,7 @@ private Q_SLOTS:
         site.clearRecords(north, device);
         QVERIFY(!records.isComplete());
         QSignalSpy progress(&records, &DeviceRecords::progressChanged);
-        QVERIFY(progress.wait());
+        QVERIFY(progress.wait(patience));
         QVERIFY(records.isComplete());
     }
 };

@@ -1,3 +1,5 @@
+#include "patience.h"
+
 #include <console/demo/operatorhands.h>
 #include <console/widgets/elidedlabel.h>
 
@@ -62,7 +64,7 @@ private Q_SLOTS:
         label.resize(100, 30);
         label.show();
         operatorhands::rest(label, label.rect().center());
-        QTRY_COMPARE(QToolTip::text(), longText);
+        QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), longText, patience);
     }
 };
 

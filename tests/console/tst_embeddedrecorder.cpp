@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recorderstart.h"
 
 #include <QFile>
@@ -11,8 +12,6 @@ using ZelkoConsole::EmbeddedRecorder;
 using State = EmbeddedRecorder::State;
 
 namespace {
-
-constexpr int patience = 30'000;
 
 void killHard(const EmbeddedRecorder& recorder)
 {
@@ -93,7 +92,7 @@ private Q_SLOTS:
         options.program = QStringLiteral("/nowhere/zelko-recorder");
         EmbeddedRecorder recorder(options);
         recorder.start();
-        QTRY_COMPARE(recorder.state(), State::Failed);
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Failed, patience);
         QCOMPARE(recorder.failure(), QStringLiteral("/nowhere/zelko-recorder cannot be started"));
     }
 
@@ -169,7 +168,7 @@ private Q_SLOTS:
         const qint64 process = recorder.processId();
         QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Failed, patience);
         QCOMPARE(recorder.failure(), QStringLiteral("it does not get ready"));
-        QTRY_VERIFY(!processExists(process));
+        QTRY_VERIFY_WITH_TIMEOUT(!processExists(process), patience);
     }
 
     void startsTheNextOneOnlyWhenTheOneThatWasGivenUpHasEnded()

@@ -34,10 +34,10 @@ private Q_SLOTS:
             "Recorder north is not reachable, trying again");
         row("a sub system is chosen", "north", LinkState::Connected, "", "", false, false, "Select a device of north");
         row("the list is not there yet", "north", LinkState::Connected, "", "A1", false, false,
-            "Waiting for the recordings of A1…");
+            "Waiting for the records of A1…");
         row("the first records are on their way", "north", LinkState::Connected, "", "A1", true, true,
-            "Waiting for the recordings of A1…");
-        row("an empty device", "north", LinkState::Connected, "", "A1", true, false, "No recordings on this device");
+            "Waiting for the records of A1…");
+        row("an empty device", "north", LinkState::Connected, "", "A1", true, false, "No records on this device");
     }
 
     void tellsWhyThereAreNoRows()

@@ -1,5 +1,8 @@
+#include "patience.h"
+
 #include <console/window/logindialog.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -16,7 +19,7 @@ struct Setting
     {
         dialog.show();
         dialog.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QVERIFY(QTest::qWaitForWindowActive(&dialog, patience));
     }
 
     QLineEdit& name() const { return *dialog.findChild<QLineEdit*>(QStringLiteral("userName")); }
@@ -82,6 +85,17 @@ private Q_SLOTS:
         const Setting setting;
         QTest::keyClicks(&setting.password(), QStringLiteral("secret"));
         QVERIFY(!setting.password().displayText().contains(QLatin1Char('s')));
+    }
+
+    void saysWhyItAsksAgain()
+    {
+        Setting setting(QStringLiteral("anna"));
+        const auto* const reason = setting.dialog.findChild<QLabel*>(QStringLiteral("reason"));
+        QVERIFY(!reason->isVisible());
+        setting.dialog.showReason(QStringLiteral("no <b>such</b> user"));
+        QVERIFY(reason->isVisible());
+        QCOMPARE(reason->text(), QStringLiteral("Access denied: no <b>such</b> user."));
+        QCOMPARE(reason->textFormat(), Qt::PlainText);
     }
 
     void canBeLeft()

@@ -1,6 +1,8 @@
 #include "modalanswer.h"
+#include "patience.h"
 #include "recordpanesetting.h"
 
+#include <console/records/selectionreporter.h>
 #include <console/treeobserver.h>
 
 #include <valuecore/valueptr.h>
@@ -121,7 +123,7 @@ private Q_SLOTS:
     {
         Setting setting(3);
         setting.rightClick(1);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), patience);
         QCOMPARE(setting.pane.controller()->selectedRecords(), QStringList(RecordListSetting::id(1)));
         QVERIFY(setting.action(Controller::UserActionDelete).isEnabled());
         setting.menu().close();
@@ -133,7 +135,7 @@ private Q_SLOTS:
         setting.click(2);
         setting.click(1, Qt::ShiftModifier);
         setting.rightClick(1);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), patience);
         QCOMPARE(setting.pane.controller()->selectedRecords().size(), 2);
         setting.menu().close();
     }
@@ -144,7 +146,7 @@ private Q_SLOTS:
         setting.click(1);
         const QSignalSpy wanted(&setting.table, &RecordTableView::menuWanted);
         operatorhands::pressMenuKey();
-        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), patience);
         const QPoint place = setting.table.viewport()->mapFromGlobal(wanted.at(0).at(0).toPoint());
         QCOMPARE(setting.table.rowAt(place.y()), setting.rowOf(1));
         setting.menu().close();
@@ -185,6 +187,17 @@ private Q_SLOTS:
         QCOMPARE(setting.command(names::deleteRecordingList), QStringLiteral("r01@r00"));
     }
 
+    void leavesAloneWhatWasSelectedBeforeALargeSelection()
+    {
+        Setting setting(SelectionReporter::smallSelection + 1);
+        setting.click(0);
+        const QSignalSpy triggered(setting.pane.controller(), &Controller::si_userActionTriggered);
+        QTest::keyClick(&setting.table, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&setting.table, Qt::Key_T, Qt::ControlModifier); // in the same turn of the event loop
+        QCOMPARE(triggered.count(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.action(Controller::UserActionDeletable).isEnabled(), patience);
+    }
+
     void resetsTheSelectedRecord()
     {
         Setting setting(3);
@@ -209,7 +222,7 @@ private Q_SLOTS:
     {
         Setting setting(3);
         setting.click(1);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeRecord()->isEnabled(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeRecord()->isEnabled(), patience);
         setting.choose(setting.actions().synchronizeRecord());
         QCOMPARE(setting.command(names::syncOneRecord), RecordListSetting::id(1));
     }
@@ -222,7 +235,7 @@ private Q_SLOTS:
         ValueObservingPtr<Value<bool>> command(&observer);
         command.GetFromTree(setting.site.connectionData()->GetBasePath(setting.device) + names::synchronize);
         QVERIFY(command);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeList()->isEnabled(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeList()->isEnabled(), patience);
         setting.choose(setting.actions().synchronizeList());
         QCOMPARE(asked, 1);
     }
@@ -233,8 +246,8 @@ private Q_SLOTS:
         QTest::addColumn<Role>("role");
         QTest::addColumn<Controller::enUserAction>("flag");
         QTest::addColumn<QString>("tip");
-        const QString none = QStringLiteral("No recording is selected.");
-        const QString several = QStringLiteral("More than one recording is selected.");
+        const QString none = QStringLiteral("No record is selected.");
+        const QString several = QStringLiteral("More than one record is selected.");
         QTest::newRow("nothing selected, delete")
             << QList<int>() << Role::Operator << Controller::UserActionDelete << none;
         QTest::newRow("nothing selected, rename")
@@ -243,20 +256,23 @@ private Q_SLOTS:
             << QList<int>{0, 1} << Role::Operator << Controller::UserActionReset << several;
         QTest::newRow("two selected, delete")
             << QList<int>{0, 1} << Role::Operator << Controller::UserActionDelete
-            << QStringLiteral("Deletes those of the selected recordings that are deletable, after a question.");
+            << QStringLiteral("Deletes those of the selected records that are deletable, after a question.");
         QTest::newRow("a viewer deletes") << QList<int>{0} << Role::Viewer << Controller::UserActionDelete
                                           << QStringLiteral("User viewer may not do this.");
         QTest::newRow("a viewer resets") << QList<int>{0} << Role::Viewer << Controller::UserActionReset
                                          << QStringLiteral("User viewer may not do this.");
         QTest::newRow("a kept one is deleted") << QList<int>{2} << Role::Operator << Controller::UserActionDelete
-                                               << QStringLiteral("This recording is not deletable.");
+                                               << QStringLiteral("This record is not deletable.");
         QTest::newRow("one in work is renamed") << QList<int>{3} << Role::Operator << Controller::UserActionRename
-                                                << QStringLiteral("This recording is being recorded.");
+                                                << QStringLiteral("This record is being recorded.");
         QTest::newRow("one in work becomes deletable")
             << QList<int>{3} << Role::Operator << Controller::UserActionDeletable
-            << QStringLiteral("This recording is not finished.");
+            << QStringLiteral("This record is not finished.");
+        QTest::newRow("a viewer renames")
+            << QList<int>{0} << Role::Viewer << Controller::UserActionRename
+            << QStringLiteral("User viewer may not do this: the recorder will refuse it.");
         QTest::newRow("one is renamed") << QList<int>{0} << Role::Operator << Controller::UserActionRename
-                                        << QStringLiteral("Gives the recording another name.");
+                                        << QStringLiteral("Gives the record another name.");
     }
 
     void saysWhatAnActionDoesOrWhyNot()
@@ -272,7 +288,7 @@ private Q_SLOTS:
             setting.click(number, Qt::ControlModifier);
         }
         Setting::become(role);
-        QTRY_COMPARE_WITH_TIMEOUT(setting.action(flag).statusTip(), tip, Setting::patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.action(flag).statusTip(), tip, patience);
     }
 
     void saysThatTheDeviceIsGoneAndTakesItBack()
@@ -280,16 +296,41 @@ private Q_SLOTS:
         Setting setting(2);
         setting.click(0);
         const QAction& rename = setting.action(Controller::UserActionRename);
-        QTRY_COMPARE_WITH_TIMEOUT(rename.statusTip(), QStringLiteral("Gives the recording another name."),
-                                  Setting::patience);
+        QTRY_COMPARE_WITH_TIMEOUT(rename.statusTip(), QStringLiteral("Gives the record another name."), patience);
         setting.lose();
         QTRY_COMPARE_WITH_TIMEOUT(rename.statusTip(), QStringLiteral("There is no connection to the device."),
-                                  Setting::patience);
+                                  patience);
         QVERIFY(!rename.isEnabled());
         QVERIFY(!setting.actions().synchronizeList()->isEnabled());
         setting.comeBack(2);
-        QTRY_VERIFY_WITH_TIMEOUT(rename.isEnabled(), Setting::patience);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeList()->isEnabled(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(rename.isEnabled(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeList()->isEnabled(), patience);
+    }
+
+    void saysThatNoDeviceIsChosen()
+    {
+        Setting setting(1);
+        setting.click(0);
+        setting.pane.setDevice(setting.north, QString());
+        const QString none = QStringLiteral("No device is chosen.");
+        QTRY_COMPARE_WITH_TIMEOUT(setting.action(Controller::UserActionReset).statusTip(), none, patience);
+        QCOMPARE(setting.actions().synchronizeList()->statusTip(), none);
+        QVERIFY(!setting.actions().synchronizeList()->isEnabled());
+    }
+
+    void saysThatTheDeviceDoesNotTakeNames()
+    {
+        Setting setting(1);
+        setting.click(0);
+        const QAction& rename = setting.action(Controller::UserActionRename);
+        QTRY_VERIFY_WITH_TIMEOUT(rename.isEnabled(), patience);
+        ValueObservingPtr<Value<bool>> extended(nullptr);
+        extended.GetFromTree(setting.site.connectionData()->GetBasePath(setting.device) + names::extended);
+        QVERIFY(extended);
+        extended->SetValue(false, nullptr);
+        QVERIFY(!rename.isEnabled());
+        QTRY_COMPARE_WITH_TIMEOUT(rename.statusTip(), QStringLiteral("The device does not take new names of records."),
+                                  patience);
     }
 
     void saysAnotherReasonWhenTheRecordChanges()
@@ -298,12 +339,10 @@ private Q_SLOTS:
         setting.site.setRecord(setting.north, setting.device, recordInWork(1));
         setting.click(1);
         const QAction& toggle = setting.action(Controller::UserActionDeletable);
-        QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(), QStringLiteral("This recording is not finished."),
-                                  Setting::patience);
+        QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(), QStringLiteral("This record is not finished."), patience);
         setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(1));
         QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(),
-                                  QStringLiteral("Makes the selected recordings deletable, or not deletable."),
-                                  Setting::patience);
+                                  QStringLiteral("Makes the selected records deletable, or not deletable."), patience);
     }
 
     void synchronizesNothingForAViewer()
@@ -312,7 +351,7 @@ private Q_SLOTS:
         setting.click(0);
         Setting::become(Role::Viewer);
         const QAction& list = *setting.actions().synchronizeList();
-        QTRY_COMPARE_WITH_TIMEOUT(list.statusTip(), QStringLiteral("User viewer may not do this."), Setting::patience);
+        QTRY_COMPARE_WITH_TIMEOUT(list.statusTip(), QStringLiteral("User viewer may not do this."), patience);
         QVERIFY(!list.isEnabled());
         QVERIFY(!setting.actions().synchronizeRecord()->isEnabled());
     }
@@ -321,7 +360,7 @@ private Q_SLOTS:
     {
         Setting setting(1);
         setting.click(0);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeRecord()->isEnabled(), Setting::patience);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.actions().synchronizeRecord()->isEnabled(), patience);
         for (int turn = 0; turn < 5; ++turn) {
             QCoreApplication::processEvents();
         }

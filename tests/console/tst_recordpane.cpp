@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
@@ -45,12 +46,12 @@ private Q_SLOTS:
     {
         Setting setting(2);
         setting.showDevice();
-        QCOMPARE(setting.text("recordCount"), QStringLiteral("2 recordings"));
+        QCOMPARE(setting.text("recordCount"), QStringLiteral("2 records"));
         setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(0));
-        QCOMPARE(setting.text("recordCount"), QStringLiteral("1 recording"));
+        QCOMPARE(setting.text("recordCount"), QStringLiteral("1 record"));
         setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(1));
-        QCOMPARE(setting.text("recordCount"), QStringLiteral("0 recordings"));
-        QCOMPARE(setting.pane.table()->emptyState().text, QStringLiteral("No recordings on this device"));
+        QCOMPARE(setting.text("recordCount"), QStringLiteral("0 records"));
+        QCOMPARE(setting.pane.table()->emptyState().text, QStringLiteral("No records on this device"));
     }
 
     void sumsUpTheSelection()
@@ -97,7 +98,7 @@ private Q_SLOTS:
         setting.showDevice();
         setting.lose();
         setting.pane.setStatus(setting.site.status(setting.north));
-        QTRY_COMPARE(setting.text("recordCount"), QString());
+        QTRY_COMPARE_WITH_TIMEOUT(setting.text("recordCount"), QString(), patience);
         QVERIFY(!setting.bar().isVisible());
         QCOMPARE(setting.pane.table()->emptyState().text,
                  QStringLiteral("Recorder north is not reachable: it was killed, trying again"));

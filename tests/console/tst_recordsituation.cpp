@@ -15,6 +15,13 @@ using ZelkoCommon::Role;
 Q_DECLARE_METATYPE(ZelkoGUI::IZelkoGUIController::enUserAction)
 Q_DECLARE_METATYPE(ZelkoConsole::RecordSituation)
 
+namespace {
+
+constexpr RecordSituation oneFinished{
+    .isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1};
+
+} // namespace
+
 class TestRecordSituation : public QObject
 {
     Q_OBJECT
@@ -32,30 +39,58 @@ private Q_SLOTS:
                             Controller::enUserAction action, const char* reason) {
             QTest::newRow(name) << role << situation << action << QString::fromLatin1(reason);
         };
-        row("no connection counts most", Role::Viewer, {false, 0, 0, 0, 0}, Controller::UserActionDelete,
+        row("no connection counts most", Role::Viewer, {.isDeviceChosen = true}, Controller::UserActionDelete,
             "There is no connection to the device.");
-        row("a right counts more than a selection", Role::Viewer, {true, 0, 0, 0, 0}, Controller::UserActionDelete,
-            "User viewer may not do this.");
-        row("nobody needs a right to rename here", Role::Viewer, {true, 0, 0, 0, 0}, Controller::UserActionRename,
-            "No recording is selected.");
-        row("several are too many to rename", Role::Operator, {true, 2, 2, 2, 0}, Controller::UserActionRename,
-            "More than one recording is selected.");
-        row("several can be flagged", Role::Operator, {true, 2, 1, 2, 0}, Controller::UserActionDeletable,
-            "Some of the selected recordings are deletable and others are not.");
-        row("several are not all finished", Role::Operator, {true, 2, 2, 1, 1}, Controller::UserActionDeletable,
-            "Not all of the selected recordings are finished.");
-        row("one is not finished", Role::Operator, {true, 1, 1, 0, 1}, Controller::UserActionDeletable,
-            "This recording is not finished.");
-        row("several of the same kind", Role::Operator, {true, 2, 2, 2, 0}, Controller::UserActionDeletable,
-            "This is not available for the selected recordings.");
-        row("none of several is deletable", Role::Operator, {true, 2, 0, 2, 0}, Controller::UserActionDelete,
-            "None of the selected recordings is deletable.");
-        row("one is not deletable", Role::Operator, {true, 1, 0, 1, 0}, Controller::UserActionDelete,
-            "This recording is not deletable.");
-        row("one is being recorded", Role::Operator, {true, 1, 1, 0, 1}, Controller::UserActionRename,
-            "This recording is being recorded.");
-        row("nothing is known against it", Role::Operator, {true, 1, 1, 1, 0}, Controller::UserActionReset,
-            "This is not available for this recording.");
+        row("a right counts more than a selection", Role::Viewer, {.isDeviceChosen = true, .isConnected = true},
+            Controller::UserActionDelete, "User viewer may not do this.");
+        row("no device counts more than no connection", Role::Operator, {}, Controller::UserActionRename,
+            "No device is chosen.");
+        row("who may change nothing renames nothing", Role::Viewer, {.isDeviceChosen = true, .isConnected = true},
+            Controller::UserActionRename, "User viewer may not do this.");
+        row("none is selected", Role::Operator, {.isDeviceChosen = true, .isConnected = true},
+            Controller::UserActionRename, "No record is selected.");
+        row("several are too many to rename", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 2, .deletable = 2, .finished = 2},
+            Controller::UserActionRename, "More than one record is selected.");
+        row("several can be flagged", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 2, .deletable = 1, .finished = 2},
+            Controller::UserActionDeletable, "Some of the selected records are deletable and others are not.");
+        row("several are not all finished", Role::Operator,
+            {.isDeviceChosen = true,
+             .isConnected = true,
+             .selected = 2,
+             .known = 2,
+             .deletable = 2,
+             .finished = 1,
+             .inWork = 1},
+            Controller::UserActionDeletable, "Not all of the selected records are finished.");
+        row("one is not finished", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .deletable = 1, .inWork = 1},
+            Controller::UserActionDeletable, "This record is not finished.");
+        row("several of the same kind", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 2, .deletable = 2, .finished = 2},
+            Controller::UserActionDeletable, "This is not available for the selected records.");
+        row("none of several is deletable", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 2, .finished = 2},
+            Controller::UserActionDelete, "None of the selected records is deletable.");
+        row("one is not deletable", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1},
+            Controller::UserActionDelete, "This record is not deletable.");
+        row("one is being recorded", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .inWork = 1, .recording = 1},
+            Controller::UserActionRename, "This record is being recorded.");
+        row("one is not finished whatever its status", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1, .inWork = 1},
+            Controller::UserActionRename, "This record is not finished.");
+        row("only the device can be against a name", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1},
+            Controller::UserActionRename, "The device does not take new names of records.");
+        row("one is gone that is selected still", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionRename,
+            "This is not available for this record.");
+        row("nothing is known against it", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .deletable = 1, .finished = 1},
+            Controller::UserActionReset, "This is not available for this record.");
     }
 
     void tellsTheFirstReasonThatHolds()
@@ -69,7 +104,13 @@ private Q_SLOTS:
 
     void asksNobodyInParticularToLogIn()
     {
-        QCOMPARE(whyUnavailable(Controller::UserActionReset, {true, 1, 1, 1, 0}), QStringLiteral("Log in to do this."));
+        QCOMPARE(whyUnavailable(Controller::UserActionReset, {.isDeviceChosen = true,
+                                                              .isConnected = true,
+                                                              .selected = 1,
+                                                              .known = 1,
+                                                              .deletable = 1,
+                                                              .finished = 1}),
+                 QStringLiteral("Log in to do this."));
     }
 
     void countsWhatIsSelected()
@@ -84,18 +125,57 @@ private Q_SLOTS:
         FixedRecordModel model(
             {{QStringLiteral("kept"), kept}, {QStringLiteral("growing"), growing}, {QStringLiteral("other"), other}});
         ScriptedController controller(&model);
-        QCOMPARE(situationOf(controller, false), RecordSituation());
+        QCOMPARE(situationOf(controller, false), RecordSituation{.isDeviceChosen = true});
         controller.sl_selectedRecordsChanged(
             {QStringLiteral("kept"), QStringLiteral("growing"), QStringLiteral("nobody knows it")});
-        QCOMPARE(situationOf(controller, true), (RecordSituation{true, 3, 1, 1, 1}));
+        QCOMPARE(situationOf(controller, true), (RecordSituation{.isDeviceChosen = true,
+                                                                 .isConnected = true,
+                                                                 .selected = 3,
+                                                                 .known = 2,
+                                                                 .deletable = 1,
+                                                                 .finished = 1,
+                                                                 .inWork = 1,
+                                                                 .recording = 1}));
+    }
+
+    void saysWhatEachOfferedActionDoes_data()
+    {
+        QTest::addColumn<Controller::enUserAction>("action");
+        QTest::addColumn<QString>("tip");
+        const auto row = [](const char* name, Controller::enUserAction action, const char* tip) {
+            QTest::newRow(name) << action << QString::fromLatin1(tip);
+        };
+        row("reset", Controller::UserActionReset, "Puts a record to rest that hangs in another state.");
+        row("rename", Controller::UserActionRename, "Gives the record another name.");
+        row("delete", Controller::UserActionDelete,
+            "Deletes those of the selected records that are deletable, after a question.");
+        row("deletable flag", Controller::UserActionDeletable,
+            "Makes the selected records deletable, or not deletable.");
+        row("one that is not offered", Controller::UserActionCopy, "");
     }
 
     void saysWhatEachOfferedActionDoes()
     {
-        for (const auto action : {Controller::UserActionReset, Controller::UserActionRename,
-                                  Controller::UserActionDelete, Controller::UserActionDeletable}) {
-            QVERIFY(whatItDoes(action).endsWith(QLatin1Char('.')));
-        }
+        QFETCH(Controller::enUserAction, action);
+        UserRights::Instance()->SetUser(QStringLiteral("anna"), ConsoleUser::rightsOf(Role::Operator));
+        QTEST(tipOf(action, true, oneFinished), "tip");
+    }
+
+    void saysThatTheRecorderWillRefuseWhatIsEnabled()
+    {
+        UserRights::Instance()->SetUser(QStringLiteral("anna"), ConsoleUser::rightsOf(Role::Viewer));
+        QCOMPARE(tipOf(Controller::UserActionRename, true, oneFinished),
+                 QStringLiteral("User anna may not do this: the recorder will refuse it."));
+        UserRights::Instance()->SetUser({}, {});
+        QCOMPARE(tipOf(Controller::UserActionRename, true, oneFinished),
+                 QStringLiteral("The recorder will refuse this: log in to do it."));
+    }
+
+    void saysWhyNotOfWhatIsNotEnabled()
+    {
+        UserRights::Instance()->SetUser(QStringLiteral("anna"), ConsoleUser::rightsOf(Role::Operator));
+        QCOMPARE(tipOf(Controller::UserActionDelete, false, oneFinished),
+                 QStringLiteral("This record is not deletable."));
     }
 };
 

@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recordlistsetting.h"
 
 #include "fixedrecordmodel.h"
@@ -126,9 +127,10 @@ private Q_SLOTS:
         Followed followed;
         followed.list.setLoading(true);
         followed.setRecords({2, 4, 1, 3});
-        QTRY_COMPARE(shownrecords::ids(followed.list), inOrder);
+        QTRY_COMPARE_WITH_TIMEOUT(shownrecords::ids(followed.list), inOrder, patience);
         followed.setRecords({5});
-        QTRY_COMPARE(shownrecords::ids(followed.list), QStringList(QStringLiteral("r05")) + inOrder);
+        QTRY_COMPARE_WITH_TIMEOUT(shownrecords::ids(followed.list), QStringList(QStringLiteral("r05")) + inOrder,
+                                  patience);
     }
 
     void waitsForAListWhileItLoads()
@@ -161,7 +163,7 @@ private Q_SLOTS:
         followed.beginAfresh();
         QCOMPARE(followed.list.rowCount(), 0);
         followed.setRecords({2, 4, 1, 3});
-        QTRY_COMPARE(shownrecords::ids(followed.list), inOrder);
+        QTRY_COMPARE_WITH_TIMEOUT(shownrecords::ids(followed.list), inOrder, patience);
     }
 
     void showsABatchInOneStep()

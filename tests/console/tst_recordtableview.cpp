@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
@@ -170,7 +171,7 @@ private Q_SLOTS:
         QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(30, 5),
                                 setting.view.horizontalHeader()->mapToGlobal(QPoint(30, 5)));
         QCoreApplication::sendEvent(setting.view.horizontalHeader()->viewport(), &event);
-        QTRY_COMPARE(shown.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(shown.count(), 1, patience);
         setting.view.columnMenu()->close();
     }
 
@@ -250,9 +251,9 @@ private Q_SLOTS:
         record->SetRecordName(name);
         setting.site.setRecord(setting.north, setting.device, record);
         setting.restOnFirst(Model::NameColumn);
-        QTRY_COMPARE(QToolTip::text(), QStringLiteral("<qt>%1</qt>").arg(name.toHtmlEscaped()));
+        QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), QStringLiteral("<qt>%1</qt>").arg(name.toHtmlEscaped()), patience);
         setting.restOnFirst(Model::StatusColumn);
-        QTRY_COMPARE(QToolTip::text(), QString());
+        QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), QString(), patience);
     }
 
     void sortsByItsMenu()

@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
@@ -50,7 +51,7 @@ struct Setting : RecordListSetting
     // Rows have their places only after the next turn of the event loop.
     void scrollTo(int row)
     {
-        QTRY_VERIFY(table.verticalScrollBar()->maximum() >= row);
+        QTRY_VERIFY_WITH_TIMEOUT(table.verticalScrollBar()->maximum() >= row, patience);
         table.verticalScrollBar()->setValue(row);
     }
 
@@ -77,7 +78,8 @@ private Q_SLOTS:
         operatorhands::clickRow(setting.table, 5, Qt::ControlModifier);
         const QString current = shownrecords::id(setting.table.currentIndex());
         setting.loseAndComeBack();
-        QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r05")}));
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r05")}),
+                                  patience);
         QCOMPARE(shownrecords::id(setting.table.currentIndex()), current);
     }
 
@@ -87,7 +89,7 @@ private Q_SLOTS:
         operatorhands::clickRow(setting.table, 3);
         operatorhands::clickRow(setting.table, 5, Qt::ControlModifier);
         setting.loseAndComeBack(5);
-        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(QStringLiteral("r03")), patience);
     }
 
     void keepsTheScrollPosition()
@@ -96,7 +98,7 @@ private Q_SLOTS:
         setting.scrollTo(20);
         const QString top = setting.topId();
         setting.loseAndComeBack();
-        QTRY_COMPARE(setting.topId(), top);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), top, patience);
         QVERIFY(setting.table.verticalScrollBar()->value() > 0);
     }
 
@@ -106,8 +108,8 @@ private Q_SLOTS:
         setting.table.sortByColumn(Model::StartTimeColumn, Qt::DescendingOrder);
         QCOMPARE(setting.topId(), QStringLiteral("r39"));
         setting.loseAndComeBack(count + 2);
-        QTRY_VERIFY(setting.isBack(count + 2));
-        QTRY_COMPARE(setting.topId(), QStringLiteral("r41"));
+        QTRY_VERIFY_WITH_TIMEOUT(setting.isBack(count + 2), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), QStringLiteral("r41"), patience);
     }
 
     void doesNotScrollOnceTheListIsBack()
@@ -115,7 +117,7 @@ private Q_SLOTS:
         Setting setting;
         setting.scrollTo(20);
         setting.loseAndComeBack();
-        QTRY_VERIFY(setting.table.verticalScrollBar()->value() > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.table.verticalScrollBar()->value() > 0, patience);
         setting.table.verticalScrollBar()->setValue(0);
         setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(60));
         QCoreApplication::processEvents();
@@ -128,7 +130,7 @@ private Q_SLOTS:
         operatorhands::clickRow(setting.table, 3);
         setting.lose();
         setting.comeBack(2);
-        QTRY_VERIFY(setting.isBack(2));
+        QTRY_VERIFY_WITH_TIMEOUT(setting.isBack(2), patience);
         operatorhands::clickRow(setting.table, 1);
         setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(3));
         QCoreApplication::processEvents();
@@ -142,7 +144,7 @@ private Q_SLOTS:
         setting.site.addDevice(setting.north, QStringLiteral("A2"));
         setting.site.setRecord(setting.north, QStringLiteral("A2"), RecordListSetting::record(3));
         setting.pane.setDevice(setting.north, QStringLiteral("A2"));
-        QTRY_VERIFY(setting.isBack(1));
+        QTRY_VERIFY_WITH_TIMEOUT(setting.isBack(1), patience);
         QCoreApplication::processEvents();
         QCOMPARE(setting.selected(), QStringList());
     }
@@ -154,11 +156,12 @@ private Q_SLOTS:
         operatorhands::clickRow(setting.table, 30, Qt::ControlModifier);
         setting.lose();
         setting.comeBackInPart(10, count);
-        QTRY_VERIFY(setting.isBack(10));
-        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+        QTRY_VERIFY_WITH_TIMEOUT(setting.isBack(10), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(QStringLiteral("r03")), patience);
         QCOMPARE(setting.keeper().awaited(), 1);
         setting.loseAndComeBack();
-        QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r30")}));
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r30")}),
+                                  patience);
     }
 
     void forgetsRecordsThatAreGoneForGood()
@@ -167,8 +170,8 @@ private Q_SLOTS:
         operatorhands::clickRow(setting.table, 3);
         operatorhands::clickRow(setting.table, 30, Qt::ControlModifier);
         setting.loseAndComeBack(10);
-        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
-        QTRY_COMPARE(setting.keeper().awaited(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(QStringLiteral("r03")), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.keeper().awaited(), 0, patience);
         setting.setRecords(30, 31);
         QCoreApplication::processEvents();
         QCOMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
@@ -181,7 +184,7 @@ private Q_SLOTS:
         setting.lose();
         QCOMPARE(setting.keeper().awaited(), 1);
         setting.comeBack(0);
-        QTRY_COMPARE(setting.keeper().awaited(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.keeper().awaited(), 0, patience);
     }
 
     void waitsForRowsOfAStateThatIsSentAfresh()
@@ -191,10 +194,11 @@ private Q_SLOTS:
         operatorhands::clickRow(setting.table, 30, Qt::ControlModifier);
         setting.beginAfresh();
         setting.setRecords(0, 10);
-        QTRY_COMPARE(setting.selected(), QStringList(QStringLiteral("r03")));
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(QStringLiteral("r03")), patience);
         setting.setRecords(10, count);
-        QTRY_COMPARE(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r30")}));
-        QTRY_COMPARE(setting.keeper().awaited(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList({QStringLiteral("r03"), QStringLiteral("r30")}),
+                                  patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.keeper().awaited(), 0, patience);
     }
 
     void selectsAdjacentRowsAsOneRange()
@@ -203,7 +207,7 @@ private Q_SLOTS:
         QTest::keyClick(&setting.table, Qt::Key_A, Qt::ControlModifier);
         QCOMPARE(setting.selected().size(), count);
         setting.loseAndComeBack(count - 1);
-        QTRY_COMPARE(setting.selected().size(), count - 1);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected().size(), count - 1, patience);
         QCOMPARE(setting.table.selectionModel()->selection().size(), 1);
     }
 
@@ -213,7 +217,7 @@ private Q_SLOTS:
         setting.scrollTo(20);
         setting.lose();
         setting.comeBackInPart(30, count);
-        QTRY_VERIFY(setting.table.verticalScrollBar()->value() > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.table.verticalScrollBar()->value() > 0, patience);
         QTest::mousePress(setting.table.verticalScrollBar(), Qt::LeftButton);
         setting.table.verticalScrollBar()->setValue(0);
         QTest::mouseRelease(setting.table.verticalScrollBar(), Qt::LeftButton);

@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "recorderstart.h"
 
 #include <console/session/storefolder.h>
@@ -7,11 +8,7 @@
 
 using namespace ZelkoConsole;
 
-namespace {
-
-constexpr int patience = 30'000;
-
-} // namespace
+namespace {} // namespace
 
 class TestStoreFolder : public QObject
 {

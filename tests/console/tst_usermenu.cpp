@@ -1,9 +1,11 @@
 #include "modalanswer.h"
+#include "patience.h"
 
 #include <console/demo/samplesite.h>
 #include <console/session/consoleuser.h>
 #include <console/window/usermenu.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -51,6 +53,11 @@ struct Setting
         menu->popup(window.mapToGlobal(QPoint(10, 10)));
         QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
                           menu->actionGeometry(menu->actions().at(entry)).center());
+    }
+
+    void deny()
+    {
+        site.setStatus(QStringLiteral("north"), {LinkState::Denied, QStringLiteral("user or password are wrong")});
     }
 
     SampleSite site{{QStringLiteral("north")}};
@@ -128,7 +135,7 @@ private Q_SLOTS:
     {
         Setting setting(false);
         setting.user->logIn({QStringLiteral("anna"), QStringLiteral("pass")});
-        setting.site.setRole(Role::Operator);
+        setting.site.setRole(QStringLiteral("north"), Role::Operator);
         setting.site.connectTo(QStringLiteral("north"));
         QCOMPARE(setting.menu->userText(), QStringLiteral("anna (operator)"));
         QVERIFY(UserRights::DeleteRecordsAllowed());
@@ -169,6 +176,41 @@ private Q_SLOTS:
         menu->actions().at(0)->trigger();
         QVERIFY(end.wasGiven());
         QCOMPARE(setting.site.actsFor(), LinkCredentials());
+    }
+
+    void asksAgainWithTheReasonWhenAccessIsDenied()
+    {
+        Setting setting(false);
+        setting.user->logIn({QStringLiteral("anna"), QStringLiteral("wrong")});
+        const ModalAnswer login([](QWidget* dialog) {
+            const auto* const reason = dialog->findChild<QLabel*>(QStringLiteral("reason"));
+            QVERIFY(reason->isVisible());
+            QCOMPARE(reason->text(), QStringLiteral("Access denied: user or password are wrong."));
+            QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("userName"))->text(), QStringLiteral("anna"));
+            enter(dialog, "password", "right");
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        setting.deny();
+        QCOMPARE(setting.menu->userText(), QStringLiteral("anna (access denied)"));
+        QTRY_VERIFY_WITH_TIMEOUT(login.wasGiven(), patience);
+        QCOMPARE(setting.site.actsFor(), (LinkCredentials{QStringLiteral("anna"), QStringLiteral("right")}));
+    }
+
+    void asksOnceWhenTheDialogIsLeft()
+    {
+        Setting setting(false);
+        setting.user->logIn({QStringLiteral("anna"), QStringLiteral("wrong")});
+        int asked = 0;
+        const ModalAnswer cancel([&asked](QWidget* dialog) {
+            ++asked;
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        setting.deny();
+        QTRY_COMPARE_WITH_TIMEOUT(asked, 1, patience);
+        setting.deny(); // as with the next attempt of the connection
+        QCoreApplication::processEvents();
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(setting.menu->userText(), QStringLiteral("anna (access denied)"));
     }
 
     void logsOut()

@@ -1,3 +1,5 @@
+#include "patience.h"
+
 #include <console/window/usermessages.h>
 
 #include <QMessageBox>
@@ -8,8 +10,6 @@
 using namespace ZelkoConsole;
 
 namespace {
-
-constexpr int patience = 30'000;
 
 void say(const char* text)
 {
