@@ -152,7 +152,7 @@ public:
     ZelkoCommon::ServerConnectionData& data() { return *m_data; }
     std::shared_ptr<ZelkoGUI::ZelkoGuiToServerCorbaHandler> handler() const { return m_handler; }
     ZelkoGUI::GuiToServerAdminCorbaHandler& admin() { return *m_admin; }
-    Controller& controller() { return *m_controller; }
+    Controller& controller() const { return *m_controller; }
     QMainWindow& window() { return *m_window; }
 
     /// What the user was told in message boxes, since the last time.

@@ -159,7 +159,8 @@ void TestKilledWhileAsked::runUntilKilled(quint32 seed, Acknowledged* acknowledg
     count.notify_one();
     killer.join();
     m_site->recorder().kill();
-    QVERIFY2(done >= enough, qPrintable(m_site->handler()->lastErrorText()));
+    QVERIFY2(done >= enough, qPrintable(m_site->handler()->lastErrorText() + QLatin1Char('\n') +
+                                        QString::fromUtf8(m_site->recorder().process().readAllStandardError())));
 }
 
 QTEST_MAIN(TestKilledWhileAsked)
