@@ -37,7 +37,8 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// own.
     std::chrono::milliseconds connectTimeout{0};
 
-    /// A peer that began a message must have sent the rest of it in this time.
+    /// A peer that began a message must have sent the rest of it in this time, and one that began to shake hands for TLS
+    /// must be done with it.
     std::chrono::milliseconds receiveTimeout{3000};
 
     /// A connection without a call is closed after this time.
