@@ -4,6 +4,8 @@
 #include "require.h"
 #include "servicerecorder.h"
 
+#include <omniORB4/omniORB.h>
+
 #include <arpa/inet.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -139,6 +141,7 @@ struct Surroundings
 {
     Surroundings()
     {
+        omniORB::traceLevel = 0;
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
         while (!recorder.isLoaded()) {
             QCoreApplication::processEvents();

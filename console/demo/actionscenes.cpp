@@ -18,7 +18,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
-#include <QTimer>
 #include <QToolBar>
 
 namespace ZelkoConsole {
@@ -51,12 +50,7 @@ void select(ConsoleWindow& window, int row)
 // Triggers an action that opens a dialog, and paints that.
 void paintDialogOf(ScenePainter& painter, QAction* action, const char* scene)
 {
-    QTimer::singleShot(0, action, [&painter, scene] {
-        if (QWidget* const dialog = QApplication::activeModalWidget()) {
-            painter.paint(*dialog, scene);
-            dialog->close();
-        }
-    });
+    const operatorhands::DialogAnswer answer([&](QWidget& dialog) { painter.paint(dialog, scene); });
     action->trigger();
 }
 

@@ -5,16 +5,24 @@
 #include <console/demo/shownrecords.h>
 #include <console/devices/devicelistview.h>
 #include <console/records/devicerecords.h>
+#include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/session/consolesession.h>
 #include <console/window/consolewindow.h>
+#include <console/window/usermessages.h>
 
 #include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
+#include <QToolBar>
 
 #include <algorithm>
 #include <csignal>
@@ -22,6 +30,7 @@
 
 namespace ZelkoConsole {
 
+using Controller = ZelkoGUI::IZelkoGUIController;
 using ZelkoCommon::AbstractRecordListModel;
 using Status = ZELKO_XML::ZELKO_RecordData::RecordStatus;
 
@@ -63,7 +72,7 @@ bool DemoWalk::run()
     m_window.show();
     m_window.activateWindow();
     return seeLiveRecord() && seeRecordGrow() && seeFinishedRecords() && sortBySize() && selectTwo() &&
-           killRecorder() && seeListRestored();
+           killRecorder() && seeListRestored() && chooseRecord() && renameRecord() && keepRecord() && deleteRecord();
 }
 
 bool DemoWalk::seeLiveRecord()
@@ -143,6 +152,85 @@ bool DemoWalk::seeListRestored()
     return restored && takePicture("4-restored-list");
 }
 
+// The first of those that are expected: it is finished, and nobody records it again.
+bool DemoWalk::chooseRecord()
+{
+    const QAbstractItemModel& model = *m_table.model();
+    const QModelIndexList found = model.match(model.index(0, AbstractRecordListModel::NameColumn), Qt::DisplayRole,
+                                              m_expected.constFirst().name, 1, Qt::MatchExactly);
+    if (found.isEmpty()) {
+        return fail(QStringLiteral("the recording \"%1\" is not there any more").arg(m_expected.constFirst().name));
+    }
+    m_chosen = shownrecords::id(found.constFirst());
+    operatorhands::clickRow(m_table, found.constFirst().row());
+    return waitFor(QStringLiteral("the actions on a recording"), [this] {
+        return m_window.records()->controller()->recordAction(Controller::UserActionRename)->isEnabled();
+    });
+}
+
+bool DemoWalk::renameRecord()
+{
+    const QString name = QStringLiteral("Renamed by the operator");
+    const operatorhands::DialogAnswer answer([&](QWidget& dialog) {
+        takePicture(dialog, "5-rename");
+        auto* const field = dialog.findChild<QLineEdit*>();
+        QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(field, name);
+        QTest::keyClick(field, Qt::Key_Return);
+    });
+    QTest::keyClick(&m_table, Qt::Key_R, Qt::ControlModifier);
+    return (answer.wasGiven() || fail(QStringLiteral("Ctrl+R did not ask for a name"))) &&
+           waitFor(QStringLiteral("the new name of a recording"),
+                   [&] { return chosenText(AbstractRecordListModel::NameColumn) == name; }) &&
+           takePicture("6-renamed");
+}
+
+bool DemoWalk::keepRecord()
+{
+    const QAction& remove = *m_window.records()->controller()->recordAction(Controller::UserActionDelete);
+    const QString deletable = chosenText(AbstractRecordListModel::DeletableColumn);
+    const auto isDeletable = [&] { return chosenText(AbstractRecordListModel::DeletableColumn) == deletable; };
+    return clickAction(Controller::UserActionDeletable) &&
+           waitFor(QStringLiteral("a recording that cannot be deleted"),
+                   [&] { return !isDeletable() && !remove.isEnabled(); }) &&
+           takePicture("7-not-deletable") && clickAction(Controller::UserActionDeletable) &&
+           waitFor(QStringLiteral("a recording that can be deleted again"),
+                   [&] { return isDeletable() && remove.isEnabled(); });
+}
+
+bool DemoWalk::deleteRecord()
+{
+    const operatorhands::DialogAnswer answer([this](QWidget& dialog) {
+        takePicture(dialog, "8-delete");
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes), Qt::LeftButton);
+    });
+    return clickAction(Controller::UserActionDelete) &&
+           (answer.wasGiven() || fail(QStringLiteral("the recording was deleted without a question"))) &&
+           waitFor(QStringLiteral("the list without the deleted recording"), [this] { return !chosen().isValid(); }) &&
+           takePicture("9-deleted");
+}
+
+bool DemoWalk::clickAction(Controller::enUserAction action)
+{
+    RecordPane& pane = *m_window.records();
+    QAction* const wanted = pane.controller()->recordAction(action);
+    QTest::mouseClick(pane.actions()->toolBar()->widgetForAction(wanted), Qt::LeftButton);
+    const QMessageBox* const message = m_window.messages()->box();
+    return !message || fail(QStringLiteral("\"%1\" ended with: %2").arg(wanted->toolTip(), message->text()));
+}
+
+QModelIndex DemoWalk::chosen() const
+{
+    const QAbstractItemModel& model = *m_table.model();
+    const QModelIndex first = model.index(0, AbstractRecordListModel::RecordIDColumn);
+    return model.match(first, Qt::DisplayRole, m_chosen, 1, Qt::MatchExactly).value(0);
+}
+
+QString DemoWalk::chosenText(int column) const
+{
+    return chosen().siblingAtColumn(column).data().toString();
+}
+
 bool DemoWalk::waitFor(const QString& what, const std::function<bool()>& condition, std::chrono::milliseconds longest)
 {
     const auto limit = std::chrono::ceil<std::chrono::seconds>(longest + patience);
@@ -152,8 +240,13 @@ bool DemoWalk::waitFor(const QString& what, const std::function<bool()>& conditi
 
 bool DemoWalk::takePicture(const char* name)
 {
+    return takePicture(m_window, name);
+}
+
+bool DemoWalk::takePicture(QWidget& widget, const char* name)
+{
     const QString file = QDir(m_folder).filePath(QLatin1String(name) + QLatin1String(".png"));
-    if (!savePicture(m_window, file)) {
+    if (!savePicture(widget, file)) {
         return fail(QStringLiteral("the picture %1 cannot be written").arg(file));
     }
     m_pictures.append(file);

@@ -2,6 +2,8 @@
 
 #include <console/demo/expectedrecord.h>
 
+#include <zelkoguibase/controller/izelkoguicontroller.h>
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -9,6 +11,7 @@
 #include <functional>
 
 class QModelIndex;
+class QWidget;
 
 namespace ZelkoConsole {
 
@@ -18,7 +21,7 @@ class RecordTableView;
 
 /// Drives a console through a session as an operator would, with real events, against its own recorder; looks at what
 /// is shown and leaves pictures: a growing record, finished records sorted and selected, the recorder killed, the list
-/// back.
+/// back, and then one of the finished records renamed, kept from being deleted and deleted after all.
 class DemoWalk
 {
 public:
@@ -44,11 +47,19 @@ private:
     bool selectTwo();
     bool killRecorder();
     bool seeListRestored();
+    bool chooseRecord();
+    bool renameRecord();
+    bool keepRecord();
+    bool deleteRecord();
 
     bool seeFinished(const ExpectedRecord& record);
     bool waitFor(const QString& what, const std::function<bool()>& condition, std::chrono::milliseconds longest = {});
     bool takePicture(const char* name);
+    bool takePicture(QWidget& widget, const char* name);
     bool fail(const QString& text);
+    bool clickAction(ZelkoGUI::IZelkoGUIController::enUserAction action);
+    QModelIndex chosen() const;
+    QString chosenText(int column) const;
     QModelIndex recordWithStatus(int status) const;
     bool isSortedBySize() const;
 
@@ -58,6 +69,7 @@ private:
     const QString m_folder;
     const QList<ExpectedRecord> m_expected;
     QStringList m_selected;
+    QString m_chosen; // ID of the record that is worked on
     int m_rowsBefore = 0;
     QString m_failure;
     QStringList m_pictures;

@@ -139,6 +139,7 @@ void ConsoleWindow::makeUserButton()
     button->setObjectName(QStringLiteral("userButton"));
     button->setFlat(true);
     button->setFocusPolicy(Qt::NoFocus);
+    button->setFixedHeight(menuBar()->sizeHint().height()); // in one line with the menus
     button->setMenu(m_userMenu);
     button->setStatusTip(tr("Who works here."));
     const auto show = [this, button] {

@@ -5,6 +5,7 @@
 #include <console/session/listenaddress.h>
 #include <console/session/storefolder.h>
 #include <console/window/consolewindow.h>
+#include <console/window/usermenu.h>
 
 #include <process/terminationsignals.h>
 #include <zelkobase/orb/orb.h>
@@ -12,6 +13,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QSettings>
+#include <QTimer>
 
 // The macro wants a function outside of namespaces.
 static void initResources()
@@ -43,6 +45,7 @@ struct RunningConsole::Private
     void listen(const QString& address, const std::optional<ZelkoCommon::TlsOptions>& tls = {});
 
     QSettings settings;
+    QString userToAsk; // is named in the site file without his password
     std::unique_ptr<StoreFolder> store;
     std::unique_ptr<Orb> orb;
     std::unique_ptr<ConsoleSession> session;
@@ -56,6 +59,8 @@ bool RunningConsole::Private::openSite(const QString& siteFile, QString* error)
     if (!site) {
         return false;
     }
+    const auto* const current = site->Find(site->GetCurrentSubSystem());
+    userToAsk = current && !current->hasCredentials() ? current->credentials.user : QString();
     listen(listenAddress(*site), site->Tls());
     session = std::make_unique<ConsoleSession>(*orb, *site);
     return true;
@@ -111,6 +116,9 @@ int RunningConsole::run()
     const ZelkoCommon::TerminationSignals signals;
     QObject::connect(&signals, &ZelkoCommon::TerminationSignals::received, qApp, &QCoreApplication::quit);
     d->window->show();
+    if (!d->userToAsk.isEmpty()) {
+        QTimer::singleShot(0, d->window->userMenu(), [this] { d->window->userMenu()->logIn(d->userToAsk); });
+    }
     return QApplication::exec();
 }
 

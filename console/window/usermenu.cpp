@@ -67,7 +67,7 @@ void UserMenu::addLogin()
     QAction* const login = addAction(tr("Log &In…"));
     login->setObjectName(QStringLiteral("logIn"));
     login->setStatusTip(tr("Work here as somebody whom the recorders know."));
-    connect(login, &QAction::triggered, this, &UserMenu::logIn);
+    connect(login, &QAction::triggered, this, [this] { logIn(m_user->name()); });
     m_logOut = addAction(tr("Log &Out"));
     m_logOut->setObjectName(QStringLiteral("logOut"));
     m_logOut->setStatusTip(tr("Look at recordings and do nothing else."));
@@ -75,10 +75,10 @@ void UserMenu::addLogin()
 }
 
 // The window may be closed, and this menu with it, while the dialog is open.
-void UserMenu::logIn()
+void UserMenu::logIn(const QString& name)
 {
     const QPointer<UserMenu> self(this);
-    const QPointer<LoginDialog> dialog = new LoginDialog(m_user->name(), parentWidget());
+    const QPointer<LoginDialog> dialog = new LoginDialog(name, parentWidget());
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (self && dialog && accepted) {
         m_user->logIn(dialog->credentials());

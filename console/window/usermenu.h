@@ -20,6 +20,10 @@ public:
     explicit UserMenu(ConsoleUser* user, QWidget* parent = nullptr);
     ~UserMenu() override;
 
+    /// Asks for the password of a user, or for a name too where that is empty, and has him work here; nothing changes
+    /// when the dialog is left. Blocks until then.
+    void logIn(const QString& name);
+
     /// The present user in a few words; with what he is where the name does not say it.
     QString userText() const;
 
@@ -30,7 +34,6 @@ Q_SIGNALS:
 private:
     void addKnownUsers();
     void addLogin();
-    void logIn();
     void update();
 
     ConsoleUser* const m_user;

@@ -3,6 +3,8 @@
 #include <recorder/store/recorderlog.h>
 #include <recorder/store/recordrepair.h>
 
+#include <QElapsedTimer>
+
 #include <algorithm>
 
 namespace ZelkoRecorder {
@@ -102,13 +104,24 @@ void StoreWorker::putToRest(const QString& recordID)
 // In parts, so that the first of many are gone from the lists of clients before the last are from the disk.
 void StoreWorker::remove(const QStringList& recordIDs)
 {
-    for (qsizetype begin = 0; begin < recordIDs.size(); begin += sliceSize) {
-        m_thread.enqueue([this, ids = recordIDs.mid(begin, sliceSize)] { removePart(ids); });
+    if (recordIDs.isEmpty()) {
+        return;
     }
+    qCInfo(recorderLog).noquote() << "deleting" << recordIDs.size() << "records from" << m_store.folder();
+    QElapsedTimer clock;
+    clock.start();
+    const auto gone = std::make_shared<qsizetype>(0);
+    for (qsizetype begin = 0; begin < recordIDs.size(); begin += sliceSize) {
+        m_thread.enqueue([this, gone, ids = recordIDs.mid(begin, sliceSize)] { *gone += removePart(ids); });
+    }
+    m_thread.enqueue([this, gone, clock] {
+        qCInfo(recorderLog).noquote() << "deleted" << *gone << "records from" << m_store.folder() << "in"
+                                      << clock.elapsed() << "ms";
+    });
 }
 
 // Whoever asked may have seen the records before somebody else protected them or began to use them.
-void StoreWorker::removePart(const QStringList& recordIDs)
+qsizetype StoreWorker::removePart(const QStringList& recordIDs)
 {
     std::vector<RecordUses::Handle> claims;
     QStringList deletable;
@@ -129,6 +142,7 @@ void StoreWorker::removePart(const QStringList& recordIDs)
         m_known.remove(id);
     }
     tellGone(gone);
+    return gone.size();
 }
 
 bool StoreWorker::mayRemove(const QString& recordID) const

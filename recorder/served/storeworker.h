@@ -59,7 +59,8 @@ public:
     /// Puts a record at rest, whatever its status says. Not one that is being recorded.
     void putToRest(const QString& recordID);
 
-    /// Removes records for good, but not those that are in use or not marked as deletable on disk.
+    /// Removes records for good, but not those that are in use or not marked as deletable on disk. The log says when it
+    /// begins, and how long it took.
     void remove(const QStringList& recordIDs);
 
 Q_SIGNALS:
@@ -82,7 +83,7 @@ private:
     void compareNames();
     void readSlices(const QStringList& recordIDs);
     RecordPointer readKnown(const QString& recordID);
-    void removePart(const QStringList& recordIDs);
+    qsizetype removePart(const QStringList& recordIDs);
     bool mayRemove(const QString& recordID) const;
     void tellOf(const RecordPointers& records);
     void tellGone(const QStringList& recordIDs);

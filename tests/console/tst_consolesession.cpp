@@ -9,11 +9,14 @@
 #include <console/session/consolesession.h>
 #include <console/session/consoleuser.h>
 #include <console/window/consolewindow.h>
+#include <console/window/usermessages.h>
 
 #include <valuecore/tree.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkobase/orb/orb.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
+#include <QMessageBox>
 #include <QSettings>
 #include <QTest>
 
@@ -206,15 +209,52 @@ private Q_SLOTS:
         QVERIFY(recorder.start({QStringLiteral("--store"), store.path()}));
         const auto who = ZelkoTest::TestUsers::credentials(Role::Operator);
         ZelkoCommon::ZelkoConfiguration site;
-        site.AddSubSystem({local, QStringLiteral("127.0.0.1"), recorder.port(), who});
+        site.AddSubSystem({local, QStringLiteral("127.0.0.1"), recorder.port(), {}, who});
         ConsoleSession session(*m_orb, site);
         QCOMPARE(session.configuredUser(), who.user);
         QVERIFY(session.knownUsers().empty());
         QTRY_COMPARE_WITH_TIMEOUT(session.role(), Role::Operator, patience);
         session.actFor({who.user, QStringLiteral("wrong")});
-        QTRY_VERIFY_WITH_TIMEOUT(session.status(local).reason.contains(QStringLiteral("access is denied")), patience);
-        QCOMPARE(session.status(local).state, LinkState::Unreachable);
+        QTRY_COMPARE_WITH_TIMEOUT(session.status(local).state, LinkState::Denied, patience);
+        QCOMPARE(session.status(local).reason, QStringLiteral("user or password are wrong"));
         QVERIFY(!session.role());
+    }
+
+    void saysWhatTheRecorderRefusesAViewer()
+    {
+        const QTemporaryDir store;
+        ConsoleSession session(*m_orb, recorderStart(store, sources));
+        Shown shown(session);
+        shown.user.switchTo(ZelkoCommon::roleName(Role::Viewer));
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
+        auto& controller = *shown.window.records()->controller();
+        QTRY_VERIFY_WITH_TIMEOUT(session.role() == Role::Viewer && controller.isConnected(), patience);
+        controller.sl_resyncRecordList(); // as something that asks for no rights would
+        const auto& messages = *shown.window.messages();
+        QTRY_VERIFY_WITH_TIMEOUT(messages.box(), patience);
+        const QString text = messages.box()->text();
+        QVERIFY2(text.startsWith(QStringLiteral("Recorder local has refused a change: user \"viewer\" may not write")),
+                 qPrintable(text));
+        QTest::keyClick(messages.box(), Qt::Key_Return);
+        QVERIFY(!messages.box());
+    }
+
+    void saysThatAViewerCannotRename()
+    {
+        const QTemporaryDir store;
+        ConsoleSession session(*m_orb, recorderStart(store, sources));
+        Shown shown(session);
+        shown.user.switchTo(ZelkoCommon::roleName(Role::Viewer));
+        QTRY_VERIFY_WITH_TIMEOUT(shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")) >= 0, patience);
+        operatorhands::clickRow(shown.table, shown.rowOf(QStringLiteral("Short"), QStringLiteral("finished")));
+        const QAction* const rename =
+            shown.window.records()->controller()->recordAction(ZelkoGUI::IZelkoGUIController::UserActionRename);
+        QTRY_VERIFY_WITH_TIMEOUT(session.role() == Role::Viewer && rename->isEnabled(), patience);
+        const operatorhands::DialogAnswer answer([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+        QTest::keyClick(&shown.table, Qt::Key_R, Qt::ControlModifier);
+        QVERIFY(answer.wasGiven());
+        QTRY_VERIFY_WITH_TIMEOUT(shown.window.messages()->box(), patience);
+        QVERIFY(!shown.window.messages()->box()->text().isEmpty());
     }
 
 private:

@@ -18,6 +18,7 @@ class FakeSession final : public Session
 public:
     QStringList subSystems() const override { return {QStringLiteral("north")}; }
     SubSystemStatus status(const QString&) const override { return {}; }
+    std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const override { return nullptr; }
     const std::vector<KnownUser>& knownUsers() const override { return known; }
     QString configuredUser() const override { return configured; }
     void actFor(const LinkCredentials& user) override

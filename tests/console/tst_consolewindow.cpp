@@ -1,24 +1,32 @@
 #include "recordlistsetting.h"
 
 #include <console/demo/operatorhands.h>
+#include <console/demo/shownrecords.h>
 #include <console/devices/devicelistview.h>
 #include <console/records/devicerecords.h>
+#include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/session/consoleuser.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/window/consolewindow.h>
+#include <console/window/usermenu.h>
+#include <console/window/usermessages.h>
 
 #include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QApplication>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 
 using namespace ZelkoConsole;
 
@@ -36,7 +44,11 @@ struct Setting : RecordListSetting
     void open()
     {
         window.reset();
-        window = std::make_unique<ConsoleWindow>(&site, &user, &settings);
+        if (!user) {
+            site.knowUsers();
+            user = std::make_unique<ConsoleUser>(site);
+        }
+        window = std::make_unique<ConsoleWindow>(&site, user.get(), &settings);
         window->show();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
@@ -46,7 +58,7 @@ struct Setting : RecordListSetting
 
     QTemporaryDir folder;
     QSettings settings;
-    ConsoleUser user{site};
+    std::unique_ptr<ConsoleUser> user;
     std::unique_ptr<ConsoleWindow> window;
 };
 
@@ -186,6 +198,93 @@ private Q_SLOTS:
         }
         QCOMPARE(titles, QStringList({QStringLiteral("&File"), QStringLiteral("&Recording"), QStringLiteral("&View"),
                                       QStringLiteral("&User"), QStringLiteral("&Help")}));
+    }
+
+    void showsWhoWorksAndLetsHimChange()
+    {
+        const Setting setting;
+        auto& button = *setting.window->findChild<QPushButton*>(QStringLiteral("userButton"));
+        QCOMPARE(button.text(), QStringLiteral("operator"));
+        QTimer::singleShot(0, &button, [&] {
+            QMenu& menu = *setting.window->userMenu();
+            QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier,
+                              menu.actionGeometry(menu.actions().constLast()).center());
+        });
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(button.text(), QStringLiteral("administrator"), 30'000);
+        QCOMPARE(button.accessibleName(), QStringLiteral("User: administrator"));
+        QCOMPARE(setting.site.actsFor().user, QStringLiteral("administrator"));
+    }
+
+    void saysInTheStatusBarWhyAnActionIsOff()
+    {
+        const Setting setting(1);
+        const RecordPane& pane = *setting.window->records();
+        QAction* const reset = pane.controller()->recordAction(ZelkoGUI::IZelkoGUIController::UserActionReset);
+        QTRY_COMPARE_WITH_TIMEOUT(reset->statusTip(), QStringLiteral("No recording is selected."), 30'000);
+        QWidget* const button = pane.actions()->toolBar()->widgetForAction(reset);
+        QVERIFY(button && !button->isEnabled());
+        operatorhands::enter(*button);
+        QCOMPARE(setting.window->statusBar()->currentMessage(), QStringLiteral("No recording is selected."));
+    }
+
+    void showsWhatARecorderRefused()
+    {
+        Setting setting;
+        Q_EMIT setting.site.writeRefused(setting.north, QStringLiteral("it is read only"));
+        QVERIFY(setting.window->messages()->box());
+        QCOMPARE(setting.window->messages()->box()->text(),
+                 QStringLiteral("Recorder north has refused a change: it is read only"));
+        QTest::keyClick(setting.window->messages()->box(), Qt::Key_Escape);
+    }
+
+    void showsThatAUserIsNotAdmitted()
+    {
+        Setting setting(1);
+        setting.lose();
+        setting.site.setStatus(setting.north, {LinkState::Denied, QStringLiteral("user or password are wrong")});
+        const DeviceListView& devices = *setting.window->devices();
+        QCOMPARE(devices.model()->index(0, 1).data().toString(), QStringLiteral("access denied"));
+        QCOMPARE(setting.window->badge()->text(), QStringLiteral("north: access denied"));
+        QCOMPARE(setting.window->records()->table()->emptyState().text,
+                 QStringLiteral("No access to recorder north: user or password are wrong"));
+    }
+
+    void worksOnTheDeviceThatIsShown()
+    {
+        Setting setting(2);
+        const auto& controller = *setting.window->records()->controller();
+        QCOMPARE(controller.activeDevice(), setting.device);
+        QCOMPARE(controller.activeSubsystem(), setting.north);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
+        operatorhands::clickRow(*setting.window->records()->table(), 0);
+        QCOMPARE(controller.selectedRecords().size(), 1);
+        DeviceListView& devices = *setting.window->devices();
+        devices.setFocus();
+        QTest::keyClick(&devices, Qt::Key_Up);
+        QCOMPARE(controller.activeDevice(), QString());
+        QCOMPARE(controller.selectedRecords(), QStringList());
+        QTest::keyClick(&devices, Qt::Key_Down);
+        QCOMPARE(controller.activeDevice(), setting.device);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
+        QCOMPARE(setting.rows(), 2);
+    }
+
+    void keepsTheSelectionOfTheActionsWhenTheRecorderComesBack()
+    {
+        Setting setting(3);
+        const auto& controller = *setting.window->records()->controller();
+        operatorhands::clickRow(*setting.window->records()->table(), 1);
+        const QStringList selected = controller.selectedRecords();
+        QCOMPARE(selected.size(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
+        setting.lose();
+        QTRY_VERIFY_WITH_TIMEOUT(!controller.isConnected(), 30'000);
+        QCOMPARE(controller.selectedRecords(), selected);
+        setting.comeBack(3);
+        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(shownrecords::selectedIds(*setting.window->records()->table()), selected, 30'000);
+        QCOMPARE(controller.selectedRecords(), selected);
     }
 
     void remembersSizeAndColumns()

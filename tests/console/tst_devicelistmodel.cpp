@@ -125,6 +125,16 @@ private Q_SLOTS:
                  QStringLiteral("north: not reachable [A1: not available]; south: connecting []"));
     }
 
+    void tellsARecorderThatDeniesAccessFromOneThatIsNotThere()
+    {
+        Setting setting;
+        setting.site.setStatus(north, {LinkState::Denied, QStringLiteral("wrong password")});
+        setting.site.setStatus(south, {LinkState::Unreachable, QStringLiteral("no route")});
+        QCOMPARE(textOf(setting.model), QStringLiteral("north: access denied []; south: not reachable []"));
+        QCOMPARE(setting.model.index(0, 0).data(Qt::ToolTipRole).toString(),
+                 QStringLiteral("No access to recorder north: wrong password"));
+    }
+
     void replacesTheDevicesOfASubSystemThatComesBackWithOthers()
     {
         Setting setting;

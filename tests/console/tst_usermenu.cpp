@@ -134,6 +134,19 @@ private Q_SLOTS:
         QVERIFY(UserRights::DeleteRecordsAllowed());
     }
 
+    void asksOnlyForThePasswordOfAUserWhoIsNamed()
+    {
+        const Setting setting(false);
+        const ModalAnswer login([](QWidget* dialog) {
+            QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("userName"))->text(), QStringLiteral("berta"));
+            enter(dialog, "password", "pass");
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        setting.menu->logIn(QStringLiteral("berta"));
+        QVERIFY(login.wasGiven());
+        QCOMPARE(setting.site.actsFor(), (LinkCredentials{QStringLiteral("berta"), QStringLiteral("pass")}));
+    }
+
     void logsNobodyInWhenTheDialogIsLeft()
     {
         const Setting setting(false);

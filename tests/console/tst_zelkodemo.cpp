@@ -50,7 +50,10 @@ private Q_SLOTS:
         QVERIFY2(ending.exitCode == 0, qPrintable(ending.text));
         QCOMPARE(QDir(folder.filePath(QStringLiteral("pictures"))).entryList(QDir::Files),
                  QStringList({QStringLiteral("1-growing-record.png"), QStringLiteral("2-finished-records.png"),
-                              QStringLiteral("3-recorder-killed.png"), QStringLiteral("4-restored-list.png")}));
+                              QStringLiteral("3-recorder-killed.png"), QStringLiteral("4-restored-list.png"),
+                              QStringLiteral("5-rename.png"), QStringLiteral("6-renamed.png"),
+                              QStringLiteral("7-not-deletable.png"), QStringLiteral("8-delete.png"),
+                              QStringLiteral("9-deleted.png")}));
     }
 
     void refusesACaptureThatCannotBeRecorded()

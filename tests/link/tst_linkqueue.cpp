@@ -52,8 +52,18 @@ private Q_SLOTS:
     void letsAWaitingBatchInOnceThereIsRoom();
     void endsTheWaitOfABatchWhenItsConnectionEnds();
     void wakesNobodyAndTakesNothingAfterShutDown();
+    void tellsWhetherAccessWasDenied();
     void losesNothingBetweenThreads();
 };
+
+void TestLinkQueue::tellsWhetherAccessWasDenied()
+{
+    LinkQueue queue([] {}, 1000);
+    queue.reportFailure("nobody there");
+    queue.reportFailure("not you", true);
+    QVERIFY(!std::get<LinkQueue::ConnectFailed>(*queue.take()).isDenied);
+    QVERIFY(std::get<LinkQueue::ConnectFailed>(*queue.take()).isDenied);
+}
 
 void TestLinkQueue::keepsDataAndStateInOrder()
 {

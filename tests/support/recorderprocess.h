@@ -8,6 +8,8 @@
 
 #include <csignal>
 
+#include <sys/wait.h>
+
 namespace ZelkoTest {
 
 /// A recorder process, which is killed with this object. It has the users of TestUsers.
@@ -56,6 +58,14 @@ public:
     }
 
     void send(int signal) { ::kill(static_cast<pid_t>(m_process.processId()), signal); }
+
+    /// SIGSTOP; returns when it stands still with all its threads, which is false if it does not.
+    bool stop()
+    {
+        send(SIGSTOP);
+        siginfo_t state;
+        return ::waitid(P_PID, static_cast<id_t>(m_process.processId()), &state, WSTOPPED | WNOWAIT) == 0;
+    }
 
     /// SIGKILL; returns when it is dead.
     void kill()

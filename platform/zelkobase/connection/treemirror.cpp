@@ -9,7 +9,6 @@
 #include <zelkobase/connection/linkframe.h>
 #include <zelkoguibase/valueitemmap/detachedcontent.h>
 
-#include <ranges>
 #include <utility>
 
 namespace ZelkoCommon {
@@ -264,10 +263,10 @@ void TreeMirror::noteMissingNodes(const QString& path)
 void TreeMirror::removeEmptyNodes()
 {
     const std::vector<QString> paths = std::exchange(m_unannounced, {});
-    for (const QString& path : std::views::reverse(paths)) {
-        const auto* const node = m_tree->Find<Node>(path);
+    for (auto path = paths.rbegin(); path != paths.rend(); ++path) { // not a view: clang 14 does not compile those
+        const auto* const node = m_tree->Find<Node>(*path);
         if (node && node->GetTreeItems().empty()) {
-            m_tree->Remove(path);
+            m_tree->Remove(*path);
         }
     }
 }

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "modalanswer.h"
+
+#include <QDialogButtonBox>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+/// Answers of a user to the questions of actions, with mouse and keys.
+namespace answers {
+
+/// Clicks on a button of a message box.
+inline std::function<void(QWidget*)> click(QMessageBox::StandardButton button)
+{
+    return [button](QWidget* window) {
+        auto* const box = qobject_cast<QMessageBox*>(window);
+        QVERIFY(box);
+        QTest::mouseClick(box->button(button), Qt::LeftButton);
+    };
+}
+
+/// Types a text in place of the one that is offered, and takes it.
+inline std::function<void(QWidget*)> type(const QString& text)
+{
+    return [text](QWidget* window) {
+        auto* const dialog = qobject_cast<QInputDialog*>(window);
+        QVERIFY(dialog);
+        auto* const edit = dialog->findChild<QLineEdit*>();
+        edit->selectAll();
+        QTest::keyClicks(edit, text);
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    };
+}
+
+} // namespace answers

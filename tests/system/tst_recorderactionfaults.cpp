@@ -1,0 +1,180 @@
+#include <actionsite.h>
+#include <dialoganswers.h>
+
+#include <resources/zelkoicons.h>
+#include <zelkobase/service/guitoserverexportcorbahandler.h>
+#include <zelkobase/service/servicestatus.h>
+#include <zelkobase/service/toolbarhelper.h>
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+using namespace ZelkoTest;
+using ZelkoCommon::Role;
+using ZelkoCommon::ServiceStatus;
+using ZelkoCommon::statusCode;
+using ZelkoGUI::IZelkoGUIController;
+
+namespace {
+
+constexpr int patience = ActionSite::patience;
+constexpr std::chrono::milliseconds shortLimit{400};
+const QString first = QStringLiteral("R1");
+const QString second = QStringLiteral("R2");
+const QString newName = QStringLiteral("a new name");
+
+QString textOf(unsigned long status)
+{
+    return ZelkoCommon::ToolbarHelper::Instance()->ErrorId2Text(status, 1);
+}
+
+} // namespace
+
+// What a user sees of a recorder that stands still, or dies, and that all is well again when it is back.
+class TestRecorderActionFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void cleanup();
+    void aRecorderThatStandsStillCostsACallItsLimit();
+    void aCommandWaitsForARecorderThatStandsStill();
+    void theHandlersFindARecorderAgain();
+    void aDeadRecorderIsSaidToBeGone();
+
+private:
+    void rename(const QString& id, const QString& name)
+    {
+        const ModalAnswer answer(answers::type(name));
+        QVERIFY(m_site->click(IZelkoGUIController::UserActionRename, {id}));
+        QVERIFY(answer.wasGiven());
+    }
+    void answerDeletion(const QStringList& ids, QMessageBox::StandardButton button)
+    {
+        const ModalAnswer answer(answers::click(button));
+        QVERIFY(m_site->click(IZelkoGUIController::UserActionDelete, ids));
+        QVERIFY(answer.wasGiven());
+    }
+    void checkThatItWorks(const QString& id);
+    void checkThatTheWindowLives();
+    void killIt();
+
+    std::unique_ptr<ZelkoCommon::Orb> m_orb;
+    std::unique_ptr<ActionSite> m_site;
+};
+
+void TestRecorderActionFaults::initTestCase()
+{
+    registerZelkoIcons();
+    m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
+}
+
+void TestRecorderActionFaults::cleanupTestCase()
+{
+    m_orb.reset();
+}
+
+void TestRecorderActionFaults::init()
+{
+    m_site = std::make_unique<ActionSite>(*m_orb, QStringLiteral(ZELKO_RECORDER));
+    for (const QString& id : {first, second}) {
+        QVERIFY(storeRecord(m_site->deviceFolder(), finishedRecord(id), 4000));
+    }
+    QVERIFY(m_site->start());
+    m_site->connectAs(Role::Operator);
+    m_site->watchModel();
+    QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
+}
+
+void TestRecorderActionFaults::cleanup()
+{
+    m_site->recorder().send(SIGCONT);
+    m_site.reset();
+}
+
+void TestRecorderActionFaults::checkThatItWorks(const QString& id)
+{
+    QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
+    m_site->takeMessages();
+    rename(id, newName);
+    QCOMPARE(m_site->takeMessages(), QStringList());
+    QCOMPARE(m_site->stored(id).GetRecordName(), newName);
+    QTRY_COMPARE_WITH_TIMEOUT(m_site->row(id).GetRecordName(), newName, patience);
+}
+
+void TestRecorderActionFaults::checkThatTheWindowLives()
+{
+    int rounds = 0;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] { ++rounds; });
+    timer.start(1);
+    QTRY_VERIFY_WITH_TIMEOUT(rounds > 20, patience);
+    answerDeletion({first}, QMessageBox::No);
+}
+
+void TestRecorderActionFaults::killIt()
+{
+    m_site->recorder().kill();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_site->data().isConnected(ActionSite::subSystem()), patience);
+}
+
+void TestRecorderActionFaults::aRecorderThatStandsStillCostsACallItsLimit()
+{
+    QCOMPARE(m_site->admin().addHistory(ActionSite::device(), second, QStringLiteral("the service is known")), 0UL);
+    QVERIFY(m_site->recorder().stop());
+    m_site->handler()->setLimit(shortLimit);
+    QElapsedTimer clock;
+    clock.start();
+    rename(first, newName);
+    QVERIFY(clock.elapsed() >= shortLimit.count());
+    const QString timeout = textOf(statusCode(ServiceStatus::Timeout));
+    QVERIFY(!timeout.isEmpty());
+    QCOMPARE(m_site->takeMessages(), QStringList{timeout});
+    checkThatTheWindowLives();
+    m_site->recorder().send(SIGCONT);
+    m_site->handler()->setLimit(std::chrono::seconds(60));
+    QTRY_COMPARE_WITH_TIMEOUT(m_site->admin().addHistory(ActionSite::device(), second, newName), 0UL, patience);
+    checkThatItWorks(second);
+}
+
+void TestRecorderActionFaults::aCommandWaitsForARecorderThatStandsStill()
+{
+    QVERIFY(m_site->recorder().stop());
+    answerDeletion({first}, QMessageBox::Yes);
+    checkThatTheWindowLives();
+    QCOMPARE(m_site->rows(), (QStringList{first, second})); // nobody but the recorder takes rows away
+    m_site->recorder().send(SIGCONT);
+    QTRY_COMPARE_WITH_TIMEOUT(m_site->rows(), QStringList{second}, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_site->storedIds(), QStringList{second}, patience);
+}
+
+void TestRecorderActionFaults::theHandlersFindARecorderAgain()
+{
+    const ZelkoGUI::GuiToServerExportCorbaHandler exports(m_site->handler());
+    checkThatItWorks(first);
+    QVERIFY(exports.connected());
+    killIt();
+    QVERIFY(m_site->start());
+    checkThatItWorks(second);
+    QVERIFY(exports.connected());
+    QCOMPARE(m_site->row(first).GetRecordName(), newName);
+}
+
+void TestRecorderActionFaults::aDeadRecorderIsSaidToBeGone()
+{
+    checkThatItWorks(first);
+    killIt();
+    const unsigned long status = m_site->admin().SetRecordComment(ActionSite::device(), first, QStringLiteral("late"));
+    QCOMPARE(status, statusCode(ServiceStatus::NotReachable));
+    QVERIFY(m_site->admin().lastErrorText().startsWith(textOf(status)));
+    QVERIFY(!m_site->click(IZelkoGUIController::UserActionRename, {first})); // there are no rows to act on
+    QVERIFY(m_site->start());
+    checkThatItWorks(second);
+    QCOMPARE(m_site->stored(first).GetRecordName(), newName);
+}
+
+QTEST_MAIN(TestRecorderActionFaults)
+#include "tst_recorderactionfaults.moc"
