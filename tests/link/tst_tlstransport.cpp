@@ -122,7 +122,8 @@ private Q_SLOTS:
     void answersNobodyWithoutTls();
     void shakesHandsFromVersion12On_data();
     void shakesHandsFromVersion12On();
-    void putsANewConnectionInThePlaceOfASilentOne();
+    void putsANewConnectionInThePlaceOfOneThatShookNoHands_data();
+    void putsANewConnectionInThePlaceOfOneThatShookNoHands();
     void keepsConnectionsThatItHasAnswered();
     void listensWithoutTlsWhereItIsNotAskedFor();
     void callsNobodyByAReferenceWithoutTls();
@@ -310,17 +311,28 @@ void TestTlsTransport::shakesHandsFromVersion12On()
     QTEST(socket && isAnswered(*socket), "answers");
 }
 
-void TestTlsTransport::putsANewConnectionInThePlaceOfASilentOne()
+void TestTlsTransport::putsANewConnectionInThePlaceOfOneThatShookNoHands_data()
 {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("that says nothing") << QByteArray();
+    QTest::newRow("that stops in the middle of its greeting") << QByteArray("\x16\x03\x01\x02\x00\x01", 6);
+}
+
+void TestTlsTransport::putsANewConnectionInThePlaceOfOneThatShookNoHands()
+{
+    QFETCH(const QByteArray, bytes);
     OrbOptions options = through(m_site.options());
+    options.receiveTimeout = std::chrono::minutes(5); // would end it as well
     options.maxConnections = 2;
     const Orb orb(options);
     const auto configuration = configurationOf(m_site.options());
     const auto answered = connectTo(orb, configuration);
     QVERIFY(answered && isAnswered(*answered));
-    QTcpSocket silent; // does not even shake hands
+    QTcpSocket silent;
     silent.connectToHost("127.0.0.1", orb.port());
     QVERIFY(silent.waitForConnected());
+    silent.write(bytes);
+    silent.flush();
     const auto late = connectTo(orb, configuration);
     QVERIFY(late && isAnswered(*late));
     QTRY_VERIFY_WITH_TIMEOUT(!isConnected(silent), 30'000);
