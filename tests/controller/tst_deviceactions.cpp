@@ -90,6 +90,9 @@ private Q_SLOTS:
     void aRenameThatFailsIsTold();
     void anExceptionEndsARenameWithATrace();
     void aRenameIsOfTheDeviceItBeganOn();
+    void aRenameDoesNotFollowIntoAnotherSubSystem();
+    void theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold_data();
+    void theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold();
     void theControllerMayGoWhileANameIsTyped();
 
     // Deletable flag
@@ -379,6 +382,50 @@ void DeviceActionsTest::aRenameIsOfTheDeviceItBeganOn()
         accept(dialog);
     });
     QCOMPARE(calls(), QStringList{u"setRecordComment D1 P name of P"_s});
+}
+
+void DeviceActionsTest::aRenameDoesNotFollowIntoAnotherSubSystem()
+{
+    rename([this](QInputDialog* dialog) {
+        m_site->data->configuration->SetCurrentSubSystem(u"south"_s);
+        accept(dialog);
+    });
+    QCOMPARE(calls(), QStringList());
+}
+
+void DeviceActionsTest::theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<Trigger>("request");
+    QTest::addColumn<bool>("isTold");
+    QTest::newRow("a toggle") << u"setRecordDeletableFlag"_s
+                              << Trigger([](ZelkoServerGUIController& c) { c.sl_toggleDeletable(); }) << true;
+    QTest::newRow("a copy") << u"copyRecord"_s
+                            << Trigger([](ZelkoServerGUIController& c) { c.sl_copyRecord(u"P"_s, 5, 9, u"copy"_s); })
+                            << false;
+}
+
+// The answering thread reads what the asking one, which waits for it, has set.
+void DeviceActionsTest::theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold()
+{
+    QFETCH(const QString, operation);
+    QFETCH(const Trigger, request);
+    std::optional<Qt::CursorShape> during;
+    m_service->peer.setAnswer(operation, ZelkoCommon::statusCode(ServiceStatus::RecordBusy));
+    m_service->peer.setAction(operation, [&during] {
+        if (const QCursor* const cursor = QGuiApplication::overrideCursor()) {
+            during = cursor->shape();
+        }
+    });
+    QList<bool> waitsWhenTold;
+    ErrorHandler::Instance()->SetMessageSink(
+        [&waitsWhenTold](const QString&) { waitsWhenTold << (QGuiApplication::overrideCursor() != nullptr); });
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    request(*m_controller);
+    QCOMPARE(during, std::optional(Qt::WaitCursor));
+    QFETCH(const bool, isTold);
+    QCOMPARE(waitsWhenTold, QList<bool>(isTold ? 1 : 0, false));
+    QVERIFY(!QGuiApplication::overrideCursor());
 }
 
 void DeviceActionsTest::theControllerMayGoWhileANameIsTyped()

@@ -25,6 +25,23 @@ const QString missingText =
     u"zelkoserverguicontroller: ZelkoServerGUIController::connectVT: not all elements are available for VT-Path: "
     u"/SubSystems/north/ZELKO/Device/D1"_s;
 
+/// The trace mask for as long as it exists.
+class TraceMask
+{
+public:
+    explicit TraceMask(unsigned int mask)
+        : m_before(ErrorHandler::Instance()->GetTraceMask())
+    {
+        ErrorHandler::Instance()->SetTraceMask(mask);
+    }
+    ~TraceMask() { ErrorHandler::Instance()->SetTraceMask(m_before); }
+    TraceMask(const TraceMask&) = delete;
+    TraceMask& operator=(const TraceMask&) = delete;
+
+private:
+    const unsigned int m_before;
+};
+
 bool isAnythingEnabled(const IZelkoGUIController& controller)
 {
     const QList<QAction*> actions = controller.recordActions();
@@ -77,6 +94,17 @@ private Q_SLOTS:
         QCOMPARE(controller.recordActions().size(), 9);
         QCOMPARE(controller.recordAction(IZelkoGUIController::UserActionOverview), nullptr);
         QVERIFY(controller.recordAction(IZelkoGUIController::UserActionEdit));
+    }
+
+    void theShortFormDoesNotOfferTheSpectrumOverviewLaterEither()
+    {
+        ZelkoServerGUIController controller(m_site->handler, IZelkoGUIController::UserActionCopy, nullptr);
+        IZelkoGUIController& base = controller;
+        base.setUserActions(IZelkoGUIController::UserActions(QFlag(1023)));
+        QCOMPARE(controller.recordActions().size(), 9);
+        QCOMPARE(controller.recordAction(IZelkoGUIController::UserActionOverview), nullptr);
+        m_controller->setUserActions(IZelkoGUIController::UserActionOverview);
+        QVERIFY(m_controller->recordAction(IZelkoGUIController::UserActionOverview));
     }
 
     void theShortFormIsToldItsDevice()
@@ -156,14 +184,10 @@ private Q_SLOTS:
     void waitsQuietlyIfWarningsAreNotTraced()
     {
         const TraceTexts traces;
-        ErrorHandler::Instance()->SetTraceMask(ErrorHandler::TraceError);
+        const TraceMask errorsOnly(ErrorHandler::TraceError);
         m_control->setActiveDevice(u"D1"_s, u"north"_s);
-        // A later timer of the same kind fires behind the controller's.
-        QTimer later;
-        QSignalSpy fired(&later, &QTimer::timeout);
-        later.start(110);
-        QTRY_VERIFY_WITH_TIMEOUT(fired.size() >= 3, patience);
-        ErrorHandler::Instance()->SetTraceMask(ErrorHandler::TraceError | ErrorHandler::TraceWarning);
+        const QSignalSpy ticks(connectTimer(), &QTimer::timeout); // told behind the controller
+        QTRY_VERIFY_WITH_TIMEOUT(ticks.size() >= 3, patience);
         QCOMPARE(traces.withSources(), QStringList());
     }
 
@@ -196,11 +220,19 @@ private Q_SLOTS:
         m_branch->putAll();
         activate();
         QCOMPARE(m_site->data->timesAsked, 1);
-        QTimer later;
-        QSignalSpy fired(&later, &QTimer::timeout);
-        later.start(110);
-        QTRY_VERIFY_WITH_TIMEOUT(fired.size() >= 3, patience);
-        QCOMPARE(m_site->data->timesAsked, 1);
+        QVERIFY(!connectTimer()->isActive());
+    }
+
+    void looksEvery100Milliseconds()
+    {
+        const QTimer* const timer = connectTimer();
+        QVERIFY(!timer->isActive());
+        m_control->setActiveDevice(u"D1"_s, u"north"_s);
+        QVERIFY(timer->isActive());
+        QVERIFY(!timer->isSingleShot());
+        QCOMPARE(timer->interval(), 100);
+        m_control->setActiveDevice(QString(), QString());
+        QVERIFY(!timer->isActive());
     }
 
     // Another device, or none
@@ -420,7 +452,54 @@ private Q_SLOTS:
         QCOMPARE(signalTexts, QStringList{u"progress 0/0"_s});
     }
 
+    void anyValueThatGoesStartsTheSearch_data() { waitsForEachItem_data(); }
+    void anyValueThatGoesStartsTheSearch()
+    {
+        QFETCH(const QString, missing);
+        m_branch->putAll();
+        activate();
+        m_site->client->take();
+        const TraceTexts traces;
+        m_branch->remove(missing);
+        QVERIFY(!m_controller->isConnected());
+        QVERIFY(traces.contain(u"VT element <%1> has been deleted."_s.arg(missing)));
+        QTRY_VERIFY_WITH_TIMEOUT(connectTimer()->isActive(), patience);
+        QCOMPARE(connectTimer()->interval(), 100);
+        m_branch->put(missing);
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+        QCOMPARE(m_site->client->take().size(), 4);
+    }
+
+    void theSearchForALostDeviceIsTracedOnce()
+    {
+        m_branch->putAll();
+        activate();
+        const TraceTexts traces;
+        for (int loss = 1; loss <= 2; ++loss) {
+            m_branch->removeAll();
+            QSignalSpy ticks(connectTimer(), &QTimer::timeout);
+            QTRY_VERIFY_WITH_TIMEOUT(ticks.size() >= 3, patience);
+            QCOMPARE(traces.withSources().count(missingText), loss);
+            m_branch->putAll();
+            QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+        }
+    }
+
+    void theSearchForANewDeviceIsTracedAgainAfterALoss()
+    {
+        m_branch->putAll();
+        activate();
+        m_branch->removeAll();
+        QTRY_VERIFY_WITH_TIMEOUT(connectTimer()->isActive(), patience);
+        m_control->setActiveDevice(QString(), QString());
+        const TraceTexts traces;
+        m_control->setActiveDevice(u"D1"_s, u"north"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(traces.withSources().count(missingText) >= 3, patience);
+    }
+
 private:
+    QTimer* connectTimer() const { return m_controller->findChild<QTimer*>(u"connectTimer"_s); }
+
     void make()
     {
         m_controller = std::make_unique<ZelkoServerGUIController>(

@@ -3,7 +3,10 @@
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 #include <zelkoguibase/recordlist/recordstate_p.h>
 
+#include "deletablestate_p.h"
 #include "devicevalues_p.h"
+#include "requestfailure_p.h"
+#include "waitcursor_p.h"
 
 #include <host/activedevicecontrol.h>
 #include <observerbase/errorhandler.h>
@@ -12,7 +15,6 @@
 #include <zelkobase/names/valuenames.h>
 #include <zelkobase/service/errordescriptor.h>
 #include <zelkobase/service/guitoserveradmincorbahandler.h>
-#include <zelkobase/service/toolbarhelper.h>
 #include <zelkobase/service/zelkoguitoservercorbahandler.h>
 
 #include <QHash>
@@ -42,15 +44,6 @@ void traceError(const char* text, int line)
     }
 }
 
-/// Tells the user why a request failed; says nothing of one that did not.
-void showFailure(unsigned long code)
-{
-    if (code != 0) {
-        ErrorHandler::Instance()->ShowMessage(
-            ZelkoCommon::ToolbarHelper::Instance()->ErrorId2Text(code, ZelkoCommon::ToolbarHelper::ServiceContext));
-    }
-}
-
 } // namespace
 
 struct ZelkoServerGUIController::Private
@@ -62,9 +55,14 @@ struct ZelkoServerGUIController::Private
         , name(std::move(ownName))
         , recordModel(new RecordItemMapModel(owner))
         , values(owner)
-    {}
+        , connectTimer(owner)
+    {
+        connectTimer.setObjectName(QStringLiteral("connectTimer"));
+    }
 
     void lookUp();
+    void search(bool again);
+    void traceMissing();
     bool isComplete() const { return recordModel->connected() && values.areComplete(); }
     std::shared_ptr<Record> record(const QString& id) const { return recordModel->getRecordData(id); }
 
@@ -79,7 +77,10 @@ struct ZelkoServerGUIController::Private
     QTimer connectTimer;
     QHash<QString, bool> pendingFlags;
     std::shared_ptr<ErrorDescriptor> errorDescriptor;
+    bool offersOverview = true;
     bool connected = false;
+    bool isLost = false;       // what is searched was there before, under the same path
+    bool tellsMissing = false; // at the next tick
 };
 
 // A map that was found stays: to connect the model a second time would take all rows from the list and bring them
@@ -90,6 +91,25 @@ void ZelkoServerGUIController::Private::lookUp()
         recordModel->connect(names::recordMapPath(deviceBasePath));
     }
     values.lookUp(deviceBasePath, connectionData->GetBasePath(activeDevice));
+}
+
+void ZelkoServerGUIController::Private::search(bool again)
+{
+    isLost = again;
+    tellsMissing = true;
+    connectTimer.start(connectInterval);
+}
+
+// Each tick tells what a new device lacks, for whoever waits for it. A device that was lost can be away for days: its
+// search is told once, or it would drive all else from the log.
+void ZelkoServerGUIController::Private::traceMissing()
+{
+    if (tellsMissing && ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        trace(QStringLiteral("ZelkoServerGUIController::connectVT: not all elements are available for VT-Path: %1")
+                  .arg(deviceBasePath),
+              __LINE__);
+    }
+    tellsMissing = !isLost;
 }
 
 ZelkoServerGUIController::ZelkoServerGUIController(const std::shared_ptr<ZelkoGuiToServerCorbaHandler>& handler,
@@ -117,11 +137,20 @@ ZelkoServerGUIController::ZelkoServerGUIController(const std::shared_ptr<ZelkoGu
                                                    const QFlags<enUserAction>& userActions, QObject* parent)
     : ZelkoServerGUIController(handler, nullptr, QString(), UserActions(userActions).setFlag(UserActionOverview, false),
                                parent)
-{}
+{
+    d->offersOverview = false;
+}
 
 ZelkoServerGUIController::~ZelkoServerGUIController()
 {
     resetAll(true);
+}
+
+void ZelkoServerGUIController::setUserActions(const QFlags<enUserAction>& userActions)
+{
+    UserActions offered(userActions);
+    offered.setFlag(UserActionOverview, d->offersOverview && userActions.testFlag(UserActionOverview));
+    IZelkoGUIController::setUserActions(offered);
 }
 
 void ZelkoServerGUIController::observeRecords()
@@ -200,7 +229,7 @@ void ZelkoServerGUIController::connectVT()
     d->deviceBasePath.clear();
     if (!device.isEmpty()) {
         d->deviceBasePath = d->connectionData->GetDeviceBasePath(device);
-        d->connectTimer.start(connectInterval);
+        d->search(false);
     }
 }
 
@@ -210,11 +239,7 @@ void ZelkoServerGUIController::sl_connectVT()
         d->lookUp();
     }
     if (!d->isComplete()) {
-        if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
-            trace(QStringLiteral("ZelkoServerGUIController::connectVT: not all elements are available for VT-Path: %1")
-                      .arg(d->deviceBasePath),
-                  __LINE__);
-        }
+        d->traceMissing();
         return;
     }
     const std::shared_ptr<IVtClient> client =
@@ -280,23 +305,19 @@ void ZelkoServerGUIController::valueDeleted(const QString& name)
     }
     d->connected = false;
     QMetaObject::invokeMethod(
-        this,
-        [this] {
-            sl_selectedRecordsChanged(selectedRecords());
-            searchAgain();
-        },
-        Qt::QueuedConnection);
+        this, [this] { searchAgain(); }, Qt::QueuedConnection);
 }
 
 // The values of a lost connection come back under the path that they had, as new ones. That path is no news to
 // connectVT, which would leave the controller with nothing for good.
 void ZelkoServerGUIController::searchAgain()
 {
+    sl_selectedRecordsChanged(selectedRecords());
     if (d->deviceBasePath.isEmpty() || d->connectTimer.isActive()) {
         return;
     }
     sl_updateLoadProgress();
-    d->connectTimer.start(connectInterval);
+    d->search(true);
 }
 
 void ZelkoServerGUIController::sl_updateLoadProgress()
@@ -375,6 +396,7 @@ void ZelkoServerGUIController::resynchRecord(const QString& recordID, const QStr
     if (deviceOr(deviceID) == activeDevice()) {
         DeviceValues::write(d->values.syncOneRecord, recordID);
     } else {
+        const WaitCursor waiting;
         d->adminHandler.requestRecordDataDetail(deviceID, recordID);
     }
 }
@@ -388,22 +410,20 @@ bool ZelkoServerGUIController::isDownloadRecordAvailable(const QStringList&) con
 
 void ZelkoServerGUIController::downloadRecord(const QStringList& recordIDs)
 {
-    QStringList writeProtected;
-    for (const QString& id : recordIDs) {
-        const auto record = d->record(id);
-        if (record && !record->GetDeletable()) {
-            writeProtected.append(id);
-        }
-    }
     Q_EMIT si_downloadRecordings(recordIDs, d->values.ipAddress ? d->values.ipAddress->GetValue() : QString(),
-                                 writeProtected);
+                                 notDeletable(*d->recordModel, recordIDs));
 }
 
 // Windows on a record
 
-bool ZelkoServerGUIController::isHistoryAvailable(const QString& recordID) const
+bool ZelkoServerGUIController::canBeAskedFor(const QString& recordID) const
 {
     return d->recordModel->hasRecord(recordID) && isResynchRecordAvailable(recordID, QString());
+}
+
+bool ZelkoServerGUIController::isHistoryAvailable(const QString& recordID) const
+{
+    return canBeAskedFor(recordID);
 }
 
 void ZelkoServerGUIController::showHistory(const QString& recordID)
@@ -414,7 +434,7 @@ void ZelkoServerGUIController::showHistory(const QString& recordID)
 
 bool ZelkoServerGUIController::isEditBookmarksAvailable(const QString& recordID) const
 {
-    return d->recordModel->hasRecord(recordID) && isResynchRecordAvailable(recordID, QString());
+    return canBeAskedFor(recordID);
 }
 
 void ZelkoServerGUIController::editBookmarks(const QString& recordID)
@@ -423,16 +443,10 @@ void ZelkoServerGUIController::editBookmarks(const QString& recordID)
     openBookmarkDialog(recordID);
 }
 
-bool ZelkoServerGUIController::isCopyable(const QString& recordID) const
-{
-    const auto record = d->record(recordID);
-    return record && isResynchRecordAvailable(recordID, QString()) &&
-           record->GetDataRate() != Record::DataRate::RawStream;
-}
-
 bool ZelkoServerGUIController::isCopyRecordAvailable(const QString& recordID) const
 {
-    return isCopyable(recordID);
+    const auto record = d->record(recordID);
+    return record && canBeAskedFor(recordID) && record->GetDataRate() != Record::DataRate::RawStream;
 }
 
 void ZelkoServerGUIController::copyRecord(const QString& recordID)
@@ -443,7 +457,7 @@ void ZelkoServerGUIController::copyRecord(const QString& recordID)
 
 bool ZelkoServerGUIController::isEditRecordAvailable(const QString& recordID) const
 {
-    return isCopyable(recordID);
+    return isCopyRecordAvailable(recordID);
 }
 
 void ZelkoServerGUIController::editRecord(const QString& recordID)
@@ -455,8 +469,8 @@ void ZelkoServerGUIController::editRecord(const QString& recordID)
 bool ZelkoServerGUIController::isSpectrumOverviewAvailable(const QString& recordID) const
 {
     const auto record = d->record(recordID);
-    return d->values.ipAddress && d->values.isExtended() && record && isResynchRecordAvailable(recordID, QString()) &&
-           isFinished(*record) && !isBeingRecorded(*record) && hasSpectrum(*record);
+    return d->values.ipAddress && d->values.isExtended() && record && canBeAskedFor(recordID) && isFinished(*record) &&
+           !isBeingRecorded(*record) && hasSpectrum(*record);
 }
 
 void ZelkoServerGUIController::showSpectrumOverview(const QString& recordID)
@@ -464,18 +478,6 @@ void ZelkoServerGUIController::showSpectrumOverview(const QString& recordID)
     resynchRecord(recordID, QString());
     openSpectrumOverview(recordID);
 }
-
-void ZelkoServerGUIController::openHistoryDialog(const QString&) {}
-
-void ZelkoServerGUIController::openBookmarkDialog(const QString&) {}
-
-void ZelkoServerGUIController::openCopyDialog(const QString&) {}
-
-void ZelkoServerGUIController::openEditDialog(const QString&) {}
-
-void ZelkoServerGUIController::openSpectrumOverview(const QString&) {}
-
-void ZelkoServerGUIController::resetDialogs() {}
 
 // Requests to the recorder's service
 
@@ -485,7 +487,8 @@ bool ZelkoServerGUIController::isRenameRecordAvailable(const QString& recordID) 
     return d->values.isExtended() && record && isFinished(*record);
 }
 
-// The device and the controller may be others, or none, when the user is done with the dialog.
+// The device and the controller may be others, or none, when the user is done with the dialog. In another sub system
+// the device of that name is another one.
 void ZelkoServerGUIController::renameRecord(const QString& recordID)
 {
     const auto record = d->record(recordID);
@@ -493,12 +496,13 @@ void ZelkoServerGUIController::renameRecord(const QString& recordID)
         return;
     }
     const QString device = activeDevice();
+    const QString subSystem = activeSubsystem();
     const QPointer<ZelkoServerGUIController> self(this);
     bool confirmed = false;
     const QString name =
         QInputDialog::getText(dialogParent(), tr("Rename Record"), tr("New record name:"), QLineEdit::Normal,
                               record->GetRecordName(), &confirmed, Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
-    if (confirmed && self) {
+    if (confirmed && self && activeSubsystem() == subSystem) {
         setComment(device, recordID, name);
     }
 }
@@ -506,43 +510,33 @@ void ZelkoServerGUIController::renameRecord(const QString& recordID)
 void ZelkoServerGUIController::setComment(const QString& device, const QString& recordID, const QString& name)
 {
     try {
-        showFailure(d->adminHandler.SetRecordComment(device, recordID, name));
+        const auto code = askWaiting([&] { return d->adminHandler.SetRecordComment(device, recordID, name); });
+        showFailure(code, d->handler->service());
     } catch (...) {
         traceError("Exception in NewRecordList::SlotSetRecordingName", __LINE__);
     }
 }
 
-ZelkoServerGUIController::DeletableState ZelkoServerGUIController::deletableState(const QStringList& recordIDs) const
-{
-    DeletableState state = NotToggled;
-    for (const QString& id : recordIDs) {
-        const auto record = d->record(id);
-        if (!record || record->GetRecordStatus() != Record::RecordStatus::Finished) {
-            return NotToggled;
-        }
-        const DeletableState own = record->GetDeletable() ? AllDeletable : NoneDeletable;
-        if (state != NotToggled && state != own) {
-            return NotToggled;
-        }
-        state = own;
-    }
-    return state;
-}
-
 bool ZelkoServerGUIController::isToggleDeletableAvailable(const QStringList& recordIDs) const
 {
-    return deletableState(recordIDs) != NotToggled;
+    return deletableState(*d->recordModel, recordIDs) != DeletableState::NotToggled;
+}
+
+unsigned long ZelkoServerGUIController::setDeletableFlags(const QStringList& recordIDs, bool flag)
+{
+    unsigned long code = 0;
+    for (auto id = recordIDs.begin(); code == 0 && id != recordIDs.end(); ++id) {
+        code = d->adminHandler.SetRecordDeletableFlag(activeDevice(), *id, flag);
+    }
+    return code;
 }
 
 void ZelkoServerGUIController::toggleDeletable(const QStringList& recordIDs)
 {
     try {
-        const bool flag = deletableState(recordIDs) == NoneDeletable;
-        unsigned long code = 0;
-        for (auto id = recordIDs.begin(); code == 0 && id != recordIDs.end(); ++id) {
-            code = d->adminHandler.SetRecordDeletableFlag(activeDevice(), *id, flag);
-        }
-        showFailure(code);
+        const bool flag = deletableState(*d->recordModel, recordIDs) == DeletableState::NoneDeletable;
+        const auto code = askWaiting([&] { return setDeletableFlags(recordIDs, flag); });
+        showFailure(code, d->handler->service());
     } catch (...) {
         traceError("Exception in NewRecordList::toggleDeletable", __LINE__);
     }
@@ -551,23 +545,27 @@ void ZelkoServerGUIController::toggleDeletable(const QStringList& recordIDs)
 void ZelkoServerGUIController::sl_copyRecord(QString recordId, quint64 start, quint64 stop, QString recordName,
                                              QString deviceID)
 {
+    const WaitCursor waiting;
     d->adminHandler.copyRecord(deviceOr(deviceID), recordId, static_cast<qint64>(start), static_cast<qint64>(stop),
                                recordName);
 }
 
 void ZelkoServerGUIController::sl_addHistoryEntry(QString recordID, QString entry)
 {
+    const WaitCursor waiting;
     d->adminHandler.addHistory(activeDevice(), recordID, entry);
 }
 
 void ZelkoServerGUIController::sl_deleteHistoryEntry(QString recordID, quint64 timestamp)
 {
+    const WaitCursor waiting;
     d->adminHandler.removeHistoryEntry(activeDevice(), recordID, static_cast<qint64>(timestamp));
 }
 
 void ZelkoServerGUIController::sl_setBookmarkEntries(QString recordId, QVector<ZELKO_XML::BookmarkEntry> bookmarks,
                                                      QString deviceID)
 {
+    const WaitCursor waiting;
     d->adminHandler.addBookmarkEntries(deviceOr(deviceID), recordId, bookmarks);
 }
 
@@ -577,6 +575,7 @@ void ZelkoServerGUIController::sl_setDeletableFlag(QString recordID, bool flag, 
     if (delayed && !d->recordModel->hasRecord(recordID)) {
         d->pendingFlags.insert(recordID, flag);
     } else {
+        const WaitCursor waiting;
         d->adminHandler.SetRecordDeletableFlag(activeDevice(), recordID, flag);
     }
 }
@@ -585,6 +584,7 @@ void ZelkoServerGUIController::sl_overviewSpectrumStreamed(QString recordID, qin
                                                            ulong fftLength, ZelkoDataTypes::eFFT_Window windowType,
                                                            QString ipAddress, uint port, QString deviceID)
 {
+    const WaitCursor waiting;
     d->adminHandler.overviewSpectrumStreamed(deviceOr(deviceID), recordID, start, stop, resolution, fftLength,
                                              windowType, ipAddress, port);
 }

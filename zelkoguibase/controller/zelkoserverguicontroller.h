@@ -17,8 +17,9 @@ class ZelkoGuiToServerCorbaHandler;
 ///
 /// From a new device on it looks every 100 ms for all that it needs of it on the tree, and says
 /// `si_connectionEstablished` when it is all there and can be written to. It looks again from the moment on in which
-/// the device's values go with a lost connection, and so connects by itself when they are back; the selection stays for
-/// that time, with all actions disabled.
+/// any of the device's values goes, all of them with a lost connection, and so connects by itself when they are back;
+/// the selection stays for that time, with the actions disabled that rest on what is gone. What is missing is traced as
+/// a warning, at each look for a new device and once for one that was lost.
 ///
 /// GUI thread only, as the tree's.
 class ZELKOGUIBASE_EXPORT ZelkoServerGUIController : public IZelkoGUIController, public IObserver
@@ -26,22 +27,24 @@ class ZELKOGUIBASE_EXPORT ZelkoServerGUIController : public IZelkoGUIController,
     Q_OBJECT
 
 public:
-    /// `control` says which device is the active one; it may be null and is not owned. `name` is kept for the
-    /// application and not read. There is no active device until `control` or `sl_activeDeviceChanged` names one.
+    /// `handler` and its connection data must not be null. `control` says which device is the active one; it may be
+    /// null and is not owned. `name` is kept for the application and not read. There is no active device until
+    /// `control` or `sl_activeDeviceChanged` names one.
     ZelkoServerGUIController(const std::shared_ptr<ZelkoGuiToServerCorbaHandler>& handler, ActiveDeviceControl* control,
                              const QString& name, const QFlags<enUserAction>& userActions, QObject* parent);
 
     /// A controller of which the active device is set by `sl_activeDeviceChanged` only, and which does not offer the
-    /// spectrum overview, whatever `userActions` says.
+    /// spectrum overview, whatever `userActions` says now or `setUserActions` later.
     ZelkoServerGUIController(const std::shared_ptr<ZelkoGuiToServerCorbaHandler>& handler,
                              const QFlags<enUserAction>& userActions, QObject* parent);
 
     /// Lets go of the device, which it says as for any other end of a connection.
     ~ZelkoServerGUIController() override;
 
-    /// True from `si_connectionEstablished` on, until the device is another one or its values go.
+    /// True from `si_connectionEstablished` on, until the device is another one or any of its values goes.
     bool isConnected() const;
 
+    void setUserActions(const QFlags<enUserAction>& userActions) override;
     ZelkoCommon::AbstractRecordListModel* recordListModel() const override;
     QString activeDevice() const override;
 
@@ -60,7 +63,8 @@ public Q_SLOTS:
     void sl_activeDeviceChanged(const QString& deviceID, const QString& subSystem = QString()) override;
 
     /// @name Requests to the recorder's service
-    /// Whether they succeeded is not told; what they change comes back with the record.
+    /// Whether they succeeded is not told; what they change comes back with the record. The cursor shows the wait for
+    /// the answer.
     /// @{
     void sl_copyRecord(QString recordId, quint64 start, quint64 stop, QString recordName,
                        QString deviceID = QString()) override;
@@ -121,13 +125,6 @@ private Q_SLOTS:
     void sl_allRecordsChanged();
 
 private:
-    /// Whether records can be made deletable, or not deletable, in one go.
-    enum DeletableState : int {
-        NotToggled = 0,    ///< no records, or records of both kinds, not at rest, or not known
-        NoneDeletable = 1, ///< can be made deletable
-        AllDeletable = 2   ///< can be made not deletable
-    };
-
     void observeRecords();
     void announceDevice();
     void connectVT();
@@ -135,23 +132,24 @@ private:
     void contentChanged(const Observable* source);
     void valueDeleted(const QString& name);
     void searchAgain();
-    bool isCopyable(const QString& recordID) const;
-    DeletableState deletableState(const QStringList& recordIDs) const;
+    bool canBeAskedFor(const QString& recordID) const;
     QString deviceOr(const QString& deviceID) const;
+    unsigned long setDeletableFlags(const QStringList& recordIDs, bool flag);
     void setComment(const QString& device, const QString& recordID, const QString& name);
 
     /// @name Where the windows on a record have their place
     /// What is known of the record was asked for anew before. Each is made on the first use and then kept; the spectrum
-    /// overview is one of its own per use. Of none of them there is a window yet, so nothing opens.
+    /// overview is one of its own per use. A window's class is known here only: a place without one opens nothing, and
+    /// its action ends with the record having been asked for.
     /// @{
-    void openHistoryDialog(const QString& recordID);
-    void openBookmarkDialog(const QString& recordID);
-    void openCopyDialog(const QString& recordID);
-    void openEditDialog(const QString& recordID);
-    void openSpectrumOverview(const QString& recordID);
+    void openHistoryDialog(const QString& /*recordID*/) {}
+    void openBookmarkDialog(const QString& /*recordID*/) {}
+    void openCopyDialog(const QString& /*recordID*/) {}
+    void openEditDialog(const QString& /*recordID*/) {}
+    void openSpectrumOverview(const QString& /*recordID*/) {}
 
     /// Takes the record away from those that are kept, and hides them.
-    void resetDialogs();
+    void resetDialogs() {}
     /// @}
 
     struct Private;

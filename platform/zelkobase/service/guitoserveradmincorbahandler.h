@@ -26,6 +26,7 @@ class ZELKOBASESERVICE_EXPORT GuiToServerAdminCorbaHandler : public QObject
     Q_OBJECT
 
 public:
+    /// A null `server` is allowed: every operation then returns ServiceStatus::NotConfigured.
     explicit GuiToServerAdminCorbaHandler(std::shared_ptr<ZelkoGuiToServerCorbaHandler> server,
                                           QObject* parent = nullptr);
     ~GuiToServerAdminCorbaHandler() override;
@@ -63,8 +64,10 @@ public:
                                            unsigned int resolution, unsigned long fftLength,
                                            ZelkoDataTypes::eFFT_Window window, QString ip, unsigned int port);
 
-    /// `synchronised`: the device's clock follows a reference.
+    /// The device's clock, in microseconds since the epoch, UTC. `synchronised`: it follows a reference.
     unsigned long getDeviceTime(const QString& device, qint64& time, bool& synchronised);
+
+    /// `time` in microseconds since the epoch, UTC.
     unsigned long setDeviceTime(const QString& device, qint64 time);
 
     unsigned long getRecord(const QString& device, const QString& record, ZELKO_XML::ZELKO_RecordData& data);

@@ -17,6 +17,7 @@ class ZelkoGuiToServerCorbaHandler;
 class ZELKOBASESERVICE_EXPORT GuiToServerExportCorbaHandler
 {
 public:
+    /// A null `server` is allowed: every operation then returns ServiceStatus::NotConfigured.
     explicit GuiToServerExportCorbaHandler(std::shared_ptr<ZelkoGuiToServerCorbaHandler> server);
     ~GuiToServerExportCorbaHandler();
 

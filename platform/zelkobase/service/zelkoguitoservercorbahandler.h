@@ -21,7 +21,8 @@ class ZELKOBASESERVICE_EXPORT ZelkoGuiToServerCorbaHandler
 public:
     /// `subSystem` is the sub system of the recorder; empty: the current one of the configuration, whichever that is
     /// when it is asked. `service` says where the service is found, as corbaloc, corbaname or IOR; empty: as the
-    /// configuration says. Connects nothing yet.
+    /// configuration says. Null `connectionData` is allowed: nothing is connected then, and only a `service` that is
+    /// given can be asked. Connects nothing yet.
     ZelkoGuiToServerCorbaHandler(const QString& subSystem,
                                  std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData,
                                  const QString& service);
