@@ -230,10 +230,16 @@ void TestDeviceService::copiesWhileItLoads()
         m_recorder = std::make_unique<ServedRecorder>();
         DevicePlan plan;
         plan.folder = folder();
+        const QString leftover = folder() + QStringLiteral("/.new-R9/");
+        QVERIFY(QDir().mkpath(leftover));
+        for (int file = 0; file < 200; ++file) { // so that the load takes its time
+            QVERIFY(writeBytes(leftover + QString::number(file), "x"));
+        }
         QString error;
         QVERIFY(m_recorder->addDevice({device, QString(), QString()}, plan, &error));
         QString newID;
         QCOMPARE(service().copy(id, {{0, 4000}}, Unit::Positions, {}, &newID), StoreStatus::Done);
+        QVERIFY(!QFileInfo::exists(leftover)); // it has waited for that
         QVERIFY(service().record(newID));
         m_recorder.reset();
     }
