@@ -14,6 +14,7 @@ DeviceService::DeviceService(const Parts& parts, Listing listing)
     : m_store(parts.store)
     , m_worker(parts.worker)
     , m_recordings(parts.recordings)
+    , m_foreignEdits(parts.foreignEdits)
     , m_uses(parts.uses)
     , m_replays(parts.replays)
     , m_clock(parts.clock)
@@ -72,8 +73,9 @@ StoreStatus DeviceService::edit(const QString& recordID, const RecordEdit& edit)
 std::optional<StoreStatus> DeviceService::editRecording(const QString& recordID, const RecordEdit& edit)
 {
     bool isRecording = false;
-    const StoreStatus status =
-        askWorker(recordID, [&](const auto& answer) { isRecording = m_recordings.edit(recordID, edit, answer); });
+    const StoreStatus status = askWorker(recordID, [&](const auto& answer) {
+        isRecording = m_recordings.edit(recordID, edit, answer) || m_foreignEdits.post(recordID, edit, answer);
+    });
     return isRecording ? std::optional(status) : std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/foreignedits.h>
 #include <recorder/served/jobthread.h>
 #include <recorder/served/replays.h>
 #include <recorder/store/deviceclock.h>
@@ -35,6 +36,7 @@ public:
         const DeviceStore& store;
         StoreWorker& worker;
         RecordingThread& recordings;
+        ForeignEdits& foreignEdits;
         RecordUses& uses;
         Replays& replays;
         DeviceClock& clock;
@@ -102,6 +104,7 @@ private:
     const DeviceStore m_store;
     StoreWorker& m_worker;
     RecordingThread& m_recordings;
+    ForeignEdits& m_foreignEdits;
     RecordUses& m_uses;
     Replays& m_replays;
     DeviceClock& m_clock;

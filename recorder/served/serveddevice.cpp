@@ -67,6 +67,7 @@ struct ServedDevice::Private final : public IObserver
 
     RecordUses uses;
     std::map<QString, Foreign> foreign;
+    ForeignEdits foreignEdits;
     DeviceClock clock;
     StoreWorker worker;
     RecordingThread recordings;
@@ -97,7 +98,7 @@ ServedDevice::Private::Private(Tree& tree, const DeviceIdentity& identity, const
     , replays(uses)
     , replayValues(tree, identity.id, replays)
     , churn(records, prepared, plan.churn)
-    , service({store, worker, recordings, uses, replays, clock}, [this] {
+    , service({store, worker, recordings, foreignEdits, uses, replays, clock}, [this] {
         return awaitResult([this](auto job) { requests.post(std::move(job)); }, [this] { return listed(); },
                            RecordPointers());
     })
@@ -277,8 +278,10 @@ void ServedDevice::whenReady(QObject* context, std::function<void()> ready)
     }
 }
 
-void ServedDevice::beginForeignRecording(const QString& recordID, std::function<void()> stop)
+void ServedDevice::beginForeignRecording(const QString& recordID, std::function<void()> stop,
+                                         const std::shared_ptr<EditQueue>& edits)
 {
+    d->foreignEdits.begin(recordID, edits);
     d->beingRecorded.insert(recordID);
     d->foreign[recordID] = {std::move(stop), d->uses.begin(recordID, RecordUses::Kind::Recording)};
 }
@@ -290,6 +293,7 @@ void ServedDevice::showForeignRecording(const RecordPointer& record)
 
 void ServedDevice::endForeignRecording(const QString& recordID)
 {
+    d->foreignEdits.end(recordID);
     d->foreign.erase(recordID);
     d->endRecording(recordID);
 }

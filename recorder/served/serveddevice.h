@@ -54,8 +54,10 @@ public:
     /// Calls `ready` once the load has looked at what earlier runs left behind: it would take a record that is born
     /// before for one of theirs. Never before this has returned, and not if `context` is gone by then.
     void whenReady(QObject* context, std::function<void()> ready);
-    /// It is about to be born; nothing of it is on disk yet. `stop` is called when a client wants it at rest.
-    void beginForeignRecording(const QString& recordID, std::function<void()> stop);
+    /// It is about to be born; nothing of it is on disk yet. `stop` is called when a client wants it at rest; what
+    /// clients want to change of it comes through `edits`.
+    void beginForeignRecording(const QString& recordID, std::function<void()> stop,
+                               const std::shared_ptr<EditQueue>& edits);
     /// A durable state of it.
     void showForeignRecording(const RecordPointer& record);
     /// Nobody writes to it any more.

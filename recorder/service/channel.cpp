@@ -82,7 +82,17 @@ Channel::Verdict Channel::stopRecording(const QString& recordName)
         return Verdict::NotRecording;
     }
     m_newName = cleanText(recordName);
-    return Verdict::Done;
+    return m_newName.isEmpty() || !m_receiver || rename() ? Verdict::Done : Verdict::NotRecording;
+}
+
+// The record takes the name with its end at the latest. False if that is over.
+bool Channel::rename()
+{
+    return m_receiver->edits()->post(commentEdit(m_newName), [id = m_id](StoreStatus status) {
+        if (status != StoreStatus::Done && status != StoreStatus::UnknownRecord) {
+            qCWarning(recorderLog).noquote() << "channel" << id << ": its record did not take the name of its end";
+        }
+    });
 }
 
 Channel::Verdict Channel::remove()
@@ -244,9 +254,9 @@ bool Channel::openReceiver(QString* error)
     if (!socket) {
         return false;
     }
-    m_receiver =
-        std::make_unique<ChannelReceiver>(std::move(socket), ChannelReceiver::Flow{m_source->stream, m_sampleRate},
-                                          m_devices.store(m_device), birth(), receiverListener());
+    m_receiver = std::make_unique<ChannelReceiver>(
+        std::move(socket), ChannelReceiver::Flow{m_source->stream, m_sampleRate}, m_devices.store(m_device),
+        m_devices.clock(m_device), birth(), receiverListener());
     return true;
 }
 
@@ -256,7 +266,8 @@ ChannelReceiver::Listener Channel::receiverListener()
     listener.born = [this](const QString& id) {
         m_news.post([this, id] {
             m_recordID = id;
-            m_devices.recordBegins(m_device, id, [this] { m_machine.timeIsOver(); });
+            m_devices.recordBegins(
+                m_device, id, [this] { m_machine.timeIsOver(); }, m_receiver->edits());
         });
     };
     listener.changed = [this](const RecordPointer& record) {
@@ -279,7 +290,7 @@ ZELKO_XML::ZELKO_RecordData Channel::birth() const
 {
     ZELKO_XML::ZELKO_RecordData record;
     const QString name = m_recordName.isEmpty() ? m_wish.name : m_recordName;
-    record.SetRecordName(cleanText(name));
+    record.SetRecordName(m_newName.isEmpty() ? cleanText(name) : m_newName);
     record.SetDataFormat(m_wish.format);
     record.SetDataRate(m_wish.dataRate);
     record.SetInterface(ZELKO_XML::ZELKO_RecordData::Interface::Ethernet);
@@ -313,9 +324,6 @@ void Channel::endRecord(const QString& recordID)
     m_receiver.reset();
     if (!recordID.isEmpty()) {
         m_devices.recordEnded(m_device, recordID);
-        if (!m_newName.isEmpty()) {
-            m_devices.renameRecord(m_device, recordID, m_newName);
-        }
     }
     m_machine.recordClosed();
     m_recordID.clear();

@@ -51,7 +51,8 @@ public:
     /// @{
     /// `seconds` of 0: until it is stopped. Done means that it was begun: whatever fails later the manager is told.
     Verdict startRecording(int seconds, const QString& recordName);
-    /// An empty name leaves the record the one that it has.
+    /// An empty name leaves the record the one that it has. NotRecording, too, for a name that comes when the record is
+    /// as good as closed; otherwise the record has it with its end at the latest.
     Verdict stopRecording(const QString& recordName);
     Verdict remove();
     void removeForced();
@@ -100,6 +101,7 @@ private:
     ChannelReceiver::Listener receiverListener();
     ZELKO_XML::ZELKO_RecordData birth() const;
     QString chooseDevice() const;
+    bool rename();
     void endRecord(const QString& recordID);
     void tell(std::function<void(QD_ZLK::IF_ZLK_c_ChanMan_ptr, const char* id)> call);
 
@@ -111,7 +113,7 @@ private:
     QStringList m_allowedDevices;
     quint64 m_sampleRate = 0;
     QString m_recordName;
-    QString m_newName; // that it gets in the end; empty: none
+    QString m_newName; // that came with the wish to stop; empty: none
     QString m_device;
     QString m_recordID;
     std::shared_ptr<Source> m_source;

@@ -18,15 +18,16 @@ constexpr int mostReadsAfterClose = 1024;
 } // namespace
 
 ChannelReceiver::ChannelReceiver(std::unique_ptr<FlowSocket> socket, const Flow& flow, const DeviceStore& store,
-                                 const ZELKO_XML::ZELKO_RecordData& birth, Listener listener)
+                                 const DeviceClock& clock, const ZELKO_XML::ZELKO_RecordData& birth, Listener listener)
     : m_socket(std::move(socket))
     , m_port(m_socket->port())
     , m_flow(flow)
     , m_store(store)
     , m_listener(std::move(listener))
     , m_wakeUp(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+    , m_edits(std::make_shared<EditQueue>([wakeUp = m_wakeUp] { eventfd_write(wakeUp, 1); }))
     , m_recording(
-          m_store, birth,
+          m_store, clock, birth,
           [this](const QString& id) {
               m_bornID = id;
               m_listener.born(id);
@@ -54,6 +55,7 @@ void ChannelReceiver::run()
     while (!m_closing) {
         waitForData();
         receive();
+        m_recording.makeEdits(*m_edits);
     }
     for (int reads = 0; reads < mostReadsAfterClose && receive(); ++reads) {
     }
@@ -62,7 +64,7 @@ void ChannelReceiver::run()
                                          << "frames of its channel were lost and" << m_recording.refusedFrames()
                                          << "came twice or late";
     }
-    if (!m_recording.finish()) {
+    if (!m_recording.finish(*m_edits)) {
         m_listener.diskRefused(QStringLiteral("the disk does not take the end of the record"));
     }
     m_listener.closed(m_bornID);
@@ -72,6 +74,8 @@ void ChannelReceiver::waitForData() const
 {
     pollfd waiting[] = {{m_wakeUp, POLLIN, 0}, {m_socket->descriptor(), POLLIN, 0}};
     ::poll(waiting, m_dataEnded ? 1 : 2, -1);
+    eventfd_t wakeUps = 0;
+    eventfd_read(m_wakeUp, &wakeUps);
 }
 
 // False when there was nothing to be had.

@@ -35,14 +35,18 @@ public:
         quint64 sampleRate = 0; ///< of frames that do not name theirs
     };
 
-    /// Records what comes through `socket`. `birth` as FrameRecording wants it.
+    /// Records what comes through `socket`. `birth` and `clock` as FrameRecording wants them.
     ChannelReceiver(std::unique_ptr<FlowSocket> socket, const Flow& flow, const DeviceStore& store,
-                    const ZELKO_XML::ZELKO_RecordData& birth, Listener listener);
+                    const DeviceClock& clock, const ZELKO_XML::ZELKO_RecordData& birth, Listener listener);
 
     /// Closes the record, durably.
     ~ChannelReceiver();
 
     quint16 port() const { return m_port; }
+
+    /// Takes edits of the record until it is closed. They are durable at the end of the record at the latest, and wait
+    /// for its birth.
+    const std::shared_ptr<EditQueue>& edits() const { return m_edits; }
 
     /// Takes what has come until now and closes the record; `closed` follows. Any thread, any number of times.
     void close();
@@ -62,6 +66,7 @@ private:
     const DeviceStore m_store;
     const Listener m_listener;
     const int m_wakeUp;
+    const std::shared_ptr<EditQueue> m_edits;
     QString m_bornID;
     FrameRecording m_recording;
     FrameReader m_reader;

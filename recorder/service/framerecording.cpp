@@ -6,8 +6,6 @@
 #include <recorder/store/recordtimeline.h>
 #include <recorder/store/thinindex.h>
 
-#include <QDateTime>
-
 #include <algorithm>
 #include <utility>
 
@@ -29,9 +27,10 @@ bool isSameTuning(const ChannelFrame& a, const ChannelFrame& b)
 
 } // namespace
 
-FrameRecording::FrameRecording(const DeviceStore& store, const ZELKO_RecordData& birth, BirthListener born,
-                               Listener listener)
+FrameRecording::FrameRecording(const DeviceStore& store, const DeviceClock& clock, const ZELKO_RecordData& birth,
+                               BirthListener born, Listener listener)
     : m_store(store)
+    , m_clock(clock)
     , m_birth(birth)
     , m_born(std::move(born))
     , m_listener(std::move(listener))
@@ -74,8 +73,7 @@ bool FrameRecording::take(const ChannelFrame& frame, std::string_view samples, Q
 
 bool FrameRecording::begin(const ChannelFrame& frame, QString* error)
 {
-    const auto now = static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()) * 1000;
-    m_birth.SetRecordID(createRecordId(now));
+    m_birth.SetRecordID(createRecordId(static_cast<quint64>(m_clock.now())));
     m_birth.SetStartTime(frame.time);
     m_birth.SetStopTime(frame.time);
     if (m_birth.GetDataRate() == ZELKO_RecordData::DataRate::NotSet && frame.sampleRate > 0) {
@@ -180,11 +178,23 @@ bool FrameRecording::stepIfDue()
     return true;
 }
 
-bool FrameRecording::finish()
+void FrameRecording::makeEdits(EditQueue& edits)
 {
+    if (m_writer) {
+        m_writer->makeEdits(edits.take(), [this] { tell(); });
+    }
+}
+
+bool FrameRecording::finish(EditQueue& edits)
+{
+    const auto entries = edits.close();
     if (!m_writer) {
+        for (const EditQueue::Entry& entry : entries) {
+            entry.answer(StoreStatus::UnknownRecord);
+        }
         return true;
     }
+    m_writer->makeEdits(entries, [this] { tell(); });
     if (std::as_const(m_writer->record()).GetIndexEntry().constLast().GetRecordOffset() < m_size) {
         appendEntry(m_end);
     }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <recorder/service/framesequence.h>
+#include <recorder/store/deviceclock.h>
 #include <recorder/store/devicestore.h>
+#include <recorder/store/editqueue.h>
 #include <recorder/store/recordwriter.h>
 
 #include <chrono>
@@ -22,10 +24,10 @@ public:
     /// Told of the ID before anything of the record is on disk.
     using BirthListener = std::function<void(const QString& recordID)>;
 
-    /// `birth` has name, format and whatever else the frames do not say; the ID is made when it is born. `store`
-    /// outlives the recording.
-    FrameRecording(const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth, BirthListener born,
-                   Listener listener);
+    /// `birth` has name, format and whatever else the frames do not say; the ID is made when it is born, of the time of
+    /// the device. `store` and `clock` outlive the recording.
+    FrameRecording(const DeviceStore& store, const DeviceClock& clock, const ZELKO_XML::ZELKO_RecordData& birth,
+                   BirthListener born, Listener listener);
     ~FrameRecording();
 
     /// At least between two index entries of what changes, in microseconds of the signal; more when they become many.
@@ -39,8 +41,12 @@ public:
     /// in `error`, if the disk refuses.
     bool take(const ChannelFrame& frame, std::string_view samples, QString* error);
 
-    /// Closes the record, durably. False if the disk does not take it: then the record is shown as damaged.
-    bool finish();
+    /// Makes the edits that wait, durably; as long as there is no record they go on waiting.
+    void makeEdits(EditQueue& edits);
+
+    /// Makes the edits that wait and closes them and the record, durably. False if the disk does not take its end: then
+    /// the record is shown as damaged. Without a record edits are answered `UnknownRecord`.
+    bool finish(EditQueue& edits);
 
     /// Empty as long as there is no record.
     QString recordID() const;
@@ -63,6 +69,7 @@ private:
     quint64 endOf(const ChannelFrame& frame) const;
 
     const DeviceStore& m_store;
+    const DeviceClock& m_clock;
     ZELKO_XML::ZELKO_RecordData m_birth;
     const BirthListener m_born;
     const Listener m_listener;

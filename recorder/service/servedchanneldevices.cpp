@@ -18,14 +18,20 @@ DeviceStore ServedChannelDevices::store(const QString& device) const
     return m_recorder.service(device)->store();
 }
 
+const DeviceClock& ServedChannelDevices::clock(const QString& device) const
+{
+    return m_recorder.service(device)->clock();
+}
+
 void ServedChannelDevices::whenReady(const QString& device, QObject* context, std::function<void()> ready)
 {
     m_recorder.device(device)->whenReady(context, std::move(ready));
 }
 
-void ServedChannelDevices::recordBegins(const QString& device, const QString& recordID, std::function<void()> stop)
+void ServedChannelDevices::recordBegins(const QString& device, const QString& recordID, std::function<void()> stop,
+                                        const std::shared_ptr<EditQueue>& edits)
 {
-    m_recorder.device(device)->beginForeignRecording(recordID, std::move(stop));
+    m_recorder.device(device)->beginForeignRecording(recordID, std::move(stop), edits);
 }
 
 void ServedChannelDevices::recordChanged(const QString& device, const RecordPointer& record)
@@ -36,11 +42,6 @@ void ServedChannelDevices::recordChanged(const QString& device, const RecordPoin
 void ServedChannelDevices::recordEnded(const QString& device, const QString& recordID)
 {
     m_recorder.device(device)->endForeignRecording(recordID);
-}
-
-void ServedChannelDevices::renameRecord(const QString& device, const QString& recordID, const QString& name)
-{
-    m_renames.enqueue([service = m_recorder.service(device), recordID, name] { service->setComment(recordID, name); });
 }
 
 } // namespace ZelkoRecorder

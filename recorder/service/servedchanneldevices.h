@@ -1,6 +1,5 @@
 #pragma once
 
-#include <recorder/served/jobthread.h>
 #include <recorder/service/channeldevices.h>
 
 namespace ZelkoRecorder {
@@ -16,15 +15,15 @@ public:
 
     QStringList devices() const override;
     DeviceStore store(const QString& device) const override;
+    const DeviceClock& clock(const QString& device) const override;
     void whenReady(const QString& device, QObject* context, std::function<void()> ready) override;
-    void recordBegins(const QString& device, const QString& recordID, std::function<void()> stop) override;
+    void recordBegins(const QString& device, const QString& recordID, std::function<void()> stop,
+                      const std::shared_ptr<EditQueue>& edits) override;
     void recordChanged(const QString& device, const RecordPointer& record) override;
     void recordEnded(const QString& device, const QString& recordID) override;
-    void renameRecord(const QString& device, const QString& recordID, const QString& name) override;
 
 private:
     ServedRecorder& m_recorder;
-    JobThread m_renames; // which wait for the disk
 };
 
 } // namespace ZelkoRecorder

@@ -2,6 +2,7 @@
 
 #include <recorder/store/recordedits.h>
 
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -20,6 +21,9 @@ public:
         Answer answer;
     };
 
+    /// `posted` is called with each edit that is taken, on the thread that posts it; no more once `close` has returned.
+    explicit EditQueue(std::function<void()> posted = {});
+
     /// False, and nobody is called, if the queue was closed.
     bool post(const RecordEdit& edit, const Answer& answer);
 
@@ -30,6 +34,7 @@ public:
     std::vector<Entry> close();
 
 private:
+    const std::function<void()> m_posted;
     std::mutex m_mutex;
     std::vector<Entry> m_entries;
     bool m_closed = false;

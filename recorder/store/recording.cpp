@@ -167,28 +167,9 @@ void Recording::noteBookmarks()
     }
 }
 
-// Durable before anybody is answered; after a failure the record goes on as it was before.
 void Recording::makeEdits(const std::vector<EditQueue::Entry>& entries)
 {
-    if (entries.empty()) {
-        return;
-    }
-    const ZELKO_RecordData before = m_writer->record();
-    std::vector<StoreStatus> statuses;
-    statuses.reserve(entries.size());
-    for (const EditQueue::Entry& entry : entries) {
-        statuses.push_back(applyEdit(m_writer->record(), entry.edit));
-    }
-    const bool saved = m_writer->step();
-    if (saved) {
-        tell();
-    } else {
-        m_writer->record() = before;
-    }
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        const bool isLost = !saved && statuses[i] == StoreStatus::Done;
-        entries[i].answer(isLost ? StoreStatus::DiskRefused : statuses[i]);
-    }
+    m_writer->makeEdits(entries, [this] { tell(); });
 }
 
 // What was asked for before the end counts; who asks later finds a record at rest, or none.

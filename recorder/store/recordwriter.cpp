@@ -56,6 +56,29 @@ bool RecordWriter::step()
     return flushSamples() && save(m_store.recordFolder(m_record.GetRecordID()));
 }
 
+void RecordWriter::makeEdits(const std::vector<EditQueue::Entry>& entries, const std::function<void()>& saved)
+{
+    if (entries.empty()) {
+        return;
+    }
+    const ZELKO_RecordData before = m_record;
+    std::vector<StoreStatus> statuses;
+    statuses.reserve(entries.size());
+    for (const EditQueue::Entry& entry : entries) {
+        statuses.push_back(applyEdit(m_record, entry.edit));
+    }
+    const bool isSaved = step();
+    if (isSaved) {
+        saved();
+    } else {
+        m_record = before;
+    }
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const bool isLost = !isSaved && statuses[i] == StoreStatus::Done;
+        entries[i].answer(isLost ? StoreStatus::DiskRefused : statuses[i]);
+    }
+}
+
 bool RecordWriter::finish()
 {
     closeAtLastIndexEntry(m_record);

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <recorder/store/devicestore.h>
+#include <recorder/store/editqueue.h>
 
 #include <QFile>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace ZelkoRecorder {
 
@@ -28,6 +31,10 @@ public:
     /// Makes the samples durable, then the record with all its index entries and bookmarks, its size and stop time
     /// those of the last index entry. False if the disk refuses: then the step before holds.
     bool step();
+
+    /// Makes edits as one step, calls `saved` if there was anything to save, and then answers: also `DiskRefused`, with
+    /// the record as it was before.
+    void makeEdits(const std::vector<EditQueue::Entry>& entries, const std::function<void()>& saved);
 
     /// The last step: cuts what no index entry counts and puts the record at rest. False if the disk refuses: then the
     /// step before holds, and the record can be closed at it as after a kill.

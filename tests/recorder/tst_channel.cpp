@@ -3,11 +3,15 @@
 #include <recorder/service/channeldevices.h>
 
 #include <channelmanager.h>
+#include <frames.h>
 
 #include <zelkobase/orb/orb.h>
 
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <future>
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
@@ -22,12 +26,20 @@ public:
     QStringList devices() const override { return {QStringLiteral("D1")}; }
     DeviceStore store(const QString&) const override { return DeviceStore(folder.path()); }
     void whenReady(const QString&, QObject*, std::function<void()> ready) override { waiting.push_back(ready); }
-    void recordBegins(const QString&, const QString&, std::function<void()>) override {}
+    const DeviceClock& clock(const QString&) const override { return deviceClock; }
+    void recordBegins(const QString&, const QString& id, std::function<void()>,
+                      const std::shared_ptr<EditQueue>& queue) override
+    {
+        recordID = id;
+        edits = queue;
+    }
     void recordChanged(const QString&, const RecordPointer&) override {}
     void recordEnded(const QString&, const QString&) override {}
-    void renameRecord(const QString&, const QString&, const QString&) override {}
 
     QTemporaryDir folder;
+    const DeviceClock deviceClock{folder.path()};
+    QString recordID;
+    std::shared_ptr<EditQueue> edits;
     std::vector<std::function<void()>> waiting;
 };
 
@@ -44,13 +56,24 @@ private Q_SLOTS:
     void cleanup();
     void letsNoDataFlowBeforeTheDeviceIsReady();
     void startsNothingForAManagerThatIsLostMeanwhile();
+    void letsOthersChangeItsRecord();
+    void namesItsRecordWhateverEndsIt();
 
 private:
+    void send(quint32 frame);
+    QString storedName() const
+    {
+        QString error;
+        const RecordPointer record = DeviceStore(m_devices->folder.path()).read(m_devices->recordID, &error);
+        return record ? record->GetRecordName() : error;
+    }
+
     std::unique_ptr<ZelkoCommon::Orb> m_orb;
     ChannelManager* m_manager = nullptr;
     PortableServer::ServantBase_var m_guard;
     std::unique_ptr<OneDevice> m_devices;
     std::unique_ptr<Channel> m_channel;
+    QTcpSocket m_sender;
 };
 
 void TestChannel::init()
@@ -58,6 +81,7 @@ void TestChannel::init()
     m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
     m_manager = new ChannelManager;
     m_guard = m_manager;
+    m_manager->answers.kind = QD_ZLK::ENDPOINT_TCP;
     m_orb->publish(managerKey, m_manager);
     m_devices = std::make_unique<OneDevice>();
     Channel::Options options;
@@ -76,6 +100,7 @@ void TestChannel::init()
 
 void TestChannel::cleanup()
 {
+    m_sender.abort();
     m_channel.reset();
     m_orb.reset();
 }
@@ -96,6 +121,39 @@ void TestChannel::startsNothingForAManagerThatIsLostMeanwhile()
     m_devices->waiting.front()();
     QCOMPARE(m_channel->state(), ChannelMachine::State::Removed);
     QVERIFY(!m_manager->calls().contains("start"));
+}
+
+void TestChannel::send(quint32 frame)
+{
+    if (m_sender.state() != QTcpSocket::ConnectedState) {
+        m_sender.connectToHost(QHostAddress::LocalHost, m_manager->port());
+    }
+    m_sender.write(wire(frameOf(frame)));
+    QTRY_COMPARE_WITH_TIMEOUT(m_sender.bytesToWrite(), 0, 30'000);
+}
+
+void TestChannel::letsOthersChangeItsRecord()
+{
+    m_devices->waiting.front()();
+    QTRY_COMPARE_WITH_TIMEOUT(m_channel->state(), ChannelMachine::State::Recording, 30'000);
+    send(0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_devices->edits, 30'000);
+    std::promise<StoreStatus> answer;
+    QVERIFY(m_devices->edits->post(commentEdit("Neu"), [&](StoreStatus status) { answer.set_value(status); }));
+    QCOMPARE(answer.get_future().get(), StoreStatus::Done);
+    QCOMPARE(storedName(), "Neu");
+}
+
+// The recorder ends before the manager has stopped the flow.
+void TestChannel::namesItsRecordWhateverEndsIt()
+{
+    m_devices->waiting.front()();
+    QTRY_COMPARE_WITH_TIMEOUT(m_channel->state(), ChannelMachine::State::Recording, 30'000);
+    send(0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_devices->edits, 30'000);
+    QCOMPARE(m_channel->stopRecording("Ende"), Channel::Verdict::Done);
+    m_channel.reset();
+    QCOMPARE(storedName(), "Ende");
 }
 
 QTEST_GUILESS_MAIN(TestChannel)

@@ -6,8 +6,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <atomic>
 #include <future>
+#include <iterator>
 #include <thread>
 
 using namespace ZelkoRecorder;
@@ -69,6 +71,7 @@ private Q_SLOTS:
     void stampsCommentsWithTheTimeOfTheDevice();
     void recordsWithTheTimeOfTheDevice();
     void editsARecordThatIsBeingRecorded();
+    void editsARecordThatSomebodyElseRecords();
     void leavesARecordingToItself();
     void letsSeveralClientsChangeOneRecord();
     void letsItsCallersGoWhenItEnds();
@@ -227,10 +230,16 @@ void TestDeviceService::copiesWhileItLoads()
         m_recorder = std::make_unique<ServedRecorder>();
         DevicePlan plan;
         plan.folder = folder();
+        const QString leftover = folder() + QStringLiteral("/.new-R9/");
+        QVERIFY(QDir().mkpath(leftover));
+        for (int file = 0; file < 200; ++file) { // so that the load takes its time
+            QVERIFY(writeBytes(leftover + QString::number(file), "x"));
+        }
         QString error;
         QVERIFY(m_recorder->addDevice({device, QString(), QString()}, plan, &error));
         QString newID;
         QCOMPARE(service().copy(id, {{0, 4000}}, Unit::Positions, {}, &newID), StoreStatus::Done);
+        QVERIFY(!QFileInfo::exists(leftover)); // it has waited for that
         QVERIFY(service().record(newID));
         m_recorder.reset();
     }
@@ -376,6 +385,31 @@ void TestDeviceService::editsARecordThatIsBeingRecorded()
     QTRY_COMPARE_WITH_TIMEOUT(values().record(recorded)->GetRecordStatus(), Status::Finished, 30'000);
     QCOMPARE(values().record(recorded)->GetRecordName(), QStringLiteral("Harbour"));
     QCOMPARE(service().setComment(recorded, QStringLiteral("b")), StoreStatus::Done);
+}
+
+void TestDeviceService::editsARecordThatSomebodyElseRecords()
+{
+    ZELKO_RecordData recorded = unfinishedRecord(QStringLiteral("R9"));
+    serve();
+    QVERIFY(storeSamples(folder(), recorded, sampleBytes(4000)));
+    const auto edits = std::make_shared<EditQueue>();
+    ServedDevice& served = *m_recorder->device(device);
+    served.beginForeignRecording(
+        recorded.GetRecordID(), [] {}, edits);
+    auto answer = std::async(std::launch::async, [&asked = service()] { return asked.setComment("R9", "Neu"); });
+    std::vector<EditQueue::Entry> entries;
+    const auto hasCome = [&] {
+        std::ranges::move(edits->take(), std::back_inserter(entries));
+        return !entries.empty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasCome(), 30'000);
+    QCOMPARE(entries.size(), 1U);
+    QCOMPARE(entries.front().edit(recorded), StoreStatus::Done);
+    QCOMPARE(recorded.GetRecordName(), QStringLiteral("Neu"));
+    entries.front().answer(StoreStatus::Done);
+    QCOMPARE(answer.get(), StoreStatus::Done);
+    served.endForeignRecording(recorded.GetRecordID());
+    QCOMPARE(ask([this] { return service().setComment("R9", "Spaeter"); }), StoreStatus::InUse);
 }
 
 void TestDeviceService::leavesARecordingToItself()

@@ -33,6 +33,10 @@ private Q_SLOTS:
     void isNotLedAstrayByOneFrame();
     void followsASourceThatBeginsAnew_data();
     void followsASourceThatBeginsAnew();
+    void isNamedAfterTheTimeOfTheDevice();
+    void takesEditsWhileItIsRecorded();
+    void takesTheEditsThatWaitAtItsEnd();
+    void answersEditsOfNoRecord();
     void refusesWhatTheDiskRefuses();
 
 private:
@@ -42,9 +46,14 @@ private:
         QString error;
         return m_recording->take(frame, {samples.constData(), static_cast<std::size_t>(samples.size())}, &error);
     }
+    bool rename(const QString& name)
+    {
+        return m_edits->post(commentEdit(name), [this](StoreStatus status) { m_answers << status; });
+    }
     RecordPointer finished()
     {
-        return m_recording->finish() ? DeviceStore(m_folder->path()).read(m_recording->recordID(), &m_error) : nullptr;
+        return m_recording->finish(*m_edits) ? DeviceStore(m_folder->path()).read(m_recording->recordID(), &m_error)
+                                             : nullptr;
     }
     QStringList indexOf(const RecordPointer& record) const
     {
@@ -57,9 +66,12 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<DeviceStore> m_store;
+    std::unique_ptr<DeviceClock> m_clock;
+    std::unique_ptr<EditQueue> m_edits;
     std::unique_ptr<FrameRecording> m_recording;
     QStringList m_born;
     RecordPointers m_told;
+    QList<StoreStatus> m_answers;
     QString m_error;
 };
 
@@ -67,13 +79,16 @@ void TestFrameRecording::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_store = std::make_unique<DeviceStore>(m_folder->path());
+    m_clock = std::make_unique<DeviceClock>(m_folder->path(), [] { return qint64{946'684'800'000'000}; });
+    m_edits = std::make_unique<EditQueue>();
     m_born.clear();
     m_told.clear();
+    m_answers.clear();
     ZELKO_RecordData birth;
     birth.SetRecordName("Aufnahme");
     birth.SetDataFormat(ZELKO_RecordData::DataFormat::IQ16);
     m_recording = std::make_unique<FrameRecording>(
-        *m_store, birth, [this](const QString& id) { m_born << id; },
+        *m_store, *m_clock, birth, [this](const QString& id) { m_born << id; },
         [this](const RecordPointer& record) { m_told << record; });
 }
 
@@ -99,7 +114,7 @@ void TestFrameRecording::isBornWithTheFirstSamples()
 {
     QVERIFY(take(frameOf(0, 0)));
     QVERIFY(m_born.isEmpty());
-    QVERIFY(m_recording->finish());
+    QVERIFY(m_recording->finish(*m_edits));
     QVERIFY(m_recording->recordID().isEmpty());
     QVERIFY(contentOf(m_folder->path()).isEmpty());
 }
@@ -276,13 +291,50 @@ void TestFrameRecording::followsASourceThatBeginsAnew()
     QCOMPARE(finished()->GetSize(), (21 - unbelieved) * 400);
 }
 
+void TestFrameRecording::isNamedAfterTheTimeOfTheDevice()
+{
+    QVERIFY(take(frameOf(0)));
+    QVERIFY(m_recording->recordID().startsWith("20000101-000000000-"));
+}
+
+void TestFrameRecording::takesEditsWhileItIsRecorded()
+{
+    QVERIFY(rename("Neu"));
+    m_recording->makeEdits(*m_edits);
+    QVERIFY(m_answers.isEmpty()); // waits for the birth
+    QVERIFY(take(frameOf(0)));
+    m_recording->makeEdits(*m_edits);
+    QCOMPARE(m_answers, QList{StoreStatus::Done});
+    QCOMPARE(m_told.last()->GetRecordName(), "Neu");
+    QCOMPARE(m_store->read(m_recording->recordID(), &m_error)->GetRecordName(), "Neu");
+    QVERIFY(take(frameOf(1)));
+    QCOMPARE(finished()->GetSize(), 800U);
+}
+
+void TestFrameRecording::takesTheEditsThatWaitAtItsEnd()
+{
+    QVERIFY(take(frameOf(0)));
+    QVERIFY(rename("Neu"));
+    const RecordPointer record = finished();
+    QCOMPARE(record->GetRecordName(), "Neu");
+    QCOMPARE(m_answers, QList{StoreStatus::Done});
+    QVERIFY(!rename("Zu spaet"));
+}
+
+void TestFrameRecording::answersEditsOfNoRecord()
+{
+    QVERIFY(rename("Neu"));
+    QVERIFY(m_recording->finish(*m_edits));
+    QCOMPARE(m_answers, QList{StoreStatus::UnknownRecord});
+}
+
 void TestFrameRecording::refusesWhatTheDiskRefuses()
 {
     QVERIFY(m_folder->remove());
     QVERIFY(writeBytes(m_folder->path(), "a file in place of the folder"));
     QVERIFY(!take(frameOf(0)));
     QVERIFY(m_recording->recordID().isEmpty());
-    QVERIFY(m_recording->finish());
+    QVERIFY(m_recording->finish(*m_edits));
     QVERIFY(QFile::remove(m_folder->path()));
 }
 
