@@ -194,6 +194,9 @@ void Channel::connectSource()
     m_source->sender = m_wish.peer.empty() ? ZelkoCommon::loopbackAddress : m_wish.peer;
     m_caller.call(callConnect(), [this](const ManagerCaller::Outcome& outcome) {
         const bool usable = outcome.done && !m_source->sender.empty();
+        if (outcome.done && !usable) {
+            disconnectSource(); // it agreed, and waits
+        }
         m_machine.connected(usable,
                             outcome.done ? QStringLiteral("it names no endpoint that can be used") : outcome.why);
     });

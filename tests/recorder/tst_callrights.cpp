@@ -73,7 +73,7 @@ void TestCallRights::asksForNobodyOnceTheGateIsClosed()
     const auto gate = std::make_shared<CallGate>();
     const CallRights within = m_rights.within(gate);
     QVERIFY(within.allow(Action::Look));
-    gate->close([] {});
+    gate->close([] {}, [] {});
     QVERIFY_EXCEPTION_THROWN(within.allow(Action::Look), CORBA::BAD_INV_ORDER);
 }
 

@@ -423,16 +423,17 @@ void TestChannelServant::tellsTheManagerWhatWentWrong_data()
     using Change = std::function<void(ChannelManager::Answers&)>;
     QTest::addColumn<Change>("change");
     QTest::addColumn<QString>("last");
+    QTest::addColumn<int>("disconnects");
     QTest::newRow("it is not available") << Change([](auto& answers) { answers.available = false; })
-                                         << "fault 1: the channel manager declined";
+                                         << "fault 1: the channel manager declined" << 0;
     QTest::newRow("it does not connect") << Change([](auto& answers) { answers.connects = false; })
-                                         << "fault 2: the channel manager declined";
+                                         << "fault 2: the channel manager declined" << 0;
     QTest::newRow("its data would come over an optical link")
         << Change([](auto& answers) { answers.kind = QD_ZLK::ENDPOINT_OPTICAL; })
-        << "fault 2: it names no endpoint that can be used";
+        << "fault 2: it names no endpoint that can be used" << 1;
     QTest::newRow("its data would come from no address") << Change([](auto& answers) { answers.address = "../etc"; })
-                                                         << "fault 2: it names no endpoint that can be used";
-    QTest::newRow("nothing flows") << Change([](auto& answers) { answers.starts = false; }) << "finished D1 ";
+                                                         << "fault 2: it names no endpoint that can be used" << 1;
+    QTest::newRow("nothing flows") << Change([](auto& answers) { answers.starts = false; }) << "finished D1 " << 1;
 }
 
 void TestChannelServant::tellsTheManagerWhatWentWrong()
@@ -445,6 +446,7 @@ void TestChannelServant::tellsTheManagerWhatWentWrong()
     QCOMPARE(endingOf([&] { registered.channel->startRecording(0, toWideCorba("x"), 0); }), QStringLiteral("done"));
     QTRY_VERIFY_WITH_TIMEOUT(!m_manager->calls().isEmpty() && m_manager->calls().last() == last, 30000);
     QCOMPARE(m_manager->calls().filter("fault").size(), 1);
+    QTEST(int(m_manager->calls().count("disconnect")), "disconnects");
     QCOMPARE(endingOf([&] { registered.channel->stopRecording(toWideCorba("")); }), QStringLiteral("not recording"));
 }
 

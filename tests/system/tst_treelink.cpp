@@ -1,10 +1,8 @@
 #include "linkclient.h"
 #include "peerprocess.h"
-#include "tracetexts.h"
 #include "watch.h"
 
 #include <zelkobase/connection/ivtclient.h>
-#include <zelkobase/connection/linkframe.h>
 #include <zelkobase/connection/treelink.h>
 #include <zelkobase/maps/itemmaptypes.h>
 #include <zelkobase/orb/corbacall.h>
@@ -67,15 +65,6 @@ private Q_SLOTS:
     void comesBackByItselfAfterTheServerWasKilled();
     void destroysWhatALostConnectionHeld();
     void givesUpAServerThatHangs();
-    void sendsWritesOfAddedValuesAndNoOthers();
-    void neverEchoesAChangeOfTheServer();
-    void losesAWriteThatMayNotBeToTheServersValue();
-    void sendsAListOf50000RecordsInOneCommand();
-    void refusesAWriteThatIsTooLargeAndTakesTheServersValue();
-    void losesNoWriteToAServerThatIsBusy();
-    void refusesWhatIsTooMuchForAServerThatIsBusy();
-    void leavesAServerThatIsBusy();
-    void writesOfAnOldConnectionGoNowhere();
     void theServerForgetsAClientThatLeaves();
     void theServerTakesNoMoreClientsThanItMay();
     void theServerDropsASilentClient();
@@ -216,187 +205,6 @@ void TestTreeLink::givesUpAServerThatHangs()
     server.continueIt();
     QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected", "connected"}));
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
-}
-
-void TestTreeLink::sendsWritesOfAddedValuesAndNoOthers()
-{
-    PeerProcess server;
-    LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
-    auto* const number = client.find<Value<int>>(device + "/Number");
-    auto* const text = client.find<Value<QString>>(device + "/Text");
-    client.writer()->AddValue(number, 0);
-    text->SetValue("stays here", nullptr);
-    number->SetValue(1, nullptr);
-    number->SetValue(2, nullptr);
-    number->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QTRY_COMPARE(server.ask("writes"), "3");
-    client.writer()->RemoveValue(number);
-    number->SetValue(3, nullptr);
-    client.writer()->AddValue(text, 0);
-    text->SetValue("goes there", nullptr);
-    QTRY_COMPARE(server.ask("writes"), "4");
-    QVERIFY(client.digest() != server.ask("digest"));
-    client.writer()->AddValue(number, 0);
-    number->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
-    QCOMPARE(server.ask("writes"), "5");
-}
-
-void TestTreeLink::neverEchoesAChangeOfTheServer()
-{
-    PeerProcess server;
-    LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
-    auto* const number = client.find<Value<int>>(device + "/Number");
-    client.writer()->AddValue(number, 0);
-    int updates = 0;
-    Watch counter([&] { ++updates; });
-    counter.on(number);
-    for (int i = 1; i <= 100; ++i) {
-        server.ask(QStringLiteral("number %1").arg(i));
-    }
-    QTRY_COMPARE(number->GetValue(), 100);
-    QCOMPARE(updates, 100);
-    number->SetValue(7, nullptr); // behind any echo
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
-    QCOMPARE(server.ask("writes"), "1");
-    QCOMPARE(updates, 101); // and the write did not come back either
-}
-
-void TestTreeLink::losesAWriteThatMayNotBeToTheServersValue()
-{
-    PeerProcess server;
-    LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
-    auto* const readOnly = client.find<Value<int>>(device + "/ReadOnly");
-    auto* const number = client.find<Value<int>>(device + "/Number");
-    client.writer()->AddValue(readOnly, 0);
-    client.writer()->AddValue(number, 0);
-    readOnly->SetValue(5, nullptr);
-    number->SetValue(6, nullptr);
-    QTRY_COMPARE(readOnly->GetValue(), 0);
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
-    QCOMPARE(number->GetValue(), 6);
-    QCOMPARE(server.ask("writes"), "1");
-    QCOMPARE(client.log, QStringList{"connected"});
-    QCOMPARE(client.refusals, QStringList{"user \"\" may not write " + device + "/ReadOnly"});
-}
-
-// More bytes than a call carries, and more than a batch.
-void TestTreeLink::sendsAListOf50000RecordsInOneCommand()
-{
-    PeerProcess server;
-    LinkClient client(m_orb, server.port());
-    LinkClient other(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected() && other.isConnected());
-    QStringList ids;
-    for (int i = 0; i < 50000; ++i) {
-        ids << QStringLiteral("20240101-120000-%1-R1").arg(i, 12, 10, QLatin1Char('0'));
-    }
-    auto* const command = client.find<Value<QString>>("/ZELKO/Command/R1/DeleteRecordingList");
-    client.writer()->AddValue(command, 0);
-    command->SetValue(ids.join('@'), nullptr);
-    auto* const number = client.find<Value<int>>(device + "/Number");
-    client.writer()->AddValue(number, 0);
-    number->SetValue(1, nullptr); // behind it
-    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), "2", patience);
-    QCOMPARE(server.ask("ids"), "50000");
-    QTRY_COMPARE_WITH_TIMEOUT(other.digest(), server.ask("digest"), patience);
-    QCOMPARE(client.digest(), server.ask("digest"));
-    QCOMPARE(client.log, QStringList{"connected"});
-    QCOMPARE(client.refusals, QStringList());
-}
-
-void TestTreeLink::refusesAWriteThatIsTooLargeAndTakesTheServersValue()
-{
-    PeerProcess server;
-    LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
-    auto* const text = client.find<Value<QString>>(device + "/Text");
-    client.writer()->AddValue(text, 0);
-    text->SetValue("small", nullptr);
-    text->SetValue(QString(qsizetype(link::maxWritePayload), 'x'), nullptr);
-    QTRY_COMPARE(text->GetValue(), "small");
-    QCOMPARE(client.refusals, QStringList{"a write to " + client.root + device + "/Text is not sent: it is too large"});
-    text->SetValue("small again", nullptr);
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
-    QCOMPARE(server.ask("writes"), "2");
-    QCOMPARE(client.log, QStringList{"connected"});
-}
-
-void TestTreeLink::losesNoWriteToAServerThatIsBusy()
-{
-    PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
-    LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
-    auto* const text = client.find<Value<QString>>(device + "/Text");
-    client.writer()->AddValue(text, 0);
-    const TraceTexts traces;
-    QCOMPARE(server.ask("hold"), "ok");
-    for (int i = 0; i < 100; ++i) {
-        text->SetValue(QString(20000, QChar(u'a' + i)), nullptr);
-    }
-    QTRY_VERIFY(traces.contain("north is busy"));
-    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), "100", patience);
-    QCOMPARE(client.digest(), server.ask("digest"));
-    QCOMPARE(client.log, QStringList{"connected"});
-    QCOMPARE(client.refusals, QStringList());
-}
-
-void TestTreeLink::refusesWhatIsTooMuchForAServerThatIsBusy()
-{
-    PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
-    LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
-    auto* const text = client.find<Value<QString>>(device + "/Text");
-    client.writer()->AddValue(text, 0);
-    QCOMPARE(server.ask("hold"), "ok");
-    for (int i = 0; i < 100; ++i) {
-        text->SetValue(QString(200000, QChar(u'a' + i)), nullptr);
-    }
-    QTRY_VERIFY(!client.refusals.isEmpty());
-    const int refused = int(client.refusals.size());
-    QVERIFY(refused < 100);
-    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), QString::number(100 - refused), patience);
-    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
-    QCOMPARE(client.log, QStringList{"connected"});
-}
-
-void TestTreeLink::leavesAServerThatIsBusy()
-{
-    PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
-    auto client = std::make_unique<LinkClient>(m_orb, server.port());
-    QTRY_VERIFY(client->isConnected());
-    auto* const text = client->find<Value<QString>>(device + "/Text");
-    client->writer()->AddValue(text, 0);
-    const TraceTexts traces;
-    QCOMPARE(server.ask("hold"), "ok");
-    for (int i = 0; i < 100; ++i) {
-        text->SetValue(QString(20000, QChar(u'a' + i)), nullptr);
-    }
-    QTRY_VERIFY(traces.contain("north is busy"));
-    client.reset(); // the server still stands still
-    QTRY_COMPARE(server.ask("sessions"), "0");
-}
-
-void TestTreeLink::writesOfAnOldConnectionGoNowhere()
-{
-    PeerProcess first;
-    LinkClient client(m_orb, first.port());
-    QTRY_VERIFY(client.isConnected());
-    const auto old = client.writer();
-    first.kill();
-    QTRY_COMPARE(client.log.size(), 2);
-    PeerProcess second({}, first.port());
-    QTRY_COMPARE(client.log.size(), 3);
-    auto* const number = client.find<Value<int>>(device + "/Number");
-    old->AddValue(number, 0);
-    number->SetValue(5, nullptr);
-    client.writer()->AddValue(number, 0);
-    number->SetValue(6, nullptr);
-    QTRY_COMPARE(client.digest(), second.ask("digest"));
-    QCOMPARE(second.ask("writes"), "1");
 }
 
 void TestTreeLink::theServerForgetsAClientThatLeaves()

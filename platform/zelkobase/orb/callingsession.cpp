@@ -5,6 +5,7 @@
 #include <omniORB4/omniInterceptors.h>
 #include <omniORB4/omniORB.h>
 
+// Each of them needs those before it.
 #include <omniORB4/giopEndpoint.h>
 
 #include <omniORB4/internal/giopStream.h>
@@ -12,6 +13,8 @@
 #include <omniORB4/internal/giopStrand.h>
 
 #include <omniORB4/internal/GIOP_S.h>
+
+#include <omniORB4/internal/GIOP_C.h>
 
 #include <algorithm>
 #include <mutex>
@@ -105,10 +108,21 @@ std::uint64_t readContext(const IOP::ServiceContext& context)
     return session;
 }
 
+// The address of a connection whose peer cannot be told, since it is just being made or has been cut already, is where
+// it leads to.
+std::uint64_t sessionFor(SendRequest::info_T& request)
+{
+    const char* const peer = request.peeraddress();
+    if (const std::uint64_t session = peer ? passes().sessionFor(peer) : 0) {
+        return session;
+    }
+    const giopAddress* const target = request.giop_c.strand().address;
+    return target ? passes().sessionFor(target->address()) : 0;
+}
+
 CORBA::Boolean nameSession(SendRequest::info_T& request)
 {
-    const char* const address = request.peeraddress();
-    if (const std::uint64_t session = address ? passes().sessionFor(address) : 0) {
+    if (const std::uint64_t session = sessionFor(request)) {
         appendContext(request.service_contexts, session);
     }
     return true;
