@@ -147,10 +147,10 @@ void ConsoleWindow::makeUserButton()
     const auto show = [this, button] {
         button->setText(m_userMenu->userText());
         button->setAccessibleName(tr("User: %1").arg(m_userMenu->userText()));
+        menuBar()->setCornerWidget(button); // each time anew: that gives it the room that its text takes now
     };
     connect(m_userMenu, &UserMenu::userTextChanged, button, show);
     show();
-    menuBar()->setCornerWidget(button);
 }
 
 void ConsoleWindow::makeStatusBar()

@@ -247,6 +247,7 @@ private Q_SLOTS:
         QTest::mouseClick(&button, Qt::LeftButton);
         QTRY_COMPARE_WITH_TIMEOUT(button.text(), QStringLiteral("administrator"), patience);
         QCOMPARE(button.accessibleName(), QStringLiteral("User: administrator"));
+        QVERIFY(button.width() >= button.sizeHint().width());
         QCOMPARE(setting.site.actsFor().user, QStringLiteral("administrator"));
     }
 
