@@ -5,7 +5,8 @@
 namespace ZelkoCommon {
 
 /// The ORB bounds its threads and not its connections: where there are more connections than threads, peers that begin
-/// a message and do not end it take the threads from everybody else. This transport is TCP or TLS with a bound on connections.
+/// a message and do not end it take the threads from everybody else. This transport is TCP or TLS with a bound on
+/// connections.
 ///
 /// At the bound a new connection takes the place of the one that has waited longest without ever having been answered.
 /// Where all have been answered, the new one is closed.

@@ -37,8 +37,8 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// own.
     std::chrono::milliseconds connectTimeout{0};
 
-    /// A peer that began a message must have sent the rest of it in this time, and one that began to shake hands for TLS
-    /// must be done with it.
+    /// A peer that began a message must have sent the rest of it in this time, and one that began to shake hands for
+    /// TLS must be done with it.
     std::chrono::milliseconds receiveTimeout{3000};
 
     /// A connection without a call is closed after this time.
@@ -57,7 +57,8 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     std::optional<TlsOptions> tls = {};
 };
 
-/// The ORB could not be started, the port is taken or a file of TLS cannot be used for instance. The text is for people.
+/// The ORB could not be started, the port is taken or a file of TLS cannot be used for instance. The text is for
+/// people.
 class ZELKOBASEORB_EXPORT OrbError : public std::runtime_error
 {
 public:
@@ -87,7 +88,8 @@ public:
     /// Where objects without a name live; a reference to one ends with the process.
     PortableServer::POA_ptr rootPoa() const;
 
-    /// Makes `servant` reachable as corbaloc::HOST:PORT/`key`, or corbaloc:ssliop:HOST:PORT/`key` with TLS, also by references from before a restart of the process.
+    /// Makes `servant` reachable as corbaloc::HOST:PORT/`key`, or corbaloc:ssliop:HOST:PORT/`key` with TLS, also by
+    /// references from before a restart of the process.
     void publish(const char* key, PortableServer::ServantBase* servant);
 
     /// Ends what `publish` began. Calls that are being served go on to their end, for which it does not wait.
