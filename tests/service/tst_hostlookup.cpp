@@ -1,6 +1,9 @@
 #include <zelkobase/service/hostlookup.h>
 
+#include <QSemaphore>
 #include <QTest>
+
+#include <memory>
 
 using namespace ZelkoCommon;
 using namespace std::chrono_literals;
@@ -14,7 +17,8 @@ private Q_SLOTS:
     void anAddressIsItsOwnAnswer();
     void theNameOfThisMachine();
     void aNameThatNobodyKnows();
-    void withoutTimeThereIsNoAnswer();
+    void aNameServiceThatIsSilentCostsTheLimit();
+    void anAnswerInTimeIsGivenOn();
 };
 
 void tst_HostLookup::anAddressIsItsOwnAnswer_data()
@@ -48,11 +52,25 @@ void tst_HostLookup::aNameThatNobodyKnows()
     QVERIFY(found->isEmpty());
 }
 
-// Nothing, or the answer of a name service that was quick; never a wait.
-void tst_HostLookup::withoutTimeThereIsNoAnswer()
+// The query ends when the test has its answer, and not before.
+void tst_HostLookup::aNameServiceThatIsSilentCostsTheLimit()
 {
-    const auto found = addressesOf("localhost", 0ms);
-    QVERIFY(!found || found->contains("127.0.0.1"));
+    const auto answer = std::make_shared<QSemaphore>();
+    const auto found = addressesOf("recorder", 1ms, [answer](const std::string&) {
+        answer->acquire();
+        return QStringList("192.0.2.7");
+    });
+    answer->release();
+    QVERIFY(!found);
+}
+
+void tst_HostLookup::anAnswerInTimeIsGivenOn()
+{
+    const auto found = addressesOf("recorder", 60s, [](const std::string& name) {
+        return QStringList{QString::fromStdString(name), "192.0.2.7"};
+    });
+    QVERIFY(found);
+    QCOMPARE(*found, (QStringList{"recorder", "192.0.2.7"}));
 }
 
 QTEST_GUILESS_MAIN(tst_HostLookup)

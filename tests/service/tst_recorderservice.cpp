@@ -82,6 +82,9 @@ private Q_SLOTS:
     void aCallOfARestartedRecorderIsNotMadeTwice();
     void whatCannotBeFoundHasAStatus_data();
     void whatCannotBeFoundHasAStatus();
+    void aHostOfAReferenceIsLookedUp_data();
+    void aHostOfAReferenceIsLookedUp();
+    void aHostOfAReferenceThatNobodyKnows();
     void nobodyListening();
     void aListenerThatNeverAnswersCostsTheLimit();
     void aHeldCallCostsTheLimit();
@@ -198,6 +201,33 @@ void tst_RecorderService::whatCannotBeFoundHasAStatus()
     QCOMPARE(site.peer.calls(), QStringList());
 }
 
+void tst_RecorderService::aHostOfAReferenceIsLookedUp_data()
+{
+    QTest::addColumn<QString>("places");
+    QTest::newRow("one host") << ":1.2@localhost:%1";
+    QTest::newRow("a host that nobody knows and one") << ":1.2@" + QString(300, 'x') + ":%1,:1.2@localhost:%1";
+}
+
+void tst_RecorderService::aHostOfAReferenceIsLookedUp()
+{
+    QFETCH(const QString, places);
+    ServiceSite site;
+    const QString reference = "corbaloc:" + places.arg(site.proxy.port()) + "/RecorderService";
+    PatientService service([&] { return ServiceAddress{reference, {}, 0}; });
+    QCOMPARE(comment(service), 0UL);
+    QVERIFY(site.peer.wasCalledOverNetwork());
+}
+
+// The ORB would look the name up when it calls, and say something of its own of that.
+void tst_RecorderService::aHostOfAReferenceThatNobodyKnows()
+{
+    const QString host(300, 'x');
+    Orb orb{OrbOptions()};
+    PatientService service([&] { return ServiceAddress{"corbaloc::1.2@" + host + ":1/RecorderService", {}, 0}; });
+    QCOMPARE(comment(service), code(ServiceStatus::NotReachable));
+    QVERIFY2(service.lastErrorText().contains(host), qPrintable(service.lastErrorText()));
+}
+
 void tst_RecorderService::nobodyListening()
 {
     Orb orb{OrbOptions()};
@@ -269,10 +299,11 @@ void tst_RecorderService::exceptionsOfTheRecorderGiveCodeAndText_data()
                                                 << ServiceStatus::InternalError << "two lines";
     QTest::newRow("an exception that is not declared")
         << Action([] { throw QD_ZLK::exGen(QD_ZLK::GEN_INTERNAL, "its words"); }) << ServiceStatus::RecorderFailed
-        << "";
-    QTest::newRow("no permission") << Action([] { throw CORBA::NO_PERMISSION(); }) << ServiceStatus::CallRefused << "";
+        << "UNKNOWN";
+    QTest::newRow("no permission") << Action([] { throw CORBA::NO_PERMISSION(); }) << ServiceStatus::CallRefused
+                                   << "NO_PERMISSION";
     QTest::newRow("not implemented") << Action([] { throw CORBA::NO_IMPLEMENT(); }) << ServiceStatus::NotUnderstood
-                                     << "";
+                                     << "NO_IMPLEMENT";
 }
 
 void tst_RecorderService::exceptionsOfTheRecorderGiveCodeAndText()

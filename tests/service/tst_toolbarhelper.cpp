@@ -10,25 +10,27 @@ class tst_ToolbarHelper : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void thereIsOne();
+    void codesOfTheServiceGiveItsTexts_data();
     void codesOfTheServiceGiveItsTexts();
     void successHasNoTextInAnyContext();
     void anUnknownContextIsNamed();
 };
 
-void tst_ToolbarHelper::thereIsOne()
+void tst_ToolbarHelper::codesOfTheServiceGiveItsTexts_data()
 {
-    QVERIFY(ToolbarHelper::Instance());
-    QCOMPARE(ToolbarHelper::Instance(), ToolbarHelper::Instance());
+    QTest::addColumn<ServiceStatus>("status");
+    QTest::addColumn<QString>("beginning");
+    QTest::newRow("of the recorder") << ServiceStatus::NotDeletable << "The record is protected from deletion.";
+    QTest::newRow("of this program") << ServiceStatus::Timeout << "The recorder did not answer in time.";
+    QTest::newRow("of nobody") << ServiceStatus(4711) << "The recorder reports error 4711,";
 }
 
 void tst_ToolbarHelper::codesOfTheServiceGiveItsTexts()
 {
-    for (const unsigned long code : {1UL, 8UL, 1000UL, 4711UL}) {
-        const QString text = ToolbarHelper::Instance()->ErrorId2Text(code, 1);
-        QVERIFY(!text.isEmpty());
-        QCOMPARE(text, serviceStatusText(code));
-    }
+    QFETCH(const ServiceStatus, status);
+    QFETCH(const QString, beginning);
+    const QString text = ToolbarHelper::Instance()->ErrorId2Text(statusCode(status), 1);
+    QVERIFY2(text.startsWith(beginning), qPrintable(text));
 }
 
 void tst_ToolbarHelper::successHasNoTextInAnyContext()

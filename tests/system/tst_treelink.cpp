@@ -407,7 +407,8 @@ void TestTreeLink::doesNotWaitForOneServerBeforeItLeavesTheNext()
     LinkOptions options = LinkClient::quickOptions();
     options.callTimeout = 120s;
     omniORB::setClientConnectTimeout(120000);
-    const auto restore = qScopeGuard([] { omniORB::setClientConnectTimeout(3000); });
+    const auto restore = qScopeGuard(
+        [] { omniORB::setClientConnectTimeout(static_cast<CORBA::ULong>(OrbOptions().connectTimeout.count())); });
     Tree tree;
     auto data = std::make_unique<ServerConnectionData>(m_orb, &tree, site, options);
     QTRY_VERIFY(data->isConnected(firstIsSilent ? "south" : "north"));

@@ -31,8 +31,10 @@ namespace ZelkoCommon {
 /// himself.
 ///
 /// "port" is 8004 and "currentSubSystem" the first one when left out. "service" is where the recorder's service is
-/// found when that is not at the same host and port: a corbaloc, a corbaname or an IOR; a name of a host in it is
-/// looked up without a time limit, an address needs no look-up. "listen" is the address of this machine on which the
+/// found when that is not at the same host and port: a corbaloc or a corbaname, whose
+/// places say their hosts ("rir:" does not), or an IOR. A name of a host in the first two is looked up within the time
+/// limit of a question; in an IOR, and in what a naming service answers, it is not limited, so addresses should stand
+/// there. "listen" is the address of this machine on which the
 /// recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
 /// application finds it out by itself: loopback while all recorder servers are on this machine, else the address that
 /// leads to them. It is needed where they are reached by more than one interface.

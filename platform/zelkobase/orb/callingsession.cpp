@@ -116,7 +116,7 @@ std::uint64_t sessionFor(SendRequest::info_T& request)
     if (const std::uint64_t session = peer ? passes().sessionFor(peer) : 0) {
         return session;
     }
-    const giopAddress* const target = request.giop_c.strand().address;
+    const omni::giopAddress* const target = request.giop_c.strand().address;
     return target ? passes().sessionFor(target->address()) : 0;
 }
 

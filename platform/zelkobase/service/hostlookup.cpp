@@ -51,13 +51,18 @@ struct Lookup
 
 std::optional<QStringList> addressesOf(const QString& host, std::chrono::milliseconds limit)
 {
+    return addressesOf(host, limit, [](const std::string& name) { return lookUp(name, 0); });
+}
+
+std::optional<QStringList> addressesOf(const QString& host, std::chrono::milliseconds limit, const HostQuery& query)
+{
     const std::string name = host.toStdString();
     if (const QStringList itself = lookUp(name, AI_NUMERICHOST); !itself.isEmpty()) {
         return itself;
     }
     const auto lookup = std::make_shared<Lookup>();
-    std::thread([lookup, name] {
-        const QStringList result = lookUp(name, 0);
+    std::thread([lookup, name, query] {
+        const QStringList result = query(name);
         const std::lock_guard lock(lookup->mutex);
         lookup->result = result;
         lookup->done.notify_one();

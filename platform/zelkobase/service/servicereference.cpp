@@ -3,7 +3,12 @@
 #include <zelkobase/orb/hostname.h>
 #include <zelkobase/orb/orb.h>
 #include <zelkobase/service/hostlookup.h>
+#include <zelkobase/service/referencetext.h>
 #include <zelkobase/service/servicefailure_p.h>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
 
 namespace ZelkoCommon {
 namespace {
@@ -32,15 +37,48 @@ QStringList reachableAddresses(const QString& host, std::chrono::milliseconds li
     return *addresses;
 }
 
+// With addresses for the names of hosts, which the ORB would look up by itself for as long as the system takes. All of
+// them share the limit, and one that nobody knows is no matter where there are others.
+QString resolved(ReferenceText reference, std::chrono::milliseconds limit)
+{
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + limit;
+    std::vector<ReferenceText::Place> found;
+    std::optional<ServiceFailure> failure;
+    for (const ReferenceText::Place& place : reference.places) {
+        try {
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+            for (const QString& address : reachableAddresses(place.host, std::max(left, left.zero()))) {
+                found.push_back({place.head, address, place.port});
+            }
+        } catch (const ServiceFailure& thrown) {
+            failure = thrown;
+        }
+    }
+    if (found.empty()) {
+        throw failure.value();
+    }
+    reference.places = found;
+    return reference.text();
+}
+
 // With TLS the recorder has to prove that it is the host of that name, so the ORB is given the name once it is known to
 // be one.
 QString textOf(const ServiceAddress& address, bool usesTls, std::chrono::milliseconds limit)
 {
-    if (!address.reference.isEmpty()) {
+    if (address.reference.isEmpty()) {
+        const QStringList addresses = reachableAddresses(address.host, limit);
+        return usesTls ? tlsServiceReference(address.host, address.port) : serviceReference(addresses, address.port);
+    }
+    if (address.reference.startsWith(QLatin1String("IOR:"))) {
         return address.reference;
     }
-    const QStringList addresses = reachableAddresses(address.host, limit);
-    return usesTls ? tlsServiceReference(address.host, address.port) : serviceReference(addresses, address.port);
+    const auto reference = ReferenceText::parse(address.reference);
+    if (!reference) {
+        fail(ServiceStatus::NotConfigured, address.reference);
+    }
+    const QString numbers = resolved(*reference, limit);
+    return usesTls ? address.reference : numbers;
 }
 
 CORBA::Object_ptr objectAt(const ServiceAddress& address, std::chrono::milliseconds limit)
