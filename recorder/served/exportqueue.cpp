@@ -42,6 +42,10 @@ ExportQueue::~ExportQueue()
 
 QString ExportQueue::enqueue(const Source& source, const QString& recordID, const QString& path, StoreStatus* status)
 {
+    if (isFull()) {
+        *status = StoreStatus::TooMany;
+        return {};
+    }
     RecordUses::Handle use = source.uses.begin(recordID, RecordUses::Kind::Export);
     if (!use) {
         *status = StoreStatus::InUse;
@@ -54,23 +58,32 @@ QString ExportQueue::enqueue(const Source& source, const QString& recordID, cons
     }
     const QString id = exportId(source.device, recordID, path, *job.record());
     const ErrandPointer errand(new Errand{id, std::move(use), std::move(job)});
-    *status = note(errand) ? StoreStatus::Done : StoreStatus::InUse;
+    *status = note(errand);
     return *status == StoreStatus::Done ? id : QString();
 }
 
-// False if there is one of that ID already.
-bool ExportQueue::note(const ErrandPointer& errand)
+bool ExportQueue::isFull() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_errands.size() >= mostExports;
+}
+
+// `InUse` if there is one of that ID already; others may have filled the queue meanwhile.
+StoreStatus ExportQueue::note(const ErrandPointer& errand)
 {
     {
         const std::lock_guard lock(m_mutex);
         if (find(errand->id) != m_errands.cend()) {
-            return false;
+            return StoreStatus::InUse;
+        }
+        if (m_errands.size() >= mostExports) {
+            return StoreStatus::TooMany;
         }
         m_errands.append(errand);
     }
     tellPending();
     m_thread.enqueue([this, errand] { run(errand); });
-    return true;
+    return StoreStatus::Done;
 }
 
 // The ID as a client has it: whatever else it may be, it is compared and nothing more.

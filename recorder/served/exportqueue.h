@@ -39,10 +39,13 @@ public:
     /// Gives up the export under way, without any of its files, and forgets the others. Nobody may call any more.
     ~ExportQueue() override;
 
+    /// So many may wait or be under way.
+    static constexpr int mostExports = 100;
+
     /// Takes an export on and gives its ID: device, record, path and name of the data format, joined with "@". Empty,
     /// and in `status` why, if it cannot be: as RecordExport says, `InUse` for a record that is being deleted or an
-    /// export that is under way already. Until it has ended the record cannot be deleted. Blocks for as long as it
-    /// takes to look at record and target.
+    /// export that is under way already, `TooMany` if no more may wait. Until it has ended the record cannot be
+    /// deleted. Blocks for as long as it takes to look at record and target.
     QString enqueue(const Source& source, const QString& recordID, const QString& path, StoreStatus* status);
 
     /// Gives up an export that waits or is under way: `finished` follows. `UnknownEntry` if there is none of this ID.
@@ -66,7 +69,8 @@ private:
     struct Errand;
     using ErrandPointer = std::shared_ptr<Errand>;
 
-    bool note(const ErrandPointer& errand);
+    bool isFull() const;
+    StoreStatus note(const ErrandPointer& errand);
     QList<ErrandPointer>::const_iterator find(const QString& exportID) const;
     void setRunning(bool isRunning);
     void run(const ErrandPointer& errand);

@@ -4,6 +4,7 @@
 #include <recorder/store/recordrepair.h>
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -36,9 +37,14 @@ void StoreWorker::rescan()
     m_thread.enqueue([this] { compareNames(); });
 }
 
+// However often it is asked for, it waits once; what changes after it was begun the next one reads.
 void StoreWorker::readAll()
 {
+    if (m_readAllWaits.exchange(true)) {
+        return;
+    }
     m_thread.enqueue([this] {
+        m_readAllWaits = false;
         compareNames();
         readSlices(m_known.values());
     });
@@ -46,13 +52,34 @@ void StoreWorker::readAll()
 
 void StoreWorker::readOne(const QString& recordID, const Answer& answer)
 {
+    if (!answer && !noteWaiting(recordID)) {
+        return;
+    }
     m_thread.enqueue([this, recordID, answer] {
+        if (!answer) {
+            forgetWaiting(recordID);
+        }
         m_known.insert(recordID); // to whoever asks: so it is told of if it is not there
         readSlices({recordID});
         if (answer) {
             answer(m_known.contains(recordID) ? StoreStatus::Done : StoreStatus::UnknownRecord);
         }
     });
+}
+
+// False if a reading of the record waits already.
+bool StoreWorker::noteWaiting(const QString& recordID)
+{
+    const std::lock_guard lock(m_mutex);
+    const qsizetype before = m_readingsThatWait.size();
+    m_readingsThatWait.insert(recordID);
+    return m_readingsThatWait.size() > before;
+}
+
+void StoreWorker::forgetWaiting(const QString& recordID)
+{
+    const std::lock_guard lock(m_mutex);
+    m_readingsThatWait.remove(recordID);
 }
 
 void StoreWorker::reach(const Answer& answer)
@@ -268,10 +295,11 @@ void StoreWorker::tellGone(const QStringList& recordIDs)
     m_results.post([this, recordIDs] { Q_EMIT recordsGone(recordIDs); });
 }
 
-// Told once, not each time the store is looked through.
+// Told once, not each time the store is looked through. What is not there at all is nothing to set aside: clients may
+// invent as many IDs as they like.
 void StoreWorker::setAside(const QString& recordID, const QString& why)
 {
-    if (!m_setAside.contains(recordID)) {
+    if (!m_setAside.contains(recordID) && QFileInfo::exists(m_store.recordFolder(recordID))) {
         m_setAside.insert(recordID);
         qCWarning(recorderLog).noquote() << "set aside" << m_store.recordFolder(recordID) << ":" << why;
     }

@@ -10,7 +10,9 @@
 #include <QObject>
 #include <QSet>
 
+#include <atomic>
 #include <functional>
+#include <mutex>
 #include <vector>
 
 namespace ZelkoRecorder {
@@ -40,10 +42,11 @@ public:
     /// Looks for folders that came and went since.
     void rescan();
 
-    /// Reads every record anew, and looks for folders that came and went.
+    /// Reads every record anew, and looks for folders that came and went; nothing more if that waits already.
     void readAll();
 
-    /// Reads one record anew; tells that it is gone, and answers so, if it cannot be read.
+    /// Reads one record anew; tells that it is gone, and answers so, if it cannot be read. Without an answer it does
+    /// nothing more if that waits already.
     void readOne(const QString& recordID, const Answer& answer = {});
 
     /// Answers `Done` when the jobs before are done; once the load has been asked for nothing that an earlier run left
@@ -85,6 +88,8 @@ private:
     RecordPointer readKnown(const QString& recordID);
     qsizetype removePart(const QStringList& recordIDs);
     bool mayRemove(const QString& recordID) const;
+    bool noteWaiting(const QString& recordID);
+    void forgetWaiting(const QString& recordID);
     void tellOf(const RecordPointers& records);
     void tellGone(const QStringList& recordIDs);
     void setAside(const QString& recordID, const QString& why);
@@ -99,6 +104,10 @@ private:
     bool m_compareAfterLoad = false;
     QSet<QString> m_known;
     QSet<QString> m_setAside;
+
+    std::atomic<bool> m_readAllWaits = false;
+    std::mutex m_mutex;
+    QSet<QString> m_readingsThatWait; // for which nobody wants an answer
 
     Mailbox m_results;
     JobThread m_thread; // goes first

@@ -44,6 +44,12 @@ bool stepsBelow(const QString& folder, const QStringList& path, QStringList* bel
     return path.mid(0, steps.size()) == steps;
 }
 
+// Why a folder could not be opened.
+StoreStatus reasonOfErrno()
+{
+    return errno == ELOOP || errno == ENOTDIR ? StoreStatus::BadFolder : StoreStatus::DiskRefused;
+}
+
 } // namespace
 
 OpenFolder::OpenFolder(int descriptor)
@@ -115,23 +121,47 @@ ExportFolders::ExportFolders(const QStringList& folders)
     : m_folders(folders)
 {}
 
-// Step by step, as the kernel sees the folders: a path that was looked at first may lead elsewhere once it is used.
 StoreStatus ExportFolders::open(const QString& path, OpenFolder* folder) const
+{
+    QStringList below;
+    const StoreStatus status = begin(path, folder, &below);
+    return status == StoreStatus::Done ? descend(below, folder) : status;
+}
+
+StoreStatus ExportFolders::look(const QString& path, OpenFolder* folder, bool* isWhole) const
+{
+    QStringList below;
+    const StoreStatus status = begin(path, folder, &below);
+    *isWhole = status == StoreStatus::Done;
+    for (qsizetype i = 0; *isWhole && i < below.size(); ++i) {
+        OpenFolder next = folder->open(below.at(i));
+        *isWhole = next.isOpen();
+        if (*isWhole) {
+            *folder = std::move(next);
+        } else if (errno != ENOENT) {
+            return reasonOfErrno();
+        }
+    }
+    return status;
+}
+
+// Opens the allowed folder; `below` leads from there to the path.
+StoreStatus ExportFolders::begin(const QString& path, OpenFolder* folder, QStringList* below) const
 {
     const QStringList steps = stepsOf(path);
     if (!isPlainPath(path) || isDotted(steps)) {
         return StoreStatus::BadFolder;
     }
     for (const QString& allowed : m_folders) {
-        QStringList below;
-        if (stepsBelow(allowed, steps, &below)) {
+        if (stepsBelow(allowed, steps, below)) {
             *folder = OpenFolder(::open(QFile::encodeName(allowed).constData(), folderFlags));
-            return descend(below, folder);
+            return folder->isOpen() ? StoreStatus::Done : reasonOfErrno();
         }
     }
     return StoreStatus::BadFolder;
 }
 
+// Step by step, as the kernel sees the folders: a path that was looked at first may lead elsewhere once it is used.
 StoreStatus ExportFolders::descend(const QStringList& steps, OpenFolder* folder)
 {
     for (const QString& step : steps) {
@@ -139,10 +169,7 @@ StoreStatus ExportFolders::descend(const QStringList& steps, OpenFolder* folder)
             *folder = folder->make(step);
         }
     }
-    if (folder->isOpen()) {
-        return StoreStatus::Done;
-    }
-    return errno == ELOOP || errno == ENOTDIR ? StoreStatus::BadFolder : StoreStatus::DiskRefused;
+    return folder->isOpen() ? StoreStatus::Done : reasonOfErrno();
 }
 
 } // namespace ZelkoRecorder

@@ -57,7 +57,12 @@ public:
     /// for one that leads over a link; `DiskRefused` if it cannot be opened or made.
     StoreStatus open(const QString& path, OpenFolder* folder) const;
 
+    /// As `open`, but makes nothing: what is missing is no failure. `folder` is the last one of the path that is there,
+    /// `isWhole` tells whether that is the folder of the path itself.
+    StoreStatus look(const QString& path, OpenFolder* folder, bool* isWhole) const;
+
 private:
+    StoreStatus begin(const QString& path, OpenFolder* folder, QStringList* below) const;
     static StoreStatus descend(const QStringList& steps, OpenFolder* folder);
 
     const QStringList m_folders;

@@ -9,21 +9,26 @@ namespace ZelkoRecorder {
 RecordExport::RecordExport(const DeviceStore& store, const QString& recordID, const ExportFolders& folders,
                            const QString& path)
     : m_store(store)
-    , m_status(prepare(recordID, folders, path))
+    , m_folders(folders)
+    , m_path(path)
+    , m_status(prepare(recordID))
 {}
 
-StoreStatus RecordExport::prepare(const QString& recordID, const ExportFolders& folders, const QString& path)
+// Makes nothing and keeps nothing open: it may be long until `run`, or never.
+StoreStatus RecordExport::prepare(const QString& recordID)
 {
     if (const StoreStatus status = readWhole(m_store, recordID, &m_record); status != StoreStatus::Done) {
         return status;
     }
-    if (const StoreStatus status = folders.open(path, &m_target); status != StoreStatus::Done) {
+    OpenFolder target;
+    bool isThere = false;
+    if (const StoreStatus status = m_folders.look(m_path, &target, &isThere); status != StoreStatus::Done) {
         return status;
     }
-    if (m_target.has(recordID)) {
+    if (isThere && target.has(recordID)) {
         return StoreStatus::Exists;
     }
-    return ByteTransfer::hasRoomFor(size(), m_target.path()) ? StoreStatus::Done : StoreStatus::NoSpace;
+    return ByteTransfer::hasRoomFor(size(), target.path()) ? StoreStatus::Done : StoreStatus::NoSpace;
 }
 
 quint64 RecordExport::size() const
@@ -39,6 +44,10 @@ QString RecordExport::builtIn() const
 
 StoreStatus RecordExport::run(const ByteTransfer::Watcher& watcher, const std::function<Partial()>& partial)
 {
+    m_status = m_folders.open(m_path, &m_target);
+    if (m_status != StoreStatus::Done) {
+        return m_status;
+    }
     m_target.remove(builtIn());
     m_status = write(watcher);
     if (m_status == StoreStatus::Done) {

@@ -17,7 +17,7 @@ public:
         Kept ///< under the record's ID with ".partial" behind it, and a number if that is taken
     };
 
-    /// Opens the target and looks at the record. `path` is absolute; `folders` outlive the export. Blocks.
+    /// Looks at target and record. `path` is absolute. Blocks.
     RecordExport(const DeviceStore& store, const QString& recordID, const ExportFolders& folders, const QString& path);
 
     /// What the look has found: `Done`, or why `run` is not to be called: `UnknownRecord`, `InUse` for a record that is
@@ -30,18 +30,21 @@ public:
     /// Bytes of samples to be exported; 0 if there are none.
     quint64 size() const;
 
-    /// Writes the files. `watcher` may give it up, after which `partial` is asked what to do with them. `Exists` if
-    /// somebody else has made the folder meanwhile. The record must not be deleted meanwhile. Blocks.
+    /// Makes what is missing of the target, and writes the files. `watcher` may give it up, after which `partial` is
+    /// asked what to do with them. `Exists` if somebody else has made the folder meanwhile. The record must not be
+    /// deleted meanwhile. Blocks.
     StoreStatus run(const ByteTransfer::Watcher& watcher = {}, const std::function<Partial()>& partial = {});
 
 private:
-    StoreStatus prepare(const QString& recordID, const ExportFolders& folders, const QString& path);
+    StoreStatus prepare(const QString& recordID);
     StoreStatus write(const ByteTransfer::Watcher& watcher) const;
     StoreStatus publish() const;
     void keepPartial() const;
     QString builtIn() const;
 
     const DeviceStore m_store;
+    const ExportFolders m_folders;
+    const QString m_path;
     RecordPointer m_record;
     OpenFolder m_target;
     StoreStatus m_status;

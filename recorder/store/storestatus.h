@@ -11,14 +11,14 @@ enum class StoreStatus {
     NotAllowed,    ///< the record is of a kind with which this cannot be done
     Damaged,       ///< the record's end is not on disk, or samples are missing
     TooLong,       ///< a text is longer than it may be
-    TooMany,       ///< more entries than a record takes, or its metadata would become too large
-    BadRange,      ///< ranges that are none, reversed, empty, out of order, or not of this record
-    BadFolder,     ///< not below a folder that exports may go to
-    Exists,        ///< there is something of that name already, which stays
-    NoSpace,       ///< the disk has not enough room
-    DiskRefused,   ///< the disk failed in another way; what was there before is there
-    Cancelled,     ///< given up at somebody's wish
-    Ending         ///< the recorder is about to end
+    TooMany,   ///< more entries than a record takes, its metadata would become too large, or more exports than may wait
+    BadRange,  ///< ranges that are none, reversed, empty, out of order, or not of this record
+    BadFolder, ///< not below a folder that exports may go to
+    Exists,    ///< there is something of that name already, which stays
+    NoSpace,   ///< the disk has not enough room
+    DiskRefused, ///< the disk failed in another way; what was there before is there
+    Cancelled,   ///< given up at somebody's wish
+    Ending       ///< the recorder is about to end
 };
 
 } // namespace ZelkoRecorder

@@ -107,19 +107,20 @@ void TestErrands::givesUpWhatItDoesNotComeTo()
     QVERIFY(!begun);
 }
 
+// Where the machine stalls the question is not begun in time, and that is said: then it is asked again.
 void TestErrands::saysWhenAnAnswerMayStillCome()
 {
-    std::promise<void> woken;
-    Errands errands([&] { woken.set_value(); }, 500ms);
     std::optional<Reply<int>> kept;
-    auto answer = askElsewhere(errands, [&](const Reply<int>& reply) { kept = reply; });
-    woken.get_future().wait();
-    errands.run();
-    const QString ending = answer.get();
-    QVERIFY2(ending == QStringLiteral("no answer") || !kept, qPrintable(ending)); // not begun where the machine stalled
-    if (kept) {
-        (*kept)(1); // nobody waits any more; nothing happens
+    for (int attempt = 0; attempt < 20 && !kept; ++attempt) {
+        std::promise<void> woken;
+        Errands errands([&] { woken.set_value(); }, 500ms);
+        auto answer = askElsewhere(errands, [&](const Reply<int>& reply) { kept = reply; });
+        woken.get_future().wait();
+        errands.run();
+        QCOMPARE(answer.get(), kept ? QStringLiteral("no answer") : QStringLiteral("not begun"));
     }
+    QVERIFY(kept);
+    (*kept)(1); // nobody waits any more; nothing happens
 }
 
 void TestErrands::tellsThoseThatWaitWhenItCloses()

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void exportsOneAfterTheOther();
     void refusesWhatCannotBe();
     void refusesTheSameTwice();
+    void letsNoMoreWaitThanItMay();
     void refusesWhatIsBeingDeleted();
     void keepsTheRecordFromBeingDeleted();
     void givesUpTheOneUnderWay_data();
@@ -138,6 +139,28 @@ void TestExportQueue::refusesWhatCannotBe()
              QString());
     QCOMPARE(m_status, StoreStatus::BadFolder);
     QVERIFY(!m_uses.isUsed(QStringLiteral("R1")));
+}
+
+// Those that wait keep nothing open and make nothing.
+void TestExportQueue::letsNoMoreWaitThanItMay()
+{
+    store(QStringLiteral("R1"), endless);
+    const auto exportTo = [this](const QString& folder) {
+        m_queue->enqueue({QStringLiteral("D"), DeviceStore(m_device->path()), m_uses}, QStringLiteral("R1"),
+                         m_target->filePath(folder), &m_status);
+        return m_status;
+    };
+    QCOMPARE(exportTo("0"), StoreStatus::Done);
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(m_target->filePath("0/.export-R1")), 30'000);
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    const qsizetype before = descriptors.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+    for (int i = 1; i < ExportQueue::mostExports; ++i) {
+        QCOMPARE(exportTo(QString::number(i)), StoreStatus::Done);
+    }
+    QVERIFY(descriptors.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size() < before + 10);
+    QCOMPARE(QDir(m_target->path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{"0"});
+    QCOMPARE(exportTo("more"), StoreStatus::TooMany);
+    QCOMPARE(m_queue->pending(), ExportQueue::mostExports - 1);
 }
 
 void TestExportQueue::refusesTheSameTwice()

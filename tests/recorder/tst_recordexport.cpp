@@ -38,6 +38,7 @@ private Q_SLOTS:
     void init();
     void writesTheFilesOfTheRecord();
     void makesTheFolderThatIsAskedFor();
+    void makesNothingBeforeItRuns();
     void leavesOutWhatTheRecordDoesNotCount();
     void neverReplacesAnything();
     void leavesAloneWhatAppearsMeanwhile();
@@ -86,6 +87,14 @@ void TestRecordExport::makesTheFolderThatIsAskedFor()
     QCOMPARE(job(QStringLiteral("/2026/november")).run(), StoreStatus::Done);
     QCOMPARE(targetFiles(), (QStringList{QStringLiteral("2026/november/R1/R1.dat"),
                                          QStringLiteral("2026/november/R1/RecordData.xml")}));
+}
+
+void TestRecordExport::makesNothingBeforeItRuns()
+{
+    const RecordExport waiting(DeviceStore(m_device->path()), QStringLiteral("R1"), ExportFolders({m_target->path()}),
+                               m_target->filePath(QStringLiteral("new/deeper")));
+    QCOMPARE(waiting.status(), StoreStatus::Done);
+    QVERIFY(QDir(m_target->path()).isEmpty());
 }
 
 void TestRecordExport::leavesOutWhatTheRecordDoesNotCount()

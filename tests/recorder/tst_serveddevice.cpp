@@ -358,7 +358,6 @@ void TestServedDevice::dropsARecordingWhoseFolderWasRemoved()
     serve(recording);
     QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("failed")));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside")));
     QVERIFY(QDir(plan().folder + QLatin1Char('/') + values().ids().first()).removeRecursively());
     QTRY_VERIFY(values().map()->Empty());
 }

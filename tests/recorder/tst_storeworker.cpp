@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <atomic>
+#include <future>
 
 #include <sys/stat.h>
 
@@ -34,6 +35,8 @@ private Q_SLOTS:
     void readsOneAnew();
     void reportsARecordThatBecameUnreadable();
     void reportsARecordThatIsAskedForAndIsNotThere();
+    void foldsReadingsThatWait();
+    void keepsNothingOfInventedRecords();
     void putsARecordToRest();
     void saysWhenARecordCannotBePutToRest();
     void removesRecords();
@@ -238,9 +241,47 @@ void TestStoreWorker::reportsARecordThatBecameUnreadable()
 void TestStoreWorker::reportsARecordThatIsAskedForAndIsNotThere()
 {
     load();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R1")));
     m_worker->readOne(QStringLiteral("R1"));
     QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1")}));
+}
+
+// Somebody's edit takes its time.
+void TestStoreWorker::foldsReadingsThatWait()
+{
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R1")), 4000));
+    QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
+    load();
+    std::promise<void> begun;
+    std::promise<void> mayEnd;
+    const auto slow = [&](ZELKO_RecordData&) {
+        begun.set_value();
+        mayEnd.get_future().wait();
+        return StoreStatus::NotAllowed;
+    };
+    m_worker->edit(QStringLiteral("R1"), slow, [](StoreStatus) {});
+    begun.get_future().wait();
+    for (int i = 0; i < 50; ++i) {
+        m_worker->readAll();
+        m_worker->readOne(QStringLiteral("R1"));
+    }
+    mayEnd.set_value();
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, QStringList({"read R1 R2", "read R1"}), 30'000);
+    m_worker->readAll();
+    m_worker->readOne(QStringLiteral("R2"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, QStringList({"read R1 R2", "read R1", "read R1 R2", "read R2"}), 30'000);
+}
+
+// It is told that they are gone, and that is all: no line in the log each.
+void TestStoreWorker::keepsNothingOfInventedRecords()
+{
+    load();
+    std::atomic<int> answered = 0;
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("set aside")));
+    for (int i = 0; i < 10; ++i) {
+        m_worker->readOne(QStringLiteral("X%1").arg(i),
+                          [&](StoreStatus status) { answered += status == StoreStatus::UnknownRecord ? 1 : 0; });
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(answered.load(), 10, 30'000);
 }
 
 void TestStoreWorker::putsARecordToRest()
@@ -350,7 +391,6 @@ void TestStoreWorker::answersWhetherARecordCouldBeRead()
     load();
     std::atomic<int> good = -1;
     std::atomic<int> bad = -1;
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R2")));
     m_worker->readOne(QStringLiteral("R1"), [&good](StoreStatus status) { good = static_cast<int>(status); });
     m_worker->readOne(QStringLiteral("R2"), [&bad](StoreStatus status) { bad = static_cast<int>(status); });
     QTRY_COMPARE(good.load(), static_cast<int>(StoreStatus::Done));
