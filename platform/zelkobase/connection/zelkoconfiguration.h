@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -21,7 +22,8 @@ namespace ZelkoCommon {
 ///             { "name": "north", "host": "recorder-north", "port": 8004 },
 ///             { "name": "south", "host": "192.0.2.7", "service": "corbaname::192.0.2.1#south/recorder" }
 ///         ],
-///         "listen": "192.0.2.20"
+///         "listen": "192.0.2.20",
+///         "answerLimitMs": 5000
 ///     }
 ///
 /// A sub system may have a "user" for whom to act there, and a "password" too. Without the password the application is
@@ -32,7 +34,8 @@ namespace ZelkoCommon {
 /// found when that is not at the same host and port: a corbaloc or a corbaname, whose
 /// places say their hosts ("rir:" does not), or an IOR. A name of a host in the first two is looked up within the time
 /// limit of a question; in an IOR, and in what a naming service answers, it is not limited, so addresses should stand
-/// there. "listen" is the address of this machine on which the
+/// there. "answerLimitMs" is how long a question to the service may take, in milliseconds, from 1 to 600000; 5000
+/// when left out. "listen" is the address of this machine on which the
 /// recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
 /// application finds it out by itself: loopback while all recorder servers are on this machine, else the address that
 /// leads to them. It is needed where they are reached by more than one interface.
@@ -40,6 +43,7 @@ class ZELKOBASECONNECTION_EXPORT ZelkoConfiguration
 {
 public:
     static constexpr quint16 DefaultPort = 8004;
+    static constexpr std::chrono::milliseconds DefaultAnswerLimit{5000};
 
     struct SubSystem
     {
@@ -84,6 +88,12 @@ public:
     /// False, and no change, for a text that can be no address.
     bool SetListenAddress(const QString& address);
 
+    /// How long a question to a recorder's service may take.
+    std::chrono::milliseconds AnswerLimit() const { return m_answerLimit; }
+
+    /// False, and no change, for a limit that is not from 1 ms to 10 min.
+    bool SetAnswerLimit(std::chrono::milliseconds limit);
+
     /// Path of a sub system on the value tree.
     static QString MakeRootPath(const QString& subSystem);
 
@@ -94,6 +104,7 @@ private:
     std::vector<SubSystem> m_subSystems;
     QString m_current;
     QString m_listenAddress;
+    std::chrono::milliseconds m_answerLimit = DefaultAnswerLimit;
 };
 
 } // namespace ZelkoCommon
