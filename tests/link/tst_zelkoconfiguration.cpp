@@ -14,6 +14,8 @@ class TestZelkoConfiguration : public QObject
 private Q_SLOTS:
     void readsASiteFile();
     void fillsInWhatIsLeftOut();
+    void readsHowLongAQuestionMayTake_data();
+    void readsHowLongAQuestionMayTake();
     void readsWhereTheServiceIs_data();
     void readsWhereTheServiceIs();
     void readsForWhomToAct();
@@ -51,6 +53,33 @@ void TestZelkoConfiguration::fillsInWhatIsLeftOut()
     QCOMPARE(site->GetCurrentSubSystem(), "a");
     QCOMPARE(site->Find("a")->port, 8004);
     QCOMPARE(site->ListenAddress(), QString());
+    QCOMPARE(site->AnswerLimit().count(), 5000);
+}
+
+void TestZelkoConfiguration::readsHowLongAQuestionMayTake_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<qint64>("limit"); // -1: refused
+    QTest::newRow("the shortest") << QByteArray("1") << qint64(1);
+    QTest::newRow("another one") << QByteArray("2500") << qint64(2500);
+    QTest::newRow("the longest") << QByteArray("600000") << qint64(600000);
+    QTest::newRow("none") << QByteArray("0") << qint64(-1);
+    QTest::newRow("a longer one") << QByteArray("600001") << qint64(-1);
+    QTest::newRow("a huge one") << QByteArray("1e300") << qint64(-1);
+    QTest::newRow("half a millisecond") << QByteArray("1.5") << qint64(-1);
+    QTest::newRow("a text") << QByteArray("\"2500\"") << qint64(-1);
+    QTest::newRow("null") << QByteArray("null") << qint64(-1);
+}
+
+void TestZelkoConfiguration::readsHowLongAQuestionMayTake()
+{
+    QFETCH(const QByteArray, value);
+    QFETCH(const qint64, limit);
+    QString error;
+    const auto site = ZelkoConfiguration::fromJson(
+        R"({"subSystems": [{"name": "a", "host": "h"}], "answerLimitMs": )" + value + "}", &error);
+    QCOMPARE(site ? qint64(site->AnswerLimit().count()) : -1, limit);
+    QCOMPARE(error.contains("answer limit"), limit < 0);
 }
 
 void TestZelkoConfiguration::readsWhereTheServiceIs_data()

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void aLostLinkOfAnotherSubSystemDoesNot();
     void withoutConnectionDataNothingIsThere();
     void theLimitIsThatOfTheService();
+    void theLimitIsThatOfTheSite();
 };
 
 void tst_ZelkoGuiToServerCorbaHandler::givesWhatItWasGiven()
@@ -129,6 +130,14 @@ void tst_ZelkoGuiToServerCorbaHandler::theLimitIsThatOfTheService()
     handler.setLimit(std::chrono::milliseconds(700));
     QCOMPARE(handler.limit(), std::chrono::milliseconds(700));
     QCOMPARE(handler.service().limit(), std::chrono::milliseconds(700));
+}
+
+void tst_ZelkoGuiToServerCorbaHandler::theLimitIsThatOfTheSite()
+{
+    auto site = ServiceSite::configuration(1);
+    QVERIFY(site.SetAnswerLimit(std::chrono::milliseconds(700)));
+    const ZelkoGuiToServerCorbaHandler handler(std::make_shared<FakeConnectionData>(site));
+    QCOMPARE(handler.limit(), std::chrono::milliseconds(700));
 }
 
 QTEST_GUILESS_MAIN(tst_ZelkoGuiToServerCorbaHandler)

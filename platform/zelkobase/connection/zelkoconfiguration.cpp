@@ -20,6 +20,7 @@ namespace {
 
 constexpr qint64 maxFileSize = 1024 * 1024;
 constexpr qsizetype maxReference = 4096;
+constexpr std::chrono::milliseconds maxAnswerLimit = std::chrono::minutes(10);
 
 QString tr(const char* text)
 {
@@ -139,11 +140,22 @@ bool readTls(const QJsonValue& value, ZelkoConfiguration& configuration, QString
            fail(error, tr("its \"tls\" needs the names of two files, \"authority\" and \"key\""));
 }
 
+// A whole number only: what merely rounds to one is a slip of whoever wrote it.
+bool readAnswerLimit(const QJsonValue& value, ZelkoConfiguration& configuration, QString* error)
+{
+    const double number = value.toDouble(0);
+    const bool isWhole = number >= 1 && number <= double(maxAnswerLimit.count()) && number == std::floor(number);
+    return value.isUndefined() ||
+           (isWhole && configuration.SetAnswerLimit(std::chrono::milliseconds(qint64(number)))) ||
+           fail(error, tr("its answer limit is not a number of milliseconds from 1 to 600000"));
+}
+
 bool readObject(const QJsonObject& object, ZelkoConfiguration& configuration, QString* error)
 {
     return readSubSystems(object.value(QLatin1String("subSystems")).toArray(), configuration, error) &&
            readCurrent(object.value(QLatin1String("currentSubSystem")), configuration, error) &&
            readListenAddress(object.value(QLatin1String("listen")), configuration, error) &&
+           readAnswerLimit(object.value(QLatin1String("answerLimitMs")), configuration, error) &&
            readTls(object.value(QLatin1String("tls")), configuration, error);
 }
 
@@ -238,6 +250,15 @@ bool ZelkoConfiguration::SetTls(const TlsOptions& options)
         return false;
     }
     m_tls = options;
+    return true;
+}
+
+bool ZelkoConfiguration::SetAnswerLimit(std::chrono::milliseconds limit)
+{
+    if (limit.count() < 1 || limit > maxAnswerLimit) {
+        return false;
+    }
+    m_answerLimit = limit;
     return true;
 }
 

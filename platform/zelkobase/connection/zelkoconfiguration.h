@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -23,6 +24,7 @@ namespace ZelkoCommon {
 ///             { "name": "south", "host": "192.0.2.7", "service": "corbaname::192.0.2.1#south/recorder" }
 ///         ],
 ///         "listen": "192.0.2.20",
+///         "answerLimitMs": 5000,
 ///         "tls": { "authority": "site-ca.pem", "key": "console.pem" }
 ///     }
 ///
@@ -31,13 +33,13 @@ namespace ZelkoCommon {
 /// himself.
 ///
 /// "port" is 8004 and "currentSubSystem" the first one when left out. "service" is where the recorder's service is
-/// found when that is not at the same host and port: a corbaloc or a corbaname, whose
-/// places say their hosts ("rir:" does not), or an IOR. A name of a host in the first two is looked up within the time
-/// limit of a question; in an IOR, and in what a naming service answers, it is not limited, so addresses should stand
-/// there. "listen" is the address of this machine on which the
-/// recorder servers call back: one of its own addresses, or "0.0.0.0" for all of them. When it is left out an
-/// application finds it out by itself: loopback while all recorder servers are on this machine, else the address that
-/// leads to them. It is needed where they are reached by more than one interface.
+/// found when that is not at the same host and port: a corbaloc or a corbaname, whose places say their hosts ("rir:"
+/// does not), or an IOR. A name of a host in the first two is looked up within the time limit of a question; in an IOR,
+/// and in what a naming service answers, it is not limited, so addresses should stand there. "answerLimitMs" is how
+/// long a question to the service may take, in milliseconds, from 1 to 600000; 5000 when left out. "listen" is the
+/// address of this machine on which the recorder servers call back: one of its own addresses, or "0.0.0.0" for all of
+/// them. When it is left out an application finds it out by itself: loopback while all recorder servers are on this
+/// machine, else the address that leads to them. It is needed where they are reached by more than one interface.
 ///
 /// With "tls" the application talks through TLS and not otherwise, with all of the site's recorders. "authority" is a
 /// file with the certificates that those of the recorders are signed with, "key" one with the certificate and the
@@ -47,6 +49,7 @@ class ZELKOBASECONNECTION_EXPORT ZelkoConfiguration
 {
 public:
     static constexpr quint16 DefaultPort = 8004;
+    static constexpr std::chrono::milliseconds DefaultAnswerLimit{5000};
 
     struct SubSystem
     {
@@ -97,6 +100,12 @@ public:
     /// False, and no change, when a file is missing.
     bool SetTls(const TlsOptions& options);
 
+    /// How long a question to a recorder's service may take.
+    std::chrono::milliseconds AnswerLimit() const { return m_answerLimit; }
+
+    /// False, and no change, for a limit that is not from 1 ms to 10 min.
+    bool SetAnswerLimit(std::chrono::milliseconds limit);
+
     /// Path of a sub system on the value tree.
     static QString MakeRootPath(const QString& subSystem);
 
@@ -108,6 +117,7 @@ private:
     QString m_current;
     QString m_listenAddress;
     std::optional<TlsOptions> m_tls;
+    std::chrono::milliseconds m_answerLimit = DefaultAnswerLimit;
 };
 
 } // namespace ZelkoCommon

@@ -64,6 +64,9 @@ ZelkoGuiToServerCorbaHandler::ZelkoGuiToServerCorbaHandler(const QString& subSys
     d->connectionData = std::move(connectionData);
     d->reference = service;
     d->followLink();
+    if (const auto configuration = d->connectionData ? d->connectionData->GetConfiguration() : nullptr) {
+        setLimit(configuration->AnswerLimit());
+    }
 }
 
 ZelkoGuiToServerCorbaHandler::ZelkoGuiToServerCorbaHandler(std::shared_ptr<AbstractServerConnectionData> connectionData)
