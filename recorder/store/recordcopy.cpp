@@ -115,6 +115,7 @@ void RecordCopy::describe(const QString& name)
     m_target.SetBookmarkEntry(bookmarksWithin(*m_source, timeline, m_parts));
     appendComment(m_target, QStringLiteral("Copied from %1").arg(m_source->GetRecordID()), m_now);
     closeAtLastIndexEntry(m_target);
+    m_target.SetDeletable(true); // the protection of the original is not for its copies
 }
 
 // Its begin, what the index has in between, and its end.
