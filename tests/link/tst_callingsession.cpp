@@ -10,6 +10,8 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <atomic>
+#include <future>
 #include <mutex>
 #include <vector>
 
@@ -32,9 +34,26 @@ public:
         note();
         return ZelkoTreeLink::ROLE_VIEWER;
     }
-    void write(ZelkoTreeLink::SessionId, const ZelkoTreeLink::Batch&, ZelkoTreeLink::Checksum) override { note(); }
+    void write(ZelkoTreeLink::SessionId, const ZelkoTreeLink::Batch&, ZelkoTreeLink::Checksum) override
+    {
+        note();
+        m_held.wait(true);
+    }
     void detach(ZelkoTreeLink::SessionId) override { note(); }
 
+    /// Calls of `write` stay inside until they are released.
+    void hold() { m_held = true; }
+    void release()
+    {
+        m_held = false;
+        m_held.notify_all();
+    }
+
+    std::size_t count()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_sessions.size();
+    }
     std::vector<std::uint64_t> take()
     {
         const std::lock_guard lock(m_mutex);
@@ -50,6 +69,7 @@ private:
 
     std::mutex m_mutex;
     std::vector<std::uint64_t> m_sessions;
+    std::atomic<bool> m_held = false;
 };
 
 using Sessions = std::vector<std::uint64_t>;
@@ -89,6 +109,7 @@ private Q_SLOTS:
     void isNoneForACallWithoutAPass();
     void isNamedInEachCall();
     void isNamedInTheFirstCallOfAConnection();
+    void isNamedInACallBesideAnother();
     void isNamedWhereTheCallIsRefused();
     void isToldToItsOwnAddressOnly();
     void endsWithItsPass();
@@ -171,6 +192,20 @@ void TestCallingSession::isNamedInTheFirstCallOfAConnection()
     const CallingSession::Pass pass(second, addressOf(fresh));
     server->detach(0);
     QCOMPARE(m_server->take(), Sessions{second});
+}
+
+// The second call gets a connection of its own, which is not there yet when the session is to be named.
+void TestCallingSession::isNamedInACallBesideAnother()
+{
+    const ZelkoTreeLink::TreeServer_var server = remote(*m_here);
+    const CallingSession::Pass pass(first, addressOf(*m_here));
+    m_server->hold();
+    auto held = std::async(std::launch::async, [&] { server->write(0, {}, 0); });
+    QTRY_COMPARE(m_server->count(), std::size_t{1});
+    server->detach(0);
+    m_server->release();
+    held.get();
+    QCOMPARE(m_server->take(), (Sessions{first, first}));
 }
 
 void TestCallingSession::isNamedWhereTheCallIsRefused()

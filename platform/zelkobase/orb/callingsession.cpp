@@ -108,8 +108,7 @@ std::uint64_t readContext(const IOP::ServiceContext& context)
     return session;
 }
 
-// The address of a connection whose peer cannot be told, since it is just being made or has been cut already, is where
-// it leads to.
+// A connection that is only made when the call is sent has no peer yet, but a place to which it leads.
 std::uint64_t sessionFor(SendRequest::info_T& request)
 {
     const char* const peer = request.peeraddress();
