@@ -96,14 +96,13 @@ void TestOverviewDesk::sendsToNobodyElse()
 void TestOverviewDesk::sendsToAClientOfTheNewerFamily()
 {
     QUdpSocket target;
-    if (!target.bind(QHostAddress::LocalHostIPv6)) {
-        QSKIP("this machine has no IPv6");
-    }
+    const bool comesHere = target.bind(QHostAddress::LocalHostIPv6); // not on a machine without that family
+    QVERIFY(comesHere || target.bind(QHostAddress::LocalHost));
     OverviewDesk desk({});
     OverviewWish wish = wishOf(target, 1);
     wish.host = "[0::1]";
     QCOMPARE(desk.begin(device(), wish, "::1"), ServiceStatus::None);
-    QTRY_VERIFY_WITH_TIMEOUT(target.hasPendingDatagrams(), 30000);
+    QTRY_COMPARE_WITH_TIMEOUT(target.hasPendingDatagrams(), comesHere, 30000);
 }
 
 // The first of them would take half an hour.
