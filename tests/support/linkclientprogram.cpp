@@ -1,16 +1,14 @@
 // A client process of the tree link for tests that stop or kill it. It answers each line of its standard input by one
 // line.
 
+#include "inputlines.h"
 #include "linkclient.h"
 
 #include <zelkobase/maps/itemmaptypes.h>
 
 #include <QCoreApplication>
-#include <QSocketNotifier>
 
 #include <iostream>
-
-#include <unistd.h>
 
 namespace {
 
@@ -31,19 +29,7 @@ int main(int argc, char* argv[])
     zelko::registerItemMapTypes();
     ZelkoCommon::Orb orb({});
     const LinkClient client(orb, application.arguments().value(1).toUShort());
-    QByteArray line;
-    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, &application, [&] {
-        char byte = 0;
-        if (read(STDIN_FILENO, &byte, 1) != 1) {
-            QCoreApplication::quit();
-        } else if (byte != '\n') {
-            line.append(byte);
-        } else {
-            const QString words = QString::fromUtf8(std::exchange(line, {}));
-            std::cout << answer(client, words.split(' ')).toStdString() << std::endl;
-        }
-    });
+    const ZelkoTest::InputLines input([&](const QStringList& words) { return answer(client, words); });
     std::cout << "READY port=" << orb.port() << std::endl;
     return application.exec();
 }
