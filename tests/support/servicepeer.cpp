@@ -4,14 +4,17 @@
 #include <zelkobase/orb/corbatext.h>
 #include <zelkobase/service/serviceaddress.h>
 
+#include <condition_variable>
+#include <mutex>
+
 using ZelkoCommon::fromCorba;
 using ZelkoCommon::toCorba;
 
 // What the servants, which the ORB may keep for longer than the peer, share with it.
 struct ServicePeer::Script
 {
-    mutable QMutex mutex;
-    QWaitCondition changed;
+    mutable std::mutex mutex;
+    std::condition_variable changed;
     QStringList calls;
     std::map<QString, unsigned long> answers;
     std::map<QString, std::function<void()>> actions;
@@ -32,11 +35,11 @@ struct ServicePeer::Script
         std::function<void()> action;
         unsigned long answer = 0;
         {
-            QMutexLocker lock(&mutex);
+            std::unique_lock lock(mutex);
             noteCaller();
             calls << (QStringList(operation) << arguments).join(QLatin1Char(' '));
             while (isHeld) {
-                changed.wait(&mutex);
+                changed.wait(lock);
             }
             action = actions[operation];
             answer = answers[operation];
@@ -139,7 +142,7 @@ public:
     CORBA::ULong getRecord(const char* device, const char* record, QD_ZLK::RecordInfo_out recordData) override
     {
         {
-            const QMutexLocker lock(&m_script->mutex);
+            const std::lock_guard lock(m_script->mutex);
             recordData = new QD_ZLK::RecordInfo(m_script->record);
         }
         return take("getRecord", {device, record});
@@ -254,7 +257,7 @@ private:
 // As a call does, but without a line for it.
 QD_ZLK::IF_ZELKO_Admin_ptr RootServant::getZelkoAdminInterface()
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     m_script->noteCaller();
     ++m_script->adminRequests;
     if (m_script->isWithoutAdmin) {
@@ -289,7 +292,7 @@ void ServicePeer::publish()
     const PortableServer::Servant_var<AdminServant> admin(new AdminServant(m_script));
     const PortableServer::Servant_var<RootServant> root(new RootServant(m_script));
     {
-        const QMutexLocker lock(&m_script->mutex);
+        const std::lock_guard lock(m_script->mutex);
         m_script->adminKey = "Admin" + QByteArray::number(++m_script->identities);
         m_script->adminReference = QStringLiteral("corbaloc::1.2@127.0.0.1:%1/%2").arg(m_port).arg(m_script->adminKey);
     }
@@ -314,56 +317,56 @@ void ServicePeer::restart()
 
 QStringList ServicePeer::calls() const
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     return m_script->calls;
 }
 
 int ServicePeer::adminRequests() const
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     return m_script->adminRequests;
 }
 
 bool ServicePeer::wasCalledOverNetwork() const
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     return !m_script->isLocal && (m_script->adminRequests > 0 || !m_script->calls.isEmpty());
 }
 
 void ServicePeer::forgetCalls()
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     m_script->calls.clear();
     m_script->adminRequests = 0;
 }
 
 void ServicePeer::setAnswer(const QString& operation, unsigned long code)
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     m_script->answers[operation] = code;
 }
 
 void ServicePeer::setAction(const QString& operation, std::function<void()> action)
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     m_script->actions[operation] = std::move(action);
 }
 
 void ServicePeer::setHeld(bool held)
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     m_script->isHeld = held;
-    m_script->changed.wakeAll();
+    m_script->changed.notify_all();
 }
 
 void ServicePeer::setWithoutAdmin(bool without)
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     m_script->isWithoutAdmin = without;
 }
 
 void ServicePeer::setRecord(const QD_ZLK::RecordInfo& record)
 {
-    const QMutexLocker lock(&m_script->mutex);
+    const std::lock_guard lock(m_script->mutex);
     m_script->record = record;
 }

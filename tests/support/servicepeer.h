@@ -5,9 +5,7 @@
 
 #include <zelkoidl/recorderservice.hh>
 
-#include <QMutex>
 #include <QStringList>
-#include <QWaitCondition>
 
 #include <functional>
 #include <map>
