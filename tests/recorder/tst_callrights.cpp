@@ -1,34 +1,22 @@
+#include "loglines.h"
+
 #include <recorder/service/callrights.h>
 
-#include <QStringList>
 #include <QTest>
 
 #include <omniORB4/CORBA.h>
 
+#include <optional>
+
 using namespace ZelkoRecorder;
-
-namespace {
-
-QStringList written;
-
-void keep(QtMsgType, const QMessageLogContext&, const QString& text)
-{
-    written.append(text);
-}
-
-} // namespace
 
 class TestCallRights : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        written.clear();
-        m_before = qInstallMessageHandler(keep);
-    }
-    void cleanup() { qInstallMessageHandler(m_before); }
+    void init() { m_log.emplace(); }
+    void cleanup() { m_log.reset(); }
     void allowsWhatTheRoleOfTheCallerAllows();
     void saysWhoWasRefusedWhat();
     void isNotALineForEachOfManyRefusals();
@@ -36,14 +24,14 @@ private Q_SLOTS:
 
 private:
     const CallRights m_rights{[] { return Caller{"anna", Role::Viewer}; }};
-    QtMessageHandler m_before = nullptr;
+    std::optional<ZelkoTest::LogLines> m_log;
 };
 
 void TestCallRights::allowsWhatTheRoleOfTheCallerAllows()
 {
     QVERIFY(m_rights.allow(Action::Look));
     m_rights.require(Action::Look);
-    QCOMPARE(written, QStringList());
+    QCOMPARE(m_log->lines(), QStringList());
     QVERIFY(!m_rights.allow(Action::CopyRecord));
     QVERIFY_EXCEPTION_THROWN(m_rights.require(Action::CopyRecord), CORBA::NO_PERMISSION);
 }
@@ -52,7 +40,7 @@ void TestCallRights::saysWhoWasRefusedWhat()
 {
     const CallRights rights([] { return Caller{"anna", Role::Viewer}; });
     rights.allow(Action::CopyRecord);
-    QCOMPARE(written, QStringList("refused: a call of user \"anna\" (viewer) at : may not copy a record"));
+    QCOMPARE(m_log->lines(), QStringList("refused: a call of user \"anna\" (viewer) at : may not copy a record"));
 }
 
 // The rights of the servants are made of the same.
@@ -64,8 +52,8 @@ void TestCallRights::isNotALineForEachOfManyRefusals()
         QVERIFY(!rights.allow(Action::Replay));
         QVERIFY(!within.allow(Action::Replay));
     }
-    QVERIFY(!written.isEmpty());
-    QVERIFY(written.size() < 500); // some for each period that the tries took
+    QVERIFY(!m_log->lines().isEmpty());
+    QVERIFY(m_log->lines().size() < 500); // some for each period that the tries took
 }
 
 void TestCallRights::asksForNobodyOnceTheGateIsClosed()
