@@ -16,6 +16,7 @@
 #include <memory>
 #include <optional>
 
+using ZelkoConsole::DialogAnswer;
 using ZelkoTest::ActionSite;
 
 namespace {
@@ -53,7 +54,7 @@ std::optional<double> deleteThem(ActionSite& site)
 {
     const QStringList ids = deletableOnes(site);
     QElapsedTimer clock;
-    const ModalAnswer yes([&](QWidget* box) {
+    const DialogAnswer yes([&](QWidget* box) {
         clock.start();
         answers::click(QMessageBox::Yes)(box);
     });

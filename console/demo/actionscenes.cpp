@@ -1,8 +1,9 @@
 #include <console/demo/scenes.h>
 
-#include <console/demo/operatorhands.h>
 #include <console/demo/scenepainter.h>
 #include <console/demo/windowscene.h>
+#include <console/hands/dialoganswer.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
@@ -33,10 +34,6 @@ ConsoleWindow& openFilled(WindowScene& scene)
     ConsoleWindow& window = scene.open();
     scene.connectNorth();
     scene.fill(WindowScene::north(), WindowScene::recorder1(), 12);
-    const auto* const controller = window.records()->controller();
-    if (!QTest::qWaitFor([controller] { return controller->isConnected(); }, patience)) {
-        qWarning("the pictures show a device that cannot be worked on");
-    }
     return window;
 }
 
@@ -50,7 +47,7 @@ void select(ConsoleWindow& window, int row)
 // Triggers an action that opens a dialog, and paints that.
 void paintDialogOf(ScenePainter& painter, QAction* action, const char* scene)
 {
-    const operatorhands::DialogAnswer answer([&](QWidget& dialog) { painter.paint(dialog, scene); });
+    const DialogAnswer answer([&](QWidget* dialog) { painter.paint(*dialog, scene); });
     action->trigger();
 }
 
@@ -97,7 +94,7 @@ void paintDenied(ScenePainter& painter)
     WindowScene scene({WindowScene::north(), WindowScene::south()}, WindowScene::recorder1(), false);
     scene.user().logIn({QStringLiteral("mallory"), QStringLiteral("guess")});
     ConsoleWindow& window = scene.open();
-    const operatorhands::DialogAnswer again([&](QWidget& dialog) { painter.paint(dialog, "login-dialog-denied"); });
+    const DialogAnswer again([&](QWidget* dialog) { painter.paint(*dialog, "login-dialog-denied"); });
     scene.site().setStatus(WindowScene::north(), {LinkState::Denied, QStringLiteral("user or password are wrong")});
     if (!QTest::qWaitFor([&again] { return again.wasGiven(); }, patience)) {
         qWarning("the pictures lack the dialog that comes again");

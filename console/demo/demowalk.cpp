@@ -1,9 +1,10 @@
 #include <console/demo/demowalk.h>
 
 #include <console/demo/appearance.h>
-#include <console/demo/operatorhands.h>
 #include <console/demo/shownrecords.h>
 #include <console/devices/devicelistview.h>
+#include <console/hands/dialoganswer.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
@@ -171,9 +172,9 @@ bool DemoWalk::chooseRecord()
 bool DemoWalk::renameRecord()
 {
     const QString name = QStringLiteral("Renamed by the operator");
-    const operatorhands::DialogAnswer answer([&](QWidget& dialog) {
-        takePicture(dialog, "5-rename");
-        auto* const field = dialog.findChild<QLineEdit*>();
+    const DialogAnswer answer([&](QWidget* dialog) {
+        takePicture(*dialog, "5-rename");
+        auto* const field = dialog->findChild<QLineEdit*>();
         QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClicks(field, name);
         QTest::keyClick(field, Qt::Key_Return);
@@ -200,9 +201,9 @@ bool DemoWalk::keepRecord()
 
 bool DemoWalk::deleteRecord()
 {
-    const operatorhands::DialogAnswer answer([this](QWidget& dialog) {
-        takePicture(dialog, "8-delete");
-        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes), Qt::LeftButton);
+    const DialogAnswer answer([this](QWidget* dialog) {
+        takePicture(*dialog, "8-delete");
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes), Qt::LeftButton);
     });
     return clickAction(Controller::UserActionDelete) &&
            (answer.wasGiven() || fail(QStringLiteral("the recording was deleted without a question"))) &&

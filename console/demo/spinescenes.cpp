@@ -4,7 +4,7 @@
 #include <console/demo/scenepainter.h>
 #include <console/demo/windowscene.h>
 #include <console/devices/devicelistview.h>
-#include <console/records/devicerecords.h>
+#include <console/hands/dialoganswer.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/widgets/connectionbadge.h>
@@ -14,8 +14,6 @@
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QMenu>
-#include <QMessageBox>
-#include <QTimer>
 
 namespace ZelkoConsole {
 namespace {
@@ -66,7 +64,7 @@ void paintLongNames(ScenePainter& painter)
     const QString device = QStringLiteral("Wideband-recorder-with-a-name-that-somebody-thought-about-for-long");
     WindowScene scene({subSystem, WindowScene::south()}, device);
     ConsoleWindow& window = scene.open();
-    scene.site().connectTo(subSystem);
+    scene.connect(subSystem);
     scene.fill(subSystem, device, 9);
     auto record = sampleRecord(QStringLiteral("R20260504-with-an-identifier-as-long-as-they-come"),
                                QStringLiteral("A name that an operator wrote a whole sentence into, for later"),
@@ -110,11 +108,7 @@ void paintAbout(ScenePainter& painter)
 {
     WindowScene scene;
     ConsoleWindow& window = scene.open();
-    QTimer::singleShot(0, &window, [&painter] {
-        QWidget* const box = QApplication::activeModalWidget();
-        painter.paint(*box, "about");
-        box->close();
-    });
+    const DialogAnswer answer([&painter](QWidget* box) { painter.paint(*box, "about"); });
     window.showAbout();
 }
 

@@ -3,8 +3,8 @@
 #include "patience.h"
 #include "recordlistsetting.h"
 
-#include <console/demo/operatorhands.h>
 #include <console/demo/shownrecords.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>

@@ -2,8 +2,9 @@
 #include "recorderprocess.h"
 #include "recorderstart.h"
 
-#include <console/demo/operatorhands.h>
 #include <console/demo/shownrecords.h>
+#include <console/hands/dialoganswer.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
@@ -258,7 +259,7 @@ private Q_SLOTS:
         const QAction* const rename =
             shown.window.records()->controller()->recordAction(ZelkoGUI::IZelkoGUIController::UserActionRename);
         QTRY_VERIFY_WITH_TIMEOUT(session.role(local) == Role::Viewer && rename->isEnabled(), patience);
-        const operatorhands::DialogAnswer answer([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+        const DialogAnswer answer([](QWidget* dialog) { QTest::keyClick(dialog, Qt::Key_Return); });
         QTest::keyClick(&shown.table, Qt::Key_R, Qt::ControlModifier);
         QVERIFY(answer.wasGiven());
         QTRY_VERIFY_WITH_TIMEOUT(shown.window.messages()->box(), patience);

@@ -1,6 +1,6 @@
 #include "patience.h"
 
-#include <console/demo/operatorhands.h>
+#include <console/hands/operatorhands.h>
 #include <console/widgets/elidedlabel.h>
 
 #include <QTest>

@@ -1,7 +1,7 @@
-#include "modalanswer.h"
 #include "patience.h"
 #include "recordpanesetting.h"
 
+#include <console/hands/dialoganswer.h>
 #include <console/records/selectionreporter.h>
 #include <console/treeobserver.h>
 
@@ -156,7 +156,7 @@ private Q_SLOTS:
     {
         Setting setting(3);
         setting.click(1);
-        const ModalAnswer yes([](QWidget* box) {
+        const DialogAnswer yes([](QWidget* box) {
             QCOMPARE(qobject_cast<QMessageBox*>(box)->text(), QStringLiteral("Really delete record with ID\n'r01'?"));
             answer(box, QMessageBox::Yes);
         });
@@ -169,7 +169,7 @@ private Q_SLOTS:
     {
         Setting setting(3);
         setting.click(1);
-        const ModalAnswer no([](QWidget* box) { answer(box, QMessageBox::No); });
+        const DialogAnswer no([](QWidget* box) { answer(box, QMessageBox::No); });
         setting.clickToolButton(Controller::UserActionDelete);
         QVERIFY(no.wasGiven());
         QCOMPARE(setting.command(names::deleteRecordingList), QString());
@@ -181,7 +181,7 @@ private Q_SLOTS:
         setting.site.setRecord(setting.north, setting.device, keptRecord(2));
         setting.click(2);
         setting.click(0, Qt::ShiftModifier);
-        const ModalAnswer yes([](QWidget* box) { answer(box, QMessageBox::Yes); });
+        const DialogAnswer yes([](QWidget* box) { answer(box, QMessageBox::Yes); });
         QTest::keyClick(&setting.table, Qt::Key_X, Qt::ControlModifier);
         QVERIFY(yes.wasGiven());
         QCOMPARE(setting.command(names::deleteRecordingList), QStringLiteral("r01@r00"));
@@ -210,7 +210,7 @@ private Q_SLOTS:
     {
         Setting setting(1);
         setting.click(0);
-        const ModalAnswer cancel([](QWidget* dialog) {
+        const DialogAnswer cancel([](QWidget* dialog) {
             QCOMPARE(dialog->findChild<QLineEdit*>()->text(), QStringLiteral("name 0"));
             QTest::keyClick(dialog, Qt::Key_Escape);
         });

@@ -1,8 +1,8 @@
 #include "patience.h"
 #include "recordlistsetting.h"
 
-#include <console/demo/operatorhands.h>
 #include <console/demo/shownrecords.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/recordsortmodel.h>
 #include <console/records/recordtableview.h>
 

@@ -1,7 +1,7 @@
 #include "patience.h"
 #include "recordlistsetting.h"
 
-#include <console/demo/operatorhands.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/selectionreporter.h>
 
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>

@@ -1,7 +1,7 @@
-#include "modalanswer.h"
 #include "patience.h"
 
 #include <console/demo/samplesite.h>
+#include <console/hands/dialoganswer.h>
 #include <console/session/consoleuser.h>
 #include <console/window/usermenu.h>
 
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(setting.entries(), QStringList({QStringLiteral("Log &In…"), QStringLiteral("Log &Out")}));
         QCOMPARE(setting.menu->userText(), QStringLiteral("not logged in"));
         QVERIFY(!setting.menu->actions().at(1)->isEnabled());
-        const ModalAnswer login([](QWidget* dialog) {
+        const DialogAnswer login([](QWidget* dialog) {
             enter(dialog, "userName", "anna");
             enter(dialog, "password", "pass");
             QTest::keyClick(dialog, Qt::Key_Return);
@@ -144,7 +144,7 @@ private Q_SLOTS:
     void asksOnlyForThePasswordOfAUserWhoIsNamed()
     {
         const Setting setting(false);
-        const ModalAnswer login([](QWidget* dialog) {
+        const DialogAnswer login([](QWidget* dialog) {
             QCOMPARE(dialog->findChild<QLineEdit*>(QStringLiteral("userName"))->text(), QStringLiteral("berta"));
             enter(dialog, "password", "pass");
             QTest::keyClick(dialog, Qt::Key_Return);
@@ -157,7 +157,7 @@ private Q_SLOTS:
     void logsNobodyInWhenTheDialogIsLeft()
     {
         const Setting setting(false);
-        const ModalAnswer cancel([](QWidget* dialog) {
+        const DialogAnswer cancel([](QWidget* dialog) {
             enter(dialog, "userName", "anna");
             QTest::keyClick(dialog, Qt::Key_Escape);
         });
@@ -172,7 +172,7 @@ private Q_SLOTS:
         Setting setting(false);
         auto* const window = new QWidget;
         auto* const menu = new UserMenu(setting.user.get(), window);
-        const ModalAnswer end([window](QWidget*) { delete window; });
+        const DialogAnswer end([window](QWidget*) { delete window; });
         menu->actions().at(0)->trigger();
         QVERIFY(end.wasGiven());
         QCOMPARE(setting.site.actsFor(), LinkCredentials());
@@ -182,7 +182,7 @@ private Q_SLOTS:
     {
         Setting setting(false);
         setting.user->logIn({QStringLiteral("anna"), QStringLiteral("wrong")});
-        const ModalAnswer login([](QWidget* dialog) {
+        const DialogAnswer login([](QWidget* dialog) {
             const auto* const reason = dialog->findChild<QLabel*>(QStringLiteral("reason"));
             QVERIFY(reason->isVisible());
             QCOMPARE(reason->text(), QStringLiteral("Access denied: user or password are wrong."));
@@ -201,7 +201,7 @@ private Q_SLOTS:
         Setting setting(false);
         setting.user->logIn({QStringLiteral("anna"), QStringLiteral("wrong")});
         int asked = 0;
-        const ModalAnswer cancel([&asked](QWidget* dialog) {
+        const DialogAnswer cancel([&asked](QWidget* dialog) {
             ++asked;
             QTest::keyClick(dialog, Qt::Key_Escape);
         });
@@ -211,6 +211,21 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QVERIFY(!QApplication::activeModalWidget());
         QCOMPARE(setting.menu->userText(), QStringLiteral("anna (access denied)"));
+    }
+
+    // The answer was on its way to the menu when somebody else began to work here.
+    void doesNotAskTheNextUserForTheDenialOfTheOneBefore()
+    {
+        Setting setting(false);
+        setting.user->logIn({QStringLiteral("anna"), QStringLiteral("wrong")});
+        const DialogAnswer unwanted([](QWidget* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        setting.deny();
+        setting.user->logIn({QStringLiteral("berta"), QStringLiteral("right")});
+        setting.site.setRole(QStringLiteral("north"), ZelkoCommon::Role::Operator);
+        setting.site.connectTo(QStringLiteral("north"));
+        QCoreApplication::processEvents(); // in which the dialog would come and block
+        QVERIFY(!unwanted.wasGiven());
+        QCOMPARE(setting.menu->userText(), QStringLiteral("berta (operator)"));
     }
 
     void logsOut()

@@ -2,10 +2,10 @@
 
 #include "controllersite.h"
 #include "faultproxy.h"
-#include "modalanswer.h"
 #include "servicepeer.h"
 #include "testrecords.h"
 
+#include <console/hands/dialoganswer.h>
 #include <resources/zelkoicons.h>
 #include <zelkobase/service/toolbarhelper.h>
 
@@ -21,6 +21,7 @@
 
 using namespace Qt::StringLiterals;
 using ZelkoCommon::ServiceStatus;
+using ZelkoConsole::DialogAnswer;
 using ZelkoGUI::IZelkoGUIController;
 using ZelkoGUI::ZelkoServerGUIController;
 using Record = ZELKO_XML::ZELKO_RecordData;
@@ -169,7 +170,7 @@ void DeviceActionsTest::cleanup()
 
 void DeviceActionsTest::deleteSelected()
 {
-    const ModalAnswer yes([](QWidget* box) {
+    const DialogAnswer yes([](QWidget* box) {
         QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes), Qt::LeftButton);
     });
     trigger(IZelkoGUIController::UserActionDelete);
@@ -205,7 +206,7 @@ void DeviceActionsTest::aDeleteIsOfTheDeviceItBeganOn()
     other.setRecord(makeDeletable(u"D"_s, true));
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     m_log->take();
-    const ModalAnswer yes([this](QWidget* box) {
+    const DialogAnswer yes([this](QWidget* box) {
         m_controller->sl_activeDeviceChanged(u"D2"_s);
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
         m_site->client->take();
@@ -304,7 +305,7 @@ void DeviceActionsTest::rename(const std::function<void(QInputDialog*)>& answer)
 {
     m_controller->sl_selectedRecordsChanged({u"P"_s});
     m_log->take();
-    const ModalAnswer given([&](QWidget* window) {
+    const DialogAnswer given([&](QWidget* window) {
         auto* const dialog = qobject_cast<QInputDialog*>(window);
         QVERIFY(dialog);
         answer(dialog);
@@ -431,7 +432,7 @@ void DeviceActionsTest::theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold()
 void DeviceActionsTest::theControllerMayGoWhileANameIsTyped()
 {
     m_controller->sl_selectedRecordsChanged({u"P"_s});
-    const ModalAnswer given([this](QWidget* window) {
+    const DialogAnswer given([this](QWidget* window) {
         m_controller.reset();
         accept(qobject_cast<QInputDialog*>(window));
     });

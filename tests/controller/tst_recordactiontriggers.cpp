@@ -1,11 +1,11 @@
 #include <zelkoguibase/controller/izelkoguicontroller.h>
 
 #include "fixedrecordmodel.h"
-#include "modalanswer.h"
 #include "scriptedcontroller.h"
 #include "testrecords.h"
 #include "userlogin.h"
 
+#include <console/hands/dialoganswer.h>
 #include <resources/zelkoicons.h>
 
 #include <QAction>
@@ -18,6 +18,7 @@
 #include <optional>
 
 using namespace Qt::StringLiterals;
+using ZelkoConsole::DialogAnswer;
 using Controller = ZelkoGUI::IZelkoGUIController;
 
 namespace {
@@ -171,7 +172,7 @@ void RecordActionTriggersTest::aClickRunsTheAction()
     QFETCH(const int, action);
     QFETCH(const QString, operation);
     m_controller->sl_selectedRecordsChanged({u"D"_s});
-    const ModalAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
+    const DialogAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
     trigger(static_cast<Controller::enUserAction>(action));
     QCOMPARE(yes.wasGiven(), action == Controller::UserActionDelete);
     QCOMPARE(m_controller->take(), (QStringList{operation, u"signal action %1 D"_s.arg(action)}));
@@ -183,7 +184,7 @@ void RecordActionTriggersTest::theShortcutRunsTheAction()
     QFETCH(const QString, operation);
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     m_controller->take();
-    const ModalAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
+    const DialogAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
     const QKeySequence keys = m_controller->recordAction(static_cast<Controller::enUserAction>(action))->shortcut();
     QTest::keySequence(m_window.get(), keys);
     QCOMPARE(m_controller->take(), (QStringList{operation, u"signal action %1 D"_s.arg(action)}));
@@ -194,7 +195,7 @@ void RecordActionTriggersTest::aStaleTriggerDoesNothing()
     QFETCH(const int, action);
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     m_controller->available.setFlag(static_cast<Controller::enUserAction>(action), false);
-    const ModalAnswer no([](QWidget*) {});
+    const DialogAnswer no([](QWidget*) {});
     trigger(static_cast<Controller::enUserAction>(action));
     QCOMPARE(m_controller->take(), QStringList());
     QVERIFY(!no.wasGiven());
@@ -284,7 +285,7 @@ void RecordActionTriggersTest::resynchronisingThatIsNotAvailableDoesNothing()
 BoxContent RecordActionTriggersTest::boxOfDelete(const std::function<void(QMessageBox*)>& answer)
 {
     BoxContent content;
-    const ModalAnswer answered([&](QWidget* window) {
+    const DialogAnswer answered([&](QWidget* window) {
         auto* const box = qobject_cast<QMessageBox*>(window);
         QVERIFY(box);
         content = {box->windowTitle(), box->text(), box->standardButtons(), box->icon(), box->parentWidget()};
@@ -359,7 +360,7 @@ void RecordActionTriggersTest::aDeleteOfNothingDeletableDoesNotAsk()
     QFETCH(const bool, available);
     m_controller->sl_selectedRecordsChanged(selection);
     m_controller->available.setFlag(Controller::UserActionDelete, available);
-    const ModalAnswer answer([](QWidget*) {});
+    const DialogAnswer answer([](QWidget*) {});
     trigger(Controller::UserActionDelete);
     QVERIFY(!answer.wasGiven());
     QCOMPARE(m_controller->take(), QStringList());
@@ -378,7 +379,7 @@ void RecordActionTriggersTest::theParentOfTheBoxMayGoWhileItIsOpen()
 void RecordActionTriggersTest::theControllerMayGoWhileTheBoxIsOpen()
 {
     m_controller->sl_selectedRecordsChanged({u"D"_s});
-    const ModalAnswer answer([this](QWidget* box) {
+    const DialogAnswer answer([this](QWidget* box) {
         m_controller.reset();
         click(box, QMessageBox::Yes);
     });
@@ -417,7 +418,7 @@ void RecordActionTriggersTest::theControllerMayGoWhileAnOperationRuns()
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     QSignalSpy triggered(m_controller.get(), &Controller::si_userActionTriggered);
     m_controller->duringOperation = [this] { m_controller.reset(); };
-    const ModalAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
+    const DialogAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
     m_window->click(static_cast<Controller::enUserAction>(action));
     QVERIFY(!m_controller);
     QCOMPARE(triggered.size(), 0);

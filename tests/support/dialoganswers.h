@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modalanswer.h"
+#include <console/hands/dialoganswer.h>
 
 #include <QDialogButtonBox>
 #include <QInputDialog>

@@ -13,6 +13,7 @@ using namespace ZelkoTest;
 using ZelkoCommon::Role;
 using ZelkoCommon::ServiceStatus;
 using ZelkoCommon::statusCode;
+using ZelkoConsole::DialogAnswer;
 using ZelkoGUI::IZelkoGUIController;
 
 namespace {
@@ -48,13 +49,13 @@ private Q_SLOTS:
 private:
     void rename(const QString& id, const QString& name)
     {
-        const ModalAnswer answer(answers::type(name));
+        const DialogAnswer answer(answers::type(name));
         QVERIFY(m_site->click(IZelkoGUIController::UserActionRename, {id}));
         QVERIFY(answer.wasGiven());
     }
     void answerDeletion(const QStringList& ids, QMessageBox::StandardButton button)
     {
-        const ModalAnswer answer(answers::click(button));
+        const DialogAnswer answer(answers::click(button));
         QVERIFY(m_site->click(IZelkoGUIController::UserActionDelete, ids));
         QVERIFY(answer.wasGiven());
     }

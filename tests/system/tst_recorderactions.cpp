@@ -14,6 +14,7 @@ using ZELKO_XML::BookmarkEntry;
 using ZELKO_XML::ZELKO_RecordData;
 using ZelkoCommon::Role;
 using ZelkoCommon::ServiceStatus;
+using ZelkoConsole::DialogAnswer;
 using ZelkoGUI::IZelkoGUIController;
 using Status = ZELKO_RecordData::RecordStatus;
 
@@ -98,13 +99,13 @@ private:
     static void deleteRecords(ActionSite& site, const QStringList& ids,
                               QMessageBox::StandardButton button = QMessageBox::Yes)
     {
-        const ModalAnswer answer(answers::click(button));
+        const DialogAnswer answer(answers::click(button));
         QVERIFY(site.click(IZelkoGUIController::UserActionDelete, ids));
         QVERIFY(answer.wasGiven());
     }
     static void rename(ActionSite& site, const QString& id)
     {
-        const ModalAnswer answer(answers::type(newName));
+        const DialogAnswer answer(answers::type(newName));
         QVERIFY(site.click(IZelkoGUIController::UserActionRename, {id}));
         QVERIFY(answer.wasGiven());
     }

@@ -15,6 +15,7 @@ using ZELKO_XML::ZELKO_RecordData;
 using ZelkoCommon::Role;
 using ZelkoCommon::ServiceStatus;
 using ZelkoCommon::statusCode;
+using ZelkoConsole::DialogAnswer;
 using ZelkoGUI::GuiToServerExportCorbaHandler;
 using Status = ZELKO_RecordData::RecordStatus;
 
@@ -164,7 +165,7 @@ void TestReplaysAndExports::keepsARecordThatIsReplayed()
 {
     connectAs(Role::Operator);
     const auto deleteIt = [this] {
-        const ModalAnswer yes(answers::click(QMessageBox::Yes));
+        const DialogAnswer yes(answers::click(QMessageBox::Yes));
         QVERIFY(m_site->click(ActionSite::Controller::UserActionDelete, {id}));
         QVERIFY(yes.wasGiven());
     };

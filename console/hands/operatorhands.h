@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QTimer>
-
-#include <functional>
+#include <Qt>
 
 class QPoint;
 class QTableView;
@@ -23,24 +21,6 @@ void pressMenuKey();
 
 /// Moves the pointer onto a widget, which then says in the status bar what it is for.
 void enter(QWidget& widget);
-
-/// What the operator does with the next dialog that asks him something, once it is shown. It is closed when he is done
-/// with it, if it is open still.
-class DialogAnswer
-{
-public:
-    explicit DialogAnswer(std::function<void(QWidget&)> answer);
-
-    /// Whether there was such a dialog.
-    bool wasGiven() const { return m_given; }
-
-private:
-    void look();
-
-    const std::function<void(QWidget&)> m_answer;
-    QTimer m_timer;
-    bool m_given = false;
-};
 
 /// Lets the pointer rest at a place of a widget until it asks for a tool tip.
 void rest(QWidget& widget, const QPoint& place);

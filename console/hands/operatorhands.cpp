@@ -1,11 +1,10 @@
-#include <console/demo/operatorhands.h>
+#include <console/hands/operatorhands.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QEnterEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
-#include <QPointer>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTest>
@@ -42,27 +41,6 @@ void enter(QWidget& widget)
     const QPointF place = widget.rect().center();
     QEnterEvent event(place, widget.mapTo(widget.window(), place), widget.mapToGlobal(place));
     QCoreApplication::sendEvent(&widget, &event);
-}
-
-DialogAnswer::DialogAnswer(std::function<void(QWidget&)> answer)
-    : m_answer(std::move(answer))
-{
-    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
-    m_timer.start(10);
-}
-
-void DialogAnswer::look()
-{
-    const QPointer<QWidget> dialog = QApplication::activeModalWidget();
-    if (!dialog || !dialog->isVisible()) {
-        return;
-    }
-    m_timer.stop();
-    m_given = true;
-    m_answer(*dialog);
-    if (dialog) {
-        dialog->close();
-    }
 }
 
 void rest(QWidget& widget, const QPoint& place)
