@@ -1,12 +1,18 @@
 #include <console/demo/windowscene.h>
 
+#include <console/records/recordpane.h>
 #include <console/window/consolewindow.h>
+
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QApplication>
 #include <QDateTime>
+#include <QTest>
 
 namespace ZelkoConsole {
 namespace {
+
+constexpr int patience = 10'000;
 
 using Status = SampleSite::Record::RecordStatus;
 
@@ -55,6 +61,15 @@ ConsoleWindow& WindowScene::open()
     m_window->show();
     QApplication::processEvents();
     return *m_window;
+}
+
+void WindowScene::connect(const QString& subSystem)
+{
+    m_site.connectTo(subSystem);
+    const auto* const controller = m_window->records()->controller();
+    if (!QTest::qWaitFor([controller] { return controller->isConnected(); }, patience)) {
+        qWarning("the pictures show a device that cannot be worked on");
+    }
 }
 
 void WindowScene::fill(const QString& subSystem, const QString& device, int count)

@@ -23,7 +23,9 @@ public:
     /// Makes the window and shows it.
     ConsoleWindow& open();
 
-    void connectNorth() { m_site.connectTo(north()); }
+    /// Connects the sub system of the device that the window shows, and waits until that can be worked on.
+    void connect(const QString& subSystem);
+    void connectNorth() { connect(north()); }
 
     /// Recordings in different states, the first one being recorded.
     void fill(const QString& subSystem, const QString& device, int count);

@@ -1,12 +1,11 @@
 #pragma once
 
 #include <QObject>
-#include <QString>
 
 #include <memory>
 
 namespace ZelkoGUI {
-class RecordItemMapModel;
+class ZelkoServerGUIController;
 }
 
 namespace ZelkoConsole {
@@ -21,35 +20,28 @@ struct LoadProgress
     bool operator==(const LoadProgress&) const = default;
 };
 
-/// Follows the records of one device on the client's tree: waits until they stand there, and again after they went.
-///
-/// The model is empty while nothing is connected. Somebody else may connect it too, if only to the same device. GUI
-/// thread.
+/// Whether the records of a controller's device are here: what the controller knows of the device, with the rows of its
+/// list that went all at once and are on their way back. GUI thread.
 class DeviceRecords : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `model` gets the records; it outlives this object.
-    explicit DeviceRecords(ZelkoGUI::RecordItemMapModel* model, QObject* parent = nullptr);
+    using Controller = ZelkoGUI::ZelkoServerGUIController;
+
+    /// `controller` outlives this object, or goes while nothing is asked of it any more.
+    explicit DeviceRecords(const Controller* controller, QObject* parent = nullptr);
     ~DeviceRecords() override;
 
-    /// Lets go of the device before and follows the one whose branch stands, or will stand, at `devicePath`; none for
-    /// an empty path. The same path again changes nothing.
-    void follow(const QString& devicePath);
-
-    const QString& devicePath() const;
-
-    /// Whether the map, the load count and the sign of completeness are found.
+    /// Whether the controller has all that it needs of its device.
     bool isConnected() const;
 
     /// Whether the device says that all its records are here. Not while rows that went all at once are on their way
     /// back.
     bool isComplete() const;
 
+    /// Nothing is being loaded while nothing is connected.
     LoadProgress progress() const;
-
-    ZelkoGUI::RecordItemMapModel* model() const;
 
 Q_SIGNALS:
     /// `isConnected()` changed.

@@ -10,7 +10,7 @@ class QRect;
 
 namespace ZelkoConsole {
 
-/// What a table without rows says instead.
+/// What a table without rows says instead; nothing, and without the sign, where the text is empty.
 struct EmptyState
 {
     Glyph glyph = Glyph::Empty;

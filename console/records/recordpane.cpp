@@ -30,6 +30,9 @@ using ZelkoGUI::ZelkoServerGUIController;
 
 namespace {
 
+// Most devices are found at the controller's first look, and a text that stands for no longer is a flicker.
+constexpr std::chrono::milliseconds settlingTime(400);
+
 ZelkoServerGUIController* makeController(const std::shared_ptr<AbstractServerConnectionData>& connection,
                                          ActiveDeviceControl* activeDevice)
 {
@@ -46,7 +49,7 @@ RecordPane::RecordPane(const std::shared_ptr<AbstractServerConnectionData>& conn
     , m_activeDevice(new ActiveDeviceControl(this))
     , m_controller(makeController(connection, m_activeDevice))
     , m_model(qobject_cast<RecordItemMapModel*>(m_controller->recordListModel()))
-    , m_records(new DeviceRecords(m_model, this))
+    , m_records(new DeviceRecords(m_controller.get(), this))
     , m_proxy(new RecordSortModel(this))
     , m_table(new RecordTableView)
     , m_title(new Heading)
@@ -64,6 +67,8 @@ RecordPane::RecordPane(const std::shared_ptr<AbstractServerConnectionData>& conn
     m_reporter = new SelectionReporter(m_table->selectionModel(), this);
     m_summary = new SelectionSummary(m_table->selectionModel(), this);
     m_actions = new RecordActions(m_controller.get(), this);
+    m_settling.setSingleShot(true);
+    m_settling.setInterval(settlingTime);
     arrange();
     connectParts();
     updateTitle();
@@ -94,6 +99,7 @@ void RecordPane::connectParts()
     connect(m_keeper, &SelectionKeeper::done, m_reporter, &SelectionReporter::report);
     connect(m_table, &RecordTableView::menuWanted, m_actions->menu(),
             [this](const QPoint& place) { m_actions->menu()->popup(place); });
+    connect(&m_settling, &QTimer::timeout, this, &RecordPane::updateTexts);
     connect(m_records, &DeviceRecords::connectionChanged, this, &RecordPane::updateTexts);
     connect(m_records, &DeviceRecords::progressChanged, this, &RecordPane::updateProgress);
     connect(m_proxy, &QAbstractItemModel::rowsInserted, this, &RecordPane::updateCount);
@@ -144,11 +150,10 @@ void RecordPane::setDevice(const QString& subSystem, const QString& device)
     }
     m_subSystem = subSystem;
     m_device = device;
-    m_records->follow(QString());
-    m_keeper->forget();                                               // before rows of the other device can come
+    m_settling.start();
     m_connection->GetConfiguration()->SetCurrentSubSystem(subSystem); // in which the controller looks for the device
     m_activeDevice->setActiveDevice(device, subSystem);
-    m_records->follow(device.isEmpty() ? QString() : m_connection->GetDeviceBasePath(device));
+    m_keeper->forget(); // the rows of the device before are gone, and none of this one have come
     updateTitle();
     updateTexts();
 }
@@ -167,9 +172,18 @@ void RecordPane::updateTitle()
 
 void RecordPane::updateTexts()
 {
-    m_table->setEmptyState(
-        emptyState(m_subSystem, m_status, m_device, m_records->isConnected(), m_records->progress().isLoading()));
+    m_table->setEmptyState(isSettling() ? EmptyState() : emptyStateNow());
     updateCount();
+}
+
+bool RecordPane::isSettling() const
+{
+    return m_settling.isActive() && m_status.isConnected() && !m_device.isEmpty() && !m_records->isConnected();
+}
+
+EmptyState RecordPane::emptyStateNow() const
+{
+    return emptyState(m_subSystem, m_status, m_device, m_records->isConnected(), m_records->progress().isLoading());
 }
 
 void RecordPane::updateCount()

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <console/records/emptystate.h>
 #include <console/session/subsystemstatus.h>
 
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -67,6 +69,8 @@ private:
     QWidget* makeStatusWidget();
     void updateTitle();
     void updateTexts();
+    bool isSettling() const;
+    EmptyState emptyStateNow() const;
     void updateCount();
     void updateProgress();
 
@@ -74,6 +78,7 @@ private:
     QString m_subSystem;
     QString m_device;
     SubSystemStatus m_status;
+    QTimer m_settling; // runs for a moment after another device was chosen
     ActiveDeviceControl* m_activeDevice;
     std::unique_ptr<ZelkoGUI::ZelkoServerGUIController> m_controller;
     ZelkoGUI::RecordItemMapModel* m_model; // the controller's

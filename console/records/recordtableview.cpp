@@ -175,7 +175,7 @@ void RecordTableView::contextMenuEvent(QContextMenuEvent* event)
 void RecordTableView::paintEvent(QPaintEvent* event)
 {
     QTableView::paintEvent(event);
-    if (model() && model()->rowCount() == 0) {
+    if (model() && model()->rowCount() == 0 && !m_emptyState.text.isEmpty()) {
         QPainter painter(viewport());
         painter.setFont(font());
         paintEmptyState(painter, viewport()->rect(), m_emptyState, palette());

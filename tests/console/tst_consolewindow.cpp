@@ -1,9 +1,9 @@
 #include "patience.h"
 #include "recordlistsetting.h"
 
-#include <console/demo/operatorhands.h>
 #include <console/demo/shownrecords.h>
 #include <console/devices/devicelistview.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
@@ -53,6 +53,7 @@ struct Setting : RecordListSetting
         window->show();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get(), patience));
+        QTRY_VERIFY_WITH_TIMEOUT(window->records()->controller()->isConnected(), patience);
     }
 
     int rows() const { return window->records()->table()->model()->rowCount(); }
@@ -88,9 +89,9 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(devices.model()->rowCount(devices.model()->index(0, 0)), 2, patience);
         const QModelIndex second = devices.model()->index(1, 0, devices.model()->index(0, 0));
         QTest::mouseClick(devices.viewport(), Qt::LeftButton, Qt::NoModifier, devices.visualRect(second).center());
-        QCOMPARE(setting.rows(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.rows(), 1, patience);
         QTest::keyClick(&devices, Qt::Key_Up);
-        QCOMPARE(setting.rows(), 3);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.rows(), 3, patience);
     }
 
     void givesTheRightsOnTheSubSystemWhoseDeviceIsChosen()
@@ -305,7 +306,6 @@ private Q_SLOTS:
         const auto& controller = *setting.window->records()->controller();
         QCOMPARE(controller.activeDevice(), setting.device);
         QCOMPARE(controller.activeSubsystem(), setting.north);
-        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), patience);
         operatorhands::clickRow(*setting.window->records()->table(), 0);
         QCOMPARE(controller.selectedRecords().size(), 1);
         DeviceListView& devices = *setting.window->devices();
@@ -326,7 +326,6 @@ private Q_SLOTS:
         operatorhands::clickRow(*setting.window->records()->table(), 1);
         const QStringList selected = controller.selectedRecords();
         QCOMPARE(selected.size(), 1);
-        QTRY_VERIFY_WITH_TIMEOUT(controller.isConnected(), patience);
         setting.lose();
         QTRY_VERIFY_WITH_TIMEOUT(!controller.isConnected(), patience);
         QCOMPARE(controller.selectedRecords(), selected);

@@ -1,26 +1,54 @@
 #include "patience.h"
+#include "recordlistsetting.h"
 
-#include <console/demo/samplesite.h>
 #include <console/records/devicerecords.h>
-#include <console/treepaths.h>
 
-#include <zelkoguibase/recordlist/recorditemmapmodel.h>
+#include <host/activedevicecontrol.h>
+#include <valuecore/tree.h>
+#include <zelkobase/connection/abstractserverconnectiondata.h>
+#include <zelkobase/connection/zelkoconfiguration.h>
+#include <zelkobase/names/valuenames.h>
+#include <zelkobase/service/zelkoguitoservercorbahandler.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace ZelkoConsole;
+using ZelkoGUI::ZelkoServerGUIController;
 
 namespace {
 
-const QString north = QStringLiteral("north");
-const QString device = QStringLiteral("A1");
-const QString path = treepath::device(north, device);
-
-SampleSite::RecordPtr record(const char* id)
+// A controller of the device of a site, with nothing chosen yet.
+struct Setting : RecordListSetting
 {
-    return sampleRecord(QLatin1String(id), QStringLiteral("n"), SampleSite::Record::RecordStatus::Finished, 1, 2, 3);
-}
+    explicit Setting(int count = 0)
+        : RecordListSetting(count)
+        , controller(handlerOf(site), &control, QString(), {}, nullptr)
+        , records(&controller)
+    {
+        site.connectionData()->GetConfiguration()->SetCurrentSubSystem(north);
+    }
+
+    static std::shared_ptr<ZelkoGUI::ZelkoGuiToServerCorbaHandler> handlerOf(const SampleSite& site)
+    {
+        return std::make_shared<ZelkoGUI::ZelkoGuiToServerCorbaHandler>(site.connectionData());
+    }
+
+    void choose() { control.setActiveDevice(device, north); }
+
+    void connect()
+    {
+        choose();
+        QTRY_VERIFY_WITH_TIMEOUT(records.isConnected(), patience);
+    }
+
+    int rows() const { return controller.recordListModel()->rowCount(); }
+
+    ActiveDeviceControl control;
+    ZelkoServerGUIController controller;
+    DeviceRecords records;
+};
 
 } // namespace
 
@@ -29,74 +57,78 @@ class TestDeviceRecords : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void knowsNothingBeforeADeviceIsChosen()
+    {
+        const Setting setting(1);
+        QVERIFY(!setting.records.isConnected());
+        QVERIFY(!setting.records.isComplete());
+        QCOMPARE(setting.records.progress(), LoadProgress());
+    }
+
     void findsAListThatIsThere()
     {
-        SampleSite site({north});
-        site.addDevice(north, device);
-        site.setRecord(north, device, record("a"));
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        const QSignalSpy connected(&records, &DeviceRecords::connectionChanged);
-        records.follow(path);
-        QVERIFY(records.isConnected());
-        QVERIFY(records.isComplete());
-        QCOMPARE(records.model()->recordCount(), 1);
+        Setting setting(1);
+        const QSignalSpy connected(&setting.records, &DeviceRecords::connectionChanged);
+        setting.connect();
+        QVERIFY(setting.records.isComplete());
+        QCOMPARE(setting.rows(), 1);
         QCOMPARE(connected.count(), 1);
     }
 
     void waitsForAListThatComesLater()
     {
-        SampleSite site({north});
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        QVERIFY(!records.isConnected());
-        site.addDevice(north, device);
-        QTRY_VERIFY_WITH_TIMEOUT(records.isConnected(), patience);
+        Setting setting;
+        setting.site.removeDevice(setting.north, setting.device);
+        setting.choose();
+        QVERIFY(!setting.records.isConnected());
+        setting.fill(0);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.records.isConnected(), patience);
+    }
+
+    void isConnectedOnlyAsLongAsTheControllerIs()
+    {
+        Setting setting(1);
+        setting.connect();
+        // A device of which a command is missing cannot be worked on, whatever else is there of it.
+        Tree::Instance()->Remove(setting.site.connectionData()->GetBasePath(setting.device) +
+                                 zelko::names::setRecordIdle);
+        QTRY_VERIFY_WITH_TIMEOUT(!setting.records.isConnected(), patience);
+        QVERIFY(!setting.controller.isConnected());
+        QVERIFY(!setting.records.isComplete());
     }
 
     void letsGoWhenTheListGoesAndFindsItAgain()
     {
-        SampleSite site({north});
-        site.addDevice(north, device);
-        site.setRecord(north, device, record("a"));
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        QSignalSpy connection(&records, &DeviceRecords::connectionChanged);
-        site.removeDevice(north, device);
-        QCOMPARE(records.model()->recordCount(), 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!records.isConnected(), patience);
-        site.addDevice(north, device);
-        site.setRecord(north, device, record("a"));
-        QTRY_VERIFY_WITH_TIMEOUT(records.isConnected(), patience);
-        QCOMPARE(records.model()->recordCount(), 1);
+        Setting setting(1);
+        setting.connect();
+        const QSignalSpy connection(&setting.records, &DeviceRecords::connectionChanged);
+        setting.site.removeDevice(setting.north, setting.device);
+        QCOMPARE(setting.rows(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!setting.records.isConnected(), patience);
+        setting.fill(1);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.records.isConnected(), patience);
+        QVERIFY(setting.records.isComplete());
+        QCOMPARE(setting.rows(), 1);
         QCOMPARE(connection.count(), 2);
     }
 
-    void followsNothingForAnEmptyPath()
+    void letsGoWhenNoDeviceIsChosenAnyMore()
     {
-        SampleSite site({north});
-        site.addDevice(north, device);
-        site.setRecord(north, device, record("a"));
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        records.follow(QString());
-        QVERIFY(!records.isConnected());
-        QCOMPARE(records.model()->recordCount(), 0);
-        QCOMPARE(records.devicePath(), QString());
+        Setting setting(1);
+        setting.connect();
+        setting.control.setActiveDevice(QString(), setting.north);
+        QVERIFY(!setting.records.isConnected());
+        QVERIFY(!setting.records.isComplete());
+        QCOMPARE(setting.rows(), 0);
     }
 
-    void staysAsItIsForTheSamePath()
+    void staysAsItIsForTheSameDevice()
     {
-        SampleSite site({north});
-        site.addDevice(north, device);
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        QSignalSpy connection(&records, &DeviceRecords::connectionChanged);
-        records.follow(path);
+        Setting setting;
+        setting.connect();
+        const QSignalSpy connection(&setting.records, &DeviceRecords::connectionChanged);
+        setting.controller.sl_activeDeviceChanged(setting.device);
+        QVERIFY(setting.records.isConnected());
         QCOMPARE(connection.count(), 0);
     }
 
@@ -120,66 +152,63 @@ private Q_SLOTS:
         QFETCH(int, loadCount);
         QFETCH(bool, complete);
         QFETCH(bool, loading);
-        SampleSite site({north});
-        site.addDevice(north, device);
-        site.setLoad(north, device, loadCount, complete);
-        for (int row = 0; row < rows; ++row) {
-            site.setRecord(north, device, record(QByteArray::number(row).constData()));
-        }
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        QCOMPARE(records.progress(), loading ? (LoadProgress{rows, loadCount}) : LoadProgress());
-        QCOMPARE(records.isComplete(), complete);
+        Setting setting(rows);
+        setting.site.setLoad(setting.north, setting.device, loadCount, complete);
+        setting.connect();
+        QCOMPARE(setting.records.progress(), loading ? (LoadProgress{rows, loadCount}) : LoadProgress());
+        QCOMPARE(setting.records.isComplete(), complete);
     }
 
     void tellsEachStepOfTheLoad()
     {
-        SampleSite site({north});
-        site.addDevice(north, device);
-        site.setLoad(north, device, 2, false);
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        QSignalSpy progress(&records, &DeviceRecords::progressChanged);
-        site.setRecord(north, device, record("a"));
+        Setting setting;
+        setting.site.setLoad(setting.north, setting.device, 2, false);
+        setting.connect();
+        const QSignalSpy progress(&setting.records, &DeviceRecords::progressChanged);
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(0));
         QCOMPARE(progress.count(), 1);
-        site.setLoad(north, device, 2, true);
+        QCOMPARE(setting.records.progress(), (LoadProgress{1, 2}));
+        setting.site.setLoad(setting.north, setting.device, 2, true);
         QCOMPARE(progress.count(), 2);
-        QVERIFY(!records.progress().isLoading());
+        QVERIFY(!setting.records.progress().isLoading());
     }
 
     void isNotCompleteWhileItsRowsAreSentAfresh()
     {
-        SampleSite site({north});
-        site.addDevice(north, device);
-        site.setRecord(north, device, record("a"));
-        site.setRecord(north, device, record("b"));
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        QVERIFY(records.isComplete());
-        site.clearRecords(north, device);
-        QVERIFY(!records.isComplete());
-        site.setRecord(north, device, record("a"));
-        QVERIFY(!records.isComplete());
-        site.setRecord(north, device, record("b"));
-        QVERIFY(records.isComplete());
+        Setting setting(2);
+        setting.connect();
+        QVERIFY(setting.records.isComplete());
+        setting.beginAfresh();
+        QVERIFY(!setting.records.isComplete());
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(0));
+        QVERIFY(!setting.records.isComplete());
+        const QSignalSpy progress(&setting.records, &DeviceRecords::progressChanged);
+        setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(1));
+        QVERIFY(setting.records.isComplete());
+        QVERIFY(progress.count() > 0);
+    }
+
+    void doesNotAwaitTheRowsOfTheDeviceBefore()
+    {
+        Setting setting(3);
+        const QString other = QStringLiteral("A2");
+        setting.site.addDevice(setting.north, other);
+        setting.connect();
+        setting.control.setActiveDevice(other, setting.north);
+        QVERIFY(!setting.records.isConnected());
+        QTRY_VERIFY_WITH_TIMEOUT(setting.records.isConnected(), patience);
+        QVERIFY(setting.records.isComplete());
     }
 
     void doesNotWaitForeverForRowsThatWereDeletedMeanwhile()
     {
-        SampleSite site({north});
-        site.addDevice(north, device);
-        site.setRecord(north, device, record("a"));
-        ZelkoGUI::RecordItemMapModel model(nullptr);
-        DeviceRecords records(&model);
-        records.follow(path);
-        site.clearRecords(north, device);
-        QVERIFY(!records.isComplete());
-        QSignalSpy progress(&records, &DeviceRecords::progressChanged);
+        Setting setting(1);
+        setting.connect();
+        setting.beginAfresh();
+        QVERIFY(!setting.records.isComplete());
+        QSignalSpy progress(&setting.records, &DeviceRecords::progressChanged);
         QVERIFY(progress.wait(patience));
-        QVERIFY(records.isComplete());
+        QVERIFY(setting.records.isComplete());
     }
 };
 

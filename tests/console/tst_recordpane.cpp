@@ -1,9 +1,12 @@
 #include "patience.h"
 #include "recordlistsetting.h"
 
-#include <console/demo/operatorhands.h>
+#include <console/demo/shownrecords.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
+
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QLabel>
 #include <QProgressBar>
@@ -22,10 +25,21 @@ struct Setting : RecordListSetting
         pane.show();
     }
 
-    void showDevice()
+    void choose()
     {
         pane.setDevice(north, device);
         pane.setStatus(site.status(north));
+    }
+
+    void showDevice()
+    {
+        choose();
+        QTRY_VERIFY_WITH_TIMEOUT(pane.controller()->isConnected(), patience);
+    }
+
+    int rowOf(int number) const
+    {
+        return static_cast<int>(shownrecords::ids(*pane.table()->model()).indexOf(id(number)));
     }
 
     QString text(const char* name) const { return pane.findChild<QLabel*>(QLatin1String(name))->text(); }
@@ -102,6 +116,52 @@ private Q_SLOTS:
         QVERIFY(!setting.bar().isVisible());
         QCOMPARE(setting.pane.table()->emptyState().text,
                  QStringLiteral("Recorder north is not reachable: it was killed, trying again"));
+    }
+
+    void hidesTheLoadWhenAnotherDeviceIsChosen()
+    {
+        Setting setting(1);
+        setting.site.setLoad(setting.north, setting.device, 3, false);
+        setting.showDevice();
+        QVERIFY(setting.bar().isVisible());
+        setting.pane.setDevice(setting.north, QStringLiteral("A2"));
+        QVERIFY(!setting.bar().isVisible());
+        QCOMPARE(setting.pane.table()->model()->rowCount(), 0);
+        QCOMPARE(setting.text("recordCount"), QString());
+    }
+
+    void selectsNothingInTheListOfAnotherDevice()
+    {
+        Setting setting(3);
+        const QString other = QStringLiteral("A2");
+        setting.site.addDevice(setting.north, other);
+        setting.site.setRecord(setting.north, other, RecordListSetting::record(0));
+        setting.site.setRecord(setting.north, other, RecordListSetting::record(1));
+        setting.showDevice();
+        operatorhands::clickRow(*setting.pane.table(), setting.rowOf(1));
+        setting.pane.setDevice(setting.north, other);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.text("recordCount"), QStringLiteral("2 records"), patience);
+        QCoreApplication::processEvents(); // in which a selection would be restored
+        QVERIFY(!setting.pane.table()->selectionModel()->hasSelection());
+        QVERIFY(setting.pane.controller()->selectedRecords().isEmpty());
+    }
+
+    void saysNothingOfADeviceThatIsFoundAtOnce()
+    {
+        Setting setting;
+        setting.choose();
+        QCOMPARE(setting.pane.table()->emptyState().text, QString());
+        QTRY_COMPARE_WITH_TIMEOUT(setting.pane.table()->emptyState().text, QStringLiteral("No records on this device"),
+                                  patience);
+    }
+
+    void saysThatItWaitsForADeviceThatIsNotFound()
+    {
+        Setting setting;
+        setting.site.removeDevice(setting.north, setting.device);
+        setting.choose();
+        QTRY_COMPARE_WITH_TIMEOUT(setting.pane.table()->emptyState().text,
+                                  QStringLiteral("Waiting for the records of A1…"), patience);
     }
 
     void namesDeviceAndSubSystem()

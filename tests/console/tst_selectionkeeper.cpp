@@ -1,13 +1,14 @@
 #include "patience.h"
 #include "recordlistsetting.h"
 
-#include <console/demo/operatorhands.h>
 #include <console/demo/shownrecords.h>
+#include <console/hands/operatorhands.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtableview.h>
 #include <console/records/selectionkeeper.h>
 
 #include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QItemSelectionModel>
 #include <QScrollBar>
@@ -30,8 +31,11 @@ struct Setting : RecordListSetting
         pane.show();
         pane.setDevice(north, device);
         pane.setStatus(site.status(north));
+        connect();
         table.sortByColumn(Model::StartTimeColumn, Qt::AscendingOrder);
     }
+
+    void connect() { QTRY_VERIFY_WITH_TIMEOUT(pane.controller()->isConnected(), patience); }
 
     void loseAndComeBack(int countThen = count)
     {

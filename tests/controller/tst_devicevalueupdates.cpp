@@ -75,6 +75,17 @@ private Q_SLOTS:
         QCOMPARE(m_log->take(), QStringList{progress});
     }
 
+    void theListIsCompleteAsLongAsTheDeviceSaysSoAndIsThere()
+    {
+        QVERIFY(m_controller->isLoadedCompletely());
+        m_branch->set("LoadedCompletly", false);
+        QVERIFY(!m_controller->isLoadedCompletely());
+        m_branch->set("LoadedCompletly", true);
+        QVERIFY(m_controller->isLoadedCompletely());
+        m_branch->remove(u"Synchronize"_s);
+        QVERIFY(!m_controller->isLoadedCompletely());
+    }
+
     void progressIsToldWhenRecordsCome()
     {
         m_branch->set("LoadedCompletly", false);

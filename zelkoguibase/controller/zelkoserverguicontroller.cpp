@@ -167,6 +167,11 @@ bool ZelkoServerGUIController::isConnected() const
     return d->connected;
 }
 
+bool ZelkoServerGUIController::isLoadedCompletely() const
+{
+    return d->connected && d->values.loadedCompletely && d->values.loadedCompletely->GetValue();
+}
+
 ZelkoCommon::AbstractRecordListModel* ZelkoServerGUIController::recordListModel() const
 {
     return d->recordModel;

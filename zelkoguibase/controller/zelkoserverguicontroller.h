@@ -44,6 +44,10 @@ public:
     /// True from `si_connectionEstablished` on, until the device is another one or any of its values goes.
     bool isConnected() const;
 
+    /// Whether the device says that all its records are loaded; not while it is not connected. `si_loadProgress` comes
+    /// with each change of it.
+    bool isLoadedCompletely() const;
+
     void setUserActions(const QFlags<enUserAction>& userActions) override;
     ZelkoCommon::AbstractRecordListModel* recordListModel() const override;
     QString activeDevice() const override;
