@@ -158,9 +158,18 @@ QString ConsoleSession::configuredUser() const
 
 void ConsoleSession::actFor(const ZelkoCommon::LinkCredentials& user)
 {
+    QHash<QString, SubSystemStatus> before;
+    for (const QString& name : std::as_const(d->names)) {
+        before.insert(name, status(name));
+    }
     d->link.credentials = user; // of the connections that come with another start of the recorder
     if (d->connection) {
         d->connection->SetCredentials(user);
+    }
+    for (const QString& name : std::as_const(d->names)) {
+        if (status(name) != before.value(name)) {
+            Q_EMIT statusChanged(name);
+        }
     }
 }
 

@@ -14,10 +14,11 @@ ConsoleUser::ConsoleUser(Session& session, QObject* parent)
     : QObject(parent)
     , m_session(session)
     , m_name(session.configuredUser())
+    , m_toldName(m_name)
 {
     connect(&session, &Session::statusChanged, this, &ConsoleUser::statusChanged);
     if (!switchTo(ZelkoCommon::roleName(Role::Operator))) {
-        tell(false);
+        tell();
     }
 }
 
@@ -39,7 +40,7 @@ void ConsoleUser::workAt(const QString& subSystem)
 {
     if (m_subSystem != subSystem) {
         m_subSystem = subSystem;
-        tell(false);
+        tell();
     }
 }
 
@@ -67,16 +68,14 @@ bool ConsoleUser::switchTo(const QString& name)
         return false;
     }
     m_waitsForAnswer = false;
-    m_session.actFor(user->credentials);
-    become(name, user->role);
+    become(user->credentials, user->role);
     return true;
 }
 
 void ConsoleUser::logIn(const LinkCredentials& credentials)
 {
     m_waitsForAnswer = !credentials.user.isEmpty();
-    m_session.actFor(credentials);
-    become(credentials.user, Role::Viewer);
+    become(credentials, Role::Viewer);
 }
 
 void ConsoleUser::logOut()
@@ -120,33 +119,39 @@ bool ConsoleUser::isAnyAtHand(LinkState state) const
 // Only the one that changed has answered: another one may still say what it said of the user before.
 void ConsoleUser::statusChanged(const QString& subSystem)
 {
-    tell(false);
+    tell();
     if (m_waitsForAnswer && subSystemsAtHand().contains(subSystem)) {
-        answered(m_session.status(subSystem));
+        answered(subSystem);
     }
 }
 
-void ConsoleUser::answered(const SubSystemStatus& status)
+// A connection for which nobody has a role yet is that of the user before.
+void ConsoleUser::answered(const QString& subSystem)
 {
+    const SubSystemStatus status = m_session.status(subSystem);
     const bool isDenial = status.state == LinkState::Denied;
-    m_waitsForAnswer = !isDenial && !status.isConnected();
+    const bool isAdmission = status.isConnected() && m_session.role(subSystem);
+    m_waitsForAnswer = !isDenial && !isAdmission;
     if (isDenial) {
-        Q_EMIT denied(status.reason);
+        Q_EMIT denied(status.reason, m_attempt);
     }
 }
 
-void ConsoleUser::become(const QString& name, Role expected)
+// The session may tell at once that what it knew of the user before is forgotten: it is another one by then.
+void ConsoleUser::become(const LinkCredentials& user, Role expected)
 {
+    ++m_attempt;
     m_expected = expected;
-    const bool isAnotherName = m_name != name;
-    m_name = name;
-    tell(isAnotherName);
+    m_name = user.user;
+    m_session.actFor(user);
+    tell();
 }
 
-void ConsoleUser::tell(bool isAnotherName)
+void ConsoleUser::tell()
 {
     const Role roleNow = role();
     const bool deniedNow = isDenied();
+    const bool isAnotherName = std::exchange(m_toldName, m_name) != m_name;
     const bool isAnotherRole = std::exchange(m_toldRole, roleNow) != roleNow;
     const bool isAnotherAnswer = std::exchange(m_toldDenied, deniedNow) != deniedNow;
     UserRights::Instance()->SetUser(m_name, rightsOf(roleNow));

@@ -50,6 +50,9 @@ public:
     /// Nobody in particular works here.
     void logOut();
 
+    /// How often somebody began to work here. An answer of a recorder belongs to one of these times.
+    int attempt() const { return m_attempt; }
+
     /// What a user of that role may do, in the words of the library.
     static UserRights::Rights rightsOf(ZelkoCommon::Role role);
 
@@ -57,26 +60,28 @@ Q_SIGNALS:
     /// `name`, `role` or `isDenied` is another; UserRights tells so already.
     void changed();
 
-    /// The recorder that he works with does not admit who has logged in; once for each time that he did. The reason
-    /// is without a full stop.
-    void denied(const QString& reason);
+    /// The recorder that he works with does not admit who has logged in; once for each time that he did, and with the
+    /// `attempt()` that it is the answer to. The reason is without a full stop.
+    void denied(const QString& reason, int attempt);
 
 private:
     const KnownUser* find(const QString& name) const;
     QStringList subSystemsAtHand() const;
     bool isAnyAtHand(LinkState state) const;
     void statusChanged(const QString& subSystem);
-    void answered(const SubSystemStatus& status);
-    void become(const QString& name, ZelkoCommon::Role expected);
-    void tell(bool isAnotherName);
+    void answered(const QString& subSystem);
+    void become(const ZelkoCommon::LinkCredentials& user, ZelkoCommon::Role expected);
+    void tell();
 
     Session& m_session;
     QString m_name;
     QString m_subSystem;
     ZelkoCommon::Role m_expected = ZelkoCommon::Role::Viewer; // while no recorder has said anything
+    QString m_toldName;
     ZelkoCommon::Role m_toldRole = ZelkoCommon::Role::Viewer;
     bool m_toldDenied = false;
     bool m_waitsForAnswer = false; // to a log-in
+    int m_attempt = 0;
 };
 
 } // namespace ZelkoConsole

@@ -43,10 +43,12 @@ public:
     /// Who is named as its user where it was configured; empty in general.
     virtual QString configuredUser() const;
 
-    /// Acts for a user from now on: the sub systems are connected anew. Nothing in general.
+    /// Acts for a user from now on: the sub systems are connected anew, and what they said of the user before is
+    /// forgotten. Nothing in general.
     virtual void actFor(const ZelkoCommon::LinkCredentials& user);
 
-    /// What the recorder of a sub system takes the user for; nothing while that is not connected.
+    /// What the recorder of a sub system takes the user for; nothing while that is not connected, or connected for the
+    /// user before still.
     virtual std::optional<ZelkoCommon::Role> role(const QString& subSystem) const;
 
 Q_SIGNALS:

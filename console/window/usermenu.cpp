@@ -80,9 +80,10 @@ void UserMenu::logIn(const QString& name)
     ask(name, QString());
 }
 
-void UserMenu::askAgain(const QString& reason)
+// Somebody else may have begun to work here since the recorder's answer.
+void UserMenu::askAgain(const QString& reason, int attempt)
 {
-    if (!m_dialog) {
+    if (!m_dialog && attempt == m_user->attempt()) {
         ask(m_user->name(), reason);
     }
 }

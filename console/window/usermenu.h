@@ -38,7 +38,7 @@ private:
     void addKnownUsers();
     void addLogin();
     void ask(const QString& name, const QString& reason);
-    void askAgain(const QString& reason);
+    void askAgain(const QString& reason, int attempt);
     void updateEntries();
 
     ConsoleUser* const m_user;

@@ -73,6 +73,8 @@ private Q_SLOTS:
     void tellsOnceThatHeIsDenied();
     void tellsNothingOfARecorderThatHeDoesNotWorkWith();
     void tellsNothingOfADenialThatNobodyAskedFor();
+    void takesNoConnectionOfTheUserBeforeForAnAnswer();
+    void tellsWhichAttemptWasDenied();
     void isDeniedUntilHeIsAdmitted();
     void tellsEachChangeOnce();
     void isNobodyAfterLoggingOut();
@@ -227,6 +229,7 @@ void TestConsoleUser::tellsNothingOfARecorderThatHeDoesNotWorkWith()
     user.logIn({"anna", "secret"});
     session.become(LinkState::Denied, "south", "user or password are wrong");
     QVERIFY(!user.isDenied());
+    session.say(Role::Operator, "north");
     session.become(LinkState::Connected, "north");
     user.workAt("south");
     session.become(LinkState::Denied, "south", "user or password are wrong");
@@ -245,6 +248,33 @@ void TestConsoleUser::tellsNothingOfADenialThatNobodyAskedFor()
     user.logOut();
     session.become(LinkState::Denied, "north", "the recorder wants a user");
     QCOMPARE(denied.count(), 0);
+}
+
+// It was taken for the admission of the next one, whose denial nobody heard of then.
+void TestConsoleUser::takesNoConnectionOfTheUserBeforeForAnAnswer()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    const QSignalSpy denied(&user, &ConsoleUser::denied);
+    user.logIn({"anna", "secret"});
+    user.logIn({"berta", "wrong"});
+    session.become(LinkState::Connected, "north"); // Anna's, for which Berta has no role
+    session.become(LinkState::Unreachable, "north");
+    session.become(LinkState::Denied, "north", "user or password are wrong");
+    QCOMPARE(denied.count(), 1);
+}
+
+void TestConsoleUser::tellsWhichAttemptWasDenied()
+{
+    FakeSession session;
+    ConsoleUser user(session);
+    const QSignalSpy denied(&user, &ConsoleUser::denied);
+    user.logIn({"anna", "wrong"});
+    session.become(LinkState::Denied, "north", "user or password are wrong");
+    QCOMPARE(denied.count(), 1);
+    QCOMPARE(denied.at(0).at(1).toInt(), user.attempt());
+    user.logIn({"anna", "right"});
+    QVERIFY(denied.at(0).at(1).toInt() != user.attempt());
 }
 
 void TestConsoleUser::isDeniedUntilHeIsAdmitted()

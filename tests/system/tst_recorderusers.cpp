@@ -29,6 +29,8 @@ private Q_SLOTS:
     void deniesAccessWithAWrongPassword_data();
     void deniesAccessWithAWrongPassword();
     void admitsWhoSaysTheRightPasswordThen();
+    void tellsNothingOfADenialOfTheUserBefore();
+    void forgetsADenialWithTheUser();
     void letsAnotherUserTakeOver();
     void sendsWhatTheFormerUserWroteBefore();
     void knowsItsUsersAgainWhenItIsStartedAgain();
@@ -208,6 +210,33 @@ void TestRecorderUsers::admitsWhoSaysTheRightPasswordThen()
     QTRY_COMPARE_WITH_TIMEOUT(shown(), both, patience);
     QCOMPARE(m_client->link().role(), Role::Operator);
     QCOMPARE(m_failed->count(), 1); // it did not try the wrong one again and again
+}
+
+// The answer to the former attempt stood in the queue, or was on its way, when another user came.
+void TestRecorderUsers::tellsNothingOfADenialOfTheUserBefore()
+{
+    QVERIFY(start());
+    connectAs({QStringLiteral("operator"), QStringLiteral("wrong")});
+    while (!log().contains(QStringLiteral("access denied to user"))) { // this thread hears of nothing else meanwhile
+        QVERIFY(m_recorder->process().waitForReadyRead(patience));
+    }
+    m_client->link().setCredentials(TestUsers::credentials(Role::Operator));
+    QTRY_COMPARE_WITH_TIMEOUT(shown(), both, patience);
+    QCOMPARE(m_failed->count(), 0);
+    QVERIFY(!m_client->link().isDenied());
+}
+
+void TestRecorderUsers::forgetsADenialWithTheUser()
+{
+    QVERIFY(start());
+    connectAs({QStringLiteral("operator"), QStringLiteral("wrong")});
+    QTRY_VERIFY_WITH_TIMEOUT(m_client->link().isDenied(), patience);
+    m_client->link().setCredentials({QStringLiteral("operator"), QStringLiteral("wrong")});
+    QVERIFY(m_client->link().isDenied()); // nobody else has come
+    m_client->link().setCredentials({QStringLiteral("operator"), QStringLiteral("wrong too")});
+    QVERIFY(!m_client->link().isDenied());
+    QCOMPARE(m_client->link().lastError(), QString());
+    QTRY_VERIFY_WITH_TIMEOUT(m_client->link().isDenied(), patience);
 }
 
 void TestRecorderUsers::letsAnotherUserTakeOver()

@@ -122,16 +122,18 @@ void LinkWorker::askFor(std::uint32_t handle)
     }
 }
 
-void LinkWorker::setCredentials(const LinkCredentials& credentials)
+bool LinkWorker::setCredentials(const LinkCredentials& credentials)
 {
     const std::lock_guard lock(m_mutex);
     if (credentials == m_credentials) {
-        return;
+        return false;
     }
     m_credentials = credentials;
     m_userChanges = true;
     m_role.reset();
+    m_denied = false;
     m_somethingToDo.notify_all();
+    return true;
 }
 
 void LinkWorker::drop(const std::string& reason)
@@ -154,7 +156,7 @@ void LinkWorker::run()
                 retry = m_options.firstRetry;
             }
         }
-        const bool anotherUser = waitForRetry(m_denied ? std::max(retry, m_options.deniedRetry) : retry);
+        const bool anotherUser = waitForRetry(isDenied() ? std::max(retry, m_options.deniedRetry) : retry);
         retry = anotherUser ? m_options.firstRetry : std::min(retry * 2, m_options.lastRetry);
     }
 }
@@ -189,9 +191,9 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
         enter(connection);
         return connection;
     } catch (const CORBA::Exception& exception) {
-        m_denied = isDenial(exception);
+        noteDenial(isDenial(exception));
         deactivate(connection);
-        m_queue->reportFailure(explain(exception), m_denied);
+        m_queue->reportFailure(explain(exception), isDenial(exception));
         return std::nullopt;
     }
 }
@@ -208,7 +210,7 @@ void LinkWorker::enter(Connection& connection)
 {
     connection.pass = CallingSession::Pass(connection.session, CallingSession::lastCalledAddress());
     noteRole(toRole(connection.server->roleOf(connection.session)));
-    m_denied = false;
+    noteDenial(false);
     {
         const std::lock_guard lock(m_mutex);
         m_serving = true;
@@ -227,10 +229,22 @@ void LinkWorker::noteRole(Role role)
     }
 }
 
+void LinkWorker::noteDenial(bool isDenied)
+{
+    const std::lock_guard lock(m_mutex);
+    m_denied = isDenied && !m_userChanges;
+}
+
 std::optional<Role> LinkWorker::role()
 {
     const std::lock_guard lock(m_mutex);
     return m_role;
+}
+
+bool LinkWorker::isDenied()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_denied;
 }
 
 // Ends with the connection, whoever ended it.

@@ -42,11 +42,15 @@ public:
     void askFor(std::uint32_t handle);
 
     /// For whom the client acts from now on: what waits is sent, then a connection for the new user follows at once.
-    /// What is written before that is dropped. Any thread.
-    void setCredentials(const LinkCredentials& credentials);
+    /// What is written before that is dropped. False, and nothing of that, for the user who it is already. Any thread.
+    bool setCredentials(const LinkCredentials& credentials);
 
     /// What the server of the last connection takes the user for; nothing where that was for another user. Any thread.
     std::optional<Role> role();
+
+    /// Whether the server did not admit the user at the last attempt; false where that was for another user. Any
+    /// thread.
+    bool isDenied();
 
     /// Gives the present connection up, because of `reason`, and begins again.
     void drop(const std::string& reason);
@@ -71,6 +75,7 @@ private:
     LinkCredentials takeCredentials();
     void enter(Connection& connection);
     void noteRole(Role role);
+    void noteDenial(bool isDenied);
     std::string explain(const CORBA::Exception& exception) const;
 
     Orb& m_orb;
@@ -85,12 +90,11 @@ private:
     std::string m_dropReason;                      // not empty: give the connection up
     LinkCredentials m_credentials;
     std::optional<Role> m_role; // none when the user has changed since
+    bool m_denied = false;      // at the last attempt; not when the user has changed since
     bool m_userChanges = false; // the present connection, or attempt to make one, is for another user
     bool m_serving = false;
     bool m_stopping = false;
     std::chrono::steady_clock::time_point m_lastWrite; // when it is stopping, no write begins behind this time
-
-    bool m_denied = false; // the last attempt to connect; the thread's own
 
     std::thread m_thread; // last: it uses all of the above
 };

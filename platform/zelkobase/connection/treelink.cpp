@@ -54,15 +54,13 @@ struct TreeLink::Private
     void giveUp(const char* reason);
     void handle(LinkQueue::Batch& batch) { mirror.append(std::move(batch.bytes)); }
     void handle(const LinkQueue::Disconnected& entry) { reset(QString::fromStdString(entry.reason)); }
-    void handle(const LinkQueue::ConnectFailed& entry)
-    {
-        reportFailure(QString::fromStdString(entry.reason), entry.isDenied);
-    }
+    void handle(const LinkQueue::ConnectFailed& entry);
     void handle(const LinkQueue::WriteRefused& entry) { Q_EMIT q->writeRefused(QString::fromStdString(entry.reason)); }
     void becomeReady();
     void send(const ValueBase& value, const std::string& frame);
     void reset(const QString& reason);
     void reportFailure(const QString& reason, bool isDenied);
+    void setCredentials(const LinkCredentials& credentials);
 
     TreeLink* const q;
     const ZelkoConfiguration::SubSystem subSystem;
@@ -244,6 +242,21 @@ void TreeLink::Private::reset(const QString& reason)
     Q_EMIT q->disconnected();
 }
 
+// That the user before was not admitted says nothing of the one who it is now.
+void TreeLink::Private::handle(const LinkQueue::ConnectFailed& entry)
+{
+    if (!entry.isDenied || worker->isDenied()) {
+        reportFailure(QString::fromStdString(entry.reason), entry.isDenied);
+    }
+}
+
+void TreeLink::Private::setCredentials(const LinkCredentials& credentials)
+{
+    if (worker->setCredentials(credentials) && std::exchange(denied, false)) {
+        lastError.clear();
+    }
+}
+
 void TreeLink::Private::reportFailure(const QString& reason, bool isDenied)
 {
     lastError = reason;
@@ -281,7 +294,7 @@ std::shared_ptr<IVtClient> TreeLink::client() const
 
 void TreeLink::setCredentials(const LinkCredentials& credentials)
 {
-    d->worker->setCredentials(credentials);
+    d->setCredentials(credentials);
 }
 
 std::optional<Role> TreeLink::role() const

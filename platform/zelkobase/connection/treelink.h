@@ -59,10 +59,12 @@ public:
     /// What the server takes the user for; nothing while not connected, or connected for another user still.
     std::optional<Role> role() const;
 
-    /// Why there is no connection, for people; empty while there is one, and before the first attempt has failed.
+    /// Why there is no connection, for people; empty while there is one, before the first attempt has failed, and after
+    /// somebody else was named in place of a user who was not admitted.
     QString lastError() const;
 
-    /// Whether the last attempt failed because the server does not admit the user. Others follow, with longer pauses.
+    /// Whether the last attempt failed because the server does not admit the user who it is now. Others follow, with
+    /// longer pauses.
     bool isDenied() const;
 
 Q_SIGNALS:
@@ -70,7 +72,8 @@ Q_SIGNALS:
     void connected();
     /// Once per lost connection, when the branch is gone from the tree.
     void disconnected();
-    /// An attempt to connect failed; the next one follows by itself.
+    /// An attempt to connect failed; the next one follows by itself. Not where a user was not admitted who has been
+    /// replaced meanwhile.
     void connectFailed(const QString& reason);
     /// A write did not reach the server's value: it may not be, is too large, or the server does not take what was
     /// written before it. The value comes back as the server has it.
