@@ -46,6 +46,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("named");
         QTest::newRow("an unknown option") << QStringList(QStringLiteral("--colour")) << QStringLiteral("colour");
         QTest::newRow("an option without its value") << QStringList(QStringLiteral("--site")) << QStringLiteral("site");
+        QTest::newRow("traces with a value") << QStringList(QStringLiteral("--trace=64")) << QStringLiteral("--trace");
+        QTest::newRow("traces with an empty value")
+            << QStringList(QStringLiteral("--trace=")) << QStringLiteral("--trace");
+        QTest::newRow("traces with a value behind a blank")
+            << QStringList({QStringLiteral("--trace"), QStringLiteral("64")}) << QStringLiteral("64");
+        QTest::newRow("half of the word for traces") << QStringList(QStringLiteral("--tra")) << QStringLiteral("tra");
         QTest::newRow("a word") << QStringList(QStringLiteral("word")) << QStringLiteral("word");
         QTest::newRow("a site and sources")
             << QStringList({QStringLiteral("--site=a"), QStringLiteral("--record=b")}) << QStringLiteral("--record");
@@ -86,7 +92,7 @@ private Q_SLOTS:
     void namesEveryOptionInTheHelp()
     {
         const QString help = ConsoleOptions::helpText();
-        for (const char* option : {"--site <FILE>", "--store <DIR>", "--record <SOURCE>"}) {
+        for (const char* option : {"--site <FILE>", "--store <DIR>", "--record <SOURCE>", "--trace"}) {
             QVERIFY2(help.contains(QLatin1String(option)), option);
         }
     }

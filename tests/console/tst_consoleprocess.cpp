@@ -1,3 +1,4 @@
+#include "peerprocess.h"
 #include "programs.h"
 #include "recorderprocess.h"
 
@@ -28,6 +29,7 @@ QProcessEnvironment userIn(const QTemporaryDir& home)
     environment.insert(QStringLiteral("HOME"), home.path());
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
     environment.insert(QStringLiteral("XDG_DATA_HOME"), home.filePath(QStringLiteral("data")));
+    environment.remove(QStringLiteral("QT_LOGGING_RULES")); // which silences traces while tests run
     return environment;
 }
 
@@ -59,6 +61,13 @@ public:
 
     void send(int signal) { ::kill(static_cast<pid_t>(m_process.processId()), signal); }
 
+    // Asks it to end, and waits for that.
+    int end()
+    {
+        send(SIGTERM);
+        return exitCode();
+    }
+
     // -1 for one that does not end by itself.
     int exitCode()
     {
@@ -77,7 +86,9 @@ bool isFree(const QString& store)
     return StoreLock().acquire(store, &error);
 }
 
-bool writeSite(const QString& path, quint16 port, const QString& listen)
+constexpr const char* missingValues = "not all elements are available for VT-Path: /SubSystems/north/ZELKO/Device/R1";
+
+bool writeSite(const QString& path, quint16 port, const QString& listen = QStringLiteral("127.0.0.1"))
 {
     const QJsonObject subSystem{{QStringLiteral("name"), QStringLiteral("north")},
                                 {QStringLiteral("host"), QStringLiteral("127.0.0.1")},
@@ -155,8 +166,42 @@ private Q_SLOTS:
         QByteArray log;
         QTRY_VERIFY_WITH_TIMEOUT((log += recorder.process().readAllStandardError()).contains("connected"), patience);
         QVERIFY(isListenedOnOwnAddress());
-        console.send(SIGTERM);
-        QCOMPARE(console.exitCode(), 0);
+        QCOMPARE(console.end(), 0);
+    }
+
+    // The peer has a device on which much is missing, of which a console warns again and again. The one that was
+    // connected first has had every chance to do so when the other one has.
+    void tracesWarningsWithItsOptionAlone()
+    {
+        const QTemporaryDir home;
+        PeerProcess peer;
+        const QString site = home.filePath(QStringLiteral("site.json"));
+        QVERIFY(writeSite(site, peer.port()));
+        Console silent(home, {QStringLiteral("--site"), site});
+        QTRY_COMPARE_WITH_TIMEOUT(peer.ask(QStringLiteral("sessions")), QStringLiteral("1"), patience);
+        Console tracing(home, {QStringLiteral("--site"), site, QStringLiteral("--trace")});
+        QTRY_VERIFY_WITH_TIMEOUT(tracing.says(missingValues), patience);
+        QCOMPARE(tracing.end(), 0);
+        QCOMPARE(silent.end(), 0);
+        QVERIFY(!silent.says(missingValues));
+    }
+
+    void doesNotStartWithAnOptionThatIsWrong_data()
+    {
+        QTest::addColumn<QStringList>("option");
+        QTest::newRow("traces with a value") << QStringList(QStringLiteral("--trace=64"));
+        QTest::newRow("traces with a value behind a blank")
+            << QStringList({QStringLiteral("--trace"), QStringLiteral("64")});
+        QTest::newRow("half of the word for traces") << QStringList(QStringLiteral("--tra"));
+    }
+
+    void doesNotStartWithAnOptionThatIsWrong()
+    {
+        QFETCH(const QStringList, option);
+        const QTemporaryDir home;
+        Console console(home, option);
+        QCOMPARE(console.exitCode(), 2);
+        QVERIFY(console.says("zelko-console: "));
     }
 
     void refusesASiteWithAnAddressOfAnotherMachine()
