@@ -74,7 +74,8 @@ std::optional<QList<ExpectedRecord>> expectedOf(const QStringList& sources, QStr
 
 int walk(RunningConsole& console, const QString& folder, const QList<ExpectedRecord>& expected)
 {
-    DemoWalk walk(console.session(), console.window(), folder, expected);
+    auto& session = static_cast<ConsoleSession&>(console.session()); // that of a recorder of its own
+    DemoWalk walk(session, console.window(), folder, expected);
     const bool done = walk.run();
     QTextStream(stdout) << "Pictures:\n  " << walk.pictures().join(QLatin1String("\n  ")) << '\n';
     return done ? 0 : fail(walk.failure(), 1);

@@ -82,6 +82,16 @@ std::optional<ZelkoCommon::Role> SampleSite::role(const QString& subSystem) cons
     return found == m_roles.constEnd() ? std::nullopt : std::optional(*found);
 }
 
+void SampleSite::actFor(const ZelkoCommon::LinkCredentials& user)
+{
+    m_actsFor = user;
+    for (const QString& name : m_names) {
+        if (status(name).state == LinkState::Denied) {
+            setStatus(name, {});
+        }
+    }
+}
+
 void SampleSite::knowUsers()
 {
     for (const auto role : ZelkoCommon::allRoles) {

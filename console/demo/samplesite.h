@@ -33,7 +33,7 @@ public:
     SubSystemStatus status(const QString& subSystem) const override { return m_status.value(subSystem); }
     std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> connectionData() const override;
     const std::vector<KnownUser>& knownUsers() const override { return m_users; }
-    void actFor(const ZelkoCommon::LinkCredentials& user) override { m_actsFor = user; }
+    void actFor(const ZelkoCommon::LinkCredentials& user) override;
     std::optional<ZelkoCommon::Role> role(const QString& subSystem) const override;
 
     /// As a recorder of the console's own has them: "viewer", "operator" and "administrator". Before anybody asks.

@@ -28,6 +28,8 @@ QString shortText(const SubSystemStatus& status)
         return tr("not reachable");
     case LinkState::Denied:
         return tr("access denied");
+    case LinkState::Unusable:
+        return tr("no connection");
     }
     return {};
 }
@@ -45,6 +47,8 @@ QString longText(const QString& subSystem, const SubSystemStatus& status)
         return unreachableText(subSystem, status.reason);
     case LinkState::Denied:
         return tr("No access to recorder %1: %2").arg(subSystem, status.reason);
+    case LinkState::Unusable:
+        return tr("This console cannot connect to recorder %1: %2").arg(subSystem, status.reason);
     }
     return {};
 }

@@ -10,14 +10,15 @@ enum class LinkState {
     Connecting,  ///< nothing is known yet
     Connected,   ///< everything that the server has stands on the tree
     Unreachable, ///< the last attempt failed; the next one follows by itself
-    Denied       ///< the server is there and does not admit the user
+    Denied,      ///< the server is there and does not admit the user
+    Unusable     ///< nothing is tried: what this machine needs for it cannot be used
 };
 
 /// State of a sub system for people.
 struct SubSystemStatus
 {
     LinkState state = LinkState::Connecting;
-    /// Why it is `Unreachable` or `Denied`, without a full stop; may be empty.
+    /// Why it is `Unreachable`, `Denied` or `Unusable`, without a full stop; may be empty.
     QString reason;
 
     bool isConnected() const { return state == LinkState::Connected; }

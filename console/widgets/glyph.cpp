@@ -161,6 +161,7 @@ Glyph glyphOf(const SubSystemStatus& status)
     case LinkState::Connected:
         return Glyph::Good;
     case LinkState::Unreachable:
+    case LinkState::Unusable:
         return Glyph::Bad;
     case LinkState::Denied:
         return Glyph::Locked;

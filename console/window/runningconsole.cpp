@@ -4,9 +4,11 @@
 #include <console/session/consoleuser.h>
 #include <console/session/listenaddress.h>
 #include <console/session/storefolder.h>
+#include <console/session/unusablesite.h>
 #include <console/translation.h>
 #include <console/window/consolewindow.h>
 #include <console/window/usermenu.h>
+#include <console/window/usermessages.h>
 
 #include <process/terminationsignals.h>
 #include <zelkobase/orb/orb.h>
@@ -42,6 +44,7 @@ void prepareApplication()
 struct RunningConsole::Private
 {
     bool openSite(const QString& siteFile, QString* error);
+    void connectSite(const ZelkoConfiguration& site);
     void openOwn(const ConsoleOptions& options);
     void listen(const QString& address, const std::optional<ZelkoCommon::TlsOptions>& tls = {});
 
@@ -49,7 +52,8 @@ struct RunningConsole::Private
     QString userToAsk; // is named in the site file without his password
     std::unique_ptr<StoreFolder> store;
     std::unique_ptr<Orb> orb;
-    std::unique_ptr<ConsoleSession> session;
+    std::unique_ptr<Session> session;
+    QString problem; // with which nothing can be connected
     std::unique_ptr<ConsoleUser> user;
     std::unique_ptr<ConsoleWindow> window;
 };
@@ -60,11 +64,21 @@ bool RunningConsole::Private::openSite(const QString& siteFile, QString* error)
     if (!site) {
         return false;
     }
-    const auto* const current = site->Find(site->GetCurrentSubSystem());
-    userToAsk = current && !current->hasCredentials() ? current->credentials.user : QString();
-    listen(listenAddress(*site), site->Tls());
-    session = std::make_unique<ConsoleSession>(*orb, *site);
+    try {
+        connectSite(*site);
+    } catch (const ZelkoCommon::OrbError& unusable) {
+        problem = QString::fromUtf8(unusable.what());
+        session = std::make_unique<UnusableSite>(*site, problem);
+    }
     return true;
+}
+
+void RunningConsole::Private::connectSite(const ZelkoConfiguration& site)
+{
+    listen(listenAddress(site), site.Tls());
+    session = std::make_unique<ConsoleSession>(*orb, site);
+    const auto* const current = site.Find(site.GetCurrentSubSystem());
+    userToAsk = current && !current->hasCredentials() ? current->credentials.user : QString();
 }
 
 void RunningConsole::Private::openOwn(const ConsoleOptions& options)
@@ -112,18 +126,29 @@ RunningConsole::RunningConsole()
 
 RunningConsole::~RunningConsole() = default;
 
+// Whoever looks at the console is told in the window; whoever started it somewhere else, in the log.
+void RunningConsole::show()
+{
+    d->window->show();
+    if (!d->problem.isEmpty()) {
+        qWarning("%s", qUtf8Printable(d->problem));
+        d->window->messages()->show(
+            tr("Nothing can be connected: %1.\n\nPut that right and start the console again.").arg(d->problem));
+    }
+    if (!d->userToAsk.isEmpty()) {
+        QTimer::singleShot(0, d->window->userMenu(), [this] { d->window->userMenu()->logIn(d->userToAsk); });
+    }
+}
+
 int RunningConsole::run()
 {
     const ZelkoCommon::TerminationSignals signals;
     QObject::connect(&signals, &ZelkoCommon::TerminationSignals::received, qApp, &QCoreApplication::quit);
-    d->window->show();
-    if (!d->userToAsk.isEmpty()) {
-        QTimer::singleShot(0, d->window->userMenu(), [this] { d->window->userMenu()->logIn(d->userToAsk); });
-    }
+    show();
     return QApplication::exec();
 }
 
-ConsoleSession& RunningConsole::session() const
+Session& RunningConsole::session() const
 {
     return *d->session;
 }

@@ -8,9 +8,9 @@ class QString;
 
 namespace ZelkoConsole {
 
-class ConsoleSession;
 class ConsoleUser;
 class ConsoleWindow;
+class Session;
 
 /// Name, icon and version of the application, for its windows, settings and folders. Once, after QApplication was made.
 void prepareApplication();
@@ -20,16 +20,21 @@ class RunningConsole
 {
 public:
     /// Connects, or starts a recorder, as the options say; the window is made and not shown yet. Null, and a text for
-    /// people in `error`, when the site file cannot be used or the network not be listened on.
+    /// people in `error`, when the site file cannot be read, or the own recorder not be listened to. A site file that
+    /// names an address or keys that cannot be used gives a console with nothing connected, whose window says why.
     static std::unique_ptr<RunningConsole> open(const ConsoleOptions& options, QString* error);
 
     ~RunningConsole();
+
+    /// Shows the window, which says what is wrong with the site, or asks who works here, as soon as it is shown.
+    void show();
 
     /// Shows the window and runs until it is closed, or the process gets SIGTERM or SIGINT, which closes it too. Gives
     /// the exit code. The process holds both signals since before it had a second thread.
     int run();
 
-    ConsoleSession& session() const;
+    /// A ConsoleSession, unless nothing can be connected.
+    Session& session() const;
     ConsoleUser& user() const;
     ConsoleWindow& window() const;
 

@@ -7,6 +7,7 @@
 #include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/orb.h>
+#include <zelkobase/orb/tlsrefusal.h>
 
 #include <algorithm>
 #include <chrono>
@@ -173,6 +174,7 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
     connection.number = m_queue->open();
     connection.subscriber = new LinkSubscriber(m_queue, connection.number, m_options.patience);
     const PortableServer::ServantBase_var guard(connection.subscriber);
+    takeTlsRefusal(); // of a connection before
     try {
         const CORBA::Object_var object =
             m_orb.remoteObject(m_subSystem.host, m_subSystem.port, ZelkoTreeLink::OBJECT_KEY);
@@ -384,7 +386,8 @@ std::string LinkWorker::explain(const CORBA::Exception& exception) const
     if (const auto* const refused = ZelkoTreeLink::Refused::_downcast(&exception)) {
         return std::string("the recorder server refused: ") + static_cast<const char*>(refused->text);
     }
-    return describe(exception).toStdString();
+    const QString refusal = takeTlsRefusal();
+    return (refusal.isEmpty() ? describe(exception) : refusal).toStdString();
 }
 
 } // namespace ZelkoCommon

@@ -2,6 +2,7 @@
 
 #include <zelkobase/orb/orb.h>
 #include <zelkobase/orb/tlspeer_p.h>
+#include <zelkobase/orb/tlsrefusal_p.h>
 
 #include <omniORB4/CORBA.h>
 
@@ -79,12 +80,25 @@ void configure(SSL_CTX* context, const TlsOptions& options)
     useKey(context, options);
 }
 
-// The ORB takes a failure of a connection for something that passes when `errno` says so from before.
-void forgetErrno(const SSL*, int where, int)
+// Either end tells the other one by an alert why it does not go on.
+void noteAlert(int where, int alert)
 {
-    if (where & SSL_CB_ALERT) {
-        errno = 0;
+    const QString text = (where & SSL_CB_READ) ? QStringLiteral("it refused the TLS connection of this machine: %1")
+                                               : QStringLiteral("it does not talk through TLS as is needed: %1");
+    noteTlsRefusal(text.arg(QLatin1String(SSL_alert_desc_string_long(alert))));
+}
+
+// The ORB takes a failure of a connection for something that passes when `errno` says so from before.
+void hearAlert(const SSL* ssl, int where, int alert)
+{
+    if (!(where & SSL_CB_ALERT)) {
+        return;
     }
+    const bool isEnd = (alert >> 8) == SSL3_AL_FATAL; // what is below names it
+    if (isEnd && !SSL_is_server(ssl)) {
+        noteAlert(where, alert);
+    }
+    errno = 0;
 }
 
 // Owned by the ORB once it is the singleton.
@@ -135,7 +149,7 @@ void prepareTls(const std::optional<TlsOptions>& options)
     delete sslContext::singleton; // of an ORB that did not come to be
     sslContext::singleton = nullptr;
     sslContext::verify_callback = verifyPeer;
-    sslContext::info_callback = forgetErrno;
+    sslContext::info_callback = hearAlert;
     if (options) {
         sslContext::singleton = new TlsContext(*options);
     } else {

@@ -1,5 +1,7 @@
 #include <zelkobase/orb/tlspeer_p.h>
 
+#include <zelkobase/orb/tlsrefusal_p.h>
+
 #include <QLoggingCategory>
 
 #include <arpa/inet.h>
@@ -96,6 +98,15 @@ void tellRefused(const SSL* ssl, int error)
     }
 }
 
+// Whoever calls asks for it. Of those who call nobody does.
+void noteRefused(const SSL* ssl, int error)
+{
+    if (!SSL_is_server(ssl)) {
+        noteTlsRefusal(
+            QStringLiteral("its certificate is refused: %1").arg(QLatin1String(X509_verify_cert_error_string(error))));
+    }
+}
+
 } // namespace
 
 int verifyPeer(int isAccepted, X509_STORE_CTX* store)
@@ -110,6 +121,7 @@ int verifyPeer(int isAccepted, X509_STORE_CTX* store)
     }
     if (!isAccepted) {
         tellRefused(ssl, X509_STORE_CTX_get_error(store));
+        noteRefused(ssl, X509_STORE_CTX_get_error(store));
     }
     return isAccepted;
 }
