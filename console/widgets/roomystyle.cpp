@@ -4,10 +4,30 @@
 #include <QStyleOptionHeader>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace ZelkoConsole {
 namespace {
 
 constexpr int rowMargin = 8; // above and below together
+constexpr float restingSaturation = 0.2F;
+
+// The row of a table or tree, or a cell of it, when the keys go somewhere else.
+bool isResting(QStyle::PrimitiveElement element, const QWidget* widget)
+{
+    const bool isSelection = element == QStyle::PE_PanelItemViewRow || element == QStyle::PE_PanelItemViewItem;
+    return isSelection && widget && !widget->hasFocus();
+}
+
+void drawFocus(const QStyleOption& option, QPainter& painter)
+{
+    const bool selected = option.state & QStyle::State_Selected;
+    QColor color = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Highlight);
+    color.setAlphaF(selected ? 0.6F : 1.0F);
+    painter.setPen(color);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+}
 
 } // namespace
 
@@ -26,16 +46,23 @@ int RoomyStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
 void RoomyStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const
 {
-    if (element != PE_FrameFocusRect) {
+    const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+    if (element == PE_FrameFocusRect) {
+        drawFocus(*option, *painter);
+    } else if (item && isResting(element, widget)) {
+        QStyleOptionViewItem resting(*item);
+        resting.palette.setColor(QPalette::Highlight, restingHighlight(item->palette));
+        QProxyStyle::drawPrimitive(element, &resting, painter, widget);
+    } else {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
-        return;
     }
-    const bool selected = option->state & State_Selected;
-    QColor color = option->palette.color(selected ? QPalette::HighlightedText : QPalette::Highlight);
-    color.setAlphaF(selected ? 0.6F : 1.0F);
-    painter->setPen(color);
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+}
+
+QColor RoomyStyle::restingHighlight(const QPalette& palette)
+{
+    const QColor color = palette.color(QPalette::Highlight);
+    return QColor::fromHslF(std::max(0.0F, color.hslHueF()), color.hslSaturationF() * restingSaturation,
+                            color.lightnessF());
 }
 
 void RoomyStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

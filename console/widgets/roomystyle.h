@@ -5,7 +5,8 @@
 namespace ZelkoConsole {
 
 /// The application's style with some more room in lists and tables: around the text of cells and headers, and between
-/// rows. The focus is a line around a cell, so that it does not fade its text.
+/// rows. The focus is a line around a cell, so that it does not fade its text; what is selected in a list without the
+/// focus is greyed, so that one sees where the keys go.
 class RoomyStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -27,6 +28,9 @@ public:
 
     /// Height of a row of text in `view`.
     static int rowHeight(const QWidget* view);
+
+    /// The colour of what is selected in a list without the focus. The text on it is that of any selection.
+    static QColor restingHighlight(const QPalette& palette);
 
 private:
     static constexpr int sideMargin = 6;

@@ -10,6 +10,7 @@
 #include <console/widgets/connectionbadge.h>
 #include <console/widgets/glyph.h>
 #include <console/widgets/heading.h>
+#include <console/widgets/menubarbutton.h>
 #include <console/window/timezonetext.h>
 #include <console/window/usermenu.h>
 #include <console/window/usermessages.h>
@@ -22,7 +23,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
@@ -137,11 +137,9 @@ void ConsoleWindow::makeMenus()
 // The menu bar has the same menu for the keyboard.
 void ConsoleWindow::makeUserButton()
 {
-    auto* const button = new QPushButton(glyphIcon(Glyph::Person), QString());
+    auto* const button = new MenuBarButton(menuBar());
     button->setObjectName(QStringLiteral("userButton"));
-    button->setFlat(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    button->setFixedHeight(menuBar()->sizeHint().height()); // in one line with the menus
+    button->setIcon(glyphIcon(Glyph::Person));
     button->setMenu(m_userMenu);
     button->setStatusTip(tr("Who works here."));
     const auto show = [this, button] {

@@ -27,9 +27,11 @@ public:
     ZelkoCommon::LinkCredentials credentials() const;
 
 private:
+    QWidget* makeReasonRow();
     void updateButtons();
 
-    QLabel* m_reason; // hidden while there is none
+    QWidget* m_reasonRow; // hidden while there is none
+    QLabel* m_reason;
     QLineEdit* m_name;
     QLineEdit* m_password;
     QDialogButtonBox* m_buttons;

@@ -335,6 +335,16 @@ private Q_SLOTS:
         QCOMPARE(controller.selectedRecords(), selected);
     }
 
+    // The button of the user had made the bar higher than the menus, whose lines then stood in its middle.
+    void hasItsMenusAsHighAsTheirBar()
+    {
+        const Setting setting;
+        const QMenuBar& bar = *setting.window->menuBar();
+        for (const QAction* const menu : bar.actions()) {
+            QCOMPARE(bar.actionGeometry(const_cast<QAction*>(menu)).bottom(), bar.rect().bottom());
+        }
+    }
+
     void remembersSizeAndColumns()
     {
         Setting setting(1);
