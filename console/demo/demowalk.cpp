@@ -239,9 +239,12 @@ bool DemoWalk::waitFor(const QString& what, const std::function<bool()>& conditi
            fail(QStringLiteral("the console did not show %1 within %2 s").arg(what).arg(limit.count()));
 }
 
+// Offscreen no window becomes the active one when a dialog is closed, which every desktop sees to.
 bool DemoWalk::takePicture(const char* name)
 {
-    return takePicture(m_window, name);
+    m_window.activateWindow();
+    return waitFor(QStringLiteral("itself as the active window"), [this] { return m_window.isActiveWindow(); }) &&
+           takePicture(m_window, name);
 }
 
 bool DemoWalk::takePicture(QWidget& widget, const char* name)
