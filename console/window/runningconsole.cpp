@@ -30,9 +30,22 @@ using ZelkoCommon::Orb;
 using ZelkoCommon::OrbOptions;
 using ZelkoCommon::ZelkoConfiguration;
 
+namespace {
+
+// A desktop has signs of its own for message boxes. Without one Qt's are small pictures that are scaled up.
+void provideSigns()
+{
+    if (!QIcon::hasThemeIcon(QStringLiteral("dialog-warning"))) {
+        QIcon::setThemeName(QStringLiteral("console"));
+    }
+}
+
+} // namespace
+
 void prepareApplication()
 {
     initResources();
+    provideSigns();
     QApplication::setOrganizationName(QStringLiteral("Zelko"));
     QApplication::setApplicationName(QStringLiteral("zelko-console"));
     QApplication::setApplicationDisplayName(tr("Recorder Console"));
