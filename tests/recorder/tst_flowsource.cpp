@@ -1,8 +1,6 @@
 #include <recorder/service/flowsource.h>
 
-#include <channelmanager.h>
-
-#include <zelkobase/orb/orb.h>
+#include <publishedmanager.h>
 
 #include <QTest>
 
@@ -12,7 +10,6 @@ using QD_ZLK::IF_ZLK_c_ChanMan;
 
 namespace {
 
-constexpr char managerKey[] = "Manager";
 const QStringList newer{"connect", "start"};
 const QStringList older{"connect of old", "start of old"};
 const QStringList newerThenOlder{"connect", "connect of old", "start of old"};
@@ -41,8 +38,8 @@ private:
     using Change = std::function<void(ChannelManager::Answers&)>;
 
     std::unique_ptr<ZelkoCommon::Orb> m_orb;
+    std::unique_ptr<PublishedManager> m_published;
     ChannelManager* m_manager = nullptr;
-    PortableServer::ServantBase_var m_guard;
     IF_ZLK_c_ChanMan::_var_type m_reference;
     FlowSource m_source{"192.0.2.7"};
 };
@@ -50,13 +47,10 @@ private:
 void TestFlowSource::init()
 {
     m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
-    m_manager = new ChannelManager;
-    m_guard = m_manager;
+    m_published = std::make_unique<PublishedManager>(*m_orb);
+    m_manager = &m_published->manager();
     m_manager->answers.olderPort = 20'000;
-    m_orb->publish(managerKey, m_manager);
-    const CORBA::Object_var manager =
-        m_orb->reference(QStringLiteral("corbaloc::1.2@127.1:%1/%2").arg(m_orb->port()).arg(managerKey));
-    m_reference = IF_ZLK_c_ChanMan::_unchecked_narrow(manager);
+    m_reference = m_published->reference();
     m_source = FlowSource("192.0.2.7");
 }
 
