@@ -50,9 +50,9 @@ private:
 
 void TestServiceHost::init()
 {
-    m_recorder = std::make_unique<ServiceRecorder>();
+    m_recorder = ServiceRecorder::loaded();
+    QVERIFY(m_recorder);
     m_manager = std::make_unique<PublishedManager>(m_recorder->orb);
-    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->isLoaded(), patience);
 }
 
 // Gives its ID; empty when the recorder refuses.
