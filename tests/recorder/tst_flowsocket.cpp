@@ -134,7 +134,7 @@ void TestFlowSocket::refusesAPortThatSomebodyHas()
 
 void TestFlowSocket::refusesAnAddressThatIsNotItsOwn()
 {
-    for (const char* const address : {"192.0.2.1", "no host has such a name", "127.0.0.1:80"}) {
+    for (const char* const address : {"192.0.2.1", "2001:db8::1"}) {
         QVERIFY(!FlowSocket::open(Kind::Datagrams, address, 0, "127.0.0.1", &m_error));
         QVERIFY2(m_error.contains(address), qPrintable(m_error));
     }
