@@ -56,8 +56,7 @@ StoreStatus DeviceService::askWorker(const QString& recordID, const Ask& ask)
     return resultOr(answer, StoreStatus::Ending, m_ending);
 }
 
-// While it is being recorded the record belongs to the recording. If that has just ended it is the worker's turn again;
-// if it is in its very last step, or somebody else's, the record stays in use.
+// While it is being recorded the record belongs to the recording. If that has just ended it is the worker's turn again.
 StoreStatus DeviceService::edit(const QString& recordID, const RecordEdit& edit)
 {
     const auto askIt = [&](const auto& answer) { m_worker.edit(recordID, edit, answer); };
@@ -69,14 +68,16 @@ StoreStatus DeviceService::edit(const QString& recordID, const RecordEdit& edit)
     return ofRecording ? *ofRecording : askWorker(recordID, askIt);
 }
 
-// Nothing if it is not being recorded.
+// Nothing if it is not being recorded; told so only after the last step of the recording, if that is under way.
 std::optional<StoreStatus> DeviceService::editRecording(const QString& recordID, const RecordEdit& edit)
 {
-    bool isRecording = false;
-    const StoreStatus status = askWorker(recordID, [&](const auto& answer) {
-        isRecording = m_recordings.edit(recordID, edit, answer) || m_foreignEdits.post(recordID, edit, answer);
-    });
-    return isRecording ? std::optional(status) : std::nullopt;
+    using Result = std::optional<StoreStatus>;
+    const auto promise = std::make_shared<std::promise<Result>>();
+    std::future<Result> result = promise->get_future();
+    const EditQueue::Entry entry{edit, [promise](StoreStatus status) { promise->set_value(status); },
+                                 [promise] { promise->set_value(std::nullopt); }};
+    const bool isRecording = m_recordings.edit(recordID, entry) || m_foreignEdits.post(recordID, entry);
+    return isRecording ? resultOr(result, Result(StoreStatus::Ending), m_ending) : std::nullopt;
 }
 
 StoreStatus DeviceService::synchronize(const QString& recordID)

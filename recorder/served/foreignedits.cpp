@@ -14,11 +14,11 @@ void ForeignEdits::end(const QString& recordID)
     m_edits.erase(recordID);
 }
 
-bool ForeignEdits::post(const QString& recordID, const RecordEdit& edit, const EditQueue::Answer& answer)
+bool ForeignEdits::post(const QString& recordID, const EditQueue::Entry& entry)
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_edits.find(recordID);
-    return found != m_edits.end() && found->second->post(edit, answer);
+    return found != m_edits.end() && found->second->post(entry);
 }
 
 } // namespace ZelkoRecorder

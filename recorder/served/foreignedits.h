@@ -18,8 +18,8 @@ public:
     void begin(const QString& recordID, const std::shared_ptr<EditQueue>& edits);
     void end(const QString& recordID);
 
-    /// False, and nobody is answered, if nobody takes edits of the record, or no longer.
-    bool post(const QString& recordID, const RecordEdit& edit, const EditQueue::Answer& answer);
+    /// False, and nobody is answered, if nobody takes edits of the record, or no longer; otherwise as EditQueue has it.
+    bool post(const QString& recordID, const EditQueue::Entry& entry);
 
 private:
     std::mutex m_mutex;

@@ -57,10 +57,10 @@ void RecordingThread::stopRecording(const QString& recordID)
     }
 }
 
-bool RecordingThread::edit(const QString& recordID, const RecordEdit& edit, const EditQueue::Answer& answer)
+bool RecordingThread::edit(const QString& recordID, const EditQueue::Entry& entry)
 {
     const std::lock_guard lock(m_mutex);
-    return m_recordID == recordID && m_edits && m_edits->post(edit, answer);
+    return m_recordID == recordID && m_edits && m_edits->post(entry);
 }
 
 void RecordingThread::recordAll()

@@ -50,9 +50,9 @@ public:
     /// Ends the recording of this record, if it is under way, and goes on to the next source.
     void stopRecording(const QString& recordID);
 
-    /// Edits the record while it is being recorded. False, and nobody is answered, if it is not, or no longer. Any
-    /// thread.
-    bool edit(const QString& recordID, const RecordEdit& edit, const EditQueue::Answer& answer);
+    /// Edits the record while it is being recorded. False, and nobody is answered, if it is not, or no longer;
+    /// otherwise as EditQueue has it. Any thread.
+    bool edit(const QString& recordID, const EditQueue::Entry& entry);
 
 Q_SIGNALS:
     /// A record is about to be born. Comes before anything of it is on disk.

@@ -1,8 +1,8 @@
 #include <recorder/served/replayvalues.h>
 
+#include <recorder/served/putvalue.h>
 #include <recorder/served/replays.h>
 
-#include <valuecore/tree.h>
 #include <zelkobase/names/valuenames.h>
 
 namespace ZelkoRecorder {
@@ -13,12 +13,6 @@ namespace {
 
 // Often enough for a marker that moves, seldom enough for many clients.
 constexpr std::chrono::milliseconds showEvery{100};
-
-template <typename T>
-T* put(Tree& tree, const QString& node, QLatin1String name)
-{
-    return tree.Emplace(node, std::make_unique<T>(name, TValueState::Open));
-}
 
 template <typename T, typename Content>
 void set(T* value, const Content& content)
@@ -35,9 +29,9 @@ ReplayValues::ReplayValues(Tree& tree, const QString& device, const Replays& rep
     , m_replays(replays)
 {
     const QString node = names::devicePathBelowRoot(QString(), device) + QLatin1String("/Replay");
-    m_recordID = put<TextValue>(tree, node, names::recordId);
-    m_position = put<Value<qint64>>(tree, node, names::currentReplayPosition);
-    m_count = put<IntValue>(tree, node, names::noOfReplays);
+    m_recordID = putValue<TextValue>(tree, names::join(node, names::recordId));
+    m_position = putValue<Value<qint64>>(tree, names::join(node, names::currentReplayPosition));
+    m_count = putValue<IntValue>(tree, names::join(node, names::noOfReplays));
     m_timer.setInterval(showEvery);
     connect(&m_timer, &QTimer::timeout, this, [this] { show(); });
     connect(&replays, &Replays::changed, this, [this](const QString& id) { note(id); });

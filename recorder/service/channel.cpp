@@ -1,6 +1,7 @@
 #include <recorder/service/channel.h>
 
 #include <recorder/service/channeldevices.h>
+#include <recorder/service/flowsource.h>
 #include <recorder/source/cleantext.h>
 #include <recorder/store/recorderlog.h>
 
@@ -12,14 +13,6 @@ namespace ZelkoRecorder {
 using ManagerPtr = QD_ZLK::IF_ZLK_c_ChanMan_ptr;
 using ZelkoCommon::fromCorba;
 using ZelkoCommon::toCorba;
-
-// Written on the thread of the calls before its outcome is told, and read after that.
-struct Channel::Source
-{
-    FlowSocket::Kind kind = FlowSocket::Kind::Datagrams;
-    std::string sender;
-    quint64 stream = 0;
-};
 
 Channel::Channel(const QString& id, const ChannelWish& wish, const Manager& manager, ChannelDevices& devices,
                  const Options& options, QObject* parent)
@@ -188,42 +181,19 @@ void Channel::ask()
         [this](const ManagerCaller::Outcome& outcome) { m_machine.asked(outcome.done, outcome.why); });
 }
 
+// The source is written on the thread of the calls before its outcome is told, and read after that.
 void Channel::connectSource()
 {
-    m_source = std::make_shared<Source>();
-    m_source->sender = m_wish.peer.empty() ? ZelkoCommon::loopbackAddress : m_wish.peer;
-    m_caller.call(callConnect(), [this](const ManagerCaller::Outcome& outcome) {
-        const bool usable = outcome.done && !m_source->sender.empty();
-        if (outcome.done && !usable) {
-            disconnectSource(); // it agreed, and waits
-        }
-        m_machine.connected(usable,
-                            outcome.done ? QStringLiteral("it names no endpoint that can be used") : outcome.why);
-    });
-}
-
-// The newer operation is the one that is asked: it has streams and addresses of every family. A manager that names no
-// endpoint sends datagrams of stream 0 from where it called.
-ManagerCaller::Call Channel::callConnect()
-{
-    return [id = m_wireId, source = m_source](ManagerPtr manager) {
-        QD_ZLK::DataEndpointNGSeq_var endpoints;
-        QD_ZLK::LongSeq_var streams;
-        if (!manager->connectForRecordNG(id.c_str(), endpoints, streams)) {
-            return false;
-        }
-        if (endpoints->length() > 0) {
-            const QD_ZLK::DataEndpointNG& endpoint = endpoints[0];
-            const std::string address = static_cast<const char*>(endpoint.address);
-            source->kind =
-                endpoint.kind == QD_ZLK::ENDPOINT_TCP ? FlowSocket::Kind::Stream : FlowSocket::Kind::Datagrams;
-            source->stream = static_cast<quint64>(endpoint.streamId);
-            source->sender = address.empty() ? source->sender : ZelkoCommon::plainAddress(address);
-            const bool isOffered = endpoint.kind == QD_ZLK::ENDPOINT_TCP || endpoint.kind == QD_ZLK::ENDPOINT_UDP;
-            source->sender = isOffered ? source->sender : std::string();
-        }
-        return true;
-    };
+    m_source = std::make_shared<FlowSource>(m_wish.peer.empty() ? ZelkoCommon::loopbackAddress : m_wish.peer);
+    m_caller.call([id = m_wireId, source = m_source](ManagerPtr manager) { return source->connect(manager, id); },
+                  [this](const ManagerCaller::Outcome& outcome) {
+                      const bool usable = outcome.done && m_source->isUsable();
+                      if (outcome.done && !usable) {
+                          disconnectSource(); // it agreed, and waits
+                      }
+                      m_machine.connected(usable, outcome.done ? QStringLiteral("it names no endpoint that can be used")
+                                                               : outcome.why);
+                  });
 }
 
 // The manager may be lost before the device is ready.
@@ -244,8 +214,9 @@ void Channel::beginFlow()
         return;
     }
     m_caller.call(
-        [id = m_wireId, address = m_options.toldAddress.toStdString(), port = m_receiver->port()](ManagerPtr manager) {
-            manager->startDataFlowNG(id.c_str(), address.c_str(), port);
+        [id = m_wireId, source = m_source, address = m_options.toldAddress.toStdString(),
+         port = m_receiver->port()](ManagerPtr manager) {
+            source->start(manager, id, address, port);
             return true;
         },
         [this](const ManagerCaller::Outcome& outcome) { m_machine.flowStarted(outcome.done, outcome.why); });
@@ -253,12 +224,13 @@ void Channel::beginFlow()
 
 bool Channel::openReceiver(QString* error)
 {
-    auto socket = FlowSocket::open(m_source->kind, m_options.listenAddress, m_source->sender, error);
+    auto socket =
+        FlowSocket::open(m_source->kind(), m_options.listenAddress, m_source->port(), m_source->sender(), error);
     if (!socket) {
         return false;
     }
     m_receiver = std::make_unique<ChannelReceiver>(
-        std::move(socket), ChannelReceiver::Flow{m_source->stream, m_sampleRate}, m_devices.store(m_device),
+        std::move(socket), ChannelReceiver::Flow{m_source->stream(), m_sampleRate}, m_devices.store(m_device),
         m_devices.clock(m_device), birth(), receiverListener());
     return true;
 }

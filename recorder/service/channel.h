@@ -14,6 +14,7 @@
 namespace ZelkoRecorder {
 
 class ChannelDevices;
+class FlowSource;
 
 /// One channel that a manager has registered: its settings, its recording, and the calls to its manager. Lives on the
 /// recorder's thread and never makes it wait, but in its destructor.
@@ -80,8 +81,6 @@ Q_SIGNALS:
     void gone(const QString& id);
 
 private:
-    struct Source; // what the manager said when it connected
-
     void ask() override;
     void connectSource() override;
     void startFlow() override;
@@ -95,7 +94,6 @@ private:
     void tellRemoved() override;
     void ended() override;
 
-    ManagerCaller::Call callConnect();
     void beginFlow();
     bool openReceiver(QString* error);
     ChannelReceiver::Listener receiverListener();
@@ -116,7 +114,7 @@ private:
     QString m_newName; // that came with the wish to stop; empty: none
     QString m_device;
     QString m_recordID;
-    std::shared_ptr<Source> m_source;
+    std::shared_ptr<FlowSource> m_source; // what the manager said when it connected
     ChannelMachine m_machine{*this};
     QTimer m_duration;
     QTimer m_pingTimer;

@@ -28,6 +28,10 @@ int boundSocket(const addrinfo& where)
         return -1;
     }
     ::setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
+    if (where.ai_socktype == SOCK_STREAM) { // the port of the recording before may not be over it yet
+        constexpr int reuse = 1;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
+    }
     const bool listens = ::bind(socket, where.ai_addr, where.ai_addrlen) == 0 &&
                          (where.ai_socktype == SOCK_DGRAM || ::listen(socket, 1) == 0);
     if (!listens) {
@@ -37,14 +41,15 @@ int boundSocket(const addrinfo& where)
     return socket;
 }
 
-int openSocket(FlowSocket::Kind kind, const QString& address)
+int openSocket(FlowSocket::Kind kind, const QString& address, quint16 port)
 {
     addrinfo hints{};
     hints.ai_socktype = kind == FlowSocket::Kind::Datagrams ? SOCK_DGRAM : SOCK_STREAM;
     hints.ai_flags = AI_PASSIVE;
     addrinfo* found = nullptr;
     const QByteArray host = address.toUtf8();
-    if (::getaddrinfo(host.isEmpty() ? nullptr : host.constData(), "0", &hints, &found) != 0) {
+    const QByteArray service = QByteArray::number(port);
+    if (::getaddrinfo(host.isEmpty() ? nullptr : host.constData(), service.constData(), &hints, &found) != 0) {
         return -1;
     }
     const int socket = boundSocket(*found);
@@ -54,12 +59,12 @@ int openSocket(FlowSocket::Kind kind, const QString& address)
 
 } // namespace
 
-std::unique_ptr<FlowSocket> FlowSocket::open(Kind kind, const QString& address, const std::string& sender,
+std::unique_ptr<FlowSocket> FlowSocket::open(Kind kind, const QString& address, quint16 port, const std::string& sender,
                                              QString* error)
 {
-    const int socket = openSocket(kind, address);
+    const int socket = openSocket(kind, address, port);
     if (socket < 0) {
-        *error = QStringLiteral("there is no socket to be had at \"%1\"").arg(address);
+        *error = QStringLiteral("there is no socket to be had at \"%1\", port %2").arg(address).arg(port);
         return nullptr;
     }
     return std::unique_ptr<FlowSocket>(new FlowSocket(kind, socket, sender));

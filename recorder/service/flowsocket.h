@@ -15,9 +15,10 @@ public:
     enum class Kind { Datagrams, Stream };
     enum class Got { Nothing, Bytes, End };
 
-    /// Listens at `address`, a name or a number, on a port that the system chooses. What does not come from `sender`,
-    /// an address as `plainAddress` has it, is thrown away. Null, with a text for people in `error`, if that cannot be.
-    static std::unique_ptr<FlowSocket> open(Kind kind, const QString& address, const std::string& sender,
+    /// Listens at `address`, a name or a number, and `port`; 0: one that the system chooses. What does not come from
+    /// `sender`, an address as `plainAddress` has it, is thrown away. Null, with a text for people in `error`, if that
+    /// cannot be.
+    static std::unique_ptr<FlowSocket> open(Kind kind, const QString& address, quint16 port, const std::string& sender,
                                             QString* error);
     ~FlowSocket();
     FlowSocket(const FlowSocket&) = delete;

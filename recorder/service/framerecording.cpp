@@ -192,6 +192,7 @@ bool FrameRecording::finish(EditQueue& edits)
         for (const EditQueue::Entry& entry : entries) {
             entry.answer(StoreStatus::UnknownRecord);
         }
+        edits.end();
         return true;
     }
     m_writer->makeEdits(entries, [this] { tell(); });
@@ -200,6 +201,7 @@ bool FrameRecording::finish(EditQueue& edits)
     }
     const bool closed = m_writer->finish();
     tell();
+    edits.end();
     return closed;
 }
 

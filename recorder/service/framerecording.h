@@ -44,8 +44,8 @@ public:
     /// Makes the edits that wait, durably; as long as there is no record they go on waiting.
     void makeEdits(EditQueue& edits);
 
-    /// Makes the edits that wait and closes them and the record, durably. False if the disk does not take its end: then
-    /// the record is shown as damaged. Without a record edits are answered `UnknownRecord`.
+    /// Makes the edits that wait, closes the record, durably, and ends the edits. False if the disk does not take its
+    /// end: then the record is shown as damaged. Without a record edits are answered `UnknownRecord`.
     bool finish(EditQueue& edits);
 
     /// Empty as long as there is no record.

@@ -70,6 +70,7 @@ RecordPointer readMetaData(const QDir& folder, QString* error)
 
 DeviceStore::DeviceStore(const QString& folder, Sync sync)
     : m_folder(QDir(folder).absolutePath())
+    , m_marks(m_folder)
     , m_sync(sync)
 {}
 
@@ -109,6 +110,7 @@ void DeviceStore::removeLeftovers() const
             QDir(recordFolder(name)).removeRecursively();
         }
     }
+    m_marks.clearOrphans();
 }
 
 QStringList DeviceStore::recordIds() const
@@ -147,12 +149,12 @@ RecordPointer DeviceStore::readAtRest(const QString& recordID, QString* error) c
     }
     if (!isUnfinished(*record)) {
         removeTemporaries(recordFolder(recordID));
-        return record;
-    }
-    if (!repairRecord(recordFolder(recordID), *record, error)) {
+    } else if (repairRecord(recordFolder(recordID), m_marks.isSet(recordID), *record, error)) {
+        qCInfo(recorderLog).noquote() << "closed" << recordID << "at" << record->GetSize() << "bytes";
+    } else {
         return nullptr;
     }
-    qCInfo(recorderLog).noquote() << "closed" << recordID << "at" << record->GetSize() << "bytes";
+    m_marks.clear(recordID);
     return record;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/store/recordingmarks.h>
 #include <recorder/store/recordpointer.h>
 
 #include <QString>
@@ -38,7 +39,8 @@ public:
     RecordPointer read(const QString& recordID, QString* error) const;
 
     /// As `read`, but a record that was left unfinished is closed on disk first, and what an interrupted save left in
-    /// its folder is removed. Not while somebody may be recording or saving it.
+    /// its folder is removed. One that was recorded here may be deleted from then on; one that somebody has put there
+    /// keeps its protection. Not while somebody may be recording or saving it.
     RecordPointer readAtRest(const QString& recordID, QString* error) const;
 
     /// Replaces a record's metadata, durably.
@@ -50,6 +52,9 @@ public:
 
     /// Whether the record may be deleted as a client asks: it is marked so, and at rest.
     static bool mayDelete(const ZELKO_XML::ZELKO_RecordData& record);
+
+    /// Which records are being recorded here, or were when the recorder died.
+    const RecordingMarks& marks() const { return m_marks; }
 
     /// Where a record is built before it appears under its own name.
     QString birthFolder(const QString& recordID) const;
@@ -64,6 +69,7 @@ private:
     QStringList restore(const QStringList& recordIDs) const;
 
     const QString m_folder;
+    const RecordingMarks m_marks;
     const Sync m_sync;
 };
 

@@ -57,6 +57,7 @@ bool Recording::run(const std::stop_token& stop, QString* error)
     m_writer = RecordWriter::create(m_store, m_birth, error);
     if (!m_writer) {
         closeEdits();
+        m_edits->end();
         return false;
     }
     tell();
@@ -66,6 +67,7 @@ bool Recording::run(const std::stop_token& stop, QString* error)
     closeEdits();
     const bool closed = m_writer->finish();
     tell();
+    m_edits->end();
     if (recorded && !closed) {
         *error = QStringLiteral("the disk does not take the end of the record");
     }
@@ -172,7 +174,7 @@ void Recording::makeEdits(const std::vector<EditQueue::Entry>& entries)
     m_writer->makeEdits(entries, [this] { tell(); });
 }
 
-// What was asked for before the end counts; who asks later finds a record at rest, or none.
+// What was asked for before the end counts; who asks later waits until the record is at rest.
 void Recording::closeEdits()
 {
     const auto entries = m_edits->close();

@@ -47,7 +47,7 @@ public:
     ~Recording();
 
     /// Edits of the record that others ask for are taken from here while it is being recorded, and made durable at
-    /// once. Closed when `run` returns. `edits` outlives the recording.
+    /// once. At its end when `run` returns. `edits` outlives the recording.
     void takeEditsFrom(EditQueue& edits);
 
     /// Records until the signal ends, `stop` is requested, or the disk refuses; then closes the record. False, and a

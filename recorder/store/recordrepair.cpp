@@ -34,10 +34,8 @@ bool isUnfinished(const ZELKO_RecordData& record)
            (record.IsFinishedSet() && !record.GetFinished());
 }
 
-// Whoever records protects the record until its end; whatever else is unfinished somebody has put there as it is.
 void closeAtLastIndexEntry(ZELKO_RecordData& record)
 {
-    const bool isProtectedByRecording = record.GetRecordStatus() == Status::Recording;
     const auto& index = std::as_const(record).GetIndexEntry();
     const quint64 size = index.isEmpty() ? 0 : index.constLast().GetRecordOffset();
     record.SetSize(size);
@@ -45,10 +43,10 @@ void closeAtLastIndexEntry(ZELKO_RecordData& record)
     record.SetStopTime(index.isEmpty() ? record.GetStartTime() : index.constLast().GetTimestamp());
     record.SetRecordStatus(Status::Finished);
     record.SetFinished(true);
-    record.SetDeletable(isProtectedByRecording || record.GetDeletable());
 }
 
-bool repairRecord(const QString& folder, ZELKO_RecordData& record, QString* error)
+// Whoever records protects the record until its end; whatever else is unfinished somebody has put there as it is.
+bool repairRecord(const QString& folder, bool wasRecordedHere, ZELKO_RecordData& record, QString* error)
 {
     QFile samples(sampleFilePath(folder, record));
     if (!samples.open(QIODevice::ReadWrite)) {
@@ -57,6 +55,7 @@ bool repairRecord(const QString& folder, ZELKO_RecordData& record, QString* erro
     }
     dropIndexBeyond(static_cast<quint64>(samples.size()), record);
     closeAtLastIndexEntry(record);
+    record.SetDeletable(wasRecordedHere || record.GetDeletable());
     if (!cutDurably(samples, record.GetSize()) || !saveMetaData(folder, record)) {
         *error = QStringLiteral("it cannot be written");
         return false;

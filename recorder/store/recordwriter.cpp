@@ -11,18 +11,27 @@ namespace ZelkoRecorder {
 
 using ZELKO_XML::ZELKO_RecordData;
 
-// It is built under a name that nobody reads, so that a folder under a record's ID always holds a whole record.
 std::unique_ptr<RecordWriter> RecordWriter::create(const DeviceStore& store, const ZELKO_RecordData& birth,
                                                    QString* error)
 {
     std::unique_ptr<RecordWriter> writer(new RecordWriter(store, birth));
-    const QString builtIn = store.birthFolder(birth.GetRecordID());
-    if (writer->openIn(builtIn) && writer->save(builtIn) && store.publish(birth.GetRecordID())) {
+    const QString& id = birth.GetRecordID();
+    const bool isMarked = store.marks().set(id);
+    if (isMarked && writer->bear(store.birthFolder(id))) {
         return writer;
     }
-    *error = QStringLiteral("the record %1 cannot be made in %2").arg(birth.GetRecordID(), store.folder());
-    QDir(builtIn).removeRecursively();
+    *error = QStringLiteral("the record %1 cannot be made in %2").arg(id, store.folder());
+    if (isMarked) {
+        QDir(store.birthFolder(id)).removeRecursively();
+        store.marks().clear(id);
+    }
     return nullptr;
+}
+
+// It is built under a name that nobody reads, so that a folder under a record's ID always holds a whole record.
+bool RecordWriter::bear(const QString& builtIn)
+{
+    return openIn(builtIn) && save(builtIn) && m_store.publish(m_record.GetRecordID());
 }
 
 RecordWriter::RecordWriter(const DeviceStore& store, const ZELKO_RecordData& birth)
@@ -82,8 +91,10 @@ void RecordWriter::makeEdits(const std::vector<EditQueue::Entry>& entries, const
 bool RecordWriter::finish()
 {
     closeAtLastIndexEntry(m_record);
+    m_record.SetDeletable(true);
     const bool cut = m_samples.resize(static_cast<qint64>(m_record.GetSize())) && flushSamples();
     if (cut && save(m_store.recordFolder(m_record.GetRecordID()))) {
+        m_store.marks().clear(m_record.GetRecordID());
         return true;
     }
     m_saved = std::make_shared<ZELKO_RecordData>(*m_saved);

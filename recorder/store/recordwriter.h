@@ -17,8 +17,9 @@ class RecordWriter
 {
 public:
     /// Makes the record, without samples: `birth` has its ID, name, start time and what is known of the signal. When
-    /// this returns it is durable and stands in the store under its ID, as one that is being recorded. Null, with a
-    /// text for people in `error` and the store as it was, if the disk refuses or the ID is taken.
+    /// this returns it is durable and stands in the store under its ID, marked as one that is being recorded until
+    /// `finish` has succeeded. Null, with a text for people in `error` and the store as it was, if the disk refuses or
+    /// the ID is taken.
     static std::unique_ptr<RecordWriter> create(const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth,
                                                 QString* error);
 
@@ -47,6 +48,7 @@ public:
 private:
     RecordWriter(const DeviceStore& store, const ZELKO_XML::ZELKO_RecordData& birth);
 
+    bool bear(const QString& builtIn);
     bool openIn(const QString& folder);
     bool save(const QString& folder);
     bool flushSamples();

@@ -158,9 +158,8 @@ private:
 
 void TestAdminServant::init()
 {
-    m_recorder = std::make_unique<ServiceRecorder>(
-        [](const QString& folder) { storeRecord(folder, recordWithComment(), 4000); });
-    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->isLoaded(), 30000);
+    m_recorder = ServiceRecorder::loaded([](const QString& folder) { storeRecord(folder, recordWithComment(), 4000); });
+    QVERIFY(m_recorder);
 }
 
 ServiceStatus TestAdminServant::ask(const Call& call, const QString& device, const QString& id) const
@@ -331,9 +330,9 @@ void TestAdminServant::copiesNoMoreAtOnceThanItMay()
     ServiceHost::Options options;
     options.copies.atOnce = atOnce;
     options.copies.atOncePerHost = atOncePerHost;
-    m_recorder = std::make_unique<ServiceRecorder>(
-        [](const QString& folder) { storeRecord(folder, recordWithComment(), 4000); }, options);
-    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->isLoaded(), 30000);
+    m_recorder =
+        ServiceRecorder::loaded([](const QString& folder) { storeRecord(folder, recordWithComment(), 4000); }, options);
+    QVERIFY(m_recorder);
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(ask([](auto a, auto d, auto r) { return copy(a, d, r, ranges({{10'250'000, 10'500'000}})); }), status);
     }
@@ -439,9 +438,9 @@ void TestAdminServant::saysWhenARecordIsTooLarge()
     m_recorder.reset();
     ServiceHost::Options options;
     options.largestAnswer = 100;
-    m_recorder = std::make_unique<ServiceRecorder>(
-        [](const QString& folder) { storeRecord(folder, recordWithComment(), 4000); }, options);
-    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->isLoaded(), 30000);
+    m_recorder =
+        ServiceRecorder::loaded([](const QString& folder) { storeRecord(folder, recordWithComment(), 4000); }, options);
+    QVERIFY(m_recorder);
     const QString text = onCallerThread([this] {
         try {
             record(admin(), "D1", "r1");

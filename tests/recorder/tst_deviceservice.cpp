@@ -72,6 +72,8 @@ private Q_SLOTS:
     void recordsWithTheTimeOfTheDevice();
     void editsARecordThatIsBeingRecorded();
     void editsARecordThatSomebodyElseRecords();
+    void editsARecordAfterTheLastStepOfItsRecording_data();
+    void editsARecordAfterTheLastStepOfItsRecording();
     void leavesARecordingToItself();
     void letsSeveralClientsChangeOneRecord();
     void letsItsCallersGoWhenItEnds();
@@ -410,6 +412,50 @@ void TestDeviceService::editsARecordThatSomebodyElseRecords()
     QCOMPARE(answer.get(), StoreStatus::Done);
     served.endForeignRecording(recorded.GetRecordID());
     QCOMPARE(ask([this] { return service().setComment("R9", "Spaeter"); }), StoreStatus::InUse);
+}
+
+void TestDeviceService::editsARecordAfterTheLastStepOfItsRecording_data()
+{
+    using Edit = std::function<StoreStatus(DeviceService&)>;
+    using Check = std::function<bool(const ZELKO_RecordData&)>;
+    QTest::addColumn<Edit>("edit");
+    QTest::addColumn<Check>("isMade");
+    QTest::newRow("its comment") << Edit([](auto& asked) { return asked.setComment("R9", "Neu"); })
+                                 << Check([](const auto& record) { return record.GetRecordName() == "Neu"; });
+    QTest::newRow("its deletable flag") << Edit([](auto& asked) { return asked.setDeletable("R9", false); })
+                                        << Check([](const auto& record) { return !record.GetDeletable(); });
+    QTest::newRow("its bookmarks") << Edit([](auto& asked) { return asked.setBookmarks("R9", {bookmark(2)}); })
+                                   << Check([](const auto& record) { return record.GetBookmarkEntry().size() == 1; });
+    QTest::newRow("its history") << Edit([](auto& asked) { return asked.addHistory("R9", "Neu"); })
+                                 << Check([](const auto& record) { return record.GetHistoryEntry().size() == 1; });
+}
+
+// The recording has made the edits that came before, and puts the record at rest while the client waits.
+void TestDeviceService::editsARecordAfterTheLastStepOfItsRecording()
+{
+    using Edit = std::function<StoreStatus(DeviceService&)>;
+    using Check = std::function<bool(const ZELKO_RecordData&)>;
+    QFETCH(const Edit, edit);
+    QFETCH(const Check, isMade);
+    const QString recorded = QStringLiteral("R9");
+    serve();
+    QVERIFY(storeSamples(folder(), unfinishedRecord(recorded), sampleBytes(4000)));
+    std::atomic<bool> hasCome = false;
+    const auto edits = std::make_shared<EditQueue>([&] { hasCome = true; });
+    ServedDevice& served = *m_recorder->device(device);
+    served.beginForeignRecording(
+        recorded, [] {}, edits);
+    QVERIFY(edits->close().empty());
+    auto answer = std::async(std::launch::async, [&] { return edit(service()); });
+    QTRY_VERIFY_WITH_TIMEOUT(hasCome, 30'000);
+    QVERIFY(DeviceStore(folder()).save(finishedRecord(recorded)));
+    edits->end();
+    QCOMPARE(answer.get(), StoreStatus::Done);
+    QString error;
+    const RecordPointer onDisk = DeviceStore(folder()).read(recorded, &error);
+    QVERIFY2(onDisk && isMade(*onDisk), qPrintable(error));
+    served.endForeignRecording(recorded);
+    QTRY_VERIFY_WITH_TIMEOUT(values().record(recorded) && isMade(*values().record(recorded)), 30'000);
 }
 
 void TestDeviceService::leavesARecordingToItself()

@@ -38,7 +38,9 @@ private Q_SLOTS:
     void doesNotWaitAtAPipeInPlaceOfAFile_data();
     void doesNotWaitAtAPipeInPlaceOfAFile();
     void leavesARecordAtRestAlone();
+    void closesAnUnfinishedRecord_data();
     void closesAnUnfinishedRecord();
+    void forgetsTheMarkOfARecordAtRest();
     void savesMetaData();
     void removesRecordsWithAllFiles();
     void removesOnlyWhatIsThere();
@@ -170,17 +172,50 @@ void TestDeviceStore::leavesARecordAtRestAlone()
     QCOMPARE(contentOf(folder.path()), before);
 }
 
+void TestDeviceStore::closesAnUnfinishedRecord_data()
+{
+    QTest::addColumn<bool>("isMarked");
+    QTest::addColumn<bool>("before");
+    QTest::addColumn<bool>("after");
+    QTest::newRow("its own") << true << false << true;
+    QTest::newRow("one that was copied in as protected, or is of a time before marks") << false << false << false;
+    QTest::newRow("one that was copied in") << false << true << true;
+}
+
 void TestDeviceStore::closesAnUnfinishedRecord()
 {
+    QFETCH(const bool, isMarked);
+    QFETCH(const bool, before);
+    QFETCH(const bool, after);
     const QTemporaryDir folder;
-    QVERIFY(storeRecord(folder.path(), unfinishedRecord(QStringLiteral("R1")), 5000));
+    ZELKO_RecordData unfinished = unfinishedRecord(QStringLiteral("R1"));
+    unfinished.SetDeletable(before);
+    QVERIFY(storeRecord(folder.path(), unfinished, 5000));
     const DeviceStore store(folder.path());
+    QVERIFY(!isMarked || store.marks().set(QStringLiteral("R1")));
     QString error;
     const RecordPointer record = store.readAtRest(QStringLiteral("R1"), &error);
     QVERIFY2(record, qPrintable(error));
-    QVERIFY(*record == finishedRecord(QStringLiteral("R1")));
+    ZELKO_RecordData expected = finishedRecord(QStringLiteral("R1"));
+    expected.SetDeletable(after);
+    QVERIFY(*record == expected);
     QVERIFY(*store.read(QStringLiteral("R1"), &error) == *record);
     QCOMPARE(QFileInfo(folder.filePath(QStringLiteral("R1/R1.dat"))).size(), qint64{4000});
+    QVERIFY(!store.marks().isSet(QStringLiteral("R1")));
+}
+
+// It was killed when the end of the record was on disk already, and somebody may have protected the record since.
+void TestDeviceStore::forgetsTheMarkOfARecordAtRest()
+{
+    const QTemporaryDir folder;
+    ZELKO_RecordData record = finishedRecord(QStringLiteral("R1"));
+    record.SetDeletable(false);
+    QVERIFY(storeRecord(folder.path(), record, 4000));
+    const DeviceStore store(folder.path());
+    QVERIFY(store.marks().set(QStringLiteral("R1")));
+    QString error;
+    QVERIFY(*store.readAtRest(QStringLiteral("R1"), &error) == record);
+    QVERIFY(!store.marks().isSet(QStringLiteral("R1")));
 }
 
 void TestDeviceStore::savesMetaData()
@@ -242,6 +277,7 @@ void TestDeviceStore::clearsAwayInterruptedBirthsAndDeletions()
     QVERIFY(QDir().rename(folder.filePath(QStringLiteral("R2")), folder.filePath(QStringLiteral(".deleted-R2"))));
     QVERIFY(QDir().mkpath(store.birthFolder(QStringLiteral("R3"))));
     QVERIFY(writeBytes(store.birthFolder(QStringLiteral("R3")) + QStringLiteral("/R3.dat"), "x"));
+    QVERIFY(store.marks().set(QStringLiteral("neverBorn")));
     store.removeLeftovers();
     QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("R1")});

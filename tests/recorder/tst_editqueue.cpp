@@ -20,6 +20,8 @@ class TestEditQueue : public QObject
 private Q_SLOTS:
     void givesOutWhatWaitsInItsOrder();
     void takesNothingOnceClosed();
+    void keepsThoseWhoWaitUntilItsEnd();
+    void mayBeAskedAgainByWhomItTells();
     void losesNothingOfSeveralThreads();
 };
 
@@ -47,6 +49,35 @@ void TestEditQueue::takesNothingOnceClosed()
     QVERIFY(queue.take().empty());
     QVERIFY(queue.close().empty());
     QCOMPARE(answered, 0);
+}
+
+void TestEditQueue::keepsThoseWhoWaitUntilItsEnd()
+{
+    QStringList log;
+    EditQueue queue([&] { log.append(QStringLiteral("posted")); });
+    const auto answer = [&](StoreStatus) { log.append(QStringLiteral("answered")); };
+    const EditQueue::Entry patient{nothing, answer, [&] { log.append(QStringLiteral("over")); }};
+    QVERIFY(queue.post(patient));
+    QCOMPARE(queue.close().size(), std::size_t{1}); // to be made, as that of anybody
+    QVERIFY(queue.post(patient));
+    QVERIFY(queue.take().empty());
+    QVERIFY(queue.close().empty());
+    QCOMPARE(log, (QStringList{QStringLiteral("posted"), QStringLiteral("posted")}));
+    queue.end();
+    QCOMPARE(log, (QStringList{QStringLiteral("posted"), QStringLiteral("posted"), QStringLiteral("over")}));
+    QVERIFY(!queue.post(patient));
+    QCOMPARE(log.size(), 3);
+}
+
+// Who is told asks elsewhere at once, where the same queue may be looked at again.
+void TestEditQueue::mayBeAskedAgainByWhomItTells()
+{
+    EditQueue queue;
+    queue.close();
+    bool isTaken = true;
+    QVERIFY(queue.post({nothing, {}, [&] { isTaken = queue.post({nothing, {}, [] {}}); }}));
+    queue.end();
+    QVERIFY(!isTaken);
 }
 
 void TestEditQueue::losesNothingOfSeveralThreads()

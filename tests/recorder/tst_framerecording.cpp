@@ -36,6 +36,7 @@ private Q_SLOTS:
     void isNamedAfterTheTimeOfTheDevice();
     void takesEditsWhileItIsRecorded();
     void takesTheEditsThatWaitAtItsEnd();
+    void tellsWhoComesAtItsLastStepWhenThatIsOver();
     void answersEditsOfNoRecord();
     void refusesWhatTheDiskRefuses();
 
@@ -321,11 +322,28 @@ void TestFrameRecording::takesTheEditsThatWaitAtItsEnd()
     QVERIFY(!rename("Zu spaet"));
 }
 
+void TestFrameRecording::tellsWhoComesAtItsLastStepWhenThatIsOver()
+{
+    QVERIFY(take(frameOf(0)));
+    bool isAtRest = false;
+    const auto over = [&] {
+        const RecordPointer record = DeviceStore(m_folder->path()).read(m_recording->recordID(), &m_error);
+        isAtRest = record && DeviceStore::mayDelete(*record);
+    };
+    const auto unexpected = [](StoreStatus) { QFAIL("it was made"); };
+    QVERIFY(m_edits->post(commentEdit("Neu"), [&](StoreStatus) {
+        QVERIFY(m_edits->post({commentEdit("Zu spaet"), unexpected, over}));
+    }));
+    QCOMPARE(finished()->GetRecordName(), "Neu");
+    QVERIFY(isAtRest);
+}
+
 void TestFrameRecording::answersEditsOfNoRecord()
 {
     QVERIFY(rename("Neu"));
     QVERIFY(m_recording->finish(*m_edits));
     QCOMPARE(m_answers, QList{StoreStatus::UnknownRecord});
+    QVERIFY(!m_edits->post({commentEdit("Zu spaet"), {}, [] {}}));
 }
 
 void TestFrameRecording::refusesWhatTheDiskRefuses()

@@ -109,6 +109,7 @@ void TestKilledRecorder::showsEveryRecordAfterItWasKilled()
         const DeviceStore store(m_store.filePath(QString::fromLatin1(device)));
         QStringList stored = store.recordIds();
         stored.sort();
+        QVERIFY(std::none_of(stored.begin(), stored.end(), [&](const QString& id) { return store.marks().isSet(id); }));
         QCOMPARE(client.values(QString::fromLatin1(device)).ids(), stored);
         for (const QString& id : stored) {
             checkClosed(QString::fromLatin1(device), client.values(QString::fromLatin1(device)).record(id));

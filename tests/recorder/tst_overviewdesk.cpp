@@ -50,9 +50,9 @@ private:
 
 void TestOverviewDesk::initTestCase()
 {
-    m_recorder = std::make_unique<ServiceRecorder>(
-        [](const QString& folder) { storeRecord(folder, finishedRecord("r1"), 4000); });
-    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->isLoaded(), 30000);
+    m_recorder =
+        ServiceRecorder::loaded([](const QString& folder) { storeRecord(folder, finishedRecord("r1"), 4000); });
+    QVERIFY(m_recorder);
 }
 
 void TestOverviewDesk::init()

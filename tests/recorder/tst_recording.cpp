@@ -77,6 +77,7 @@ private Q_SLOTS:
     void endsWhenTheRecordIsTakenAway();
     void makesEditsDurableBeforeItAnswers();
     void answersEditsThatCameBeforeItsEnd();
+    void tellsWhoComesAtItsLastStepWhenThatIsOver();
     void keepsAnEditFromSpoilingTheRecord();
     void goesOnWhenTheDiskDoesNotTakeAnEdit();
     void answersEditsOfARecordThatIsNeverBorn();
@@ -349,6 +350,35 @@ void TestRecording::answersEditsThatCameBeforeItsEnd()
     QVERIFY(answered > 0);
     QCOMPARE(m_told.constLast()->GetRecordName(), QStringLiteral("late"));
     QVERIFY(!m_edits->post(commentEdit(QStringLiteral("too late")), {}));
+}
+
+// Whoever is answered asks for the next edit at once, so that the last one comes when no more are made.
+void TestRecording::tellsWhoComesAtItsLastStepWhenThatIsOver()
+{
+    CountingSource source(CountingSource::signal(2500));
+    int answered = 0;
+    QList<bool> restAtTheEnd;
+    const auto over = [&] {
+        QString error;
+        const RecordPointer record = DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error);
+        restAtTheEnd.append(record && DeviceStore::mayDelete(*record));
+    };
+    std::function<void()> postNext = [&] {
+        const auto answer = [&](StoreStatus) {
+            ++answered;
+            postNext();
+        };
+        QVERIFY(m_edits->post({commentEdit(QString::number(answered)), answer, over}));
+    };
+    m_onTold = [&] {
+        if (m_told.size() == 1) {
+            postNext();
+        }
+    };
+    QVERIFY(run(source, fast()));
+    QCOMPARE(restAtTheEnd, QList<bool>{true});
+    QVERIFY(answered > 0);
+    QCOMPARE(m_told.constLast()->GetRecordName(), QString::number(answered - 1));
 }
 
 void TestRecording::keepsAnEditFromSpoilingTheRecord()

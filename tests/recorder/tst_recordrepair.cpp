@@ -81,7 +81,7 @@ void TestRecordRepair::closesAtTheLastEntryThatIsThere()
     QVERIFY(storeRecord(device.path(), record, sampleBytes));
 
     QString error;
-    QVERIFY2(repairRecord(device.filePath(QStringLiteral("R1")), record, &error), qPrintable(error));
+    QVERIFY2(repairRecord(device.filePath(QStringLiteral("R1")), true, record, &error), qPrintable(error));
     ZELKO_RecordData saved;
     QVERIFY(saved.LoadXml(device.filePath(QStringLiteral("R1/RecordData.xml"))));
     QVERIFY(saved == record);
@@ -97,25 +97,34 @@ void TestRecordRepair::closesAtTheLastEntryThatIsThere()
 void TestRecordRepair::keepsWhatSomebodyHasProtected_data()
 {
     QTest::addColumn<Status>("status");
+    QTest::addColumn<bool>("wasRecordedHere");
     QTest::addColumn<bool>("before");
     QTest::addColumn<bool>("after");
-    QTest::newRow("protected by its recording") << Status::Recording << false << true;
-    QTest::newRow("at rest but for its end, protected") << Status::Finished << false << false;
-    QTest::newRow("at rest but for its end") << Status::Finished << true << true;
-    QTest::newRow("stopping, protected") << Status::Stopping << false << false;
-    QTest::newRow("in a loop, protected") << Status::LoopRecording << false << false;
+    QTest::newRow("protected by its recording") << Status::Recording << true << false << true;
+    QTest::newRow("being recorded elsewhere, protected") << Status::Recording << false << false << false;
+    QTest::newRow("being recorded elsewhere") << Status::Recording << false << true << true;
+    QTest::newRow("at rest but for its end, protected") << Status::Finished << false << false << false;
+    QTest::newRow("at rest but for its end") << Status::Finished << false << true << true;
+    QTest::newRow("stopping, protected") << Status::Stopping << false << false << false;
+    QTest::newRow("in a loop, protected") << Status::LoopRecording << false << false << false;
 }
 
 void TestRecordRepair::keepsWhatSomebodyHasProtected()
 {
-    QFETCH(Status, status);
-    QFETCH(bool, before);
+    QFETCH(const Status, status);
+    QFETCH(const bool, wasRecordedHere);
+    QFETCH(const bool, before);
+    const QTemporaryDir device;
     ZELKO_RecordData record = unfinishedRecord(QStringLiteral("R1"));
     record.SetRecordStatus(status);
     record.SetDeletable(before);
-    closeAtLastIndexEntry(record);
-    QTEST(record.GetDeletable(), "after");
-    QVERIFY(record.GetFinished());
+    QVERIFY(storeRecord(device.path(), record, 4000));
+    QString error;
+    QVERIFY2(repairRecord(device.filePath(QStringLiteral("R1")), wasRecordedHere, record, &error), qPrintable(error));
+    ZELKO_RecordData saved;
+    QVERIFY(saved.LoadXml(device.filePath(QStringLiteral("R1/RecordData.xml"))));
+    QTEST(saved.GetDeletable(), "after");
+    QVERIFY(saved.GetFinished());
 }
 
 void TestRecordRepair::removesWhatAnInterruptedSaveLeft()
@@ -125,7 +134,7 @@ void TestRecordRepair::removesWhatAnInterruptedSaveLeft()
     QVERIFY(storeRecord(device.path(), record, 4000));
     QVERIFY(writeBytes(device.filePath(QStringLiteral("R1/RecordData.xml.aB3dEf")), "<half"));
     QString error;
-    QVERIFY(repairRecord(device.filePath(QStringLiteral("R1")), record, &error));
+    QVERIFY(repairRecord(device.filePath(QStringLiteral("R1")), true, record, &error));
     QCOMPARE(contentOf(device.path()).keys(),
              (QStringList{QStringLiteral("R1/R1.dat"), QStringLiteral("R1/RecordData.xml")}));
 }
@@ -135,7 +144,7 @@ void TestRecordRepair::reportsMissingSamples()
     const QTemporaryDir device;
     ZELKO_RecordData record = unfinishedRecord(QStringLiteral("R1"));
     QString error;
-    QVERIFY(!repairRecord(device.filePath(QStringLiteral("R1")), record, &error));
+    QVERIFY(!repairRecord(device.filePath(QStringLiteral("R1")), true, record, &error));
     QVERIFY(!error.isEmpty());
 }
 

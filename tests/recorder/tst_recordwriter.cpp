@@ -18,6 +18,7 @@ private Q_SLOTS:
     void init();
     void givesBirthToARecordThatIsBeingRecorded();
     void refusesAnIdThatIsTaken();
+    void leavesARecordingOfTheSameIdAlone();
     void refusesAStoreThatIsGone();
     void countsSamplesFromTheStepOn();
     void leavesARecordThatCanBeClosedAtTheLastStep();
@@ -57,7 +58,8 @@ void TestRecordWriter::givesBirthToARecordThatIsBeingRecorded()
     const auto writer = RecordWriter::create(*m_store, birth(), &m_error);
     QVERIFY2(writer, qPrintable(m_error));
     QCOMPARE(contentOf(m_folder->path()).keys(),
-             (QStringList{QStringLiteral("R1/R1.dat"), QStringLiteral("R1/RecordData.xml")}));
+             (QStringList{QStringLiteral(".recording-R1"), QStringLiteral("R1/R1.dat"),
+                          QStringLiteral("R1/RecordData.xml")}));
     QVERIFY(*stored() == *writer->saved());
     QCOMPARE(stored()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Recording);
     QVERIFY(stored()->IsFinishedSet() && !stored()->GetFinished());
@@ -71,6 +73,15 @@ void TestRecordWriter::refusesAnIdThatIsTaken()
     const auto before = contentOf(m_folder->path());
     QVERIFY(!RecordWriter::create(*m_store, birth(), &m_error));
     QVERIFY(m_error.contains(QLatin1String("R1")));
+    QCOMPARE(contentOf(m_folder->path()), before);
+}
+
+void TestRecordWriter::leavesARecordingOfTheSameIdAlone()
+{
+    const auto writer = RecordWriter::create(*m_store, birth(), &m_error);
+    QVERIFY2(writer, qPrintable(m_error));
+    const auto before = contentOf(m_folder->path());
+    QVERIFY(!RecordWriter::create(*m_store, birth(), &m_error));
     QCOMPARE(contentOf(m_folder->path()), before);
 }
 
@@ -108,7 +119,9 @@ void TestRecordWriter::leavesARecordThatCanBeClosedAtTheLastStep()
     QVERIFY(record);
     QCOMPARE(record->GetSize(), quint64{4});
     QCOMPARE(record->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QVERIFY(record->GetDeletable());
     QCOMPARE(readBytes(m_folder->filePath(QStringLiteral("R1/R1.dat"))), QByteArray("abcd"));
+    QVERIFY(!m_store->marks().isSet(QStringLiteral("R1")));
 }
 
 void TestRecordWriter::cutsAtTheLastEntryWhenItFinishes()
@@ -123,6 +136,7 @@ void TestRecordWriter::cutsAtTheLastEntryWhenItFinishes()
     QVERIFY(stored()->GetFinished());
     QVERIFY(stored()->GetDeletable());
     QCOMPARE(stored()->GetSize(), quint64{4});
+    QVERIFY(!m_store->marks().isSet(QStringLiteral("R1")));
 }
 
 void TestRecordWriter::keepsTheStepBeforeWhenItCannotFinish()
@@ -144,6 +158,7 @@ void TestRecordWriter::keepsTheStepBeforeWhenItCannotFinish()
     const RecordPointer closed = m_store->readAtRest(QStringLiteral("R1"), &m_error);
     QVERIFY2(closed, qPrintable(m_error));
     QCOMPARE(closed->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QVERIFY(closed->GetDeletable());
     QCOMPARE(closed->GetSize(), quint64{4});
 }
 

@@ -85,9 +85,8 @@ private:
 
 void TestReplayServant::init()
 {
-    m_recorder =
-        std::make_unique<ServiceRecorder>([](const QString& folder) { storeRecord(folder, longRecord(), 4000); });
-    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->isLoaded(), 30000);
+    m_recorder = ServiceRecorder::loaded([](const QString& folder) { storeRecord(folder, longRecord(), 4000); });
+    QVERIFY(m_recorder);
 }
 
 void TestReplayServant::everyCall()

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void loadsLargeStoresInSlices();
     void setsUnreadableFoldersAside();
     void closesWhatWasBeingRecorded();
+    void letsNobodyDeleteWhatOthersWereRecording();
     void makesOnlyMissingPreparedRecords();
     void makesHalfWrittenPreparedRecordsAgain();
     void makesPreparedRecordsWherePipesStand();
@@ -134,10 +135,25 @@ void TestStoreWorker::setsUnreadableFoldersAside()
 void TestStoreWorker::closesWhatWasBeingRecorded()
 {
     QVERIFY(storeRecord(m_folder->path(), unfinishedRecord(QStringLiteral("R1")), 4321));
+    QVERIFY(DeviceStore(m_folder->path()).marks().set(QStringLiteral("R1")));
     load();
     ZELKO_RecordData record;
     QVERIFY(record.LoadXml(m_folder->filePath(QStringLiteral("R1/RecordData.xml"))));
     QVERIFY(record == finishedRecord(QStringLiteral("R1")));
+}
+
+// It was copied in while somebody else recorded it, or is of a recorder that left no marks yet.
+void TestStoreWorker::letsNobodyDeleteWhatOthersWereRecording()
+{
+    QVERIFY(storeRecord(m_folder->path(), unfinishedRecord(QStringLiteral("R1")), 4321));
+    load();
+    ZELKO_RecordData record;
+    QVERIFY(record.LoadXml(m_folder->filePath(QStringLiteral("R1/RecordData.xml"))));
+    QCOMPARE(record.GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QCOMPARE(record.GetSize(), quint64{4000}); // closed at its last entry all the same
+    m_worker->remove({QStringLiteral("R1")});
+    m_worker->readOne(QStringLiteral("R1"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("gone "), QStringLiteral("read R1")}), 30'000);
 }
 
 void TestStoreWorker::makesOnlyMissingPreparedRecords()

@@ -2,10 +2,14 @@
 
 #include <zelkoidl/recorderservice.hh>
 
+#include <omniORB4/callHandle.h>
+
 #include <QStringList>
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
+#include <string_view>
 
 namespace ZelkoTest {
 
@@ -24,6 +28,10 @@ public:
         bool namesEndpoint = true; ///< in its answer to connecting
         QD_ZLK::EndpointKind kind = QD_ZLK::ENDPOINT_UDP;
         std::string address;
+        std::function<void()> refusal; ///< throws, in place of an answer to the newer way of connecting
+        bool isOlder = false;          ///< knows none of the newer operations
+        CORBA::Long olderPort = 0;     ///< what it then says, where its data arrive
+        CORBA::Long olderAddress = 0;
     };
     Answers answers;
 
@@ -54,15 +62,22 @@ public:
     CORBA::Boolean connectForRecord(const char*, QD_ZLK::DataEndpointSeq_out endpoints,
                                     QD_ZLK::LongSeq_out streams) override
     {
-        endpoints = new QD_ZLK::DataEndpointSeq;
-        streams = new QD_ZLK::LongSeq;
         note("connect of old");
-        return false;
+        streams = new QD_ZLK::LongSeq;
+        endpoints = new QD_ZLK::DataEndpointSeq;
+        if (answers.namesEndpoint) {
+            endpoints->length(1);
+            (*endpoints)[0] = {answers.kind, answers.olderAddress, answers.olderPort, 7};
+        }
+        return answers.connects;
     }
     CORBA::Boolean connectForRecordNG(const char*, QD_ZLK::DataEndpointNGSeq_out endpoints,
                                       QD_ZLK::LongSeq_out streams) override
     {
         note("connect");
+        if (answers.refusal) {
+            answers.refusal();
+        }
         streams = new QD_ZLK::LongSeq;
         endpoints = new QD_ZLK::DataEndpointNGSeq;
         if (answers.namesEndpoint) {
@@ -74,18 +89,8 @@ public:
         }
         return answers.connects;
     }
-    void startDataFlow(const char*) override { note("start of old"); }
-    void startDataFlowNG(const char*, const char*, CORBA::Long port) override
-    {
-        if (!answers.starts) {
-            throw QD_ZLK::IF_ZLK_c_ChanMan::exChanMan(QD_ZLK::IF_ZLK_c_ChanMan::CHANMAN_NO_DATA, "no data today");
-        }
-        {
-            const std::lock_guard lock(m_mutex);
-            m_port = static_cast<quint16>(port);
-        }
-        note("start");
-    }
+    void startDataFlow(const char*) override { start("start of old", answers.olderPort); }
+    void startDataFlowNG(const char*, const char*, CORBA::Long port) override { start("start", port); }
     void stopDataFlow(const char*) override { note("stop"); }
     void disconnect(const char*) override { note("disconnect"); }
     CORBA::Boolean isAvailableForReplay(const char*, const QD_ZLK::StringSeq&) override { return false; }
@@ -112,7 +117,25 @@ public:
         note(QStringLiteral("fault %1: %2").arg(fault).arg(text));
     }
 
+    /// An operation that it does not know is none for its ORB either.
+    CORBA::Boolean _dispatch(omniCallHandle& call) override
+    {
+        const bool isNewer = std::string_view(call.operation_name()).ends_with("NG");
+        return !(answers.isOlder && isNewer) && POA_QD_ZLK::IF_ZLK_c_ChanMan::_dispatch(call);
+    }
+
 private:
+    void start(const QString& call, CORBA::Long port)
+    {
+        if (!answers.starts) {
+            throw QD_ZLK::IF_ZLK_c_ChanMan::exChanMan(QD_ZLK::IF_ZLK_c_ChanMan::CHANMAN_NO_DATA, "no data today");
+        }
+        {
+            const std::lock_guard lock(m_mutex);
+            m_port = static_cast<quint16>(port);
+        }
+        note(call);
+    }
     void note(const QString& call)
     {
         const std::lock_guard lock(m_mutex);

@@ -3,6 +3,7 @@
 
 #include "channelmanager.h"
 #include "frames.h"
+#include "freeport.h"
 #include "inputlines.h"
 #include "patience.h"
 #include "recorderclient.h"
@@ -32,11 +33,13 @@ const QString done = QStringLiteral("done");
 class Session
 {
 public:
-    Session(ZelkoCommon::Orb& orb, quint16 recorderPort, bool sendsStream)
+    Session(ZelkoCommon::Orb& orb, quint16 recorderPort, bool sendsStream, bool isOlder)
         : m_orb(orb)
         , m_sendsStream(sendsStream)
     {
         m_manager->answers.kind = sendsStream ? QD_ZLK::ENDPOINT_TCP : QD_ZLK::ENDPOINT_UDP;
+        m_manager->answers.isOlder = isOlder;
+        m_manager->answers.olderPort = ZelkoTest::freePort();
         orb.publish(managerKey, m_manager);
         const CORBA::Object_var entry =
             orb.reference(ZelkoCommon::serviceReference({QStringLiteral("127.0.0.1")}, recorderPort));
@@ -143,7 +146,8 @@ int main(int argc, char* argv[])
     QCommandLineParser parser;
     parser.addOptions({{"port", "Port to listen on", "N", "0"},
                        {"recorder", "Port of the recorder", "N"},
-                       {"stream", "Sends a stream in place of datagrams"}});
+                       {"stream", "Sends a stream in place of datagrams"},
+                       {"older", "Knows the older operations only"}});
     parser.process(application);
     try {
         ZelkoCommon::OrbOptions options;
@@ -152,7 +156,7 @@ int main(int argc, char* argv[])
         ZelkoCommon::Orb orb(options);
         const quint16 recorderPort = parser.value("recorder").toUShort();
         ZelkoTest::RecorderClient client(orb, recorderPort);
-        Session session(orb, recorderPort, parser.isSet("stream"));
+        Session session(orb, recorderPort, parser.isSet("stream"), parser.isSet("older"));
         const ZelkoTest::InputLines input([&](const QStringList& words) { return session.answer(words); });
         QObject::connect(
             &client.link(), &ZelkoCommon::TreeLink::connected, &application,

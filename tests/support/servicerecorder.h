@@ -1,6 +1,7 @@
 #pragma once
 
 #include "callerthread.h"
+#include "patience.h"
 #include "recordervalues.h"
 #include "storedrecord.h"
 
@@ -13,6 +14,7 @@
 #include <zelkobase/orb/orb.h>
 
 #include <QTemporaryDir>
+#include <qtestsupport_core.h>
 
 #include <atomic>
 #include <memory>
@@ -46,6 +48,15 @@ struct ServiceRecorder
         }
         channelDevices = std::make_unique<ZelkoRecorder::ServedChannelDevices>(recorder);
         serve();
+    }
+
+    /// As the constructor, but waits until all records are loaded. Null if that takes too long.
+    static std::unique_ptr<ServiceRecorder> loaded(const Fill& fill = {},
+                                                   const ZelkoRecorder::ServiceHost::Options& hostOptions = {},
+                                                   const QStringList& exportFolders = {})
+    {
+        auto made = std::make_unique<ServiceRecorder>(fill, hostOptions, exportFolders);
+        return QTest::qWaitFor([&] { return made->isLoaded(); }, patience) ? std::move(made) : nullptr;
     }
 
     ~ServiceRecorder()

@@ -18,6 +18,7 @@ namespace {
 const QString device = QStringLiteral("Recorder1");
 const QString channelName = QStringLiteral("Antenna1");
 const QString done = QStringLiteral("done");
+const QString older = QStringLiteral("--older");
 constexpr quint64 frameBytes = 400;
 constexpr int longPatience = 2 * patience; // until a recorder has asked twice for a sign of life
 
@@ -48,8 +49,9 @@ private:
         const QStringList where{QStringLiteral("--recorder"), QString::number(m_recorder->port())};
         return std::make_unique<PeerProcess>(where + options, 0, QStringLiteral(ZELKO_CHANNEL_MANAGER));
     }
+    static QStringList beginningOf(const QStringList& options);
     static QStringList callsOf(PeerProcess& manager) { return manager.ask("calls").split('|'); }
-    QString enterAndBegin(PeerProcess& manager);
+    QString enterAndBegin(PeerProcess& manager, const QStringList& options);
     void send(PeerProcess& manager, std::initializer_list<int> frames);
     Record onlyRecord() const
     {
@@ -86,16 +88,23 @@ void TestChannelManager::cleanup()
     m_recorder.reset();
 }
 
+// What a recorder calls until data flow.
+QStringList TestChannelManager::beginningOf(const QStringList& options)
+{
+    const QString available = "available " + device;
+    return options.contains(older) ? QStringList{available, "connect of old", "start of old"}
+                                   : QStringList{available, "connect", "start"};
+}
+
 // Gives the ID of the channel.
-QString TestChannelManager::enterAndBegin(PeerProcess& manager)
+QString TestChannelManager::enterAndBegin(PeerProcess& manager, const QStringList& options)
 {
     const QString id = manager.ask("register " + channelName);
     [&] {
         QVERIFY(manager.port() != 0);
         QCOMPARE(manager.ask("find " + id), id);
         QCOMPARE(manager.ask("begin Morning"), done);
-        const QStringList called{"available " + device, "connect", "start"};
-        QTRY_COMPARE_WITH_TIMEOUT(callsOf(manager), called, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(callsOf(manager), beginningOf(options), patience);
     }();
     return id;
 }
@@ -143,13 +152,15 @@ void TestChannelManager::recordsWhatAManagerSends_data()
     QTest::addColumn<QStringList>("options");
     QTest::newRow("as datagrams") << QStringList();
     QTest::newRow("as a stream") << QStringList{"--stream"};
+    QTest::newRow("as datagrams to a port of its own choice") << QStringList{older};
+    QTest::newRow("as a stream to a port of its own choice") << QStringList{older, "--stream"};
 }
 
 void TestChannelManager::recordsWhatAManagerSends()
 {
     QFETCH(const QStringList, options);
     const auto manager = startManager(options);
-    const QString channel = enterAndBegin(*manager);
+    const QString channel = enterAndBegin(*manager, options);
     send(*manager, {0, 1, 2});
     QTRY_VERIFY_WITH_TIMEOUT(shows(Status::Recording), patience);
     const QString record = onlyRecord()->GetRecordID();
@@ -176,14 +187,14 @@ void TestChannelManager::livesOnWhenAManagerIsKilled()
     QSignalSpy disconnected(&m_client->link(), &ZelkoCommon::TreeLink::disconnected);
     const auto manager = startManager(options);
     const auto next = startManager(options);
-    const QString channel = enterAndBegin(*manager);
+    const QString channel = enterAndBegin(*manager, options);
     send(*manager, {0, 1});
     QTRY_VERIFY_WITH_TIMEOUT(shows(Status::Recording), patience);
     manager->kill();
     QTRY_VERIFY_WITH_TIMEOUT(shows(Status::Finished), longPatience);
     verifyClosed(2 * frameBytes);
     QTRY_COMPARE_WITH_TIMEOUT(next->ask("find " + channel), QStringLiteral("nothing"), longPatience);
-    QVERIFY(enterAndBegin(*next) != channel);
+    QVERIFY(enterAndBegin(*next, options) != channel);
     QCOMPARE(m_recorder->process().state(), QProcess::Running);
     QCOMPARE(disconnected.size(), 0);
 }

@@ -1,7 +1,5 @@
-#include <actionsite.h>
-#include <dialoganswers.h>
+#include <actiontest.h>
 
-#include <resources/zelkoicons.h>
 #include <zelkobase/service/guitoserverexportcorbahandler.h>
 #include <zelkobase/service/servicestatus.h>
 #include <zelkobase/service/toolbarhelper.h>
@@ -13,12 +11,10 @@ using namespace ZelkoTest;
 using ZelkoCommon::Role;
 using ZelkoCommon::ServiceStatus;
 using ZelkoCommon::statusCode;
-using ZelkoConsole::DialogAnswer;
 using ZelkoGUI::IZelkoGUIController;
 
 namespace {
 
-constexpr int patience = ActionSite::patience;
 constexpr std::chrono::milliseconds shortLimit{400};
 const QString first = QStringLiteral("R1");
 const QString second = QStringLiteral("R2");
@@ -32,13 +28,13 @@ QString textOf(unsigned long status)
 } // namespace
 
 // What a user sees of a recorder that stands still, or dies, and that all is well again when it is back.
-class TestRecorderActionFaults : public QObject
+class TestRecorderActionFaults : public ActionTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+    void initTestCase() { openOrb(); }
+    void cleanupTestCase() { closeOrb(); }
     void init();
     void cleanup();
     void aRecorderThatStandsStillCostsACallItsLimit();
@@ -47,53 +43,25 @@ private Q_SLOTS:
     void aDeadRecorderIsSaidToBeGone();
 
 private:
-    void rename(const QString& id, const QString& name)
-    {
-        const DialogAnswer answer(answers::type(name));
-        QVERIFY(m_site->click(IZelkoGUIController::UserActionRename, {id}));
-        QVERIFY(answer.wasGiven());
-    }
-    void answerDeletion(const QStringList& ids, QMessageBox::StandardButton button)
-    {
-        const DialogAnswer answer(answers::click(button));
-        QVERIFY(m_site->click(IZelkoGUIController::UserActionDelete, ids));
-        QVERIFY(answer.wasGiven());
-    }
     void checkThatItWorks(const QString& id);
     void checkThatTheWindowLives();
     void killIt();
-
-    std::unique_ptr<ZelkoCommon::Orb> m_orb;
-    std::unique_ptr<ActionSite> m_site;
 };
-
-void TestRecorderActionFaults::initTestCase()
-{
-    registerZelkoIcons();
-    m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
-}
-
-void TestRecorderActionFaults::cleanupTestCase()
-{
-    m_orb.reset();
-}
 
 void TestRecorderActionFaults::init()
 {
-    m_site = std::make_unique<ActionSite>(*m_orb, QStringLiteral(ZELKO_RECORDER));
+    makeSite();
     for (const QString& id : {first, second}) {
         QVERIFY(storeRecord(m_site->deviceFolder(), finishedRecord(id), 4000));
     }
     QVERIFY(m_site->start());
-    m_site->connectAs(Role::Operator);
-    m_site->watchModel();
-    QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
+    connectAs(Role::Operator);
 }
 
 void TestRecorderActionFaults::cleanup()
 {
     m_site->recorder().send(SIGCONT);
-    m_site.reset();
+    leaveSite();
 }
 
 void TestRecorderActionFaults::checkThatItWorks(const QString& id)
@@ -101,7 +69,7 @@ void TestRecorderActionFaults::checkThatItWorks(const QString& id)
     QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
     QCOMPARE(m_site->admin().requestRecordDataDetail(ActionSite::device(), id), 0UL);
     m_site->takeMessages();
-    rename(id, newName);
+    rename(*m_site, id, newName);
     QCOMPARE(m_site->takeMessages(), QStringList());
     QCOMPARE(m_site->stored(id).GetRecordName(), newName);
     QTRY_COMPARE_WITH_TIMEOUT(m_site->row(id).GetRecordName(), newName, patience);
@@ -114,7 +82,7 @@ void TestRecorderActionFaults::checkThatTheWindowLives()
     connect(&timer, &QTimer::timeout, this, [&] { ++rounds; });
     timer.start(1);
     QTRY_VERIFY_WITH_TIMEOUT(rounds > 20, patience);
-    answerDeletion({first}, QMessageBox::No);
+    deleteRecords(*m_site, {first}, QMessageBox::No);
 }
 
 void TestRecorderActionFaults::killIt()
@@ -130,7 +98,7 @@ void TestRecorderActionFaults::aRecorderThatStandsStillCostsACallItsLimit()
     m_site->handler()->setLimit(shortLimit);
     QElapsedTimer clock;
     clock.start();
-    rename(first, newName);
+    rename(*m_site, first, newName);
     QVERIFY(clock.elapsed() >= shortLimit.count());
     const QString timeout = textOf(statusCode(ServiceStatus::Timeout));
     QVERIFY(!timeout.isEmpty());
@@ -145,7 +113,7 @@ void TestRecorderActionFaults::aRecorderThatStandsStillCostsACallItsLimit()
 void TestRecorderActionFaults::aCommandWaitsForARecorderThatStandsStill()
 {
     QVERIFY(m_site->recorder().stop());
-    answerDeletion({first}, QMessageBox::Yes);
+    deleteRecords(*m_site, {first}, QMessageBox::Yes);
     checkThatTheWindowLives();
     QCOMPARE(m_site->rows(), (QStringList{first, second})); // nobody but the recorder takes rows away
     m_site->recorder().send(SIGCONT);

@@ -1,9 +1,7 @@
-#include <actionsite.h>
-#include <dialoganswers.h>
+#include <actiontest.h>
 #include <recorderclient.h>
 #include <samplebytes.h>
 
-#include <resources/zelkoicons.h>
 #include <zelkobase/service/servicestatus.h>
 #include <zelkobase/service/toolbarhelper.h>
 
@@ -14,13 +12,11 @@ using ZELKO_XML::BookmarkEntry;
 using ZELKO_XML::ZELKO_RecordData;
 using ZelkoCommon::Role;
 using ZelkoCommon::ServiceStatus;
-using ZelkoConsole::DialogAnswer;
 using ZelkoGUI::IZelkoGUIController;
 using Status = ZELKO_RecordData::RecordStatus;
 
 namespace {
 
-constexpr int patience = ActionSite::patience;
 const QString first = QStringLiteral("R1");
 const QString second = QStringLiteral("R2");
 const QString isProtected = QStringLiteral("P1");
@@ -62,15 +58,15 @@ Q_DECLARE_METATYPE(std::function<void(ActionSite&)>)
 
 // What the actions and the slots of a controller do to the records of a real recorder: to its disk, and so to the rows
 // of the list.
-class TestRecorderActions : public QObject
+class TestRecorderActions : public ActionTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+    void initTestCase() { openOrb(); }
+    void cleanupTestCase() { closeOrb(); }
     void init();
-    void cleanup();
+    void cleanup() { leaveSite(); }
     void deletesWhatMayBeDeleted();
     void keepsWhatIsNotConfirmed();
     void putsARecordToRest();
@@ -91,23 +87,8 @@ private:
 
     void connectAs(Role role)
     {
-        m_site->connectAs(role);
-        m_site->watchModel();
-        QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
+        ActionTest::connectAs(role);
         QCOMPARE(m_site->rows(), all);
-    }
-    static void deleteRecords(ActionSite& site, const QStringList& ids,
-                              QMessageBox::StandardButton button = QMessageBox::Yes)
-    {
-        const DialogAnswer answer(answers::click(button));
-        QVERIFY(site.click(IZelkoGUIController::UserActionDelete, ids));
-        QVERIFY(answer.wasGiven());
-    }
-    static void rename(ActionSite& site, const QString& id)
-    {
-        const DialogAnswer answer(answers::type(newName));
-        QVERIFY(site.click(IZelkoGUIController::UserActionRename, {id}));
-        QVERIFY(answer.wasGiven());
     }
     void changeBehindItsBack(const QString& id)
     {
@@ -133,25 +114,11 @@ private:
         }
         return data;
     }
-
-    std::unique_ptr<ZelkoCommon::Orb> m_orb;
-    std::unique_ptr<ActionSite> m_site;
 };
-
-void TestRecorderActions::initTestCase()
-{
-    registerZelkoIcons();
-    m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
-}
-
-void TestRecorderActions::cleanupTestCase()
-{
-    m_orb.reset();
-}
 
 void TestRecorderActions::init()
 {
-    m_site = std::make_unique<ActionSite>(*m_orb, QStringLiteral(ZELKO_RECORDER));
+    makeSite();
     const QString folder = m_site->deviceFolder();
     QVERIFY(storeSamples(folder, finishedRecord(first), sampleBytes(size)));
     QVERIFY(storeRecord(folder, finishedRecord(second), size));
@@ -162,11 +129,6 @@ void TestRecorderActions::init()
     record.SetRecordStatus(Status::Damaged);
     QVERIFY(storeRecord(folder, record, size));
     QVERIFY(m_site->start());
-}
-
-void TestRecorderActions::cleanup()
-{
-    m_site.reset();
 }
 
 void TestRecorderActions::deletesWhatMayBeDeleted()
@@ -199,7 +161,7 @@ void TestRecorderActions::putsARecordToRest()
 void TestRecorderActions::renames()
 {
     connectAs(Role::Operator);
-    rename(*m_site, first);
+    rename(*m_site, first, newName);
     QCOMPARE(m_site->stored(first).GetRecordName(), newName); // acknowledged is durable
     QTRY_COMPARE_WITH_TIMEOUT(rowName(first), newName, patience);
     QCOMPARE(m_site->takeMessages(), QStringList());
@@ -325,7 +287,7 @@ void TestRecorderActions::refusesAViewer_data()
         "a synchronisation of a record", [](ActionSite& site) { site.controller().sl_resyncRecord(first); },
         Told::ByTheLink);
     add(
-        "a rename", [](ActionSite& site) { rename(site, first); }, Told::InABox);
+        "a rename", [](ActionSite& site) { rename(site, first, newName); }, Told::InABox);
     add(
         "a toggle of the deletable flag",
         [](ActionSite& site) { QVERIFY(site.click(IZelkoGUIController::UserActionDeletable, {first})); }, Told::InABox);

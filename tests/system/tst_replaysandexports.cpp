@@ -1,8 +1,6 @@
-#include <actionsite.h>
-#include <dialoganswers.h>
+#include <actiontest.h>
 #include <samplebytes.h>
 
-#include <resources/zelkoicons.h>
 #include <zelkobase/orb/corbatext.h>
 #include <zelkobase/service/guitoserverexportcorbahandler.h>
 #include <zelkobase/service/recorderservice.h>
@@ -21,7 +19,6 @@ using Status = ZELKO_RecordData::RecordStatus;
 
 namespace {
 
-constexpr int patience = ActionSite::patience;
 const QString id = QStringLiteral("R1");
 constexpr qint64 begin = 10'000'000;
 constexpr qint64 end = 3'610'000'000; // an hour later, so that no replay comes to its end
@@ -52,15 +49,15 @@ CORBA::Long stopReplay(IF_ZELKO_Replay_ptr replay, const char* device, const cha
 } // namespace
 
 // What a client has a real recorder play and write out.
-class TestReplaysAndExports : public QObject
+class TestReplaysAndExports : public ActionTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+    void initTestCase() { openOrb(); }
+    void cleanupTestCase() { closeOrb(); }
     void init();
-    void cleanup();
+    void cleanup() { leaveSite(); }
     void replaysInRealTime();
     void keepsARecordThatIsReplayed();
     void replaysNothingForAViewer();
@@ -71,12 +68,6 @@ private Q_SLOTS:
     void exportsNothingForAViewer();
 
 private:
-    void connectAs(Role role)
-    {
-        m_site->connectAs(role);
-        m_site->watchModel();
-        QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady(), patience);
-    }
     ServiceStatus ask(const ReplayCall& call) const
     {
         return static_cast<ServiceStatus>(m_site->handler()->service().ask([&](QD_ZLK::IF_ZLK_c_ZLK_ptr service) {
@@ -100,26 +91,13 @@ private:
     }
     QString exported(const QString& record) const { return m_exports->filePath(record); }
 
-    std::unique_ptr<ZelkoCommon::Orb> m_orb;
     std::unique_ptr<QTemporaryDir> m_exports;
-    std::unique_ptr<ActionSite> m_site;
 };
-
-void TestReplaysAndExports::initTestCase()
-{
-    registerZelkoIcons();
-    m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
-}
-
-void TestReplaysAndExports::cleanupTestCase()
-{
-    m_orb.reset();
-}
 
 void TestReplaysAndExports::init()
 {
     m_exports = std::make_unique<QTemporaryDir>();
-    m_site = std::make_unique<ActionSite>(*m_orb, QStringLiteral(ZELKO_RECORDER));
+    makeSite();
     ZELKO_RecordData record = finishedRecord(id);
     record.SetStopTime(end);
     record.SetSize(size);
@@ -127,11 +105,6 @@ void TestReplaysAndExports::init()
     record.SetIndexEntry({indexEntry(begin, 0), indexEntry(end, size)});
     QVERIFY(storeSamples(m_site->deviceFolder(), record, sampleBytes(size)));
     QVERIFY(m_site->start({QStringLiteral("--export-folder"), m_exports->path()}));
-}
-
-void TestReplaysAndExports::cleanup()
-{
-    m_site.reset();
 }
 
 void TestReplaysAndExports::replaysInRealTime()
