@@ -1,170 +1,145 @@
 // Calls of the recorder's service with any arguments, as they come from the network: each ends with an answer or the
-// end of its connection, and the recorder goes on. The first byte says which operation is called, the others are its
-// arguments in CDR. Operations that hand over a reference are not called: the recorder would call whatever it names.
+// end of its connection, and the recorder goes on, channels and their managers included. ServiceScript says what the
+// bytes mean.
+#include "rawgiop.h"
 #include "require.h"
+#include "servicecaller.h"
+#include "servicemanagers.h"
 #include "servicerecorder.h"
+#include "servicescript.h"
 
 #include <omniORB4/omniORB.h>
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <cstdint>
-#include <cstring>
 #include <string>
+#include <vector>
 
 using namespace ZelkoRecorder;
 
 namespace {
 
-struct Operation
+ServiceHost::Options hostOptions()
 {
-    const char* key;
-    const char* name;
-};
-
-constexpr Operation operations[] = {
-    {adminKey, "removeHistoryEntry"},
-    {adminKey, "addHistory"},
-    {adminKey, "copyRecord"},
-    {adminKey, "setRecordComment"},
-    {adminKey, "setRecordDeletableFlag"},
-    {adminKey, "addBookmarks"},
-    {adminKey, "deleteBookmarks"},
-    {adminKey, "getDeviceTime"},
-    {adminKey, "setDeviceTime"},
-    {adminKey, "getOverviewSpectrumStreamed"},
-    {adminKey, "getRecord"},
-    {adminKey, "requestRecordDataDetail"},
-    {replayKey, "StartReplay"},
-    {replayKey, "StartReplayReceivers"},
-    {replayKey, "PauseReplay"},
-    {replayKey, "ContinueReplay"},
-    {replayKey, "StopReplay"},
-    {entryKey, "getZelkoReplayInterface"},
-    {entryKey, "getZelkoChannelInterface"},
-    {entryKey, "getAllDevices"},
-    {entryKey, "mapDeviceIdToAddress"},
-    {entryKey, "mapAddressToDeviceId"},
-    {entryKey, "getDeviceInformation"},
-    {entryKey, "getMetaDataForRecord"},
-    {entryKey, "getAllRecords"},
-    {entryKey, "exportRecording"},
-    {entryKey, "cancelExport"},
-};
-
-// Numbers as they stand in a message, which is aligned from its first byte on.
-class Message
-{
-public:
-    void align(std::size_t to) { m_bytes.resize((m_bytes.size() + to - 1) / to * to); }
-    void raw(std::string_view bytes) { m_bytes += bytes; }
-    void number(std::uint32_t value)
-    {
-        align(4);
-        m_bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
-    }
-    void text(std::string_view text, bool isString)
-    {
-        number(static_cast<std::uint32_t>(text.size() + (isString ? 1 : 0)));
-        m_bytes += text;
-        m_bytes.append(isString ? 1 : 0, '\0');
-    }
-    const std::string& finished()
-    {
-        const auto size = static_cast<std::uint32_t>(m_bytes.size() - 12);
-        std::memcpy(m_bytes.data() + 8, &size, sizeof size);
-        return m_bytes;
-    }
-
-private:
-    std::string m_bytes;
-};
-
-std::string request(const Operation& operation, std::string_view arguments)
-{
-    Message message;
-    message.raw(std::string_view("GIOP\1\2\1\0\0\0\0\0", 12));
-    message.number(1);
-    message.raw(std::string_view("\3\0\0\0\0\0", 6)); // an answer is wanted; the object is named by its key
-    message.text(operation.key, false);
-    message.text(operation.name, true);
-    message.number(0);
-    if (!arguments.empty()) {
-        message.align(8);
-        message.raw(arguments);
-    }
-    return message.finished();
+    ServiceHost::Options options;
+    options.channels.channel.callLimit = std::chrono::milliseconds(5); // for managers that say nothing
+    options.channels.channel.pingInterval = std::chrono::milliseconds(5);
+    options.channels.farewell = std::chrono::milliseconds(5);
+    return options;
 }
 
-class Caller
+/// A recorder with one record, and whoever calls it.
+class Site
 {
 public:
-    explicit Caller(quint16 port)
-        : m_port(port)
-    {}
-
-    // Sends a message and waits until something comes back, or the connection ends.
-    void call(const std::string& message)
-    {
-        if (m_socket < 0) {
-            m_socket = ::socket(AF_INET, SOCK_STREAM, 0);
-            sockaddr_in where{};
-            where.sin_family = AF_INET;
-            where.sin_port = htons(m_port);
-            where.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-            require(::connect(m_socket, reinterpret_cast<const sockaddr*>(&where), sizeof where) == 0);
-        }
-        ::send(m_socket, message.data(), message.size(), MSG_NOSIGNAL);
-        char answer[65536];
-        ssize_t got = -1;
-        while ((got = ::recv(m_socket, answer, sizeof answer, MSG_DONTWAIT)) < 0 && errno == EAGAIN) {
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-        }
-        while (got == sizeof answer) {
-            got = ::recv(m_socket, answer, sizeof answer, MSG_DONTWAIT);
-        }
-        // An answer that is not the last of its connection says so by its type: 1.
-        if (got < 12 || answer[7] != 1) {
-            ::close(m_socket);
-            m_socket = -1;
-        }
-    }
-
-private:
-    const quint16 m_port;
-    int m_socket = -1;
-};
-
-struct Surroundings
-{
-    Surroundings()
+    Site()
     {
         omniORB::traceLevel = 0;
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-        while (!recorder.isLoaded()) {
-            QCoreApplication::processEvents();
+        while (!m_recorder.isLoaded()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
     }
 
-    int argc = 0;
-    QCoreApplication application{argc, nullptr};
-    ZelkoTest::ServiceRecorder recorder{[](const QString& folder) {
+    /// Makes the calls, and leaves the recorder without a channel. Now and then it gets a new service, with a fresh
+    /// record.
+    void play(ServiceScript script)
+    {
+        while (const auto call = script.next()) {
+            make(*call);
+        }
+        if (++m_plays % playsOfService == 0) {
+            m_recorder.host.reset();
+            m_recorder.serve();
+            restoreRecords();
+        } else {
+            removeChannels();
+        }
+        m_channels.clear();
+        m_managers.clear();
+    }
+
+private:
+    static constexpr int playsOfService = 64;
+
+    void make(const ServiceScript::Call& call)
+    {
+        const ServiceScript::Operation& operation = call.operation;
+        const QByteArray key =
+            operation.key ? QByteArray(operation.key) : QByteArray(channelKey(lastChannel()).c_str());
+        const QByteArray manager = operation.takesManager ? m_managers.reference(call.manager) : QByteArray();
+        noteChannel(m_caller.call(giop::requestMessage(key, {operation.name, manager + call.arguments})));
+    }
+
+    // A reference to a channel has its key as it is.
+    void noteChannel(const QByteArray& answer)
+    {
+        constexpr qsizetype idSize = 36;
+        const std::string prefix = channelKey({});
+        const qsizetype begin = answer.indexOf(prefix.c_str());
+        if (begin >= 0) {
+            m_channels.push_back(answer.mid(begin + static_cast<qsizetype>(prefix.size()), idSize).toStdString());
+        }
+    }
+
+    // Calls are to the channel that was named last, which may be gone.
+    std::string lastChannel() const { return m_channels.empty() ? std::string("nobody") : m_channels.back(); }
+
+    // Whatever their managers do, they go.
+    void removeChannels()
+    {
+        ChannelRegistry& registry = m_recorder.host->channels();
+        for (const std::string& id : m_channels) {
+            if (Channel* const channel = registry.find(QString::fromStdString(id))) {
+                channel->removeForced();
+            }
+        }
+        while (registry.count() > 0) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    static void storeTheRecord(const QString& folder)
+    {
         ZelkoTest::storeRecord(folder, ZelkoTest::finishedRecord(QStringLiteral("r1")), 4000);
-    }};
-    Caller caller{recorder.orb.port()};
+    }
+
+    // Comments were added to it, and copies made of it, some of which may show only now.
+    void restoreRecords()
+    {
+        const QString folder = m_recorder.deviceFolder(device());
+        while (!values().ids().isEmpty()) {
+            for (const QString& id : values().ids()) {
+                QDir(folder + QLatin1Char('/') + id).removeRecursively();
+            }
+            synchronize();
+        }
+        storeTheRecord(folder);
+        while (values().ids().isEmpty()) {
+            synchronize();
+        }
+    }
+    void synchronize()
+    {
+        values().command<Value<bool>>("Synchronize")->HasChanged(TChangeCode::ValueChanged, nullptr);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    static QString device() { return QStringLiteral("D1"); }
+    ZelkoTest::RecorderValues values() { return m_recorder.values(device()); }
+
+    int m_argc = 0;
+    QCoreApplication m_application{m_argc, nullptr};
+    ZelkoTest::ServiceRecorder m_recorder{storeTheRecord, hostOptions()};
+    ServiceManagers m_managers{m_recorder.orb};
+    ServiceCaller m_caller{m_recorder.orb.port()};
+    std::vector<std::string> m_channels; // of this play
+    int m_plays = 0;
 };
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static Surroundings* const surroundings = new Surroundings; // ends with the process
-    if (size == 0) {
-        return 0;
-    }
-    const std::string_view arguments(reinterpret_cast<const char*>(data) + 1, size - 1);
-    surroundings->caller.call(request(operations[data[0] % std::size(operations)], arguments));
+    static Site* const site = new Site; // ends with the process
+    site->play(ServiceScript({reinterpret_cast<const char*>(data), size}));
     return 0;
 }

@@ -114,7 +114,6 @@ CORBA::ULong AdminServant::copyRecord(const char* device, const char* record, CO
         }
         return service.copy(fromCorba(record), *parts, unitOf(*parts, *source), fromCorba(newName), &newID);
     };
-    newRecord = CORBA::string_dup("");
     const CORBA::ULong status = change(Action::CopyRecord, device, record, copy);
     newRecord = toCorba(newID)._retn();
     return status;

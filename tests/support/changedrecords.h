@@ -58,7 +58,7 @@ public:
     {
         for (int client = 0; client < clients(); ++client) {
             stateOf(client) = firstState(client);
-            QVERIFY(storeSamples(m_store.folder(), firstState(client), sampleBytes(RandomChanges::samples)));
+            QVERIFY(storeSamples(m_store.folder(), firstState(client), m_samples));
         }
     }
 
@@ -68,14 +68,16 @@ public:
         return RandomChanges(m_states.at(static_cast<std::size_t>(client)), seed + static_cast<quint32>(client));
     }
 
-    /// Looks at all records when the recorder is dead. Takes away the copies.
+    /// Looks at all records when the recorder is dead. Copies stay until the next check, which takes them away.
     void check(quint32 seed, const Acknowledged& acknowledged)
     {
         m_store.removeLeftovers();
+        removeCopies();
+        QStringList names; // of the copies that were acknowledged
         for (int client = 0; client < clients(); ++client) {
-            checkRecord(client, seed, acknowledged.changes.at(static_cast<std::size_t>(client)));
+            checkRecord(client, seed, acknowledged.changes.at(static_cast<std::size_t>(client)), &names);
         }
-        checkCopies(acknowledged.copies);
+        checkCopies(acknowledged.copies, names);
     }
 
     /// How many changes were on disk in all the checks although nobody had been told.
@@ -92,21 +94,30 @@ private:
     }
     int clients() const { return static_cast<int>(m_states.size()); }
     ZELKO_XML::ZELKO_RecordData& stateOf(int client) { return m_states.at(static_cast<std::size_t>(client)); }
-    void checkRecord(int client, quint32 seed, int acknowledged);
-    void checkCopies(const QStringList& acknowledged);
+    void checkRecord(int client, quint32 seed, int acknowledged, QStringList* copies);
+    void checkCopies(const QStringList& acknowledged, QStringList names);
+    void removeCopies();
     ZELKO_XML::ZELKO_RecordData stored(const QString& id);
+    QByteArray storedSamples(const QString& id) const
+    {
+        return readBytes(QStringLiteral("%1/%2/%2.dat").arg(m_store.folder(), id));
+    }
 
     const ZelkoRecorder::DeviceStore m_store;
+    const QByteArray m_samples = sampleBytes(RandomChanges::samples);
     std::vector<ZELKO_XML::ZELKO_RecordData> m_states;
+    QStringList m_copies; // of the last check
     int m_inFlight = 0;
 };
 
 // In the state of the last change that was acknowledged, or of the one that was on its way.
-inline void ChangedRecords::checkRecord(int client, quint32 seed, int acknowledged)
+inline void ChangedRecords::checkRecord(int client, quint32 seed, int acknowledged, QStringList* copies)
 {
     RandomChanges expected = changes(client, seed);
     for (int i = 0; i < acknowledged; ++i) {
-        expected.next();
+        if (expected.next() == RandomChanges::Kind::Copy) {
+            copies->append(expected.text());
+        }
     }
     const ZELKO_XML::ZELKO_RecordData now = stored(idOf(client));
     if (!expected.isStateOf(now)) {
@@ -114,28 +125,34 @@ inline void ChangedRecords::checkRecord(int client, quint32 seed, int acknowledg
         ++m_inFlight;
     }
     QVERIFY(expected.isStateOf(now));
+    QCOMPARE(storedSamples(idOf(client)), m_samples);
     stateOf(client) = now;
 }
 
-// All that were acknowledged are there, whole; of the others there is one from each client at most, whole too.
-inline void ChangedRecords::checkCopies(const QStringList& acknowledged)
+// All that were acknowledged are there, whole, by the names that were asked for; of the others there is one from each
+// client at most, whole too.
+inline void ChangedRecords::checkCopies(const QStringList& acknowledged, QStringList names)
 {
-    QStringList copies = m_store.recordIds();
+    m_copies = m_store.recordIds();
     for (int client = 0; client < clients(); ++client) {
-        QVERIFY(copies.removeOne(idOf(client)));
+        QVERIFY(m_copies.removeOne(idOf(client)));
     }
+    QCOMPARE(acknowledged.size(), names.size());
+    QVERIFY(m_copies.size() <= acknowledged.size() + clients());
     for (const QString& id : acknowledged) {
-        QVERIFY(copies.contains(id));
+        QVERIFY(m_copies.contains(id));
     }
-    QVERIFY(copies.size() <= acknowledged.size() + clients());
-    const QByteArray original = sampleBytes(RandomChanges::samples);
-    for (const QString& id : copies) {
-        const QByteArray bytes = readBytes(QStringLiteral("%1/%2/%2.dat").arg(m_store.folder(), id));
-        QCOMPARE(bytes.size(), RandomChanges::samples / 2);
-        QCOMPARE(stored(id).GetSize(), quint64{RandomChanges::samples / 2});
-        QVERIFY(original.contains(bytes));
+    for (const QString& id : std::as_const(m_copies)) {
+        const ZELKO_XML::ZELKO_RecordData copy = stored(id);
+        QVERIFY(names.removeOne(copy.GetRecordName()) || !acknowledged.contains(id));
+        QCOMPARE(copy.GetSize(), quint64{RandomChanges::samples / 2});
+        QCOMPARE(storedSamples(id), RandomChanges::copiedSamples(m_samples, copy.GetRecordName()));
     }
-    QCOMPARE(m_store.remove(copies).size(), copies.size());
+}
+
+inline void ChangedRecords::removeCopies()
+{
+    QCOMPARE(m_store.remove(m_copies).size(), m_copies.size());
 }
 
 inline ZELKO_XML::ZELKO_RecordData ChangedRecords::stored(const QString& id)

@@ -38,6 +38,16 @@ public:
 
     const ZELKO_RecordData& record() const { return m_record; }
 
+    /// The text of the change, which is the name of the new record where it is a copy.
+    QString text() const { return QStringLiteral("%1%2").arg(QLatin1String(textPrefix)).arg(m_number); }
+
+    /// What a copy of that name holds of the record's samples.
+    static QByteArray copiedSamples(const QByteArray& original, const QString& name)
+    {
+        const quint32 number = QStringView(name).mid(QLatin1String(textPrefix).size()).toUInt();
+        return original.mid(static_cast<qsizetype>(begin(number)), samples / 2);
+    }
+
     /// The same change, asked of a recorder that takes them as its DeviceService does. A copy gives the ID of the new
     /// record.
     template <typename Service>
@@ -52,6 +62,8 @@ public:
     }
 
 private:
+    static constexpr char textPrefix[] = "text ";
+
     static QStringList texts(const ZELKO_RecordData& record)
     {
         QStringList result;
@@ -60,8 +72,7 @@ private:
         }
         return result;
     }
-    QString text() const { return QStringLiteral("text %1").arg(m_number); }
-    quint64 begin() const { return 4 * (m_number % 5000); } // of a copy of half of the samples
+    static quint64 begin(quint32 number) { return 4 * (number % 5000); } // of a copy of half of the samples
     QVector<BookmarkEntry> bookmarks() const { return {bookmark(m_number), bookmark(m_number + 1)}; }
     static BookmarkEntry bookmark(quint64 number)
     {
@@ -137,8 +148,8 @@ auto RandomChanges::ask(Service& service, QString* newID) const
                    ? Status{}
                    : service.removeHistory(id, service.record(id)->GetHistoryEntry().at(m_removed).GetTimestamp());
     case Kind::Copy:
-        return service.copy(id, {{begin(), begin() + samples / 2}}, ZelkoRecorder::RecordRange::Unit::Positions, text(),
-                            newID);
+        return service.copy(id, {{begin(m_number), begin(m_number) + samples / 2}},
+                            ZelkoRecorder::RecordRange::Unit::Positions, text(), newID);
     case Kind::Count:
         break;
     }

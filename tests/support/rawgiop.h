@@ -25,8 +25,10 @@ struct Reply
     QByteArray body;              // the result and the out parameters, or an exception
 };
 
-/// Sends a request to the object `key` at a port of this machine and waits for the reply. It names UTF-8 and UTF-16 as
-/// its code sets.
+/// The message of a request to the object `key`. It names UTF-8 and UTF-16 as its code sets.
+QByteArray requestMessage(const QByteArray& key, const Request& request);
+
+/// Sends a request to the object `key` at a port of this machine and waits for the reply.
 Reply call(quint16 port, const QByteArray& key, const Request& request);
 
 /// A string as it stands at an aligned place.

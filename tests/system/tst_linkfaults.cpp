@@ -2,6 +2,7 @@
 #include "linkclient.h"
 #include "orbbehindproxy.h"
 #include "peerprocess.h"
+#include "rawgiop.h"
 
 #include <zelkobase/connection/ivtclient.h>
 #include <zelkobase/maps/itemmaptypes.h>
@@ -92,6 +93,7 @@ private Q_SLOTS:
     void damageLeadsToAReconnectAndAnEqualTree();
     void aDamagedWriteIsNeverCarriedOut();
     void garbageFromAStrangerHarmsNobody();
+    void bytesBehindTheArgumentsOfACallCostNoMemory();
     void strangersThatNeverEndAMessageKeepNobodyOut_data();
     void strangersThatNeverEndAMessageKeepNobodyOut();
     void closesWhatIsTooManyConnections();
@@ -301,6 +303,27 @@ void TestLinkFaults::garbageFromAStrangerHarmsNobody()
     server.ask("number 5");
     QTRY_COMPARE(client.digest(), server.ask("digest"));
     QCOMPARE(client.log, QStringList{"connected"});
+}
+
+// An ORB that ends the connection for them loses what it had allocated for it.
+void TestLinkFaults::bytesBehindTheArgumentsOfACallCostNoMemory()
+{
+    PeerProcess server;
+    constexpr int calls = 1000;
+    const auto callOften = [&] {
+        int answered = 0;
+        for (int i = 0; i < calls; ++i) {
+            const giop::Reply reply =
+                giop::call(server.port(), "ZelkoTreeLink", {"_non_existent", QByteArray(9000, 'x')});
+            answered += reply.status == giop::NoException ? 1 : 0;
+        }
+        return answered;
+    };
+    QCOMPARE(callOften(), calls); // it has all that it needs for calls
+    const qint64 before = residentBytes(server.pid());
+    QCOMPARE(callOften(), calls);
+    const qint64 grown = residentBytes(server.pid()) - before;
+    QVERIFY2(grown < calls * 4096, qPrintable(QString::number(grown)));
 }
 
 // Each stranger holds a thread until its time is over. Where threads are fewer than strangers, a call waits for its

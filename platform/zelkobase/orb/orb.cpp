@@ -87,7 +87,7 @@ OptionTable optionTable(const OrbOptions& options)
     table.add("nativeCharCodeSet", "UTF-8");
     table.add("supportPerThreadTimeOut", 1); // CallDeadline
     table.add("supportBootstrapAgent", 0L);
-    table.add("strictIIOP", 1);
+    table.add("strictIIOP", 0L); // strict, it ends a connection and forgets what it had allocated for the call
     return table;
 }
 
