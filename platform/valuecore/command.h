@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// One change, made locally or read from a peer's stream; both go through `Execute`.
+/// One change, made locally or read from a peer's stream; both go through `Execute` or `Spend`.
 class VALUECORE_EXPORT Command
 {
 public:
@@ -16,6 +16,9 @@ public:
 
     /// Makes the change.
     virtual void Execute() = 0;
+
+    /// As `Execute`, for the last time: what the command holds may go over to what it changes.
+    virtual void Spend() { Execute(); }
 
     /// The number that tells the commands of one value apart in a stream.
     virtual int GetCommandId() const = 0;

@@ -1,15 +1,22 @@
 #include "hashindex_p.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace ZelkoGUI {
 
+void HashIndex::reserve(std::size_t count)
+{
+    constexpr std::size_t slotsAtFirst = 16;
+    if (2 * count > m_slots.size()) {
+        growTo(std::max(slotsAtFirst, std::bit_ceil(2 * count)));
+    }
+}
+
 void HashIndex::insert(std::size_t hash, int number)
 {
-    if (2 * (m_used + 1) > m_slots.size()) {
-        grow();
-    }
+    reserve(m_used + 1);
     put({static_cast<std::uint32_t>(hash), number});
     ++m_used;
 }
@@ -42,11 +49,9 @@ void HashIndex::put(Slot slot)
     m_slots[at] = slot;
 }
 
-void HashIndex::grow()
+void HashIndex::growTo(std::size_t slotCount)
 {
-    constexpr std::size_t slotsAtFirst = 16;
-    const std::vector<Slot> old =
-        std::exchange(m_slots, std::vector<Slot>(std::max(slotsAtFirst, 2 * m_slots.size()), Slot{0, -1}));
+    const std::vector<Slot> old = std::exchange(m_slots, std::vector<Slot>(slotCount, Slot{0, -1}));
     for (const Slot& slot : old) {
         if (slot.number >= 0) {
             put(slot);

@@ -38,6 +38,9 @@ public:
         }
     }
 
+    /// Makes room for that many numbers, which otherwise comes step by step.
+    void reserve(std::size_t count);
+
     /// Puts in a number that is not there.
     void insert(std::size_t hash, int number);
 
@@ -55,7 +58,7 @@ private:
     std::size_t home(std::uint32_t hash) const { return hash & mask(); }
     std::size_t next(std::size_t at) const { return (at + 1) & mask(); }
     void put(Slot slot);
-    void grow();
+    void growTo(std::size_t slotCount);
 
     std::vector<Slot> m_slots; // as many as a power of two, half of them free at least
     std::size_t m_used = 0;

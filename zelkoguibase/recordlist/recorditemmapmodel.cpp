@@ -10,6 +10,7 @@
 #include <zelkobase/maps/recorditemmap.h>
 
 #include <QHash>
+#include <QMetaMethod>
 #include <QScopedValueRollback>
 
 namespace ZelkoGUI {
@@ -24,6 +25,12 @@ namespace {
 // list, which costs a view its selection and scroll position.
 constexpr unsigned int changesToKeep = 250;
 
+// How many changes are read before the first of them is worked off.
+constexpr std::size_t changesAtOnce = 16;
+
+// Stands among the changes that were read for those that were not. No type of change.
+constexpr char changesLost = -1;
+
 // A record of which nothing is known counts as one at rest.
 RecordStatus statusOf(const Data& data)
 {
@@ -35,10 +42,11 @@ bool isBeingRecorded(const Data& data)
     return data && ZelkoGUI::isBeingRecorded(*data);
 }
 
-Data recordOf(const RecordItemMap& map, const QString& id)
+const Data& recordOf(const RecordItemMap& map, const QString& id)
 {
+    static const Data none;
     const auto found = map.data().find(id);
-    return found == map.data().end() ? Data() : found->second.GetRecordData();
+    return found == map.data().end() ? none : found->second.GetRecordData();
 }
 
 void traceUnknownChange(int type)
@@ -72,11 +80,21 @@ private:
     using Statuses = QHash<QString, RecordStatus>;
 
     void followMap();
+    struct Change
+    {
+        char type;
+        QString id;
+        std::size_t hash;
+    };
+
     void readLog();
-    void workOff(char type, const QString& id);
-    void recordSet(const QString& id);
+    bool readChanges();
+    void workOffChanges();
+    void workOff(const Change& change);
+    void recordSet(const QString& id, std::size_t hash);
     void announceUpdate(int row, const QString& id, RecordStatus now, RecordStatus before);
     void insertQueued();
+    bool tellsOfInserted() const;
     void announceInserted(int first);
     void removeListed();
     std::vector<int> takeListedRows();
@@ -93,6 +111,7 @@ private:
     ValueObservingPtr<RecordItemMap> m_map;
     std::uint64_t m_cursor = 0;
     RecordRows m_rows;
+    std::vector<Change> m_changes; // read and not worked off
     std::vector<QString> m_idsToRemove;
     std::vector<std::pair<QString, bool>> m_removed; // of one run: ID, and whether it was being recorded
     unsigned int m_generation = 0;                   // counts how often the rows went all at once
@@ -156,48 +175,73 @@ void RecordItemMapModel::Private::followMap()
 // The map is looked at anew each time: a slot may have let go of it.
 void RecordItemMapModel::Private::readLog()
 {
-    char type = 0;
-    QString id;
-    while (const RecordItemMap* const map = m_map.get()) {
-        const signed char result = map->GetChangeLog().ReadNext(m_cursor, type, id);
-        if (result == 0) {
-            return;
-        }
-        if (result < 0) {
-            reload();
-        } else {
-            workOff(type, id);
-        }
+    if (const RecordItemMap* const map = m_map.get()) {
+        m_rows.reserve(map->ExpectedSize());
+    }
+    while (m_map && readChanges()) {
+        workOffChanges();
     }
 }
 
-void RecordItemMapModel::Private::workOff(char type, const QString& id)
+// Reads a handful: the places of all their rows are fetched from memory before the first is looked for. False when
+// there is nothing to read.
+bool RecordItemMapModel::Private::readChanges()
 {
-    switch (type) {
+    Change change{};
+    while (m_changes.size() < changesAtOnce) {
+        const signed char result = m_map->GetChangeLog().ReadNext(m_cursor, change.type, change.id);
+        if (result == 0) {
+            break;
+        }
+        if (result < 0) {
+            change.type = changesLost;
+        } else {
+            change.hash = m_rows.expect(change.id);
+        }
+        m_changes.push_back(change);
+    }
+    return !m_changes.empty();
+}
+
+// A slot that lets go of the map drops what is not worked off.
+void RecordItemMapModel::Private::workOffChanges()
+{
+    for (std::size_t i = 0; i < m_changes.size(); ++i) {
+        const Change change = std::move(m_changes[i]);
+        workOff(change);
+    }
+    m_changes.clear();
+}
+
+void RecordItemMapModel::Private::workOff(const Change& change)
+{
+    switch (change.type) {
     case valueitemmap::ChangeSet:
-        recordSet(id);
+        recordSet(change.id, change.hash);
         break;
     case valueitemmap::ChangeErased:
         // Only rows are erased, not what is queued: a record that came and went within one notification keeps the row
         // that it is about to get, until the next change of it.
-        if (m_rows.rowOf(id) >= 0) {
-            m_idsToRemove.push_back(id);
+        if (m_rows.rowOf(change.id) >= 0) {
+            m_idsToRemove.push_back(change.id);
         }
         break;
     case valueitemmap::ChangeCleared:
         // What was queued before the clear outlives it, and what was listed for removal stays listed.
         clearRows();
         break;
+    case changesLost:
+        reload();
+        break;
     default:
-        traceUnknownChange(type);
+        traceUnknownChange(change.type);
         break;
     }
 }
 
-void RecordItemMapModel::Private::recordSet(const QString& id)
+void RecordItemMapModel::Private::recordSet(const QString& id, std::size_t hash)
 {
-    const std::size_t hash = m_rows.expect(id);
-    const Data data = recordOf(*m_map, id);
+    const Data& data = recordOf(*m_map, id);
     if (!data) {
         if (m_rows.rowOf(id) >= 0) {
             m_idsToRemove.push_back(id);
@@ -232,7 +276,17 @@ void RecordItemMapModel::Private::insertQueued()
     m_owner->beginInsertRows(QModelIndex(), first, first + m_rows.queuedCount() - 1);
     m_rows.showQueued();
     m_owner->endInsertRows();
-    announceInserted(first);
+    if (tellsOfInserted()) {
+        announceInserted(first);
+    }
+}
+
+// A first load has many rows and mostly nobody yet who wants to hear of each.
+bool RecordItemMapModel::Private::tellsOfInserted() const
+{
+    static const QMetaMethod changed = QMetaMethod::fromSignal(&RecordItemMapModel::si_recordChanged);
+    static const QMetaMethod statusChanged = QMetaMethod::fromSignal(&RecordItemMapModel::si_recordStatusChanged);
+    return m_owner->isSignalConnected(changed) || m_owner->isSignalConnected(statusChanged);
 }
 
 void RecordItemMapModel::Private::announceInserted(int first)
@@ -319,6 +373,7 @@ void RecordItemMapModel::Private::clearRows()
 // Also of what is only half worked off, where a slot lets go of the map in the middle of a notification.
 void RecordItemMapModel::Private::dropAll()
 {
+    m_changes.clear();
     m_rows.clearQueue();
     m_idsToRemove.clear();
     clearRows();

@@ -2,6 +2,12 @@
 
 namespace ZelkoGUI {
 
+void RecordRows::reserve(std::size_t count)
+{
+    m_index.reserve(count);
+    m_order.reserve(count);
+}
+
 int RecordRows::rowOf(const QString& id) const
 {
     const int number = find(id, qHash(id));

@@ -34,6 +34,9 @@ public:
     /// Number of records that wait behind the rows.
     int queuedCount() const { return static_cast<int>(m_order.size()) - m_count - m_gapLength; }
 
+    /// Makes room for that many records, which otherwise comes step by step.
+    void reserve(std::size_t count);
+
     /// The row of an ID; -1 for one that is not there or queued.
     int rowOf(const QString& id) const;
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 template <typename T, typename F, typename A>
 class ValueItemMapBase;
@@ -53,6 +54,7 @@ protected:
     }
 
     void setKey(Key key) { m_key = std::move(key); }
+    Key takeKey() { return std::move(m_key); }
 
     Map& map() const { return static_cast<Map&>(*this->value()); }
 
@@ -94,6 +96,7 @@ public:
 
     // Only an invalid key can make SetAt throw, and a stream that holds one was refused when it was read.
     void Execute() override { this->map().SetAt(this->key(), m_item, this->GetOrigin()); }
+    void Spend() override { this->map().TakeAt(this->takeKey(), std::move(m_item), this->GetOrigin()); }
     void AddCommandString(std::string& out) const override { append(out, this->key(), m_item); }
 
     /// Appends the string of the command that would set `item`, without making one: a state has many.

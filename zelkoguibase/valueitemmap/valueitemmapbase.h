@@ -49,7 +49,13 @@ public:
 ///
 ///     void appendTo(std::string& out, const T&);
 ///
-/// which appends what the first gives: a state of many items is then made without a string for each.
+/// which appends what the first gives: a state of many items is then made without a string for each. And it may have
+///
+///     void fetch(const T&);
+///     void fetchContent(const T&);
+///
+/// which have the processor fetch from memory what `appendTo` is going to read, for whoever walks many items: the first
+/// what the item itself leads to, and the second, some time later, what that leads to.
 ///
 /// `A`, its text adapter, is carried along for other users of the type; the map does not call it.
 ///
@@ -114,27 +120,10 @@ public:
     /// Sets or inserts the item under `key` and returns the key. With InvalidKey a new key is made; a type of key that
     /// cannot be made throws valueitemmap::NoUniqueKeyError and nothing changes. An item equal to the present one
     /// changes nothing.
-    virtual K SetAt(K key, const T& item, IObserver* origin)
-    {
-        if (key == InvalidKey) {
-            key = CreateNewUniqueKey();
-        }
-        const std::size_t bucketsBefore = m_map.bucket_count();
-        const auto [place, inserted] = m_map.try_emplace(key, item);
-        if (!inserted) {
-            if (place->second == item) {
-                return key;
-            }
-            place->second = item;
-        }
-        if (m_map.bucket_count() != bucketsBefore) {
-            restartStates();
-        }
-        m_changeLog.append(valueitemmap::ChangeSet, key);
-        recordSet(key, item, origin);
-        NotifyObservers(TChangeCode::ValueChanged, origin);
-        return key;
-    }
+    virtual K SetAt(K key, const T& item, IObserver* origin) { return put(std::move(key), item, origin); }
+
+    /// As `SetAt`, of an item that the caller needs no more.
+    virtual K TakeAt(K key, T&& item, IObserver* origin) { return put(std::move(key), std::move(item), origin); }
 
     /// Erases the item under `key`, if there is one.
     virtual void EraseAt(K key, IObserver* origin)
@@ -285,13 +274,17 @@ public:
 
     std::uint64_t ContentSize() const override { return m_map.size(); }
 
+    /// How many items were announced to come, as far as that was believed; 0 where nothing was.
+    std::uint64_t ExpectedSize() const { return m_expectedSize; }
+
     // Growing step by step would move all items again and again, each time in one long step. There are two buckets for
     // each item: a new one then mostly finds an empty one, and need not look at the keys of its neighbours. A peer that
     // exaggerates gets no more room than the largest list that anybody keeps.
     void ExpectSize(std::uint64_t parts) override
     {
         constexpr std::uint64_t largest = 1'000'000;
-        const std::uint64_t room = 2 * std::min(parts, largest);
+        m_expectedSize = std::min(parts, largest);
+        const std::uint64_t room = 2 * m_expectedSize;
         if (room > m_map.bucket_count()) {
             m_map.reserve(static_cast<std::size_t>(room));
             restartStates();
@@ -361,6 +354,52 @@ private:
         typename MapType::const_iterator next;
     };
 
+    // Walks some items ahead of the one that is written. What a map holds stands all over the memory, and waiting for
+    // it takes longer than writing it.
+    class Ahead
+    {
+    public:
+        Ahead(typename MapType::const_iterator from, typename MapType::const_iterator end)
+            : m_item(from)
+            , m_content(from)
+            , m_end(end)
+        {
+            for (int i = 0; i < contentDistance; ++i) {
+                stepItem();
+            }
+            for (int i = contentDistance; i < itemDistance; ++i) {
+                step();
+            }
+        }
+
+        void step()
+        {
+            stepItem();
+            if constexpr (requires { F::fetchContent(m_content->second); }) {
+                if (m_content != m_end) {
+                    F::fetchContent((m_content++)->second);
+                }
+            }
+        }
+
+    private:
+        static constexpr int itemDistance = 4;
+        static constexpr int contentDistance = 2;
+
+        void stepItem()
+        {
+            if constexpr (requires { F::fetch(m_item->second); }) {
+                if (m_item != m_end) {
+                    F::fetch((m_item++)->second);
+                }
+            }
+        }
+
+        typename MapType::const_iterator m_item;
+        typename MapType::const_iterator m_content;
+        const typename MapType::const_iterator m_end;
+    };
+
     // Walks the items. One that went in the meantime is passed over, one that changed is given as it is now, and one
     // that came behind is known from its own command. When the items are laid out anew the walk begins again: the
     // receiver has some of them already, which is no harm.
@@ -381,7 +420,9 @@ private:
                 next = m_map.m_map.cbegin();
             }
             const auto end = m_map.m_map.cend();
+            Ahead ahead(next, end);
             while (next != end) {
+                ahead.step();
                 SetAtCommand::append(out, next->first, next->second);
                 ++next;
                 if (out.size() >= enough) {
@@ -460,6 +501,29 @@ private:
         return reader.ok() && command->key() != InvalidKey ? command.release() : nullptr;
     }
 
+    template <typename Item>
+    K put(K key, Item&& item, IObserver* origin)
+    {
+        if (key == InvalidKey) {
+            key = CreateNewUniqueKey();
+        }
+        const std::size_t bucketsBefore = m_map.bucket_count();
+        const auto [place, inserted] = m_map.try_emplace(key, std::forward<Item>(item));
+        if (!inserted) {
+            if (place->second == item) {
+                return key;
+            }
+            place->second = std::forward<Item>(item);
+        }
+        if (m_map.bucket_count() != bucketsBefore) {
+            restartStates();
+        }
+        m_changeLog.append(valueitemmap::ChangeSet, key);
+        recordSet(key, place->second, origin);
+        NotifyObservers(TChangeCode::ValueChanged, origin);
+        return key;
+    }
+
     void logCleared(IObserver* origin)
     {
         m_changeLog.append(valueitemmap::ChangeCleared, InvalidKey);
@@ -533,6 +597,7 @@ private:
 
     MapType m_map;
     std::vector<std::weak_ptr<StatePosition>> m_states;
+    std::uint64_t m_expectedSize = 0;
     ChangeLog m_changeLog;
     QString m_filename;
 };

@@ -286,7 +286,7 @@ bool TreeMirror::applyCommand()
     m_commands.remove_prefix(static_cast<std::size_t>(position - m_commands.data()));
     m_fold.prepare(*m_value, *command);
     if (!m_valueAlive.expired()) { // an observer of the fold may have taken it away
-        command->Execute();
+        command->Spend();
     }
     return true;
 }

@@ -38,6 +38,23 @@ void RecordMapData_ItemFormat::appendTo(std::string& out, const RecordMapData& i
     });
 }
 
+void RecordMapData_ItemFormat::fetch(const RecordMapData& item)
+{
+    constexpr std::size_t cacheLine = 64;
+    const auto* const record = reinterpret_cast<const char*>(item.GetRecordData().get());
+    for (std::size_t at = 0; at < sizeof(ZELKO_XML::ZELKO_RecordData); at += cacheLine) {
+        __builtin_prefetch(record + at);
+    }
+}
+
+void RecordMapData_ItemFormat::fetchContent(const RecordMapData& item)
+{
+    if (const auto* const record = item.GetRecordData().get()) {
+        __builtin_prefetch(record->GetRecordID().constData());
+        __builtin_prefetch(record->GetRecordName().constData());
+    }
+}
+
 std::string RecordMapData_ItemFormat::toStandardString(const RecordMapData& item)
 {
     std::string out;

@@ -49,6 +49,10 @@ public:
     /// Appends what `toStandardString` gives.
     static void appendTo(std::string& out, const RecordMapData& item);
 
+    /// Have the processor fetch from memory the record, and some time later its texts.
+    static void fetch(const RecordMapData& item);
+    static void fetchContent(const RecordMapData& item);
+
     /// Reads an item of which the stream is known to hold the announced size and advances the stream behind it. False
     /// for bytes that are not exactly one record; `item` is as before then.
     static bool fromCharStream(const char** stream, RecordMapData& item);
