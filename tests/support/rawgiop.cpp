@@ -129,6 +129,13 @@ QByteArray codeSetContext()
     return number(1) + number(tag) + number(static_cast<quint32>(content.size())) + content;
 }
 
+} // namespace
+
+QByteArray string(const QByteArray& text)
+{
+    return number(static_cast<quint32>(text.size() + 1)) + text + '\0';
+}
+
 QByteArray requestMessage(const QByteArray& key, const Request& request)
 {
     QByteArray message = begun(RequestMessage) + number(1) + number(3) + number(0); // number, reply wanted, by key
@@ -137,13 +144,6 @@ QByteArray requestMessage(const QByteArray& key, const Request& request)
     message += string(request.operation);
     pad(message, 4);
     return withBody(message + codeSetContext(), request.body);
-}
-
-} // namespace
-
-QByteArray string(const QByteArray& text)
-{
-    return number(static_cast<quint32>(text.size() + 1)) + text + '\0';
 }
 
 Reply call(quint16 port, const QByteArray& key, const Request& request)

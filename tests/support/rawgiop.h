@@ -29,6 +29,9 @@ struct Reply
 /// its code sets.
 Reply call(quint16 port, const QByteArray& key, const Request& request);
 
+/// The bytes of that request, for whoever sends them himself.
+QByteArray requestMessage(const QByteArray& key, const Request& request);
+
 /// A string as it stands at an aligned place.
 QByteArray string(const QByteArray& text);
 

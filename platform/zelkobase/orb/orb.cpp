@@ -91,6 +91,12 @@ OptionTable optionTable(const OrbOptions& options)
     return table;
 }
 
+ConnectionBounds boundsOf(const OrbOptions& options)
+{
+    return {options.maxConnections, options.maxConnectionsPerHost, static_cast<std::size_t>(options.maxRequestBytes),
+            options.answerTimeout};
+}
+
 // Closes the gap between a host that people write and one that a corbaloc takes.
 std::string corbaloc(const char* protocol, const QString& host, quint16 port, const char* key)
 {
@@ -156,7 +162,7 @@ struct Orb::Private
 
 void Orb::Private::start(const OrbOptions& options)
 {
-    boundConnections(options.maxConnections);
+    boundConnections(boundsOf(options));
     prepareTls(options.tls);
     usesTls = options.tls.has_value();
     orb = optionTable(options).initialise();
@@ -176,6 +182,7 @@ void Orb::Private::stop()
 {
     try {
         if (!CORBA::is_nil(orb)) {
+            endConnections();
             orb->destroy();
         }
     } catch (const CORBA::Exception&) { // there is nobody left to tell
