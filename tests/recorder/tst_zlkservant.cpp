@@ -219,7 +219,7 @@ void TestZlkServant::listsAllRecords()
 void TestZlkServant::refusesAListThatNoAnswerHolds()
 {
     ServiceHost::Options options;
-    options.largestAnswer = 500;
+    options.largestList = 500;
     m_recorder.reset();
     m_recorder = std::make_unique<ServiceRecorder>(
         [](const QString& folder) {

@@ -61,7 +61,7 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     int maxRequestBytes = 4 * 1024 * 1024;
 
     /// The largest message in bytes that is sent, or accepted as an answer to a call of this process.
-    int maxMessageBytes = 32 * 1024 * 1024;
+    int maxMessageBytes = 64 * 1024 * 1024;
 
     /// Given: this process listens with TLS and calls with TLS, and does neither without, whoever it talks to. Nothing:
     /// it does not know TLS.
