@@ -1,6 +1,7 @@
 #include <zelkobase/orb/orb.h>
 
 #include <zelkobase/orb/boundedtransport_p.h>
+#include <zelkobase/orb/callbreaker.h>
 #include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/corbacall.h>
@@ -168,6 +169,7 @@ void Orb::Private::start(const OrbOptions& options)
     orb = optionTable(options).initialise();
     noteCallingPeers();
     CallingSession::prepare();
+    CallBreaker::prepare();
     const CORBA::Object_var root = orb->resolve_initial_references("RootPOA");
     const CORBA::Object_var named = orb->resolve_initial_references("omniINSPOA");
     rootPoa = PortableServer::POA::_narrow(root);
