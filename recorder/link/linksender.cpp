@@ -38,6 +38,7 @@ LinkSender::LinkSender(ZelkoTreeLink::Subscriber_ptr client, ZelkoTreeLink::Sess
 LinkSender::~LinkSender()
 {
     stop();
+    m_breaker.breakCalls();
     m_thread.join();
 }
 
@@ -91,6 +92,7 @@ bool LinkSender::waitForBatch(std::string& batch)
 
 bool LinkSender::deliver(const std::string& batch)
 {
+    const ZelkoCommon::CallBreaker::Scope scope(m_breaker);
     try {
         m_client->deliver(m_session, m_number++, lend(batch), ZelkoCommon::link::checksum(batch));
         return true;

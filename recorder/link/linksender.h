@@ -1,5 +1,7 @@
 #pragma once
 
+#include <zelkobase/orb/callbreaker.h>
+
 #include <zelkoidl/treelink.hh>
 
 #include <chrono>
@@ -26,7 +28,7 @@ public:
 
     LinkSender(ZelkoTreeLink::Subscriber_ptr client, ZelkoTreeLink::SessionId session, Callbacks callbacks);
 
-    /// Waits for a call that is under way.
+    /// Ends a call that is under way; see CallBreaker for what it may still wait for.
     ~LinkSender();
 
     /// One batch travels while the next one waits, so that the line does not fall idle in between.
@@ -52,6 +54,7 @@ private:
     const ZelkoTreeLink::SessionId m_session;
     const Callbacks m_callbacks;
     CORBA::ULong m_number = 0;
+    ZelkoCommon::CallBreaker m_breaker;
 
     mutable std::mutex m_mutex;
     std::condition_variable m_somethingToDo;

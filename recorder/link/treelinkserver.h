@@ -70,7 +70,8 @@ public:
     TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options = {}, MayWrite mayWrite = {},
                    Authenticate authenticate = {}, QObject* parent = nullptr);
 
-    /// Drops all clients; waits for calls to them that are under way.
+    /// Drops all clients, and calls to them that are under way. A client whose host swallows a connection that is being
+    /// made is waited for, for the rest of `deliverTimeout`.
     ~TreeLinkServer() override;
 
     int sessionCount() const;

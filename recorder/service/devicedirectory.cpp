@@ -66,14 +66,26 @@ RecordPointer DeviceDirectory::record(const QString& device, const QString& reco
     return records && records->contains(recordID) ? records->At(recordID).GetRecordData() : nullptr;
 }
 
-RecordPointers DeviceDirectory::records(const QString& device) const
+// A record stays in its bucket until the map grows or shrinks, whatever comes and goes beside it.
+DeviceDirectory::Records DeviceDirectory::records(const QString& device, std::size_t atOnce,
+                                                  const std::optional<Records::Place>& from) const
 {
-    RecordPointers result;
-    if (const RecordItemMap* const records = map(device)) {
-        result.reserve(static_cast<qsizetype>(records->data().size()));
-        for (const auto& [id, item] : records->data()) {
-            result.append(item.GetRecordData());
+    Records result;
+    const RecordItemMap* const records = map(device);
+    if (!records) {
+        return result;
+    }
+    const auto& all = records->data();
+    result.isFromTheBeginning = !from || from->bucketCount != all.bucket_count();
+    const std::size_t first = result.isFromTheBeginning ? 0 : from->bucket;
+    const std::size_t last = std::min(all.bucket_count(), first + atOnce);
+    for (std::size_t bucket = first; bucket < last; ++bucket) {
+        for (auto entry = all.cbegin(bucket); entry != all.cend(bucket); ++entry) {
+            result.records.append(entry->second.GetRecordData());
         }
+    }
+    if (last < all.bucket_count()) {
+        result.next = {last, all.bucket_count()};
     }
     return result;
 }

@@ -4,6 +4,9 @@
 
 #include <QStringList>
 
+#include <cstddef>
+#include <optional>
+
 class Tree;
 
 namespace zelko::recordmap {
@@ -37,8 +40,25 @@ public:
     /// Null for a device or a record that is none.
     RecordPointer record(const QString& device, const QString& recordID) const;
 
-    /// All records of the device, in no order: whoever wants one makes it on a thread of his own.
-    RecordPointers records(const QString& device) const;
+    /// Some of the records of a device, in no order: whoever wants one makes it on a thread of his own. `next` is where
+    /// the next ones stand, nothing behind the last ones.
+    struct Records
+    {
+        /// A place in the map of the device as it is laid out.
+        struct Place
+        {
+            std::size_t bucket = 0;
+            std::size_t bucketCount = 0;
+        };
+
+        RecordPointers records;
+        std::optional<Place> next;
+        bool isFromTheBeginning = true; ///< all that was given before is void, for the map was laid out afresh
+    };
+
+    /// About `atOnce` of them from a place on; without one from the first. A list that is taken like this has every
+    /// record once that was there all the time. Empty for a device that is none.
+    Records records(const QString& device, std::size_t atOnce, const std::optional<Records::Place>& from = {}) const;
 
 private:
     const zelko::recordmap::RecordItemMap* map(const QString& device) const;

@@ -35,7 +35,7 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
     const auto reference = [&orb](const std::string& key) { return orb.published(key.c_str()); };
     publish(entryKey, new ZlkServant(m_errands, m_gate, m_rights,
                                      {m_directory, m_channels, reference, recorder.beginExport, recorder.cancelExport},
-                                     options.largestAnswer));
+                                     {options.largestList, options.recordsAtOnce, options.lists}));
 }
 
 ServiceHost::~ServiceHost()

@@ -37,6 +37,17 @@ public:
         /// Bytes of an answer; leaves room for its head in what the ORB sends.
         std::size_t largestAnswer = 4 * 1024 * 1024 - 4096;
 
+        /// The same of a list of all records: of 100,000 records with a dozen index entries each.
+        std::size_t largestList = 64 * 1024 * 1024 - 4096;
+
+        /// Lists of all records that are being made and sent, each of which takes about four times its bytes of memory.
+        /// Others wait for a moment.
+        Turnstile::Options lists{
+            .atOnce = 2, .atOncePerHost = 1, .waitingPerHost = 16, .patience = std::chrono::seconds(4)};
+
+        /// How many records the recorder's thread gives before it turns to something else.
+        std::size_t recordsAtOnce = 8192;
+
         /// Copies of records under way, each of which has a thread of the ORB for as long as the disk takes. Nobody
         /// waits: who comes when there is no place is told so.
         Turnstile::Options copies{.atOnce = 4, .atOncePerHost = 2, .waitingPerHost = 0};

@@ -8,6 +8,7 @@
 #include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/corbatext.h>
 
+#include <QScopeGuard>
 #include <QSysInfo>
 
 #include <algorithm>
@@ -64,23 +65,38 @@ ChannelWish wishOf(QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format, bo
     return wish;
 }
 
-// A device with one of its records, or with all of them.
+// A device with one of its records.
 struct Found
 {
     bool device = false;
-    RecordPointers records;
+    RecordPointer record;
 };
+
+// Of the call that this thread serves, null for one that did not come through the ORB: the place of its list, to be
+// left when the answer is sent.
+thread_local std::optional<Turnstile::Place>* placeOfCall = nullptr;
 
 } // namespace
 
 ZlkServant::ZlkServant(std::shared_ptr<Errands> errands, std::shared_ptr<CallGate> gate, CallRights rights,
-                       Sources sources, std::size_t largestAnswer)
+                       Sources sources, const ListBounds& bounds)
     : m_errands(std::move(errands))
     , m_gate(std::move(gate))
     , m_rights(std::move(rights))
     , m_sources(std::move(sources))
-    , m_largestAnswer(largestAnswer)
+    , m_largestList(bounds.largest)
+    , m_recordsAtOnce(bounds.recordsAtOnce)
+    , m_lists(bounds.lists)
 {}
+
+// What it calls sends the answer, too.
+_CORBA_Boolean ZlkServant::_dispatch(omniCallHandle& call)
+{
+    std::optional<Turnstile::Place> place;
+    placeOfCall = &place;
+    const auto forget = qScopeGuard([] { placeOfCall = nullptr; });
+    return _impl_IF_ZLK_c_ZLK::_dispatch(call);
+}
 
 QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::registerChannel(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager,
                                                       QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format,
@@ -214,41 +230,69 @@ QD_ZLK::RecordMetaData* ZlkServant::getMetaDataForRecord(const char* device, con
     const QString deviceId = fromCorba(device);
     const QString recordId = fromCorba(record);
     const Found found = askRecorder(*m_errands, [&devices = m_sources.devices, deviceId, recordId] {
-        return Found{devices.contains(deviceId), {devices.record(deviceId, recordId)}};
+        return Found{devices.contains(deviceId), devices.record(deviceId, recordId)};
     });
     if (!found.device) {
         refuseDevice(deviceId);
     }
-    if (!found.records.constFirst()) {
+    if (!found.record) {
         refuseRecord(recordId);
     }
-    return new QD_ZLK::RecordMetaData(recordMetaData(deviceId, *found.records.constFirst()));
+    return new QD_ZLK::RecordMetaData(recordMetaData(deviceId, *found.record));
 }
 
 QD_ZLK::RecordInfoSeq* ZlkServant::getAllRecords(const char* device)
 {
     require(Action::Look);
     const QString id = fromCorba(device);
-    Found found = askRecorder(*m_errands, [&devices = m_sources.devices, id] {
-        return Found{devices.contains(id), devices.records(id)};
-    });
-    if (!found.device) {
+    if (!askRecorder(*m_errands, [&devices = m_sources.devices, id] { return devices.contains(id); })) {
         refuseDevice(id);
     }
-    std::sort(found.records.begin(), found.records.end(),
+    std::optional<Turnstile::Place> ofThisCall;
+    auto& place = placeOfCall ? *placeOfCall : ofThisCall;
+    if (!place.emplace(m_lists, ZelkoCommon::callingPeer())) {
+        refuse(Contract::ZLK_FAILED, QStringLiteral("too many lists of records are being sent; try again in a moment"));
+    }
+    RecordPointers records = allRecords(id);
+    std::sort(records.begin(), records.end(),
               [](const auto& a, const auto& b) { return a->GetRecordID() < b->GetRecordID(); });
-    QD_ZLK::RecordInfoSeq_var result = new QD_ZLK::RecordInfoSeq(static_cast<CORBA::ULong>(found.records.size()));
-    std::size_t size = 0;
-    for (const RecordPointer& record : found.records) {
-        QD_ZLK::RecordInfo info = recordInfo(*record);
-        size += wireSize(info);
-        if (size > m_largestAnswer) {
+    return listOf(records);
+}
+
+// Each slice is a question of its own, so that others come in between.
+RecordPointers ZlkServant::allRecords(const QString& device) const
+{
+    RecordPointers result;
+    std::optional<DeviceDirectory::Records::Place> next;
+    do {
+        const auto slice = askRecorder(*m_errands, [&devices = m_sources.devices, device, atOnce = m_recordsAtOnce,
+                                                    next] { return devices.records(device, atOnce, next); });
+        if (slice.isFromTheBeginning) {
+            result.clear();
+        }
+        result += slice.records;
+        next = slice.next;
+    } while (next);
+    return result;
+}
+
+QD_ZLK::RecordInfoSeq* ZlkServant::listOf(const RecordPointers& records) const
+{
+    std::size_t room = m_largestList;
+    const auto take = [&room](std::size_t bytes) {
+        if (bytes > room) {
             refuse(Contract::ZLK_FAILED, QStringLiteral("the device has more records than one answer can hold; the "
                                                         "value tree has them all"));
         }
-        const CORBA::ULong next = result->length();
-        result->length(next + 1);
-        result[next] = info;
+        room -= bytes;
+    };
+    const std::size_t least = wireSize(QD_ZLK::RecordInfo());
+    take(least * static_cast<std::size_t>(records.size())); // before there is memory for them
+    QD_ZLK::RecordInfoSeq_var result = new QD_ZLK::RecordInfoSeq;
+    result->length(static_cast<CORBA::ULong>(records.size()));
+    for (CORBA::ULong i = 0; i < result->length(); ++i) {
+        result[i] = recordInfo(*records.at(static_cast<qsizetype>(i)));
+        take(wireSize(result[i]) - least);
     }
     return result._retn();
 }

@@ -6,6 +6,7 @@
 #include <recorder/service/devicedirectory.h>
 #include <recorder/service/errands.h>
 #include <recorder/store/storestatus.h>
+#include <recorder/users/turnstile.h>
 
 #include <zelkoidl/recorderservice.hh>
 
@@ -36,9 +37,19 @@ public:
         std::function<StoreStatus(const QString& exportId, bool removeTarget)> cancelExport;
     };
 
-    /// `largestAnswer`: bytes beyond which an answer is refused; to be less than what the ORB sends.
+    /// What lists of all records may take.
+    struct ListBounds
+    {
+        std::size_t largest;       ///< bytes beyond which one is refused; to be less than what the ORB sends
+        std::size_t recordsAtOnce; ///< about how many are taken from the recorder's thread at a time
+        Turnstile::Options lists;  ///< that are made and sent at once
+    };
+
     ZlkServant(std::shared_ptr<Errands> errands, std::shared_ptr<CallGate> gate, CallRights rights, Sources sources,
-               std::size_t largestAnswer);
+               const ListBounds& bounds);
+
+    /// A list keeps its place until it is sent.
+    _CORBA_Boolean _dispatch(omniCallHandle& call) override;
 
     QD_ZLK::IF_ZLK_c_Chan_ptr registerChannel(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager, QD_ZLK::DataRateClass dataRate,
                                               QD_ZLK::DataFormat format, CORBA::Boolean canRecord,
@@ -73,12 +84,16 @@ private:
     QD_ZLK::IF_ZLK_c_Chan_ptr enter(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager, const ChannelWish& wish,
                                     CORBA::String_out channelId);
     void require(Action action) const;
+    RecordPointers allRecords(const QString& device) const;
+    QD_ZLK::RecordInfoSeq* listOf(const RecordPointers& records) const;
 
     const std::shared_ptr<Errands> m_errands;
     const std::shared_ptr<CallGate> m_gate;
     const CallRights m_rights;
     const Sources m_sources;
-    const std::size_t m_largestAnswer;
+    const std::size_t m_largestList;
+    const std::size_t m_recordsAtOnce;
+    Turnstile m_lists;
 };
 
 } // namespace ZelkoRecorder

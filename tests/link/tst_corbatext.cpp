@@ -32,6 +32,7 @@ private Q_SLOTS:
     void keepsTheTextsOfPeople();
     void sendsNothingThatEndsATextOrFailsACall_data();
     void sendsNothingThatEndsATextOrFailsACall();
+    void refusesATextThatNoRequestHolds();
     void sendsOneElementPerUnit();
     void readsAnElementOfAPeer_data();
     void readsAnElementOfAPeer();
@@ -74,6 +75,15 @@ void TestCorbaText::sendsNothingThatEndsATextOrFailsACall()
     QFETCH(QString, sent);
     QCOMPARE(fromCorba(toCorba(text).in()), sent);
     QCOMPARE(fromCorba(toWideCorba(text).in()), sent);
+}
+
+void TestCorbaText::refusesATextThatNoRequestHolds()
+{
+    const QString longest(longestText, 'x');
+    QCOMPARE(fromCorba(toCorba(longest).in()), longest);
+    QCOMPARE(fromCorba(toWideCorba(longest).in()), longest);
+    QVERIFY_EXCEPTION_THROWN(toCorba(longest + 'x'), CORBA::MARSHAL);
+    QVERIFY_EXCEPTION_THROWN(toWideCorba(longest + 'x'), CORBA::MARSHAL);
 }
 
 void TestCorbaText::sendsOneElementPerUnit()

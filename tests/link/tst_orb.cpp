@@ -1,3 +1,5 @@
+#include "rawgiop.h"
+
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/orb.h>
 
@@ -12,6 +14,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr std::size_t longText = 16 * 1024 * 1024; // more than a line holds
+
 class Servant final : public POA_ZelkoTreeLink::TreeServer, public PortableServer::RefCountServantBase
 {
 public:
@@ -20,7 +24,10 @@ public:
     {
         return version + 1000;
     }
-    ZelkoTreeLink::UserRole roleOf(ZelkoTreeLink::SessionId) override { return ZelkoTreeLink::ROLE_VIEWER; }
+    ZelkoTreeLink::UserRole roleOf(ZelkoTreeLink::SessionId) override
+    {
+        throw ZelkoTreeLink::Refused(ZelkoTreeLink::REFUSED_SESSION, std::string(longText, 'x').c_str());
+    }
     void write(ZelkoTreeLink::SessionId, const ZelkoTreeLink::Batch&, ZelkoTreeLink::Checksum) override {}
     void detach(ZelkoTreeLink::SessionId) override {}
 };
@@ -44,20 +51,50 @@ QString failureOf(const Orb& orb, quint16 port)
     return QStringLiteral("none");
 }
 
-std::unique_ptr<QTcpSocket> connectTo(const Orb& orb)
+std::unique_ptr<QTcpSocket> connectTo(const Orb& orb, const char* from = "127.0.0.1")
 {
     auto socket = std::make_unique<QTcpSocket>();
+    if (!socket->bind(QHostAddress(QString::fromLatin1(from)))) {
+        return nullptr;
+    }
     socket->connectToHost(QHostAddress::LocalHost, orb.port());
     return socket->waitForConnected() ? std::move(socket) : nullptr;
 }
 
-// Asks where an object is that is nowhere; false without an answer.
-bool isAnswered(QTcpSocket& socket)
+QByteArray number(int value)
 {
-    socket.write(QByteArray("GIOP\x01\x00\x01\x03\x0c\0\0\0\x01\0\0\0\x04\0\0\0none", 24));
+    QByteArray bytes(4, '\0');
+    qToLittleEndian(value, bytes.data());
+    return bytes;
+}
+
+// Asks where an object is that is nowhere, in so many bytes behind the head.
+QByteArray locateRequest(int bytes)
+{
+    return QByteArray("GIOP\x01\0\x01\x03", 8) + number(bytes) + number(1) + number(bytes - 8) +
+           QByteArray(bytes - 8, 'n');
+}
+
+// False where the connection ends without an answer.
+bool answers(QTcpSocket& socket, const QByteArray& request)
+{
+    socket.write(request);
     while (socket.bytesAvailable() < 20 && socket.waitForReadyRead()) {
     }
     return socket.readAll().startsWith("GIOP");
+}
+
+bool isAnswered(QTcpSocket& socket)
+{
+    return answers(socket, locateRequest(12));
+}
+
+// Asks "Test" for something large, and takes no more than its beginning.
+bool beginsToBeAnswered(QTcpSocket& socket)
+{
+    socket.setReadBufferSize(1);
+    socket.write(giop::requestMessage("Test", {"roleOf", QByteArray(8, '\0')}));
+    return socket.waitForReadyRead(30'000);
 }
 
 bool isConnected(const std::unique_ptr<QTcpSocket>& socket)
@@ -85,6 +122,14 @@ private Q_SLOTS:
     void putsANewConnectionInThePlaceOfTheEldestThatNeverHadAnAnswer();
     void keepsConnectionsThatItHasAnswered();
     void hasRoomAgainWhenAConnectionEnds();
+    void putsANewConnectionInThePlaceOfTheEldestOfItsOwnHost();
+    void keepsOneHostFromTakingEveryPlace();
+    void keepsTheBoundOfAllWhereNoHostHasTooMany();
+    void hasRoomAgainForAHostWhenItsConnectionEnds();
+    void takesARequestUpToTheBound_data();
+    void takesARequestUpToTheBound();
+    void endsAConnectionThatDoesNotTakeItsAnswer();
+    void endsThoughSomebodyDoesNotTakeHisAnswer();
 };
 
 void TestOrb::listensOnAPortThatTheSystemChose()
@@ -222,6 +267,123 @@ void TestOrb::hasRoomAgainWhenAConnectionEnds()
         bool answered = false;
         QTRY_VERIFY(answered = answered || isAnswered(*connectTo(orb)));
     }
+}
+
+void TestOrb::putsANewConnectionInThePlaceOfTheEldestOfItsOwnHost()
+{
+    OrbOptions options;
+    options.maxConnectionsPerHost = 2;
+    const Orb orb(options);
+    const auto other = connectTo(orb, "127.0.0.2"); // the eldest of all
+    const auto answered = connectTo(orb);
+    QVERIFY(other && isAnswered(*answered));
+    const auto silent = connectTo(orb);
+    const auto late = connectTo(orb);
+    QVERIFY(isAnswered(*late));
+    QTRY_VERIFY_WITH_TIMEOUT(!isConnected(silent), 30'000);
+    QVERIFY(isAnswered(*answered));
+    QVERIFY(isAnswered(*other));
+}
+
+void TestOrb::keepsOneHostFromTakingEveryPlace()
+{
+    OrbOptions options;
+    options.maxConnections = 4;
+    options.maxConnectionsPerHost = 2;
+    const Orb orb(options);
+    const auto first = connectTo(orb);
+    const auto second = connectTo(orb);
+    QVERIFY(isAnswered(*first) && isAnswered(*second));
+    const auto late = connectTo(orb);
+    QTRY_VERIFY_WITH_TIMEOUT(!isConnected(late), 30'000);
+    const auto other = connectTo(orb, "127.0.0.2");
+    QVERIFY(other && isAnswered(*other));
+    QVERIFY(isAnswered(*first) && isAnswered(*second));
+}
+
+void TestOrb::keepsTheBoundOfAllWhereNoHostHasTooMany()
+{
+    OrbOptions options;
+    options.maxConnections = 2;
+    options.maxConnectionsPerHost = 1;
+    const Orb orb(options);
+    const auto first = connectTo(orb);
+    const auto second = connectTo(orb, "127.0.0.2");
+    QVERIFY(second && isAnswered(*first) && isAnswered(*second));
+    const auto third = connectTo(orb, "127.0.0.3");
+    QVERIFY(third);
+    QTRY_VERIFY_WITH_TIMEOUT(!isConnected(third), 30'000);
+    QVERIFY(isAnswered(*first) && isAnswered(*second));
+}
+
+void TestOrb::hasRoomAgainForAHostWhenItsConnectionEnds()
+{
+    OrbOptions options;
+    options.maxConnectionsPerHost = 1;
+    const Orb orb(options);
+    for (int i = 0; i < 20; ++i) {
+        bool answered = false;
+        QTRY_VERIFY_WITH_TIMEOUT(answered = answered || isAnswered(*connectTo(orb)), 30'000);
+    }
+}
+
+void TestOrb::takesARequestUpToTheBound_data()
+{
+    QTest::addColumn<QByteArrayList>("messages");
+    QTest::addColumn<bool>("answers");
+    QTest::newRow("as large as may be") << QByteArrayList{locateRequest(1000)} << true;
+    QTest::newRow("one byte larger") << QByteArrayList{locateRequest(1001)} << false;
+    QTest::newRow("several, each as large as may be") << QByteArrayList(3, locateRequest(1000)) << true;
+}
+
+// What is too large is not answered, but ended, by its head alone.
+void TestOrb::takesARequestUpToTheBound()
+{
+    QFETCH(const QByteArrayList, messages);
+    OrbOptions options;
+    options.maxRequestBytes = 1000;
+    const Orb orb(options);
+    const auto socket = connectTo(orb);
+    for (const QByteArray& message : messages) {
+        QTEST(::answers(*socket, message), "answers");
+    }
+}
+
+// The place of the only connection is free again, though what it asked for was never taken.
+void TestOrb::endsAConnectionThatDoesNotTakeItsAnswer()
+{
+    OrbOptions options;
+    options.maxConnections = 1;
+    options.answerTimeout = 100ms;
+    Orb orb(options);
+    const PortableServer::ServantBase_var servant = new Servant;
+    orb.publish("Test", servant);
+    const auto stuck = connectTo(orb);
+    QVERIFY(beginsToBeAnswered(*stuck));
+    bool answered = false;
+    QTRY_VERIFY_WITH_TIMEOUT(answered = answered || isAnswered(*connectTo(orb)), 30'000);
+    stuck->setReadBufferSize(0);
+    qint64 taken = stuck->readAll().size();
+    while (stuck->waitForReadyRead(30'000)) {
+        taken += stuck->readAll().size();
+    }
+    QVERIFY(!isConnected(stuck));
+    QVERIFY2(taken < qint64{longText}, qPrintable(QString::number(taken)));
+}
+
+void TestOrb::endsThoughSomebodyDoesNotTakeHisAnswer()
+{
+    OrbOptions options;
+    options.answerTimeout = std::chrono::hours(1);
+    std::unique_ptr<QTcpSocket> stuck;
+    {
+        Orb orb(options);
+        const PortableServer::ServantBase_var servant = new Servant;
+        orb.publish("Test", servant);
+        stuck = connectTo(orb);
+        QVERIFY(beginsToBeAnswered(*stuck));
+    }
+    QVERIFY(isConnected(stuck)); // nobody has read on
 }
 
 QTEST_GUILESS_MAIN(TestOrb)

@@ -125,6 +125,8 @@ private Q_SLOTS:
     void putsANewConnectionInThePlaceOfOneThatShookNoHands_data();
     void putsANewConnectionInThePlaceOfOneThatShookNoHands();
     void keepsConnectionsThatItHasAnswered();
+    void knowsTheHostBeforeHandsAreShaken();
+    void endsWhileHandsAreBeingShaken();
     void listensWithoutTlsWhereItIsNotAskedFor();
     void callsNobodyByAReferenceWithoutTls();
 
@@ -351,6 +353,44 @@ void TestTlsTransport::keepsConnectionsThatItHasAnswered()
     QVERIFY(second && isAnswered(*second));
     QVERIFY(!connectTo(orb, configuration));
     QVERIFY(isAnswered(*first) && isAnswered(*second));
+}
+
+void TestTlsTransport::knowsTheHostBeforeHandsAreShaken()
+{
+    OrbOptions options = through(m_site.options());
+    options.receiveTimeout = std::chrono::minutes(5); // would end them as well
+    options.maxConnectionsPerHost = 1;
+    const Orb orb(options);
+    QTcpSocket elsewhere;
+    QVERIFY(elsewhere.bind(QHostAddress("127.0.0.2")));
+    QTcpSocket here;
+    for (QTcpSocket* const silent : {&elsewhere, &here}) {
+        silent->connectToHost("127.0.0.1", orb.port());
+        QVERIFY(silent->waitForConnected());
+    }
+    const auto late = connectTo(orb, configurationOf(m_site.options()));
+    QVERIFY(late && isAnswered(*late));
+    QTRY_VERIFY_WITH_TIMEOUT(!isConnected(here), 30'000);
+    QVERIFY(isConnected(elsewhere));
+}
+
+void TestTlsTransport::endsWhileHandsAreBeingShaken()
+{
+    OrbOptions options = through(m_site.options());
+    options.receiveTimeout = std::chrono::hours(1);
+    for (int i = 0; i < 10; ++i) {
+        std::vector<std::unique_ptr<QTcpSocket>> strangers;
+        const Orb orb(options);
+        for (const QByteArray& begun : {QByteArray(), QByteArray("\x16\x03\x01\x02\x00\x01", 6)}) {
+            strangers.push_back(std::make_unique<QTcpSocket>());
+            strangers.back()->connectToHost("127.0.0.1", orb.port());
+            QVERIFY(strangers.back()->waitForConnected());
+            strangers.back()->write(begun);
+            strangers.back()->flush();
+        }
+        const auto answered = connectTo(orb, configurationOf(m_site.options()));
+        QVERIFY(answered && isAnswered(*answered));
+    }
 }
 
 void TestTlsTransport::listensWithoutTlsWhereItIsNotAskedFor()

@@ -3,6 +3,8 @@
 #include "linkserverfixture.h"
 
 #include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest>
 
 using namespace ZelkoTest;
@@ -29,6 +31,7 @@ private Q_SLOTS:
     void refusesSessionsThatItDoesNotKnow();
     void refusesSessionsOfClientsElsewhere();
     void ignoresTheEndOfASessionThatItDoesNotKnow();
+    void endsWithoutWaitingForClientsThatAreSilent();
 };
 
 void TestTreeLinkServer::givesTheStateAndThenEachChange()
@@ -241,6 +244,30 @@ void TestTreeLinkServer::ignoresTheEndOfASessionThatItDoesNotKnow()
     f.remote->detach(session + 1);
     QCOMPARE(f.write(session, {}), QString());
     QTRY_COMPARE(f.server.sessionCount(), 1);
+}
+
+// They take the connection, and never answer what they are called for.
+void TestTreeLinkServer::endsWithoutWaitingForClientsThatAreSilent()
+{
+    TreeLinkServerOptions options;
+    options.deliverTimeout = 1h;
+    auto f = std::make_unique<LinkServerFixture>(options);
+    QTcpServer silent;
+    QVERIFY(silent.listen(QHostAddress::LocalHost));
+    std::vector<QTcpSocket*> calls;
+    for (int i = 0; i < 3; ++i) {
+        const CORBA::Object_var object =
+            f->orb.remoteObject("127.0.0.1", silent.serverPort(), QByteArray::number(i).constData());
+        f->reference = ZelkoTreeLink::Subscriber::_unchecked_narrow(object);
+        f->attach();
+        QTRY_VERIFY_WITH_TIMEOUT(silent.hasPendingConnections(), 30'000);
+        calls.push_back(silent.nextPendingConnection());
+        QTRY_VERIFY_WITH_TIMEOUT(calls.back()->bytesAvailable() > 0, 30'000);
+    }
+    f.reset();
+    for (QTcpSocket* const call : calls) {
+        QTRY_COMPARE_WITH_TIMEOUT(call->state(), QAbstractSocket::UnconnectedState, 30'000);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestTreeLinkServer)

@@ -200,7 +200,7 @@ void TestZlkServant::listsAllRecords()
 void TestZlkServant::refusesAListThatNoAnswerHolds()
 {
     ServiceHost::Options options;
-    options.largestAnswer = 500;
+    options.largestList = 500;
     m_recorder.reset();
     m_recorder = ServiceRecorder::loaded(
         [](const QString& folder) {

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void raisesAnUndeclaredExceptionAsUnknown();
     void refusesAnAnswerThatCannotBe_data();
     void refusesAnAnswerThatCannotBe();
+    void takesNoMemoryForRecordsThatAreNotThere();
     void carriesEverythingBetweenTwoOrbs();
 
 private:
@@ -234,6 +235,18 @@ void TestServiceCalls::refusesAnAnswerThatCannotBe()
     const QString result = outcome(*m_orb, server, call);
     QVERIFY2(result.startsWith("MARSHAL"), qPrintable(result));
     QVERIFY2(largestAllocation < 1'000'000, "memory was taken for elements that are not there");
+}
+
+// As many as there are bytes: a record takes more of them, and more memory still.
+void TestServiceCalls::takesNoMemoryForRecordsThatAreNotThere()
+{
+    const giop::Server server({giop::NoException, QByteArray("\xa0\x86\x01\0", 4) + QByteArray(100'000, '\0')});
+    const Call call = callOn<IF_ZLK_c_ZLK>(
+        [](IF_ZLK_c_ZLK_ptr entry) { return QString::number(RecordInfoSeq_var(entry->getAllRecords("a"))->length()); });
+    largestAllocation = 0;
+    const QString result = outcome(*m_orb, server, call);
+    QVERIFY2(result.startsWith("MARSHAL"), qPrintable(result));
+    QVERIFY2(largestAllocation < 1'000'000, "memory was taken for records that are not there");
 }
 
 void TestServiceCalls::carriesEverythingBetweenTwoOrbs()

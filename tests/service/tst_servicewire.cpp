@@ -1,5 +1,5 @@
 #include "cdrbytes.h"
-#include "checkedsequence.h"
+#include "checkedrecords.h"
 #include "largestallocation.h"
 #include "servicevalues.h"
 

@@ -31,6 +31,9 @@ QByteArray requestMessage(const QByteArray& key, const Request& request);
 /// Sends a request to the object `key` at a port of this machine and waits for the reply.
 Reply call(quint16 port, const QByteArray& key, const Request& request);
 
+/// The bytes of that request, for whoever sends them himself.
+QByteArray requestMessage(const QByteArray& key, const Request& request);
+
 /// A string as it stands at an aligned place.
 QByteArray string(const QByteArray& text);
 

@@ -28,17 +28,13 @@ const QByteArray halfMessage("GIOP\x01\x02\x01\0\0\x01\0\0", 12);
 class Strangers
 {
 public:
-    Strangers(quint16 port, int count, const QByteArray& bytes)
-        : m_sockets(static_cast<std::size_t>(count))
+    // In turn from each of so many hosts: 127.0.0.1, 127.0.0.2 and so on.
+    Strangers(quint16 port, int count, const QByteArray& bytes, int hosts)
     {
-        for (auto& socket : m_sockets) {
-            socket = std::make_unique<QTcpSocket>();
-            socket->connectToHost(QHostAddress::LocalHost, port);
-            if (!socket->waitForConnected()) {
-                qFatal("a stranger was not let in: %s", qPrintable(socket->errorString()));
-            }
-            socket->write(bytes);
-            socket->flush();
+        for (int i = 0; i < count; ++i) {
+            m_sockets.push_back(connectedFrom(QHostAddress(loopback + static_cast<quint32>(i % hosts)), port));
+            m_sockets.back()->write(bytes);
+            m_sockets.back()->flush();
         }
     }
 
@@ -50,6 +46,19 @@ public:
     }
 
 private:
+    static constexpr quint32 loopback = 0x7f000001;
+
+    static std::unique_ptr<QTcpSocket> connectedFrom(const QHostAddress& host, quint16 port)
+    {
+        auto socket = std::make_unique<QTcpSocket>();
+        socket->bind(host);
+        socket->connectToHost(QHostAddress::LocalHost, port);
+        if (!socket->waitForConnected()) {
+            qFatal("a stranger was not let in: %s", qPrintable(socket->errorString()));
+        }
+        return socket;
+    }
+
     std::vector<std::unique_ptr<QTcpSocket>> m_sockets;
 };
 
@@ -97,6 +106,7 @@ private Q_SLOTS:
     void strangersThatNeverEndAMessageKeepNobodyOut_data();
     void strangersThatNeverEndAMessageKeepNobodyOut();
     void closesWhatIsTooManyConnections();
+    void closesWhatIsTooManyConnectionsOfOneHost();
     void theClientsOfOneHostLeaveRoomForOthers();
 
 private:
@@ -345,8 +355,9 @@ void TestLinkFaults::strangersThatNeverEndAMessageKeepNobodyOut()
     LinkClient before(*m_orb, m_toServer.port());
     QTRY_VERIFY(before.isConnected());
     const int count = 4 * OrbOptions().maxConnections;
-    const Strangers atServer(server.port(), count, bytes);
-    const Strangers atClient(m_orb->port(), count, bytes);
+    const int hosts = 4; // that of server and client is one of them
+    const Strangers atServer(server.port(), count, bytes, hosts);
+    const Strangers atClient(m_orb->port(), count, bytes, hosts);
 
     LinkClient client(*m_orb, m_toServer.port(), patientOptions());
     QSignalSpy failed(&client.connection, &ServerConnectionData::connectFailed);
@@ -359,15 +370,35 @@ void TestLinkFaults::strangersThatNeverEndAMessageKeepNobodyOut()
     QCOMPARE(before.log, QStringList{"connected"});
 }
 
+// None of the hosts has as many as it may have.
 void TestLinkFaults::closesWhatIsTooManyConnections()
 {
     PeerProcess server;
     const int bound = OrbOptions().maxConnections;
-    const Strangers strangers(server.port(), bound + 50, {});
-    QTRY_COMPARE(strangers.connected(), bound);
+    const int hosts = 4;
+    const Strangers strangers(server.port(), bound + 50, {}, hosts);
+    QVERIFY((bound + 50) / hosts + 1 < OrbOptions().maxConnectionsPerHost);
+    QTRY_COMPARE_WITH_TIMEOUT(strangers.connected(), bound, patience);
     LinkClient client(*m_orb, server.port(), options());
-    QTRY_VERIFY(client.isConnected());
-    QTRY_COMPARE(strangers.connected(), bound - 1); // in whose place it came
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(strangers.connected(), bound - 1, patience); // in whose place it came
+}
+
+void TestLinkFaults::closesWhatIsTooManyConnectionsOfOneHost()
+{
+    PeerProcess server;
+    const int bound = OrbOptions().maxConnectionsPerHost;
+    QVERIFY(bound < OrbOptions().maxConnections);
+    const Strangers strangers(server.port(), bound + 50, {}, 1);
+    QTRY_COMPARE_WITH_TIMEOUT(strangers.connected(), bound, patience);
+    FaultProxy elsewhere(server.port());
+    elsewhere.setHost(2);
+    LinkClient other(*m_orb, elsewhere.port(), options());
+    QTRY_VERIFY_WITH_TIMEOUT(other.isConnected(), patience);
+    QCOMPARE(strangers.connected(), bound); // it takes nobody's place
+    LinkClient client(*m_orb, server.port(), options());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(strangers.connected(), bound - 1, patience); // in whose place it came
 }
 
 void TestLinkFaults::theClientsOfOneHostLeaveRoomForOthers()

@@ -1,5 +1,9 @@
 #include <zelkobase/orb/boundedtransport_p.h>
 
+#include <zelkobase/orb/callingpeer.h>
+#include <zelkobase/orb/messagemeter_p.h>
+#include <zelkobase/orb/orbtime_p.h>
+
 #include <omniORB4/CORBA.h>
 #include <omniORB4/omniServer.h>
 
@@ -7,6 +11,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -19,8 +24,10 @@ using omni::giopEndpoint;
 
 constexpr const char* schemePrefix = "giop:";
 constexpr const char* boundedType = "giop:bounded";
+constexpr std::chrono::milliseconds stepOfAnAnswer(250);
+constexpr std::chrono::milliseconds momentAtTheEnd(1000);
 
-std::atomic<int> connectionBound = 0; // of the next endpoint
+ConnectionBounds nextBounds; // of the next endpoint; whoever starts the ORB sets them, and makes the endpoint
 
 class BoundedConnection; // NOLINT(cppcoreguidelines-virtual-class-destructor)
 
@@ -29,8 +36,9 @@ class BoundedConnection; // NOLINT(cppcoreguidelines-virtual-class-destructor)
 class ConnectionList
 {
 public:
-    explicit ConnectionList(int most)
+    ConnectionList(int most, int mostOfAHost)
         : m_most(most)
+        , m_mostOfAHost(mostOfAHost)
     {}
 
     /// False when there is no room.
@@ -40,6 +48,11 @@ public:
     /// The connection around another one; null when it is over.
     BoundedConnection* around(const giopConnection* inner);
 
+    /// From here on nobody gets a place, and nobody is waited for who takes nothing of his answer. Closes what never
+    /// had an answer, and waits for a moment until it is gone.
+    void end();
+    bool isEnding() const { return m_isEnding; }
+
 private:
     struct Entry
     {
@@ -47,12 +60,15 @@ private:
         bool leaving = false;
     };
 
-    bool makeRoom();
+    template <typename Counts>
+    bool hasRoom(int most, Counts counts); // makes it if it can
 
     const int m_most;
+    const int m_mostOfAHost;
+    std::atomic<bool> m_isEnding = false;
     std::mutex m_mutex;
+    std::condition_variable m_removed;
     std::list<Entry> m_entries;
-    int m_staying = 0;
 };
 
 // A connection of TCP or TLS that counts for as long as it exists. Whom it belongs to the ORB counts, as for all
@@ -60,27 +76,26 @@ private:
 class BoundedConnection final : public giopConnection // NOLINT(cppcoreguidelines-virtual-class-destructor)
 {
 public:
-    BoundedConnection(giopConnection* inner, std::shared_ptr<ConnectionList> list)
+    BoundedConnection(giopConnection* inner, std::shared_ptr<ConnectionList> list, const ConnectionBounds& bounds)
         : m_inner(inner)
+        , m_host(hostOfTransportAddress(inner->peeraddress()))
         , m_list(std::move(list))
+        , m_meter(bounds.messageBytes)
+        , m_answerLimit(bounds.answerLimit)
     {}
 
     bool enter() { return m_list->add(this); }
 
     const giopConnection* inner() const { return m_inner; }
 
+    /// Empty where the transport does not tell it in numbers; those connections count as of one host.
+    const std::string& host() const { return m_host; }
+
     /// A peer is answered when it has sent a whole message, not before.
     bool wasAnswered() const { return m_answered; }
 
-    int Send(void* bytes, std::size_t size, const omni_time_t& deadline) override
-    {
-        m_answered = true;
-        return m_inner->Send(bytes, size, deadline);
-    }
-    int Recv(void* bytes, std::size_t size, const omni_time_t& deadline) override
-    {
-        return m_inner->Recv(bytes, size, deadline);
-    }
+    int Send(void* bytes, std::size_t size, const omni_time_t&) override;
+    int Recv(void* bytes, std::size_t size, const omni_time_t& deadline) override;
     void Shutdown() override { m_inner->Shutdown(); }
     const char* myaddress() override { return m_inner->myaddress(); }
     const char* peeraddress() override { return m_inner->peeraddress(); }
@@ -101,32 +116,68 @@ protected:
 
 private:
     giopConnection* const m_inner;
+    const std::string m_host;
     const std::shared_ptr<ConnectionList> m_list; // outlives the endpoint, which may go first
+    MessageMeter m_meter;                         // of the one thread that reads
+    const std::chrono::milliseconds m_answerLimit;
+    std::chrono::steady_clock::time_point m_answerEnd; // of the one thread that writes
+    std::atomic<bool> m_isAnswering = false;
     std::atomic<bool> m_answered = false;
 };
+
+// The time runs from the first piece of an answer on. The ORB would allow it no more than the rest of a request, which
+// is little for a long one. It is waited in steps, as the end of the ORB waits for all answers.
+int BoundedConnection::Send(void* bytes, std::size_t size, const omni_time_t&)
+{
+    m_answered = true;
+    if (!m_isAnswering.exchange(true)) {
+        m_answerEnd = std::chrono::steady_clock::now() + m_answerLimit;
+    }
+    int sent = 0;
+    do {
+        sent = m_inner->Send(bytes, size, orbTimeAfter(stepOfAnAnswer));
+    } while (sent == 0 && !m_list->isEnding() && std::chrono::steady_clock::now() < m_answerEnd);
+    return sent;
+}
+
+int BoundedConnection::Recv(void* bytes, std::size_t size, const omni_time_t& deadline)
+{
+    const int received = m_inner->Recv(bytes, size, deadline);
+    m_isAnswering = false;
+    if (received > 0 && !m_meter.take(static_cast<const char*>(bytes), static_cast<std::size_t>(received))) {
+        Shutdown();
+        return -1;
+    }
+    return received;
+}
 
 bool ConnectionList::add(BoundedConnection* connection)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_staying >= m_most && !makeRoom()) {
-        return false;
+    const auto isOfHost = [&](const Entry& entry) { return entry.connection->host() == connection->host(); };
+    const bool enters =
+        !m_isEnding && hasRoom(m_mostOfAHost, isOfHost) && hasRoom(m_most, [](const Entry&) { return true; });
+    if (enters) {
+        m_entries.push_back({connection});
     }
-    m_entries.push_back({connection});
-    ++m_staying;
-    return true;
+    return enters;
 }
 
-// Whoever serves or watches the connection finds it ended, and destroys it.
-bool ConnectionList::makeRoom()
+// Where one has to go, whoever serves or watches it finds it ended, and destroys it.
+template <typename Counts>
+bool ConnectionList::hasRoom(int most, Counts counts)
 {
-    const auto oldest = std::find_if(m_entries.begin(), m_entries.end(), [](const Entry& entry) {
-        return !entry.leaving && !entry.connection->wasAnswered();
+    const auto stays = [&](const Entry& entry) { return !entry.leaving && counts(entry); };
+    if (std::count_if(m_entries.begin(), m_entries.end(), stays) < most) {
+        return true;
+    }
+    const auto oldest = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) {
+        return stays(entry) && !entry.connection->wasAnswered();
     });
     if (oldest == m_entries.end()) {
         return false;
     }
     oldest->leaving = true;
-    --m_staying;
     oldest->connection->Shutdown();
     return true;
 }
@@ -137,9 +188,23 @@ void ConnectionList::remove(BoundedConnection* connection)
     const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                     [=](const Entry& entry) { return entry.connection == connection; });
     if (found != m_entries.end()) {
-        m_staying -= found->leaving ? 0 : 1;
         m_entries.erase(found);
+        m_removed.notify_all();
     }
+}
+
+void ConnectionList::end()
+{
+    const auto isUnanswered = [](const Entry& entry) { return !entry.connection->wasAnswered(); };
+    std::unique_lock lock(m_mutex);
+    m_isEnding = true;
+    for (const Entry& entry : m_entries) {
+        if (isUnanswered(entry)) {
+            entry.connection->Shutdown();
+        }
+    }
+    m_removed.wait_for(lock, momentAtTheEnd,
+                       [&] { return std::none_of(m_entries.begin(), m_entries.end(), isUnanswered); });
 }
 
 BoundedConnection* ConnectionList::around(const giopConnection* inner)
@@ -154,13 +219,15 @@ BoundedConnection* ConnectionList::around(const giopConnection* inner)
 class BoundedEndpoint final : public giopEndpoint
 {
 public:
-    BoundedEndpoint(const char* inside, int maxConnections)
+    BoundedEndpoint(const char* inside, const ConnectionBounds& bounds)
         : m_uri(schemePrefix + std::string(inside))
         , m_inner(giopEndpoint::str2Endpoint(m_uri.c_str()))
-        , m_list(std::make_shared<ConnectionList>(maxConnections))
+        , m_bounds(bounds)
+        , m_list(std::make_shared<ConnectionList>(bounds.connections, bounds.connectionsPerHost))
     {}
 
     bool isValid() const { return m_inner; }
+    std::shared_ptr<ConnectionList> list() const { return m_list; }
 
     const char* type() const override { return m_inner->type(); }
     const char* address() const override { return m_inner->address(); }
@@ -195,6 +262,7 @@ private:
 
     const std::string m_uri; // the endpoint inside keeps a pointer into it
     giopEndpoint* const m_inner;
+    const ConnectionBounds m_bounds;
     const std::shared_ptr<ConnectionList> m_list;
     giopConnection::notifyReadable_t m_notify = nullptr;
     void* m_cookie = nullptr;
@@ -206,7 +274,7 @@ giopConnection* BoundedEndpoint::AcceptAndMonitor(giopConnection::notifyReadable
     m_notify = notify;
     m_cookie = cookie;
     while (giopConnection* const inner = m_inner->AcceptAndMonitor(passOn, this)) {
-        auto* const connection = new BoundedConnection(inner, m_list);
+        auto* const connection = new BoundedConnection(inner, m_list, m_bounds);
         if (connection->enter() || m_poked) {
             return connection;
         }
@@ -224,6 +292,8 @@ void BoundedEndpoint::passOn(void* self, giopConnection* inner)
     }
 }
 
+std::weak_ptr<ConnectionList> lastList; // of the endpoint that was made last
+
 // Makes endpoints, and nothing else: what they publish are addresses of what is inside.
 class BoundedTransport final : public omni::giopTransportImpl
 {
@@ -234,7 +304,8 @@ public:
 
     giopEndpoint* toEndpoint(const char* inside) override
     {
-        auto endpoint = std::make_unique<BoundedEndpoint>(inside, connectionBound);
+        auto endpoint = std::make_unique<BoundedEndpoint>(inside, nextBounds);
+        lastList = endpoint->list();
         return endpoint->isValid() ? endpoint.release() : nullptr;
     }
     omni::giopAddress* toAddress(const char*) override { return nullptr; }
@@ -245,10 +316,17 @@ public:
 
 } // namespace
 
-void boundConnections(int maxConnections)
+void boundConnections(const ConnectionBounds& bounds)
 {
     static const BoundedTransport transport; // registers itself
-    connectionBound = maxConnections;
+    nextBounds = bounds;
+}
+
+void endConnections()
+{
+    if (const auto list = lastList.lock()) {
+        list->end();
+    }
 }
 
 std::string boundedEndpoint(const std::string& endpoint)

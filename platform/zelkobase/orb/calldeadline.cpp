@@ -1,5 +1,7 @@
 #include <zelkobase/orb/calldeadline.h>
 
+#include <zelkobase/orb/orbtime_p.h>
+
 #include <omniORB4/omniORB.h>
 
 namespace ZelkoCommon {
@@ -7,22 +9,11 @@ namespace {
 
 thread_local CallDeadline* innermost = nullptr;
 
-omni_time_t timeAfter(std::chrono::milliseconds limit)
-{
-    using namespace std::chrono;
-    const auto whole = duration_cast<seconds>(limit);
-    unsigned long second = 0;
-    unsigned long nanosecond = 0;
-    omni_thread::get_time(&second, &nanosecond, static_cast<unsigned long>(whole.count()),
-                          static_cast<unsigned long>(nanoseconds(limit - whole).count()));
-    return {static_cast<_CORBA_ULong>(second), static_cast<_CORBA_ULong>(nanosecond)};
-}
-
 } // namespace
 
 CallDeadline::CallDeadline(std::chrono::milliseconds limit)
     : m_outer(innermost)
-    , m_end(timeAfter(limit))
+    , m_end(orbTimeAfter(limit))
 {
     if (m_outer && m_outer->m_end < m_end) {
         m_end = m_outer->m_end;

@@ -38,6 +38,9 @@ QString whole(const QString& text)
 
 QString sendable(const QString& text)
 {
+    if (text.size() > longestText) {
+        throw CORBA::MARSHAL(0, CORBA::COMPLETED_NO);
+    }
     return isPlain(text) ? text : whole(text).replace(QChar::Null, QChar::ReplacementCharacter);
 }
 

@@ -1,6 +1,7 @@
 #include <zelkobase/orb/orb.h>
 
 #include <zelkobase/orb/boundedtransport_p.h>
+#include <zelkobase/orb/callbreaker.h>
 #include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/corbacall.h>
@@ -91,6 +92,12 @@ OptionTable optionTable(const OrbOptions& options)
     return table;
 }
 
+ConnectionBounds boundsOf(const OrbOptions& options)
+{
+    return {options.maxConnections, options.maxConnectionsPerHost, static_cast<std::size_t>(options.maxRequestBytes),
+            options.answerTimeout};
+}
+
 // Closes the gap between a host that people write and one that a corbaloc takes.
 std::string corbaloc(const char* protocol, const QString& host, quint16 port, const char* key)
 {
@@ -156,12 +163,13 @@ struct Orb::Private
 
 void Orb::Private::start(const OrbOptions& options)
 {
-    boundConnections(options.maxConnections);
+    boundConnections(boundsOf(options));
     prepareTls(options.tls);
     usesTls = options.tls.has_value();
     orb = optionTable(options).initialise();
     noteCallingPeers();
     CallingSession::prepare();
+    CallBreaker::prepare();
     const CORBA::Object_var root = orb->resolve_initial_references("RootPOA");
     const CORBA::Object_var named = orb->resolve_initial_references("omniINSPOA");
     rootPoa = PortableServer::POA::_narrow(root);
@@ -176,6 +184,7 @@ void Orb::Private::stop()
 {
     try {
         if (!CORBA::is_nil(orb)) {
+            endConnections();
             orb->destroy();
         }
     } catch (const CORBA::Exception&) { // there is nobody left to tell

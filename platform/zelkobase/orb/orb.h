@@ -44,13 +44,24 @@ struct ZELKOBASEORB_EXPORT OrbOptions
     /// A connection without a call is closed after this time.
     std::chrono::seconds idleTime{180};
 
+    /// A peer must have taken a whole answer in this time.
+    std::chrono::milliseconds answerTimeout{20000};
+
     /// How many connections others hold at once. Each has one call served at a time, on a thread that is there for it.
     /// Beyond it a new connection takes the place of the eldest one that never had an answer; without such a one it is
     /// closed.
     int maxConnections = 100;
 
-    /// The largest message in bytes that is sent or accepted.
-    int maxMessageBytes = 4 * 1024 * 1024;
+    /// And how many of them come from one address, so that one host does not take all places; beyond it a new one takes
+    /// the place of the eldest one of the same host. This host is no exception: a process of its own may go wrong as
+    /// well, and others come through it. Enough for 16 consoles on one machine, which hold three each.
+    int maxConnectionsPerHost = 50;
+
+    /// The largest request in bytes that others may send.
+    int maxRequestBytes = 4 * 1024 * 1024;
+
+    /// The largest message in bytes that is sent, or accepted as an answer to a call of this process.
+    int maxMessageBytes = 64 * 1024 * 1024;
 
     /// Given: this process listens with TLS and calls with TLS, and does neither without, whoever it talks to. Nothing:
     /// it does not know TLS.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "checkedsequence.h"
+
+#include <zelkoidl/recorderservice.hh>
+
+/// How a list of records is read. The ORB's own way takes memory for as many elements as the message has bytes left,
+/// which is many times the message: an element is larger in memory than on the wire, where it cannot be smaller than
+/// this says. Included in front of the code that reads such a list, as `checkedsequence.h` is.
+template <>
+inline void _CORBA_Unbounded_Sequence<QD_ZLK::RecordInfo>::operator<<=(cdrStream& stream)
+{
+    constexpr _CORBA_ULong leastSize = 80; // numbers, lengths and the zero of the ID
+    _CORBA_ULong count = 0;
+    count <<= stream;
+    if (count > std::numeric_limits<_CORBA_ULong>::max() / leastSize || !stream.checkInputOverrun(leastSize, count)) {
+        _CORBA_marshal_sequence_range_check_error(stream);
+    }
+    length(count);
+    for (_CORBA_ULong i = 0; i < count; ++i) {
+        (*this)[i] <<= stream;
+    }
+}
