@@ -18,7 +18,6 @@ using ZelkoCommon::RecorderService;
 namespace {
 
 constexpr int recordCount = 100'000;
-constexpr int patience = 30'000;
 
 ServiceHost::Options oneListAndNobodyWaits()
 {
