@@ -187,10 +187,11 @@ void RecordItemMapModel::Private::readLog()
 // there is nothing to read.
 bool RecordItemMapModel::Private::readChanges()
 {
-    Change change{};
     while (m_changes.size() < changesAtOnce) {
+        Change& change = m_changes.emplace_back();
         const signed char result = m_map->GetChangeLog().ReadNext(m_cursor, change.type, change.id);
         if (result == 0) {
+            m_changes.pop_back();
             break;
         }
         if (result < 0) {
@@ -198,7 +199,6 @@ bool RecordItemMapModel::Private::readChanges()
         } else {
             change.hash = m_rows.expect(change.id);
         }
-        m_changes.push_back(change);
     }
     return !m_changes.empty();
 }

@@ -10,7 +10,7 @@ void RecordRows::reserve(std::size_t count)
 
 int RecordRows::rowOf(const QString& id) const
 {
-    const int number = find(id, qHash(id));
+    const int number = find(id, textHash(id));
     const int row = number < 0 ? m_count : rowAt(at(number).place);
     return row < m_count ? row : -1;
 }

@@ -2,6 +2,7 @@
 
 #include "hashindex_p.h"
 
+#include <valuecore/texthash.h>
 #include <zelkobase/data/zelko_recorddata.h>
 
 #include <QString>
@@ -47,7 +48,7 @@ public:
     /// The hash under which an ID is looked for, whose place in memory is fetched from now on.
     std::size_t expect(const QString& id) const
     {
-        const std::size_t hash = qHash(id);
+        const std::size_t hash = textHash(id);
         m_index.expect(hash);
         return hash;
     }

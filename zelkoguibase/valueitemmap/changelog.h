@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
+#include <utility>
 
 namespace valueitemmap {
 
@@ -84,7 +85,7 @@ private:
     }
 
     // The number goes up even when the capacity is 0 and nothing is kept.
-    void append(Type type, const Key& key) { m_entries.push_back(Entry{m_nextNumber++, type, key}); }
+    void append(Type type, Key key) { m_entries.push_back(Entry{m_nextNumber++, type, std::move(key)}); }
 
     // What an allocator promises today can be far more than the machine holds, so the limit is one of our own.
     static std::size_t checked(std::size_t capacity)

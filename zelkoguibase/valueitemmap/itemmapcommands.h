@@ -25,7 +25,7 @@ public:
     using Key = typename T::KeyType;
 
     void AddCommandString(std::string& out) const override { appendStart(out, GetCommandId(), m_key); }
-    std::optional<std::size_t> TargetHash() const override { return std::hash<Key>()(m_key); }
+    std::optional<std::size_t> TargetHash() const override { return valueitemmap::KeyFormat<Key>::hash(m_key); }
     bool Supersedes(const CommandOnValue& earlier) const override
     {
         const auto* const onItem = dynamic_cast<const CommandOnMapItem*>(&earlier);

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <valuecore/commandreader.h>
+#include <valuecore/texthash.h>
 
 #include <QString>
 
 #include <concepts>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -24,6 +26,7 @@ struct KeyFormat<QString>
     static QString invalid() { return {}; }
     static void write(std::string& out, const QString& key) { commandwriter::string(out, key); }
     static QString read(CommandReader& reader) { return reader.string(); }
+    static std::size_t hash(const QString& key) { return textHash(key); }
 
     using Written = std::string_view;
     static Written take(CommandReader& reader) { return reader.stringBytes(); }
@@ -47,6 +50,7 @@ struct KeyFormat<K>
     static constexpr K invalid() { return std::numeric_limits<K>::max(); }
     static void write(std::string& out, K key) { commandwriter::number(out, key); }
     static K read(CommandReader& reader) { return reader.number<K>(); }
+    static std::size_t hash(K key) { return std::hash<K>()(key); }
 
     using Written = K;
     static Written take(CommandReader& reader) { return read(reader); }

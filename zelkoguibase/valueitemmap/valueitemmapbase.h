@@ -120,10 +120,17 @@ public:
     /// Sets or inserts the item under `key` and returns the key. With InvalidKey a new key is made; a type of key that
     /// cannot be made throws valueitemmap::NoUniqueKeyError and nothing changes. An item equal to the present one
     /// changes nothing.
-    virtual K SetAt(K key, const T& item, IObserver* origin) { return put(std::move(key), item, origin); }
+    virtual K SetAt(K key, const T& item, IObserver* origin)
+    {
+        if (key == InvalidKey) {
+            key = CreateNewUniqueKey();
+        }
+        put(key, item, origin);
+        return key;
+    }
 
-    /// As `SetAt`, of an item that the caller needs no more.
-    virtual K TakeAt(K key, T&& item, IObserver* origin) { return put(std::move(key), std::move(item), origin); }
+    /// As `SetAt`, of an item that the caller needs no more and whose key is none that has to be made.
+    virtual void TakeAt(K key, T&& item, IObserver* origin) { put(std::move(key), std::move(item), origin); }
 
     /// Erases the item under `key`, if there is one.
     virtual void EraseAt(K key, IObserver* origin)
@@ -501,27 +508,23 @@ private:
         return reader.ok() && command->key() != InvalidKey ? command.release() : nullptr;
     }
 
-    template <typename Item>
-    K put(K key, Item&& item, IObserver* origin)
+    template <typename Key, typename Item>
+    void put(Key&& key, Item&& item, IObserver* origin)
     {
-        if (key == InvalidKey) {
-            key = CreateNewUniqueKey();
-        }
         const std::size_t bucketsBefore = m_map.bucket_count();
         const auto [place, inserted] = m_map.try_emplace(key, std::forward<Item>(item));
         if (!inserted) {
             if (place->second == item) {
-                return key;
+                return;
             }
             place->second = std::forward<Item>(item);
         }
         if (m_map.bucket_count() != bucketsBefore) {
             restartStates();
         }
-        m_changeLog.append(valueitemmap::ChangeSet, key);
-        recordSet(key, place->second, origin);
+        m_changeLog.append(valueitemmap::ChangeSet, std::forward<Key>(key));
+        recordSet(place->first, place->second, origin);
         NotifyObservers(TChangeCode::ValueChanged, origin);
-        return key;
     }
 
     void logCleared(IObserver* origin)
