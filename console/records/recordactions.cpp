@@ -15,7 +15,6 @@
 namespace ZelkoConsole {
 
 using ZelkoGUI::IZelkoGUIController;
-using ZelkoGUI::ZelkoServerGUIController;
 
 namespace {
 

@@ -150,7 +150,7 @@ QString notOneText(int selected)
 
 QString whyUnavailable(Controller::enUserAction action, const RecordSituation& situation)
 {
-    if (const QString noDevice = whyNoDevice(situation); !noDevice.isEmpty()) {
+    if (QString noDevice = whyNoDevice(situation); !noDevice.isEmpty()) {
         return noDevice;
     }
     if (!isAllowed(action)) {

@@ -4,7 +4,6 @@
 
 namespace ZelkoConsole {
 
-using ZelkoCommon::AbstractServerConnectionData;
 using ZelkoCommon::ZelkoConfiguration;
 
 SiteConnection::SiteConnection(std::shared_ptr<ZelkoConfiguration> configuration)

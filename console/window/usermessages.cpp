@@ -15,6 +15,11 @@ UserMessages::~UserMessages()
     delete m_box;
 }
 
+QMessageBox* UserMessages::box() const
+{
+    return m_box;
+}
+
 void UserMessages::show(const QString& text)
 {
     if (m_waiting.contains(text) || (m_box && m_box->text() == text)) {

@@ -30,7 +30,7 @@ public:
     void show(const QString& text);
 
     /// The open box; null when there is none.
-    QMessageBox* box() const { return m_box; }
+    QMessageBox* box() const;
 
 private:
     void showNext();

@@ -9,6 +9,7 @@
 #include <zelkobase/connection/linkframe.h>
 #include <zelkoguibase/valueitemmap/detachedcontent.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace ZelkoCommon {
@@ -262,11 +263,12 @@ void TreeMirror::noteMissingNodes(const QString& path)
 
 void TreeMirror::removeEmptyNodes()
 {
-    const std::vector<QString> paths = std::exchange(m_unannounced, {});
-    for (auto path = paths.rbegin(); path != paths.rend(); ++path) { // not a view: clang 14 does not compile those
-        const auto* const node = m_tree->Find<Node>(*path);
+    std::vector<QString> paths = std::exchange(m_unannounced, {});
+    std::reverse(paths.begin(), paths.end()); // what stands below another came behind it
+    for (const QString& path : paths) {
+        const auto* const node = m_tree->Find<Node>(path);
         if (node && node->GetTreeItems().empty()) {
-            m_tree->Remove(*path);
+            m_tree->Remove(path);
         }
     }
 }

@@ -1,5 +1,7 @@
 #include <zelkobase/orb/corbatext.h>
 
+#include <QList>
+
 #include <algorithm>
 #include <string>
 

@@ -189,7 +189,7 @@ QString GuiToServerAdminCorbaHandler::lastErrorText() const
     return d->server ? d->server->lastErrorText() : serviceStatusText(statusCode(ServiceStatus::NotConfigured));
 }
 
-void GuiToServerAdminCorbaHandler::sl_activeDeviceChanged(QString, QString subSystem)
+void GuiToServerAdminCorbaHandler::sl_activeDeviceChanged(const QString&, const QString& subSystem)
 {
     if (subSystem != d->subSystem) {
         d->subSystem = subSystem;

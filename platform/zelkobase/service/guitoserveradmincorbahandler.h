@@ -78,7 +78,7 @@ public:
 public Q_SLOTS:
     /// The host works on another device. The next operation finds the recorder of `subSystem` afresh if it is not that
     /// of the last device.
-    void sl_activeDeviceChanged(QString device, QString subSystem);
+    void sl_activeDeviceChanged(const QString& device, const QString& subSystem);
 
 private:
     struct Private;
