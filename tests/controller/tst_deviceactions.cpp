@@ -1,20 +1,18 @@
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include "controllersite.h"
+#include "dialoganswers.h"
 #include "faultproxy.h"
+#include "patience.h"
 #include "servicepeer.h"
 #include "testrecords.h"
+#include "tracemask.h"
 
-#include <console/hands/dialoganswer.h>
 #include <resources/zelkoicons.h>
 #include <zelkobase/service/toolbarhelper.h>
 
 #include <QAction>
-#include <QDialogButtonBox>
-#include <QInputDialog>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QTranslator>
 #include <QtTest>
 
 #include <optional>
@@ -28,12 +26,9 @@ using Record = ZELKO_XML::ZELKO_RecordData;
 
 namespace {
 
-constexpr int patience = 30'000; // milliseconds, for what must happen
-
-std::shared_ptr<Record> makeDeletable(const QString& id, bool deletable)
+std::shared_ptr<Record> makeWithSpectrum(const QString& id, bool deletable)
 {
-    auto record = makeRecord(id);
-    record->SetDeletable(deletable);
+    auto record = makeDeletable(id, deletable);
     record->SetDataFormat(Record::DataFormat::IQ16);
     return record;
 }
@@ -51,6 +46,20 @@ struct Service
     FaultProxy proxy;
     ZelkoCommon::Orb orb{ZelkoCommon::OrbOptions()};
     ServicePeer peer{orb, proxy.port()};
+};
+
+/// Fails at the question for a name, as a part that an application supplies may.
+class FailingTranslator final : public QTranslator
+{
+public:
+    QString translate(const char*, const char* text, const char*, int) const override
+    {
+        if (qstrcmp(text, "New record name:") == 0) {
+            throw std::runtime_error("no translation");
+        }
+        return {};
+    }
+    bool isEmpty() const override { return false; }
 };
 
 } // namespace
@@ -92,6 +101,8 @@ private Q_SLOTS:
     void anExceptionEndsARenameWithATrace();
     void aRenameIsOfTheDeviceItBeganOn();
     void aRenameDoesNotFollowIntoAnotherSubSystem();
+    void anExceptionBeforeTheQuestionEndsARenameWithATrace();
+    void exceptionsAreNotTracedIfErrorsAreNotWanted();
     void theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold_data();
     void theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold();
     void theControllerMayGoWhileANameIsTyped();
@@ -111,7 +122,7 @@ private Q_SLOTS:
     void aRequestGoesToItsDevice_data();
     void aRequestGoesToItsDevice();
     void aRequestThatFailsIsNotTold();
-    void anErrorIsAnsweredOnceThereWasADevice();
+    void theServiceOfAnotherSubSystemIsLookedForAnew();
 
 private:
     using Trigger = std::function<void(ZelkoServerGUIController&)>;
@@ -120,8 +131,6 @@ private:
     void trigger(IZelkoGUIController::enUserAction action) { m_controller->recordAction(action)->trigger(); }
     void deleteSelected();
     void rename(const std::function<void(QInputDialog*)>& answer);
-    static void type(QInputDialog* dialog, const QString& name);
-    static void accept(QInputDialog* dialog);
 
     std::optional<Service> m_service;
     std::optional<ControllerSite> m_site;
@@ -139,8 +148,9 @@ void DeviceActionsTest::init()
     m_messages.emplace();
     m_branch.emplace(*m_site->data, u"D1"_s);
     m_branch->putAll();
-    for (const auto& record : {makeDeletable(u"P"_s, false), makeDeletable(u"Q"_s, false), makeDeletable(u"R"_s, false),
-                               makeDeletable(u"D"_s, true), makeDeletable(u"E"_s, true)}) {
+    for (const auto& record :
+         {makeWithSpectrum(u"P"_s, false), makeDeletable(u"Q"_s, false), makeDeletable(u"R"_s, false),
+          makeDeletable(u"D"_s, true), makeDeletable(u"E"_s, true)}) {
         m_branch->setRecord(record);
     }
     m_controller = std::make_unique<ZelkoServerGUIController>(m_site->handler, nullptr, QString(),
@@ -170,9 +180,7 @@ void DeviceActionsTest::cleanup()
 
 void DeviceActionsTest::deleteSelected()
 {
-    const DialogAnswer yes([](QWidget* box) {
-        QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes), Qt::LeftButton);
-    });
+    const DialogAnswer yes(answers::click(QMessageBox::Yes));
     trigger(IZelkoGUIController::UserActionDelete);
     QVERIFY(yes.wasGiven());
 }
@@ -210,7 +218,7 @@ void DeviceActionsTest::aDeleteIsOfTheDeviceItBeganOn()
         m_controller->sl_activeDeviceChanged(u"D2"_s);
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
         m_site->client->take();
-        QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes), Qt::LeftButton);
+        answers::clickOn(box, QMessageBox::Yes);
     });
     trigger(IZelkoGUIController::UserActionDelete);
     QVERIFY(yes.wasGiven());
@@ -218,6 +226,8 @@ void DeviceActionsTest::aDeleteIsOfTheDeviceItBeganOn()
     QCOMPARE(other.value<QString>("DeleteRecordingList")->GetValue(), QString());
     QCOMPARE(m_site->client->take(), QStringList());
     QCOMPARE(m_log->take().filter(u"action"_s), QStringList());
+    QCOMPARE(m_messages->texts(),
+             QStringList{u"Nothing was deleted: the device has changed while the question was open."_s});
 }
 
 void DeviceActionsTest::aResetIsWritten()
@@ -314,18 +324,6 @@ void DeviceActionsTest::rename(const std::function<void(QInputDialog*)>& answer)
     QVERIFY(given.wasGiven());
 }
 
-void DeviceActionsTest::type(QInputDialog* dialog, const QString& name)
-{
-    auto* const edit = dialog->findChild<QLineEdit*>();
-    edit->selectAll();
-    QTest::keyClicks(edit, name);
-}
-
-void DeviceActionsTest::accept(QInputDialog* dialog)
-{
-    QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
-}
-
 void DeviceActionsTest::aRenameAsksForTheName()
 {
     QWidget parent;
@@ -337,8 +335,8 @@ void DeviceActionsTest::aRenameAsksForTheName()
         QCOMPARE(dialog->textValue(), u"name of P"_s);
         QCOMPARE(dialog->parentWidget(), &parent);
         QCOMPARE(dialog->windowFlags() & ~Qt::WindowFlags(Qt::WindowType_Mask), Qt::WindowFlags(12288));
-        type(dialog, u"beacon 7"_s);
-        accept(dialog);
+        answers::typeInto(dialog, u"beacon 7"_s);
+        answers::accept(dialog);
     });
     QCOMPARE(calls(), QStringList{u"setRecordComment D1 P beacon 7"_s});
     QCOMPARE(m_messages->texts(), QStringList());
@@ -349,7 +347,7 @@ void DeviceActionsTest::aRenameAsksForTheName()
 void DeviceActionsTest::aRenameThatIsCancelledChangesNothing()
 {
     rename([](QInputDialog* dialog) {
-        type(dialog, u"beacon 7"_s);
+        answers::typeInto(dialog, u"beacon 7"_s);
         QTest::keyClick(dialog, Qt::Key_Escape);
     });
     QCOMPARE(calls(), QStringList());
@@ -359,7 +357,7 @@ void DeviceActionsTest::aRenameThatIsCancelledChangesNothing()
 void DeviceActionsTest::aRenameThatFailsIsTold()
 {
     m_service->peer.setAnswer(u"setRecordComment"_s, ZelkoCommon::statusCode(ServiceStatus::NotAllowed));
-    rename(accept);
+    rename(answers::accept);
     QCOMPARE(calls(), QStringList{u"setRecordComment D1 P name of P"_s});
     QVERIFY(!textOf(ServiceStatus::NotAllowed).isEmpty());
     QCOMPARE(m_messages->texts(), QStringList{textOf(ServiceStatus::NotAllowed)});
@@ -370,7 +368,7 @@ void DeviceActionsTest::anExceptionEndsARenameWithATrace()
     const TraceTexts traces;
     ErrorHandler::Instance()->SetMessageSink([](const QString&) { throw std::runtime_error("no window"); });
     m_service->peer.setAnswer(u"setRecordComment"_s, ZelkoCommon::statusCode(ServiceStatus::NotAllowed));
-    rename(accept);
+    rename(answers::accept);
     QCOMPARE(traces.withSources(),
              QStringList{u"zelkoserverguicontroller: Exception in NewRecordList::SlotSetRecordingName"_s});
     QCOMPARE(m_log->take(), QStringList{u"action 32 P"_s});
@@ -380,7 +378,7 @@ void DeviceActionsTest::aRenameIsOfTheDeviceItBeganOn()
 {
     rename([this](QInputDialog* dialog) {
         m_controller->sl_activeDeviceChanged(u"D2"_s);
-        accept(dialog);
+        answers::accept(dialog);
     });
     QCOMPARE(calls(), QStringList{u"setRecordComment D1 P name of P"_s});
 }
@@ -389,9 +387,38 @@ void DeviceActionsTest::aRenameDoesNotFollowIntoAnotherSubSystem()
 {
     rename([this](QInputDialog* dialog) {
         m_site->data->configuration->SetCurrentSubSystem(u"south"_s);
-        accept(dialog);
+        answers::accept(dialog);
     });
     QCOMPARE(calls(), QStringList());
+    QCOMPARE(m_messages->texts(),
+             QStringList{u"The record was not renamed: the sub system has changed while the question was open."_s});
+}
+
+void DeviceActionsTest::anExceptionBeforeTheQuestionEndsARenameWithATrace()
+{
+    const TraceTexts traces;
+    FailingTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    trigger(IZelkoGUIController::UserActionRename);
+    QCOMPARE(traces.withSources(),
+             QStringList{u"zelkoserverguicontroller: Exception in NewRecordList::SlotSetRecordingName"_s});
+    QCOMPARE(calls(), QStringList());
+}
+
+void DeviceActionsTest::exceptionsAreNotTracedIfErrorsAreNotWanted()
+{
+    const TraceTexts traces;
+    const TraceMask warningsOnly(ErrorHandler::TraceWarning);
+    ErrorHandler::Instance()->SetMessageSink([](const QString&) { throw 1; });
+    const unsigned long refusal = ZelkoCommon::statusCode(ServiceStatus::NotAllowed);
+    m_service->peer.setAnswer(u"setRecordComment"_s, refusal);
+    rename(answers::accept);
+    m_service->peer.setAnswer(u"setRecordDeletableFlag"_s, refusal);
+    trigger(IZelkoGUIController::UserActionDeletable);
+    m_controller->sl_errorText(u"No spectrum"_s, u"record P"_s);
+    QCOMPARE(calls().size(), 2);
+    QCOMPARE(traces.withSources(), QStringList());
 }
 
 void DeviceActionsTest::theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold_data()
@@ -434,7 +461,7 @@ void DeviceActionsTest::theControllerMayGoWhileANameIsTyped()
     m_controller->sl_selectedRecordsChanged({u"P"_s});
     const DialogAnswer given([this](QWidget* window) {
         m_controller.reset();
-        accept(qobject_cast<QInputDialog*>(window));
+        answers::accept(qobject_cast<QInputDialog*>(window));
     });
     m_controller->sl_renameRecord();
     QVERIFY(given.wasGiven());
@@ -606,15 +633,18 @@ void DeviceActionsTest::aRequestThatFailsIsNotTold()
     QCOMPARE(m_messages->texts(), QStringList());
 }
 
-void DeviceActionsTest::anErrorIsAnsweredOnceThereWasADevice()
+// The administration is asked for once per recorder, and once more when the sub system is another one.
+void DeviceActionsTest::theServiceOfAnotherSubSystemIsLookedForAnew()
 {
-    ZelkoServerGUIController fresh(m_site->handler, IZelkoGUIController::UserActionCopy, nullptr);
-    fresh.sl_errorText(u"too early"_s, u"nobody hears it"_s);
-    QCOMPARE(m_messages->texts(), QStringList());
-    const TraceTexts traces;
-    m_controller->sl_errorText(u"No spectrum"_s, u"record P"_s);
-    QCOMPARE(m_messages->texts(), QStringList{u"No spectrum\nrecord P"_s});
-    QVERIFY(traces.contain(u"/SubSystems/north"_s));
+    m_controller->sl_addHistoryEntry(u"P"_s, u"heard"_s);
+    const int before = m_service->peer.adminRequests();
+    m_controller->sl_activeDeviceChanged(u"D2"_s);
+    m_controller->sl_addHistoryEntry(u"P"_s, u"heard"_s);
+    QCOMPARE(m_service->peer.adminRequests(), before);
+    m_site->data->configuration->SetCurrentSubSystem(u"south"_s);
+    m_controller->sl_activeDeviceChanged(u"D2"_s);
+    m_controller->sl_addHistoryEntry(u"P"_s, u"heard"_s);
+    QCOMPARE(m_service->peer.adminRequests(), before + 1);
 }
 
 QTEST_MAIN(DeviceActionsTest)
