@@ -3,6 +3,7 @@
 #include <console/translation.h>
 
 #include <host/userrights.h>
+#include <zelkobase/data/recordstate.h>
 
 namespace ZelkoConsole {
 
@@ -36,9 +37,34 @@ QString notAvailableText()
     return tr("This is not available for this record.");
 }
 
-QString notFinishedText()
+QString notAvailableForSelectedText()
 {
-    return tr("This record is not finished.");
+    return tr("This is not available for the selected records.");
+}
+
+// Of records that the list does not hold nothing can be said, and so nothing of a selection with one of them.
+QString notKnownText(const RecordSituation& situation)
+{
+    return situation.selected == 1 ? tr("This record is not in the list at the moment.")
+                                   : tr("Some of the selected records are not in the list at the moment.");
+}
+
+// Of one record of which the samples are not complete.
+QString inWorkText(const RecordSituation& situation)
+{
+    return situation.recording > 0 ? tr("This record is being recorded.") : tr("This record is not finished.");
+}
+
+// Of one record that is not at rest.
+QString notAtRestText(const RecordSituation& situation)
+{
+    if (situation.replaying > 0) {
+        return tr("This record is being replayed.");
+    }
+    if (situation.transferring > 0) {
+        return tr("This record is being transferred.");
+    }
+    return situation.damaged > 0 ? tr("This record is damaged.") : inWorkText(situation);
 }
 
 QString refusedText()
@@ -50,29 +76,39 @@ QString refusedText()
 
 QString whyNotDeleted(const RecordSituation& situation)
 {
+    if (situation.known < situation.selected) {
+        return notKnownText(situation);
+    }
+    if (situation.deletable > 0) {
+        return notAvailableForSelectedText();
+    }
     return situation.selected == 1 ? tr("This record is not deletable.")
                                    : tr("None of the selected records is deletable.");
 }
 
 QString whyNotToggled(const RecordSituation& situation)
 {
+    if (situation.known < situation.selected) {
+        return notKnownText(situation);
+    }
     if (situation.finished < situation.selected) {
-        return situation.selected == 1 ? notFinishedText() : tr("Not all of the selected records are finished.");
+        return situation.selected == 1 ? notAtRestText(situation)
+                                       : tr("Some of the selected records are damaged, in use, or not finished.");
     }
     if (situation.deletable != 0 && situation.deletable != situation.selected) {
         return tr("Some of the selected records are deletable and others are not.");
     }
-    return tr("This is not available for the selected records.");
+    return notAvailableForSelectedText();
 }
 
 // What the device takes is known to the controller alone; when nothing else stands in the way it must be that.
 QString whyNotRenamed(const RecordSituation& situation)
 {
     if (situation.known < situation.selected) {
-        return notAvailableText();
+        return notKnownText(situation);
     }
     if (situation.inWork > 0) {
-        return situation.recording > 0 ? tr("This record is being recorded.") : notFinishedText();
+        return inWorkText(situation);
     }
     return tr("The device does not take new names of records.");
 }
@@ -92,19 +128,18 @@ QString whyNotForSelection(Controller::enUserAction action, const RecordSituatio
     }
 }
 
-bool isBeingRecorded(const Record& record)
-{
-    const auto status = record.GetRecordStatus();
-    return status == Record::RecordStatus::Recording || status == Record::RecordStatus::LoopRecording;
-}
-
 void count(RecordSituation& situation, const Record& record)
 {
+    using Status = Record::RecordStatus;
+    const auto counts = [&record](Status status) { return record.GetRecordStatus() == status ? 1 : 0; };
     ++situation.known;
     situation.deletable += record.GetDeletable() ? 1 : 0;
-    situation.finished += record.GetRecordStatus() == Record::RecordStatus::Finished ? 1 : 0;
-    situation.inWork += record.IsFinishedSet() && !record.GetFinished() ? 1 : 0;
+    situation.finished += counts(Status::Finished);
+    situation.inWork += isFinished(record) ? 0 : 1;
     situation.recording += isBeingRecorded(record) ? 1 : 0;
+    situation.replaying += counts(Status::Replaying);
+    situation.transferring += counts(Status::Transferring);
+    situation.damaged += counts(Status::Damaged);
 }
 
 } // namespace

@@ -17,6 +17,9 @@ struct RecordSituation
     int finished = 0;         ///< of these: with the status "finished"
     int inWork = 0;           ///< of these: not counting as finished, whatever the status
     int recording = 0;        ///< of these: being recorded
+    int replaying = 0;        ///< of these
+    int transferring = 0;     ///< of these
+    int damaged = 0;          ///< of these
 
     bool operator==(const RecordSituation&) const = default;
 };

@@ -60,6 +60,7 @@ void ConsoleSession::Private::connectAll()
     connect(connection.get(), &ServerConnectionData::si_allTicsDisconnected, q, changed);
     connect(connection.get(), &ServerConnectionData::connectFailed, q, changed);
     connect(connection.get(), &ServerConnectionData::writeRefused, q, &Session::writeRefused);
+    connect(connection.get(), &ServerConnectionData::writeNotSent, q, &Session::writeNotSent);
 }
 
 // The process is watched, so its end need not be found out by the link: what it had is taken from the tree at once.

@@ -58,6 +58,10 @@ Q_SIGNALS:
     /// A sub system did not take a change that was made here, for a reason in words for people; what was changed is
     /// again as it was.
     void writeRefused(const QString& subSystem, const QString& reason);
+
+    /// A change that was made here was not sent to a sub system, for a reason in words for people that has nothing to
+    /// do with the user; what was changed is again as it was.
+    void writeNotSent(const QString& subSystem, const QString& reason);
 };
 
 } // namespace ZelkoConsole

@@ -71,6 +71,7 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
     connect(m_devices, &DeviceListView::chosen, this, &ConsoleWindow::showChoice);
     connect(session, &Session::statusChanged, this, &ConsoleWindow::statusChanged);
     connect(session, &Session::writeRefused, this, &ConsoleWindow::writeRefused);
+    connect(session, &Session::writeNotSent, this, &ConsoleWindow::writeNotSent);
     m_deviceModel->setSubSystems(session->subSystems());
     for (const QString& subSystem : session->subSystems()) {
         statusChanged(subSystem);
@@ -195,6 +196,13 @@ void ConsoleWindow::writeRefused(const QString& subSystem, const QString& reason
                                ? tr("What was changed is again as it was; try it once more.")
                                : tr("Log in as a user who may do this.");
     m_messages->show(tr("Recorder %1 has refused a change: %2. %3").arg(subSystem, reason, advice));
+}
+
+void ConsoleWindow::writeNotSent(const QString& subSystem, const QString& reason)
+{
+    m_messages->show(tr("A change did not go to recorder %1: %2. What was changed is again as it was; try it with less "
+                        "at once, or a little later.")
+                         .arg(subSystem, reason));
 }
 
 void ConsoleWindow::restorePlaces()

@@ -20,7 +20,7 @@ class UserMessages;
 
 /// The console's main window: devices on the left, the recordings of the chosen one on the right with what can be done
 /// to them, the user in the corner, the state of the connection below. While it lives, messages for the user are shown
-/// in a box of it, and so is what a recorder refused.
+/// in a box of it, and so is what a recorder refused or was not sent.
 class ConsoleWindow : public QMainWindow
 {
     Q_OBJECT
@@ -52,6 +52,7 @@ private:
     void showChoice();
     void statusChanged(const QString& subSystem);
     void writeRefused(const QString& subSystem, const QString& reason);
+    void writeNotSent(const QString& subSystem, const QString& reason);
     void restorePlaces();
 
     Session* const m_session;

@@ -288,6 +288,27 @@ private Q_SLOTS:
         QTest::keyClick(setting.window->messages()->box(), Qt::Key_Escape);
     }
 
+    // Whoever the user is: nobody else can do more.
+    void showsWhatWasNotSentAndWhatToDo_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::newRow("a viewer") << QStringLiteral("viewer");
+        QTest::newRow("an administrator") << QStringLiteral("administrator");
+    }
+
+    void showsWhatWasNotSentAndWhatToDo()
+    {
+        QFETCH(QString, user);
+        Setting setting;
+        setting.user->switchTo(user);
+        Q_EMIT setting.site.writeNotSent(setting.north, QStringLiteral("a write to /A is not sent: it is too large"));
+        QVERIFY(setting.window->messages()->box());
+        QCOMPARE(setting.window->messages()->box()->text(),
+                 QStringLiteral("A change did not go to recorder north: a write to /A is not sent: it is too large. "
+                                "What was changed is again as it was; try it with less at once, or a little later."));
+        QTest::keyClick(setting.window->messages()->box(), Qt::Key_Escape);
+    }
+
     void showsThatAUserIsNotAdmitted()
     {
         Setting setting(1);

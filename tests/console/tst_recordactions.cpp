@@ -267,7 +267,7 @@ private Q_SLOTS:
                                                 << QStringLiteral("This record is being recorded.");
         QTest::newRow("one in work becomes deletable")
             << QList<int>{3} << Role::Operator << Controller::UserActionDeletable
-            << QStringLiteral("This record is not finished.");
+            << QStringLiteral("This record is being recorded.");
         QTest::newRow("a viewer renames")
             << QList<int>{0} << Role::Viewer << Controller::UserActionRename
             << QStringLiteral("User viewer may not do this: the recorder will refuse it.");
@@ -339,7 +339,7 @@ private Q_SLOTS:
         setting.site.setRecord(setting.north, setting.device, recordInWork(1));
         setting.click(1);
         const QAction& toggle = setting.action(Controller::UserActionDeletable);
-        QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(), QStringLiteral("This record is not finished."), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(), QStringLiteral("This record is being recorded."), patience);
         setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(1));
         QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(),
                                   QStringLiteral("Makes the selected records deletable, or not deletable."), patience);

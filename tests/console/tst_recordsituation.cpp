@@ -63,7 +63,7 @@ private Q_SLOTS:
              .deletable = 2,
              .finished = 1,
              .inWork = 1},
-            Controller::UserActionDeletable, "Not all of the selected records are finished.");
+            Controller::UserActionDeletable, "Some of the selected records are damaged, in use, or not finished.");
         row("one is not finished", Role::Operator,
             {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .deletable = 1, .inWork = 1},
             Controller::UserActionDeletable, "This record is not finished.");
@@ -87,7 +87,22 @@ private Q_SLOTS:
             Controller::UserActionRename, "The device does not take new names of records.");
         row("one is gone that is selected still", Role::Operator,
             {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionRename,
-            "This is not available for this record.");
+            "This record is not in the list at the moment.");
+        row("one that is gone is not said to be kept", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionDelete,
+            "This record is not in the list at the moment.");
+        row("one that is gone is not said to be unfinished", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionDeletable,
+            "This record is not in the list at the moment.");
+        row("some that are gone are not said to be kept", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 1, .finished = 1},
+            Controller::UserActionDelete, "Some of the selected records are not in the list at the moment.");
+        row("some that are gone are not said to be unfinished", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 1, .finished = 1},
+            Controller::UserActionDeletable, "Some of the selected records are not in the list at the moment.");
+        row("deletable ones that are not deleted", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 2, .deletable = 2, .finished = 2},
+            Controller::UserActionDelete, "This is not available for the selected records.");
         row("nothing is known against it", Role::Operator,
             {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .deletable = 1, .finished = 1},
             Controller::UserActionReset, "This is not available for this record.");
@@ -136,6 +151,30 @@ private Q_SLOTS:
                                                                  .finished = 1,
                                                                  .inWork = 1,
                                                                  .recording = 1}));
+    }
+
+    void tellsWhyTheFlagOfARecordIsNotTurned_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("unknown") << 0 << QStringLiteral("This record is not finished.");
+        QTest::newRow("prepared") << 1 << QStringLiteral("This record is not finished.");
+        QTest::newRow("recording") << 2 << QStringLiteral("This record is being recorded.");
+        QTest::newRow("recording in a loop") << 3 << QStringLiteral("This record is being recorded.");
+        QTest::newRow("stopping") << 4 << QStringLiteral("This record is not finished.");
+        QTest::newRow("replaying") << 6 << QStringLiteral("This record is being replayed.");
+        QTest::newRow("transferring") << 7 << QStringLiteral("This record is being transferred.");
+        QTest::newRow("damaged") << 8 << QStringLiteral("This record is damaged.");
+    }
+
+    void tellsWhyTheFlagOfARecordIsNotTurned()
+    {
+        QFETCH(int, status);
+        FixedRecordModel model({{QStringLiteral("R"), makeRecord(QStringLiteral("R"), status)}});
+        ScriptedController controller(&model);
+        controller.sl_selectedRecordsChanged({QStringLiteral("R")});
+        UserRights::Instance()->SetUser(QStringLiteral("anna"), ConsoleUser::rightsOf(Role::Operator));
+        QTEST(whyUnavailable(Controller::UserActionDeletable, situationOf(controller, true)), "reason");
     }
 
     void saysWhatEachOfferedActionDoes_data()

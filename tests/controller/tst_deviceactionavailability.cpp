@@ -1,6 +1,7 @@
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include "controllersite.h"
+#include "patience.h"
 #include "testrecords.h"
 
 #include <resources/zelkoicons.h>
@@ -16,8 +17,6 @@ using ZelkoGUI::ZelkoServerGUIController;
 using Record = ZELKO_XML::ZELKO_RecordData;
 
 namespace {
-
-constexpr int patience = 30'000; // milliseconds, for what must happen
 
 // Of a record at rest that is not deletable, on an extended device, everything but its deletion.
 constexpr int everything = 1023;

@@ -1,20 +1,18 @@
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include "controllersite.h"
+#include "dialoganswers.h"
 #include "faultproxy.h"
+#include "patience.h"
 #include "servicepeer.h"
 #include "testrecords.h"
+#include "tracemask.h"
 
-#include <console/hands/dialoganswer.h>
 #include <resources/zelkoicons.h>
 #include <zelkobase/service/toolbarhelper.h>
 
 #include <QAction>
-#include <QDialogButtonBox>
-#include <QInputDialog>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QTranslator>
 #include <QtTest>
 
 #include <optional>
@@ -28,12 +26,9 @@ using Record = ZELKO_XML::ZELKO_RecordData;
 
 namespace {
 
-constexpr int patience = 30'000; // milliseconds, for what must happen
-
-std::shared_ptr<Record> makeDeletable(const QString& id, bool deletable)
+std::shared_ptr<Record> makeWithSpectrum(const QString& id, bool deletable)
 {
-    auto record = makeRecord(id);
-    record->SetDeletable(deletable);
+    auto record = makeDeletable(id, deletable);
     record->SetDataFormat(Record::DataFormat::IQ16);
     return record;
 }
@@ -51,6 +46,20 @@ struct Service
     FaultProxy proxy;
     ZelkoCommon::Orb orb{ZelkoCommon::OrbOptions()};
     ServicePeer peer{orb, proxy.port()};
+};
+
+/// Fails at the question for a name, as a part that an application supplies may.
+class FailingTranslator final : public QTranslator
+{
+public:
+    QString translate(const char*, const char* text, const char*, int) const override
+    {
+        if (qstrcmp(text, "New record name:") == 0) {
+            throw std::runtime_error("no translation");
+        }
+        return {};
+    }
+    bool isEmpty() const override { return false; }
 };
 
 } // namespace
@@ -92,6 +101,8 @@ private Q_SLOTS:
     void anExceptionEndsARenameWithATrace();
     void aRenameIsOfTheDeviceItBeganOn();
     void aRenameDoesNotFollowIntoAnotherSubSystem();
+    void anExceptionBeforeTheQuestionEndsARenameWithATrace();
+    void exceptionsAreNotTracedIfErrorsAreNotWanted();
     void theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold_data();
     void theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold();
     void theControllerMayGoWhileANameIsTyped();
@@ -107,12 +118,6 @@ private Q_SLOTS:
     void aFlagThatIsNotDelayedIsSentAtOnce();
     void aDelayedFlagIsForgottenWithItsDevice();
 
-    // Requests
-    void aRequestGoesToItsDevice_data();
-    void aRequestGoesToItsDevice();
-    void aRequestThatFailsIsNotTold();
-    void anErrorIsAnsweredOnceThereWasADevice();
-
 private:
     using Trigger = std::function<void(ZelkoServerGUIController&)>;
 
@@ -120,8 +125,6 @@ private:
     void trigger(IZelkoGUIController::enUserAction action) { m_controller->recordAction(action)->trigger(); }
     void deleteSelected();
     void rename(const std::function<void(QInputDialog*)>& answer);
-    static void type(QInputDialog* dialog, const QString& name);
-    static void accept(QInputDialog* dialog);
 
     std::optional<Service> m_service;
     std::optional<ControllerSite> m_site;
@@ -136,11 +139,13 @@ Q_DECLARE_METATYPE(std::function<void(ZelkoServerGUIController&)>)
 void DeviceActionsTest::init()
 {
     m_site.emplace(m_service->proxy.port());
+    m_site->handler->setLimit(std::chrono::seconds(60)); // a loaded machine is no failure
     m_messages.emplace();
     m_branch.emplace(*m_site->data, u"D1"_s);
     m_branch->putAll();
-    for (const auto& record : {makeDeletable(u"P"_s, false), makeDeletable(u"Q"_s, false), makeDeletable(u"R"_s, false),
-                               makeDeletable(u"D"_s, true), makeDeletable(u"E"_s, true)}) {
+    for (const auto& record :
+         {makeWithSpectrum(u"P"_s, false), makeDeletable(u"Q"_s, false), makeDeletable(u"R"_s, false),
+          makeDeletable(u"D"_s, true), makeDeletable(u"E"_s, true)}) {
         m_branch->setRecord(record);
     }
     m_controller = std::make_unique<ZelkoServerGUIController>(m_site->handler, nullptr, QString(),
@@ -170,9 +175,7 @@ void DeviceActionsTest::cleanup()
 
 void DeviceActionsTest::deleteSelected()
 {
-    const DialogAnswer yes([](QWidget* box) {
-        QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes), Qt::LeftButton);
-    });
+    const DialogAnswer yes(answers::click(QMessageBox::Yes));
     trigger(IZelkoGUIController::UserActionDelete);
     QVERIFY(yes.wasGiven());
 }
@@ -210,7 +213,7 @@ void DeviceActionsTest::aDeleteIsOfTheDeviceItBeganOn()
         m_controller->sl_activeDeviceChanged(u"D2"_s);
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
         m_site->client->take();
-        QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes), Qt::LeftButton);
+        answers::clickOn(box, QMessageBox::Yes);
     });
     trigger(IZelkoGUIController::UserActionDelete);
     QVERIFY(yes.wasGiven());
@@ -218,6 +221,8 @@ void DeviceActionsTest::aDeleteIsOfTheDeviceItBeganOn()
     QCOMPARE(other.value<QString>("DeleteRecordingList")->GetValue(), QString());
     QCOMPARE(m_site->client->take(), QStringList());
     QCOMPARE(m_log->take().filter(u"action"_s), QStringList());
+    QCOMPARE(m_messages->texts(),
+             QStringList{u"Nothing was deleted: the device has changed while the question was open."_s});
 }
 
 void DeviceActionsTest::aResetIsWritten()
@@ -314,18 +319,6 @@ void DeviceActionsTest::rename(const std::function<void(QInputDialog*)>& answer)
     QVERIFY(given.wasGiven());
 }
 
-void DeviceActionsTest::type(QInputDialog* dialog, const QString& name)
-{
-    auto* const edit = dialog->findChild<QLineEdit*>();
-    edit->selectAll();
-    QTest::keyClicks(edit, name);
-}
-
-void DeviceActionsTest::accept(QInputDialog* dialog)
-{
-    QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
-}
-
 void DeviceActionsTest::aRenameAsksForTheName()
 {
     QWidget parent;
@@ -337,8 +330,8 @@ void DeviceActionsTest::aRenameAsksForTheName()
         QCOMPARE(dialog->textValue(), u"name of P"_s);
         QCOMPARE(dialog->parentWidget(), &parent);
         QCOMPARE(dialog->windowFlags() & ~Qt::WindowFlags(Qt::WindowType_Mask), Qt::WindowFlags(12288));
-        type(dialog, u"beacon 7"_s);
-        accept(dialog);
+        answers::typeInto(dialog, u"beacon 7"_s);
+        answers::accept(dialog);
     });
     QCOMPARE(calls(), QStringList{u"setRecordComment D1 P beacon 7"_s});
     QCOMPARE(m_messages->texts(), QStringList());
@@ -349,7 +342,7 @@ void DeviceActionsTest::aRenameAsksForTheName()
 void DeviceActionsTest::aRenameThatIsCancelledChangesNothing()
 {
     rename([](QInputDialog* dialog) {
-        type(dialog, u"beacon 7"_s);
+        answers::typeInto(dialog, u"beacon 7"_s);
         QTest::keyClick(dialog, Qt::Key_Escape);
     });
     QCOMPARE(calls(), QStringList());
@@ -359,7 +352,7 @@ void DeviceActionsTest::aRenameThatIsCancelledChangesNothing()
 void DeviceActionsTest::aRenameThatFailsIsTold()
 {
     m_service->peer.setAnswer(u"setRecordComment"_s, ZelkoCommon::statusCode(ServiceStatus::NotAllowed));
-    rename(accept);
+    rename(answers::accept);
     QCOMPARE(calls(), QStringList{u"setRecordComment D1 P name of P"_s});
     QVERIFY(!textOf(ServiceStatus::NotAllowed).isEmpty());
     QCOMPARE(m_messages->texts(), QStringList{textOf(ServiceStatus::NotAllowed)});
@@ -370,7 +363,7 @@ void DeviceActionsTest::anExceptionEndsARenameWithATrace()
     const TraceTexts traces;
     ErrorHandler::Instance()->SetMessageSink([](const QString&) { throw std::runtime_error("no window"); });
     m_service->peer.setAnswer(u"setRecordComment"_s, ZelkoCommon::statusCode(ServiceStatus::NotAllowed));
-    rename(accept);
+    rename(answers::accept);
     QCOMPARE(traces.withSources(),
              QStringList{u"zelkoserverguicontroller: Exception in NewRecordList::SlotSetRecordingName"_s});
     QCOMPARE(m_log->take(), QStringList{u"action 32 P"_s});
@@ -380,7 +373,7 @@ void DeviceActionsTest::aRenameIsOfTheDeviceItBeganOn()
 {
     rename([this](QInputDialog* dialog) {
         m_controller->sl_activeDeviceChanged(u"D2"_s);
-        accept(dialog);
+        answers::accept(dialog);
     });
     QCOMPARE(calls(), QStringList{u"setRecordComment D1 P name of P"_s});
 }
@@ -389,9 +382,38 @@ void DeviceActionsTest::aRenameDoesNotFollowIntoAnotherSubSystem()
 {
     rename([this](QInputDialog* dialog) {
         m_site->data->configuration->SetCurrentSubSystem(u"south"_s);
-        accept(dialog);
+        answers::accept(dialog);
     });
     QCOMPARE(calls(), QStringList());
+    QCOMPARE(m_messages->texts(),
+             QStringList{u"The record was not renamed: the sub system has changed while the question was open."_s});
+}
+
+void DeviceActionsTest::anExceptionBeforeTheQuestionEndsARenameWithATrace()
+{
+    const TraceTexts traces;
+    FailingTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+    m_controller->sl_selectedRecordsChanged({u"P"_s});
+    trigger(IZelkoGUIController::UserActionRename);
+    QCOMPARE(traces.withSources(),
+             QStringList{u"zelkoserverguicontroller: Exception in NewRecordList::SlotSetRecordingName"_s});
+    QCOMPARE(calls(), QStringList());
+}
+
+void DeviceActionsTest::exceptionsAreNotTracedIfErrorsAreNotWanted()
+{
+    const TraceTexts traces;
+    const TraceMask warningsOnly(ErrorHandler::TraceWarning);
+    ErrorHandler::Instance()->SetMessageSink([](const QString&) { throw 1; });
+    const unsigned long refusal = ZelkoCommon::statusCode(ServiceStatus::NotAllowed);
+    m_service->peer.setAnswer(u"setRecordComment"_s, refusal);
+    rename(answers::accept);
+    m_service->peer.setAnswer(u"setRecordDeletableFlag"_s, refusal);
+    trigger(IZelkoGUIController::UserActionDeletable);
+    m_controller->sl_errorText(u"No spectrum"_s, u"record P"_s);
+    QCOMPARE(calls().size(), 2);
+    QCOMPARE(traces.withSources(), QStringList());
 }
 
 void DeviceActionsTest::theCursorShowsTheWaitAndIsBackBeforeAFailureIsTold_data()
@@ -434,7 +456,7 @@ void DeviceActionsTest::theControllerMayGoWhileANameIsTyped()
     m_controller->sl_selectedRecordsChanged({u"P"_s});
     const DialogAnswer given([this](QWidget* window) {
         m_controller.reset();
-        accept(qobject_cast<QInputDialog*>(window));
+        answers::accept(qobject_cast<QInputDialog*>(window));
     });
     m_controller->sl_renameRecord();
     QVERIFY(given.wasGiven());
@@ -537,84 +559,6 @@ void DeviceActionsTest::aDelayedFlagIsForgottenWithItsDevice()
     m_branch->setRecord(makeDeletable(u"N"_s, false));
     QVERIFY(m_controller->recordListModel()->hasRecord(u"N"_s));
     QCOMPARE(calls(), QStringList());
-}
-
-// Requests
-
-void DeviceActionsTest::aRequestGoesToItsDevice_data()
-{
-    using Controller = ZelkoServerGUIController;
-    QTest::addColumn<Trigger>("request");
-    QTest::addColumn<QString>("call");
-    const auto row = [](const char* name, const Trigger& request, const QString& call) {
-        QTest::newRow(name) << request << call;
-    };
-    const auto bookmarks = [] {
-        ZELKO_XML::BookmarkEntry entry;
-        entry.SetTimestamp(1700000000000001);
-        entry.SetBookmark(u"start"_s);
-        return QVector<ZELKO_XML::BookmarkEntry>{entry};
-    };
-    row(
-        "a copy on the active device", [](Controller& c) { c.sl_copyRecord(u"P"_s, 5, 9, u"copy"_s); },
-        u"copyRecord D1 P [5-9] copy"_s);
-    row(
-        "a copy on another device", [](Controller& c) { c.sl_copyRecord(u"P"_s, 5, 9, u"copy"_s, u"D2"_s); },
-        u"copyRecord D2 P [5-9] copy"_s);
-    row(
-        "a comment", [](Controller& c) { c.sl_addHistoryEntry(u"P"_s, u"heard"_s); }, u"addHistory D1 P heard"_s);
-    row(
-        "a comment that is taken back", [](Controller& c) { c.sl_deleteHistoryEntry(u"P"_s, 1700000000000002); },
-        u"removeHistoryEntry D1 P 1700000000000002"_s);
-    row(
-        "bookmarks on the active device", [bookmarks](Controller& c) { c.sl_setBookmarkEntries(u"P"_s, bookmarks()); },
-        u"addBookmarks D1 P [1700000000000001:start]"_s);
-    row(
-        "bookmarks on another device",
-        [bookmarks](Controller& c) { c.sl_setBookmarkEntries(u"P"_s, bookmarks(), u"D2"_s); },
-        u"addBookmarks D2 P [1700000000000001:start]"_s);
-    row(
-        "no bookmarks", [](Controller& c) { c.sl_setBookmarkEntries(u"P"_s, {}); }, u"addBookmarks D1 P []"_s);
-    row(
-        "a spectrum of the active device",
-        [](Controller& c) {
-            c.sl_overviewSpectrumStreamed(u"P"_s, 1, 2, 3, 4, ZelkoDataTypes::eFFT_Window::Blackman, u"192.0.2.9"_s, 5);
-        },
-        u"getOverviewSpectrumStreamed D1 P 1 2 3 4 3 192.0.2.9 5"_s);
-    row(
-        "a spectrum of another device",
-        [](Controller& c) {
-            c.sl_overviewSpectrumStreamed(u"P"_s, 1, 2, 3, 4, ZelkoDataTypes::eFFT_Window::Hann, u"192.0.2.9"_s, 5,
-                                          u"D2"_s);
-        },
-        u"getOverviewSpectrumStreamed D2 P 1 2 3 4 1 192.0.2.9 5"_s);
-}
-
-void DeviceActionsTest::aRequestGoesToItsDevice()
-{
-    QFETCH(const Trigger, request);
-    QFETCH(const QString, call);
-    request(*m_controller);
-    QCOMPARE(calls(), QStringList{call});
-}
-
-void DeviceActionsTest::aRequestThatFailsIsNotTold()
-{
-    m_service->peer.setAnswer(u"copyRecord"_s, ZelkoCommon::statusCode(ServiceStatus::DiskFull));
-    m_controller->sl_copyRecord(u"P"_s, 5, 9, u"copy"_s);
-    QCOMPARE(calls().size(), 1);
-    QCOMPARE(m_messages->texts(), QStringList());
-}
-
-void DeviceActionsTest::anErrorIsAnsweredOnceThereWasADevice()
-{
-    ZelkoServerGUIController fresh(m_site->handler, IZelkoGUIController::UserActionCopy, nullptr);
-    fresh.sl_errorText(u"too early"_s, u"nobody hears it"_s);
-    QCOMPARE(m_messages->texts(), QStringList());
-    const TraceTexts traces;
-    m_controller->sl_errorText(u"No spectrum"_s, u"record P"_s);
-    QCOMPARE(m_messages->texts(), QStringList{u"No spectrum\nrecord P"_s});
-    QVERIFY(traces.contain(u"/SubSystems/north"_s));
 }
 
 QTEST_MAIN(DeviceActionsTest)

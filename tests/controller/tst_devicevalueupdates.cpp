@@ -1,7 +1,9 @@
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include "controllersite.h"
+#include "patience.h"
 #include "testrecords.h"
+#include "tracemask.h"
 
 #include <resources/zelkoicons.h>
 
@@ -13,12 +15,6 @@
 using namespace Qt::StringLiterals;
 using ZelkoGUI::IZelkoGUIController;
 using ZelkoGUI::ZelkoServerGUIController;
-
-namespace {
-
-constexpr int patience = 30'000; // milliseconds, for what must happen
-
-} // namespace
 
 /// What a connected controller makes of changes of its device's values and records.
 class DeviceValueUpdatesTest : public QObject
@@ -82,7 +78,7 @@ private Q_SLOTS:
         QVERIFY(!m_controller->isLoadedCompletely());
         m_branch->set("LoadedCompletly", true);
         QVERIFY(m_controller->isLoadedCompletely());
-        m_branch->remove(u"Synchronize"_s);
+        m_branch->remove(u"Extended"_s);
         QVERIFY(!m_controller->isLoadedCompletely());
     }
 
@@ -122,6 +118,24 @@ private Q_SLOTS:
         QFETCH(const QString, name);
         QFETCH(const int, looks);
         QCOMPARE(looksDuring([&] { valueOf(name)->HasChanged(TChangeCode::ValueChanged, nullptr); }), looks);
+    }
+
+    void eachChangeIsALookOfItsOwn_data()
+    {
+        QTest::addColumn<QStringList>("selection");
+        QTest::newRow("without a selection") << QStringList{};
+        QTest::newRow("with a selection") << QStringList{u"A"_s};
+    }
+    void eachChangeIsALookOfItsOwn()
+    {
+        QFETCH(const QStringList, selection);
+        m_controller->sl_selectedRecordsChanged(selection);
+        QCOMPARE(looksDuring([&] {
+                     valueOf(u"Extended"_s)->HasChanged(TChangeCode::ValueChanged, nullptr);
+                     valueOf(u"IpAddress"_s)->HasChanged(TChangeCode::ValueChanged, nullptr);
+                     valueOf(u"Extended"_s)->HasChanged(TChangeCode::ValueChanged, nullptr);
+                 }),
+                 3);
     }
 
     void otherChangesOfTheValuesAreIgnored_data()
@@ -219,10 +233,58 @@ private Q_SLOTS:
     void aDeletedValueIsNotTracedIfWarningsAreNotWanted()
     {
         const TraceTexts traces;
-        ErrorHandler::Instance()->SetTraceMask(ErrorHandler::TraceError);
+        const TraceMask errorsOnly(ErrorHandler::TraceError);
         m_branch->remove(u"Extended"_s);
-        ErrorHandler::Instance()->SetTraceMask(ErrorHandler::TraceError | ErrorHandler::TraceWarning);
         QCOMPARE(traces.withSources(), QStringList());
+    }
+
+    // The list itself and the commands are not observed.
+    void anotherThatIsDeletedIsNotTraced_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char* const name : {"Map", "Synchronize", "SyncOneRecord", "DeleteRecordingList", "SetRecordIdle"}) {
+            QTest::newRow(name) << QString::fromLatin1(name);
+        }
+    }
+    void anotherThatIsDeletedIsNotTraced()
+    {
+        QFETCH(const QString, name);
+        const TraceTexts traces;
+        m_branch->remove(name);
+        QCoreApplication::processEvents();
+        QCOMPARE(traces.withSources(), QStringList());
+        QVERIFY(m_controller->isConnected());
+    }
+
+    void aDeletedCommandIsNotWritten()
+    {
+        m_branch->remove(u"SyncOneRecord"_s);
+        m_branch->remove(u"Synchronize"_s);
+        m_site->client->take();
+        m_controller->sl_resyncRecord(u"A"_s);
+        m_controller->sl_resyncRecordList();
+        QCOMPARE(m_site->client->take(), QStringList());
+        m_controller->sl_selectedRecordsChanged({u"A"_s});
+        QVERIFY(!isEnabled(IZelkoGUIController::UserActionBookmarks));
+    }
+
+    void aCommandThatWentWithAnotherValueIsFoundAgain()
+    {
+        m_branch->remove(u"SetRecordIdle"_s);
+        m_branch->remove(u"IpAddress"_s);
+        QVERIFY(!m_controller->isConnected());
+        m_branch->put(u"SetRecordIdle"_s);
+        m_branch->put(u"IpAddress"_s);
+        m_site->client->take();
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+        QVERIFY(m_site->client->take().contains(u"added SetRecordIdle 0"_s));
+    }
+
+    void aLostConnectionIsTracedOncePerObservedValue()
+    {
+        const TraceTexts traces;
+        m_branch->removeAll();
+        QCOMPARE(traces.withSources().size(), 4);
     }
 
     void whatRestsOnADeletedValueIsDisabled()
@@ -268,16 +330,19 @@ private:
         return text ? text : number ? number : m_branch->value<bool>(qPrintable(name));
     }
 
-    /// How often availability is looked at: an enabled action is disabled each time.
+    /// How often availability is looked at: an enabled action is disabled each time. Where nothing is selected it stays
+    /// so, and is enabled here for the next look; otherwise its record is there, and the look enables it.
     int looksDuring(const std::function<void()>& change)
     {
         QAction* const action = m_controller->recordAction(IZelkoGUIController::UserActionBookmarks);
-        if (m_controller->selectedRecords().isEmpty()) {
-            action->setEnabled(true);
-        }
+        const bool staysDisabled = m_controller->selectedRecords().isEmpty();
+        action->setEnabled(action->isEnabled() || staysDisabled);
         int looks = 0;
         const QObject untilHere;
-        connect(action, &QAction::enabledChanged, &untilHere, [&](bool enabled) { looks += enabled ? 0 : 1; });
+        connect(action, &QAction::enabledChanged, &untilHere, [&](bool enabled) {
+            looks += enabled ? 0 : 1;
+            action->setEnabled(enabled || staysDisabled);
+        });
         change();
         return looks;
     }

@@ -1,6 +1,7 @@
 #include <zelkoguibase/controller/izelkoguicontroller.h>
 
 #include "fixedrecordmodel.h"
+#include "iconpicture.h"
 #include "scriptedcontroller.h"
 #include "testrecords.h"
 #include "userlogin.h"
@@ -27,11 +28,6 @@ QStringList objectNames(const QList<QAction*>& actions)
         result << action->objectName();
     }
     return result;
-}
-
-QImage picture(const QIcon& icon)
-{
-    return icon.pixmap(24).toImage();
 }
 
 } // namespace

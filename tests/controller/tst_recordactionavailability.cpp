@@ -1,6 +1,7 @@
 #include <zelkoguibase/controller/izelkoguicontroller.h>
 
 #include "fixedrecordmodel.h"
+#include "iconpicture.h"
 #include "scriptedcontroller.h"
 #include "testrecords.h"
 #include "userlogin.h"
@@ -34,18 +35,6 @@ const Rule rules[] = {{"copy", Controller::UserActionCopy, false, {}},
                       {"deletable flag", Controller::UserActionDeletable, true, UserRights::DeleteRecords},
                       {"history", Controller::UserActionHistory, false, UserRights::HistoryComment},
                       {"spectrum overview", Controller::UserActionOverview, false, {}}};
-
-std::shared_ptr<ZELKO_XML::ZELKO_RecordData> makeDeletable(const QString& id, bool deletable)
-{
-    auto record = makeRecord(id);
-    record->SetDeletable(deletable);
-    return record;
-}
-
-QImage picture(const QIcon& icon)
-{
-    return icon.pixmap(24).toImage();
-}
 
 } // namespace
 

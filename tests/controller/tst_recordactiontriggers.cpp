@@ -1,17 +1,18 @@
 #include <zelkoguibase/controller/izelkoguicontroller.h>
 
+#include "dialoganswers.h"
 #include "fixedrecordmodel.h"
+#include "patience.h"
 #include "scriptedcontroller.h"
+#include "shownmessages.h"
 #include "testrecords.h"
+#include "tracetexts.h"
 #include "userlogin.h"
 
-#include <console/hands/dialoganswer.h>
 #include <resources/zelkoicons.h>
 
 #include <QAction>
 #include <QMainWindow>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QToolBar>
 #include <QtTest>
 
@@ -37,7 +38,7 @@ public:
         show();
     }
 
-    bool isReady() { return QTest::qWaitForWindowActive(this, 30'000); }
+    bool isReady() { return QTest::qWaitForWindowActive(this, patience); }
 
     void click(Controller::enUserAction action)
     {
@@ -48,18 +49,6 @@ private:
     Controller& m_controller;
     QToolBar m_bar;
 };
-
-std::shared_ptr<ZELKO_XML::ZELKO_RecordData> makeDeletable(const QString& id, bool deletable)
-{
-    auto record = makeRecord(id);
-    record->SetDeletable(deletable);
-    return record;
-}
-
-void click(QWidget* box, QMessageBox::StandardButton button)
-{
-    QTest::mouseClick(qobject_cast<QMessageBox*>(box)->button(button), Qt::LeftButton);
-}
 
 /// What a message box showed.
 struct BoxContent
@@ -125,6 +114,8 @@ private Q_SLOTS:
     void theControllerMayGoWhileTheBoxIsOpen();
     void aDeleteIsOfWhatTheBoxWasOpenedFor_data();
     void aDeleteIsOfWhatTheBoxWasOpenedFor();
+    void aDeleteThatCannotBeToldToBeLeftOutEndsWithATrace();
+    void theControllerMayGoWhileTheUserIsToldOfADeleteThatIsLeftOut();
     void theControllerMayGoWhileAnOperationRuns_data() { addActions(); }
     void theControllerMayGoWhileAnOperationRuns();
     void theSignalNamesTheRecordsThatTheOperationRanOn();
@@ -132,6 +123,9 @@ private Q_SLOTS:
 private:
     static void addActions();
     void trigger(Controller::enUserAction action);
+
+    /// Has a delete confirmed when there is no device any more.
+    void deleteWithTheDeviceGone();
 
     /// Triggers a delete and answers its box by `answer`, of which nothing is left open.
     BoxContent boxOfDelete(const std::function<void(QMessageBox*)>& answer);
@@ -172,7 +166,7 @@ void RecordActionTriggersTest::aClickRunsTheAction()
     QFETCH(const int, action);
     QFETCH(const QString, operation);
     m_controller->sl_selectedRecordsChanged({u"D"_s});
-    const DialogAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
+    const DialogAnswer yes(answers::click(QMessageBox::Yes));
     trigger(static_cast<Controller::enUserAction>(action));
     QCOMPARE(yes.wasGiven(), action == Controller::UserActionDelete);
     QCOMPARE(m_controller->take(), (QStringList{operation, u"signal action %1 D"_s.arg(action)}));
@@ -184,7 +178,7 @@ void RecordActionTriggersTest::theShortcutRunsTheAction()
     QFETCH(const QString, operation);
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     m_controller->take();
-    const DialogAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
+    const DialogAnswer yes(answers::click(QMessageBox::Yes));
     const QKeySequence keys = m_controller->recordAction(static_cast<Controller::enUserAction>(action))->shortcut();
     QTest::keySequence(m_window.get(), keys);
     QCOMPARE(m_controller->take(), (QStringList{operation, u"signal action %1 D"_s.arg(action)}));
@@ -313,7 +307,7 @@ void RecordActionTriggersTest::aDeleteIsConfirmed()
     QFETCH(const QStringList, selection);
     QFETCH(const QString, deleted);
     m_controller->sl_selectedRecordsChanged(selection);
-    const BoxContent box = boxOfDelete([](QMessageBox* shown) { click(shown, QMessageBox::Yes); });
+    const BoxContent box = boxOfDelete(answers::click(QMessageBox::Yes));
     QCOMPARE(box.title, u"Delete Record"_s);
     QTEST(box.text, "text");
     QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::No);
@@ -339,7 +333,7 @@ void RecordActionTriggersTest::aDeleteThatIsNotConfirmedDoesNothing()
         if (byKey) {
             QTest::keyClick(shown, Qt::Key_Escape);
         } else {
-            click(shown, QMessageBox::No);
+            answers::clickOn(shown, QMessageBox::No);
         }
     });
     QCOMPARE(box.title, u"Delete Record"_s);
@@ -381,7 +375,7 @@ void RecordActionTriggersTest::theControllerMayGoWhileTheBoxIsOpen()
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     const DialogAnswer answer([this](QWidget* box) {
         m_controller.reset();
-        click(box, QMessageBox::Yes);
+        answers::clickOn(box, QMessageBox::Yes);
     });
     m_controller->sl_deleteRecord();
     QVERIFY(answer.wasGiven());
@@ -391,25 +385,62 @@ void RecordActionTriggersTest::theControllerMayGoWhileTheBoxIsOpen()
 void RecordActionTriggersTest::aDeleteIsOfWhatTheBoxWasOpenedFor_data()
 {
     using Change = std::function<void(ScriptedController&)>;
+    const QString changed = u"Nothing was deleted: the device has changed while the question was open."_s;
     QTest::addColumn<Change>("change");
-    QTest::newRow("another device") << Change([](ScriptedController& controller) { controller.device = u"other"_s; });
+    QTest::addColumn<QString>("message");
+    QTest::newRow("another device") << Change([](ScriptedController& controller) { controller.device = u"other"_s; })
+                                    << changed;
     QTest::newRow("the device of that name in another sub system")
-        << Change([](ScriptedController& controller) { controller.subSystem = u"south"_s; });
-    QTest::newRow("no device") << Change([](ScriptedController& controller) { controller.device.clear(); });
-    QTest::newRow("the same device without its connection") << Change(
-        [](ScriptedController& controller) { controller.available.setFlag(Controller::UserActionDelete, false); });
+        << Change([](ScriptedController& controller) { controller.subSystem = u"south"_s; }) << changed;
+    QTest::newRow("no device") << Change([](ScriptedController& controller) { controller.device.clear(); }) << changed;
+    QTest::newRow("the same device without its connection") << Change([](ScriptedController& controller) {
+        controller.available.setFlag(Controller::UserActionDelete, false);
+    }) << u"Nothing was deleted: the records cannot be deleted any more."_s;
 }
 
 void RecordActionTriggersTest::aDeleteIsOfWhatTheBoxWasOpenedFor()
 {
     QFETCH(const std::function<void(ScriptedController&)>, change);
+    QFETCH(const QString, message);
+    const ShownMessages messages;
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     const BoxContent box = boxOfDelete([&](QMessageBox* shown) {
         change(*m_controller);
-        click(shown, QMessageBox::Yes);
+        answers::clickOn(shown, QMessageBox::Yes);
     });
     QCOMPARE(box.title, u"Delete Record"_s);
     QCOMPARE(m_controller->take(), QStringList());
+    QCOMPARE(messages.texts(), QStringList{message});
+}
+
+void RecordActionTriggersTest::deleteWithTheDeviceGone()
+{
+    m_controller->sl_selectedRecordsChanged({u"D"_s});
+    const DialogAnswer answer([this](QWidget* box) {
+        m_controller->device.clear();
+        m_controller->take();
+        answers::clickOn(box, QMessageBox::Yes);
+    });
+    m_controller->sl_deleteRecord();
+    QVERIFY(answer.wasGiven());
+}
+
+void RecordActionTriggersTest::aDeleteThatCannotBeToldToBeLeftOutEndsWithATrace()
+{
+    const ShownMessages messages;
+    const TraceTexts traces;
+    ErrorHandler::Instance()->SetMessageSink([](const QString&) { throw std::runtime_error("no window"); });
+    deleteWithTheDeviceGone();
+    QCOMPARE(m_controller->take(), QStringList());
+    QVERIFY(traces.contain(u"IZelkoGUIController::sl_deleteRecord: the user was not told: Nothing was deleted"_s));
+}
+
+void RecordActionTriggersTest::theControllerMayGoWhileTheUserIsToldOfADeleteThatIsLeftOut()
+{
+    const ShownMessages messages;
+    ErrorHandler::Instance()->SetMessageSink([this](const QString&) { m_controller.reset(); });
+    deleteWithTheDeviceGone();
+    QVERIFY(!m_controller);
 }
 
 void RecordActionTriggersTest::theControllerMayGoWhileAnOperationRuns()
@@ -418,7 +449,7 @@ void RecordActionTriggersTest::theControllerMayGoWhileAnOperationRuns()
     m_controller->sl_selectedRecordsChanged({u"D"_s});
     QSignalSpy triggered(m_controller.get(), &Controller::si_userActionTriggered);
     m_controller->duringOperation = [this] { m_controller.reset(); };
-    const DialogAnswer yes([](QWidget* box) { click(box, QMessageBox::Yes); });
+    const DialogAnswer yes(answers::click(QMessageBox::Yes));
     m_window->click(static_cast<Controller::enUserAction>(action));
     QVERIFY(!m_controller);
     QCOMPARE(triggered.size(), 0);

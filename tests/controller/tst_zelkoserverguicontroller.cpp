@@ -1,8 +1,10 @@
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include "controllersite.h"
+#include "patience.h"
 #include "recordsignallog.h"
 #include "testrecords.h"
+#include "tracemask.h"
 
 #include <host/activedevicecontrol.h>
 #include <resources/zelkoicons.h>
@@ -19,28 +21,9 @@ using ZelkoGUI::ZelkoServerGUIController;
 
 namespace {
 
-constexpr int patience = 30'000; // milliseconds, for what must happen
-
 const QString missingText =
     u"zelkoserverguicontroller: ZelkoServerGUIController::connectVT: not all elements are available for VT-Path: "
     u"/SubSystems/north/ZELKO/Device/D1"_s;
-
-/// The trace mask for as long as it exists.
-class TraceMask
-{
-public:
-    explicit TraceMask(unsigned int mask)
-        : m_before(ErrorHandler::Instance()->GetTraceMask())
-    {
-        ErrorHandler::Instance()->SetTraceMask(mask);
-    }
-    ~TraceMask() { ErrorHandler::Instance()->SetTraceMask(m_before); }
-    TraceMask(const TraceMask&) = delete;
-    TraceMask& operator=(const TraceMask&) = delete;
-
-private:
-    const unsigned int m_before;
-};
 
 bool isAnythingEnabled(const IZelkoGUIController& controller)
 {
@@ -398,6 +381,27 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
     }
 
+    void aConnectionOfTheSubSystemThatBecameTheCurrentOneIsUsed()
+    {
+        m_branch->putAll();
+        m_branch->setRecord(makeRecord(u"A"_s));
+        activate();
+        m_site->data->configuration->SetCurrentSubSystem(u"south"_s);
+        DeviceBranch south(*m_site->data, u"D1"_s);
+        south.putAll();
+        south.setRecord(makeRecord(u"S"_s));
+        QVERIFY(m_controller->isConnected());
+        QVERIFY(m_controller->recordListModel()->hasRecord(u"A"_s));
+
+        m_site->data->setConnected(u"south"_s, true);
+        QCOMPARE(m_log->take(), (QStringList{u"progress 0/0"_s, u"progress 0/0"_s, u"device D1 in south"_s}));
+        QVERIFY(!m_controller->isConnected());
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+        QVERIFY(m_controller->recordListModel()->hasRecord(u"S"_s));
+        QVERIFY(!m_controller->recordListModel()->hasRecord(u"A"_s));
+        QCOMPARE(m_site->data->lastAsked, u"south 1"_s);
+    }
+
     void aConnectionThatIsBackUnderTheSamePathIsUsed()
     {
         m_branch->putAll();
@@ -452,8 +456,14 @@ private Q_SLOTS:
         QCOMPARE(signalTexts, QStringList{u"progress 0/0"_s});
     }
 
-    void anyValueThatGoesStartsTheSearch_data() { waitsForEachItem_data(); }
-    void anyValueThatGoesStartsTheSearch()
+    void anObservedValueThatGoesStartsTheSearch_data()
+    {
+        QTest::addColumn<QString>("missing");
+        for (const char* const name : {"LoadCount", "LoadedCompletly", "Extended", "IpAddress"}) {
+            QTest::newRow(name) << QString::fromLatin1(name);
+        }
+    }
+    void anObservedValueThatGoesStartsTheSearch()
     {
         QFETCH(const QString, missing);
         m_branch->putAll();

@@ -2,10 +2,10 @@
 
 #include "devicebranch.h"
 #include "fakeconnectiondata.h"
+#include "shownmessages.h"
 #include "tracetexts.h"
 #include "userlogin.h"
 
-#include <observerbase/errorhandler.h>
 #include <valuecore/icommandtransmitter.h>
 #include <zelkobase/service/zelkoguitoservercorbahandler.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
@@ -49,24 +49,6 @@ public:
 
     mutable int timesAsked = 0;
     mutable QString lastAsked;
-};
-
-/// The messages to the user for as long as it exists.
-class ShownMessages
-{
-public:
-    ShownMessages()
-        : m_before(ErrorHandler::Instance()->SetMessageSink([this](const QString& text) { m_texts.append(text); }))
-    {}
-    ~ShownMessages() { ErrorHandler::Instance()->SetMessageSink(m_before); }
-    ShownMessages(const ShownMessages&) = delete;
-    ShownMessages& operator=(const ShownMessages&) = delete;
-
-    QStringList texts() const { return m_texts; }
-
-private:
-    QStringList m_texts;
-    ErrorHandler::MessageSink m_before;
 };
 
 /// The signals of a controller in order, one text each: "selected A,B", "progress 1/2", "device D1 in north",

@@ -31,6 +31,8 @@ struct LinkClient
         QObject::connect(&connection, &Data::si_allTicsConnected, &connection, [this] { log << "connected"; });
         QObject::connect(&connection, &ZelkoCommon::ServerConnectionData::writeRefused, &connection,
                          [this](const QString&, const QString& reason) { refusals << reason; });
+        QObject::connect(&connection, &ZelkoCommon::ServerConnectionData::writeNotSent, &connection,
+                         [this](const QString&, const QString& reason) { notSent << reason; });
         QObject::connect(&connection, &Data::si_allTicsDisconnected, &connection, [this] {
             log << (treeList(tree, root).isEmpty() ? "disconnected" : "disconnected, and something still stands there");
         });
@@ -66,6 +68,7 @@ struct LinkClient
     Tree ownTree;
     Tree& tree;
     QStringList log;
-    QStringList refusals;
+    QStringList refusals; // of the server
+    QStringList notSent;
     ZelkoCommon::ServerConnectionData connection;
 };

@@ -16,3 +16,11 @@ inline std::shared_ptr<ZELKO_XML::ZELKO_RecordData> makeRecord(const QString& id
     record->SetRecordStatus(static_cast<ZELKO_XML::ZELKO_RecordData::RecordStatus>(status));
     return record;
 }
+
+/// A record at rest that is deletable, or not.
+inline std::shared_ptr<ZELKO_XML::ZELKO_RecordData> makeDeletable(const QString& id, bool deletable)
+{
+    auto record = makeRecord(id);
+    record->SetDeletable(deletable);
+    return record;
+}

@@ -8,13 +8,8 @@ namespace ZelkoGUI {
 namespace names = zelko::names;
 
 DeviceValues::DeviceValues(IObserver* client)
-    : records(client)
-    , loadCount(client)
+    : loadCount(client)
     , loadedCompletely(client)
-    , synchronize(client)
-    , syncOneRecord(client)
-    , deleteList(client)
-    , recordIdle(client)
     , extended(client)
     , ipAddress(client)
 {}
@@ -26,7 +21,6 @@ void DeviceValues::lookUp(const QString& devicePath, const QString& commandPath)
             handle.GetFromTree(path);
         }
     };
-    find(records, names::recordMapPath(devicePath));
     find(loadCount, names::loadCountPath(devicePath));
     find(loadedCompletely, names::loadedCompletlyPath(devicePath));
     find(synchronize, commandPath + names::synchronize);
@@ -39,8 +33,8 @@ void DeviceValues::lookUp(const QString& devicePath, const QString& commandPath)
 
 bool DeviceValues::areComplete() const
 {
-    return records && loadCount && loadedCompletely && synchronize && syncOneRecord && extended && ipAddress &&
-           deleteList && recordIdle;
+    return loadCount && loadedCompletely && synchronize && syncOneRecord && extended && ipAddress && deleteList &&
+           recordIdle;
 }
 
 void DeviceValues::addCommandsTo(IVtClient& client) const
@@ -53,7 +47,6 @@ void DeviceValues::addCommandsTo(IVtClient& client) const
 
 void DeviceValues::letGo()
 {
-    records = nullptr;
     loadCount = nullptr;
     loadedCompletely = nullptr;
     synchronize = nullptr;
@@ -65,7 +58,7 @@ void DeviceValues::letGo()
 }
 
 // A device does what a command value says when it is written, so the same command given twice is no change of it.
-void DeviceValues::write(const ValueObservingPtr<Value<QString>>& command, const QString& text)
+void DeviceValues::write(const ValuePtr<Value<QString>>& command, const QString& text)
 {
     if (!command) {
         return;

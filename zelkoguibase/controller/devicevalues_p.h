@@ -2,14 +2,14 @@
 
 #include <valuecore/valueptr.h>
 #include <valuecore/valuetypes.h>
-#include <zelkobase/maps/recorditemmap.h>
 
 class IVtClient;
 
 namespace ZelkoGUI {
 
-/// What a record controller needs of a device on the tree. Each value is null until it is found, and again when it is
-/// gone, which the client is told of every one of them.
+/// What a record controller needs of a device on the tree, beside its records. Each value is null until it is found,
+/// and again when it is gone. The client is told of the values that say something of the device, and not of the
+/// commands, which are there to be written.
 struct DeviceValues
 {
     /// `client` is told of what it observes; not owned.
@@ -29,15 +29,14 @@ struct DeviceValues
     bool isExtended() const { return extended && extended->GetValue(); }
 
     /// Gives a command to the device, also if it is the one that it was given last; nothing without the value.
-    static void write(const ValueObservingPtr<Value<QString>>& command, const QString& text);
+    static void write(const ValuePtr<Value<QString>>& command, const QString& text);
 
-    ValueObservingPtr<zelko::recordmap::RecordItemMap> records;
     ValueObservingPtr<Value<int>> loadCount; ///< number of records when all are loaded
     ValueObservingPtr<Value<bool>> loadedCompletely;
-    ValueObservingPtr<Value<bool>> synchronize;
-    ValueObservingPtr<Value<QString>> syncOneRecord;
-    ValueObservingPtr<Value<QString>> deleteList;
-    ValueObservingPtr<Value<QString>> recordIdle;
+    ValuePtr<Value<bool>> synchronize;
+    ValuePtr<Value<QString>> syncOneRecord;
+    ValuePtr<Value<QString>> deleteList;
+    ValuePtr<Value<QString>> recordIdle;
     ValueObservingPtr<Value<bool>> extended;
     ValueObservingPtr<Value<QString>> ipAddress;
 };

@@ -3,7 +3,11 @@
 #include <zelkoguibase/controller/izelkoguiactionprovider.h>
 #include <zelkoguibase/transfer/abstracttransferscheduler.h>
 
+#include "deletablestate_p.h"
+
 #include <host/userrights.h>
+#include <observerbase/errorhandler.h>
+#include <observerbase/trace.h>
 
 #include <QAction>
 #include <QIcon>
@@ -69,6 +73,30 @@ const QIcon& keptIcon(bool setsFlag)
     return setsFlag ? sets : resets;
 }
 
+QAction* makeAction(const ActionDescription& description, Controller* owner)
+{
+    auto* const action = new QAction(QIcon(QLatin1String(description.icon)), Controller::tr(description.text), owner);
+    action->setObjectName(QLatin1String(description.objectName));
+    action->setToolTip(Controller::tr(description.toolTip));
+    action->setShortcut(QKeySequence(Qt::CTRL | description.key));
+    action->setEnabled(false);
+    QObject::connect(action, &QAction::triggered, owner, description.slot);
+    return action;
+}
+
+// From within a slot, which no exception crosses.
+void tellUser(const QString& text)
+{
+    try {
+        ErrorHandler::Instance()->ShowMessage(text);
+    } catch (...) {
+        if (ErrorHandler::Instance()->traces(ErrorHandler::TraceError)) {
+            _Q_Trace(QStringLiteral("IZelkoGUIController::sl_deleteRecord: the user was not told: ") + text, __FILE__,
+                     __LINE__);
+        }
+    }
+}
+
 } // namespace
 
 struct IZelkoGUIController::Private
@@ -78,7 +106,6 @@ struct IZelkoGUIController::Private
     QPointer<AbstractTransferScheduler> transferScheduler;
     QPointer<QWidget> dialogParent;
     IZelkoGuiActionProvider* actionProvider = nullptr;
-    UserActions userActions;
 };
 
 IZelkoGUIController::IZelkoGUIController(const QFlags<enUserAction>& userActions, QObject* parent)
@@ -90,7 +117,6 @@ IZelkoGUIController::IZelkoGUIController(IZelkoGuiActionProvider* provider, cons
     : QObject(parent)
     , d(std::make_unique<Private>())
 {
-    d->userActions = userActions;
     d->actionProvider = provider;
     if (provider) {
         provider->addController(this);
@@ -99,8 +125,9 @@ IZelkoGUIController::IZelkoGUIController(IZelkoGuiActionProvider* provider, cons
     connect(UserRights::Instance(), &UserRights::UpdateUserRights, this, &IZelkoGUIController::sl_activeUserChanged);
 }
 
-// What is available can be asked of a whole controller only, and that is what letting go of the scheduler leads to. So
-// there is nothing selected by then, and no provider that would ask.
+// Letting go of the scheduler looks at availability and calls the provider, both of which lead to operations that are
+// pure virtual by now and would end the process. So nothing is selected before, and the provider, which may ask the
+// controller whatever it likes, is left before and not after it.
 IZelkoGUIController::~IZelkoGUIController()
 {
     d->selected.clear();
@@ -164,29 +191,14 @@ QWidget* IZelkoGUIController::dialogParent() const
 
 void IZelkoGUIController::setUserActions(const QFlags<enUserAction>& userActions)
 {
-    d->userActions = userActions;
     for (auto it = d->actions.begin(); it != d->actions.end();) {
         it = userActions.testFlag(it.key()) ? std::next(it) : d->actions.erase(it);
     }
     for (const ActionDescription& description : descriptions) {
         if (userActions.testFlag(description.flag) && !d->actions.contains(description.flag)) {
-            d->actions.insert(description.flag, makeAction(description.flag));
+            d->actions.insert(description.flag, makeAction(description, this));
         }
     }
-}
-
-QAction* IZelkoGUIController::makeAction(enUserAction flag)
-{
-    const ActionDescription& description =
-        *std::find_if(std::begin(descriptions), std::end(descriptions),
-                      [flag](const ActionDescription& candidate) { return candidate.flag == flag; });
-    auto* const action = new QAction(QIcon(QLatin1String(description.icon)), tr(description.text), this);
-    action->setObjectName(QLatin1String(description.objectName));
-    action->setToolTip(tr(description.toolTip));
-    action->setShortcut(QKeySequence(Qt::CTRL | description.key));
-    action->setEnabled(false);
-    connect(action, &QAction::triggered, this, description.slot);
-    return action;
 }
 
 QList<QAction*> IZelkoGUIController::recordActions() const
@@ -301,18 +313,8 @@ QStringList IZelkoGUIController::getDeletableRecordings(const QStringList& recor
 
 void IZelkoGUIController::setDeletableAction(QAction* action, const QStringList& recordIDs)
 {
-    action->setIcon(keptIcon(isAnyNotDeletable(recordIDs)));
+    action->setIcon(keptIcon(!notDeletable(*recordListModel(), recordIDs).isEmpty()));
     action->setEnabled(isToggleDeletableAvailable(recordIDs) && UserRights::DeleteRecordsAllowed());
-}
-
-// What the list does not know counts for nothing.
-bool IZelkoGUIController::isAnyNotDeletable(const QStringList& recordIDs) const
-{
-    const ZelkoCommon::AbstractRecordListModel* const model = recordListModel();
-    return std::any_of(recordIDs.begin(), recordIDs.end(), [model](const QString& id) {
-        const auto record = model->getRecordData(id);
-        return record && !record->GetDeletable();
-    });
 }
 
 // An operation may open a dialog or have a failure told, and much can happen meanwhile: the signal names the records
@@ -407,7 +409,16 @@ bool IZelkoGUIController::isDeleteConfirmed(const QStringList& deletable)
     const QPointer<IZelkoGUIController> self(this);
     const auto place = [this] { return QStringList{activeDevice(), activeDeviceID(), activeSubsystem()}; };
     const QStringList before = place();
-    return isDeleteAnsweredByYes(deletable) && self && place() == before && isDeleteRecordAvailable(deletable);
+    if (!isDeleteAnsweredByYes(deletable) || !self) {
+        return false;
+    }
+    const bool isSamePlace = place() == before;
+    if (isSamePlace && isDeleteRecordAvailable(deletable)) {
+        return true;
+    }
+    tellUser(isSamePlace ? tr("Nothing was deleted: the records cannot be deleted any more.")
+                         : tr("Nothing was deleted: the device has changed while the question was open."));
+    return false;
 }
 
 // QMessageBox::warning, but for one thing: its box stands on the stack, where a dialog parent that goes while the box

@@ -118,8 +118,10 @@ public Q_SLOTS:
     /// before, then `updateActions` of the provider.
     virtual void sl_selectedRecordsChanged(const QStringList& records);
 
-    /// Copies the samples between `start` and `stop`, microseconds since the epoch, into a new record of that name.
-    /// Here and below, an empty `deviceID` means the active device.
+    /// Copies the samples between `start` and `stop` into a new record of that name. Both are handed on as they are:
+    /// moments in microseconds since the epoch, or places in the record as its start and stop offsets count them, which
+    /// is what the window for copies sends. The recorder tells them apart. Here and below, an empty `deviceID` means
+    /// the active device.
     virtual void sl_copyRecord(QString recordId, quint64 start, quint64 stop, QString recordName,
                                QString deviceID = QString()) = 0;
 
@@ -158,7 +160,8 @@ public Q_SLOTS:
 
     /// Leaves out what is not deletable, and asks before the rest is deleted; blocks as long as the user takes. Nothing
     /// is deleted or signalled if meanwhile another device became the active one, or the delete is not available any
-    /// more. The right to delete is not asked for again.
+    /// more: the user, who confirmed what he saw before, is told that instead. The right to delete is not asked for
+    /// again.
     void sl_deleteRecord();
 
     /// Here neither.
@@ -248,14 +251,12 @@ private:
     using Operation = void (IZelkoGUIController::*)(const QString&);
 
     void forgetActionProvider();
-    QAction* makeAction(enUserAction action);
     void updateAction(enUserAction action, QAction* shown);
     bool isActionAvailable(enUserAction action) const;
     bool isOneSelected(Availability isAvailable) const;
     bool isResetAllowed() const;
     QStringList getDeletableRecordings(const QStringList& recordIDs) const;
     void setDeletableAction(QAction* action, const QStringList& recordIDs);
-    bool isAnyNotDeletable(const QStringList& recordIDs) const;
     bool isDeleteConfirmed(const QStringList& deletable);
     bool isDeleteAnsweredByYes(const QStringList& deletable);
     void runOn(const QStringList& recordIDs, enUserAction action,

@@ -1,9 +1,9 @@
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
-#include <zelkoguibase/recordlist/recordstate_p.h>
 
 #include "deletablestate_p.h"
+#include "devicesearch_p.h"
 #include "devicevalues_p.h"
 #include "requestfailure_p.h"
 #include "waitcursor_p.h"
@@ -12,6 +12,7 @@
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
 #include <zelkobase/connection/abstractserverconnectiondata.h>
+#include <zelkobase/data/recordstate.h>
 #include <zelkobase/names/valuenames.h>
 #include <zelkobase/service/errordescriptor.h>
 #include <zelkobase/service/guitoserveradmincorbahandler.h>
@@ -20,7 +21,6 @@
 #include <QHash>
 #include <QInputDialog>
 #include <QPointer>
-#include <QTimer>
 
 namespace ZelkoGUI {
 
@@ -29,8 +29,6 @@ using Record = ZELKO_XML::ZELKO_RecordData;
 using ZelkoCommon::AbstractServerConnectionData;
 
 namespace {
-
-constexpr std::chrono::milliseconds connectInterval(100);
 
 void trace(const QString& text, int line)
 {
@@ -55,14 +53,10 @@ struct ZelkoServerGUIController::Private
         , name(std::move(ownName))
         , recordModel(new RecordItemMapModel(owner))
         , values(owner)
-        , connectTimer(owner)
-    {
-        connectTimer.setObjectName(QStringLiteral("connectTimer"));
-    }
+        , search(owner)
+    {}
 
     void lookUp();
-    void search(bool again);
-    void traceMissing();
     bool isComplete() const { return recordModel->connected() && values.areComplete(); }
     std::shared_ptr<Record> record(const QString& id) const { return recordModel->getRecordData(id); }
 
@@ -74,13 +68,11 @@ struct ZelkoServerGUIController::Private
     QString deviceBasePath;
     RecordItemMapModel* const recordModel;
     DeviceValues values;
-    QTimer connectTimer;
+    DeviceSearch search;
     QHash<QString, bool> pendingFlags;
     std::shared_ptr<ErrorDescriptor> errorDescriptor;
     bool offersOverview = true;
     bool connected = false;
-    bool isLost = false;       // what is searched was there before, under the same path
-    bool tellsMissing = false; // at the next tick
 };
 
 // A map that was found stays: to connect the model a second time would take all rows from the list and bring them
@@ -91,25 +83,6 @@ void ZelkoServerGUIController::Private::lookUp()
         recordModel->connect(names::recordMapPath(deviceBasePath));
     }
     values.lookUp(deviceBasePath, connectionData->GetBasePath(activeDevice));
-}
-
-void ZelkoServerGUIController::Private::search(bool again)
-{
-    isLost = again;
-    tellsMissing = true;
-    connectTimer.start(connectInterval);
-}
-
-// Each tick tells what a new device lacks, for whoever waits for it. A device that was lost can be away for days: its
-// search is told once, or it would drive all else from the log.
-void ZelkoServerGUIController::Private::traceMissing()
-{
-    if (tellsMissing && ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
-        trace(QStringLiteral("ZelkoServerGUIController::connectVT: not all elements are available for VT-Path: %1")
-                  .arg(deviceBasePath),
-              __LINE__);
-    }
-    tellsMissing = !isLost;
 }
 
 ZelkoServerGUIController::ZelkoServerGUIController(const std::shared_ptr<ZelkoGuiToServerCorbaHandler>& handler,
@@ -129,7 +102,7 @@ ZelkoServerGUIController::ZelkoServerGUIController(const std::shared_ptr<ZelkoGu
             &ZelkoServerGUIController::sl_connectionChanged);
     connect(this, &IZelkoGUIController::si_activeDeviceChanged, &d->adminHandler,
             &GuiToServerAdminCorbaHandler::sl_activeDeviceChanged);
-    connect(&d->connectTimer, &QTimer::timeout, this, &ZelkoServerGUIController::sl_connectVT);
+    connect(&d->search.timer(), &QTimer::timeout, this, &ZelkoServerGUIController::sl_connectVT);
     resetAll(true);
 }
 
@@ -221,20 +194,24 @@ void ZelkoServerGUIController::sl_activeDeviceDeleted(QString deviceID, QString 
         d->activeDevice.clear();
         d->deviceBasePath.clear();
         resetAll(true);
+        // Who hears of it may have made another device the active one, whose search the rest of the reset has ended.
+        if (!d->activeDevice.isEmpty() && !d->connected) {
+            d->search.begin(false);
+        }
     }
 }
 
+// The active device is read anew after the reset: who hears of that may have made another one active, or none.
 void ZelkoServerGUIController::connectVT()
 {
-    const QString device = d->activeDevice;
-    if (!device.isEmpty() && d->connectionData->GetDeviceBasePath(device) == d->deviceBasePath) {
+    if (!d->activeDevice.isEmpty() && d->connectionData->GetDeviceBasePath(d->activeDevice) == d->deviceBasePath) {
         return;
     }
     resetAll(false);
     d->deviceBasePath.clear();
-    if (!device.isEmpty()) {
-        d->deviceBasePath = d->connectionData->GetDeviceBasePath(device);
-        d->search(false);
+    if (!d->activeDevice.isEmpty()) {
+        d->deviceBasePath = d->connectionData->GetDeviceBasePath(d->activeDevice);
+        d->search.begin(false);
     }
 }
 
@@ -244,7 +221,7 @@ void ZelkoServerGUIController::sl_connectVT()
         d->lookUp();
     }
     if (!d->isComplete()) {
-        d->traceMissing();
+        d->search.stillMisses(d->deviceBasePath);
         return;
     }
     const std::shared_ptr<IVtClient> client =
@@ -253,7 +230,7 @@ void ZelkoServerGUIController::sl_connectVT()
         return;
     }
     d->values.addCommandsTo(*client);
-    d->connectTimer.stop();
+    d->search.end();
     sl_selectedRecordsChanged(selectedRecords());
     sl_updateLoadProgress();
     // Who hears of these may have made another device the active one.
@@ -269,7 +246,7 @@ void ZelkoServerGUIController::resetAll(bool notify)
     d->pendingFlags.clear();
     d->recordModel->disconnect();
     d->values.letGo();
-    d->connectTimer.stop();
+    d->search.end();
     sl_selectedRecordsChanged(QStringList());
     Q_EMIT si_loadProgress(0, 0);
     if (notify) {
@@ -318,11 +295,11 @@ void ZelkoServerGUIController::valueDeleted(const QString& name)
 void ZelkoServerGUIController::searchAgain()
 {
     sl_selectedRecordsChanged(selectedRecords());
-    if (d->deviceBasePath.isEmpty() || d->connectTimer.isActive()) {
+    if (d->deviceBasePath.isEmpty() || d->search.isOn()) {
         return;
     }
     sl_updateLoadProgress();
-    d->search(true);
+    d->search.begin(true);
 }
 
 void ZelkoServerGUIController::sl_updateLoadProgress()
@@ -492,9 +469,18 @@ bool ZelkoServerGUIController::isRenameRecordAvailable(const QString& recordID) 
     return d->values.isExtended() && record && isFinished(*record);
 }
 
+void ZelkoServerGUIController::renameRecord(const QString& recordID)
+{
+    try {
+        renameAsked(recordID);
+    } catch (...) {
+        traceError("Exception in NewRecordList::SlotSetRecordingName", __LINE__);
+    }
+}
+
 // The device and the controller may be others, or none, when the user is done with the dialog. In another sub system
 // the device of that name is another one.
-void ZelkoServerGUIController::renameRecord(const QString& recordID)
+void ZelkoServerGUIController::renameAsked(const QString& recordID)
 {
     const auto record = d->record(recordID);
     if (!record) {
@@ -507,19 +493,16 @@ void ZelkoServerGUIController::renameRecord(const QString& recordID)
     const QString name =
         QInputDialog::getText(dialogParent(), tr("Rename Record"), tr("New record name:"), QLineEdit::Normal,
                               record->GetRecordName(), &confirmed, Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
-    if (confirmed && self && activeSubsystem() == subSystem) {
-        setComment(device, recordID, name);
+    if (!confirmed || !self) {
+        return;
     }
-}
-
-void ZelkoServerGUIController::setComment(const QString& device, const QString& recordID, const QString& name)
-{
-    try {
-        const auto code = askWaiting([&] { return d->adminHandler.SetRecordComment(device, recordID, name); });
-        showFailure(code, d->handler->service());
-    } catch (...) {
-        traceError("Exception in NewRecordList::SlotSetRecordingName", __LINE__);
+    if (activeSubsystem() != subSystem) {
+        ErrorHandler::Instance()->ShowMessage(
+            tr("The record was not renamed: the sub system has changed while the question was open."));
+        return;
     }
+    const auto code = askWaiting([&] { return d->adminHandler.SetRecordComment(device, recordID, name); });
+    showFailure(code, d->handler->service());
 }
 
 bool ZelkoServerGUIController::isToggleDeletableAvailable(const QStringList& recordIDs) const
@@ -596,8 +579,12 @@ void ZelkoServerGUIController::sl_overviewSpectrumStreamed(QString recordID, qin
 
 void ZelkoServerGUIController::sl_errorText(QString text, QString description)
 {
-    if (d->errorDescriptor) {
-        d->errorDescriptor->WriteCommandResponse(ErrorClassifier::Error, text, description);
+    try {
+        if (const auto descriptor = d->errorDescriptor) { // a copy: whoever shows the text may end this controller
+            descriptor->WriteCommandResponse(ErrorClassifier::Error, text, description);
+        }
+    } catch (...) {
+        traceError("Exception in ZelkoServerGUIController::sl_errorText", __LINE__);
     }
 }
 

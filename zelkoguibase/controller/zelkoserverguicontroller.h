@@ -17,9 +17,11 @@ class ZelkoGuiToServerCorbaHandler;
 ///
 /// From a new device on it looks every 100 ms for all that it needs of it on the tree, and says
 /// `si_connectionEstablished` when it is all there and can be written to. It looks again from the moment on in which
-/// any of the device's values goes, all of them with a lost connection, and so connects by itself when they are back;
+/// a value goes that it observes, which a lost connection takes all away, and so connects by itself when they are back;
 /// the selection stays for that time, with the actions disabled that rest on what is gone. What is missing is traced as
-/// a warning, at each look for a new device and once for one that was lost.
+/// a warning, at each look for a new device and once for one that was lost. The load count, whether all is loaded,
+/// whether the device is an extended one, and its address are observed; a command value or the record map that went
+/// alone would only be missed the next time that it is needed.
 ///
 /// GUI thread only, as the tree's.
 class ZELKOGUIBASE_EXPORT ZelkoServerGUIController : public IZelkoGUIController, public IObserver
@@ -41,7 +43,8 @@ public:
     /// Lets go of the device, which it says as for any other end of a connection.
     ~ZelkoServerGUIController() override;
 
-    /// True from `si_connectionEstablished` on, until the device is another one or any of its values goes.
+    /// True from `si_connectionEstablished` on, until the device is another one or a value goes that is observed: from
+    /// then on the controller is as little connected as before the first look.
     bool isConnected() const;
 
     /// Whether the device says that all its records are loaded; not while it is not connected. `si_loadProgress` comes
@@ -85,7 +88,8 @@ public Q_SLOTS:
                                      QString deviceID = QString()) override;
     /// @}
 
-    /// Answers as the sub system of the active device; nothing before there was one.
+    /// Shows the user an error, in the name of the sub system that was the current one when the active device was last
+    /// named or its connection last came; nothing before that. Does not throw.
     void sl_errorText(QString text, QString description) override;
 
 protected:
@@ -96,6 +100,10 @@ protected:
     bool isHistoryAvailable(const QString& recordID) const override;
     void showHistory(const QString& recordID) override;
     bool isRenameRecordAvailable(const QString& recordID) const override;
+
+    /// Blocks as long as the user takes for the name. The record is that of the device that was active at the
+    /// beginning; if another sub system is the current one by then, the user is told that nothing was renamed. What the
+    /// recorder itself says of a failure stands behind its text, in brackets.
     void renameRecord(const QString& recordID) override;
     bool isEditBookmarksAvailable(const QString& recordID) const override;
     void editBookmarks(const QString& recordID) override;
@@ -139,7 +147,7 @@ private:
     bool canBeAskedFor(const QString& recordID) const;
     QString deviceOr(const QString& deviceID) const;
     unsigned long setDeletableFlags(const QStringList& recordIDs, bool flag);
-    void setComment(const QString& device, const QString& recordID, const QString& name);
+    void renameAsked(const QString& recordID);
 
     /// @name Where the windows on a record have their place
     /// What is known of the record was asked for anew before. Each is made on the first use and then kept; the spectrum

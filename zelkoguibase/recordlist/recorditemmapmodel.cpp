@@ -1,12 +1,12 @@
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
 #include "recordrows_p.h"
-#include "recordstate_p.h"
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/iobserver.h>
 #include <observerbase/trace.h>
 #include <valuecore/valueptr.h>
+#include <zelkobase/data/recordstate.h>
 #include <zelkobase/maps/recorditemmap.h>
 
 #include <QHash>
@@ -39,7 +39,7 @@ RecordStatus statusOf(const Data& data)
 
 bool isBeingRecorded(const Data& data)
 {
-    return data && ZelkoGUI::isBeingRecorded(*data);
+    return data && ZELKO_XML::isBeingRecorded(*data);
 }
 
 const Data& recordOf(const RecordItemMap& map, const QString& id)

@@ -41,6 +41,8 @@ ServerConnectionData::ServerConnectionData(Orb& orb, Tree* tree, std::shared_ptr
                 [this, name](const QString& reason) { Q_EMIT connectFailed(name, reason); });
         connect(link.get(), &TreeLink::writeRefused, this,
                 [this, name](const QString& reason) { Q_EMIT writeRefused(name, reason); });
+        connect(link.get(), &TreeLink::writeNotSent, this,
+                [this, name](const QString& reason) { Q_EMIT writeNotSent(name, reason); });
         connect(link.get(), &TreeLink::nodeCreated, this, [this, devices](const QString& path) {
             if (path.startsWith(devices) && path.indexOf(QLatin1Char('/'), devices.size()) < 0) {
                 Q_EMIT si_deviceNodeAdded(path);

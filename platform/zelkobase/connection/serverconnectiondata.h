@@ -48,8 +48,12 @@ Q_SIGNALS:
     /// An attempt to connect failed; the next one follows by itself.
     void connectFailed(const QString& subSystem, const QString& reason);
 
-    /// A write did not reach the server; the value comes back as the server has it. See TreeLink::writeRefused.
+    /// @name A write did not change the server's value, which comes back as the server has it
+    /// See the signals of those names of TreeLink.
+    /// @{
     void writeRefused(const QString& subSystem, const QString& reason);
+    void writeNotSent(const QString& subSystem, const QString& reason);
+    /// @}
 
 private:
     struct Private;

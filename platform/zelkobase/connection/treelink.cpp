@@ -222,7 +222,7 @@ void TreeLink::Private::send(const ValueBase& value, const std::string& frame)
     const QString reason = QStringLiteral("a write to %1 is not sent: %2").arg(value.GetPathName(), refusal);
     traceWarning(QStringLiteral("TreeLink: ") + reason, __LINE__);
     QMetaObject::invokeMethod(
-        q, [link = q, reason] { Q_EMIT link->writeRefused(reason); }, Qt::QueuedConnection);
+        q, [link = q, reason] { Q_EMIT link->writeNotSent(reason); }, Qt::QueuedConnection);
 }
 
 void TreeLink::Private::reset(const QString& reason)

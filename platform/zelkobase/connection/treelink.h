@@ -75,9 +75,12 @@ Q_SIGNALS:
     /// An attempt to connect failed; the next one follows by itself. Not where a user was not admitted who has been
     /// replaced meanwhile.
     void connectFailed(const QString& reason);
-    /// A write did not reach the server's value: it may not be, is too large, or the server does not take what was
-    /// written before it. The value comes back as the server has it.
+    /// The server refused a write, for which another user may have the right. The value comes back as the server has
+    /// it.
     void writeRefused(const QString& reason);
+    /// A write did not leave this client, whoever the user is: it is too large, or the server has not taken yet what
+    /// was written before it. The value comes back as the server has it.
+    void writeNotSent(const QString& reason);
     /// A node came into the tree, with its full path.
     void nodeCreated(const QString& path);
 

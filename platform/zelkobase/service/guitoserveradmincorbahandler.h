@@ -37,7 +37,8 @@ public:
     unsigned long removeHistoryEntry(const QString& device, const QString& record, const qint64& timestamp);
 
     /// Copies the samples from `start` to `stop` into a new record, whose ID comes out in `newRecord` where that is
-    /// given.
+    /// given. Both are moments, or both places in the record as its start and stop positions count them: the recorder
+    /// tells them apart.
     unsigned long copyRecord(const QString& device, const QString& record, qint64 start, qint64 stop,
                              const QString& name, QString* newRecord = nullptr);
 
