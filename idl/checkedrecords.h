@@ -11,13 +11,5 @@ template <>
 inline void _CORBA_Unbounded_Sequence<QD_ZLK::RecordInfo>::operator<<=(cdrStream& stream)
 {
     constexpr _CORBA_ULong leastSize = 80; // numbers, lengths and the zero of the ID
-    _CORBA_ULong count = 0;
-    count <<= stream;
-    if (count > std::numeric_limits<_CORBA_ULong>::max() / leastSize || !stream.checkInputOverrun(leastSize, count)) {
-        _CORBA_marshal_sequence_range_check_error(stream);
-    }
-    length(count);
-    for (_CORBA_ULong i = 0; i < count; ++i) {
-        (*this)[i] <<= stream;
-    }
+    readCheckedSequence(*this, stream, leastSize);
 }

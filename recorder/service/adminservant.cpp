@@ -6,6 +6,7 @@
 #include <zelkobase/data/recordextent.h>
 #include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/corbatext.h>
+#include <zelkobase/service/refusaltext.h>
 
 #include <algorithm>
 #include <optional>
@@ -168,7 +169,7 @@ CORBA::ULong AdminServant::getDeviceTime(const char* device, CORBA::LongLong& de
 CORBA::ULong AdminServant::setDeviceTime(const char* device, CORBA::LongLong deviceTime)
 {
     return wireStatus(m_calls.onDevice(Action::SetDeviceTime, device, [&](DeviceService& service) {
-        if (deviceTime < 0 || deviceTime > DeviceClock::latest) {
+        if (!DeviceClock::isSettable(deviceTime)) {
             return ServiceStatus::BadArgument;
         }
         return service.clock().set(deviceTime) ? ServiceStatus::None : ServiceStatus::DiskFailed;
@@ -208,7 +209,7 @@ CORBA::ULong AdminServant::getRecord(const char* device, const char* record, QD_
     });
     if (wireSize(info) > m_largestAnswer) {
         throw QD_ZLK::IF_ZELKO_Admin::exAdmin(QD_ZLK::IF_ZELKO_Admin::ADMIN_FAILED,
-                                              "the record is larger than one answer can hold; the value tree has it");
+                                              toCorba(ZelkoCommon::toText({ServiceStatus::AnswerTooLarge, {}})));
     }
     recordData = info._retn();
     return wireStatus(status);

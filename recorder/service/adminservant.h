@@ -10,8 +10,9 @@
 
 namespace ZelkoRecorder {
 
-/// Changes records as the ORB sees it. Served on threads of the ORB, on which the work is done, too. The results are
-/// numbers of ZelkoCommon::ServiceStatus.
+/// Changes records as the ORB sees it. Served on threads of the ORB. They wait until the thread that the record belongs
+/// to has done the work: the device's worker, the recording, or the copier. The results are numbers of
+/// ZelkoCommon::ServiceStatus.
 class AdminServant final : public POA_QD_ZLK::IF_ZELKO_Admin, public PortableServer::RefCountServantBase
 {
 public:

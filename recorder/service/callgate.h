@@ -15,7 +15,7 @@ public:
     class Pass
     {
     public:
-        /// Throws BAD_INV_ORDER, as an ORB that ends does, when the gate is closed.
+        /// Throws what `throwUnanswered` throws of a recorder that ends when the gate is closed.
         explicit Pass(CallGate& gate);
         ~Pass();
         Pass(const Pass&) = delete;

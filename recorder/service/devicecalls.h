@@ -23,7 +23,7 @@ public:
 
     DeviceCalls(std::shared_ptr<CallGate> gate, CallRights rights, Devices devices);
 
-    /// The status of `call`, or why it was not made. Throws BAD_INV_ORDER when the recorder ends.
+    /// The status of `call`, or why it was not made. Throws as `CallGate::Pass` does when the recorder ends.
     ZelkoCommon::ServiceStatus onDevice(Action action, const char* device, const Call& call) const;
 
     /// The same for a call on a record of the device.

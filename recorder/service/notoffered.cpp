@@ -24,12 +24,12 @@ void loopRecording()
 
 ZelkoCommon::ServiceStatus replayToReceivers()
 {
-    return ZelkoCommon::ServiceStatus::NotSupported;
+    return ZelkoCommon::ServiceStatus::NotOffered;
 }
 
 ZelkoCommon::ServiceStatus otherSpeeds()
 {
-    return ZelkoCommon::ServiceStatus::NotSupported;
+    return ZelkoCommon::ServiceStatus::SpeedNotOffered;
 }
 
 } // namespace ZelkoRecorder::notOffered

@@ -10,8 +10,8 @@ namespace ZelkoRecorder::notOffered {
 [[noreturn]] void replayToChannel();            ///< IF_ZLK_c_Chan::startReplaying: NO_IMPLEMENT
 [[noreturn]] void additionalDataRate();         ///< IF_ZLK_c_Chan::setAdditionalDataRateClass: NO_IMPLEMENT
 [[noreturn]] void loopRecording();              ///< IF_ZLK_c_Chan::startRecording with a loop: exChan, CHAN_FAILED
-ZelkoCommon::ServiceStatus replayToReceivers(); ///< IF_ZELKO_Replay::StartReplayReceivers: NotSupported
-ZelkoCommon::ServiceStatus otherSpeeds();       ///< IF_ZELKO_Replay::StartReplay but in real time: NotSupported
+ZelkoCommon::ServiceStatus replayToReceivers(); ///< IF_ZELKO_Replay::StartReplayReceivers: NotOffered
+ZelkoCommon::ServiceStatus otherSpeeds();       ///< IF_ZELKO_Replay::StartReplay but in real time: SpeedNotOffered
 /// @}
 
 } // namespace ZelkoRecorder::notOffered

@@ -1,6 +1,6 @@
 #include <recorder/service/questions.h>
 
-#include <omniORB4/minorCode.h>
+#include <zelkobase/service/recorderends.h>
 
 namespace ZelkoRecorder {
 
@@ -9,7 +9,7 @@ void throwUnanswered(Errands::Failure failure)
 {
     switch (failure) {
     case Errands::Failure::GoingDown:
-        throw CORBA::BAD_INV_ORDER(omni::BAD_INV_ORDER_ORBHasShutdown, CORBA::COMPLETED_NO);
+        throw CORBA::BAD_INV_ORDER(ZelkoCommon::recorderEndsMinor, CORBA::COMPLETED_NO);
     case Errands::Failure::NotBegun:
         throw CORBA::TIMEOUT(0, CORBA::COMPLETED_NO);
     case Errands::Failure::NoAnswer:

@@ -7,7 +7,7 @@
 namespace ZelkoRecorder {
 
 /// What a call that was not answered ends with. TIMEOUT says whether what it asked for may have been begun; a recorder
-/// that ends says so as an ORB that ends does.
+/// that ends says so by BAD_INV_ORDER with `ZelkoCommon::recorderEndsMinor`.
 [[noreturn]] void throwUnanswered(Errands::Failure failure);
 
 /// `Errands::ask` for the threads of the ORB.

@@ -25,6 +25,13 @@ CORBA::Long ReplayServant::act(const char* device, const char* record,
     return static_cast<CORBA::Long>(m_calls.onRecord(Action::Replay, device, record, call));
 }
 
+CORBA::Long ReplayServant::onReplay(const char* device, const char* record, ReplayChange change) const
+{
+    return act(device, record, [&](DeviceService& service) {
+        return serviceStatus((service.*change)(fromCorba(record)), ServiceStatus::NotReplaying);
+    });
+}
+
 CORBA::Long ReplayServant::StartReplay(const char* device, const char* record, QD_ZLK::DataRateClass,
                                        CORBA::LongLong start, CORBA::LongLong stop, CORBA::Long speed)
 {
@@ -48,20 +55,17 @@ CORBA::Long ReplayServant::StartReplayReceivers(const char* device, const char* 
 
 CORBA::Long ReplayServant::PauseReplay(const char* device, const char* record)
 {
-    return act(device, record,
-               [&](DeviceService& service) { return serviceStatus(service.pauseReplay(fromCorba(record))); });
+    return onReplay(device, record, &DeviceService::pauseReplay);
 }
 
 CORBA::Long ReplayServant::ContinueReplay(const char* device, const char* record)
 {
-    return act(device, record,
-               [&](DeviceService& service) { return serviceStatus(service.continueReplay(fromCorba(record))); });
+    return onReplay(device, record, &DeviceService::continueReplay);
 }
 
 CORBA::Long ReplayServant::StopReplay(const char* device, const char* record)
 {
-    return act(device, record,
-               [&](DeviceService& service) { return serviceStatus(service.stopReplay(fromCorba(record))); });
+    return onReplay(device, record, &DeviceService::stopReplay);
 }
 
 } // namespace ZelkoRecorder

@@ -6,8 +6,8 @@
 
 namespace ZelkoRecorder {
 
-/// Replays records as the ORB sees it. Served on threads of the ORB, on which the work is done, too. The results are
-/// numbers of ZelkoCommon::ServiceStatus.
+/// Replays records as the ORB sees it. Served on threads of the ORB, on which a replay is started and ended, too: it
+/// needs no thread of its own. The results are numbers of ZelkoCommon::ServiceStatus.
 class ReplayServant final : public POA_QD_ZLK::IF_ZELKO_Replay, public PortableServer::RefCountServantBase
 {
 public:
@@ -20,11 +20,18 @@ public:
     CORBA::Long StartReplayReceivers(const char* device, const char* record, QD_ZLK::DataRateClass dataRate,
                                      CORBA::LongLong start, CORBA::LongLong stop, CORBA::Long speed,
                                      QD_ZLK::EndpointKind receivers) override;
+
+    /// These three: NotReplaying for a record that is not being replayed, or is not there.
+    /// @{
     CORBA::Long PauseReplay(const char* device, const char* record) override;
     CORBA::Long ContinueReplay(const char* device, const char* record) override;
     CORBA::Long StopReplay(const char* device, const char* record) override;
+    /// @}
 
 private:
+    using ReplayChange = StoreStatus (DeviceService::*)(const QString& record);
+
+    CORBA::Long onReplay(const char* device, const char* record, ReplayChange change) const;
     CORBA::Long act(const char* device, const char* record,
                     const std::function<ZelkoCommon::ServiceStatus(DeviceService&)>& call) const;
 

@@ -67,8 +67,7 @@ public:
         DeviceCalls::Devices services; ///< what may be asked of each device; any thread
     };
 
-    /// Begins to serve. `orb` outlives the host. `rights` is asked on threads of the ORB
-    /// until the host goes.
+    /// Begins to serve. `orb` outlives the host. `rights` is asked on threads of the ORB until the host goes.
     ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const CallRights& rights, const Options& options);
 
     /// From here on every call is refused; those that wait are told so, channel managers hear that the recorder ends,

@@ -23,9 +23,11 @@ ServiceStatus serviceStatus(StoreStatus status)
         return ServiceStatus::LimitReached;
     case StoreStatus::TooLong:
     case StoreStatus::BadRange:
-    case StoreStatus::BadFolder:
-    case StoreStatus::Exists:
         return ServiceStatus::BadArgument;
+    case StoreStatus::BadFolder:
+        return ServiceStatus::TargetNotAllowed;
+    case StoreStatus::Exists:
+        return ServiceStatus::TargetExists;
     case StoreStatus::NoSpace:
         return ServiceStatus::DiskFull;
     case StoreStatus::DiskRefused:
@@ -38,9 +40,9 @@ ServiceStatus serviceStatus(StoreStatus status)
     return ServiceStatus::InternalError;
 }
 
-QString statusText(StoreStatus status)
+ServiceStatus serviceStatus(StoreStatus status, ServiceStatus ofUnknownEntry)
 {
-    return ZelkoCommon::serviceStatusText(ZelkoCommon::statusCode(serviceStatus(status)));
+    return status == StoreStatus::UnknownEntry ? ofUnknownEntry : serviceStatus(status);
 }
 
 } // namespace ZelkoRecorder

@@ -7,6 +7,7 @@
 
 #include <zelkobase/orb/callingpeer.h>
 #include <zelkobase/orb/corbatext.h>
+#include <zelkobase/service/refusaltext.h>
 
 #include <QScopeGuard>
 #include <QSysInfo>
@@ -18,6 +19,7 @@ namespace ZelkoRecorder {
 
 using Contract = QD_ZLK::IF_ZLK_c_ZLK;
 using ZelkoCommon::fromCorba;
+using ZelkoCommon::ServiceStatus;
 using ZelkoCommon::toCorba;
 
 namespace {
@@ -27,14 +29,28 @@ namespace {
     throw Contract::exZLK(code, toCorba(text));
 }
 
+// The contract has no code for it, so the text says what it is.
+[[noreturn]] void refuse(ServiceStatus status, const QString& words = {})
+{
+    refuse(Contract::ZLK_FAILED, ZelkoCommon::toText({status, words}));
+}
+
+// A caller gets back no more of what he sent.
+constexpr qsizetype longestEcho = 128;
+
+[[noreturn]] void refuseUnknown(Contract::ZLKCode code, const QString& text, const QString& what)
+{
+    refuse(code, text.arg(what.left(longestEcho)));
+}
+
 [[noreturn]] void refuseDevice(const QString& device)
 {
-    refuse(Contract::ZLK_UNKNOWN_DEVICE, QStringLiteral("there is no device \"%1\"").arg(device.left(128)));
+    refuseUnknown(Contract::ZLK_UNKNOWN_DEVICE, QStringLiteral("there is no device \"%1\""), device);
 }
 
 [[noreturn]] void refuseRecord(const QString& record)
 {
-    refuse(Contract::ZLK_UNKNOWN_RECORD, QStringLiteral("there is no record \"%1\"").arg(record.left(128)));
+    refuseUnknown(Contract::ZLK_UNKNOWN_RECORD, QStringLiteral("there is no record \"%1\""), record);
 }
 
 QD_ZLK::GenCode genCode(ChannelRegistry::Refusal::Reason reason)
@@ -201,11 +217,11 @@ char* ZlkServant::mapDeviceIdToAddress(const char* device)
 char* ZlkServant::mapAddressToDeviceId(const char* address)
 {
     require(Action::Look);
-    const QString device = askRecorder(
-        *m_errands, [&devices = m_sources.devices, where = fromCorba(address)] { return devices.deviceAt(where); });
+    const QString where = fromCorba(address);
+    const QString device =
+        askRecorder(*m_errands, [&devices = m_sources.devices, where] { return devices.deviceAt(where); });
     if (device.isEmpty()) {
-        refuse(Contract::ZLK_UNKNOWN_DEVICE,
-               QStringLiteral("there is no device at \"%1\"").arg(fromCorba(address).left(128)));
+        refuseUnknown(Contract::ZLK_UNKNOWN_DEVICE, QStringLiteral("there is no device at \"%1\""), where);
     }
     return toCorba(device)._retn();
 }
@@ -251,7 +267,7 @@ QD_ZLK::RecordInfoSeq* ZlkServant::getAllRecords(const char* device)
     std::optional<Turnstile::Place> ofThisCall;
     auto& place = placeOfCall ? *placeOfCall : ofThisCall;
     if (!place.emplace(m_lists, ZelkoCommon::callingPeer())) {
-        refuse(Contract::ZLK_FAILED, QStringLiteral("too many lists of records are being sent; try again in a moment"));
+        refuse(ServiceStatus::LimitReached, QStringLiteral("too many lists of records are being sent"));
     }
     RecordPointers records = allRecords(id);
     std::sort(records.begin(), records.end(),
@@ -281,8 +297,7 @@ QD_ZLK::RecordInfoSeq* ZlkServant::listOf(const RecordPointers& records) const
     std::size_t room = m_largestList;
     const auto take = [&room](std::size_t bytes) {
         if (bytes > room) {
-            refuse(Contract::ZLK_FAILED, QStringLiteral("the device has more records than one answer can hold; the "
-                                                        "value tree has them all"));
+            refuse(ServiceStatus::AnswerTooLarge);
         }
         room -= bytes;
     };
@@ -318,7 +333,7 @@ char* ZlkServant::exportRecording(const char* device, const char* record, const 
         refuseRecord(recordId);
     }
     if (id.isEmpty()) {
-        refuse(Contract::ZLK_FAILED, statusText(status));
+        refuse(serviceStatus(status));
     }
     return toCorba(id)._retn();
 }
@@ -329,7 +344,7 @@ void ZlkServant::cancelExport(const char* exportId, CORBA::Boolean removeTarget)
     const CallGate::Pass pass(*m_gate);
     const StoreStatus status = m_sources.cancelExport(fromCorba(exportId), removeTarget);
     if (status != StoreStatus::Done) {
-        refuse(Contract::ZLK_FAILED, statusText(status));
+        refuse(serviceStatus(status, ServiceStatus::NoSuchExport));
     }
 }
 

@@ -38,7 +38,7 @@ bool DeviceClock::isShifted() const
 
 bool DeviceClock::set(qint64 time)
 {
-    if (time < 0 || time > latest) {
+    if (!isSettable(time)) {
         return false;
     }
     const std::lock_guard lock(m_mutex);

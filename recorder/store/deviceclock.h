@@ -20,13 +20,16 @@ public:
     /// `folder` is that of the device. A shift that cannot be read counts as none, and is told to the log.
     explicit DeviceClock(const QString& folder, MachineClock machine = machineTime);
 
+    /// Whether `set` takes such a time: from 1970 to `latest`.
+    static constexpr bool isSettable(qint64 time) { return time >= 0 && time <= latest; }
+
     qint64 now() const;
 
     /// Whether it was ever set to another time than that of the machine.
     bool isShifted() const;
 
-    /// From now on it is `time`; durable when it returns true. False, with the clock as it was, for a time before 1970
-    /// or behind `latest`, or if the disk refuses.
+    /// From now on it is `time`; durable when it returns true. False, with the clock as it was, for a time that is
+    /// not settable, or if the disk refuses.
     bool set(qint64 time);
 
     /// The time of the machine.

@@ -153,7 +153,8 @@ void TestReplayServant::endsAtTheEnd()
 void TestReplayServant::refusesWhatIsNotBeingReplayed()
 {
     for (const int number : {2, 3, 4}) {
-        QCOMPARE(askFor(number), ServiceStatus::NoSuchEntry);
+        QCOMPARE(askFor(number), ServiceStatus::NotReplaying);
+        QCOMPARE(ask(allCalls().at(number).second, "D1", "r9"), ServiceStatus::NotReplaying);
     }
 }
 
@@ -194,8 +195,8 @@ void TestReplayServant::refusesArguments()
 
 void TestReplayServant::saysWhatItDoesNotOffer()
 {
-    QCOMPARE(askFor(1), ServiceStatus::NotSupported);
-    QCOMPARE(ask([](auto p, auto d, auto r) { return start(p, d, r, 0, 0, 200); }), ServiceStatus::NotSupported);
+    QCOMPARE(askFor(1), ServiceStatus::NotOffered);
+    QCOMPARE(ask([](auto p, auto d, auto r) { return start(p, d, r, 0, 0, 200); }), ServiceStatus::SpeedNotOffered);
     QCOMPARE(ask([](auto p, auto d, auto r) { return start(p, d, r, 0, 0, 0); }), ServiceStatus::None);
 }
 

@@ -32,8 +32,8 @@ void TestStatusMapping::saysHowAnOperationEnded_data()
     QTest::newRow("too long") << S::TooLong << W::BadArgument;
     QTest::newRow("too many") << S::TooMany << W::LimitReached;
     QTest::newRow("ranges that are none") << S::BadRange << W::BadArgument;
-    QTest::newRow("a folder that is not allowed") << S::BadFolder << W::BadArgument;
-    QTest::newRow("there already") << S::Exists << W::BadArgument;
+    QTest::newRow("a folder that is not allowed") << S::BadFolder << W::TargetNotAllowed;
+    QTest::newRow("there already") << S::Exists << W::TargetExists;
     QTest::newRow("no room") << S::NoSpace << W::DiskFull;
     QTest::newRow("the disk failed") << S::DiskRefused << W::DiskFailed;
     QTest::newRow("given up") << S::Cancelled << W::InternalError;
@@ -45,7 +45,8 @@ void TestStatusMapping::saysHowAnOperationEnded()
     QFETCH(StoreStatus, ofStore);
     QFETCH(ServiceStatus, ofService);
     QCOMPARE(serviceStatus(ofStore), ofService);
-    QCOMPARE(statusText(ofStore).isEmpty(), ofStore == StoreStatus::Done);
+    const bool isOfEntry = ofStore == StoreStatus::UnknownEntry;
+    QCOMPARE(serviceStatus(ofStore, ServiceStatus::NoSuchExport), isOfEntry ? ServiceStatus::NoSuchExport : ofService);
 }
 
 QTEST_GUILESS_MAIN(TestStatusMapping)

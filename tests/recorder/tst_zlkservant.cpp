@@ -3,6 +3,7 @@
 
 #include <zelkobase/data/zelko_recorddata.h>
 #include <zelkobase/orb/corbacall.h>
+#include <zelkobase/service/recorderservice.h>
 
 #include <QSysInfo>
 #include <QTest>
@@ -11,7 +12,9 @@ using namespace ZelkoRecorder;
 using namespace ZelkoTest;
 using QD_ZLK::IF_ZLK_c_ZLK_var;
 using ZelkoCommon::fromCorba;
+using ZelkoCommon::RecorderService;
 using ZelkoCommon::Role;
+using ZelkoCommon::ServiceStatus;
 using ZelkoCommon::toCorba;
 
 namespace {
@@ -62,6 +65,30 @@ private Q_SLOTS:
 
 private:
     IF_ZLK_c_ZLK_var entry() const { return m_recorder->entry(); }
+    ZelkoCommon::ServiceAddress address() const { return {{}, QStringLiteral("127.1"), m_recorder->orb.port()}; }
+
+    // How a client understands what the call ends with.
+    ServiceStatus statusOf(const std::function<void(QD_ZLK::IF_ZLK_c_ZLK_ptr)>& call) const
+    {
+        return onCallerThread([&] {
+            RecorderService service([this] { return address(); });
+            service.setLimit(std::chrono::seconds(60));
+            return static_cast<ServiceStatus>(service.ask([&](QD_ZLK::IF_ZLK_c_ZLK_ptr root) {
+                call(root);
+                return 0UL;
+            }));
+        });
+    }
+    ServiceStatus statusOfExport(const std::string& target) const
+    {
+        return statusOf([&](QD_ZLK::IF_ZLK_c_ZLK_ptr root) {
+            CORBA::String_var(root->exportRecording("D1", "r1", target.c_str()));
+        });
+    }
+    ServiceStatus statusOfCancel(const QString& id) const
+    {
+        return statusOf([&](QD_ZLK::IF_ZLK_c_ZLK_ptr root) { root->cancelExport(toCorba(id), true); });
+    }
 
     std::unique_ptr<ServiceRecorder> m_recorder;
 };
@@ -211,6 +238,8 @@ void TestZlkServant::refusesAListThatNoAnswerHolds()
     QVERIFY(m_recorder);
     QCOMPARE(endingOf([this] { QD_ZLK::RecordInfoSeq_var(entry()->getAllRecords("D1")); }), QStringLiteral("failed"));
     QCOMPARE(endingOf([this] { QD_ZLK::RecordInfoSeq_var(entry()->getAllRecords("D2")); }), QStringLiteral("done"));
+    QCOMPARE(statusOf([](QD_ZLK::IF_ZLK_c_ZLK_ptr root) { QD_ZLK::RecordInfoSeq_var(root->getAllRecords("D1")); }),
+             ServiceStatus::AnswerTooLarge);
 }
 
 void TestZlkServant::namesItsWorkstation()
@@ -230,8 +259,8 @@ void TestZlkServant::givesItsInterfaces()
         CORBA::Boolean synchronised = false;
         return std::pair(admin->getDeviceTime("D1", time, synchronised), replay->StopReplay("D1", "r3"));
     });
-    QCOMPARE(answers.first, statusCode(ZelkoCommon::ServiceStatus::None));
-    QCOMPARE(answers.second, static_cast<CORBA::Long>(ZelkoCommon::ServiceStatus::NoSuchEntry));
+    QCOMPARE(answers.first, statusCode(ServiceStatus::None));
+    QCOMPARE(answers.second, static_cast<CORBA::Long>(ServiceStatus::NotReplaying));
     QVERIFY(onCallerThread(
         [this] { return CORBA::is_nil(QD_ZLK::IF_ZLK_c_Chan_var(entry()->getZelkoChannelInterface("../Admin"))); }));
 }
@@ -251,6 +280,8 @@ void TestZlkServant::refusesExportsWithoutAFolderForThem()
     QCOMPARE(endingOf([this] { CORBA::String_var(entry()->exportRecording("D1", "r1", "/tmp")); }),
              QStringLiteral("failed"));
     QCOMPARE(endingOf([this] { entry()->cancelExport("no export", true); }), QStringLiteral("failed"));
+    QCOMPARE(statusOfExport("/tmp"), ServiceStatus::TargetNotAllowed);
+    QCOMPARE(statusOfCancel("no export"), ServiceStatus::NoSuchExport);
 }
 
 void TestZlkServant::exportsAndCancels()
@@ -268,7 +299,8 @@ void TestZlkServant::exportsAndCancels()
         [&] { return fromCorba(CORBA::String_var(entry()->exportRecording("D1", "r1", path.c_str())).in()); });
     QVERIFY(!id.isEmpty());
     QTRY_COMPARE_WITH_TIMEOUT(finished, QStringList{id}, 30000);
-    QCOMPARE(endingOf([&] { entry()->cancelExport(toCorba(id), true); }), QStringLiteral("failed")); // it is over
+    QCOMPARE(statusOfCancel(id), ServiceStatus::NoSuchExport); // it is over
+    QCOMPARE(statusOfExport(path), ServiceStatus::TargetExists);
     QCOMPARE(endingOf([&] { CORBA::String_var(entry()->exportRecording("D1", "r9", path.c_str())); }),
              QStringLiteral("unknown record"));
 }
@@ -346,20 +378,20 @@ void TestZlkServant::tellsThoseThatWaitThatItEnds()
     };
     m_recorder->host.reset();
     m_recorder->host = std::make_unique<ServiceHost>(m_recorder->orb, served, rights, ServiceHost::Options());
-    const IF_ZLK_c_ZLK_var client = entry();
-    ZelkoCommon::setCallTimeout(client, std::chrono::seconds(60));
-    auto ending = std::async(std::launch::async, [&]() -> std::string {
-        try {
-            CORBA::String_var(client->mapDeviceIdToAddress("D1"));
-            return "done";
-        } catch (const CORBA::Exception& exception) {
-            return exception._name();
-        }
+    RecorderService client([this] { return address(); });
+    client.setLimit(std::chrono::seconds(60));
+    auto ending = std::async(std::launch::async, [&] {
+        return static_cast<ServiceStatus>(client.ask([](QD_ZLK::IF_ZLK_c_ZLK_ptr service) {
+            CORBA::String_var(service->mapDeviceIdToAddress("D1"));
+            return 0UL;
+        }));
     });
     auto inside = isInside.get_future();
     QTRY_VERIFY_WITH_TIMEOUT(inside.wait_for(std::chrono::seconds(0)) == std::future_status::ready, 30000);
     m_recorder->host.reset();
-    QCOMPARE(ending.get(), std::string("BAD_INV_ORDER"));
+    QCOMPARE(ending.get(), ServiceStatus::ShuttingDown);
+    const QString sentence = QStringLiteral("The recorder is shutting down. Try again when it is back.");
+    QVERIFY2(client.lastErrorText().startsWith(sentence), qPrintable(client.lastErrorText()));
 }
 
 QTEST_GUILESS_MAIN(TestZlkServant)

@@ -1,3 +1,4 @@
+#include <zelkobase/service/recorderends.h>
 #include <zelkobase/service/servicefailure_p.h>
 
 #include <zelkoidl/recorderservice.hh>
@@ -36,6 +37,16 @@ Action gen(QD_ZLK::GenCode code)
     return [=] { throw QD_ZLK::exGen(code, "its words"); };
 }
 
+Action failed(const char* text)
+{
+    return [=] { throw QD_ZLK::IF_ZLK_c_ZLK::exZLK(QD_ZLK::IF_ZLK_c_ZLK::ZLK_FAILED, text); };
+}
+
+Action adminFailed(const char* text)
+{
+    return [=] { throw QD_ZLK::IF_ZELKO_Admin::exAdmin(QD_ZLK::IF_ZELKO_Admin::ADMIN_FAILED, text); };
+}
+
 } // namespace
 
 class tst_ServiceFailure : public QObject
@@ -69,7 +80,12 @@ void tst_ServiceFailure::whatEveryEndMeans_data()
     QTest::newRow("not let in") << raise<NO_PERMISSION>(COMPLETED_NO) << Status::CallRefused;
     QTest::newRow("an unknown operation") << raise<BAD_OPERATION>(COMPLETED_NO) << Status::NotUnderstood;
     QTest::newRow("no room") << raise<NO_RESOURCES>(COMPLETED_NO) << Status::RecorderOverloaded;
-    QTest::newRow("an ORB that has ended") << raise<BAD_INV_ORDER>(COMPLETED_NO) << Status::NotStarted;
+    QTest::newRow("an ORB that has ended")
+        << raise<BAD_INV_ORDER>(COMPLETED_NO, omni::BAD_INV_ORDER_ORBHasShutdown) << Status::NotStarted;
+    QTest::newRow("a recorder that ends")
+        << raise<BAD_INV_ORDER>(COMPLETED_NO, recorderEndsMinor) << Status::ShuttingDown;
+    QTest::newRow("another exception of that number")
+        << raise<NO_PERMISSION>(COMPLETED_NO, recorderEndsMinor) << Status::CallRefused;
     QTest::newRow("an undeclared exception") << raise<UNKNOWN>(COMPLETED_MAYBE) << Status::RecorderFailed;
     QTest::newRow("anything else of the ORB") << raise<CORBA::INTERNAL>(COMPLETED_MAYBE) << Status::RecorderFailed;
     QTest::newRow("exGen without a reason") << gen(QD_ZLK::GEN_INTERNAL) << Status::InternalError;
@@ -77,6 +93,14 @@ void tst_ServiceFailure::whatEveryEndMeans_data()
     QTest::newRow("exGen for a right") << gen(QD_ZLK::GEN_NOT_PERMITTED) << Status::NotAllowed;
     QTest::newRow("exGen for room") << gen(QD_ZLK::GEN_NO_RESOURCES) << Status::LimitReached;
     QTest::newRow("exGen for a name") << gen(QD_ZLK::GEN_NAME_IN_USE) << Status::NameInUse;
+    QTest::newRow("exZLK without a reason") << failed("its words") << Status::InternalError;
+    QTest::newRow("exZLK with the number of a status") << failed("[6] its words") << Status::NoSuchExport;
+    QTest::newRow("exZLK with a number of ours") << failed("[1000] its words") << Status::InternalError;
+    QTest::newRow("exZLK with a code, whatever the text says")
+        << Action([] { throw QD_ZLK::IF_ZLK_c_ZLK::exZLK(QD_ZLK::IF_ZLK_c_ZLK::ZLK_UNKNOWN_RECORD, "[6] x"); })
+        << Status::NoSuchRecord;
+    QTest::newRow("exAdmin without a reason") << adminFailed("its words") << Status::InternalError;
+    QTest::newRow("exAdmin with the number of a status") << adminFailed("[25] its words") << Status::AnswerTooLarge;
     QTest::newRow("a user exception of another part")
         << Action([] { throw QD_ZLK::IF_ZLK_c_Chan::exChan(QD_ZLK::IF_ZLK_c_Chan::CHAN_BUSY, ""); })
         << Status::RecorderFailed;
@@ -94,6 +118,8 @@ void tst_ServiceFailure::whatEveryEndMeans()
 void tst_ServiceFailure::theWordsOfTheRecorderAreKept()
 {
     QCOMPARE(failureOf(gen(QD_ZLK::GEN_INTERNAL)).detail, "its words");
+    QCOMPARE(failureOf(failed("[6] its words")).detail, "its words");
+    QCOMPARE(failureOf(failed("[6, its words")).detail, "[6, its words");
     QVERIFY(failureOf(raise<CORBA::TRANSIENT>(CORBA::COMPLETED_NO)).detail.contains("TRANSIENT"));
 }
 

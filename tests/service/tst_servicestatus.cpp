@@ -16,10 +16,8 @@ bool isListed(ServiceStatus status)
     case ServiceStatus::NoSuchDevice:
     case ServiceStatus::NoSuchRecord:
     case ServiceStatus::NoSuchEntry:
-    case ServiceStatus::NoSuchChannel:
     case ServiceStatus::NoSuchExport:
     case ServiceStatus::NotAllowed:
-    case ServiceStatus::NotDeletable:
     case ServiceStatus::RecordBusy:
     case ServiceStatus::NotSupported:
     case ServiceStatus::BadArgument:
@@ -28,9 +26,14 @@ bool isListed(ServiceStatus status)
     case ServiceStatus::DiskFailed:
     case ServiceStatus::LimitReached:
     case ServiceStatus::NameInUse:
-    case ServiceStatus::DeviceNotAvailable:
     case ServiceStatus::ShuttingDown:
     case ServiceStatus::DamagedRecord:
+    case ServiceStatus::TargetNotAllowed:
+    case ServiceStatus::TargetExists:
+    case ServiceStatus::NotReplaying:
+    case ServiceStatus::SpeedNotOffered:
+    case ServiceStatus::NotOffered:
+    case ServiceStatus::AnswerTooLarge:
     case ServiceStatus::Timeout:
     case ServiceStatus::NotReachable:
     case ServiceStatus::RecorderGone:
@@ -94,7 +97,8 @@ void tst_ServiceStatus::successHasNoText()
 void tst_ServiceStatus::anUnknownNumberIsNamed_data()
 {
     QTest::addColumn<unsigned long>("code");
-    QTest::newRow("one behind the recorder's last") << 20UL;
+    QTest::newRow("one that was never given") << 8UL;
+    QTest::newRow("one behind the recorder's last") << 26UL;
     QTest::newRow("one before ours") << 999UL;
     QTest::newRow("one behind our last") << 1014UL;
     QTest::newRow("the largest") << 4294967295UL;
@@ -114,9 +118,10 @@ void tst_ServiceStatus::theNumbersOnTheWireStay()
     QCOMPARE(statusCode(ServiceStatus::InternalError), 1UL);
     QCOMPARE(statusCode(ServiceStatus::NoSuchRecord), 3UL);
     QCOMPARE(statusCode(ServiceStatus::NotAllowed), 7UL);
-    QCOMPARE(statusCode(ServiceStatus::NotDeletable), 8UL);
     QCOMPARE(statusCode(ServiceStatus::RecordBusy), 9UL);
     QCOMPARE(statusCode(ServiceStatus::DamagedRecord), 19UL);
+    QCOMPARE(statusCode(ServiceStatus::TargetNotAllowed), 20UL);
+    QCOMPARE(statusCode(ServiceStatus::AnswerTooLarge), 25UL);
     QCOMPARE(statusCode(ServiceStatus::Timeout), static_cast<unsigned long>(firstClientStatus));
 }
 

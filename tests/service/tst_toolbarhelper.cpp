@@ -20,7 +20,7 @@ void tst_ToolbarHelper::codesOfTheServiceGiveItsTexts_data()
 {
     QTest::addColumn<ServiceStatus>("status");
     QTest::addColumn<QString>("beginning");
-    QTest::newRow("of the recorder") << ServiceStatus::NotDeletable << "The record is protected from deletion.";
+    QTest::newRow("of the recorder") << ServiceStatus::DiskFull << "The device has no room left,";
     QTest::newRow("of this program") << ServiceStatus::Timeout << "The recorder did not answer in time.";
     QTest::newRow("of nobody") << ServiceStatus(4711) << "The recorder reports error 4711,";
 }

@@ -1,13 +1,17 @@
 #include <actiontest.h>
 
 #include <zelkobase/service/guitoserverexportcorbahandler.h>
+#include <zelkobase/service/recorderservice.h>
 #include <zelkobase/service/servicestatus.h>
 #include <zelkobase/service/toolbarhelper.h>
 
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <future>
+
 using namespace ZelkoTest;
+using ZelkoCommon::RecorderService;
 using ZelkoCommon::Role;
 using ZelkoCommon::ServiceStatus;
 using ZelkoCommon::statusCode;
@@ -46,6 +50,7 @@ private:
     void checkThatItWorks(const QString& id);
     void checkThatTheWindowLives();
     void killIt();
+    std::future<unsigned long> askElsewhere(std::chrono::milliseconds limit) const;
 };
 
 void TestRecorderActionFaults::init()
@@ -91,20 +96,41 @@ void TestRecorderActionFaults::killIt()
     QTRY_VERIFY_WITH_TIMEOUT(!m_site->data().isConnected(ActionSite::subSystem()), patience);
 }
 
+// A question on another thread, with a limit of its own that begins as this returns.
+std::future<unsigned long> TestRecorderActionFaults::askElsewhere(std::chrono::milliseconds limit) const
+{
+    const ZelkoCommon::ServiceAddress address{{}, QStringLiteral("127.0.0.1"), m_site->recorder().port()};
+    const auto begun = std::make_shared<std::promise<void>>();
+    auto answer = std::async(std::launch::async, [address, limit, begun] {
+        RecorderService service([&] { return address; });
+        service.setLimit(limit);
+        begun->set_value();
+        return service.ask([](QD_ZLK::IF_ZLK_c_ZLK_ptr entry) {
+            QD_ZLK::StringSeq_var(entry->getAllDevices());
+            return 0UL;
+        });
+    });
+    begun->get_future().wait();
+    return answer;
+}
+
 void TestRecorderActionFaults::aRecorderThatStandsStillCostsACallItsLimit()
 {
     QCOMPARE(m_site->admin().addHistory(ActionSite::device(), second, QStringLiteral("the service is known")), 0UL);
     QVERIFY(m_site->recorder().stop());
+    auto patient = askElsewhere(m_site->handler()->limit());
     m_site->handler()->setLimit(shortLimit);
     QElapsedTimer clock;
     clock.start();
     rename(*m_site, first, newName);
     QVERIFY(clock.elapsed() >= shortLimit.count());
+    QVERIFY(patient.wait_for(std::chrono::seconds(0)) == std::future_status::timeout); // so it was the shorter limit
     const QString timeout = textOf(statusCode(ServiceStatus::Timeout));
     QVERIFY(!timeout.isEmpty());
     QCOMPARE(m_site->takeMessages(), QStringList{timeout});
     checkThatTheWindowLives();
     m_site->recorder().send(SIGCONT);
+    QCOMPARE(patient.get(), 0UL);
     m_site->handler()->setLimit(std::chrono::seconds(60));
     QTRY_COMPARE_WITH_TIMEOUT(m_site->admin().addHistory(ActionSite::device(), second, newName), 0UL, patience);
     checkThatItWorks(second);

@@ -77,8 +77,8 @@ public:
 };
 
 /// The ORB of the process. There is one at a time, and a second one is refused: it would be the first one under another
-/// name, options and end included. It serves calls as soon as it exists, on threads of its own, until it
-/// is destroyed. All functions may be called on any thread.
+/// name, options and end included. It serves calls as soon as it exists, on threads of its own, until it is
+/// destroyed. All functions may be called on any thread.
 class ZELKOBASEORB_EXPORT Orb
 {
 public:

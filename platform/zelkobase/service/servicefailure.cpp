@@ -2,6 +2,8 @@
 
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/corbatext.h>
+#include <zelkobase/service/recorderends.h>
+#include <zelkobase/service/refusaltext.h>
 
 #include <zelkoidl/recorderservice.hh>
 
@@ -24,7 +26,7 @@ Status statusOf(QD_ZLK::IF_ZLK_c_ZLK::ZLKCode code)
         return Status::NoSuchRecord;
     case QD_ZLK::IF_ZLK_c_ZLK::ZLK_NOT_PERMITTED:
         return Status::NotAllowed;
-    default:
+    default: // the text says which
         return Status::InternalError;
     }
 }
@@ -45,12 +47,15 @@ Status statusOf(QD_ZLK::GenCode code)
     }
 }
 
-// What the recorder says on purpose: it got the call, and the way to it is good.
+// What the recorder says on purpose: it got the call, and the way to it is good. Where the code says no more than that
+// it failed the text may say why.
 ServiceFailure refusal(Status status, const char* text)
 {
+    const QString words = fromCorba(text);
+    const RefusalText refused = refusalOf(words);
     ServiceFailure failure;
-    failure.status = status;
-    failure.detail = presentable(fromCorba(text));
+    failure.status = status == Status::InternalError ? refused.status : status;
+    failure.detail = failure.status == refused.status ? refused.words : presentable(words);
     return failure;
 }
 
@@ -67,6 +72,11 @@ struct Meaning
     Status notExecuted;
     Status otherwise;
 };
+
+bool saysThatItEnds(const CORBA::SystemException& exception)
+{
+    return std::string_view(exception._name()) == "BAD_INV_ORDER" && exception.minor() == recorderEndsMinor;
+}
 
 Meaning meaningOf(std::string_view name)
 {
@@ -103,7 +113,9 @@ ServiceFailure failureOf(const CORBA::SystemException& exception)
     const Meaning meaning = meaningOf(exception._name());
     failure.isNotExecuted = exception.completed() == CORBA::COMPLETED_NO;
     failure.status = failure.isNotExecuted ? meaning.notExecuted : meaning.otherwise;
-    if (isTimeout(exception)) {
+    if (saysThatItEnds(exception)) {
+        failure.status = Status::ShuttingDown;
+    } else if (isTimeout(exception)) {
         failure.status = Status::Timeout;
         failure.isNotExecuted = false; // and a repetition would have no time left
     }

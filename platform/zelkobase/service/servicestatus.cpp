@@ -35,19 +35,16 @@ constexpr Entry texts[] = {
     {Status::NoSuchEntry, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
                                             "The record has no such entry any more. Somebody else may have removed it; "
                                             "synchronize the record.")},
-    {Status::NoSuchChannel,
-     QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus", "The channel does not exist any more. Register it again.")},
     {Status::NoSuchExport,
      QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
                        "The export does not exist any more. It has ended; look into its target.")},
     {Status::NotAllowed, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
                                            "The recorder does not allow this to the present user. Log in as a user who "
                                            "may do it.")},
-    {Status::NotDeletable, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
-                                             "The record is protected from deletion. Make it deletable first.")},
-    {Status::RecordBusy, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
-                                           "The record is being recorded, replayed or copied now. Stop that, or try "
-                                           "again when it has ended.")},
+    {Status::RecordBusy,
+     QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
+                       "The record is being recorded, replayed, copied, exported or deleted now. Stop "
+                       "that, or try again when it has ended.")},
     {Status::NotSupported, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
                                              "The device cannot do this with such a record. Choose another record or "
                                              "another device.")},
@@ -68,14 +65,30 @@ constexpr Entry texts[] = {
                                              "have ended.")},
     {Status::NameInUse,
      QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus", "The name is in use already. Choose another one.")},
-    {Status::DeviceNotAvailable, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
-                                                   "The device is not available now. Check that it is switched on and "
-                                                   "connected.")},
     {Status::ShuttingDown,
      QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus", "The recorder is shutting down. Try again when it is back.")},
     {Status::DamagedRecord, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
-                                              "The record is damaged, and this cannot be done with it. Copy what can "
-                                              "still be replayed, or delete it.")},
+                                              "The record is damaged, and this cannot be done with it. Reset it, and "
+                                              "try again; if it is refused even then, samples of it are lost.")},
+    {Status::TargetNotAllowed,
+     QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
+                       "The recorder does not export to there. Choose one of the folders that "
+                       "it has for exports, or one below them.")},
+    {Status::TargetExists, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
+                                             "There is something of that name already, and it was not replaced. Choose "
+                                             "another place, or move away what is there.")},
+    {Status::NotReplaying, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
+                                             "The record is not being replayed; it may have come to its end. Start the "
+                                             "replay again.")},
+    {Status::SpeedNotOffered,
+     QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus", "The recorder replays in real time only. Choose a speed of 100 "
+                                                     "percent.")},
+    {Status::NotOffered, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
+                                           "This recorder does not do that with any record. Use a recorder that does, "
+                                           "or do without it.")},
+    {Status::AnswerTooLarge, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
+                                               "That is more than the recorder can send in one answer. The list of "
+                                               "records has all of it; look there.")},
     {Status::Timeout,
      QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
                        "The recorder did not answer in time. Whether it was done will show in the list; "

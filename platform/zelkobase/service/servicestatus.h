@@ -8,7 +8,7 @@
 namespace ZelkoCommon {
 
 /// How a request to a recorder's service ended. The numbers are part of the contract between recorder and client: they
-/// travel as the results of the operations and are never given another meaning.
+/// travel as the results of the operations and are never given another meaning. 5, 8 and 17 have none.
 ///
 /// Numbers below 1000 come from the recorder. Those from 1000 on never travel: with them a client says why it has no
 /// answer.
@@ -18,22 +18,25 @@ enum class ServiceStatus : quint32 {
     InternalError = 1,
     NoSuchDevice = 2,
     NoSuchRecord = 3,
-    NoSuchEntry = 4,         ///< the record has no such history entry or bookmark
-    NoSuchChannel = 5,       ///< no channel has this ID, or no longer
-    NoSuchExport = 6,        ///< no export has this ID, or no longer
-    NotAllowed = 7,          ///< the user that this client acts for has not the right
-    NotDeletable = 8,        ///< the record is protected
-    RecordBusy = 9,          ///< it is being recorded, replayed, copied or exported
-    NotSupported = 10,       ///< the device cannot do this, or not with such a record
-    BadArgument = 11,        ///< an argument is malformed or out of its range
-    NoSamples = 12,          ///< the record holds nothing in the time that was asked for
-    DiskFull = 13,           ///< nothing was changed
-    DiskFailed = 14,         ///< nothing was changed
-    LimitReached = 15,       ///< of entries, channels, jobs
-    NameInUse = 16,          ///< a channel of this name is registered
-    DeviceNotAvailable = 17, ///< the device is known and not there now
-    ShuttingDown = 18,       ///< the recorder is about to end
-    DamagedRecord = 19,      ///< the record's files do not fit together
+    NoSuchEntry = 4,       ///< the record has no such history entry or bookmark
+    NoSuchExport = 6,      ///< no export has this ID, or no longer
+    NotAllowed = 7,        ///< the user that this client acts for has not the right
+    RecordBusy = 9,        ///< it is being recorded, replayed, copied, exported or deleted
+    NotSupported = 10,     ///< the device cannot do this, or not with such a record
+    BadArgument = 11,      ///< an argument is malformed or out of its range
+    NoSamples = 12,        ///< the record holds nothing in the time that was asked for
+    DiskFull = 13,         ///< nothing was changed
+    DiskFailed = 14,       ///< nothing was changed
+    LimitReached = 15,     ///< of entries, channels, jobs
+    NameInUse = 16,        ///< a channel of this name is registered
+    ShuttingDown = 18,     ///< the recorder is about to end
+    DamagedRecord = 19,    ///< the end of the record was not written, or samples are missing
+    TargetNotAllowed = 20, ///< an export to there is not allowed
+    TargetExists = 21,     ///< what was to be made is there already, and stays
+    NotReplaying = 22,     ///< the record is not being replayed
+    SpeedNotOffered = 23,  ///< the recorder replays at other speeds only
+    NotOffered = 24,       ///< the recorder does this with no record and no device
+    AnswerTooLarge = 25,   ///< more than one answer can hold
 
     Timeout = 1000,            ///< no answer in time; whether it was done is not known
     NotReachable = 1001,       ///< nobody answers at the recorder's address; nothing was done

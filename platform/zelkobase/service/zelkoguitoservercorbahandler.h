@@ -41,9 +41,8 @@ public:
     /// Whether the branch of the current sub system stands on the value tree. Does not block.
     bool IsConnected() const;
 
-    /// How long a question to the service may take, the way there included; at first what the configuration
-    /// says, and 5 s without one. A shorter limit leaves a
-    /// window livelier, but gives up sooner.
+    /// How long a question to the service may take, the way there included; at first what the configuration says, and
+    /// 5 s without one. A shorter limit leaves a window livelier, but gives up sooner.
     void setLimit(std::chrono::milliseconds limit);
     std::chrono::milliseconds limit() const;
 
