@@ -26,7 +26,7 @@ public:
     bool isShifted() const;
 
     /// From now on it is `time`; durable when it returns true. False, with the clock as it was, for a time before 1970
-    /// or behind `latest`, or if the disk refuses.
+    /// or behind `latest`, or if the disk refuses. The clock always goes by what its file says.
     bool set(qint64 time);
 
     /// The time of the machine.
