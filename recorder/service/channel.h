@@ -76,7 +76,6 @@ public:
     Verdict setFormat(ChannelWish::DataFormat format);
     Verdict setDataRate(ChannelWish::DataRate dataRate);
     Verdict setCanRecord(bool canRecord);
-    void setCanReplay(bool canReplay) { m_wish.canReplay = canReplay; }
     void setName(const QString& name) { m_wish.name = name; }
     /// In Hz; for data that do not name theirs. 0: not known.
     void setRequestedSampleRate(quint64 sampleRate) { m_sampleRate = sampleRate; }

@@ -137,12 +137,10 @@ void ChannelServant::setRecordFlag(CORBA::Boolean canRecord)
     askOrThrowChan([canRecord](Channel& channel) { return channel.setCanRecord(canRecord); });
 }
 
-void ChannelServant::setReplayFlag(CORBA::Boolean canReplay)
+// Nothing is asked of a channel for its being able to replay.
+void ChannelServant::setReplayFlag(CORBA::Boolean)
 {
-    askOrThrowChan([canReplay](Channel& channel) {
-        channel.setCanReplay(canReplay);
-        return Verdict::Done;
-    });
+    askOrThrowChan([](Channel&) { return Verdict::Done; });
 }
 
 void ChannelServant::setName(const char* name)

@@ -287,7 +287,6 @@ void TestChannelServant::changesItsSettings()
     QCOMPARE(settings->name, QStringLiteral("Antenne 3"));
     QCOMPARE(settings->dataRate, ChannelWish::DataRate::UpTo64MB);
     QCOMPARE(settings->format, ChannelWish::DataFormat::IQ8);
-    QVERIFY(settings->canReplay);
     QCOMPARE(endingOf([&] { channel->errorOccured(QD_ZLK::FAULT_DEVICE); }), QStringLiteral("done"));
     QCOMPARE(endingOf([&] { channel->channelError("no\nantenna"); }), QStringLiteral("done"));
     QCOMPARE(endingOf([&] { channel->DataTransferStarted(); }), QStringLiteral("done"));
