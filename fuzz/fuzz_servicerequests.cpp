@@ -13,6 +13,9 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 using namespace ZelkoRecorder;
 
 namespace {
@@ -25,6 +28,33 @@ ServiceHost::Options hostOptions()
     options.channels.farewell = std::chrono::milliseconds(5);
     return options;
 }
+
+/// A folder for exports, with a path that is the same in each run: so it can stand in what is kept of runs.
+class ExportTarget
+{
+public:
+    ExportTarget()
+    {
+        const int opened = ::open(QFile::encodeName(m_folder.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        require(opened >= 0 && ::dup3(opened, descriptor, O_CLOEXEC) == descriptor);
+        ::close(opened);
+    }
+
+    static QString path() { return QStringLiteral("/proc/self/fd/%1").arg(descriptor); }
+
+    /// Removes what was exported.
+    void clear() const
+    {
+        const QDir folder(m_folder.path());
+        for (const QString& name : folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)) {
+            QDir(folder.filePath(name)).removeRecursively();
+        }
+    }
+
+private:
+    static constexpr int descriptor = 500;
+    const QTemporaryDir m_folder;
+};
 
 /// A recorder with one record, and whoever calls it.
 class Site
@@ -40,7 +70,7 @@ public:
     }
 
     /// Makes the calls, and leaves the recorder without a channel. Now and then it gets a new service, with a fresh
-    /// record.
+    /// record, and what was exported goes.
     void play(ServiceScript script)
     {
         while (const auto call = script.next()) {
@@ -50,6 +80,7 @@ public:
             m_recorder.host.reset();
             m_recorder.serve();
             restoreRecords();
+            m_exports.clear();
         } else {
             removeChannels();
         }
@@ -128,7 +159,8 @@ private:
 
     int m_argc = 0;
     QCoreApplication m_application{m_argc, nullptr};
-    ZelkoTest::ServiceRecorder m_recorder{storeTheRecord, hostOptions()};
+    ExportTarget m_exports;
+    ZelkoTest::ServiceRecorder m_recorder{storeTheRecord, hostOptions(), {m_exports.path()}};
     ServiceManagers m_managers{m_recorder.orb};
     ServiceCaller m_caller{m_recorder.orb.port()};
     std::vector<std::string> m_channels; // of this play

@@ -17,6 +17,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QTimer>
 
 #include <cstdio>
 #include <optional>
@@ -53,7 +54,8 @@ bool addDevices(ServedRecorder& recorder, const RecorderOptions& options, QStrin
     return true;
 }
 
-void logSessions(const TreeLinkServer& server, RefusalLog& refusals)
+// `refusals` outlives the server.
+void logSessions(TreeLinkServer& server, RefusalLog& refusals)
 {
     QObject::connect(&server, &TreeLinkServer::sessionOpened, &server,
                      [](const QString& user) { qCInfo(recorderLog) << "client of user" << user << "connected"; });
@@ -62,6 +64,9 @@ void logSessions(const TreeLinkServer& server, RefusalLog& refusals)
     });
     QObject::connect(&server, &TreeLinkServer::writeRefused, &server,
                      [&refusals](const QString&, const QString& reason) { refusals.tell(reason); });
+    auto* const timer = new QTimer(&server);
+    QObject::connect(timer, &QTimer::timeout, &server, [&refusals] { refusals.tellRest(); });
+    timer->start(RefusalLog::Options().period);
 }
 
 ZelkoCommon::OrbOptions orbOptions(const RecorderOptions& options)

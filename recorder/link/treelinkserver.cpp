@@ -184,10 +184,8 @@ LinkWriteVerdict TreeLinkServer::Private::write(SessionId id, const std::string&
         verdict = execute(*found->second, writes);
     } else {
         verdict = {ZelkoTreeLink::REFUSED_DAMAGED, "the batch does not parse"};
-        closeSession(id, QStringLiteral("the client wrote what cannot be read"));
-    }
-    if (verdict.refusal) {
         tellRefusal(user, QString::fromStdString(verdict.why));
+        closeSession(id, QStringLiteral("the client wrote what cannot be read"));
     }
     return verdict;
 }
@@ -255,7 +253,7 @@ bool TreeLinkServer::Private::readCommands(LinkSession& session, const ZelkoComm
 }
 
 // What stands in one batch came together by chance, so each write is judged by itself. Where one is refused, the client
-// gets the value as it is.
+// gets the value as it is. Each value is told of once; the client hears of the last.
 LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const std::vector<PendingWrite>& writes)
 {
     LinkWriteVerdict verdict;
@@ -268,11 +266,12 @@ LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const st
             write.command->Execute();
             continue;
         }
-        toCorrect.insert(write.handle);
-        if (write.refused) {
-            verdict = {ZelkoTreeLink::REFUSED_BATCH, "user \"" + session.user().name.toStdString() +
-                                                         "\" may not write " +
-                                                         write.value->GetPathName().toStdString()};
+        const bool isFirst = toCorrect.insert(write.handle).second;
+        if (write.refused && isFirst) {
+            const QString why =
+                QStringLiteral("user \"%1\" may not write %2").arg(session.user().name, write.value->GetPathName());
+            tellRefusal(session.user().name, why);
+            verdict = {ZelkoTreeLink::REFUSED_BATCH, why.toStdString()};
         }
     }
     for (const std::uint32_t handle : toCorrect) {

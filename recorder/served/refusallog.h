@@ -24,11 +24,21 @@ public:
 
     explicit RefusalLog(const Options& options);
 
+    /// Tells what was counted until now.
+    ~RefusalLog();
+
+    RefusalLog(const RefusalLog&) = delete;
+    RefusalLog& operator=(const RefusalLog&) = delete;
+
     /// Writes a line, or counts it. What was counted is told before the first line of a later period.
     void tell(const QString& line);
 
+    /// Tells what was counted in a period that is over: to be called now and then, for nobody may be refused again.
+    void tellRest();
+
 private:
     void beginPeriod(Clock::time_point now);
+    void tellCount();
 
     const Options m_options;
     std::mutex m_mutex;

@@ -95,7 +95,7 @@ void StoreWorker::edit(const QString& recordID, const RecordEdit& edit, const An
         if (made.record) {
             m_known.insert(recordID);
             tellOf({made.record});
-        } else if (made.status == StoreStatus::DiskRefused) {
+        } else if (made.status == StoreStatus::DiskRefused || made.status == StoreStatus::Uncertain) {
             readSlices({recordID});
         }
         answer(made.status);

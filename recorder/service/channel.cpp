@@ -66,26 +66,35 @@ Channel::Verdict Channel::startRecording(int seconds, const QString& recordName)
     return Verdict::Done;
 }
 
-Channel::Verdict Channel::stopRecording(const QString& recordName)
+void Channel::stopRecording(const QString& recordName, const Answer& answer)
 {
     if (m_machine.isRemoved()) {
-        return Verdict::Removed;
+        answer(Verdict::Removed);
+    } else if (!m_machine.stop()) {
+        answer(Verdict::NotRecording);
+    } else {
+        m_newName = cleanText(recordName);
+        rename(answer);
     }
-    if (!m_machine.stop()) {
-        return Verdict::NotRecording;
-    }
-    m_newName = cleanText(recordName);
-    return m_newName.isEmpty() || !m_receiver || rename() ? Verdict::Done : Verdict::NotRecording;
 }
 
-// The record takes the name with its end at the latest. False if that is over.
-bool Channel::rename()
+// A record that is still to come is born with the name. One that never comes has nothing to be named.
+void Channel::rename(const Answer& answer)
 {
-    return m_receiver->edits()->post(commentEdit(m_newName), [id = m_id](StoreStatus status) {
-        if (status != StoreStatus::Done && status != StoreStatus::UnknownRecord) {
+    if (m_newName.isEmpty() || !m_receiver) {
+        answer(Verdict::Done);
+        return;
+    }
+    const auto renamed = [id = m_id, answer](StoreStatus status) {
+        const bool isDone = status == StoreStatus::Done || status == StoreStatus::UnknownRecord;
+        if (!isDone) {
             qCWarning(recorderLog).noquote() << "channel" << id << ": its record did not take the name of its end";
         }
-    });
+        answer(isDone ? Verdict::Done : Verdict::NotStored);
+    };
+    if (!m_receiver->edits()->post(commentEdit(m_newName), renamed)) {
+        answer(Verdict::NotRecording);
+    }
 }
 
 Channel::Verdict Channel::remove()

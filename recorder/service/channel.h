@@ -35,7 +35,18 @@ public:
     };
 
     /// Why something was not done.
-    enum class Verdict { Done, Removed, Busy, NotRecording, NoDevice, NotAble };
+    enum class Verdict {
+        Done,
+        Removed,
+        Busy,
+        NotRecording,
+        NoDevice,
+        NotAble,  ///< not what it was registered for
+        NotStored ///< the disk refuses
+    };
+
+    /// Takes a verdict, once, on whatever thread it is found.
+    using Answer = std::function<void(Verdict)>;
 
     /// `wish` was looked at. `devices` outlive the channel.
     Channel(const QString& id, const ChannelWish& wish, const Manager& manager, ChannelDevices& devices,
@@ -52,9 +63,10 @@ public:
     /// @{
     /// `seconds` of 0: until it is stopped. Done means that it was begun: whatever fails later the manager is told.
     Verdict startRecording(int seconds, const QString& recordName);
-    /// An empty name leaves the record the one that it has. NotRecording, too, for a name that comes when the record is
-    /// as good as closed; otherwise the record has it with its end at the latest.
-    Verdict stopRecording(const QString& recordName);
+    /// An empty name leaves the record the one that it has; with any other it is answered when the record has the name,
+    /// durably. NotRecording, too, for a name that comes when the record is as good as closed; NotStored for one that
+    /// the disk does not take. In both cases the recording ends all the same.
+    void stopRecording(const QString& recordName, const Answer& answer);
     Verdict remove();
     void removeForced();
     void fault(const QString& text); ///< ends a recording under way
@@ -64,7 +76,6 @@ public:
     Verdict setFormat(ChannelWish::DataFormat format);
     Verdict setDataRate(ChannelWish::DataRate dataRate);
     Verdict setCanRecord(bool canRecord);
-    void setCanReplay(bool canReplay) { m_wish.canReplay = canReplay; }
     void setName(const QString& name) { m_wish.name = name; }
     /// In Hz; for data that do not name theirs. 0: not known.
     void setRequestedSampleRate(quint64 sampleRate) { m_sampleRate = sampleRate; }
@@ -99,7 +110,7 @@ private:
     ChannelReceiver::Listener receiverListener();
     ZELKO_XML::ZELKO_RecordData birth() const;
     QString chooseDevice() const;
-    bool rename();
+    void rename(const Answer& answer);
     void endRecord(const QString& recordID);
     void tell(std::function<void(QD_ZLK::IF_ZLK_c_ChanMan_ptr, const char* id)> call);
 

@@ -44,8 +44,8 @@ public:
 
     quint16 port() const { return m_port; }
 
-    /// Takes edits of the record until it is closed. They are durable at the end of the record at the latest, and wait
-    /// for its birth.
+    /// Takes edits of the record until it is closed. One that comes before the record is there is answered at
+    /// once: the record is born with it.
     const std::shared_ptr<EditQueue>& edits() const { return m_edits; }
 
     /// Takes what has come until now and closes the record; `closed` follows. Any thread, any number of times.

@@ -34,6 +34,8 @@ void throwChanUnlessDone(Verdict verdict)
         throwChan(Contract::CHAN_NOT_RECORDING, "the channel is not recording");
     case Verdict::NoDevice:
         throwChan(Contract::CHAN_NO_DEVICE, "none of its devices is there");
+    case Verdict::NotStored:
+        throwChan(Contract::CHAN_FAILED, "the recording ends, but the disk did not take its comment");
     case Verdict::NotAble:
         break;
     }
@@ -94,6 +96,7 @@ void ChannelServant::removeChannelForced()
 
 void ChannelServant::setCallBackInterface(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager)
 {
+    requireOrThrowGen();
     if (CORBA::is_nil(manager)) {
         throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, "there is no manager to call back");
     }
@@ -113,6 +116,7 @@ void ChannelServant::setDataRateClass(QD_ZLK::DataRateClass dataRate)
 // How many bits a sample has follows from the format.
 void ChannelServant::setRequestedSampleRate(CORBA::LongLong sampleRate, CORBA::UShort)
 {
+    requireOrThrowGen();
     if (sampleRate < 0) {
         throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, "a sample rate is 0 or more");
     }
@@ -133,12 +137,10 @@ void ChannelServant::setRecordFlag(CORBA::Boolean canRecord)
     askOrThrowChan([canRecord](Channel& channel) { return channel.setCanRecord(canRecord); });
 }
 
-void ChannelServant::setReplayFlag(CORBA::Boolean canReplay)
+// Nothing is asked of a channel for its being able to replay.
+void ChannelServant::setReplayFlag(CORBA::Boolean)
 {
-    askOrThrowChan([canReplay](Channel& channel) {
-        channel.setCanReplay(canReplay);
-        return Verdict::Done;
-    });
+    askOrThrowChan([](Channel&) { return Verdict::Done; });
 }
 
 void ChannelServant::setName(const char* name)
@@ -173,7 +175,16 @@ void ChannelServant::DataTransferStarted()
 
 void ChannelServant::stopRecording(const CORBA::WChar* recordComment)
 {
-    askOrThrowChan([comment = fromCorba(recordComment)](Channel& channel) { return channel.stopRecording(comment); });
+    m_rights.require(Action::UseChannels);
+    throwChanUnlessDone(
+        askRecorderFor<Verdict>(*m_errands, [&channels = m_channels, id = m_id,
+                                             comment = fromCorba(recordComment)](const Reply<Verdict>& reply) {
+            if (Channel* const channel = channels.find(id)) {
+                channel->stopRecording(comment, reply);
+            } else {
+                reply(Verdict::Removed);
+            }
+        }));
 }
 
 void ChannelServant::DataTransferStopped()
@@ -195,6 +206,7 @@ void ChannelServant::channelError(const char* text)
 
 void ChannelServant::setZelkoDevices(const QD_ZLK::StringSeqSeq& devices)
 {
+    m_rights.require(Action::UseChannels);
     askOrThrowChan([list = flatten(devices)](Channel& channel) { return channel.setDevices(list); });
 }
 
@@ -228,11 +240,16 @@ void ChannelServant::askOrThrowChan(Wish wish) const
     throwChanUnlessDone(ask(std::move(wish)));
 }
 
-void ChannelServant::askOrThrowGen(Wish wish) const
+void ChannelServant::requireOrThrowGen() const
 {
     if (!m_rights.allow(Action::UseChannels)) {
         throw QD_ZLK::exGen(QD_ZLK::GEN_NOT_PERMITTED, "this user may not use channels");
     }
+}
+
+void ChannelServant::askOrThrowGen(Wish wish) const
+{
+    requireOrThrowGen();
     const Verdict verdict = ask(std::move(wish));
     throwIfRemoved(verdict);
     if (verdict != Verdict::Done) {

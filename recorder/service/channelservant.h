@@ -46,6 +46,7 @@ private:
     Channel::Verdict ask(Wish wish) const;
     void tell(std::function<void(Channel&)> news) const;
     void askOrThrowChan(Wish wish) const;
+    void requireOrThrowGen() const;
     void askOrThrowGen(Wish wish) const;
 
     const QString m_id;

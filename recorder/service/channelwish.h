@@ -19,10 +19,7 @@ struct ChannelWish
     DataRate dataRate = DataRate::NotSet;
     DataFormat format = DataFormat::Unknown;
     bool canRecord = false;
-    bool canReplay = false;
-    int receiverKind = 0; ///< kind of endpoint of the receiver behind it; 0: none was named
-    QString receiver;     ///< empty: none was named
-    std::string peer;     ///< address that it called from; empty: this process
+    std::string peer; ///< address that it called from; empty: this process
 };
 
 } // namespace ZelkoRecorder

@@ -9,11 +9,6 @@ Errands::Errands(std::function<void()> wakeUp, std::chrono::milliseconds patienc
     , m_patience(patience)
 {}
 
-void Errands::tell(std::function<void()> work)
-{
-    m_gate.post(std::move(work));
-}
-
 void Errands::run()
 {
     m_gate.run();

@@ -61,9 +61,6 @@ public:
     template <typename Answer>
     Answer askFor(std::function<void(const Reply<Answer>&)> question);
 
-    /// Has `work` done when the recorder comes to it, and waits for nothing.
-    void tell(std::function<void()> work);
-
     /// Does what is waiting. The recorder's thread.
     void run();
 

@@ -178,10 +178,16 @@ bool FrameRecording::stepIfDue()
     return true;
 }
 
+// Before its birth there is nothing on disk that could be without the edit. After a birth that the disk refused the
+// edits wait for the end.
 void FrameRecording::makeEdits(EditQueue& edits)
 {
     if (m_writer) {
         m_writer->makeEdits(edits.take(), [this] { tell(); });
+    } else if (m_birth.GetRecordID().isEmpty()) {
+        for (const EditQueue::Entry& entry : edits.take()) {
+            entry.answer(applyEdit(m_birth, entry.edit));
+        }
     }
 }
 

@@ -41,7 +41,7 @@ public:
     /// in `error`, if the disk refuses.
     bool take(const ChannelFrame& frame, std::string_view samples, QString* error);
 
-    /// Makes the edits that wait, durably; as long as there is no record they go on waiting.
+    /// Makes the edits that wait, durably; as long as there is no record it is to be born with them.
     void makeEdits(EditQueue& edits);
 
     /// Makes the edits that wait, closes the record, durably, and ends the edits. False if the disk does not take its

@@ -29,6 +29,8 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
           recorder.channelDevices, options.channels, [this](const QString& id) { publishChannel(id); },
           [this](const QString& id) { withdraw(channelKey(id.toStdString())); })
 {
+    QObject::connect(&m_tellRefusals, &QTimer::timeout, &m_tellRefusals, [this] { m_rights.tellRest(); });
+    m_tellRefusals.start(options.refusalsTold);
     const DeviceCalls calls(m_gate, m_rights, recorder.services);
     publish(adminKey, new AdminServant(calls, m_overviews, options.copies, options.largestAnswer));
     publish(replayKey, new ReplayServant(calls));

@@ -11,6 +11,8 @@
 
 #include <zelkobase/connection/wakeup.h>
 
+#include <QTimer>
+
 #include <memory>
 
 class Tree;
@@ -51,6 +53,9 @@ public:
         /// Copies of records under way, each of which has a thread of the ORB for as long as the disk takes. Nobody
         /// waits: who comes when there is no place is told so.
         Turnstile::Options copies{.atOnce = 4, .atOncePerHost = 2, .waitingPerHost = 0};
+
+        /// How often the log is asked to tell of refusals that it has only counted.
+        std::chrono::milliseconds refusalsTold{10'000};
 
         ChannelRegistry::Options channels;
         OverviewDesk::Options overviews;
@@ -93,6 +98,7 @@ private:
     const std::shared_ptr<OverviewDesk> m_overviews;
     const std::function<void()> m_endServices;
     ChannelRegistry m_channels;
+    QTimer m_tellRefusals;
 };
 
 /// What there is to be served of a recorder that has all its devices.

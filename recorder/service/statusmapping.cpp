@@ -35,6 +35,7 @@ ServiceStatus serviceStatus(StoreStatus status)
     case StoreStatus::Ending:
         return ServiceStatus::ShuttingDown;
     case StoreStatus::Cancelled:
+    case StoreStatus::Uncertain: // the contract's words for a disk that failed promise that nothing was changed
         break;
     }
     return ServiceStatus::InternalError;

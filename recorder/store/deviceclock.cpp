@@ -44,6 +44,7 @@ bool DeviceClock::set(qint64 time)
     const std::lock_guard lock(m_mutex);
     const qint64 shift = time - m_machine();
     if (!REPORTGENERATOR::writeDurably(m_path, QByteArray::number(shift) + '\n')) {
+        m_shift = readShift(); // the disk may refuse to take the new one back
         return false;
     }
     m_shift = shift;

@@ -29,7 +29,7 @@ public:
     bool isShifted() const;
 
     /// From now on it is `time`; durable when it returns true. False, with the clock as it was, for a time that is
-    /// not settable, or if the disk refuses.
+    /// not settable, or if the disk refuses. The clock always goes by what its file says.
     bool set(qint64 time);
 
     /// The time of the machine.

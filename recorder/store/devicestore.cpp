@@ -96,7 +96,7 @@ QString DeviceStore::tombstone(const QString& recordID) const
 
 bool DeviceStore::open(QString* error) const
 {
-    if (QDir().mkpath(m_folder) && REPORTGENERATOR::syncFolder(m_folder)) {
+    if (REPORTGENERATOR::makeFolderDurably(m_folder) && m_sync(m_folder)) {
         return true;
     }
     *error = QStringLiteral("the folder %1 cannot be used").arg(m_folder);
@@ -198,8 +198,14 @@ QStringList DeviceStore::restore(const QStringList& recordIDs) const
 bool DeviceStore::publish(const QString& recordID) const
 {
     const QString place = recordFolder(recordID);
-    return !QFileInfo::exists(place) && QDir().rename(birthFolder(recordID), place) &&
-           REPORTGENERATOR::syncFolder(m_folder);
+    if (QFileInfo::exists(place) || !QDir().rename(birthFolder(recordID), place)) {
+        return false;
+    }
+    const bool isDurable = m_sync(m_folder);
+    if (!isDurable && !QDir().rename(place, birthFolder(recordID))) {
+        qCWarning(recorderLog).noquote() << "whether" << place << "outlives the machine is not known: the disk refuses";
+    }
+    return isDurable;
 }
 
 bool DeviceStore::mayDelete(const ZELKO_RecordData& record)

@@ -19,13 +19,14 @@ public:
     /// Makes the names in a folder durable; false if the disk refuses.
     using Sync = bool (*)(const QString& folder);
 
-    /// `sync` takes care of deletions.
+    /// `sync` takes care of records that come and go as a whole.
     explicit DeviceStore(const QString& folder, Sync sync = syncFolder);
 
     const QString& folder() const { return m_folder; }
     QString recordFolder(const QString& recordID) const;
 
-    /// Makes the folder if it is missing. False, and a text for people in `error`, if it cannot be used.
+    /// Makes the folder if it is missing, and those above it, durably. False, and a text for people in `error`, if it
+    /// cannot be used.
     bool open(QString* error) const;
 
     /// Removes what births and deletions left that were interrupted: nothing of it was ever a record for anybody.
@@ -60,7 +61,8 @@ public:
     QString birthFolder(const QString& recordID) const;
 
     /// Lets a record that is whole and durable in its birth folder appear in the store; durable when it returns true.
-    /// False if the disk refuses, or there is such a record.
+    /// False if the disk refuses, or there is such a record; then the birth folder is as it was. Only if the
+    /// record is there all the same it could not be taken back, and whether it is durable is not known.
     bool publish(const QString& recordID) const;
 
 private:

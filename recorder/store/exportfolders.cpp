@@ -1,5 +1,7 @@
 #include <recorder/store/exportfolders.h>
 
+#include <recorder/store/recorderlog.h>
+
 #include <reportcore/durablefile.h>
 
 #include <QDir>
@@ -92,17 +94,28 @@ OpenFolder OpenFolder::open(const QString& name) const
 OpenFolder OpenFolder::make(const QString& name) const
 {
     constexpr mode_t everybodyAsMasked = 0777;
-    if (::mkdirat(m_descriptor, QFile::encodeName(name).constData(), everybodyAsMasked) == 0) {
-        REPORTGENERATOR::syncFolder(path());
+    const QByteArray encoded = QFile::encodeName(name);
+    const bool isNew = ::mkdirat(m_descriptor, encoded.constData(), everybodyAsMasked) == 0;
+    if (isNew && !REPORTGENERATOR::syncFolder(path())) {
+        ::unlinkat(m_descriptor, encoded.constData(), AT_REMOVEDIR);
+        errno = EIO;
+        return OpenFolder();
     }
     return open(name);
 }
 
 bool OpenFolder::rename(const QString& from, const QString& to) const
 {
-    return ::renameat(m_descriptor, QFile::encodeName(from).constData(), m_descriptor,
-                      QFile::encodeName(to).constData()) == 0 &&
-           REPORTGENERATOR::syncFolder(path());
+    const QByteArray before = QFile::encodeName(from);
+    const QByteArray after = QFile::encodeName(to);
+    if (::renameat(m_descriptor, before.constData(), m_descriptor, after.constData()) != 0) {
+        return false;
+    }
+    const bool isDurable = REPORTGENERATOR::syncFolder(path());
+    if (!isDurable && ::renameat(m_descriptor, after.constData(), m_descriptor, before.constData()) != 0) {
+        qCWarning(recorderLog).noquote() << "whether" << to << "outlives the machine is not known: the disk refuses";
+    }
+    return isDurable;
 }
 
 void OpenFolder::remove(const QString& name) const

@@ -29,10 +29,11 @@ public:
     /// Not open if there is no such folder.
     OpenFolder open(const QString& name) const;
 
-    /// As `open`, but a folder that is missing is made.
+    /// As `open`, but a folder that is missing is made, durably; not open if that fails.
     OpenFolder make(const QString& name) const;
 
-    /// Durable when it returns true. A folder takes the place of nothing but an empty folder.
+    /// Durable when it returns true; otherwise all is as before, or, where it could not be taken back, `to` is there
+    /// and may be lost when the machine goes down. A folder takes the place of nothing but an empty folder.
     bool rename(const QString& from, const QString& to) const;
 
     /// With all that is in it.

@@ -1,5 +1,6 @@
 #include <recorder/store/recordchanges.h>
 
+#include <recorder/store/recorderlog.h>
 #include <recorder/store/recordrepair.h>
 
 namespace ZelkoRecorder {
@@ -26,9 +27,22 @@ RecordChange RecordChanges::make(const QString& recordID, const RecordEdit& edit
         return {status, nullptr};
     }
     if (*record != before && !m_store.save(*record)) {
-        return {StoreStatus::DiskRefused, nullptr};
+        return {afterRefusal(*record), nullptr};
     }
     return {StoreStatus::Done, record};
+}
+
+// A disk that fails may have taken the change and then refused to give it back.
+StoreStatus RecordChanges::afterRefusal(const ZELKO_RecordData& wanted) const
+{
+    QString error;
+    const RecordPointer stored = m_store.read(wanted.GetRecordID(), &error);
+    if (!stored || *stored != wanted) {
+        return StoreStatus::DiskRefused;
+    }
+    qCWarning(recorderLog).noquote() << "whether the change of" << wanted.GetRecordID()
+                                     << "outlives the machine is not known: the disk refuses";
+    return StoreStatus::Uncertain;
 }
 
 } // namespace ZelkoRecorder

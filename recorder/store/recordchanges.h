@@ -13,7 +13,7 @@ struct RecordChange
 };
 
 /// Changes what is stored about one record at rest, at the wish of clients. With `Done` the change is durable; with
-/// anything else the record is as it was.
+/// `Uncertain` it is made, but may be lost when the machine goes down; with anything else the record is as it was.
 ///
 /// It reads the record, changes it and saves it: whoever calls it sees to it that nobody else writes the same record
 /// meanwhile.
@@ -30,6 +30,8 @@ public:
     RecordChange make(const QString& recordID, const RecordEdit& edit) const;
 
 private:
+    StoreStatus afterRefusal(const ZELKO_XML::ZELKO_RecordData& wanted) const;
+
     const DeviceStore m_store;
 };
 

@@ -7,6 +7,7 @@
 #include <recorder/store/storedfiles.h>
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -142,7 +143,8 @@ StoreStatus RecordCopy::run(const ByteTransfer::Watcher& watcher)
 {
     m_status = write(watcher);
     if (m_status == StoreStatus::Done && !m_store.publish(m_target.GetRecordID())) {
-        m_status = StoreStatus::DiskRefused;
+        const bool isThere = QFileInfo::exists(m_store.recordFolder(m_target.GetRecordID()));
+        m_status = isThere ? StoreStatus::Uncertain : StoreStatus::DiskRefused;
     }
     if (m_status != StoreStatus::Done) {
         QDir(m_store.birthFolder(m_target.GetRecordID())).removeRecursively();

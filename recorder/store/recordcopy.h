@@ -50,8 +50,9 @@ public:
     /// Bytes of samples to be copied.
     quint64 size() const { return m_target.GetSize(); }
 
-    /// Makes the new record. With `Done` it is durable and stands in the store under its ID; otherwise nothing of it is
-    /// left. The source must not be deleted meanwhile. Blocks for as long as it takes; `watcher` may give it up.
+    /// Makes the new record. With `Done` it is durable and stands in the store under its ID; with `Uncertain` it stands
+    /// there and may not be durable; otherwise nothing of it is left. The source must not be deleted meanwhile. Blocks
+    /// for as long as it takes; `watcher` may give it up.
     StoreStatus run(const ByteTransfer::Watcher& watcher = {});
 
     /// The new record once `run` has given `Done`.

@@ -91,7 +91,10 @@ StoreStatus RecordExport::publish() const
     if (m_target.has(name)) {
         return StoreStatus::Exists;
     }
-    return m_target.rename(builtIn(), name) ? StoreStatus::Done : StoreStatus::DiskRefused;
+    if (m_target.rename(builtIn(), name)) {
+        return StoreStatus::Done;
+    }
+    return m_target.has(name) ? StoreStatus::Uncertain : StoreStatus::DiskRefused;
 }
 
 void RecordExport::keepPartial() const

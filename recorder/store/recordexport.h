@@ -31,8 +31,8 @@ public:
     quint64 size() const;
 
     /// Makes what is missing of the target, and writes the files. `watcher` may give it up, after which `partial` is
-    /// asked what to do with them. `Exists` if somebody else has made the folder meanwhile. The record must not be
-    /// deleted meanwhile. Blocks.
+    /// asked what to do with them. With `Uncertain` the folder appeared and may not be durable. `Exists` if somebody
+    /// else has made the folder meanwhile. The record must not be deleted meanwhile. Blocks.
     StoreStatus run(const ByteTransfer::Watcher& watcher = {}, const std::function<Partial()>& partial = {});
 
 private:

@@ -1,5 +1,7 @@
 #include <recorder/store/storelock.h>
 
+#include <reportcore/durablefile.h>
+
 #include <QDir>
 #include <QFile>
 
@@ -20,7 +22,7 @@ StoreLock::~StoreLock()
 
 bool StoreLock::acquire(const QString& folder, QString* error)
 {
-    QDir().mkpath(folder);
+    REPORTGENERATOR::makeFolderDurably(folder);
     const QString path = QDir(folder).filePath(QStringLiteral(".lock"));
     m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
     if (m_descriptor < 0) {

@@ -13,8 +13,8 @@ public:
     StoreLock(const StoreLock&) = delete;
     StoreLock& operator=(const StoreLock&) = delete;
 
-    /// Makes the folder if it is missing and locks it. False, and a text for people in `error`, if that cannot be done
-    /// or another process holds it.
+    /// Makes the folder, durably, if it is missing and locks it. False, and a text for people in `error`, if that
+    /// cannot be done or another process holds it.
     bool acquire(const QString& folder, QString* error);
 
 private:

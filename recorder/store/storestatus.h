@@ -17,6 +17,7 @@ enum class StoreStatus {
     Exists,    ///< there is something of that name already, which stays
     NoSpace,   ///< the disk has not enough room
     DiskRefused, ///< the disk failed in another way; what was there before is there
+    Uncertain,   ///< the disk failed twice: what was asked for is there, and may be gone when the machine goes down
     Cancelled,   ///< given up at somebody's wish
     Ending       ///< the recorder is about to end
 };

@@ -2,8 +2,7 @@
 #include <zelkobase/orb/orb.h>
 
 #include "adminservant.h"
-
-#include <omniORB4/Naming.hh>
+#include "namingservice.h"
 
 #include <QtTest>
 
@@ -13,36 +12,6 @@ namespace {
 
 const QString record = QStringLiteral("Größe \U0001F4E1");
 
-// A naming service that knows one object under every name but "nobody".
-class Names final : public POA_CosNaming::NamingContext, public PortableServer::RefCountServantBase
-{
-public:
-    explicit Names(CORBA::Object_ptr object)
-        : m_object(CORBA::Object::_duplicate(object))
-    {}
-
-    CORBA::Object_ptr resolve(const CosNaming::Name& name) override
-    {
-        if (std::string_view(name[0].id) == "nobody") {
-            throw CosNaming::NamingContext::NotFound(CosNaming::NamingContext::missing_node, name);
-        }
-        return CORBA::Object::_duplicate(m_object);
-    }
-
-    void bind(const CosNaming::Name&, CORBA::Object_ptr) override {}
-    void rebind(const CosNaming::Name&, CORBA::Object_ptr) override {}
-    void bind_context(const CosNaming::Name&, CosNaming::NamingContext_ptr) override {}
-    void rebind_context(const CosNaming::Name&, CosNaming::NamingContext_ptr) override {}
-    void unbind(const CosNaming::Name&) override {}
-    CosNaming::NamingContext_ptr new_context() override { return CosNaming::NamingContext::_nil(); }
-    CosNaming::NamingContext_ptr bind_new_context(const CosNaming::Name&) override { return new_context(); }
-    void destroy() override {}
-    void list(CORBA::ULong, CosNaming::BindingList_out, CosNaming::BindingIterator_out) override {}
-
-private:
-    const CORBA::Object_var m_object;
-};
-
 // An ORB with an administration interface and a naming service that knows it.
 struct Peer
 {
@@ -50,7 +19,8 @@ struct Peer
     {
         orb.publish("Admin", admin);
         plain = orb.orb()->string_to_object(toCorba(corbaloc("127.1:%1")));
-        auto* const names = new Names(plain);
+        auto* const names = new ZelkoTest::NamingService;
+        names->name("recorder", plain);
         namesGuard = names;
         orb.publish("Names", names);
     }

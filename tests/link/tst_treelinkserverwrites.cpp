@@ -30,6 +30,7 @@ private Q_SLOTS:
     void refusesAndCorrectsWhatMayNotBeWritten();
     void manyRefusedWritesToALargeMapMakeOneState();
     void refusesWritesOfAUserWithoutRights();
+    void tellsOfEachValueThatWasRefusedInABatch();
     void doesTheRestOfABatchOfWhichAPartIsRefused();
     void doesNothingOfADamagedBatch_data();
     void doesNothingOfADamagedBatch();
@@ -120,6 +121,17 @@ void TestTreeLinkServerWrites::refusesWritesOfAUserWithoutRights()
     QCOMPARE(f.write(session, FrameStream().commands(2, setInt(5)).bytes()), "4: user \"\" may not write /A/Number");
     QCOMPARE(f.number->GetValue(), 0);
     QCOMPARE(refused, (QList<QVariantList>{{"", "user \"\" may not write /A/Number"}}));
+}
+
+void TestTreeLinkServerWrites::tellsOfEachValueThatWasRefusedInABatch()
+{
+    LinkServerFixture f;
+    QSignalSpy refused(&f.server, &TreeLinkServer::writeRefused);
+    const auto session = f.attach("");
+    const auto batch = FrameStream().commands(2, setInt(5)).commands(3, setInt(6)).commands(2, setInt(7)).bytes();
+    QVERIFY(f.write(session, batch).startsWith("4: "));
+    QCOMPARE(refused, (QList<QVariantList>{{"", "user \"\" may not write /A/Number"},
+                                           {"", "user \"\" may not write /A/Locked"}}));
 }
 
 void TestTreeLinkServerWrites::doesTheRestOfABatchOfWhichAPartIsRefused()

@@ -1,5 +1,6 @@
 #include <recorder/service/channel.h>
 
+#include <filesizelimit.h>
 #include <frames.h>
 #include <onedevice.h>
 #include <publishedmanager.h>
@@ -8,6 +9,7 @@
 #include <QTest>
 
 #include <future>
+#include <utility>
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
@@ -23,6 +25,8 @@ private Q_SLOTS:
     void startsNothingForAManagerThatIsLostMeanwhile();
     void letsOthersChangeItsRecord();
     void namesItsRecordWhateverEndsIt();
+    void answersWhenTheNameOfTheEndIsStored();
+    void saysThatTheNameOfTheEndIsNotStored();
 
 private:
     ChannelManager& manager() const { return m_manager->manager(); }
@@ -111,9 +115,33 @@ void TestChannel::namesItsRecordWhateverEndsIt()
     QTRY_COMPARE_WITH_TIMEOUT(m_channel->state(), ChannelMachine::State::Recording, 30'000);
     send(0);
     QTRY_VERIFY_WITH_TIMEOUT(m_devices->edits, 30'000);
-    QCOMPARE(m_channel->stopRecording("Ende"), Channel::Verdict::Done);
+    std::promise<Channel::Verdict> verdict;
+    m_channel->stopRecording("Ende", [&](Channel::Verdict given) { verdict.set_value(given); });
     m_channel.reset();
     QCOMPARE(storedName(), "Ende");
+}
+
+void TestChannel::answersWhenTheNameOfTheEndIsStored()
+{
+    m_devices->waiting.front()();
+    QTRY_COMPARE_WITH_TIMEOUT(m_channel->state(), ChannelMachine::State::Recording, 30'000);
+    send(0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_devices->edits, 30'000);
+    std::promise<std::pair<Channel::Verdict, QString>> answer; // with what is stored at that moment
+    m_channel->stopRecording("Ende", [&](Channel::Verdict given) { answer.set_value({given, storedName()}); });
+    QCOMPARE(answer.get_future().get(), std::pair(Channel::Verdict::Done, QString("Ende")));
+}
+
+void TestChannel::saysThatTheNameOfTheEndIsNotStored()
+{
+    m_devices->waiting.front()();
+    QTRY_COMPARE_WITH_TIMEOUT(m_channel->state(), ChannelMachine::State::Recording, 30'000);
+    send(0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_devices->edits, 30'000);
+    const FileSizeLimit full(1);
+    std::promise<Channel::Verdict> answer;
+    m_channel->stopRecording("Ende", [&](Channel::Verdict given) { answer.set_value(given); });
+    QCOMPARE(answer.get_future().get(), Channel::Verdict::NotStored);
 }
 
 QTEST_GUILESS_MAIN(TestChannel)

@@ -1,4 +1,5 @@
 #include <channeltest.h>
+#include <processlog.h>
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
@@ -9,6 +10,66 @@ using ZelkoCommon::fromCorba;
 using ZelkoCommon::Role;
 using ZelkoCommon::toCorba;
 using ZelkoCommon::toWideCorba;
+
+namespace {
+
+using Operation = std::function<void(IF_ZLK_c_Chan_var&)>;
+
+// An operation of a channel, with the word that a refusal for want of rights ends with, and what it ends with where the
+// rights are there and the channel is at rest.
+struct ChannelOperation
+{
+    const char* name;
+    Operation call;
+    const char* refusal;
+    const char* ending;
+};
+
+QD_ZLK::StringSeqSeq listOfDevices(CORBA::ULong count)
+{
+    QD_ZLK::StringSeqSeq devices;
+    devices.length(1);
+    devices[0].length(count);
+    for (CORBA::ULong i = 0; i < count; ++i) {
+        devices[0][i] = "D1";
+    }
+    return devices;
+}
+
+// All of them, those that look at their arguments with bad ones too.
+const ChannelOperation operations[] = {
+    {"errorOccured", [](auto& c) { c->errorOccured(QD_ZLK::FAULT_DEVICE); }, "NO_PERMISSION", "done"},
+    {"removeChannel", [](auto& c) { c->removeChannel(); }, "NO_PERMISSION", "done"},
+    {"removeChannelForced", [](auto& c) { c->removeChannelForced(); }, "NO_PERMISSION", "done"},
+    {"setCallBackInterface without a manager", [](auto& c) { c->setCallBackInterface(IF_ZLK_c_ChanMan::_nil()); },
+     "not permitted", "bad parameter"},
+    {"setDataRateClass", [](auto& c) { c->setDataRateClass(QD_ZLK::RATE_1_MB); }, "not permitted", "done"},
+    {"setRequestedSampleRate", [](auto& c) { c->setRequestedSampleRate(48'000, 16); }, "not permitted", "done"},
+    {"setRequestedSampleRate below 0", [](auto& c) { c->setRequestedSampleRate(-1, 16); }, "not permitted",
+     "bad parameter"},
+    {"setDataFormat", [](auto& c) { c->setDataFormat(QD_ZLK::FORMAT_IQ8); }, "not permitted", "done"},
+    {"setRecordFlag", [](auto& c) { c->setRecordFlag(true); }, "NO_PERMISSION", "done"},
+    {"setReplayFlag", [](auto& c) { c->setReplayFlag(false); }, "NO_PERMISSION", "done"},
+    {"setName", [](auto& c) { c->setName("new"); }, "NO_PERMISSION", "done"},
+    {"getChannelID", [](auto& c) { CORBA::String_var(c->getChannelID()); }, "NO_PERMISSION", "done"},
+    {"startRecording", [](auto& c) { c->startRecording(0, toWideCorba("x"), 0); }, "NO_PERMISSION", "done"},
+    {"startRecording for less than no time", [](auto& c) { c->startRecording(-1, toWideCorba("x"), 0); },
+     "NO_PERMISSION", "failed"},
+    {"startRecording in a loop", [](auto& c) { c->startRecording(0, toWideCorba("x"), 1); }, "NO_PERMISSION", "failed"},
+    {"DataTransferStarted", [](auto& c) { c->DataTransferStarted(); }, "NO_PERMISSION", "done"},
+    {"stopRecording", [](auto& c) { c->stopRecording(toWideCorba("x")); }, "NO_PERMISSION", "not recording"},
+    {"DataTransferStopped", [](auto& c) { c->DataTransferStopped(); }, "NO_PERMISSION", "done"},
+    {"startReplaying", [](auto& c) { c->startReplaying("D1", "r1", QD_ZLK::RATE_1_MB, 0, 0, 100); }, "NO_PERMISSION",
+     "NO_IMPLEMENT"},
+    {"channelError", [](auto& c) { c->channelError("no antenna"); }, "NO_PERMISSION", "done"},
+    {"setZelkoDevices", [](auto& c) { c->setZelkoDevices(listOfDevices(1)); }, "NO_PERMISSION", "done"},
+    {"setZelkoDevices with too many", [](auto& c) { c->setZelkoDevices(listOfDevices(1001)); }, "NO_PERMISSION",
+     "failed"},
+    {"setAdditionalDataRateClass", [](auto& c) { c->setAdditionalDataRateClass(QD_ZLK::RATE_1_MB); }, "NO_PERMISSION",
+     "NO_IMPLEMENT"},
+};
+
+} // namespace
 
 // What a channel and its entry answer to whoever calls them.
 class TestChannelServant : public ChannelTest
@@ -25,6 +86,9 @@ private Q_SLOTS:
     void refusesWhatCannotBeRegistered();
     void takesNoMoreChannelsThanItMay();
     void refusesViewers();
+    void leavesItsOperationsToOperators_data();
+    void leavesItsOperationsToOperators();
+    void letsOperatorsSetTheManager();
     void refusesWhatItsStateDoesNotAllow();
     void refusesToRecordForWhichItWasNotRegistered();
     void refusesWhatIsNotOffered();
@@ -129,6 +193,44 @@ void TestChannelServant::refusesViewers()
     QCOMPARE(m_recorder->host->channels().count(), 1);
 }
 
+void TestChannelServant::leavesItsOperationsToOperators_data()
+{
+    QTest::addColumn<int>("number");
+    for (std::size_t i = 0; i < std::size(operations); ++i) {
+        QTest::newRow(operations[i].name) << static_cast<int>(i);
+    }
+}
+
+void TestChannelServant::leavesItsOperationsToOperators()
+{
+    QFETCH(const int, number);
+    const ChannelOperation& operation = operations[number];
+    IF_ZLK_c_Chan_var channel = enter("Antenne 1").channel;
+    m_recorder->role = Role::Viewer;
+    {
+        const ProcessLog log;
+        QCOMPARE(endingOf([&] { operation.call(channel); }), QString(operation.refusal));
+        const QStringList lines = log.lines().filter(QStringLiteral("refused: "));
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(lines.first().contains("user \"anna\" (viewer)"), qPrintable(lines.first()));
+        QVERIFY2(lines.first().endsWith("may not use channels"), qPrintable(lines.first()));
+    }
+    QVERIFY(m_manager->calls().isEmpty());
+    QCOMPARE(m_recorder->host->channels().count(), 1);
+    m_recorder->role = Role::Operator;
+    QCOMPARE(endingOf([&] { operation.call(channel); }), QString(operation.ending));
+}
+
+void TestChannelServant::letsOperatorsSetTheManager()
+{
+    const Registered registered = enter("Antenne 1");
+    const QD_ZLK::IF_ZLK_c_ChanMan_var manager = m_published->reference();
+    m_recorder->role = Role::Viewer;
+    QCOMPARE(endingOf([&] { registered.channel->setCallBackInterface(manager); }), QStringLiteral("not permitted"));
+    m_recorder->role = Role::Operator;
+    QCOMPARE(endingOf([&] { registered.channel->setCallBackInterface(manager); }), QStringLiteral("done"));
+}
+
 void TestChannelServant::refusesWhatItsStateDoesNotAllow()
 {
     const Registered registered = enter("Antenne 1");
@@ -185,7 +287,6 @@ void TestChannelServant::changesItsSettings()
     QCOMPARE(settings->name, QStringLiteral("Antenne 3"));
     QCOMPARE(settings->dataRate, ChannelWish::DataRate::UpTo64MB);
     QCOMPARE(settings->format, ChannelWish::DataFormat::IQ8);
-    QVERIFY(settings->canReplay);
     QCOMPARE(endingOf([&] { channel->errorOccured(QD_ZLK::FAULT_DEVICE); }), QStringLiteral("done"));
     QCOMPARE(endingOf([&] { channel->channelError("no\nantenna"); }), QStringLiteral("done"));
     QCOMPARE(endingOf([&] { channel->DataTransferStarted(); }), QStringLiteral("done"));

@@ -1,6 +1,7 @@
 #include <recorder/store/deviceclock.h>
 
 #include <filesizelimit.h>
+#include <foldersyncs.h>
 #include <readonlyfolder.h>
 #include <storedrecord.h>
 
@@ -10,6 +11,7 @@
 #include <QTest>
 
 #include <limits>
+#include <optional>
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
@@ -27,6 +29,8 @@ private Q_SLOTS:
     void takesTimesWithinBounds_data();
     void takesTimesWithinBounds();
     void goesOnAsItWasWhenTheDiskRefuses();
+    void goesByItsFileWhenTheFolderIsNotSynced();
+    void goesByItsFileWhenThatCannotBePutBack();
     void goesWithTheMachineWhenItsFileIsNone_data();
     void goesWithTheMachineWhenItsFileIsNone();
     void givesTheTimeOfTheMachine();
@@ -119,6 +123,31 @@ void TestDeviceClock::goesOnAsItWasWhenTheDiskRefuses()
     }
     QCOMPARE(device.now(), qint64{5'000'000});
     QCOMPARE(clock().now(), qint64{5'000'000});
+}
+
+void TestDeviceClock::goesByItsFileWhenTheFolderIsNotSynced()
+{
+    DeviceClock device = clock();
+    QVERIFY(device.set(5'000'000));
+    {
+        const FolderSyncs disk(m_folder->path());
+        QVERIFY(!device.set(9'000'000));
+    }
+    QCOMPARE(device.now(), 5'000'000);
+    QCOMPARE(clock().now(), 5'000'000);
+}
+
+void TestDeviceClock::goesByItsFileWhenThatCannotBePutBack()
+{
+    DeviceClock device = clock();
+    QVERIFY(device.set(5'000'000));
+    {
+        std::optional<FileSizeLimit> full;
+        const FolderSyncs disk(m_folder->path(), [&] { return full.emplace(1), true; });
+        QVERIFY(!device.set(9'000'000));
+    }
+    QCOMPARE(device.now(), 9'000'000);
+    QCOMPARE(clock().now(), 9'000'000);
 }
 
 void TestDeviceClock::goesWithTheMachineWhenItsFileIsNone_data()

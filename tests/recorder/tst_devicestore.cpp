@@ -1,5 +1,6 @@
 #include <recorder/store/devicestore.h>
 
+#include <foldersyncs.h>
 #include <storedrecord.h>
 
 #include <QTemporaryDir>
@@ -29,6 +30,7 @@ class TestDeviceStore : public QObject
 
 private Q_SLOTS:
     void makesItsFolder();
+    void makesItsFolderDurable();
     void refusesAFolderThatCannotBe();
     void listsFoldersThatMayHoldRecords();
     void readsARecord();
@@ -48,6 +50,7 @@ private Q_SLOTS:
     void clearsAwayInterruptedBirthsAndDeletions();
     void removesWhatInterruptedSavesLeftOfARecordAtRest();
     void publishesWhatIsNotThereYet();
+    void takesBackWhatIsPublishedAndNotDurable();
     void saysWhatMayBeDeleted_data();
     void saysWhatMayBeDeleted();
 };
@@ -58,6 +61,15 @@ void TestDeviceStore::makesItsFolder()
     QString error;
     QVERIFY(DeviceStore(folder.filePath(QStringLiteral("a/b"))).open(&error));
     QVERIFY(QFileInfo(folder.filePath(QStringLiteral("a/b"))).isDir());
+}
+
+void TestDeviceStore::makesItsFolderDurable()
+{
+    const QTemporaryDir folder;
+    const FolderSyncs disk;
+    QString error;
+    QVERIFY(DeviceStore(folder.filePath(QStringLiteral("a/b"))).open(&error));
+    QCOMPARE(disk.folders().mid(0, 2), (QStringList{folder.path(), folder.filePath(QStringLiteral("a"))}));
 }
 
 void TestDeviceStore::refusesAFolderThatCannotBe()
@@ -309,6 +321,17 @@ void TestDeviceStore::publishesWhatIsNotThereYet()
     QVERIFY(QDir().mkpath(store.birthFolder(id)));
     QVERIFY(!store.publish(id));
     QCOMPARE(readBytes(folder.filePath(QStringLiteral("R1/file"))), QByteArray("x"));
+}
+
+void TestDeviceStore::takesBackWhatIsPublishedAndNotDurable()
+{
+    const QTemporaryDir folder;
+    const DeviceStore refusing(folder.path(), [](const QString&) { return false; });
+    const QString id = QStringLiteral("R1");
+    QVERIFY(QDir().mkpath(refusing.birthFolder(id)));
+    QVERIFY(!refusing.publish(id));
+    QVERIFY(QFileInfo(refusing.birthFolder(id)).isDir());
+    QVERIFY(refusing.recordIds().isEmpty());
 }
 
 void TestDeviceStore::saysWhatMayBeDeleted_data()

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void followsASourceThatBeginsAnew_data();
     void followsASourceThatBeginsAnew();
     void isNamedAfterTheTimeOfTheDevice();
+    void isBornWithEarlyEdits();
     void takesEditsWhileItIsRecorded();
     void takesTheEditsThatWaitAtItsEnd();
     void tellsWhoComesAtItsLastStepWhenThatIsOver();
@@ -298,12 +299,19 @@ void TestFrameRecording::isNamedAfterTheTimeOfTheDevice()
     QVERIFY(m_recording->recordID().startsWith("20000101-000000000-"));
 }
 
-void TestFrameRecording::takesEditsWhileItIsRecorded()
+void TestFrameRecording::isBornWithEarlyEdits()
 {
     QVERIFY(rename("Neu"));
     m_recording->makeEdits(*m_edits);
-    QVERIFY(m_answers.isEmpty()); // waits for the birth
+    QCOMPARE(m_answers, QList{StoreStatus::Done});
     QVERIFY(take(frameOf(0)));
+    QCOMPARE(m_store->read(m_recording->recordID(), &m_error)->GetRecordName(), "Neu");
+}
+
+void TestFrameRecording::takesEditsWhileItIsRecorded()
+{
+    QVERIFY(take(frameOf(0)));
+    QVERIFY(rename("Neu"));
     m_recording->makeEdits(*m_edits);
     QCOMPARE(m_answers, QList{StoreStatus::Done});
     QCOMPARE(m_told.last()->GetRecordName(), "Neu");
@@ -352,6 +360,9 @@ void TestFrameRecording::refusesWhatTheDiskRefuses()
     QVERIFY(writeBytes(m_folder->path(), "a file in place of the folder"));
     QVERIFY(!take(frameOf(0)));
     QVERIFY(m_recording->recordID().isEmpty());
+    QVERIFY(rename("Neu"));
+    m_recording->makeEdits(*m_edits);
+    QVERIFY(m_answers.isEmpty());
     QVERIFY(m_recording->finish(*m_edits));
     QVERIFY(QFile::remove(m_folder->path()));
 }

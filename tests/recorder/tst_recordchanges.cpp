@@ -1,11 +1,15 @@
 #include <recorder/store/recordchanges.h>
 
 #include <filesizelimit.h>
+#include <foldersyncs.h>
 #include <readonlyfolder.h>
 #include <storedrecord.h>
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <optional>
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
@@ -56,6 +60,8 @@ private Q_SLOTS:
     void refusesWhatIsTooLong();
     void refusesWhatIsTooMany();
     void staysReadableWhateverIsAdded();
+    void changesNothingWhenTheFolderIsNotSynced();
+    void saysSoWhenAChangeMayNotLast();
     void refusesARecordThatIsNotThere();
     void refusesARecordThatIsBeingRecorded();
     void keepsTheRecordOnAFullDisk();
@@ -253,6 +259,25 @@ void TestRecordChanges::staysReadableWhateverIsAdded()
     QCOMPARE(changes().make(id, bookmarksEdit(QVector<BookmarkEntry>(2000, bookmark(1, worst)))).status,
              StoreStatus::TooMany);
     QCOMPARE(stored().GetBookmarkEntry().size(), 1000);
+}
+
+void TestRecordChanges::changesNothingWhenTheFolderIsNotSynced()
+{
+    const auto before = contentOf(m_folder->path());
+    const FolderSyncs disk(m_store->recordFolder(id));
+    QCOMPARE(changes().make(id, commentEdit(QStringLiteral("new"))).status, StoreStatus::DiskRefused);
+    QCOMPARE(contentOf(m_folder->path()), before);
+}
+
+void TestRecordChanges::saysSoWhenAChangeMayNotLast()
+{
+    std::optional<FileSizeLimit> full;
+    const FolderSyncs disk(m_store->recordFolder(id), [&] { return full.emplace(1), true; });
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("R1 .*is not known")));
+    const StoreStatus status = changes().make(id, commentEdit(QStringLiteral("new"))).status;
+    full.reset();
+    QCOMPARE(status, StoreStatus::Uncertain);
+    QCOMPARE(stored().GetRecordName(), QStringLiteral("new"));
 }
 
 void TestRecordChanges::refusesARecordThatIsNotThere()

@@ -4,6 +4,7 @@
 #include <recorder/store/recordid.h>
 
 #include <filesizelimit.h>
+#include <foldersyncs.h>
 #include <readonlyfolder.h>
 #include <samplebytes.h>
 
@@ -98,6 +99,8 @@ private Q_SLOTS:
     void refusesWhatTheDiskHasNoRoomFor();
     void leavesNothingOnAFullDisk();
     void leavesNothingInAFolderThatCannotBeWritten();
+    void leavesNothingWhenTheFolderIsNotSynced();
+    void saysSoWhenTheNewRecordMayNotLast();
     void leavesNothingWhenGivenUp();
     void leavesNothingWhenItsSourceVanishes();
 
@@ -361,6 +364,31 @@ void TestRecordCopy::leavesNothingInAFolderThatCannotBeWritten()
     const ReadOnlyFolder readOnly(m_folder->path());
     QVERIFY(copy.run() != StoreStatus::Done);
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{id});
+}
+
+void TestRecordCopy::leavesNothingWhenTheFolderIsNotSynced()
+{
+    const auto before = contentOf(m_folder->path());
+    RecordCopy copy = copyOf({{10 * second, 20 * second}});
+    QStringList atSync;
+    const FolderSyncs disk(m_folder->path(), [&] { return atSync = DeviceStore(m_folder->path()).recordIds(), true; });
+    QCOMPARE(copy.run(), StoreStatus::DiskRefused);
+    QCOMPARE(atSync.size(), 2);
+    QCOMPARE(contentOf(m_folder->path()), before);
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{id});
+}
+
+void TestRecordCopy::saysSoWhenTheNewRecordMayNotLast()
+{
+    RecordCopy copy = copyOf({{10 * second, 20 * second}});
+    const QString newID = copy.recordID();
+    const DeviceStore store(m_folder->path());
+    const FolderSyncs disk(m_folder->path(),
+                           [&] { return QDir().mkpath(store.birthFolder(newID) + QStringLiteral("/taken")); });
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("whether .*is not known")));
+    QCOMPARE(copy.run(), StoreStatus::Uncertain);
+    QString error;
+    QVERIFY(store.read(newID, &error));
 }
 
 void TestRecordCopy::leavesNothingWhenGivenUp()

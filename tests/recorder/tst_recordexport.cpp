@@ -1,6 +1,7 @@
 #include <recorder/store/recordexport.h>
 
 #include <filesizelimit.h>
+#include <foldersyncs.h>
 #include <readonlyfolder.h>
 #include <samplebytes.h>
 
@@ -50,6 +51,9 @@ private Q_SLOTS:
     void keepsItsFilesWhenToldSo();
     void removesWhatAKillHasLeft();
     void leavesNothingOnAFullDisk();
+    void leavesNothingWhenTheFolderIsNotSynced();
+    void makesNoFolderThatIsNotDurable();
+    void saysSoWhenWhatItWroteMayNotLast();
     void refusesAFolderThatCannotBeWritten();
 
 private:
@@ -209,6 +213,31 @@ void TestRecordExport::leavesNothingOnAFullDisk()
     }
     QCOMPARE(targetFiles(), QStringList());
     QVERIFY(QDir(m_target->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
+}
+
+void TestRecordExport::leavesNothingWhenTheFolderIsNotSynced()
+{
+    const FolderSyncs disk(m_target->path(), [this] { return QFileInfo::exists(m_target->filePath(id)); });
+    QCOMPARE(job().run(), StoreStatus::DiskRefused);
+    QVERIFY(QDir(m_target->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
+}
+
+void TestRecordExport::makesNoFolderThatIsNotDurable()
+{
+    const FolderSyncs disk(m_target->path());
+    QCOMPARE(job(QStringLiteral("/new")).run(), StoreStatus::DiskRefused);
+    QVERIFY(!QFileInfo::exists(m_target->filePath(QStringLiteral("new"))));
+}
+
+void TestRecordExport::saysSoWhenWhatItWroteMayNotLast()
+{
+    const QString builtIn = m_target->filePath(QStringLiteral(".export-R1"));
+    const FolderSyncs disk(m_target->path(), [&] {
+        return QFileInfo::exists(m_target->filePath(id)) && QDir().mkpath(builtIn + QStringLiteral("/taken"));
+    });
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("whether R1 .*is not known")));
+    QCOMPARE(job().run(), StoreStatus::Uncertain);
+    QCOMPARE(targetFiles().size(), 2);
 }
 
 void TestRecordExport::refusesAFolderThatCannotBeWritten()

@@ -1,47 +1,34 @@
 #include <recorder/served/refusallog.h>
 
+#include <processlog.h>
+
 #include <QStringList>
 #include <QTest>
 
-#include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
 using namespace ZelkoRecorder;
 using namespace std::chrono_literals;
 
-namespace {
-
-std::mutex guard;
-QStringList written;
-
-void keep(QtMsgType, const QMessageLogContext&, const QString& text)
-{
-    const std::lock_guard lock(guard);
-    written.append(text);
-}
-
-} // namespace
-
 class TestRefusalLog : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        written.clear();
-        m_before = qInstallMessageHandler(keep);
-    }
-    void cleanup() { qInstallMessageHandler(m_before); }
+    void init() { m_written.emplace(); }
+    void cleanup() { m_written.reset(); }
     void tellsSomeLinesOfEachPeriod();
     void tellsHowManyMoreThereWere();
+    void tellsHowManyMoreThereWereThoughNobodyTriesAgain();
+    void tellsHowManyMoreThereWereInTheEnd();
     void countsEachLineOfManyThreads();
 
 private:
     RefusalLog::Clock::time_point m_now{1h};
     RefusalLog m_log{{2, 10s, [this] { return m_now; }}};
-    QtMessageHandler m_before = nullptr;
+    std::optional<ZelkoTest::ProcessLog> m_written;
 };
 
 void TestRefusalLog::tellsSomeLinesOfEachPeriod()
@@ -49,10 +36,10 @@ void TestRefusalLog::tellsSomeLinesOfEachPeriod()
     m_log.tell("a");
     m_now += 9s;
     m_log.tell("b");
-    QCOMPARE(written, (QStringList{"refused: a", "refused: b"}));
+    QCOMPARE(m_written->lines(), (QStringList{"refused: a", "refused: b"}));
     m_now += 1s;
     m_log.tell("c");
-    QCOMPARE(written, (QStringList{"refused: a", "refused: b", "refused: c"}));
+    QCOMPARE(m_written->lines(), (QStringList{"refused: a", "refused: b", "refused: c"}));
 }
 
 void TestRefusalLog::tellsHowManyMoreThereWere()
@@ -61,10 +48,35 @@ void TestRefusalLog::tellsHowManyMoreThereWere()
     for (int i = 0; i < 5; ++i) {
         m_log.tell("a");
     }
-    QCOMPARE(written, (QStringList{"refused: a", "refused: a"}));
+    QCOMPARE(m_written->lines(), (QStringList{"refused: a", "refused: a"}));
     m_now += 10s;
     m_log.tell("b");
-    QCOMPARE(written.mid(2), (QStringList{"refused: 3 times more", "refused: b"}));
+    QCOMPARE(m_written->lines().mid(2), (QStringList{"refused: 3 times more", "refused: b"}));
+}
+
+void TestRefusalLog::tellsHowManyMoreThereWereThoughNobodyTriesAgain()
+{
+    m_now += 1h;
+    for (int i = 0; i < 5; ++i) {
+        m_log.tell("a");
+    }
+    m_log.tellRest();
+    QCOMPARE(m_written->lines().size(), 2); // the period is not over
+    m_now += 10s;
+    m_log.tellRest();
+    m_log.tellRest();
+    QCOMPARE(m_written->lines().mid(2), QStringList("refused: 3 times more"));
+}
+
+void TestRefusalLog::tellsHowManyMoreThereWereInTheEnd()
+{
+    {
+        RefusalLog log({1, 10s, [this] { return m_now; }});
+        log.tell("a");
+        log.tell("b");
+        log.tell("c");
+    }
+    QCOMPARE(m_written->lines(), (QStringList{"refused: a", "refused: 2 times more"}));
 }
 
 void TestRefusalLog::countsEachLineOfManyThreads()
@@ -83,7 +95,7 @@ void TestRefusalLog::countsEachLineOfManyThreads()
     }
     m_now += 10s;
     m_log.tell("b");
-    QCOMPARE(written, (QStringList{"refused: a", "refused: a", "refused: 398 times more", "refused: b"}));
+    QCOMPARE(m_written->lines(), (QStringList{"refused: a", "refused: a", "refused: 398 times more", "refused: b"}));
 }
 
 QTEST_APPLESS_MAIN(TestRefusalLog)

@@ -1,4 +1,6 @@
+#include <callending.h>
 #include <patience.h>
+#include <processlog.h>
 #include <publishedmanager.h>
 #include <servicerecorder.h>
 
@@ -36,6 +38,7 @@ private Q_SLOTS:
     void servesAChannelForAsLongAsItIsRegistered();
     void endsWithItsChannels();
     void asksForTheRightsOfEachCall();
+    void tellsOfRefusalsThoughNobodyTriesAgain();
 
 private:
     QString enterChannel();
@@ -118,6 +121,26 @@ void TestServiceHost::asksForTheRightsOfEachCall()
     QCOMPARE(enterChannel(), QString());
     m_recorder->role = ZelkoCommon::Role::Operator;
     QVERIFY(!enterChannel().isEmpty());
+}
+
+void TestServiceHost::tellsOfRefusalsThoughNobodyTriesAgain()
+{
+    std::atomic<int> hours = 1;
+    const RefusalLog::Options log{1, std::chrono::minutes(1),
+                                  [&] { return RefusalLog::Clock::time_point(std::chrono::hours(hours)); }};
+    const CallRights rights([] { return Caller{"anna", Role::Viewer}; }, std::make_shared<RefusalLog>(log));
+    ServiceHost::Options options;
+    options.refusalsTold = std::chrono::milliseconds(1);
+    m_recorder->host.reset();
+    m_recorder->host = std::make_unique<ServiceHost>(
+        m_recorder->orb, servedBy(m_recorder->recorder, *m_recorder->channelDevices), rights, options);
+    const ProcessLog written;
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(endingOf([&] { m_recorder->entry()->cancelExport("none", true); }), QStringLiteral("not permitted"));
+    }
+    ++hours;
+    QTRY_VERIFY_WITH_TIMEOUT(written.lines().contains("refused: 2 times more"), patience);
+    m_recorder->host.reset();
 }
 
 QTEST_GUILESS_MAIN(TestServiceHost)

@@ -1,13 +1,18 @@
 #include <reportcore/durablefile.h>
 
+#include <filesizelimit.h>
+#include <foldersyncs.h>
+
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
+#include <optional>
 
 #include <sys/resource.h>
 
 using namespace REPORTGENERATOR;
+using namespace ZelkoTest;
 
 namespace {
 
@@ -32,6 +37,11 @@ private Q_SLOTS:
     void keepsTheOldFileWhenTheDiskIsFull();
     void failsOnAFolderOfThatName();
     void syncsOnlyFolders();
+    void putsTheOldFileBackWhenTheFolderIsNotSynced();
+    void takesANewFileAwayWhenTheFolderIsNotSynced();
+    void leavesTheNewFileWhenTheOldOneCannotBePutBack();
+    void makesEachMissingFolderDurable();
+    void takesAFolderAwayThatIsNotDurable();
 
 private:
     QString path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
@@ -95,6 +105,58 @@ void DurableFileTest::syncsOnlyFolders()
     QVERIFY(!syncFolder(path("missing")));
     QVERIFY(writeDurably(path("file"), "x"));
     QVERIFY(!syncFolder(path("file")));
+}
+
+void DurableFileTest::putsTheOldFileBackWhenTheFolderIsNotSynced()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("file"));
+    QVERIFY(writeDurably(file, "old"));
+    QByteArray atSync;
+    const FolderSyncs disk(folder.path(), [&] { return atSync = contentOf(file), true; });
+    QVERIFY(!writeDurably(file, "new"));
+    QCOMPARE(atSync, QByteArray("new"));
+    QCOMPARE(contentOf(file), QByteArray("old"));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("file")});
+}
+
+void DurableFileTest::takesANewFileAwayWhenTheFolderIsNotSynced()
+{
+    const FolderSyncs disk(m_folder.path());
+    QVERIFY(!writeDurably(path("not synced"), "new"));
+    QCOMPARE(disk.folders(), QStringList{m_folder.path()});
+    QVERIFY(!QFile::exists(path("not synced")));
+}
+
+void DurableFileTest::leavesTheNewFileWhenTheOldOneCannotBePutBack()
+{
+    QVERIFY(writeDurably(path("stuck"), "old"));
+    std::optional<FileSizeLimit> full;
+    const FolderSyncs disk(m_folder.path(), [&] { return full.emplace(1), true; });
+    const bool written = writeDurably(path("stuck"), "new");
+    full.reset();
+    QVERIFY(!written);
+    QCOMPARE(contentOf(path("stuck")), QByteArray("new"));
+}
+
+void DurableFileTest::makesEachMissingFolderDurable()
+{
+    const FolderSyncs disk;
+    QVERIFY(makeFolderDurably(path("a/b/c")));
+    QVERIFY(QFileInfo(path("a/b/c")).isDir());
+    QCOMPARE(disk.folders(), (QStringList{m_folder.path(), path("a"), path("a/b")}));
+    QVERIFY(makeFolderDurably(path("a/b/c")));
+    QCOMPARE(disk.folders().size(), 3);
+    QVERIFY(writeDurably(path("a/file"), "x"));
+    QVERIFY(!makeFolderDurably(path("a/file/b")));
+}
+
+void DurableFileTest::takesAFolderAwayThatIsNotDurable()
+{
+    const FolderSyncs disk(m_folder.path());
+    QVERIFY(!makeFolderDurably(path("d/e")));
+    QVERIFY(!QFileInfo::exists(path("d")));
 }
 
 QTEST_APPLESS_MAIN(DurableFileTest)
