@@ -34,8 +34,9 @@ ServiceStatus serviceStatus(StoreStatus status)
         return ServiceStatus::DiskFailed;
     case StoreStatus::Ending:
         return ServiceStatus::ShuttingDown;
+    case StoreStatus::Uncertain:
+        return ServiceStatus::NotDurable;
     case StoreStatus::Cancelled:
-    case StoreStatus::Uncertain: // the contract's words for a disk that failed promise that nothing was changed
         break;
     }
     return ServiceStatus::InternalError;

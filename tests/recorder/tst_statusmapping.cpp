@@ -36,6 +36,7 @@ void TestStatusMapping::saysHowAnOperationEnded_data()
     QTest::newRow("there already") << S::Exists << W::TargetExists;
     QTest::newRow("no room") << S::NoSpace << W::DiskFull;
     QTest::newRow("the disk failed") << S::DiskRefused << W::DiskFailed;
+    QTest::newRow("the disk failed twice") << S::Uncertain << W::NotDurable;
     QTest::newRow("given up") << S::Cancelled << W::InternalError;
     QTest::newRow("the recorder ends") << S::Ending << W::ShuttingDown;
 }

@@ -34,6 +34,7 @@ bool isListed(ServiceStatus status)
     case ServiceStatus::SpeedNotOffered:
     case ServiceStatus::NotOffered:
     case ServiceStatus::AnswerTooLarge:
+    case ServiceStatus::NotDurable:
     case ServiceStatus::Timeout:
     case ServiceStatus::NotReachable:
     case ServiceStatus::RecorderGone:
@@ -122,6 +123,7 @@ void tst_ServiceStatus::theNumbersOnTheWireStay()
     QCOMPARE(statusCode(ServiceStatus::DamagedRecord), 19UL);
     QCOMPARE(statusCode(ServiceStatus::TargetNotAllowed), 20UL);
     QCOMPARE(statusCode(ServiceStatus::AnswerTooLarge), 25UL);
+    QCOMPARE(statusCode(ServiceStatus::NotDurable), 26UL);
     QCOMPARE(statusCode(ServiceStatus::Timeout), static_cast<unsigned long>(firstClientStatus));
 }
 

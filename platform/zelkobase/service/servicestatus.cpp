@@ -89,6 +89,9 @@ constexpr Entry texts[] = {
     {Status::AnswerTooLarge, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
                                                "That is more than the recorder can send in one answer. The list of "
                                                "records has all of it; look there.")},
+    {Status::NotDurable, QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
+                                           "It was done, but the disk failed, and it may be gone when the device goes "
+                                           "down. Have the disk checked, and look whether it is still there.")},
     {Status::Timeout,
      QT_TRANSLATE_NOOP("ZelkoCommon::ServiceStatus",
                        "The recorder did not answer in time. Whether it was done will show in the list; "

@@ -37,6 +37,7 @@ enum class ServiceStatus : quint32 {
     SpeedNotOffered = 23,  ///< the recorder replays at other speeds only
     NotOffered = 24,       ///< the recorder does this with no record and no device
     AnswerTooLarge = 25,   ///< more than one answer can hold
+    NotDurable = 26,       ///< it was done, and the disk could neither make it last nor take it back
 
     Timeout = 1000,            ///< no answer in time; whether it was done is not known
     NotReachable = 1001,       ///< nobody answers at the recorder's address; nothing was done
