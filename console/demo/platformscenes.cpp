@@ -1,8 +1,7 @@
+#include <console/demo/paintedbar.h>
 #include <console/demo/scenepainter.h>
 #include <console/demo/scenes.h>
 
-#include <chartcontrols/vcreplaybar.h>
-#include <controlwidgets/guicentral.h>
 #include <resources/zelkoicons.h>
 #include <valuecore/tree.h>
 #include <valuewidgetsbasic/vcdatetimeedit.h>
@@ -19,63 +18,8 @@
 namespace ZelkoConsole {
 namespace {
 
-constexpr long long begin = 1'777'905'012'000'000;
-constexpr long long second = 1'000'000;
-
-// A value of the tree for as long as a picture is painted.
-class PaintedMoment
-{
-public:
-    explicit PaintedMoment(long long moment)
-        : m_path(GuiCentral::Instance().CreateUniqueValueFloat(static_cast<double>(moment), 0, 1.8e19, 1))
-    {}
-    ~PaintedMoment() { GuiCentral::Instance().RemoveValue(m_path); }
-    PaintedMoment(const PaintedMoment&) = delete;
-    PaintedMoment& operator=(const PaintedMoment&) = delete;
-
-    const QString& path() const { return m_path; }
-
-private:
-    const QString m_path;
-};
-
-// A replay bar over a recording of some length, with its position at two fifths.
-class PaintedBar
-{
-public:
-    explicit PaintedBar(long long seconds, int width = 720)
-        : m_start(begin)
-        , m_stop(begin + seconds * second)
-        , m_position(begin + seconds * second * 2 / 5)
-        , m_bar(nullptr, "ReplayBar", true)
-    {
-        m_bar.SetPixOffset(12, 12);
-        m_bar.resize(width, m_bar.sizeHint().height());
-        m_bar.SetRecordingStart_ValuePath(m_start.path());
-        m_bar.SetRecordingStop_ValuePath(m_stop.path());
-        m_bar.SetCurrentPosition_ValuePath(m_position.path());
-        m_bar.GetMarker(2)->SetShowMarker(false);
-        m_bar.GetMarker(3)->SetShowMarker(false);
-        m_bar.show();
-    }
-
-    VCReplayBar& bar() { return m_bar; }
-
-    void bookmark(std::initializer_list<std::pair<int, const char*>> marks)
-    {
-        std::vector<BookmarkType> bookmarks;
-        for (const auto& [at, text] : marks) {
-            bookmarks.emplace_back(begin + at * second, QLatin1String(text));
-        }
-        m_bar.SetBookmarks(bookmarks, false);
-    }
-
-private:
-    PaintedMoment m_start;
-    PaintedMoment m_stop;
-    PaintedMoment m_position;
-    VCReplayBar m_bar;
-};
+constexpr long long begin = PaintedBar::begin;
+constexpr long long second = PaintedBar::second;
 
 void paintBarLengths(ScenePainter& painter)
 {

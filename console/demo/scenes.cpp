@@ -15,7 +15,7 @@ struct Capability
 };
 
 constexpr std::array capabilities{Capability{"spine", paintSpineScenes}, Capability{"actions", paintActionScenes},
-                                  Capability{"platform", paintPlatformScenes}};
+                                  Capability{"platform", paintPlatformScenes}, Capability{"list", paintListScenes}};
 
 } // namespace
 

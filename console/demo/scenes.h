@@ -24,4 +24,8 @@ void paintActionScenes(ScenePainter& painter);
 /// What the windows stand on: the replay bar, an editor of a moment, a sort list, the icons.
 void paintPlatformScenes(ScenePainter& painter);
 
+/// Lists of records and what finds one in them: a list that an application fills, the search field, marked rows, the
+/// time of a bookmark.
+void paintListScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

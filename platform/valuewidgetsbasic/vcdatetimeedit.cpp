@@ -37,14 +37,26 @@ void VCDateTimeEdit::showValue()
 {
     if (m_value) {
         const QScopedValueRollback showing(m_isShowing, true);
-        const double moment = std::max(m_value->GetValue(), 0.0);
-        setDateTime(Vorn::DateTime::fromMicroseconds(static_cast<quint64>(std::min(moment, 1.8e19))));
+        setDateTime(momentOfValue());
     }
+}
+
+QDateTime VCDateTimeEdit::momentOfValue() const
+{
+    const double moment = std::max(m_value->GetValue(), 0.0);
+    return Vorn::DateTime::fromMicroseconds(static_cast<quint64>(std::min(moment, 1.8e19)));
+}
+
+// Limits that are set hold the editor's time back, and the Enter key tells of a time that is as it was: who sees in the
+// editor what there was to be seen has entered nothing.
+bool VCDateTimeEdit::isShown(const QDateTime& time) const
+{
+    return time == std::clamp(momentOfValue(), minimumDateTime(), std::max(minimumDateTime(), maximumDateTime()));
 }
 
 void VCDateTimeEdit::writeValue(const QDateTime& time)
 {
-    if (!m_value || m_isShowing) {
+    if (!m_value || m_isShowing || isShown(time)) {
         return;
     }
     const auto moment = static_cast<double>(Vorn::DateTime::toMicroseconds(time));

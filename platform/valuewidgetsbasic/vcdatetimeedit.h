@@ -30,6 +30,8 @@ public:
 
 private:
     void showValue();
+    QDateTime momentOfValue() const;
+    bool isShown(const QDateTime& time) const;
     void writeValue(const QDateTime& time);
 
     ValueObservingPtr<Value<double>> m_value{this};

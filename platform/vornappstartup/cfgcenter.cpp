@@ -1,5 +1,6 @@
 #include <vornappstartup/cfgcenter.h>
 
+#include <observerbase/errorhandler.h>
 #include <vornappstartup/settingscfg_p.h>
 
 #include <QStandardPaths>
@@ -19,6 +20,7 @@ using Configurations = std::map<ICfg::View, Configuration>;
 Configurations& configurations()
 {
     static Configurations all = [] {
+        ErrorHandler::Instance(); // made before the configurations it goes after them, which may have something to say
         Configurations none;
         none[ICfg::UserView];
         none[ICfg::ApplicationView];

@@ -1,28 +1,19 @@
 #include <vornappstartup/settingscfg_p.h>
 
-#include <QStringList>
-
-#include <algorithm>
-
 SettingsCfg::SettingsCfg(const QString& fileName)
-    : m_settings(std::make_shared<QSettings>(fileName, QSettings::IniFormat))
-{
-    // A key that is missing is missing, whatever an INI file of another program says.
-    m_settings->setFallbacksEnabled(false);
-}
+    : m_file(std::make_shared<IniFile>(fileName))
+{}
 
-SettingsCfg::SettingsCfg(std::shared_ptr<QSettings> settings, const QString& prefix)
-    : m_settings(std::move(settings))
+SettingsCfg::SettingsCfg(std::shared_ptr<IniFile> file, const QString& prefix)
+    : m_file(std::move(file))
     , m_prefix(prefix)
 {}
 
 SettingsCfg::~SettingsCfg() = default;
 
-// A text with commas that somebody wrote into the file without quotes is read as a list.
 QString SettingsCfg::GetString(const QString& key, const QString& defaultValue) const
 {
-    const QVariant value = m_settings->value(m_prefix + key);
-    return value.isValid() ? value.toStringList().join(QLatin1String(", ")) : defaultValue;
+    return m_file->values().value(m_prefix + key, defaultValue);
 }
 
 int SettingsCfg::GetInteger(const QString& key, int defaultValue) const
@@ -43,39 +34,37 @@ bool SettingsCfg::GetBool(const QString& key, bool defaultValue) const
 
 void SettingsCfg::SetString(const QString& key, const QString& value)
 {
-    m_settings->setValue(m_prefix + key, value);
+    m_file->setValue(m_prefix + key, value);
 }
 
 void SettingsCfg::SetInteger(const QString& key, int value)
 {
-    m_settings->setValue(m_prefix + key, QString::number(value));
+    SetString(key, QString::number(value));
 }
 
 void SettingsCfg::SetBool(const QString& key, bool value)
 {
-    m_settings->setValue(m_prefix + key, value ? QStringLiteral("true") : QStringLiteral("false"));
+    SetString(key, value ? QStringLiteral("true") : QStringLiteral("false"));
 }
 
+// The keys are in order, so that those of a group stand together.
 bool SettingsCfg::hasGroup(const QString& prefix) const
 {
-    const QStringList keys = m_settings->allKeys();
-    return std::any_of(keys.begin(), keys.end(), [&](const QString& key) { return key.startsWith(prefix); });
+    const auto first = m_file->values().lowerBound(prefix);
+    return first != m_file->values().end() && first.key().startsWith(prefix);
 }
 
 std::unique_ptr<ICfg> SettingsCfg::OpenGroup(const QString& name, Access access)
 {
     const QString prefix = m_prefix + name + QLatin1Char('/');
-    const bool opens = access == Access::Write ? m_settings->isWritable() : hasGroup(prefix);
+    const bool opens = access == Access::Write ? m_file->isWritable() : hasGroup(prefix);
     if (name.isEmpty() || !opens) {
         return nullptr;
     }
-    return std::unique_ptr<ICfg>(new SettingsCfg(m_settings, prefix));
+    return std::unique_ptr<ICfg>(new SettingsCfg(m_file, prefix));
 }
 
-// QSettings keeps the first error that it ever met. A fresh one shares what waits to be written and has none yet.
 bool SettingsCfg::Flush()
 {
-    QSettings settings(m_settings->fileName(), m_settings->format());
-    settings.sync();
-    return settings.status() == QSettings::NoError;
+    return m_file->write();
 }

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <vornappstartup/icfg.h>
-
-#include <QSettings>
+#include <vornappstartup/inifile_p.h>
 
 /// A configuration in an INI file, or a group of it.
 class SettingsCfg final : public ICfg
@@ -21,9 +20,9 @@ public:
     bool Flush() override;
 
 private:
-    SettingsCfg(std::shared_ptr<QSettings> settings, const QString& prefix);
+    SettingsCfg(std::shared_ptr<IniFile> file, const QString& prefix);
     bool hasGroup(const QString& prefix) const;
 
-    const std::shared_ptr<QSettings> m_settings;
+    const std::shared_ptr<IniFile> m_file;
     const QString m_prefix; ///< of the keys; empty, or with a "/" at its end
 };

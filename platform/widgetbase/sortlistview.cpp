@@ -1,5 +1,6 @@
 #include <widgetbase/sortlistview.h>
 
+#include <widgetbase/legibletextdelegate_p.h>
 #include <widgetbase/qheaderviewcolumnhandler.h>
 #include <widgetbase/sortlistviewitem.h>
 
@@ -41,6 +42,7 @@ SortListView::SortListView(QWidget* parent, const char* name)
     setObjectName(QLatin1String(name));
     setColumnCount(0);
     setSortingEnabled(true);
+    setItemDelegate(new LegibleTextDelegate(this));
 }
 
 SortListView::~SortListView() = default;

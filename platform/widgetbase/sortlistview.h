@@ -13,8 +13,9 @@ namespace guiHelper {
 class QHeaderViewColumnHandler;
 }
 
-/// A list whose columns each have an alignment and a way to compare. Its items are SortListViewItems. The layout of the
-/// columns is kept under the object name of the list.
+/// A list whose columns each have an alignment and a way to compare. Its items are SortListViewItems; a colour of
+/// theirs that could not be read on a dark background is shown lighter. The layout of the columns is kept under the
+/// object name of the list.
 class WIDGETBASE_EXPORT SortListView : public QTreeWidget
 {
     Q_OBJECT

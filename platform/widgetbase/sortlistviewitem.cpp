@@ -13,6 +13,14 @@ SortListView* SortListViewItem::sortListView() const
     return qobject_cast<SortListView*>(treeWidget());
 }
 
+// A cell comes into being with its first value.
+void SortListViewItem::SetColumnCount(int columns)
+{
+    if (columns > columnCount()) {
+        setText(columns - 1, QString());
+    }
+}
+
 void SortListViewItem::SetSortKey(int column, const QString& key)
 {
     m_sortKeys[column] = key;

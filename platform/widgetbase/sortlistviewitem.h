@@ -19,6 +19,9 @@ public:
     /// The list that it stands in, null if it is in none.
     SortListView* sortListView() const;
 
+    /// Gives the item a cell for each of that many columns, empty ones at its end; it never takes one away.
+    void SetColumnCount(int columns);
+
     /// An empty key is one too.
     void SetSortKey(int column, const QString& key);
 

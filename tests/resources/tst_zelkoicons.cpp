@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QImage>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QtTest>
 
 namespace {
@@ -80,9 +81,9 @@ QStringList registered()
 }
 
 /// Pixels that differ clearly from the background.
-int visiblePixels(const QIcon& icon, QColor background)
+int visiblePixels(const QIcon& icon, int size, QColor background)
 {
-    QImage image(24, 24, QImage::Format_ARGB32);
+    QImage image(size, size, QImage::Format_ARGB32);
     image.fill(background);
     QPainter painter(&image);
     icon.paint(&painter, image.rect());
@@ -108,6 +109,7 @@ private Q_SLOTS:
     void holdsEachIconThatIsAskedForAndNoOther();
     void showsOnLightAndOnDark_data();
     void showsOnLightAndOnDark();
+    void drawsAllLinesInOneWidth();
 };
 
 void ZelkoIconsTest::holdsEachIconThatIsAskedForAndNoOther()
@@ -123,19 +125,45 @@ void ZelkoIconsTest::holdsEachIconThatIsAskedForAndNoOther()
 void ZelkoIconsTest::showsOnLightAndOnDark_data()
 {
     QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QColor>("background");
     for (const char* const path : paths) {
-        QTest::newRow(path) << QString::fromLatin1(path);
+        for (const int size : {16, 32}) {
+            for (const auto& [name, background] :
+                 {std::pair("light", QColor(Qt::white)), std::pair("dark", QColor(40, 40, 44))}) {
+                QTest::addRow("%s at %d on %s", path, size, name) << QString::fromLatin1(path) << size << background;
+            }
+        }
     }
 }
 
+// A twentieth of the square is what a thin line through it covers.
 void ZelkoIconsTest::showsOnLightAndOnDark()
 {
     QFETCH(QString, path);
+    QFETCH(int, size);
+    QFETCH(QColor, background);
     const QIcon icon(path);
     QVERIFY(!icon.isNull());
-    QVERIFY2(visiblePixels(icon, Qt::white) >= 20, qPrintable(QString::number(visiblePixels(icon, Qt::white))));
-    QVERIFY2(visiblePixels(icon, QColor(40, 40, 44)) >= 20,
-             qPrintable(QString::number(visiblePixels(icon, QColor(40, 40, 44)))));
+    QCOMPARE(icon.actualSize(QSize(size, size)), QSize(size, size));
+    const int visible = visiblePixels(icon, size, background);
+    QVERIFY2(visible * 20 >= size * size, qPrintable(QString::number(visible)));
+}
+
+void ZelkoIconsTest::drawsAllLinesInOneWidth()
+{
+    static const QRegularExpression width(QStringLiteral("stroke-width=\"([^\"]*)\""));
+    QStringList widths;
+    for (const QString& path : registered().filter(QStringLiteral(".svg"))) {
+        QFile drawing(path);
+        QVERIFY(drawing.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(drawing.readAll());
+        for (auto match = width.globalMatch(text); match.hasNext();) {
+            widths << match.next().captured(1);
+        }
+    }
+    widths.removeDuplicates();
+    QCOMPARE(widths, QStringList("2"));
 }
 
 QTEST_MAIN(ZelkoIconsTest)

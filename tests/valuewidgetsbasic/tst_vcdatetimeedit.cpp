@@ -26,6 +26,8 @@ private Q_SLOTS:
     void showsTheValueAgainThatRefusesAnEntry_data();
     void showsTheValueAgainThatRefusesAnEntry();
     void limitsHoldBackWhatIsShownAndNotTheValue();
+    void limitsThatComeLaterDoNotWrite();
+    void enterAloneDoesNotWrite();
     void aValueBeforeTheEpochOrBeyondAllTimesIsHarmless();
     void isTiedToNothingWhereThereIsNoFloatValue();
     void staysAsItIsWhenTheValueGoes();
@@ -112,6 +114,26 @@ void VCDateTimeEditTest::limitsHoldBackWhatIsShownAndNotTheValue()
     edit.setMaximumDateTime(QDateTime::fromMSecsSinceEpoch(1'600'000'000'000));
     edit.SetDateTime_ValuePath(m_path);
     QCOMPARE(edit.dateTime().toMSecsSinceEpoch(), 1'600'000'000'000);
+    QCOMPARE(m_value->GetValue(), morning);
+}
+
+void VCDateTimeEditTest::limitsThatComeLaterDoNotWrite()
+{
+    VCDateTimeEdit edit;
+    edit.SetDateTime_ValuePath(m_path);
+    edit.setMaximumDateTime(QDateTime::fromMSecsSinceEpoch(1'600'000'000'000));
+    QCOMPARE(edit.dateTime().toMSecsSinceEpoch(), 1'600'000'000'000);
+    QCOMPARE(m_value->GetValue(), morning);
+    edit.setDateTime(QDateTime::fromMSecsSinceEpoch(1'500'000'000'000));
+    QCOMPARE(m_value->GetValue(), 1'500'000'000'000'000.0);
+}
+
+void VCDateTimeEditTest::enterAloneDoesNotWrite()
+{
+    VCDateTimeEdit edit;
+    edit.setDisplayFormat(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    edit.SetDateTime_ValuePath(m_path);
+    QTest::keyClick(&edit, Qt::Key_Return);
     QCOMPARE(m_value->GetValue(), morning);
 }
 

@@ -1,8 +1,43 @@
+#include "filesizelimit.h"
+#include "readonlyfolder.h"
+
+#include <observerbase/errorhandler.h>
 #include <vornappstartup/cfgcenter.h>
 
+#include <QDir>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <sys/stat.h>
+
+namespace {
+
+/// What the user is told for as long as it exists.
+class UserMessages
+{
+public:
+    UserMessages()
+        : m_before(ErrorHandler::Instance()->SetMessageSink([this](const QString& text) { m_texts << text; }))
+    {}
+    ~UserMessages() { ErrorHandler::Instance()->SetMessageSink(m_before); }
+    UserMessages(const UserMessages&) = delete;
+    UserMessages& operator=(const UserMessages&) = delete;
+
+    const QStringList& texts() const { return m_texts; }
+
+private:
+    QStringList m_texts;
+    const ErrorHandler::MessageSink m_before;
+};
+
+const QByteArray& damaged()
+{
+    static const QByteArray bytes("[General\nKey=value\nwithout a sign\n");
+    return bytes;
+}
+
+} // namespace
 
 class CfgCenterTest : public QObject
 {
@@ -22,12 +57,26 @@ private Q_SLOTS:
     void givesTheDefaultOfWhatIsNoValue_data();
     void givesTheDefaultOfWhatIsNoValue();
     void groupsHaveKeysOfTheirOwn();
+    void namesSurviveTheDisk_data();
+    void namesSurviveTheDisk();
     void opensOnlyGroupsThatAreThereForReading();
     void opensNoGroupForWritingWhereNothingCanBeWritten();
     void flushingFailsWhereNothingCanBeWritten();
     void flushingSucceedsAgainWhenTheFileCanBeWritten();
     void aTextWithCommasThatSomebodyWroteIsOneText();
     void aFileThatIsChangedKeepsWhatWasWritten();
+    void writesTheWholeFileOrNothing();
+    void severalProcessesKeepEachOthersChanges();
+    void setsAsideWhatCannotBeRead_data();
+    void setsAsideWhatCannotBeRead();
+    void setsAsideWhatIsNoFile_data();
+    void setsAsideWhatIsNoFile();
+    void setsAsideAFileBeyondAllBounds();
+    void keepsAllThatWasSetAside();
+    void setsAsideWhatWasDamagedMeanwhile_data();
+    void setsAsideWhatWasDamagedMeanwhile();
+    void leavesAFileInPeaceThatCanBeRead();
+    void writesNothingOverWhatCannotBeSetAside();
 
 private:
     QString file() const { return m_folder->filePath(QStringLiteral("user.ini")); }
@@ -40,6 +89,18 @@ private:
     {
         QFile ini(file());
         QVERIFY(ini.open(QIODevice::WriteOnly) && ini.write(bytes) == bytes.size());
+    }
+
+    QByteArray contentOf(const QString& name) const
+    {
+        QFile found(m_folder->filePath(name));
+        return found.open(QIODevice::ReadOnly) ? found.readAll() : QByteArray();
+    }
+
+    QString messageOfSettingAside(const QString& newName) const
+    {
+        return QStringLiteral("The settings in %1 cannot be read. They were set aside as %2.")
+            .arg(file(), m_folder->filePath(newName));
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -118,6 +179,9 @@ void CfgCenterTest::stringsSurviveTheDisk_data()
     QTest::newRow("empty") << QStringLiteral("");
     QTest::newRow("a path with blanks and commas") << QStringLiteral("/home/op/my filters, new");
     QTest::newRow("umlauts") << QString::fromUtf8("\xC3\xA4\xF0\x9F\x98\x80");
+    QTest::newRow("quotes and backslashes") << QStringLiteral("\\\"\\n\"");
+    QTest::newRow("what looks like a remark") << QStringLiteral("; no remark");
+    QTest::newRow("signs that cannot be seen") << QStringLiteral("\t\r\n\u0001\u001f");
     QTest::newRow("base64") << QStringLiteral("AdnQywADAAA+/=");
     QTest::newRow("what means something in the file") << QStringLiteral(" [a]=\"b\";%c\\@Variant(\n) ");
     QTest::newRow("what the file format marks values with") << QStringLiteral("@Invalid()");
@@ -149,6 +213,30 @@ void CfgCenterTest::givesTheDefaultOfWhatIsNoValue()
     QCOMPARE(user().GetInteger(QStringLiteral("Key"), 42), 42);
     QCOMPARE(user().GetBool(QStringLiteral("Key"), true), true);
     QCOMPARE(user().GetBool(QStringLiteral("Key"), false), false);
+}
+
+void CfgCenterTest::namesSurviveTheDisk_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a word") << QStringLiteral("Dialog");
+    QTest::newRow("blanks") << QStringLiteral(" two words ");
+    QTest::newRow("signs of the file") << QStringLiteral("a=b;#[c]\"\\%41");
+    QTest::newRow("a remark") << QStringLiteral(";a");
+    QTest::newRow("umlauts") << QString::fromUtf8("\xC3\xA4\xF0\x9F\x98\x80");
+    QTest::newRow("that of the keys without a group") << QStringLiteral("General");
+}
+
+void CfgCenterTest::namesSurviveTheDisk()
+{
+    QFETCH(QString, name);
+    user().SetInteger(name, 1);
+    user().OpenGroup(name, ICfg::Access::Write)->SetInteger(name, 2);
+    QVERIFY(user().Flush());
+    reread();
+    QCOMPARE(user().GetInteger(name, 0), 1);
+    const auto group = user().OpenGroup(name, ICfg::Access::Read);
+    QVERIFY(group);
+    QCOMPARE(group->GetInteger(name, 0), 2);
 }
 
 void CfgCenterTest::groupsHaveKeysOfTheirOwn()
@@ -221,6 +309,175 @@ void CfgCenterTest::aFileThatIsChangedKeepsWhatWasWritten()
     QCOMPARE(user().GetString(QStringLiteral("Key"), QString()), QString());
     reread();
     QCOMPARE(user().GetString(QStringLiteral("Key"), QString()), QStringLiteral("value"));
+}
+
+void CfgCenterTest::writesTheWholeFileOrNothing()
+{
+    user().SetString(QStringLiteral("Key"), QStringLiteral("value"));
+    QVERIFY(user().Flush());
+    const QByteArray before = contentOf(QStringLiteral("user.ini"));
+    user().SetString(QStringLiteral("Long"), QString(1000, u'x'));
+    {
+        const ZelkoTest::FileSizeLimit limit(400); // as much as the lock needs
+        QVERIFY(!user().Flush());
+        QCOMPARE(contentOf(QStringLiteral("user.ini")), before);
+    }
+    QVERIFY(user().Flush());
+    QVERIFY(contentOf(QStringLiteral("user.ini")).size() > 1000);
+}
+
+// The other process is played by another configuration of the same file.
+void CfgCenterTest::severalProcessesKeepEachOthersChanges()
+{
+    CfgCenter::SetFile(ICfg::ApplicationView, file());
+    ICfg& other = *CfgCenter::GetAppCfg(ICfg::ApplicationView);
+    user().SetString(QStringLiteral("Mine"), QStringLiteral("1"));
+    user().SetString(QStringLiteral("Both"), QStringLiteral("1"));
+    QVERIFY(user().Flush());
+    other.SetString(QStringLiteral("Theirs"), QStringLiteral("2"));
+    other.SetString(QStringLiteral("Both"), QStringLiteral("2"));
+    QVERIFY(other.Flush());
+    user().SetString(QStringLiteral("Mine"), QStringLiteral("3"));
+    QVERIFY(user().Flush());
+    reread();
+    QCOMPARE(user().GetString(QStringLiteral("Mine"), QString()), QStringLiteral("3"));
+    QCOMPARE(user().GetString(QStringLiteral("Theirs"), QString()), QStringLiteral("2"));
+    QCOMPARE(user().GetString(QStringLiteral("Both"), QString()), QStringLiteral("2"));
+}
+
+void CfgCenterTest::setsAsideWhatCannotBeRead_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("a group without an end") << QByteArray("[General\nKey=value\n");
+    QTest::newRow("a line without a value") << QByteArray("[General]\nKey=value\nword\n");
+    QTest::newRow("another kind of file") << QByteArray("<?xml version='1.0'?>\n<a/>\n");
+    QTest::newRow("a value without its last quote") << QByteArray("[General]\nKey=\"val\n");
+    QTest::newRow("a value with an escape that means nothing") << QByteArray("Key=\"a\\q\"\n");
+    QTest::newRow("a value with half an escape") << QByteArray("Key=\"\\u00\"\n");
+    QTest::newRow("a quote within a value") << QByteArray("Key=\"a\"b\"\n");
+    QTest::newRow("a group without a name") << QByteArray("[]\nKey=value\n");
+    QTest::newRow("a value without a key") << QByteArray("=value\n");
+    QTest::newRow("no text at all") << QByteArray("Key=\xc3\n");
+    QTest::newRow("noise") << QByteArray("\x00\xff\x13\n\x80\x07", 6);
+}
+
+void CfgCenterTest::setsAsideWhatCannotBeRead()
+{
+    QFETCH(QByteArray, bytes);
+    const UserMessages messages;
+    writeFile(bytes);
+    reread();
+    QCOMPARE(user().GetString(QStringLiteral("Key"), QStringLiteral("default")), QStringLiteral("default"));
+    QCOMPARE(messages.texts(), QStringList(messageOfSettingAside(QStringLiteral("user.ini.unreadable"))));
+    user().SetString(QStringLiteral("Key"), QStringLiteral("new"));
+    QVERIFY(user().Flush());
+    QCOMPARE(contentOf(QStringLiteral("user.ini.unreadable")), bytes);
+    QVERIFY(contentOf(QStringLiteral("user.ini")).contains("Key=new"));
+    QCOMPARE(messages.texts().size(), 1);
+}
+
+void CfgCenterTest::setsAsideWhatIsNoFile_data()
+{
+    QTest::addColumn<bool>("isPipe");
+    QTest::newRow("a folder") << false;
+    QTest::newRow("a pipe, which would keep a reader waiting") << true;
+}
+
+void CfgCenterTest::setsAsideWhatIsNoFile()
+{
+    QFETCH(bool, isPipe);
+    const UserMessages messages;
+    QVERIFY(isPipe ? ::mkfifo(QFile::encodeName(file()).constData(), 0600) == 0 : QDir().mkdir(file()));
+    reread();
+    user().SetString(QStringLiteral("Key"), QStringLiteral("new"));
+    QVERIFY(user().Flush());
+    QVERIFY(QFileInfo::exists(file() + QStringLiteral(".unreadable")));
+    QVERIFY(QFileInfo(file()).isFile());
+    QCOMPARE(messages.texts().size(), 1);
+}
+
+void CfgCenterTest::setsAsideAFileBeyondAllBounds()
+{
+    const UserMessages messages;
+    writeFile("[General]\nKey=value\n");
+    QVERIFY(QFile::resize(file(), 16 * 1024 * 1024 + 1));
+    reread();
+    QCOMPARE(user().GetString(QStringLiteral("Key"), QStringLiteral("default")), QStringLiteral("default"));
+    QCOMPARE(messages.texts().size(), 1);
+}
+
+void CfgCenterTest::keepsAllThatWasSetAside()
+{
+    const UserMessages messages;
+    for (const char* const name : {"user.ini.unreadable", "user.ini.unreadable-2", "user.ini.unreadable-3"}) {
+        writeFile(damaged() + name);
+        reread();
+        user();
+        QCOMPARE(contentOf(QLatin1String(name)), damaged() + name);
+        QCOMPARE(messages.texts().constLast(), messageOfSettingAside(QLatin1String(name)));
+    }
+    QCOMPARE(contentOf(QStringLiteral("user.ini.unreadable")), damaged() + "user.ini.unreadable");
+}
+
+void CfgCenterTest::setsAsideWhatWasDamagedMeanwhile_data()
+{
+    QTest::addColumn<bool>("isFlushed");
+    QTest::newRow("when it is flushed") << true;
+    QTest::newRow("when the configuration goes") << false;
+}
+
+void CfgCenterTest::setsAsideWhatWasDamagedMeanwhile()
+{
+    QFETCH(bool, isFlushed);
+    user().SetString(QStringLiteral("Old"), QStringLiteral("value"));
+    QVERIFY(user().Flush());
+    const UserMessages messages;
+    writeFile(damaged());
+    user().SetString(QStringLiteral("New"), QStringLiteral("value"));
+    if (isFlushed) {
+        QVERIFY(user().Flush());
+    } else {
+        CfgCenter::SetFile(ICfg::UserView, QString());
+    }
+    QVERIFY(contentOf(QStringLiteral("user.ini")).contains("New=value"));
+    QVERIFY(contentOf(QStringLiteral("user.ini")).contains("Old=value"));
+    QCOMPARE(contentOf(QStringLiteral("user.ini.unreadable")), damaged());
+    QCOMPARE(messages.texts(), QStringList(messageOfSettingAside(QStringLiteral("user.ini.unreadable"))));
+}
+
+void CfgCenterTest::leavesAFileInPeaceThatCanBeRead()
+{
+    const UserMessages messages;
+    writeFile("; a remark\n\n[General]\nKey=\"a\\nb\"\nEmpty=\n[Group]\nKey=1\n");
+    reread();
+    user().SetInteger(QStringLiteral("Version"), 1);
+    QVERIFY(user().Flush());
+    QCOMPARE(user().GetString(QStringLiteral("Key"), QString()), QStringLiteral("a\nb"));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(QStringLiteral("user.ini")));
+    QCOMPARE(messages.texts(), QStringList());
+}
+
+void CfgCenterTest::writesNothingOverWhatCannotBeSetAside()
+{
+    const QString folder = m_folder->filePath(QStringLiteral("laid down"));
+    QVERIFY(QDir().mkdir(folder));
+    const UserMessages messages;
+    {
+        QFile ini(folder + QStringLiteral("/user.ini"));
+        QVERIFY(ini.open(QIODevice::WriteOnly) && ini.write(damaged()) == damaged().size());
+        QVERIFY(ini.setPermissions(QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+    }
+    const ZelkoTest::ReadOnlyFolder readOnly(folder);
+    CfgCenter::SetFile(ICfg::UserView, folder + QStringLiteral("/user.ini"));
+    user().SetString(QStringLiteral("Key"), QStringLiteral("new"));
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        QVERIFY(!user().Flush());
+    }
+    QCOMPARE(messages.texts(), QStringList(QStringLiteral("The settings in %1/user.ini cannot be read, nor set aside. "
+                                                          "Changes are not kept.")
+                                               .arg(folder)));
+    CfgCenter::SetFile(ICfg::UserView, QString());
+    QCOMPARE(contentOf(QStringLiteral("laid down/user.ini")), damaged());
 }
 
 QTEST_GUILESS_MAIN(CfgCenterTest)

@@ -25,6 +25,22 @@ void fill(SortListView& view, const QStringList& all)
     }
 }
 
+/// The brightest pixel of the cell, or on a light background the darkest, as far as its hue is that of blue.
+QColor strongestBlue(SortListView& view, const QColor& background)
+{
+    const QImage image = view.viewport()->grab(view.visualItemRect(view.topLevelItem(0))).toImage();
+    QColor strongest = background;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            const bool isBlue = color.blue() > color.red() && color.red() == color.green();
+            const auto distance = [&](const QColor& of) { return std::abs(qGray(of.rgb()) - qGray(background.rgb())); };
+            strongest = isBlue && distance(color) > distance(strongest) ? color : strongest;
+        }
+    }
+    return strongest;
+}
+
 } // namespace
 
 class SortListViewTest : public QObject
@@ -43,6 +59,9 @@ private Q_SLOTS:
     void compareFunctionsEndAtTheirLength();
     void aFunctionOfOnesOwnDecides();
     void keepsTheLayoutOfItsColumnsUnderItsName();
+    void anItemHasAsManyCellsAsItIsGiven();
+    void coloursCanBeReadOnTheirBackground_data();
+    void coloursCanBeReadOnTheirBackground();
 };
 
 void SortListViewTest::columnsComeOneBehindTheOther()
@@ -191,6 +210,52 @@ void SortListViewTest::keepsTheLayoutOfItsColumnsUnderItsName()
     QVERIFY(after.restoreColumnStatus());
     QCOMPARE(after.header()->visualIndex(0), 1);
     CfgCenter::SetFile(ICfg::UserView, QString());
+}
+
+void SortListViewTest::anItemHasAsManyCellsAsItIsGiven()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    SortListViewItem item(&view);
+    QCOMPARE(item.columnCount(), 0);
+    item.SetColumnCount(3);
+    QCOMPARE(item.columnCount(), 3);
+    QCOMPARE(view.columnCount(), 1);
+    item.setText(2, QStringLiteral("text"));
+    item.SetColumnCount(1);
+    QCOMPARE(item.columnCount(), 3);
+    QCOMPARE(item.text(2), QStringLiteral("text"));
+}
+
+void SortListViewTest::coloursCanBeReadOnTheirBackground_data()
+{
+    QTest::addColumn<QColor>("background");
+    QTest::addColumn<bool>("isAsGiven");
+    QTest::newRow("blue on white") << QColor(Qt::white) << true;
+    QTest::newRow("blue on black") << QColor(Qt::black) << false;
+    QTest::newRow("blue on a dark grey") << QColor(40, 40, 40) << false;
+}
+
+void SortListViewTest::coloursCanBeReadOnTheirBackground()
+{
+    QFETCH(QColor, background);
+    QFETCH(bool, isAsGiven);
+    SortListView view;
+    QPalette palette(background);
+    palette.setColor(QPalette::Base, background);
+    view.setPalette(palette);
+    QFont large = view.font();
+    large.setPixelSize(40);
+    view.setFont(large);
+    view.addColumn(QStringLiteral("Name"));
+    fill(view, {QStringLiteral("HHH")});
+    view.topLevelItem(0)->setForeground(0, QBrush(Qt::blue));
+    view.resize(300, 150);
+    view.show();
+    const QColor shown = strongestBlue(view, background);
+    QCOMPARE(shown == QColor(Qt::blue), isAsGiven);
+    QVERIFY2(std::abs(qGray(shown.rgb()) - qGray(background.rgb())) > 60, qPrintable(shown.name()));
+    QCOMPARE(view.topLevelItem(0)->foreground(0), QBrush(Qt::blue));
 }
 
 QTEST_MAIN(SortListViewTest)
