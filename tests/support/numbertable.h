@@ -34,7 +34,7 @@ public:
     }
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override
     {
-        const bool isDecorated = orientation == Qt::Horizontal && section == decoratedSection;
+        const bool isDecorated = orientation == Qt::Horizontal && section >= 0 && section == decoratedSection;
         return isDecorated && role == Qt::DecorationRole ? QVariant(QStringLiteral("own"))
                                                          : QAbstractTableModel::headerData(section, orientation, role);
     }
@@ -77,7 +77,7 @@ public:
     /// How many cells were read since the last call.
     int takeReads() const { return std::exchange(m_reads, 0); }
 
-    int decoratedSection = -1;
+    int decoratedSection = -1; ///< the column whose header has a decoration of its own
 
 private:
     QList<Row> m_rows;

@@ -71,7 +71,7 @@ std::size_t RowChange::removedRuns() const
     std::size_t runs = 0;
     for (std::size_t place = 0; place < m_shown.size(); ++place) {
         const bool beginsRun = place == 0 || isKept(place - 1);
-        runs += !isKept(place) && beginsRun ? 1 : 0;
+        runs += !isKept(place) && beginsRun ? 1U : 0U;
     }
     return runs;
 }
@@ -98,7 +98,7 @@ std::size_t RowChange::addedRunsInSourceOrder() const
     for (int row = 0; row < m_round.rowCount(); ++row) {
         if (m_round.accepts(row)) {
             const bool isNew = !shown[static_cast<std::size_t>(row)];
-            runs += isNew && !inRun ? 1 : 0;
+            runs += isNew && !inRun ? 1U : 0U;
             inRun = isNew;
         }
     }
