@@ -128,6 +128,7 @@ void FilterValueTest::momentsAreMillisecondsSinceTheEpoch()
     QCOMPARE(back, moment);
     QVERIFY(parseFilterValue(QStringLiteral("-1"), back));
     QCOMPARE(back.toMSecsSinceEpoch(), -1);
+    QCOMPARE(filterValueText(QDateTime()), QStringLiteral("0"));
 }
 
 void FilterValueTest::whatIsNoMoment_data()
