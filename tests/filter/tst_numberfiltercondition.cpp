@@ -106,7 +106,7 @@ private Q_SLOTS:
     void savesTypeComparatorAndText();
     void aNumberKeepsSixDigits_data();
     void aNumberKeepsSixDigits();
-    void timesAndMomentsKeepTheirMilliseconds();
+    void otherLimitsAreRestoredWhole();
     void restoresWithOneSignal();
     void unchangedContentIsNotTold();
     void aComparatorThatIsNotKnownIsReadAsNotEqual_data();
@@ -313,6 +313,9 @@ void NumberFilterConditionTest::savesTypeComparatorAndText()
     QCOMPARE(number.GetType(), FileType::Double);
     QCOMPARE(number.GetComparator(), FileComparator::GreaterOrEqual);
     QCOMPARE(number.GetFilterValue(), QStringLiteral("1.04858e+06"));
+    const auto whole = written(*switchedOn(1234567, NumberComparison::Equal));
+    QCOMPARE(whole.GetType(), FileType::Int);
+    QCOMPARE(whole.GetFilterValue(), QStringLiteral("1234567"));
     const auto time = written(*switchedOn(QTime(1, 2, 3, 4), NumberComparison::LessOrEqual));
     QCOMPARE(time.GetType(), FileType::Time);
     QCOMPARE(time.GetComparator(), FileComparator::LessOrEqual);
@@ -341,8 +344,9 @@ void NumberFilterConditionTest::aNumberKeepsSixDigits()
     QCOMPARE(restored(*switchedOn(limit, NumberComparison::Less)), expected);
 }
 
-void NumberFilterConditionTest::timesAndMomentsKeepTheirMilliseconds()
+void NumberFilterConditionTest::otherLimitsAreRestoredWhole()
 {
+    QCOMPARE(restored(*switchedOn(1234567, NumberComparison::Equal)), 1234567);
     const QTime time(23, 59, 59, 999);
     QCOMPARE(restored(*switchedOn(time, NumberComparison::Less)), time);
     const QDateTime moment = noon.addMSecs(123);
