@@ -2,6 +2,8 @@
 
 #include <zelkobase/data/filterconditionlist.h>
 
+#include <QPointer>
+
 namespace ZelkoGUI::Filter {
 
 AbstractFilterCondition::AbstractFilterCondition(int column, int role, const QString& name, QObject* parent)
@@ -60,6 +62,7 @@ bool AbstractFilterCondition::readFromXml(const ZELKO_XML::FilterConditionList& 
 
 void AbstractFilterCondition::takeEnabled(const ZELKO_XML::FilterCondition& entry, bool contentDiffers)
 {
+    const QPointer<AbstractFilterCondition> guard(this);
     const bool wasEnabled = m_enabled;
     if (entry.IsEnabledSet()) {
         m_enabled = entry.GetEnabled();
@@ -67,7 +70,10 @@ void AbstractFilterCondition::takeEnabled(const ZELKO_XML::FilterCondition& entr
     if (m_enabled != wasEnabled || (m_enabled && contentDiffers)) {
         Q_EMIT si_filterChanged();
     }
-    Q_EMIT si_filterContentChanged();
+    // Whoever was told may have dropped the condition.
+    if (guard) {
+        Q_EMIT si_filterContentChanged();
+    }
 }
 
 void AbstractFilterCondition::writeToXml(ZELKO_XML::FilterConditionList& list) const

@@ -82,6 +82,7 @@ void NumberFilterCondition<T>::writeToXml(ZELKO_XML::FilterCondition& target) co
 }
 
 template class NumberFilterCondition<double>;
+template class NumberFilterCondition<int>;
 template class NumberFilterCondition<QTime>;
 template class NumberFilterCondition<QDateTime>;
 

@@ -7,7 +7,8 @@
 
 namespace ZelkoGUI::Filter {
 
-/// Compares cells with one limit of type T: `double`, `QTime` or `QDateTime`. A range is two conditions.
+/// Compares cells with one limit of type T: `double`, `QTime` or `QDateTime`. A range is two conditions. `int` is there
+/// for the sake of files, which know it: no window makes such a condition.
 ///
 /// Durations are compared as times of day, as the record model hands them out. A saved `double` keeps six significant
 /// digits.
@@ -43,6 +44,7 @@ private:
 };
 
 extern template class ZELKOGUIBASE_EXPORT NumberFilterCondition<double>;
+extern template class ZELKOGUIBASE_EXPORT NumberFilterCondition<int>;
 extern template class ZELKOGUIBASE_EXPORT NumberFilterCondition<QTime>;
 extern template class ZELKOGUIBASE_EXPORT NumberFilterCondition<QDateTime>;
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <zelkoguibase/filter/fixedtextsearch_p.h>
+
 #include <QRegExp>
-#include <QString>
 
 namespace ZelkoGUI::Filter {
 
-/// Tells quickly whether texts hold what a QRegExp matches, with the answers of `QRegExp::containedIn()`; those for an
-/// empty pattern are all yes.
+/// Tells whether texts hold what a QRegExp matches, with the answers of `QRegExp::containedIn()`, but sooner where it
+/// is a fixed string. The answers for an empty pattern are all yes.
 class PatternMatcher
 {
 public:
@@ -16,6 +17,7 @@ public:
 
 private:
     QRegExp m_expression;
+    std::optional<FixedTextSearch> m_fixedText;
 };
 
 } // namespace ZelkoGUI::Filter

@@ -22,9 +22,10 @@ QString filterValueText(const QTime& value)
     return value.toString(timeFormat());
 }
 
+// What Qt makes of an invalid moment is not specified.
 QString filterValueText(const QDateTime& value)
 {
-    return QString::number(value.toMSecsSinceEpoch(), 10);
+    return QString::number(value.isValid() ? value.toMSecsSinceEpoch() : 0, 10);
 }
 
 bool parseFilterValue(const QString& text, double& value)

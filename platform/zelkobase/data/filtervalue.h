@@ -8,7 +8,8 @@
 namespace ZELKO_XML {
 
 /// The limit of a number filter as a text. A `double` keeps six significant digits, so 1234567 comes back as 1234570; a
-/// `QTime` is HH:mm:ss.zzz, or empty if it is not valid; a `QDateTime` counts milliseconds since the epoch.
+/// `QTime` is HH:mm:ss.zzz, or empty if it is not valid; a `QDateTime` counts milliseconds since the epoch, and is 0 if
+/// it is not valid.
 ZELKOBASEDATA_EXPORT QString filterValueText(double value);
 ZELKOBASEDATA_EXPORT QString filterValueText(int value);
 ZELKOBASEDATA_EXPORT QString filterValueText(const QTime& value);
