@@ -3,6 +3,9 @@
 
 Every claim is a ratio of two times, or a counter, of one benchmark program. Both sides of a ratio run interleaved in one
 process, so that what disturbs the machine disturbs both; the figure is the median over several processes.
+
+The goals are listed by program. A program whose claims differ in what they cost has several entries, each with a "program"
+and the "arguments" that choose its benchmarks.
 """
 
 import argparse
@@ -25,10 +28,10 @@ def arguments():
     return parser.parse_args()
 
 
-def run_once(program, prefix):
+def run_once(program, prefix, arguments):
     """One process of a benchmark program: the repetitions of each of its benchmarks, by name."""
     command = prefix + [str(program), "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=5",
-                        "--benchmark_format=json"]
+                        "--benchmark_format=json"] + arguments
     output = subprocess.run(command, check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL).stdout
     results = {}
     for entry in json.loads(output)["benchmarks"]:
@@ -76,7 +79,8 @@ def main():
     good = True
     for program, entry in chosen.items():
         prefix = ["taskset", "-c", entry["cpus"]] if "cpus" in entry else []
-        runs = [run_once(options.binaries / entry["capability"] / program, prefix)
+        binary = options.binaries / entry["capability"] / entry.get("program", program)
+        runs = [run_once(binary, prefix, entry.get("arguments", []))
                 for _ in range(max(options.processes, LEAST_PROCESSES))]
         for name, claim in entry["claims"].items():
             good &= report(name, claim, [measure(claim, run) for run in runs])

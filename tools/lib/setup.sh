@@ -8,8 +8,8 @@ export CTEST_OUTPUT_ON_FAILURE=1
 packages_to_build=(build-essential cmake ninja-build ccache mold pkg-config python3
     qt6-base-dev qt6-5compat-dev qt6-svg-dev libgl1-mesa-dev
     libomniorb4-dev omniidl libssl-dev libboost-dev libfftw3-dev libpugixml-dev libxxhash-dev libsodium-dev nlohmann-json3-dev fonts-dejavu-core)
-# What the tests of the sources themselves run.
-packages_to_test=(clang-format-14 git openssl)
+# What tests run: those of the sources themselves, and those of files beside other programs.
+packages_to_test=(clang-format-14 git libxml2-utils openssl)
 
 say() { printf '%s\n' "$*" >&2; }
 

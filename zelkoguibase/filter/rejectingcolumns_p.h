@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QList>
+#include <QPersistentModelIndex>
+
+#include <map>
+
+class QAbstractItemModel;
+
+namespace ZelkoGUI::Filter {
+
+class AbstractFilterCondition;
+class FilterRound;
+
+/// Which columns of a source have a row that an active condition on that column rejects.
+///
+/// An answer takes a pass over the rows at most, and none while it is known. It stays known as long as the conditions
+/// stay, the row that it rests on is not changed or removed, and the notifications of changed and inserted rows come
+/// in.
+class RejectingColumns
+{
+public:
+    /// The list must outlive this object.
+    explicit RejectingColumns(const QList<AbstractFilterCondition*>& filters)
+        : m_filters(filters)
+    {}
+
+    bool contains(const QAbstractItemModel& source, int column);
+
+    /// The conditions changed, or all rows: nothing is known.
+    void forget() { m_known.clear(); }
+
+    /// Takes over what a pass over all rows found.
+    void take(const QAbstractItemModel& source, const FilterRound& round);
+
+    /// Cells of the source between these columns and rows are other ones.
+    void cellsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
+
+    /// Rows came to the source.
+    void rowsInserted(const QAbstractItemModel& source, int first, int last);
+
+private:
+    struct Known
+    {
+        bool rejects;
+        QPersistentModelIndex rowCell; // in a row that is rejected; invalid once that is gone
+    };
+
+    bool isUsed(int column) const;
+    bool rejects(const QAbstractItemModel& source, int column, int row) const;
+    Known search(const QAbstractItemModel& source, int column, int first, int last) const;
+    static Known known(const QAbstractItemModel& source, int rejectedRow);
+
+    const QList<AbstractFilterCondition*>& m_filters;
+    std::map<int, Known> m_known;
+};
+
+} // namespace ZelkoGUI::Filter
