@@ -284,6 +284,9 @@ void tst_MultiFilterSortProxyModel::marksWhereAllRowsAreHidden()
     list.add(2, nothing);
     QCOMPARE(list.proxy.rowCount(), 0);
     QCOMPARE(markedColumns(list.proxy), QList<int>({2}));
+    list.add(7, nothing); // there is no such column
+    QCOMPARE(markedColumns(list.proxy), QList<int>({2}));
+    QCOMPARE(list.proxy.headerData(7, Qt::Horizontal, Qt::DecorationRole), QVariant());
 }
 
 void tst_MultiFilterSortProxyModel::marksNothingForAForeignOrientationOrRole()

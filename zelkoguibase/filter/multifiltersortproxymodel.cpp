@@ -33,8 +33,8 @@ public:
     {}
 
     bool hidesRows() const;
-    int sourceColumn(int proxyColumn) const;
-    bool columnFilters(int proxyColumn);
+    int proxyColumn(int sourceColumn) const;
+    void findFilteredColumns();
     std::vector<int> shownRows() const;
     std::vector<int> markedPlaces() const;
     bool mayBeWhollySelected() const;
@@ -63,15 +63,21 @@ bool MultiFilterSortProxyModel::Private::hidesRows() const
 }
 
 // Without a row there is nothing that could be mapped; the columns of the source are taken as they stand.
-int MultiFilterSortProxyModel::Private::sourceColumn(int proxyColumn) const
+int MultiFilterSortProxyModel::Private::proxyColumn(int sourceColumn) const
 {
-    const int column = q->mapToSource(q->index(0, proxyColumn)).column();
-    return column < 0 ? proxyColumn : column;
+    const QModelIndex first = q->mapToSource(q->index(0, 0));
+    return first.isValid() ? q->mapFromSource(first.siblingAtColumn(sourceColumn)).column() : sourceColumn;
 }
 
-bool MultiFilterSortProxyModel::Private::columnFilters(int proxyColumn)
+void MultiFilterSortProxyModel::Private::findFilteredColumns()
 {
-    return rejectingColumns.contains(*q->sourceModel(), sourceColumn(proxyColumn));
+    for (const AbstractFilterCondition* filter : std::as_const(filters)) {
+        const int column = proxyColumn(filter->filterKeyColumn());
+        if (column >= 0 && column < q->columnCount() && !filteredColumns.contains(column) &&
+            rejectingColumns.contains(*q->sourceModel(), filter->filterKeyColumn())) {
+            filteredColumns.insert(column);
+        }
+    }
 }
 
 std::vector<int> MultiFilterSortProxyModel::Private::shownRows() const
@@ -251,12 +257,8 @@ void MultiFilterSortProxyModel::invalidateHeaderData()
 {
     d->filteredColumns.clear();
     const int columns = columnCount();
-    if (d->hidesRows()) {
-        for (int column = 0; column < columns; ++column) {
-            if (d->columnFilters(column)) {
-                d->filteredColumns.insert(column);
-            }
-        }
+    if (columns > 0 && d->hidesRows()) {
+        d->findFilteredColumns();
     }
     Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns - 1);
 }
