@@ -89,9 +89,8 @@ private Q_SLOTS:
     {
         Setting setting(1);
         setting.connect();
-        // A device of which a command is missing cannot be worked on, whatever else is there of it.
-        Tree::Instance()->Remove(setting.site.connectionData()->GetBasePath(setting.device) +
-                                 zelko::names::setRecordIdle);
+        // A device that lacks something cannot be worked on, whatever else is there of it.
+        Tree::Instance()->Remove(setting.site.connectionData()->GetBasePath(setting.device) + zelko::names::extended);
         QTRY_VERIFY_WITH_TIMEOUT(!setting.records.isConnected(), patience);
         QVERIFY(!setting.controller.isConnected());
         QVERIFY(!setting.records.isComplete());
