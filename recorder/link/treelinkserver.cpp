@@ -281,9 +281,9 @@ LinkWriteVerdict TreeLinkServer::Private::execute(LinkSession& session, const st
 }
 
 TreeLinkServer::TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options,
-                               MayWrite mayWrite, Authenticate authenticate, QObject* parent)
+                               MayWrite mayWrite, const Authenticate& authenticate, QObject* parent)
     : QObject(parent)
-    , d(std::make_unique<Private>(this, orb, tree, options, std::move(mayWrite), std::move(authenticate)))
+    , d(std::make_unique<Private>(this, orb, tree, options, std::move(mayWrite), authenticate))
 {}
 
 TreeLinkServer::~TreeLinkServer() = default;

@@ -68,7 +68,7 @@ public:
     /// Begins to serve. `orb` and `tree` outlive the server. Without `mayWrite` nobody writes anything; without
     /// `authenticate` everybody is a viewer, whatever he says.
     TreeLinkServer(ZelkoCommon::Orb& orb, Tree& tree, const TreeLinkServerOptions& options = {}, MayWrite mayWrite = {},
-                   Authenticate authenticate = {}, QObject* parent = nullptr);
+                   const Authenticate& authenticate = {}, QObject* parent = nullptr);
 
     /// Drops all clients, and calls to them that are under way. A client whose host swallows a connection that is being
     /// made is waited for, for the rest of `deliverTimeout`.

@@ -20,8 +20,8 @@ bool RecordItemMap::contains(const QString& recordID) const
     return data().find(recordID) != data().end();
 }
 
-// Key and ID are two strings when they come from a stream. Of equal ones only the record's is kept: by the map, its log
-// and all that read from them.
+// A caller may hold key and ID as two strings. Of equal ones only the record's is kept: by the map, its log and all
+// that read from them. What comes from a stream has one already.
 QString RecordItemMap::SetAt(QString key, const RecordMapData& item, IObserver* origin)
 {
     if (const auto& record = item.GetRecordData()) {

@@ -15,11 +15,7 @@ namespace {
 
 [[noreturn]] void fail(ServiceStatus status, const QString& detail = {})
 {
-    ServiceFailure failure;
-    failure.status = status;
-    failure.detail = detail;
-    failure.isNotExecuted = true;
-    throw failure;
+    throw ServiceFailure{.status = status, .detail = detail, .isNotExecuted = true};
 }
 
 QStringList reachableAddresses(const QString& host, std::chrono::milliseconds limit)
@@ -56,7 +52,7 @@ QString resolved(ReferenceText reference, std::chrono::milliseconds limit)
         }
     }
     if (found.empty()) {
-        throw failure.value();
+        throw ServiceFailure(failure.value());
     }
     reference.places = found;
     return reference.text();
