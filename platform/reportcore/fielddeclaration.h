@@ -56,6 +56,8 @@ public:                                                                         
                                                                                                                        \
 protected:                                                                                                             \
     bool replaceIf(const Fill& fill) override;                                                                         \
+    void appendBinaryFields(std::string& out) const override;                                                          \
+    bool readBinaryFields(REPORTGENERATOR::ByteReader& reader) override;                                               \
                                                                                                                        \
 private:                                                                                                               \
     enum FieldNumber : unsigned { FIELDS(RG_DETAIL_NUMBER) FieldCount };                                               \

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <reportcore/binaryform.h>
 #include <reportcore/fielddeclaration.h>
 #include <reportcore/itemtype.h>
 
@@ -119,6 +120,11 @@ FieldInfo makeField(const char* name, FieldKind kind, const RGObject& prototype,
 #define RG_DETAIL_FIELD_INFO(kind, type, name)                                                                         \
     REPORTGENERATOR::makeField(#name, REPORTGENERATOR::FieldKind::kind, prototype, prototype.m_##name),
 
+#define RG_DETAIL_LIST_BIT(kind, type, name) | BinaryForm::listBit(Number_##name, m_##name)
+#define RG_DETAIL_LIST_BIT_IF_SET(kind, type, name) | BinaryForm::listBitIfSet(Number_##name, m_##name)
+#define RG_DETAIL_APPEND(kind, type, name) BinaryForm::appendField(out, mask, Number_##name, m_##name);
+#define RG_DETAIL_READ(kind, type, name) &&BinaryForm::readField(reader, mask, Number_##name, m_##name)
+
 /// Defines what RG_OBJECT has declared; belongs into the source file of the class.
 #define RG_DEFINE_OBJECT(Class, FIELDS, whatOfUnknownElements)                                                         \
     Class::Class() = default;                                                                                          \
@@ -143,6 +149,21 @@ FieldInfo makeField(const char* name, FieldKind kind, const RGObject& prototype,
         }                                                                                                              \
         *this = std::move(fresh);                                                                                      \
         return true;                                                                                                   \
+    }                                                                                                                  \
+    void Class::appendBinaryFields(std::string& out) const                                                             \
+    {                                                                                                                  \
+        using REPORTGENERATOR::BinaryForm;                                                                             \
+        const quint32 mask = presentFields() FIELDS(RG_DETAIL_LIST_BIT_IF_SET);                                        \
+        BinaryForm::append(out, mask);                                                                                 \
+        FIELDS(RG_DETAIL_APPEND)                                                                                       \
+    }                                                                                                                  \
+    bool Class::readBinaryFields(REPORTGENERATOR::ByteReader& reader)                                                  \
+    {                                                                                                                  \
+        using REPORTGENERATOR::BinaryForm;                                                                             \
+        quint32 mask = 0;                                                                                              \
+        const bool complete = BinaryForm::readMask(reader, FieldCount, mask) FIELDS(RG_DETAIL_READ);                   \
+        setPresentFields(mask & ~(0U FIELDS(RG_DETAIL_LIST_BIT)));                                                     \
+        return complete;                                                                                               \
     }
 
 #define RG_DETAIL_ENUMERATOR_TEXT(name, word) {#name, word},

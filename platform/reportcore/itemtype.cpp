@@ -1,6 +1,5 @@
 #include <reportcore/itemtype.h>
 
-#include <reportcore/binarycodec_p.h>
 #include <reportcore/objectfields_p.h>
 #include <reportcore/rgexception.h>
 #include <reportcore/xmlreader_p.h>
@@ -30,15 +29,6 @@ public:
     {
         readFields(element, *static_cast<RGObject*>(item), validate);
     }
-
-    void appendBinary(const void* item, std::string& out) const override { appendFields(object(item), out); }
-
-    bool readBinary(ByteReader& reader, void* item) const override
-    {
-        return readFields(reader, *static_cast<RGObject*>(item));
-    }
-
-    std::size_t leastBinarySize() const override { return sizeof(quint32); }
 
 private:
     static const RGObject& object(const void* item) { return *static_cast<const RGObject*>(item); }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <reportcore/bytereader.h>
 #include <reportcore/enuminfo.h>
 
 #include <QDateTime>
@@ -35,14 +34,6 @@ public:
 
     /// Throws RGException if the element does not hold a value of this type.
     virtual void readXml(const pugi::xml_node& element, void* item, bool validate) const = 0;
-
-    virtual void appendBinary(const void* item, std::string& out) const = 0;
-
-    /// False if the bytes do not start with a value of this type.
-    virtual bool readBinary(ByteReader& reader, void* item) const = 0;
-
-    /// No value takes fewer bytes than this.
-    virtual std::size_t leastBinarySize() const = 0;
 };
 
 /// A value that is written as the text of one element.
@@ -68,9 +59,6 @@ public:
     bool equal(const void* a, const void* b) const override;
     QString problem(const void* item) const override;
     QString toText(const void* item) const override;
-    void appendBinary(const void* item, std::string& out) const override;
-    bool readBinary(ByteReader& reader, void* item) const override;
-    std::size_t leastBinarySize() const override;
 
 protected:
     bool fromText(std::string_view text, void* item) const override;

@@ -1,6 +1,6 @@
 #include <reportcore/rgobject.h>
 
-#include <reportcore/binarycodec_p.h>
+#include <reportcore/bytereader.h>
 #include <reportcore/durablefile.h>
 #include <reportcore/objectfields_p.h>
 #include <reportcore/rgexception.h>
@@ -16,6 +16,9 @@
 namespace REPORTGENERATOR {
 
 namespace {
+
+// The first byte of the binary form.
+constexpr quint8 binaryVersion = 1;
 
 void writeDocument(const RGObject& object, QXmlStreamWriter& writer)
 {
@@ -202,7 +205,7 @@ bool RGObject::loadFrom(QFile& file)
 void RGObject::appendBinary(std::string& out) const
 {
     appendNumber(out, binaryVersion);
-    appendFields(*this, out);
+    appendBinaryFields(out);
 }
 
 bool RGObject::readBinary(const char*& begin, const char* end)
@@ -215,7 +218,7 @@ bool RGObject::fillFromBinary(const char*& begin, const char* end)
 {
     ByteReader reader(begin, end);
     quint8 version = 0;
-    const bool complete = reader.read(version) && version == binaryVersion && readFields(reader, *this);
+    const bool complete = reader.read(version) && version == binaryVersion && readBinaryFields(reader);
     if (complete) {
         begin = reader.position();
     }

@@ -8,6 +8,7 @@
 
 namespace REPORTGENERATOR {
 
+class ByteReader;
 struct ClassInfo;
 class XmlDocument;
 
@@ -78,6 +79,10 @@ protected:
     /// Takes over a new object of the same class if `fill` accepts it, and gives the answer of `fill`.
     virtual bool replaceIf(const Fill& fill) = 0;
 
+    /// The binary form of the fields, which BinaryForm describes. `readBinaryFields` is for a new object.
+    virtual void appendBinaryFields(std::string& out) const = 0;
+    virtual bool readBinaryFields(ByteReader& reader) = 0;
+
     /// The value of a scalar field as it is written to XML.
     QString fieldText(unsigned field) const;
 
@@ -85,7 +90,12 @@ protected:
     void setPresent(unsigned field) { m_present |= 1U << field; }
     void setAbsent(unsigned field) { m_present &= ~(1U << field); }
 
+    /// One bit for each field that is set, lists apart, which are when they are not empty.
+    quint32 presentFields() const { return m_present; }
+    void setPresentFields(quint32 fields) { m_present = fields; }
+
 private:
+    friend class BinaryForm;
     friend class ObjectFields;
 
     bool replaceValidated(const Fill& fill);

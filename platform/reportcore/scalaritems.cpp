@@ -3,7 +3,6 @@
 #include <reportcore/xmltext_p.h>
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cmath>
 
@@ -45,9 +44,6 @@ class IntegerItem final : public PlainItem<Number>
 {
 public:
     QString toText(const void* item) const override { return numberText(this->value(item)); }
-    void appendBinary(const void* item, std::string& out) const override { appendNumber(out, this->value(item)); }
-    bool readBinary(ByteReader& reader, void* item) const override { return reader.read(this->value(item)); }
-    std::size_t leastBinarySize() const override { return sizeof(Number); }
 
 protected:
     bool fromText(std::string_view text, void* item) const override { return parseNumber(text, this->value(item)); }
@@ -57,19 +53,6 @@ class BoolItem final : public PlainItem<bool>
 {
 public:
     QString toText(const void* item) const override { return QLatin1String(value(item) ? "true" : "false"); }
-    void appendBinary(const void* item, std::string& out) const override { appendNumber(out, quint8{value(item)}); }
-
-    bool readBinary(ByteReader& reader, void* item) const override
-    {
-        quint8 byte = 0;
-        if (!reader.read(byte) || byte > 1) {
-            return false;
-        }
-        value(item) = byte == 1;
-        return true;
-    }
-
-    std::size_t leastBinarySize() const override { return sizeof(quint8); }
 
 protected:
     bool fromText(std::string_view text, void* item) const override
@@ -88,22 +71,6 @@ public:
         return std::isfinite(value(item)) ? QString() : QStringLiteral("is not a finite number");
     }
     QString toText(const void* item) const override { return numberText(value(item)); }
-    void appendBinary(const void* item, std::string& out) const override
-    {
-        appendNumber(out, std::bit_cast<quint64>(value(item)));
-    }
-
-    bool readBinary(ByteReader& reader, void* item) const override
-    {
-        quint64 bits = 0;
-        if (!reader.read(bits)) {
-            return false;
-        }
-        value(item) = std::bit_cast<double>(bits);
-        return std::isfinite(value(item));
-    }
-
-    std::size_t leastBinarySize() const override { return sizeof(quint64); }
 
 protected:
     bool fromText(std::string_view text, void* item) const override
@@ -112,80 +79,16 @@ protected:
     }
 };
 
-/// In binary form a length in code units, times two, plus one if the units are UTF-16 and not Latin-1, and then the
-/// units.
 class TextItem final : public PlainItem<QString>
 {
 public:
     QString toText(const void* item) const override { return escaped(value(item)); }
-
-    void appendBinary(const void* item, std::string& out) const override
-    {
-        const QString& text = value(item);
-        const bool wide = !isLatin1(text);
-        appendNumber(out, static_cast<quint32>(text.size()) * 2 + (wide ? 1 : 0));
-        if (wide) {
-            appendWide(text, out);
-        } else {
-            appendNarrow(text, out);
-        }
-    }
-
-    bool readBinary(ByteReader& reader, void* item) const override
-    {
-        quint32 header = 0;
-        if (!reader.read(header)) {
-            return false;
-        }
-        const quint32 length = header / 2;
-        const bool wide = header % 2 == 1;
-        const char* const units = reader.take(std::size_t{length} * (wide ? 2 : 1));
-        if (units == nullptr) {
-            return false;
-        }
-        value(item) = wide ? wideText(units, length) : QString::fromLatin1(units, static_cast<qsizetype>(length));
-        return true;
-    }
-
-    std::size_t leastBinarySize() const override { return sizeof(quint32); }
 
 protected:
     bool fromText(std::string_view text, void* item) const override
     {
         value(item) = unescaped(text);
         return true;
-    }
-
-private:
-    static bool isLatin1(QStringView text)
-    {
-        char16_t all = 0;
-        for (const QChar c : text) {
-            all |= c.unicode();
-        }
-        return all < 0x100;
-    }
-
-    static void appendNarrow(QStringView text, std::string& out)
-    {
-        const std::size_t start = out.size();
-        out.resize(start + static_cast<std::size_t>(text.size()));
-        std::transform(text.begin(), text.end(), out.begin() + static_cast<std::ptrdiff_t>(start),
-                       [](QChar c) { return static_cast<char>(c.unicode()); });
-    }
-
-    static void appendWide(QStringView text, std::string& out)
-    {
-        for (const QChar c : text) {
-            appendNumber(out, static_cast<quint16>(c.unicode()));
-        }
-    }
-
-    static QString wideText(const char* units, quint32 length)
-    {
-        QString text(static_cast<qsizetype>(length), Qt::Uninitialized);
-        qFromLittleEndian<quint16>(units, static_cast<qsizetype>(length), text.data());
-        return text;
     }
 };
 
@@ -198,22 +101,6 @@ public:
         return isWritable(value(item)) ? QString() : QStringLiteral("is not a valid time");
     }
     QString toText(const void* item) const override { return value(item).toUTC().toString(Qt::ISODateWithMs); }
-    void appendBinary(const void* item, std::string& out) const override
-    {
-        appendNumber(out, qint64{value(item).toMSecsSinceEpoch()});
-    }
-
-    bool readBinary(ByteReader& reader, void* item) const override
-    {
-        qint64 milliseconds = 0;
-        if (!reader.read(milliseconds)) {
-            return false;
-        }
-        value(item) = QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
-        return isWritable(value(item));
-    }
-
-    std::size_t leastBinarySize() const override { return sizeof(qint64); }
 
 protected:
     bool fromText(std::string_view text, void* item) const override
@@ -223,13 +110,6 @@ protected:
                                             Qt::ISODateWithMs)
                           .toUTC();
         return isWritable(value(item));
-    }
-
-private:
-    // The text form has four digits for the year.
-    static bool isWritable(const QDateTime& time)
-    {
-        return time.isValid() && time.date().year() >= 1 && time.date().year() <= 9999;
     }
 };
 
@@ -257,26 +137,6 @@ QString EnumItem::toText(const void* item) const
 {
     const int number = enumNumber(item);
     return m_info.contains(number) ? m_info.name(number) : QString::number(number);
-}
-
-void EnumItem::appendBinary(const void* item, std::string& out) const
-{
-    appendNumber(out, qint32{enumNumber(item)});
-}
-
-bool EnumItem::readBinary(ByteReader& reader, void* item) const
-{
-    qint32 number = -1;
-    if (!reader.read(number) || !m_info.contains(number)) {
-        return false;
-    }
-    std::memcpy(item, &number, sizeof number);
-    return true;
-}
-
-std::size_t EnumItem::leastBinarySize() const
-{
-    return sizeof(qint32);
 }
 
 bool EnumItem::fromText(std::string_view text, void* item) const

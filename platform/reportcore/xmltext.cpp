@@ -160,4 +160,9 @@ QString shortened(std::string_view utf8)
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(std::min(utf8.size(), enough)));
 }
 
+bool isWritable(const QDateTime& time)
+{
+    return time.isValid() && time.date().year() >= 1 && time.date().year() <= 9999;
+}
+
 } // namespace REPORTGENERATOR

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <string>
@@ -27,5 +28,8 @@ std::string_view trimmed(std::string_view text);
 
 /// The start of a text, for a message.
 QString shortened(std::string_view utf8);
+
+/// Whether a time can be written: the text form has four digits for the year.
+bool isWritable(const QDateTime& time);
 
 } // namespace REPORTGENERATOR
