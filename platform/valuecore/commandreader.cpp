@@ -13,17 +13,6 @@ int CommandReader::remainingAsInt() const
     return static_cast<int>(std::min<std::size_t>(remaining(), std::numeric_limits<int>::max()));
 }
 
-const char* CommandReader::take(std::size_t count)
-{
-    if (!m_ok || remaining() < count) {
-        m_ok = false;
-        return nullptr;
-    }
-    const char* const bytes = *m_stream;
-    *m_stream += count;
-    return bytes;
-}
-
 bool CommandReader::boolean()
 {
     const auto byte = number<std::uint8_t>();
@@ -31,13 +20,6 @@ bool CommandReader::boolean()
         m_ok = false;
     }
     return m_ok && byte == 1;
-}
-
-std::string_view CommandReader::stringBytes()
-{
-    const std::size_t size = number<std::uint32_t>() * sizeof(char16_t);
-    const char* const bytes = take(size);
-    return bytes ? std::string_view(bytes, size) : std::string_view();
 }
 
 // What is too long fails before anything is allocated.
@@ -63,14 +45,6 @@ int CommandReader::commandId()
     *m_stream = end;
     eatSemicolon();
     return m_ok ? id : 0;
-}
-
-void CommandReader::eatSemicolon()
-{
-    const char* const byte = take(1);
-    if (byte && *byte != ';') {
-        m_ok = false;
-    }
 }
 
 std::size_t CommandReader::itemSize()

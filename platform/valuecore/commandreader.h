@@ -51,13 +51,24 @@ public:
     QString string();
 
     /// The code units of such a text, in place: two bytes each, not aligned.
-    std::string_view stringBytes();
+    std::string_view stringBytes()
+    {
+        const std::size_t size = number<std::uint32_t>() * sizeof(char16_t);
+        const char* const bytes = take(size);
+        return bytes ? std::string_view(bytes, size) : std::string_view();
+    }
 
     /// A command id: decimal digits, then ";".
     int commandId();
 
     /// The ";" that ends each part of a command.
-    void eatSemicolon();
+    void eatSemicolon()
+    {
+        const char* const byte = take(1);
+        if (byte && *byte != ';') {
+            m_ok = false;
+        }
+    }
 
     /// The size of an item that announces it in its first four bytes, checked to be there whole. Nothing is consumed:
     /// after a success `itemSize()` bytes may be read from the stream without further checks.
@@ -67,7 +78,16 @@ public:
     const char** stream() { return m_stream; }
 
 private:
-    const char* take(std::size_t count);
+    const char* take(std::size_t count)
+    {
+        if (!m_ok || remaining() < count) {
+            m_ok = false;
+            return nullptr;
+        }
+        const char* const bytes = *m_stream;
+        *m_stream += count;
+        return bytes;
+    }
 
     const char** m_stream;
     const char* m_end;
