@@ -88,6 +88,7 @@ private Q_SLOTS:
     void followsALogThatGrows();
     void endsBeforeAClear();
     void endsBeforeAnEraseOfAKeyThatWasSet();
+    void endsBeforeTheFirstEraseAfterAFoldWithoutOne();
     void endsBeforeASetOfAKeyThatWasErased();
     void foldsRepeatedSetsOfOneKey();
     void endsBeforeAChangeOfState();
@@ -103,6 +104,9 @@ void TestNotificationFold::foldsSetsAndErasesOfDifferentKeys()
     RecordItemMap map;
     Folder folder(map);
     folder.set("A");
+    folder.set("D");
+    folder.end();
+    folder.erase("D");
     folder.end();
     LogReader reader(map);
     folder.set("B");
@@ -110,7 +114,7 @@ void TestNotificationFold::foldsSetsAndErasesOfDifferentKeys()
     folder.set("C");
     QVERIFY(reader.notifications.isEmpty());
     folder.end();
-    QCOMPARE(reader.notifications, QStringList{"1 A, 1 B, 2 A, 1 C"});
+    QCOMPARE(reader.notifications, QStringList{"1 A, 1 D, 2 D, 1 B, 2 A, 1 C"});
     QVERIFY(!map.IsTransactionActive());
 }
 
@@ -184,6 +188,25 @@ void TestNotificationFold::endsBeforeAnEraseOfAKeyThatWasSet()
     folder.erase("A");
     folder.end();
     QCOMPARE(reader.notifications, (QStringList{"1 A, 1 B", "2 A"}));
+}
+
+void TestNotificationFold::endsBeforeTheFirstEraseAfterAFoldWithoutOne()
+{
+    RecordItemMap map;
+    Folder folder(map);
+    folder.set("A");
+    folder.end();
+    LogReader reader(map);
+    folder.set("B");
+    folder.erase("A");
+    folder.set("C");
+    folder.set("D");
+    folder.erase("C");
+    folder.end();
+    folder.set("E");
+    folder.erase("D");
+    folder.end();
+    QCOMPARE(reader.notifications, (QStringList{"1 A, 1 B", "2 A, 1 C, 1 D", "2 C", "1 E, 2 D"}));
 }
 
 void TestNotificationFold::endsBeforeASetOfAKeyThatWasErased()

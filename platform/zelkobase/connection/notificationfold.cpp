@@ -19,6 +19,11 @@ bool isItemCommand(const Command& command)
     return isSet(command) || command.GetCommandId() == CommandIdMapEraseAt;
 }
 
+std::size_t keyOf(const Command& command)
+{
+    return command.TargetHash().value_or(0);
+}
+
 } // namespace
 
 NotificationFold::NotificationFold() = default;
@@ -30,8 +35,7 @@ NotificationFold::~NotificationFold()
 
 void NotificationFold::prepare(ValueBase& value, const Command& command)
 {
-    const std::size_t key = command.TargetHash().value_or(0);
-    if (m_value && (m_value != &value || mustEndBefore(command, key)) && !endsBeside(value)) {
+    if (m_value && (m_value != &value || mustEndBefore(command)) && !endsBeside(value)) {
         return;
     }
     if (!isItemCommand(command) || value.ChangeLogCapacity() == 0) {
@@ -42,12 +46,14 @@ void NotificationFold::prepare(ValueBase& value, const Command& command)
         m_alive = value.lifeline();
         value.StartTransaction(nullptr);
     }
-    remember(command, key);
+    remember(command);
 }
 
 void NotificationFold::end()
 {
     m_changes = 0;
+    m_keepsSetKeys = !m_erasedKeys.isEmpty();
+    m_hasUnkeptSets = false;
     m_setKeys.clear();
     m_erasedKeys.clear();
     // Observers run now, and may come back here.
@@ -65,26 +71,36 @@ bool NotificationFold::endsBeside(const ValueBase& value)
     return !alive.expired();
 }
 
-bool NotificationFold::mustEndBefore(const Command& command, std::size_t key) const
+bool NotificationFold::mustEndBefore(const Command& command) const
 {
-    return !isItemCommand(command) || m_changes >= std::min(m_value->ChangeLogCapacity(), maxChanges) ||
-           (isSet(command) ? m_erasedKeys : m_setKeys).contains(key);
+    if (!isItemCommand(command) || m_changes >= std::min(m_value->ChangeLogCapacity(), maxChanges)) {
+        return true;
+    }
+    return isSet(command) ? m_erasedKeys.containsThatOf(command) : m_hasUnkeptSets || m_setKeys.containsThatOf(command);
 }
 
-void NotificationFold::remember(const Command& command, std::size_t key)
+void NotificationFold::remember(const Command& command)
 {
     ++m_changes;
-    (isSet(command) ? m_setKeys : m_erasedKeys).insert(key);
+    if (!isSet(command)) {
+        m_erasedKeys.insertThatOf(command);
+        m_keepsSetKeys = true;
+    } else if (m_keepsSetKeys) {
+        m_setKeys.insertThatOf(command);
+    } else {
+        m_hasUnkeptSets = true;
+    }
 }
 
-bool NotificationFold::Keys::contains(std::size_t hash) const
+bool NotificationFold::Keys::containsThatOf(const Command& command) const
 {
-    return m_used && m_slots[slotOf(hash)] != 0;
+    return m_used && m_slots[slotOf(keyOf(command))] != 0;
 }
 
-void NotificationFold::Keys::insert(std::size_t hash)
+void NotificationFold::Keys::insertThatOf(const Command& command)
 {
-    m_slots[slotOf(hash)] = hash | 1;
+    const std::size_t key = keyOf(command);
+    m_slots[slotOf(key)] = key | 1;
     m_used = true;
 }
 

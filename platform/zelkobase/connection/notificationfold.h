@@ -17,7 +17,8 @@ namespace ZelkoCommon {
 /// A fold never holds more changes than the map's log keeps: its observers read changes and are not driven into reading
 /// the whole map again. It ends before a clear, before an erase of a key that was set in it, and before a set of a key
 /// that was erased in it: an observer that puts all it has to add before all it has to remove would keep what is gone,
-/// or lose what came back. Values without a log are not folded, since each of their changes matters.
+/// or lose what came back. A fold that follows one without an erase ends before its first erase, whatever was set in
+/// it. Values without a log are not folded, since each of their changes matters.
 class ZELKOBASECONNECTION_EXPORT NotificationFold
 {
 public:
@@ -32,12 +33,13 @@ public:
     void end();
 
 private:
-    // The keys that one fold has touched, by their hashes: two keys with the same one end a fold early, no more.
+    // The keys of the commands of one fold, by their hashes: two keys with the same one end a fold early, no more.
     class Keys
     {
     public:
-        bool contains(std::size_t hash) const;
-        void insert(std::size_t hash);
+        bool isEmpty() const { return !m_used; }
+        bool containsThatOf(const Command& command) const;
+        void insertThatOf(const Command& command);
         void clear();
 
     private:
@@ -52,14 +54,16 @@ private:
     static constexpr std::size_t maxChanges = 512;
 
     bool endsBeside(const ValueBase& value);
-    bool mustEndBefore(const Command& command, std::size_t key) const;
-    void remember(const Command& command, std::size_t key);
+    bool mustEndBefore(const Command& command) const;
+    void remember(const Command& command);
 
     ValueBase* m_value = nullptr;
     std::weak_ptr<void> m_alive;
     std::size_t m_changes = 0;
     Keys m_setKeys;
     Keys m_erasedKeys;
+    bool m_keepsSetKeys = true; // not where nothing is erased, as in a first load, which has many sets
+    bool m_hasUnkeptSets = false;
 };
 
 } // namespace ZelkoCommon
