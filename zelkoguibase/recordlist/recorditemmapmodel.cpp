@@ -42,13 +42,6 @@ bool isBeingRecorded(const Data& data)
     return data && ZELKO_XML::isBeingRecorded(*data);
 }
 
-const Data& recordOf(const RecordItemMap& map, const QString& id)
-{
-    static const Data none;
-    const auto found = map.data().find(id);
-    return found == map.data().end() ? none : found->second.GetRecordData();
-}
-
 void traceUnknownChange(int type)
 {
     if (ErrorHandler::Instance()->traces(ErrorHandler::TraceError)) {
@@ -82,6 +75,7 @@ private:
     void followMap();
     struct Change
     {
+        std::uint64_t number;
         char type;
         QString id;
         std::size_t hash;
@@ -89,9 +83,10 @@ private:
 
     void readLog();
     bool readChanges();
+    const Data& recordOf(const Change& change) const;
     void workOffChanges();
-    void workOff(const Change& change);
-    void recordSet(const QString& id, std::size_t hash);
+    void workOff(Change change);
+    void recordSet(Change change);
     void announceUpdate(int row, const QString& id, RecordStatus now, RecordStatus before);
     void insertQueued();
     bool tellsOfInserted() const;
@@ -189,6 +184,7 @@ bool RecordItemMapModel::Private::readChanges()
 {
     while (m_changes.size() < changesAtOnce) {
         Change& change = m_changes.emplace_back();
+        change.number = m_cursor;
         const signed char result = m_map->GetChangeLog().ReadNext(m_cursor, change.type, change.id);
         if (result == 0) {
             m_changes.pop_back();
@@ -203,21 +199,27 @@ bool RecordItemMapModel::Private::readChanges()
     return !m_changes.empty();
 }
 
+const Data& RecordItemMapModel::Private::recordOf(const Change& change) const
+{
+    static const Data none;
+    const auto* const item = m_map->ItemOfChange(change.number, change.id);
+    return item ? item->GetRecordData() : none;
+}
+
 // A slot that lets go of the map drops what is not worked off.
 void RecordItemMapModel::Private::workOffChanges()
 {
     for (std::size_t i = 0; i < m_changes.size(); ++i) {
-        const Change change = std::move(m_changes[i]);
-        workOff(change);
+        workOff(std::move(m_changes[i]));
     }
     m_changes.clear();
 }
 
-void RecordItemMapModel::Private::workOff(const Change& change)
+void RecordItemMapModel::Private::workOff(Change change)
 {
     switch (change.type) {
     case valueitemmap::ChangeSet:
-        recordSet(change.id, change.hash);
+        recordSet(std::move(change));
         break;
     case valueitemmap::ChangeErased:
         // Only rows are erased, not what is queued: a record that came and went within one notification keeps the row
@@ -239,18 +241,17 @@ void RecordItemMapModel::Private::workOff(const Change& change)
     }
 }
 
-void RecordItemMapModel::Private::recordSet(const QString& id, std::size_t hash)
+void RecordItemMapModel::Private::recordSet(Change change)
 {
-    const Data& data = recordOf(*m_map, id);
+    const Data& data = recordOf(change);
     if (!data) {
-        if (m_rows.rowOf(id) >= 0) {
-            m_idsToRemove.push_back(id);
+        if (m_rows.rowOf(change.id) >= 0) {
+            m_idsToRemove.push_back(change.id);
         }
-        return;
-    }
-    const RecordRows::Found found = m_rows.replaceOrQueue(id, hash, data);
-    if (found.row >= 0) {
-        announceUpdate(found.row, id, statusOf(data), statusOf(found.before));
+    } else if (const auto found = m_rows.replace(change.id, change.hash, data); !found) {
+        m_rows.queue(std::move(change.id), change.hash, data);
+    } else if (found->row >= 0) {
+        announceUpdate(found->row, change.id, statusOf(data), statusOf(found->before));
     }
 }
 
@@ -406,7 +407,7 @@ RecordItemMapModel::Private::Statuses RecordItemMapModel::Private::statuses() co
 void RecordItemMapModel::Private::fillFromMap()
 {
     for (const auto& [id, item] : m_map->data()) {
-        m_rows.replaceOrQueue(id, m_rows.expect(id), item.GetRecordData());
+        m_rows.queue(id, m_rows.expect(id), item.GetRecordData());
     }
     m_rows.showQueued();
 }

@@ -15,18 +15,22 @@ int RecordRows::rowOf(const QString& id) const
     return row < m_count ? row : -1;
 }
 
-RecordRows::Found RecordRows::replaceOrQueue(const QString& id, std::size_t hash, const Data& data)
+std::optional<RecordRows::Found> RecordRows::replace(const QString& id, std::size_t hash, const Data& data)
 {
     const int number = find(id, hash);
     if (number < 0) {
-        const int place = static_cast<int>(m_order.size());
-        m_order.push_back(newEntry({id, data, static_cast<std::uint32_t>(hash), place}));
-        return {-1, nullptr};
+        return std::nullopt;
     }
     Entry& known = at(number);
     const int row = rowAt(known.place);
     Data before = std::exchange(known.data, data);
     return row < m_count ? Found{row, std::move(before)} : Found{-1, nullptr};
+}
+
+void RecordRows::queue(QString id, std::size_t hash, Data data)
+{
+    const int place = static_cast<int>(m_order.size());
+    m_order.push_back(newEntry({std::move(id), std::move(data), static_cast<std::uint32_t>(hash), place}));
 }
 
 // What stood between this run and the one behind it moves to the far end of the gap, where it stays until the gap
@@ -81,7 +85,7 @@ int RecordRows::find(const QString& id, std::size_t hash) const
     return m_index.find(hash, [&](int number) { return at(number).id == id; });
 }
 
-int RecordRows::newEntry(Entry entry)
+int RecordRows::newEntry(Entry&& entry)
 {
     int number = static_cast<int>(m_entries.size());
     m_index.insert(entry.hash, m_free.empty() ? number : m_free.back());

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -53,16 +54,18 @@ public:
         return hash;
     }
 
-    /// What `replaceOrQueue` found: the row, and the data that it had.
+    /// What `replace` found: the row, and the data that it had. -1 and no data for an ID that is queued.
     struct Found
     {
         int row;
         Data before;
     };
 
-    /// Replaces the data of an ID with that hash. An ID without a row has row -1 and no data before: it is queued, in
-    /// place of what was queued for it.
-    Found replaceOrQueue(const QString& id, std::size_t hash, const Data& data);
+    /// Replaces the data of an ID with that hash; none for an ID that is not held.
+    std::optional<Found> replace(const QString& id, std::size_t hash, const Data& data);
+
+    /// Queues the record of an ID that is not held, with its hash.
+    void queue(QString id, std::size_t hash, Data data);
 
     /// Makes rows of the queued records, behind the others and in the order in which they were queued.
     void showQueued() { m_count += queuedCount(); }
@@ -95,7 +98,7 @@ private:
     const Entry& entry(int row) const { return at(m_order[placeOf(row)]); }
 
     int find(const QString& id, std::size_t hash) const;
-    int newEntry(Entry entry);
+    int newEntry(Entry&& entry);
     void put(int place, int number);
     void eraseEntries(int firstPlace, int count);
     void renumberFrom(int place);

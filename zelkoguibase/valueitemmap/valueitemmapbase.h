@@ -12,6 +12,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <list>
 #include <memory>
@@ -105,7 +106,7 @@ public:
     {
         ValueBase::operator=(other);
         m_map = other.m_map;
-        restartStates();
+        itemsReplaced();
         m_filename = other.m_filename;
         return *this;
     }
@@ -146,6 +147,7 @@ public:
         });
         m_map.erase(found);
         m_changeLog.append(valueitemmap::ChangeErased, key);
+        m_recent.forget(m_changeLog.NextNumber());
         if (Record()) {
             RecordCommand(new EraseAtCommand(this, key, origin));
         }
@@ -159,7 +161,7 @@ public:
             return;
         }
         m_map = MapType(bucketsAtFirst);
-        restartStates();
+        itemsReplaced();
         logCleared(origin);
         NotifyObservers(TChangeCode::ValueChanged, origin);
     }
@@ -214,10 +216,10 @@ public:
         logCleared(origin);
         if (&items != &m_map) {
             m_map = items;
-            restartStates();
+            itemsReplaced();
         }
         for (const auto& [key, item] : m_map) {
-            m_changeLog.append(valueitemmap::ChangeSet, key);
+            logSet(key, item);
             recordSet(key, item, origin);
         }
         NotifyObservers(TChangeCode::ValueChanged, origin);
@@ -270,10 +272,25 @@ public:
 
     const ChangeLog& GetChangeLog() const override { return m_changeLog; }
 
+    /// The item under `key`, null if there is none, for a reader of the log to whom change `number` gave that key. The
+    /// item of a change that was read soon is found without looking for it.
+    const T* ItemOfChange(std::uint64_t number, const K& key) const
+    {
+        if (const T* const item = m_recent.find(number)) {
+            return item;
+        }
+        const auto found = m_map.find(key);
+        return found == m_map.end() ? nullptr : &found->second;
+    }
+
     /// Sets how many changes the log keeps. Growing loses nothing; shrinking drops the newest changes, which a reader
     /// that had not seen them is not told. Throws std::length_error "circular_buffer", and leaves the log as it was,
     /// for a log of 2 GiB and more.
-    void SetChangeLogSize(unsigned int size) { m_changeLog.setCapacity(size); }
+    void SetChangeLogSize(unsigned int size)
+    {
+        m_changeLog.setCapacity(size);
+        m_recent.forget(m_changeLog.NextNumber()); // numbers of dropped changes may be given with other keys
+    }
 
     std::size_t ChangeLogCapacity() const override { return m_changeLog.Capacity(); }
 
@@ -303,7 +320,7 @@ public:
     std::unique_ptr<valueitemmap::IDetachedContent> DetachContent() override
     {
         auto content = std::make_unique<DetachedItems>(std::exchange(m_map, MapType(bucketsAtFirst)));
-        restartStates();
+        itemsReplaced();
         return content;
     }
 
@@ -354,6 +371,33 @@ protected:
 
 private:
     static constexpr std::size_t bucketsAtFirst = 8;
+
+    // Where the items of the last sets stand, by the number of the change. Items keep their place until they go.
+    class RecentItems
+    {
+    public:
+        void note(std::uint64_t number, const T& item)
+        {
+            m_items[number % m_items.size()] = &item;
+            m_end = number + 1;
+        }
+
+        /// Of all changes before that one.
+        void forget(std::uint64_t number) { m_begin = number; }
+
+        /// Null where that is not known.
+        const T* find(std::uint64_t number) const
+        {
+            return number >= m_begin && number < m_end && m_end - number <= m_items.size()
+                       ? m_items[number % m_items.size()]
+                       : nullptr;
+        }
+
+    private:
+        std::array<const T*, 256> m_items{};
+        std::uint64_t m_begin = 0;
+        std::uint64_t m_end = 0;
+    };
 
     // Where a state stands that is made in pieces: the item that comes next. Who removes that item moves it on.
     struct StatePosition
@@ -471,6 +515,13 @@ private:
         forEachState([this](StatePosition& state) { state.next = m_map.cbegin(); });
     }
 
+    // To be called when all items went, and others may have come.
+    void itemsReplaced()
+    {
+        m_recent.forget(m_changeLog.NextNumber());
+        restartStates();
+    }
+
     class DetachedItems final : public valueitemmap::IDetachedContent
     {
     public:
@@ -522,9 +573,16 @@ private:
         if (m_map.bucket_count() != bucketsBefore) {
             restartStates();
         }
-        m_changeLog.append(valueitemmap::ChangeSet, std::forward<Key>(key));
+        logSet(std::forward<Key>(key), place->second);
         recordSet(place->first, place->second, origin);
         NotifyObservers(TChangeCode::ValueChanged, origin);
+    }
+
+    // `held` is the item in the map.
+    void logSet(K key, const T& held)
+    {
+        m_recent.note(m_changeLog.NextNumber(), held);
+        m_changeLog.append(valueitemmap::ChangeSet, std::move(key));
     }
 
     void logCleared(IObserver* origin)
@@ -602,6 +660,7 @@ private:
     std::vector<std::weak_ptr<StatePosition>> m_states;
     std::uint64_t m_expectedSize = 0;
     ChangeLog m_changeLog;
+    RecentItems m_recent;
     QString m_filename;
 };
 
