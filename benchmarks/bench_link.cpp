@@ -221,7 +221,7 @@ int main(int argc, char** argv)
     }
     QProcess server;
     server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    // Each end has a processor of its own, as on two machines.
+    // The other end keeps to one processor. This one may use all: its ORB receives while the GUI thread is at work.
     server.start(QStringLiteral("taskset"), {QStringLiteral("-c"), QString::number(lastProcessor()),
                                              QCoreApplication::applicationFilePath(), QStringLiteral("--serve")});
     if (!server.waitForReadyRead(60'000)) {
