@@ -225,9 +225,6 @@ void ValueBase::AddObjectStateStringForTransmission(std::string& out, unsigned i
     if (m_state != TValueState::Deleted) {
         CommandState(this, m_state, nullptr).AddCommandString(out);
     }
-    if (const std::uint64_t parts = ContentSize(); parts > 0) {
-        CommandExpectSize(this, parts).AddCommandString(out);
-    }
 }
 
 std::unique_ptr<IObjectStateCursor> ValueBase::OpenObjectState()
@@ -350,11 +347,6 @@ void ValueBase::SetRecording(bool on)
 {
     m_recording = on;
     m_recorded.clear();
-}
-
-std::uint64_t ValueBase::ContentSize() const
-{
-    return 0;
 }
 
 void ValueBase::ExpectSize(std::uint64_t) {}

@@ -153,9 +153,6 @@ public:
     /// Switches the list for GetCommandStringForRecording on or off; switching empties it.
     void SetRecording(bool on);
 
-    /// How many parts the content has that come one by one in an object state; 0 for a value that comes in one piece.
-    virtual std::uint64_t ContentSize() const;
-
     /// Told before the parts of an object state come, and how many there will be: a value may make room. It is a hint
     /// of a peer and nothing more: it changes nothing that can be read.
     virtual void ExpectSize(std::uint64_t parts);

@@ -70,6 +70,14 @@ std::string setRecord(const QString& id, quint64 size = 0)
     return commands;
 }
 
+std::string clearMap()
+{
+    RecordItemMap source;
+    std::string commands;
+    RecordItemMap::ClearCommand(&source, nullptr).AddCommandString(commands);
+    return commands;
+}
+
 FrameStream twoValues()
 {
     FrameStream stream;
@@ -444,14 +452,16 @@ void TestTreeMirror::countsWhatWaits()
 
 void TestTreeMirror::destroysALongMapBitByBitWhenItIsGone_data()
 {
-    QTest::addColumn<bool>("connectionEnds");
-    QTest::newRow("with the connection") << true;
-    QTest::newRow("alone") << false;
+    using End = std::function<void(Fixture&)>;
+    QTest::addColumn<End>("goes");
+    QTest::newRow("with the connection") << End([](Fixture& f) { f.mirror.clear(); });
+    QTest::newRow("alone") << End([](Fixture& f) { f.feed(FrameStream().withdraw(2)); });
+    QTest::newRow("emptied by a fresh state") << End([](Fixture& f) { f.feed(FrameStream().commands(2, clearMap())); });
 }
 
 void TestTreeMirror::destroysALongMapBitByBitWhenItIsGone()
 {
-    QFETCH(bool, connectionEnds);
+    QFETCH(const std::function<void(Fixture&)>, goes);
     constexpr int count = 1000;
     Fixture f;
     f.feed(FrameStream().begin().announce(1, "/R").announce(2, "/R/Map", "RecordItemMap").ready().end());
@@ -463,13 +473,9 @@ void TestTreeMirror::destroysALongMapBitByBitWhenItIsGone()
     const auto alive = [&] {
         return std::count_if(records.begin(), records.end(), [](const auto& record) { return !record.expired(); });
     };
-    if (connectionEnds) {
-        f.mirror.clear();
-        QCOMPARE(treeList(f.tree, root), QStringList());
-    } else {
-        f.feed(FrameStream().withdraw(2));
-        QVERIFY(!f.find<RecordItemMap>("/R/Map"));
-    }
+    goes(f);
+    const auto* const map = f.find<RecordItemMap>("/R/Map");
+    QVERIFY(!map || map->Empty());
     QCOMPARE(alive(), count);
     auto before = alive();
     int slices = 1;

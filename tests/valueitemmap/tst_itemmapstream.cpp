@@ -56,6 +56,7 @@ private Q_SLOTS:
     void everyCommandReadsBack();
     void stateIsAClearAndASetPerItem();
     void stateReplacesWhatAFreshMapHeld();
+    void stateMakesRoomForItsItemsInAMapThatHeldOthers();
     void makesRoomForAnAnnouncedSize_data();
     void makesRoomForAnAnnouncedSize();
     void givesItsStateInPieces_data();
@@ -147,9 +148,9 @@ void tst_ItemMapStream::stateIsAClearAndASetPerItem()
     TextItemMap map("m", TValueState::Locked);
     QCOMPARE(stateOf(map), std::string("1;\2;22;"));
     map.Add(TextItem("a", 1), nullptr);
-    QCOMPARE(stateOf(map), "1;\2;" + sizeCommand(1) + "22;" + setCommand("a", TextItem("a", 1)));
+    QCOMPARE(stateOf(map), "1;\2;22;" + sizeCommand(1) + setCommand("a", TextItem("a", 1)));
     map.Add(TextItem("b", 2), nullptr);
-    std::string expected = "1;\2;" + sizeCommand(2) + "22;";
+    std::string expected = "1;\2;22;" + sizeCommand(2);
     for (const auto& [key, item] : map.data()) {
         expected += setCommand(key, item);
     }
@@ -170,6 +171,22 @@ void tst_ItemMapStream::stateReplacesWhatAFreshMapHeld()
     QVERIFY(other.Compare(&map));
     std::uint64_t position = 1;
     QCOMPARE(readLog(other.GetChangeLog(), position), QStringList({"3 ", "1 a"}));
+}
+
+void tst_ItemMapStream::stateMakesRoomForItsItemsInAMapThatHeldOthers()
+{
+    TextItemMap map;
+    for (int i = 0; i < 500; ++i) {
+        map.Add(TextItem(QString::number(i), i), nullptr);
+    }
+    TextItemMap other;
+    other.Add(TextItem("b", 2), nullptr);
+    const auto cursor = map.OpenObjectState();
+    std::string piece;
+    QVERIFY(cursor->AppendNext(piece, 0));
+    QVERIFY(other.SetCommandString(piece, nullptr));
+    QCOMPARE(other.Size(), std::uint64_t{1});
+    QVERIFY(other.data().bucket_count() >= 500);
 }
 
 void tst_ItemMapStream::makesRoomForAnAnnouncedSize_data()

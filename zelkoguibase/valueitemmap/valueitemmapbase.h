@@ -155,16 +155,7 @@ public:
     }
 
     /// Removes all items, if there are any.
-    virtual void Clear(IObserver* origin)
-    {
-        if (m_map.empty()) {
-            return;
-        }
-        m_map = MapType(bucketsAtFirst);
-        itemsReplaced();
-        logCleared(origin);
-        NotifyObservers(TChangeCode::ValueChanged, origin);
-    }
+    virtual void Clear(IObserver* origin) { ClearAndDetach(origin); }
 
     /// `SetAt` under the item's own key; `PushBack` and this form of `Set` are the same.
     K Add(const T& item, IObserver* origin) { return SetAt(item.GetKey(), item, origin); }
@@ -296,8 +287,6 @@ public:
 
     ValueBase* GetValueBase() override { return this; }
 
-    std::uint64_t ContentSize() const override { return m_map.size(); }
-
     /// How many items were announced to come, as far as that was believed; 0 where nothing was.
     std::uint64_t ExpectedSize() const { return m_expectedSize; }
 
@@ -321,6 +310,17 @@ public:
     {
         auto content = std::make_unique<DetachedItems>(std::exchange(m_map, MapType(bucketsAtFirst)));
         itemsReplaced();
+        return content;
+    }
+
+    std::unique_ptr<valueitemmap::IDetachedContent> ClearAndDetach(IObserver* origin) override
+    {
+        if (m_map.empty()) {
+            return nullptr;
+        }
+        auto content = DetachContent();
+        logCleared(origin);
+        NotifyObservers(TChangeCode::ValueChanged, origin);
         return content;
     }
 
@@ -548,6 +548,9 @@ private:
     {
         ValueBase::AddObjectStateStringForTransmission(out, flags);
         ClearCommand(this, nullptr).AddCommandString(out);
+        if (!m_map.empty()) {
+            CommandExpectSize(this, m_map.size()).AddCommandString(out); // behind the clear, which gives up all room
+        }
     }
 
     // A command without a key could only be executed by making one up, which differs on both sides.
@@ -588,6 +591,7 @@ private:
     void logCleared(IObserver* origin)
     {
         m_changeLog.append(valueitemmap::ChangeCleared, InvalidKey);
+        m_recent.forget(m_changeLog.NextNumber());
         if (Record()) {
             RecordCommand(new ClearCommand(this, origin));
         }

@@ -8,6 +8,7 @@
 #include <valuecore/valuefactory.h>
 #include <zelkobase/connection/linkframe.h>
 #include <zelkoguibase/valueitemmap/detachedcontent.h>
+#include <zelkoguibase/valueitemmap/itemmapcommands.h>
 
 #include <algorithm>
 #include <utility>
@@ -288,9 +289,22 @@ bool TreeMirror::applyCommand()
     m_commands.remove_prefix(static_cast<std::size_t>(position - m_commands.data()));
     m_fold.prepare(*m_value, *command);
     if (!m_valueAlive.expired()) { // an observer of the fold may have taken it away
-        command->Spend();
+        spend(*command);
     }
     return true;
+}
+
+// What a clear takes away is destroyed bit by bit.
+void TreeMirror::spend(Command& command)
+{
+    auto* const content = command.GetCommandId() == CommandIdMapClear
+                              ? dynamic_cast<valueitemmap::IHasDetachableContent*>(m_value)
+                              : nullptr;
+    if (!content) {
+        command.Spend();
+    } else if (auto detached = content->ClearAndDetach(m_origin)) {
+        m_detached.push_back(std::move(detached));
+    }
 }
 
 void TreeMirror::withdraw(std::uint32_t handle)

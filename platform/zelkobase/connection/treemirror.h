@@ -97,6 +97,7 @@ private:
     void noteMissingNodes(const QString& path);
     void removeEmptyNodes();
     bool applyCommand();
+    void spend(Command& command);
     void withdraw(std::uint32_t handle);
     void detachContent(const Item& item);
     void beginState();
