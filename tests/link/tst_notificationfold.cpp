@@ -1,4 +1,5 @@
 #include "testrecords.h"
+#include "watch.h"
 
 #include <zelkobase/connection/notificationfold.h>
 #include <zelkobase/maps/recorditemmap.h>
@@ -96,6 +97,7 @@ private Q_SLOTS:
     void leavesValuesWithoutALogAlone();
     void outlivesItsValue();
     void mayBeUsedByAnObserverOfItsEnd();
+    void endsAgainWhatAnObserverOfItsEndBegan();
     void endsWhenItIsDestroyed();
 };
 
@@ -108,6 +110,7 @@ void TestNotificationFold::foldsSetsAndErasesOfDifferentKeys()
     folder.end();
     folder.erase("D");
     folder.end();
+    folder.end(); // ends nothing, and changes nothing
     LogReader reader(map);
     folder.set("B");
     folder.erase("A");
@@ -315,6 +318,24 @@ void TestNotificationFold::mayBeUsedByAnObserverOfItsEnd()
     folder.set("B");
     folder.end();
     QCOMPARE(ender.calls, 2);
+}
+
+void TestNotificationFold::endsAgainWhatAnObserverOfItsEndBegan()
+{
+    RecordItemMap map;
+    LogReader reader(map);
+    Folder folder(map);
+    bool hasSet = false;
+    Watch setter([&] {
+        if (!std::exchange(hasSet, true)) {
+            folder.set("A", 2);
+        }
+    });
+    setter.on(&map);
+    folder.set("A", 1);
+    folder.erase("A");
+    folder.end();
+    QCOMPARE(reader.notifications, (QStringList{"1 A", "1 A", "2 A"}));
 }
 
 void TestNotificationFold::endsWhenItIsDestroyed()

@@ -35,8 +35,10 @@ NotificationFold::~NotificationFold()
 
 void NotificationFold::prepare(ValueBase& value, const Command& command)
 {
-    if (m_value && (m_value != &value || mustEndBefore(command)) && !endsBeside(value)) {
-        return;
+    while (m_value && (m_value != &value || mustEndBefore(command))) {
+        if (!endsBeside(value)) {
+            return;
+        }
     }
     if (!isItemCommand(command) || value.ChangeLogCapacity() == 0) {
         return;
@@ -51,6 +53,9 @@ void NotificationFold::prepare(ValueBase& value, const Command& command)
 
 void NotificationFold::end()
 {
+    if (!m_value) {
+        return;
+    }
     m_changes = 0;
     m_keepsSetKeys = !m_erasedKeys.isEmpty();
     m_hasUnkeptSets = false;
@@ -58,7 +63,7 @@ void NotificationFold::end()
     m_erasedKeys.clear();
     // Observers run now, and may come back here.
     ValueBase* const value = std::exchange(m_value, nullptr);
-    if (value && !m_alive.expired()) {
+    if (!m_alive.expired()) {
         value->EndTransaction(TChangeCode::ValueChanged, nullptr);
     }
 }
