@@ -34,7 +34,7 @@ private:
 /// units.
 struct BASESTRINGMAP_EXPORT StringItemFormat
 {
-    static constexpr int mapType = 20;
+    static constexpr int mapType = 22;
     static constexpr const char* mapTypeName = "StringItemFrequencyMap";
 
     static std::string toStandardString(const StringItem& item);
