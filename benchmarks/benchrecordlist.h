@@ -24,6 +24,12 @@ public:
     /// Gives a row another record, of the same name, and tells it.
     void update(int row, quint64 size);
 
+protected:
+    QVariant cell(int row, Column column, int role) const override
+    {
+        return cellOf(*m_rows[static_cast<std::size_t>(row)], column, role);
+    }
+
 private:
     std::vector<RecordDataPtr> m_rows;
 };

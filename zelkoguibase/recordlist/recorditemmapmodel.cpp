@@ -477,4 +477,10 @@ int RecordItemMapModel::recordRow(const QString& recordID) const
     return d->rows().rowOf(recordID);
 }
 
+QVariant RecordItemMapModel::cell(int row, Column column, int role) const
+{
+    const Data& record = d->rows().data(row);
+    return record ? cellOf(*record, column, role) : cellWithoutData(row, column);
+}
+
 } // namespace ZelkoGUI

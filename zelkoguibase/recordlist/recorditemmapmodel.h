@@ -56,6 +56,7 @@ public:
 
 protected:
     int recordRow(const QString& recordID) const override;
+    QVariant cell(int row, Column column, int role) const override;
 
 private:
     class Private;

@@ -19,19 +19,6 @@ QVariant alignment(const RecordColumn& column)
     return column.number ? QVariant(static_cast<int>(Qt::AlignRight | Qt::AlignVCenter)) : QVariant();
 }
 
-QVariant content(const RecordColumn& column, const ZELKO_XML::ZELKO_RecordData& record, int role)
-{
-    switch (role) {
-    case Qt::DisplayRole:
-        return column.text(record);
-    case AbstractRecordListModel::SortRole:
-    case Qt::UserRole:
-        return column.sort(record);
-    default:
-        return column.value(record);
-    }
-}
-
 bool hasContent(int role)
 {
     switch (role) {
@@ -66,22 +53,47 @@ int AbstractRecordListModel::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : int{ColumnCount};
 }
 
+// Sorting and filtering make one for every cell that they look at.
+QModelIndex AbstractRecordListModel::index(int row, int column, const QModelIndex& parent) const
+{
+    const bool exists = row >= 0 && row < recordCount() && column >= 0 && column < ColumnCount && !parent.isValid();
+    return exists ? createIndex(row, column) : QModelIndex();
+}
+
 QVariant AbstractRecordListModel::data(const QModelIndex& index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+    const bool exists = index.isValid() && index.model() == this && index.row() < recordCount();
+    if (!exists) {
         return {};
     }
-    const RecordColumn& column = recordColumn(index.column());
     if (role == Qt::TextAlignmentRole) {
-        return alignment(column);
+        return alignment(recordColumn(index.column()));
     }
-    if (!hasContent(role)) {
-        return {};
+    return hasContent(role) ? cell(index.row(), static_cast<Column>(index.column()), role) : QVariant();
+}
+
+QVariant AbstractRecordListModel::cell(int row, Column column, int role) const
+{
+    const RecordDataPtr record = recordData(row);
+    return record ? cellOf(*record, column, role) : cellWithoutData(row, column);
+}
+
+QVariant AbstractRecordListModel::cellOf(const RecordData& record, Column column, int role)
+{
+    switch (role) {
+    case Qt::DisplayRole:
+        return recordColumn(column).text(record);
+    case SortRole:
+    case Qt::UserRole:
+        return recordColumn(column).sort(record);
+    default:
+        return recordColumn(column).value(record);
     }
-    if (const RecordDataPtr record = recordData(index.row())) {
-        return content(column, *record, role);
-    }
-    return index.column() == RecordIDColumn ? QVariant(recordID(index.row())) : QVariant();
+}
+
+QVariant AbstractRecordListModel::cellWithoutData(int row, Column column) const
+{
+    return column == RecordIDColumn ? QVariant(recordID(row)) : QVariant();
 }
 
 QVariant AbstractRecordListModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -59,6 +59,7 @@ public:
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QModelIndex index(int row, int column, const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
@@ -95,6 +96,16 @@ Q_SIGNALS:
 protected:
     /// The row of a record, -1 if there is none. This one searches; a list of some length has something better.
     virtual int recordRow(const QString& recordID) const;
+
+    /// What stands in a cell of an existing row, for a role that has content. This one asks `recordData`; a model that
+    /// holds its records need not share one with each cell that a sort or a filter looks at.
+    virtual QVariant cell(int row, Column column, int role) const;
+
+    /// What stands in the cell of a record.
+    static QVariant cellOf(const RecordData& record, Column column, int role);
+
+    /// What stands in the cell of a row without record data.
+    QVariant cellWithoutData(int row, Column column) const;
 
 public:
     /// The data of a row; null outside of the list, and where no data of the record is known.
