@@ -26,8 +26,6 @@ public:
 
     /// Appends a default item and gives its address, which holds until the next call.
     virtual void* append(void* list) const = 0;
-
-    virtual void reserve(void* list, qsizetype size) const = 0;
 };
 
 struct FieldInfo
@@ -71,8 +69,6 @@ public:
         all.append(T{});
         return const_cast<void*>(itemAddress(all.last()));
     }
-
-    void reserve(void* list, qsizetype size) const override { static_cast<QVector<T>*>(list)->reserve(size); }
 
 private:
     static const QVector<T>& items(const void* list) { return *static_cast<const QVector<T>*>(list); }

@@ -61,8 +61,8 @@ public:
     virtual bool LoadXml(QFile* file) = 0;
 
     /// Writes a file in UTF-8, atomically and durably: when this returns true, file and folder entry are on disk; after
-    /// false the file is the old one, unless only the last step, making the folder entry durable, has failed. Throws as
-    /// GetXml() does, with the file untouched.
+    /// false the file is the old one, unless the last step, making the folder entry durable, has failed and putting the
+    /// old file back, too. Throws as GetXml() does, with the file untouched.
     virtual bool SaveXml(const QString& fileName) const = 0;
 
     /// Writes the binary form. `version` is the version of that form, of which only 1 is known; another one throws
