@@ -74,8 +74,8 @@ bool FlowSource::connectOlder(ManagerPtr manager, const std::string& channelId)
     if (agrees && endpoints->length() > 0) {
         const QD_ZLK::DataEndpoint& endpoint = endpoints[0];
         take(endpoint.kind, endpoint.address == 0 ? std::string() : addressOf(endpoint.address), endpoint.streamId);
-        m_isUsable = m_isUsable && mayListenAt(endpoint.port);
-        m_port = m_isUsable ? static_cast<quint16>(endpoint.port) : quint16{0};
+        m_isUsable = m_isUsable && mayListenAt(endpoint.portNumber);
+        m_port = m_isUsable ? static_cast<quint16>(endpoint.portNumber) : quint16{0};
     }
     return agrees;
 }

@@ -368,10 +368,30 @@ void TestServiceWire::namesItsExceptions()
 void TestServiceWire::hasNoTypeCodes_data()
 {
     QTest::addColumn<QByteArray>("name");
-    for (const char* name :
-         {"TimeRange", "RecordBookmark", "RecordHistoryEntry", "RecordIndexEntry", "RecordInfo", "RecordMetaData",
-          "DataEndpoint", "DataEndpointNG", "DataRateClass", "DataFormat", "FftWindow", "RecordKind", "EndpointKind",
-          "ChannelFault", "RecordInfoSeq", "StringSeqSeq"}) {
+    for (const char* name : {"TimeRange",
+                             "RecordBookmark",
+                             "RecordHistoryEntry",
+                             "RecordIndexEntry",
+                             "RecordInfo",
+                             "RecordMetaData",
+                             "DataEndpoint",
+                             "DataEndpointNG",
+                             "DataRateClass",
+                             "DataFormat",
+                             "FftWindow",
+                             "RecordKind",
+                             "EndpointKind",
+                             "ChannelFault",
+                             "TimeRangeSeq",
+                             "RecordBookmarkSeq",
+                             "RecordHistoryEntrySeq",
+                             "RecordIndexEntrySeq",
+                             "RecordInfoSeq",
+                             "DataEndpointSeq",
+                             "DataEndpointNGSeq",
+                             "LongSeq",
+                             "StringSeq",
+                             "StringSeqSeq"}) {
         QTest::newRow(name) << QByteArray(name);
     }
 }

@@ -84,7 +84,7 @@ public:
             endpoints->length(1);
             (*endpoints)[0].kind = answers.kind;
             (*endpoints)[0].address = answers.address.c_str();
-            (*endpoints)[0].port = 0;
+            (*endpoints)[0].portNumber = 0;
             (*endpoints)[0].streamId = 7;
         }
         return answers.connects;

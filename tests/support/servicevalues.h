@@ -90,7 +90,7 @@ inline QD_ZLK::DataEndpointNG namedEndpoint()
     QD_ZLK::DataEndpointNG result;
     result.kind = QD_ZLK::ENDPOINT_TCP;
     result.address = "mast";
-    result.port = 0x11121314;
+    result.portNumber = 0x11121314;
     result.streamId = 0x2122232425262728;
     return result;
 }
