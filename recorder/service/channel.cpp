@@ -27,8 +27,6 @@ Channel::Channel(const QString& id, const ChannelWish& wish, const Manager& mana
         m_machine.managerLost();
     })
 {
-    m_duration.setSingleShot(true);
-    QObject::connect(&m_duration, &QTimer::timeout, this, [this] { m_machine.timeIsOver(); });
     QObject::connect(&m_pingTimer, &QTimer::timeout, this, [this] { m_caller.ping(); });
     m_pingTimer.start(options.pingInterval);
 }
@@ -61,7 +59,7 @@ Channel::Verdict Channel::startRecording(int seconds, const QString& recordName)
     m_recordID.clear();
     m_recordName = recordName;
     m_newName.clear();
-    m_duration.setInterval(std::chrono::seconds(seconds));
+    m_duration = std::chrono::seconds(seconds);
     m_machine.start();
     return Verdict::Done;
 }
@@ -259,8 +257,8 @@ ChannelReceiver::Listener Channel::receiverListener()
     };
     listener.dataCame = [this] {
         m_news.post([this] {
-            if (m_machine.dataCame() && m_duration.intervalAsDuration().count() > 0) {
-                m_duration.start();
+            if (m_machine.dataCame() && m_duration.count() > 0) {
+                m_durationTimer.start(m_duration);
             }
         });
     };
@@ -283,7 +281,7 @@ ZELKO_XML::ZELKO_RecordData Channel::birth() const
 
 void Channel::stopFlow()
 {
-    m_duration.stop();
+    m_durationTimer.stop();
     m_caller.call(
         [id = m_wireId](ManagerPtr manager) {
             manager->stopDataFlow(id.c_str());
@@ -294,7 +292,7 @@ void Channel::stopFlow()
 
 void Channel::closeRecord()
 {
-    m_duration.stop();
+    m_durationTimer.stop();
     if (m_receiver) {
         m_receiver->close();
     } else {

@@ -3,6 +3,7 @@
 #include <recorder/service/channelmachine.h>
 #include <recorder/service/channelreceiver.h>
 #include <recorder/service/channelwish.h>
+#include <recorder/service/longtimer.h>
 #include <recorder/service/managercaller.h>
 
 #include <QObject>
@@ -127,7 +128,8 @@ private:
     QString m_recordID;
     std::shared_ptr<FlowSource> m_source; // what the manager said when it connected
     ChannelMachine m_machine{*this};
-    QTimer m_duration;
+    std::chrono::seconds m_duration{0}; // 0: until it is stopped
+    LongTimer m_durationTimer{[this] { m_machine.timeIsOver(); }};
     QTimer m_pingTimer;
     Mailbox m_news;
     ManagerCaller m_caller;

@@ -148,7 +148,8 @@ std::optional<SpectrumSamples> spectrumSamples(DataFormat format)
     case DataFormat::Real16:
     case DataFormat::Audio16:
         return SpectrumSamples::Real16;
-    case DataFormat::IQ32: // numbers with a floating point, as the recorder writes them
+    case DataFormat::IQ32: // of 32 bits each, and with a floating point: what the recorder writes, and takes
+    case DataFormat::IQFloat:
         return SpectrumSamples::IQFloat;
     default:
         return std::nullopt;

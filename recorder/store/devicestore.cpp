@@ -210,7 +210,17 @@ bool DeviceStore::publish(const QString& recordID) const
 
 bool DeviceStore::mayDelete(const ZELKO_RecordData& record)
 {
-    return record.GetDeletable() && record.GetRecordStatus() == ZELKO_RecordData::RecordStatus::Finished;
+    using Status = ZELKO_RecordData::RecordStatus;
+    switch (record.GetRecordStatus()) {
+    case Status::Recording:
+    case Status::LoopRecording:
+    case Status::Stopping:
+    case Status::Replaying:
+    case Status::Transferring:
+        return false;
+    default:
+        return record.GetDeletable();
+    }
 }
 
 } // namespace ZelkoRecorder

@@ -51,7 +51,8 @@ public:
     /// the machine; the others are there.
     QStringList remove(const QStringList& recordIDs) const;
 
-    /// Whether the record may be deleted as a client asks: it is marked so, and at rest.
+    /// Whether the record may be deleted as a client asks: it is marked so, and nobody is writing, reading or
+    /// copying it as far as its status tells.
     static bool mayDelete(const ZELKO_XML::ZELKO_RecordData& record);
 
     /// Which records are being recorded here, or were when the recorder died.

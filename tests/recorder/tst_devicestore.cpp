@@ -342,8 +342,15 @@ void TestDeviceStore::saysWhatMayBeDeleted_data()
     using Status = ZELKO_RecordData::RecordStatus;
     QTest::newRow("deletable and at rest") << true << Status::Finished << true;
     QTest::newRow("protected") << false << Status::Finished << false;
+    QTest::newRow("damaged") << true << Status::Damaged << true;
+    QTest::newRow("damaged and protected") << false << Status::Damaged << false;
+    QTest::newRow("of no known status") << true << Status::Unknown << true;
+    QTest::newRow("prepared") << true << Status::Prepared << true;
     QTest::newRow("being recorded") << true << Status::Recording << false;
+    QTest::newRow("being recorded in a loop") << true << Status::LoopRecording << false;
+    QTest::newRow("being stopped") << true << Status::Stopping << false;
     QTest::newRow("being replayed") << true << Status::Replaying << false;
+    QTest::newRow("being transferred") << true << Status::Transferring << false;
 }
 
 void TestDeviceStore::saysWhatMayBeDeleted()

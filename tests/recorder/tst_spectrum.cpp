@@ -138,6 +138,10 @@ void TestSpectrum::knowsWhichFormatsHaveOne()
     using Format = ZELKO_XML::ZELKO_RecordData::DataFormat;
     QVERIFY(spectrumSamples(Format::IQ16) == SpectrumSamples::IQ16);
     QVERIFY(spectrumSamples(Format::IQ32) == SpectrumSamples::IQFloat);
+    QVERIFY(spectrumSamples(Format::IQFloat) == SpectrumSamples::IQFloat);
+    QVERIFY(spectrumSamples(Format::IQ8) == SpectrumSamples::IQ8);
+    QVERIFY(spectrumSamples(Format::Real16) == SpectrumSamples::Real16);
+    QVERIFY(spectrumSamples(Format::Audio16) == SpectrumSamples::Real16);
     QVERIFY(!spectrumSamples(Format::Text));
     QVERIFY(!spectrumSamples(Format::Symbols));
 }
