@@ -130,7 +130,7 @@ std::unique_ptr<ZelkoCommon::Orb> clientOrb;
 
 // Loads the whole list into a model and gives the longest time between two ticks of a timer. The timer has a
 // millisecond, so that the thread sleeps like that of any host when there is nothing to do: one that turned and turned
-// would keep the ORB's threads from the processor that they share with it.
+// would keep from a processor those who need it.
 class Load
 {
 public:
