@@ -108,7 +108,8 @@ void SelectionKeeper::Private::restoreSelection()
 QItemSelection SelectionKeeper::Private::takeArrived()
 {
     std::vector<int> rows;
-    for (const QString& id : std::exchange(arrived, {})) {
+    const auto ids = std::exchange(arrived, {});
+    for (const QString& id : ids) {
         if (const QModelIndex index = indexOf(id); index.isValid()) {
             rows.push_back(index.row());
         }

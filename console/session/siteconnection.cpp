@@ -15,7 +15,8 @@ SiteConnection::~SiteConnection() = default;
 void SiteConnection::follow(AbstractServerConnectionData* carrier)
 {
     m_carrier = carrier;
-    for (const QString& subSystem : std::exchange(m_connected, {})) {
+    const auto lost = std::exchange(m_connected, {});
+    for (const QString& subSystem : lost) {
         Q_EMIT si_allTicsDisconnected(subSystem);
     }
     if (carrier) {

@@ -35,7 +35,7 @@ QString freeName(const QString& fileName)
     constexpr int manyEnough = 1000;
     const QString first = fileName + QStringLiteral(".unreadable");
     for (int number = 1; number <= manyEnough; ++number) {
-        const QString name = number == 1 ? first : first + QStringLiteral("-%1").arg(number);
+        QString name = number == 1 ? first : first + QStringLiteral("-%1").arg(number);
         if (!QFileInfo::exists(name)) {
             return name;
         }

@@ -56,7 +56,7 @@ std::optional<QChar> unescaped(const QString& text, qsizetype& position)
     const QChar letter = position < text.size() ? text[position++] : QChar();
     if (letter == QLatin1Char('u')) {
         bool isNumber = false;
-        const ushort code = text.mid(position, digits).toUShort(&isNumber, 16);
+        const ushort code = QStringView(text).mid(position, digits).toUShort(&isNumber, 16);
         position += digits;
         return isNumber && position <= text.size() ? std::optional(QChar(code)) : std::nullopt;
     }

@@ -123,7 +123,7 @@ QHash<QString, QStringList> sources(const QCommandLineParser& parser, const QStr
 
 QString subSystem(const QCommandLineParser& parser)
 {
-    const QString name = parser.value(QStringLiteral("sub-system"));
+    QString name = parser.value(QStringLiteral("sub-system"));
     if (name.isEmpty() || name.contains(QLatin1Char('/'))) {
         throw BadOption{QStringLiteral("\"%1\" cannot be a sub system").arg(name)};
     }

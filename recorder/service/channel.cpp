@@ -11,7 +11,6 @@
 namespace ZelkoRecorder {
 
 using ManagerPtr = QD_ZLK::IF_ZLK_c_ChanMan_ptr;
-using ZelkoCommon::fromCorba;
 using ZelkoCommon::toCorba;
 
 Channel::Channel(const QString& id, const ChannelWish& wish, const Manager& manager, ChannelDevices& devices,

@@ -94,7 +94,10 @@ Answer Errands::askFor(std::function<void(const Reply<Answer>&)> question)
         });
     }
     if (answer.wait_for(m_patience) != std::future_status::ready) {
-        throw claim->test_and_set() ? Failure::NoAnswer : Failure::NotBegun;
+        if (claim->test_and_set()) {
+            throw Failure::NoAnswer;
+        }
+        throw Failure::NotBegun;
     }
     try {
         return answer.get();

@@ -1,5 +1,6 @@
 #include <recorder/service/overviewline.h>
 
+#include <QList>
 #include <QtEndian>
 
 #include <algorithm>
@@ -34,7 +35,8 @@ QList<QByteArray> OverviewLine::datagrams(const std::vector<float>& levels) cons
     for (std::size_t first = 0; first < levels.size(); first += mostBins) {
         const std::size_t count = std::min(mostBins, levels.size() - first);
         const bool isLast = line + 1 == lineCount && first + count == levels.size();
-        QByteArray bytes(static_cast<qsizetype>(headSize + 2 * count), '\0');
+        const std::size_t size = headSize + 2 * count;
+        QByteArray bytes(static_cast<qsizetype>(size), '\0');
         std::memcpy(bytes.data(), magic, sizeof magic);
         put(bytes, 4, version);
         put(bytes, 6, isLast ? lastFlag : quint16{0});

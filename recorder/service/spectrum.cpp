@@ -62,7 +62,7 @@ float number8(const char* bytes)
 
 float numberFloat(const char* bytes)
 {
-    const float value = qFromLittleEndian<float>(bytes);
+    const auto value = qFromLittleEndian<float>(bytes);
     return std::isfinite(value) ? value : 0;
 }
 

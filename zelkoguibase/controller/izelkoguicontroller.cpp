@@ -192,7 +192,11 @@ QWidget* IZelkoGUIController::dialogParent() const
 void IZelkoGUIController::setUserActions(const QFlags<enUserAction>& userActions)
 {
     for (auto it = d->actions.begin(); it != d->actions.end();) {
-        it = userActions.testFlag(it.key()) ? std::next(it) : d->actions.erase(it);
+        if (userActions.testFlag(it.key())) {
+            ++it;
+        } else {
+            it = d->actions.erase(it);
+        }
     }
     for (const ActionDescription& description : descriptions) {
         if (userActions.testFlag(description.flag) && !d->actions.contains(description.flag)) {
@@ -203,7 +207,7 @@ void IZelkoGUIController::setUserActions(const QFlags<enUserAction>& userActions
 
 QList<QAction*> IZelkoGUIController::recordActions() const
 {
-    const QList<QAction*> own = d->actions.values();
+    QList<QAction*> own = d->actions.values();
     if (!d->actionProvider) {
         return own;
     }
@@ -441,6 +445,7 @@ void IZelkoGUIController::sl_resyncRecordList()
     }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the applications' connections name the slot with these types.
 void IZelkoGUIController::sl_resyncRecord(QString recordID, QString deviceID)
 {
     if (isResynchRecordAvailable(recordID, deviceID)) {

@@ -173,6 +173,7 @@ void ZelkoServerGUIController::sl_activeDeviceChanged(const QString& deviceID, c
     announceDevice();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the applications' connections name the slot with this type.
 void ZelkoServerGUIController::sl_connectionChanged(QString subSystem)
 {
     if (activeSubsystem() == subSystem && d->handler->IsConnected()) {
@@ -188,6 +189,7 @@ void ZelkoServerGUIController::announceDevice()
 }
 
 // The path goes with the device, or the same device would not be connected to when it is configured again.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the applications' connections name the slot with these types.
 void ZelkoServerGUIController::sl_activeDeviceDeleted(QString deviceID, QString subSystem)
 {
     if (deviceID == activeDevice() && subSystem == activeSubsystem()) {
@@ -314,6 +316,7 @@ void ZelkoServerGUIController::sl_updateLoadProgress()
     }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the applications' connections name the slot with this type.
 void ZelkoServerGUIController::sl_recordDataChanged(QString recordID)
 {
     if (selectedRecords().contains(recordID)) {

@@ -209,8 +209,9 @@ const Data& RecordItemMapModel::Private::recordOf(const Change& change) const
 // A slot that lets go of the map drops what is not worked off.
 void RecordItemMapModel::Private::workOffChanges()
 {
-    for (std::size_t i = 0; i < m_changes.size(); ++i) {
-        workOff(std::move(m_changes[i]));
+    std::size_t next = 0;
+    while (next < m_changes.size()) {
+        workOff(std::move(m_changes[next++]));
     }
     m_changes.clear();
 }

@@ -292,7 +292,12 @@ void BoundedEndpoint::passOn(void* self, giopConnection* inner)
     }
 }
 
-std::weak_ptr<ConnectionList> lastList; // of the endpoint that was made last
+// Of the endpoint that was made last.
+std::weak_ptr<ConnectionList>& lastList()
+{
+    static std::weak_ptr<ConnectionList> list;
+    return list;
+}
 
 // Makes endpoints, and nothing else: what they publish are addresses of what is inside.
 class BoundedTransport final : public omni::giopTransportImpl
@@ -305,7 +310,7 @@ public:
     giopEndpoint* toEndpoint(const char* inside) override
     {
         auto endpoint = std::make_unique<BoundedEndpoint>(inside, nextBounds);
-        lastList = endpoint->list();
+        lastList() = endpoint->list();
         return endpoint->isValid() ? endpoint.release() : nullptr;
     }
     omni::giopAddress* toAddress(const char*) override { return nullptr; }
@@ -324,7 +329,7 @@ void boundConnections(const ConnectionBounds& bounds)
 
 void endConnections()
 {
-    if (const auto list = lastList.lock()) {
+    if (const auto list = lastList().lock()) {
         list->end();
     }
 }
