@@ -124,7 +124,7 @@ QString whyNotForSelection(Controller::enUserAction action, const RecordSituatio
     case Controller::UserActionRename:
         return whyNotRenamed(situation);
     default:
-        return notAvailableText();
+        return situation.known < situation.selected ? notKnownText(situation) : notAvailableText();
     }
 }
 

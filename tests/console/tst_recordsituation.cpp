@@ -103,6 +103,9 @@ private Q_SLOTS:
         row("deletable ones that are not deleted", Role::Operator,
             {.isDeviceChosen = true, .isConnected = true, .selected = 2, .known = 2, .deletable = 2, .finished = 2},
             Controller::UserActionDelete, "This is not available for the selected records.");
+        row("one that is gone cannot be reset", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionReset,
+            "This record is not in the list at the moment.");
         row("nothing is known against it", Role::Operator,
             {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .deletable = 1, .finished = 1},
             Controller::UserActionReset, "This is not available for this record.");
