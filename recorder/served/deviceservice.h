@@ -80,7 +80,7 @@ public:
 
     /// @name Replays, as Replays does them
     /// @{
-    StoreStatus startReplay(const QString& recordID, quint64 start, quint64 stop, int rounds = 1);
+    StoreStatus startReplay(const QString& recordID, quint64 start, quint64 stop);
     StoreStatus pauseReplay(const QString& recordID);
     StoreStatus continueReplay(const QString& recordID);
     StoreStatus stopReplay(const QString& recordID);
