@@ -1,8 +1,10 @@
 #include <recorder/served/servedrecorder.h>
 
+#include <filesizelimit.h>
 #include <recordervalues.h>
 #include <samplebytes.h>
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -75,6 +77,7 @@ private Q_SLOTS:
     void editsARecordAfterTheLastStepOfItsRecording_data();
     void editsARecordAfterTheLastStepOfItsRecording();
     void leavesARecordingToItself();
+    void editsNoRecordWhoseEndTheDiskRefused();
     void letsSeveralClientsChangeOneRecord();
     void letsItsCallersGoWhenItEnds();
 
@@ -478,6 +481,27 @@ void TestDeviceService::leavesARecordingToItself()
     requestDeletion(recorded);
     QCOMPARE(waitForDeletion(), StoreStatus::Done);
     QVERIFY(service().record(recorded));
+}
+
+void TestDeviceService::editsNoRecordWhoseEndTheDiskRefused()
+{
+    const QString recorded = recordedNow();
+    QVERIFY(!recorded.isEmpty());
+    const auto status = [&] { return values().record(recorded)->GetRecordStatus(); };
+    const auto rename = [&] { return service().setComment(recorded, QStringLiteral("Harbour")); };
+    {
+        const FileSizeLimit full(100);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("recording .* failed: the disk")));
+        QTRY_COMPARE_WITH_TIMEOUT(status(), Status::Damaged, 30'000);
+    }
+    QCOMPARE(ask(rename), StoreStatus::InUse);
+    const auto putToRest = [&] { // again: it may have come before the recording ended
+        values().command<Value<QString>>("SetRecordIdle")->SetValue(recorded, nullptr);
+        values().command<Value<QString>>("SetRecordIdle")->HasChanged(TChangeCode::ValueChanged, nullptr);
+        return status() == Status::Finished;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(putToRest(), 30'000);
+    QCOMPARE(ask(rename), StoreStatus::Done);
 }
 
 // None of their changes undoes another's.
