@@ -151,7 +151,7 @@ StoreStatus DeviceService::runCopy(RecordCopy& copy)
 }
 
 // Used from before it is read, so that it is not deleted in between.
-StoreStatus DeviceService::startReplay(const QString& recordID, quint64 start, quint64 stop, int rounds)
+StoreStatus DeviceService::startReplay(const QString& recordID, quint64 start, quint64 stop)
 {
     const RecordUses::Handle use = m_uses.begin(recordID, Kind::Replay);
     if (!use) {
@@ -159,8 +159,7 @@ StoreStatus DeviceService::startReplay(const QString& recordID, quint64 start, q
     }
     RecordPointer record;
     const StoreStatus status = readWhole(m_store, recordID, &record);
-    return status == StoreStatus::Done ? m_replays.start(recordID, RecordTimeline(*record), start, stop, rounds)
-                                       : status;
+    return status == StoreStatus::Done ? m_replays.start(recordID, RecordTimeline(*record), start, stop) : status;
 }
 
 StoreStatus DeviceService::pauseReplay(const QString& recordID)

@@ -62,7 +62,8 @@ public:
     /// @}
 
     /// @name Changes, by the edits of these names. A record that is being recorded takes them all but the deletable
-    /// flag, which gives `InUse` then
+    /// flag, which gives `InUse` then. One whose end the disk refused, which the tree shows as damaged, gives `InUse`
+    /// to them all until it is put to rest or the recorder starts again
     /// @{
     StoreStatus setComment(const QString& recordID, const QString& comment);
     StoreStatus setDeletable(const QString& recordID, bool deletable);
@@ -80,7 +81,7 @@ public:
 
     /// @name Replays, as Replays does them
     /// @{
-    StoreStatus startReplay(const QString& recordID, quint64 start, quint64 stop, int rounds = 1);
+    StoreStatus startReplay(const QString& recordID, quint64 start, quint64 stop);
     StoreStatus pauseReplay(const QString& recordID);
     StoreStatus continueReplay(const QString& recordID);
     StoreStatus stopReplay(const QString& recordID);

@@ -22,10 +22,9 @@ Replays::Replays(RecordUses& uses, RecordingClock& clock, QObject* parent)
 
 Replays::~Replays() = default;
 
-StoreStatus Replays::start(const QString& recordID, const RecordTimeline& timeline, quint64 start, quint64 stop,
-                           int rounds)
+StoreStatus Replays::start(const QString& recordID, const RecordTimeline& timeline, quint64 start, quint64 stop)
 {
-    Replay replay(timeline, start, stop, rounds, m_clock.now());
+    Replay replay(timeline, start, stop, m_clock.now());
     if (!replay.isValid()) {
         return StoreStatus::BadRange;
     }

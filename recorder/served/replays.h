@@ -41,7 +41,7 @@ public:
 
     /// Begins a replay as `Replay` does. `InUse` if the record is replayed already, or being deleted; `BadRange` if
     /// there is nothing to replay between `start` and `stop`.
-    StoreStatus start(const QString& recordID, const RecordTimeline& timeline, quint64 start, quint64 stop, int rounds);
+    StoreStatus start(const QString& recordID, const RecordTimeline& timeline, quint64 start, quint64 stop);
 
     /// `UnknownEntry` if the record is not being replayed. Twice is as once.
     StoreStatus pause(const QString& recordID);

@@ -41,16 +41,4 @@ RecordUses::Handle RecordUses::begin(const QString& recordID, Kind kind)
     return Handle(new Use(m_state, recordID, kind));
 }
 
-bool RecordUses::isUsed(const QString& recordID) const
-{
-    const std::lock_guard lock(m_state->mutex);
-    return m_state->uses.contains(recordID);
-}
-
-bool RecordUses::isUsed(const QString& recordID, Kind kind) const
-{
-    const std::lock_guard lock(m_state->mutex);
-    return m_state->uses.contains(recordID, kind);
-}
-
 } // namespace ZelkoRecorder

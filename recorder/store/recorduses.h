@@ -50,9 +50,6 @@ public:
     /// exist.
     Handle begin(const QString& recordID, Kind kind);
 
-    bool isUsed(const QString& recordID) const;
-    bool isUsed(const QString& recordID, Kind kind) const;
-
 private:
     const std::shared_ptr<State> m_state;
 };

@@ -15,9 +15,9 @@ public:
     using TimePoint = RecordingClock::TimePoint;
 
     /// Begins at `now`, at the time `start` of the record, and goes on to `stop`, both in microseconds since the epoch;
-    /// 0 as `stop` is the record's end. What lies outside of the record is left out. That so often, one time behind the
-    /// other; less than once is once, and more than 1000 times 1000.
-    Replay(const RecordTimeline& timeline, quint64 start, quint64 stop, int rounds, TimePoint now);
+    /// 0 as `stop` is the record's end. What lies outside of the record is left out, and so is what is
+    /// more than some thirty years after `start`.
+    Replay(const RecordTimeline& timeline, quint64 start, quint64 stop, TimePoint now);
 
     /// Whether there is anything between start and stop.
     bool isValid() const { return m_start < m_stop; }
@@ -28,7 +28,7 @@ public:
 
     bool isPaused() const { return m_paused; }
 
-    /// Whether it has come to its stop for the last time.
+    /// Whether it has come to its stop.
     bool hasEnded(TimePoint now) const;
 
     /// The time of the record that is being replayed, in microseconds since the epoch.
@@ -42,12 +42,10 @@ public:
 
 private:
     std::chrono::microseconds played(TimePoint now) const;
-    std::chrono::microseconds whole() const;
 
     const RecordTimeline m_timeline;
     quint64 m_start;
     quint64 m_stop;
-    int m_rounds;
     bool m_paused = false;
     TimePoint m_begin;                           // of the part since the last pause
     std::chrono::microseconds m_playedBefore{0}; // in the parts before

@@ -7,7 +7,7 @@ enum class StoreStatus {
     Done,
     UnknownRecord, ///< no such record, or its files are gone or are no record
     UnknownEntry,  ///< the record has no such bookmark or comment
-    InUse,         ///< being recorded, replayed, copied, exported or deleted
+    InUse,         ///< being recorded, replayed, copied, exported or deleted, or recorded without an end on disk
     NotAllowed,    ///< the record is of a kind with which this cannot be done
     Damaged,       ///< the record's end is not on disk, or samples are missing
     TooLong,       ///< a text is longer than it may be

@@ -1,8 +1,10 @@
 #include <recorder/served/servedrecorder.h>
 
+#include <filesizelimit.h>
 #include <recordervalues.h>
 #include <samplebytes.h>
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -75,11 +77,13 @@ private Q_SLOTS:
     void editsARecordAfterTheLastStepOfItsRecording_data();
     void editsARecordAfterTheLastStepOfItsRecording();
     void leavesARecordingToItself();
+    void editsNoRecordWhoseEndTheDiskRefused();
     void letsSeveralClientsChangeOneRecord();
     void letsItsCallersGoWhenItEnds();
 
 private:
     void serve(const QStringList& sources = {});
+    void storeLengthy();
     QString recordedNow();
     RecorderValues values() { return {m_recorder->tree(), QString(), device}; }
     DeviceService& service() { return *m_recorder->service(device); }
@@ -124,6 +128,15 @@ void TestDeviceService::serve(const QStringList& sources)
     QVERIFY2(m_recorder->addDevice({device, QStringLiteral("127.0.0.1"), QStringLiteral("1.0")}, plan, &error),
              qPrintable(error));
     QTRY_VERIFY_WITH_TIMEOUT(values().isLoaded(), 30'000);
+}
+
+// Makes R1 a record whose replay lasts for hours.
+void TestDeviceService::storeLengthy()
+{
+    ZELKO_RecordData lengthy = finishedRecord(id);
+    lengthy.SetStopTime(10'000'000'000);
+    lengthy.SetIndexEntry({indexEntry(10'000'000, 0), indexEntry(10'000'000'000, 4000)});
+    QVERIFY(storeSamples(folder(), lengthy, sampleBytes(4000)));
 }
 
 void TestDeviceService::knowsItsDevices()
@@ -252,15 +265,12 @@ void TestDeviceService::refusesACopyOfABadRange()
     serve();
     QString newID;
     QCOMPARE(ask([&] { return service().copy(id, {}, Unit::Times, {}, &newID); }), StoreStatus::BadRange);
-    QVERIFY(!service().uses().isUsed(id));
+    QVERIFY(service().uses().begin(id, RecordUses::Kind::Deletion));
 }
 
 void TestDeviceService::marksARecordWhileItIsReplayed()
 {
-    ZELKO_RecordData lengthy = finishedRecord(id);
-    lengthy.SetStopTime(10'000'000'000);
-    lengthy.SetIndexEntry({indexEntry(10'000'000, 0), indexEntry(10'000'000'000, 4000)});
-    QVERIFY(storeSamples(folder(), lengthy, sampleBytes(4000)));
+    storeLengthy();
     serve();
     QCOMPARE(ask([this] { return service().startReplay(id, 0, 0); }), StoreStatus::Done);
     QTRY_COMPARE_WITH_TIMEOUT(values().record(id)->GetRecordStatus(), Status::Replaying, 30'000);
@@ -277,8 +287,9 @@ void TestDeviceService::marksARecordWhileItIsReplayed()
 
 void TestDeviceService::endsAReplayWhenTheRecordIsPutToRest()
 {
+    storeLengthy();
     serve();
-    QCOMPARE(service().startReplay(id, 0, 0, 1000), StoreStatus::Done);
+    QCOMPARE(service().startReplay(id, 0, 0), StoreStatus::Done);
     QTRY_COMPARE_WITH_TIMEOUT(values().record(id)->GetRecordStatus(), Status::Replaying, 30'000);
     values().command<Value<QString>>("SetRecordIdle")->SetValue(id, nullptr);
     QTRY_COMPARE_WITH_TIMEOUT(values().record(id)->GetRecordStatus(), Status::Finished, 30'000);
@@ -286,8 +297,9 @@ void TestDeviceService::endsAReplayWhenTheRecordIsPutToRest()
 
 void TestDeviceService::deletesNothingThatIsReplayed()
 {
+    storeLengthy();
     serve();
-    QCOMPARE(service().startReplay(id, 0, 0, 1000), StoreStatus::Done);
+    QCOMPARE(service().startReplay(id, 0, 0), StoreStatus::Done);
     requestDeletion(id);
     QCOMPARE(waitForDeletion(), StoreStatus::Done);
     QVERIFY(*service().record(id) != ZELKO_RecordData());
@@ -469,6 +481,27 @@ void TestDeviceService::leavesARecordingToItself()
     requestDeletion(recorded);
     QCOMPARE(waitForDeletion(), StoreStatus::Done);
     QVERIFY(service().record(recorded));
+}
+
+void TestDeviceService::editsNoRecordWhoseEndTheDiskRefused()
+{
+    const QString recorded = recordedNow();
+    QVERIFY(!recorded.isEmpty());
+    const auto status = [&] { return values().record(recorded)->GetRecordStatus(); };
+    const auto rename = [&] { return service().setComment(recorded, QStringLiteral("Harbour")); };
+    {
+        const FileSizeLimit full(100);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("recording .* failed: the disk")));
+        QTRY_COMPARE_WITH_TIMEOUT(status(), Status::Damaged, 30'000);
+    }
+    QCOMPARE(ask(rename), StoreStatus::InUse);
+    const auto putToRest = [&] { // again: it may have come before the recording ended
+        values().command<Value<QString>>("SetRecordIdle")->SetValue(recorded, nullptr);
+        values().command<Value<QString>>("SetRecordIdle")->HasChanged(TChangeCode::ValueChanged, nullptr);
+        return status() == Status::Finished;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(putToRest(), 30'000);
+    QCOMPARE(ask(rename), StoreStatus::Done);
 }
 
 // None of their changes undoes another's.

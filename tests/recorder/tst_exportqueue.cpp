@@ -107,7 +107,7 @@ void TestExportQueue::exportsARecord()
     QCOMPARE(contentOf(m_target->path()), contentOf(m_device->path()));
     QCOMPARE(m_processed.constLast(), quint64{4000});
     QCOMPARE(m_totals.constLast(), quint64{4000});
-    QVERIFY(!m_uses.isUsed(QStringLiteral("R1")));
+    QVERIFY(m_uses.begin(QStringLiteral("R1"), RecordUses::Kind::Deletion));
     QCOMPARE(m_queue->pending(), 0);
 }
 
@@ -138,7 +138,7 @@ void TestExportQueue::refusesWhatCannotBe()
                               m_device->path(), &m_status),
              QString());
     QCOMPARE(m_status, StoreStatus::BadFolder);
-    QVERIFY(!m_uses.isUsed(QStringLiteral("R1")));
+    QVERIFY(m_uses.begin(QStringLiteral("R1"), RecordUses::Kind::Deletion));
 }
 
 // Those that wait keep nothing open and make nothing.
@@ -210,7 +210,7 @@ void TestExportQueue::givesUpTheOneUnderWay()
     QTRY_COMPARE_WITH_TIMEOUT(m_log.size(), 2, 30'000);
     QCOMPARE(m_log.at(1), QStringLiteral("finished %1 %2").arg(id).arg(static_cast<int>(StoreStatus::Cancelled)));
     QTEST(QDir(m_target->path()).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot), "left");
-    QVERIFY(!m_uses.isUsed(QStringLiteral("R1")));
+    QVERIFY(m_uses.begin(QStringLiteral("R1"), RecordUses::Kind::Deletion));
 }
 
 void TestExportQueue::givesUpOneThatWaits()
@@ -245,8 +245,8 @@ void TestExportQueue::endsInTheMiddleOfAnExport()
     exportRecord(QStringLiteral("R2"));
     QTRY_VERIFY_WITH_TIMEOUT(!m_processed.isEmpty(), 30'000);
     m_queue.reset();
-    QVERIFY(!m_uses.isUsed(QStringLiteral("R1")));
-    QVERIFY(!m_uses.isUsed(QStringLiteral("R2")));
+    QVERIFY(m_uses.begin(QStringLiteral("R1"), RecordUses::Kind::Deletion));
+    QVERIFY(m_uses.begin(QStringLiteral("R2"), RecordUses::Kind::Deletion));
     QVERIFY(QDir(m_target->path()).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
 }
 

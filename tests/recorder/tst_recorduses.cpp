@@ -28,11 +28,9 @@ void TestRecordUses::lastsAsLongAsItsHandle()
 {
     RecordUses uses;
     RecordUses::Handle use = uses.begin(QStringLiteral("R1"), Kind::Copy);
-    QVERIFY(uses.isUsed(QStringLiteral("R1")));
-    QVERIFY(uses.isUsed(QStringLiteral("R1"), Kind::Copy));
-    QVERIFY(!uses.isUsed(QStringLiteral("R1"), Kind::Replay));
+    QVERIFY(!uses.begin(QStringLiteral("R1"), Kind::Deletion));
     use.reset();
-    QVERIFY(!uses.isUsed(QStringLiteral("R1")));
+    QVERIFY(uses.begin(QStringLiteral("R1"), Kind::Deletion));
 }
 
 void TestRecordUses::mayEndBeforeAUse()
@@ -47,11 +45,14 @@ void TestRecordUses::allowsOneUseBesideAnother()
 {
     RecordUses uses;
     RecordUses::Handle first = uses.begin(QStringLiteral("R1"), Kind::Copy);
-    const RecordUses::Handle second = uses.begin(QStringLiteral("R1"), Kind::Copy);
-    const RecordUses::Handle third = uses.begin(QStringLiteral("R1"), Kind::Replay);
+    RecordUses::Handle second = uses.begin(QStringLiteral("R1"), Kind::Copy);
+    RecordUses::Handle third = uses.begin(QStringLiteral("R1"), Kind::Replay);
     QVERIFY(first && second && third);
-    first.reset();
-    QVERIFY(uses.isUsed(QStringLiteral("R1"), Kind::Copy));
+    for (RecordUses::Handle* const use : {&first, &second, &third}) {
+        QVERIFY(!uses.begin(QStringLiteral("R1"), Kind::Deletion)); // as long as one of them is left
+        use->reset();
+    }
+    QVERIFY(uses.begin(QStringLiteral("R1"), Kind::Deletion));
 }
 
 void TestRecordUses::refusesADeletionOfWhatIsUsed_data()
@@ -109,7 +110,7 @@ void TestRecordUses::deletesNothingThatAnotherThreadUses()
     work(Kind::Deletion);
     user.join();
     QVERIFY(!met);
-    QVERIFY(!uses.isUsed(QStringLiteral("R1")));
+    QVERIFY(uses.begin(QStringLiteral("R1"), Kind::Deletion));
 }
 
 QTEST_GUILESS_MAIN(TestRecordUses)

@@ -35,9 +35,8 @@ private Q_SLOTS:
     void standsStillWhilePaused();
     void canBePausedAndContinuedTwice();
     void endsAtItsStop();
-    void playsSeveralRounds();
     void staysAtItsEnd();
-    void boundsItsRounds();
+    void takesNoTimesForMoreThanItCanCount();
 };
 
 void TestReplay::takesWhatIsInTheRecord_data()
@@ -63,7 +62,7 @@ void TestReplay::takesWhatIsInTheRecord()
 {
     QFETCH(const quint64, start);
     QFETCH(const quint64, stop);
-    const Replay replay(timeline(), start, stop, 1, at(milliseconds(0)));
+    const Replay replay(timeline(), start, stop, at(milliseconds(0)));
     QTEST(replay.isValid(), "isValid");
     QTEST(replay.timeAt(at(milliseconds(0))), "first");
     QTEST(replay.timeAt(at(milliseconds(5000))), "last");
@@ -71,7 +70,7 @@ void TestReplay::takesWhatIsInTheRecord()
 
 void TestReplay::runsWithTheClock()
 {
-    const Replay replay(timeline(), 0, 0, 1, at(milliseconds(0)));
+    const Replay replay(timeline(), 0, 0, at(milliseconds(0)));
     QCOMPARE(replay.timeAt(at(milliseconds(250))), quint64{10'250'000});
     QCOMPARE(replay.offsetAt(at(milliseconds(250))), quint64{1000});
     QCOMPARE(replay.left(at(milliseconds(250))), microseconds(750'000));
@@ -79,7 +78,7 @@ void TestReplay::runsWithTheClock()
 
 void TestReplay::standsStillWhilePaused()
 {
-    Replay replay(timeline(), 0, 0, 1, at(milliseconds(0)));
+    Replay replay(timeline(), 0, 0, at(milliseconds(0)));
     replay.pause(at(milliseconds(300)));
     QVERIFY(replay.isPaused());
     QCOMPARE(replay.timeAt(at(milliseconds(90'000))), quint64{10'300'000});
@@ -91,7 +90,7 @@ void TestReplay::standsStillWhilePaused()
 
 void TestReplay::canBePausedAndContinuedTwice()
 {
-    Replay replay(timeline(), 0, 0, 1, at(milliseconds(0)));
+    Replay replay(timeline(), 0, 0, at(milliseconds(0)));
     replay.continueAt(at(milliseconds(100)));
     replay.pause(at(milliseconds(300)));
     replay.pause(at(milliseconds(500)));
@@ -102,25 +101,15 @@ void TestReplay::canBePausedAndContinuedTwice()
 
 void TestReplay::endsAtItsStop()
 {
-    const Replay replay(timeline(), 10'200'000, 10'600'000, 1, at(milliseconds(0)));
+    const Replay replay(timeline(), 10'200'000, 10'600'000, at(milliseconds(0)));
     QVERIFY(!replay.hasEnded(at(milliseconds(399))));
     QVERIFY(replay.hasEnded(at(milliseconds(400))));
     QCOMPARE(replay.timeAt(at(milliseconds(400))), quint64{10'600'000});
 }
 
-void TestReplay::playsSeveralRounds()
-{
-    const Replay replay(timeline(), 10'200'000, 10'600'000, 3, at(milliseconds(0)));
-    QCOMPARE(replay.timeAt(at(milliseconds(450))), quint64{10'250'000});
-    QCOMPARE(replay.timeAt(at(milliseconds(1150))), quint64{10'550'000});
-    QVERIFY(!replay.hasEnded(at(milliseconds(1199))));
-    QVERIFY(replay.hasEnded(at(milliseconds(1200))));
-    QCOMPARE(replay.timeAt(at(milliseconds(1200))), quint64{10'600'000});
-}
-
 void TestReplay::staysAtItsEnd()
 {
-    Replay replay(timeline(), 0, 0, 1, at(milliseconds(0)));
+    Replay replay(timeline(), 0, 0, at(milliseconds(0)));
     replay.pause(at(milliseconds(2000)));
     replay.continueAt(at(milliseconds(3000)));
     QVERIFY(replay.hasEnded(at(milliseconds(3000))));
@@ -128,12 +117,14 @@ void TestReplay::staysAtItsEnd()
     QCOMPARE(replay.offsetAt(at(milliseconds(9000))), quint64{4000});
 }
 
-void TestReplay::boundsItsRounds()
+void TestReplay::takesNoTimesForMoreThanItCanCount()
 {
-    const Replay none(timeline(), 0, 0, -5, at(milliseconds(0)));
-    QCOMPARE(none.left(at(milliseconds(0))), microseconds(1'000'000));
-    const Replay many(timeline(), 0, 0, std::numeric_limits<int>::max(), at(milliseconds(0)));
-    QCOMPARE(many.left(at(milliseconds(0))), microseconds(1'000'000'000));
+    ZELKO_XML::ZELKO_RecordData record = finishedRecord(QStringLiteral("R1"));
+    record.SetStopTime(~quint64{0});
+    record.SetIndexEntry({indexEntry(10'000'000, 0), indexEntry(~quint64{0}, 4000)});
+    const Replay replay(RecordTimeline(record), 0, 0, at(milliseconds(0)));
+    QCOMPARE(replay.left(at(milliseconds(0))), microseconds(1'000'000'000'000'000));
+    QCOMPARE(replay.timeAt(at(milliseconds(250))), quint64{10'250'000});
 }
 
 QTEST_GUILESS_MAIN(TestReplay)

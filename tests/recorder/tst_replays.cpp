@@ -44,7 +44,7 @@ private Q_SLOTS:
 private:
     StoreStatus start(quint64 from = 0, quint64 to = 0)
     {
-        return m_replays->start(id, RecordTimeline(finishedRecord(id)), from, to, 1);
+        return m_replays->start(id, RecordTimeline(finishedRecord(id)), from, to);
     }
 
     HandClock m_clock;
@@ -122,7 +122,7 @@ void TestReplays::replaysARecordOnceAtATime()
 void TestReplays::refusesWhatHoldsNothing()
 {
     QCOMPARE(start(11'000'000, 10'000'000), StoreStatus::BadRange);
-    QVERIFY(!m_uses.isUsed(id));
+    QVERIFY(m_uses.begin(id, Kind::Deletion));
 }
 
 void TestReplays::refusesARecordThatIsBeingDeleted()
@@ -192,14 +192,14 @@ void TestReplays::mayBeCalledByAnyThread()
     }
     other.join();
     QTRY_COMPARE_WITH_TIMEOUT(spy.size(), 1000, 30'000);
-    QVERIFY(!m_uses.isUsed(id));
+    QVERIFY(m_uses.begin(id, Kind::Deletion));
 }
 
 void TestReplays::endsWithoutASignalWhenItGoes()
 {
     QCOMPARE(start(), StoreStatus::Done);
     m_replays.reset();
-    QVERIFY(!m_uses.isUsed(id));
+    QVERIFY(m_uses.begin(id, Kind::Deletion));
 }
 
 QTEST_GUILESS_MAIN(TestReplays)

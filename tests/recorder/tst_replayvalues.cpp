@@ -34,7 +34,7 @@ private Q_SLOTS:
     void tellsNobodyOfWhatStaysAsItIs();
 
 private:
-    StoreStatus start(const QString& id) { return m_replays->start(id, RecordTimeline(finishedRecord(id)), 0, 0, 1); }
+    StoreStatus start(const QString& id) { return m_replays->start(id, RecordTimeline(finishedRecord(id)), 0, 0); }
     // What clients see: the record, microseconds of its signal since its start, and how many are replayed.
     QString shown() const
     {

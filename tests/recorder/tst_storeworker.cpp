@@ -358,7 +358,7 @@ void TestStoreWorker::removesNothingThatIsProtectedOrInUse()
     QTRY_COMPARE(m_log.size(), 2);
     QCOMPARE(m_log.last(), QStringLiteral("gone R2"));
     QCOMPARE(DeviceStore(m_folder->path()).recordIds(), QStringList{QStringLiteral("R1")});
-    QVERIFY(!m_uses.isUsed(QStringLiteral("R1")));
+    QVERIFY(m_uses.begin(QStringLiteral("R1"), RecordUses::Kind::Deletion));
 }
 
 void TestStoreWorker::changesRecords()

@@ -99,8 +99,8 @@ void addExceptions()
 
 void addEmptyOnes()
 {
-    row("RecordBookmark without a text", RecordBookmark{7, CORBA::wstring_dup(L"")}, "0700000000000000 00000000");
-    row("DataEndpointNG without an address", DataEndpointNG{ENDPOINT_NONE, CORBA::string_dup(""), 1, 2},
+    row("RecordBookmark without a text", RecordBookmark{7, {}}, "0700000000000000 00000000");
+    row("DataEndpointNG without an address", DataEndpointNG{ENDPOINT_NONE, {}, 1, 2},
         "00000000 01000000 00 000000 01000000 0200000000000000");
     row("TimeRangeSeq of nothing", TimeRangeSeq(), "00000000");
     row("RecordBookmarkSeq of nothing", RecordBookmarkSeq(), "00000000");

@@ -1,10 +1,12 @@
 #include <actionsite.h>
 #include <changedrecords.h>
+#include <sparerecords.h>
 
 #include <resources/zelkoicons.h>
 
 #include <zelkobase/service/servicestatus.h>
 
+#include <QDeadlineTimer>
 #include <QRandomGenerator>
 
 #include <atomic>
@@ -15,13 +17,14 @@ using ZELKO_XML::BookmarkEntry;
 using ZELKO_XML::ZELKO_RecordData;
 using ZelkoCommon::Role;
 
-// A recorder process that is killed again and again while a client has it change records. What the client was told is
-// done is on disk, nothing is half written, and the client finds each new process.
+// A recorder process that is killed again and again while a client has it change, put to rest and delete records. What
+// the client was told is done is on disk, nothing is half written, and the client finds each new process.
 
 namespace {
 
 constexpr int rounds = 50;
 constexpr int changesOfRound = 1000; // in the middle of which the recorder is killed
+constexpr int changesOfCommand = 16; // of so many one is a command on the tree
 
 /// Asks a recorder through the handler, in the words of its DeviceService.
 class AdminCalls
@@ -126,12 +129,15 @@ private:
 
     void runUntilKilled(quint32 seed, Acknowledged* acknowledged);
     unsigned long change(quint32 seed, Killer& killer, Acknowledged* acknowledged);
+    bool command();
+    bool isCommandDone() const;
     void restart();
     void compareRows();
 
     std::unique_ptr<ZelkoCommon::Orb> m_orb;
     std::unique_ptr<ActionSite> m_site;
     std::unique_ptr<ChangedRecords> m_records;
+    std::unique_ptr<SpareRecords> m_spares;
     QRandomGenerator m_random;
 };
 
@@ -142,6 +148,8 @@ void TestKilledWhileAsked::initTestCase()
     m_site = std::make_unique<ActionSite>(*m_orb, QStringLiteral(ZELKO_RECORDER));
     m_records = std::make_unique<ChangedRecords>(m_site->deviceFolder(), 1);
     m_records->fill();
+    m_spares = std::make_unique<SpareRecords>(m_site->deviceFolder());
+    m_spares->fill();
     m_random.seed(ChangedRecords::seedOfTest());
     QVERIFY(m_site->start());
     m_site->connectAs(Role::Operator);
@@ -161,13 +169,18 @@ void TestKilledWhileAsked::losesNothingThatItAcknowledged()
         const quint32 seed = m_random.generate();
         Acknowledged acknowledged(1);
         runUntilKilled(seed, &acknowledged);
+        m_spares->check();
         m_records->check(seed, acknowledged);
+        m_spares->fill();
         restart();
         QVERIFY2(!QTest::currentTestFailed(), qPrintable(QStringLiteral("round %1").arg(round)));
         acknowledgedInAll += acknowledged.count;
     }
-    qInfo("%d changes were acknowledged, %d more were on disk", acknowledgedInAll, m_records->inFlight());
+    const int commands = m_spares->doneInAll();
+    qInfo("%d changes were acknowledged, %d of them commands; %d more were on disk", acknowledgedInAll, commands,
+          m_records->inFlight());
     QVERIFY(acknowledgedInAll >= rounds * changesOfRound / 4); // about half of them, as kills fall anywhere
+    QVERIFY(commands >= acknowledgedInAll / changesOfCommand / 4);
 }
 
 void TestKilledWhileAsked::runUntilKilled(quint32 seed, Acknowledged* acknowledged)
@@ -186,22 +199,62 @@ void TestKilledWhileAsked::runUntilKilled(quint32 seed, Acknowledged* acknowledg
     QVERIFY2(lastStatus == 0 || lastStatus >= ZelkoCommon::firstClientStatus, qPrintable(why)); // it refused nothing
 }
 
-// Until there is no answer any more. Gives the status of the last change.
+// Until there is no answer any more. Gives the status of the last call.
 unsigned long TestKilledWhileAsked::change(quint32 seed, Killer& killer, Acknowledged* acknowledged)
 {
     AdminCalls calls(*m_site);
     RandomChanges changes = m_records->changes(0, seed);
-    unsigned long status = 0;
-    while (status == 0 && acknowledged->count < changesOfRound) {
+    while (acknowledged->count < changesOfRound) {
         QString newID;
-        changes.next();
-        status = changes.ask(calls, &newID);
-        if (status == 0) {
+        if (!m_spares->isUsedUp() && m_random.bounded(changesOfCommand) == 0) {
+            if (!command()) {
+                return 0;
+            }
+            ++acknowledged->count;
+        } else {
+            changes.next();
+            if (const unsigned long status = changes.ask(calls, &newID); status != 0) {
+                return status;
+            }
             acknowledged->add(0, newID);
-            killer.count();
         }
+        killer.count();
     }
-    return status;
+    return 0;
+}
+
+// What the actions of a controller write to the tree. The recorder has done it when the list shows so; false if that
+// will not come any more.
+bool TestKilledWhileAsked::command()
+{
+    const bool deletes = m_spares->step() == SpareRecords::Step::Delete;
+    auto* const value = ActionSite::values().command<Value<QString>>(deletes ? "DeleteRecordingList" : "SetRecordIdle");
+    if (!value) {
+        return false;
+    }
+    m_spares->ask();
+    value->SetValue(m_spares->id(), nullptr);
+    const QDeadlineTimer deadline(ActionSite::patience);
+    while (m_site->isReady() && !isCommandDone() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    if (!m_site->isReady()) { // the list is gone, and not the record alone
+        return false;
+    }
+    if (!isCommandDone()) {
+        QTest::qFail(qPrintable(m_spares->id() + QStringLiteral(" was not changed")), __FILE__, __LINE__);
+        return false;
+    }
+    m_spares->acknowledge();
+    return true;
+}
+
+bool TestKilledWhileAsked::isCommandDone() const
+{
+    const auto record = ActionSite::values().record(m_spares->id());
+    return m_spares->step() == SpareRecords::Step::Delete
+               ? !record
+               : record && record->GetRecordStatus() == ZELKO_RecordData::RecordStatus::Finished;
 }
 
 void TestKilledWhileAsked::restart()

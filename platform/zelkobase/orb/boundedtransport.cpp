@@ -226,7 +226,7 @@ public:
         , m_list(std::make_shared<ConnectionList>(bounds.connections, bounds.connectionsPerHost))
     {}
 
-    bool isValid() const { return m_inner; }
+    bool isValid() const { return m_inner != nullptr; }
     std::shared_ptr<ConnectionList> list() const { return m_list; }
 
     const char* type() const override { return m_inner->type(); }
@@ -253,15 +253,15 @@ public:
     // An endpoint that was shut down is not used any more; the one inside goes with its last connection.
     void Shutdown() override
     {
-        m_inner->Shutdown();
+        m_inner.release()->Shutdown();
         delete this;
     }
 
 private:
     static void passOn(void* self, giopConnection* inner);
 
-    const std::string m_uri; // the endpoint inside keeps a pointer into it
-    giopEndpoint* const m_inner;
+    const std::string m_uri;               // the endpoint inside keeps a pointer into it
+    std::unique_ptr<giopEndpoint> m_inner; // ours until it is shut down, which it may never be: its port may be taken
     const ConnectionBounds m_bounds;
     const std::shared_ptr<ConnectionList> m_list;
     giopConnection::notifyReadable_t m_notify = nullptr;

@@ -144,6 +144,13 @@ quint16 portInReference(CORBA::Object_ptr object)
     return 0;
 }
 
+// It takes calls from here on.
+void activate(PortableServer::POA_ptr poa)
+{
+    const PortableServer::POAManager_var manager = poa->the_POAManager(); // a reference of our own
+    manager->activate();
+}
+
 std::atomic_flag exists;
 std::atomic<Orb*> running = nullptr;
 
@@ -174,8 +181,8 @@ void Orb::Private::start(const OrbOptions& options)
     const CORBA::Object_var named = orb->resolve_initial_references("omniINSPOA");
     rootPoa = PortableServer::POA::_narrow(root);
     namedPoa = PortableServer::POA::_narrow(named);
-    rootPoa->the_POAManager()->activate();
-    namedPoa->the_POAManager()->activate();
+    activate(rootPoa);
+    activate(namedPoa);
     const CORBA::Object_var probe = rootPoa->create_reference("IDL:omg.org/CORBA/Object:1.0");
     port = options.port != 0 ? options.port : portInReference(probe);
 }
