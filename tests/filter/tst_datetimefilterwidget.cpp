@@ -60,11 +60,10 @@ bool restoreValue(NumberFilterCondition<T>& condition, const T& value, bool enab
     return restore(condition, saved);
 }
 
-/// Types the digits of all sections, from the first one on.
+/// Steps into an editor and types the digits of all its sections.
 void typeDigits(QDateTimeEdit& edit, const QString& digits)
 {
-    edit.setFocus();
-    QTest::keyClick(&edit, Qt::Key_Home);
+    edit.setFocus(Qt::TabFocusReason);
     QTest::keyClicks(&edit, digits);
 }
 

@@ -23,7 +23,7 @@ private Q_SLOTS:
 
 void SelectableMetaEnumModelTest::offersTheKeys()
 {
-    const SelectableMetaEnumModel model(QMetaEnum::fromType<Band>(), nullptr);
+    SelectableMetaEnumModel model(QMetaEnum::fromType<Band>(), nullptr);
     const QAbstractItemModelTester tester(&model);
     QCOMPARE(columnTexts(model, 0),
              (QStringList{QStringLiteral("Select All"), QStringLiteral("Nothing"), QStringLiteral("Low"),

@@ -130,7 +130,7 @@ void SizeFilterWidgetTest::hasItsParts()
 
 void SizeFilterWidgetTest::doesWithoutUnits()
 {
-    Editor editor({});
+    Editor editor{Units()};
     QVERIFY(!editor.unit);
     QCOMPARE(editor.lower->value(), 1.0);
     QCOMPARE(editor.upper->value(), 100.0);
@@ -160,7 +160,7 @@ void SizeFilterWidgetTest::preparesTheConditions()
 
 void SizeFilterWidgetTest::startsInTheFirstUnit()
 {
-    const Editor editor({{QStringLiteral("kHz"), 1000.0}, {QStringLiteral("Hz"), 1.0}});
+    const Editor editor(Units{{QStringLiteral("kHz"), 1000.0}, {QStringLiteral("Hz"), 1.0}});
     QCOMPARE(editor.shown(), QStringLiteral("1 100 kHz"));
     QCOMPARE(editor.lower->value(), 1000.0);
     QCOMPARE(editor.upper->value(), 100'000.0);

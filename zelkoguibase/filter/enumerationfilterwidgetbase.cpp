@@ -82,6 +82,7 @@ QListView* EnumerationFilterWidgetBase::makeListView()
     view->setItemDelegate(new CheckItemDelegate(view));
     connect(this, &QObject::destroyed, view, &QObject::deleteLater);
     new QShortcut(QKeySequence::Cancel, view, view, &QWidget::close);
+    view->setFocus(); // as soon as its window is active, so that keys find a current row
     return view;
 }
 
