@@ -5,6 +5,9 @@
 #include <QStyle>
 #include <QtTest>
 
+#include <algorithm>
+#include <cstdlib>
+
 using CheckItemDelegate = ZelkoGUI::Filter::EnumerationFilterWidgetBase::CheckItemDelegate;
 
 namespace {
@@ -67,6 +70,8 @@ private Q_SLOTS:
     void leavesItemsAlone();
     void leavesItemsWithoutABoxAlone();
     void leavesADisabledListAlone();
+    void boxesStandOutFromTheList_data();
+    void boxesStandOutFromTheList();
 };
 
 void CheckItemDelegateTest::aPressAnywhereOnTheRowToggles()
@@ -145,6 +150,35 @@ void CheckItemDelegateTest::leavesADisabledListAlone()
     list.view.setEnabled(false);
     list.press(list.besideTheText());
     QCOMPARE(list.item->checkState(), Qt::Unchecked);
+}
+
+void CheckItemDelegateTest::boxesStandOutFromTheList_data()
+{
+    QTest::addColumn<QColor>("window");
+    QTest::addColumn<QColor>("base");
+    QTest::addColumn<QColor>("text");
+    QTest::newRow("a light one") << QColor(239, 239, 239) << QColor(Qt::white) << QColor(Qt::black);
+    QTest::newRow("a dark one") << QColor(45, 48, 52) << QColor(27, 30, 33) << QColor(230, 233, 237);
+    QTest::newRow("a black one") << QColor(Qt::black) << QColor(Qt::black) << QColor(Qt::white);
+}
+
+void CheckItemDelegateTest::boxesStandOutFromTheList()
+{
+    QFETCH(QColor, window);
+    QFETCH(QColor, base);
+    QFETCH(QColor, text);
+    List list;
+    QPalette palette(window);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::Text, text);
+    list.view.setPalette(palette);
+    const QPoint box = list.onTheBox();
+    const QImage image = list.view.viewport()->grab(QRect(0, box.y(), box.x(), 1)).toImage();
+    int largest = 0;
+    for (int x = 0; x < image.width(); ++x) {
+        largest = std::max(largest, std::abs(image.pixelColor(x, 0).lightness() - base.lightness()));
+    }
+    QVERIFY2(largest >= 60, qPrintable(QStringLiteral("the frame differs by %1").arg(largest)));
 }
 
 QTEST_MAIN(CheckItemDelegateTest)
