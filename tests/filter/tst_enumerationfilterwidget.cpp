@@ -101,30 +101,6 @@ QPoint centreOf(const QWidget& widget)
     return widget.mapToGlobal(widget.rect().center());
 }
 
-/// What of a widget was painted since this was made.
-class PaintedRegion : public QObject
-{
-public:
-    explicit PaintedRegion(QWidget* widget)
-    {
-        QCoreApplication::processEvents();
-        widget->installEventFilter(this);
-    }
-    bool contains(const QRect& rect) const { return m_region.intersected(rect) == QRegion(rect); }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            m_region += static_cast<QPaintEvent*>(event)->region();
-        }
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    QRegion m_region;
-};
-
 /// Frames are not the same on all sides, and centres are whole pixels.
 bool isCentredOn(const QWidget& window, const QWidget& on)
 {
@@ -149,7 +125,6 @@ private Q_SLOTS:
     void saysTheNamesInItsToolTipWithoutRoom();
     void opensTheList();
     void deselectingAValueIsShownAtOnce();
-    void theCommandsAreRepaintedWithAValue();
     void theFirstRowCannotBeClickedWhileAllAreSelected();
     void selectingNothingRejectsEverything();
     void selectsAllAgain();
@@ -285,18 +260,6 @@ void EnumerationFilterWidgetTest::deselectingAValueIsShownAtOnce()
     QVERIFY(!window.rowIsChecked(0));
     window.clickRow(0);
     QVERIFY(!window.condition->filterActive());
-}
-
-// The model reports the row of the value alone.
-void EnumerationFilterWidgetTest::theCommandsAreRepaintedWithAValue()
-{
-    Window window;
-    window.select();
-    QVERIFY(QTest::qWaitForWindowExposed(window.list(), patience));
-    const PaintedRegion painted(window.list()->viewport());
-    window.clickRow(5);
-    const QRect firstRow = window.list()->visualRect(window.list()->model()->index(0, 0));
-    QTRY_VERIFY_WITH_TIMEOUT(painted.contains(firstRow), patience);
 }
 
 void EnumerationFilterWidgetTest::theFirstRowCannotBeClickedWhileAllAreSelected()
