@@ -25,7 +25,10 @@ void paintActionScenes(ScenePainter& painter);
 void paintPlatformScenes(ScenePainter& painter);
 
 /// Lists of records and what finds one in them: a list that an application fills, the search field, marked rows, the
-/// time of a bookmark.
+/// time of a bookmark, and the editors of filters.
 void paintListScenes(ScenePainter& painter);
+
+/// The editors of filters, at rest and in use, and the list in which values are chosen.
+void paintFilterEditorScenes(ScenePainter& painter);
 
 } // namespace ZelkoConsole
