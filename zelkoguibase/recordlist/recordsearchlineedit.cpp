@@ -1,5 +1,7 @@
 #include <zelkoguibase/recordlist/recordsearchlineedit.h>
 
+#include <widgetbase/textalpha.h>
+
 #include <QEvent>
 
 namespace {
@@ -18,7 +20,7 @@ RecordSearchLineEdit::RecordSearchLineEdit(QWidget* parent)
     setToolTip(tr("Search for a record name"));
     setAccessibleName(toolTip());
     setText(invitation());
-    setTextAlpha(paleAlpha);
+    guiHelper::setTextAlpha(*this, paleAlpha);
     installEventFilter(this);
 }
 
@@ -42,7 +44,7 @@ bool RecordSearchLineEdit::eventFilter(QObject* watched, QEvent* event)
 // Somebody who enters the very text of the invitation has entered nothing.
 void RecordSearchLineEdit::enter()
 {
-    setTextAlpha(fullAlpha);
+    guiHelper::setTextAlpha(*this, fullAlpha);
     if (text() == invitation()) {
         clear();
     }
@@ -50,20 +52,8 @@ void RecordSearchLineEdit::enter()
 
 void RecordSearchLineEdit::leave()
 {
-    setTextAlpha(paleAlpha);
+    guiHelper::setTextAlpha(*this, paleAlpha);
     if (text().isEmpty()) {
         setText(invitation());
     }
-}
-
-// Group by group: one colour for all of them would take the look of a disabled field away.
-void RecordSearchLineEdit::setTextAlpha(int alpha)
-{
-    QPalette changed = palette();
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        QColor color = changed.color(group, QPalette::Text);
-        color.setAlpha(alpha);
-        changed.setColor(group, QPalette::Text, color);
-    }
-    setPalette(changed);
 }

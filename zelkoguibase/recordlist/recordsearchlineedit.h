@@ -21,5 +21,4 @@ private:
     static QString invitation();
     void enter();
     void leave();
-    void setTextAlpha(int alpha);
 };

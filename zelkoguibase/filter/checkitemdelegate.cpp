@@ -1,0 +1,44 @@
+#include <zelkoguibase/filter/checkitemdelegate.h>
+
+#include <QMouseEvent>
+
+namespace ZelkoGUI::Filter {
+namespace {
+
+bool isLeftPress(const QEvent& event)
+{
+    return event.type() == QEvent::MouseButtonPress &&
+           static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
+}
+
+// An item that could be selected as well would do two things at one press.
+bool canBeToggled(Qt::ItemFlags flags)
+{
+    constexpr Qt::ItemFlags needed = Qt::ItemIsUserCheckable | Qt::ItemIsEnabled;
+    return (flags & (needed | Qt::ItemIsSelectable)) == needed;
+}
+
+} // namespace
+
+EnumerationFilterWidgetBase::CheckItemDelegate::CheckItemDelegate(QObject* parent)
+    : QStyledItemDelegate(parent)
+{}
+
+EnumerationFilterWidgetBase::CheckItemDelegate::~CheckItemDelegate() = default;
+
+bool EnumerationFilterWidgetBase::CheckItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
+                                                                 const QStyleOptionViewItem& option,
+                                                                 const QModelIndex& index)
+{
+    if (QStyledItemDelegate::editorEvent(event, model, option, index)) {
+        return true;
+    }
+    const QVariant state = index.data(Qt::CheckStateRole);
+    if (!isLeftPress(*event) || !canBeToggled(model->flags(index)) || !(option.state & QStyle::State_Enabled) ||
+        !state.isValid()) {
+        return false;
+    }
+    return model->setData(index, state.toInt() == Qt::Checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+} // namespace ZelkoGUI::Filter

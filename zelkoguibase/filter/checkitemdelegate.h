@@ -1,0 +1,23 @@
+#pragma once
+
+#include <zelkoguibase/filter/enumerationfilterwidgetbase.h>
+
+#include <QStyledItemDelegate>
+
+namespace ZelkoGUI::Filter {
+
+/// Toggles an item that can be checked, but not selected, by a press anywhere on its row.
+class ZELKOGUIBASE_EXPORT EnumerationFilterWidgetBase::CheckItemDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit CheckItemDelegate(QObject* parent);
+    ~CheckItemDelegate() override;
+
+protected:
+    bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                     const QModelIndex& index) override;
+};
+
+} // namespace ZelkoGUI::Filter

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <zelkoguibase/filter/ifilterui.h>
+#include <zelkoguibase/filter/numberfiltercondition.h>
+
+#include <QWidget>
+
+#include <memory>
+
+class QCheckBox;
+
+namespace ZelkoGUI::Filter {
+
+/// Edits a range of durations to the second, or one of local days. Each limit can be switched on by itself. What is
+/// entered counts whole: the last second of a duration, the last day. GUI thread only.
+class ZELKOGUIBASE_EXPORT DateTimeFilterWidget : public QWidget, public IFilterUI
+{
+    Q_OBJECT
+
+public:
+    /// Durations, from 0 to 23:59:59. `conditions` are the lower and the upper limit; any other number of them leaves
+    /// an empty widget. They are switched off. They may die before the widget, which is disabled then.
+    DateTimeFilterWidget(const QList<NumberFilterCondition<QTime>*>& conditions, QWidget* parent);
+
+    /// The same for days, both limits being today.
+    DateTimeFilterWidget(const QList<NumberFilterCondition<QDateTime>*>& conditions, QWidget* parent);
+    ~DateTimeFilterWidget() override;
+
+    /// Switches both limits off. The times stay.
+    void resetFilter() override;
+
+private Q_SLOTS:
+    void sl_bottomTimeChanged(const QTime& time);
+    void sl_topTimeChanged(const QTime& time);
+    void sl_bottomDateTimeChanged(const QDateTime& dateTime);
+    void sl_topDateTimeChanged(const QDateTime& dateTime);
+    void sl_validateFilter();
+    void sl_filterContentChanged();
+
+private:
+    class Private;
+
+    QCheckBox* makeLowerCheck();
+    QCheckBox* makeUpperCheck();
+    void finish(const QString& editorName);
+
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace ZelkoGUI::Filter
