@@ -12,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -202,17 +203,28 @@ private:
         m_warning = {};
         std::unique_ptr<ZelkoConsole::DialogAnswer> onWarning;
         const ZelkoConsole::DialogAnswer onFileDialog([&](QWidget* window) {
-            auto* const edit = window->findChild<QLineEdit*>();
-            // What is typed into a window that is not active yet may be lost.
-            QVERIFY(edit && QTest::qWaitForWindowActive(window, patience));
-            edit->selectAll();
-            QTest::keyClicks(edit, fileName);
+            enter(window, fileName);
             onWarning = std::make_unique<ZelkoConsole::DialogAnswer>([this](QWidget* box) { note(box); });
-            QTest::keyClick(edit, Qt::Key_Return);
+            acceptFile(window);
         });
         press(buttonName);
         [&] { QVERIFY(onFileDialog.wasGiven()); }();
         return m_warning.text;
+    }
+
+    // Not typed: what the file dialog suggests meanwhile comes at its own time, and gets in the way of keys.
+    static void enter(QWidget* fileDialog, const QString& fileName)
+    {
+        auto* const edit = fileDialog->findChild<QLineEdit*>();
+        QVERIFY(edit);
+        edit->setText(fileName);
+    }
+
+    static void acceptFile(QWidget* fileDialog)
+    {
+        const auto* const box = fileDialog->findChild<QDialogButtonBox*>();
+        auto* const save = box->button(QDialogButtonBox::Save);
+        QTest::mouseClick(save ? save : box->button(QDialogButtonBox::Open), Qt::LeftButton);
     }
 
     void note(QWidget* window)
