@@ -28,4 +28,7 @@ void paintPlatformScenes(ScenePainter& painter);
 /// time of a bookmark.
 void paintListScenes(ScenePainter& painter);
 
+/// Part of these: the window of the extended filter, at rest and with filters, and the list of the values of one.
+void paintFilterScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole
