@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <algorithm>
+
 namespace ZelkoConsole {
 namespace {
 

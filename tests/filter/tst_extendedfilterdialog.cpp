@@ -263,6 +263,7 @@ void ExtendedFilterDialogTest::aDeletedConditionIsPassedBy()
     delete window.condition(QStringLiteral("InterfaceFilter"));
     QCOMPARE(window.conditionNames().count(QString()), 3);
     QVERIFY(!window.dialog().hasActiveFilter());
+    QVERIFY(!window.canReset());
     QCOMPARE(window.shownRecords(), both());
     QVERIFY(!window.editor(QStringLiteral("SizeFilterWidget"))->isEnabled());
     QVERIFY(!window.editor(QStringLiteral("InterfaceFilterWidget"))->isEnabled());
