@@ -1,108 +1,146 @@
 #include <console/demo/scenepainter.h>
 #include <console/demo/scenes.h>
 
-#include <zelkoguibase/filter/extendedfilterdialog.h>
-#include <zelkoguibase/filter/multifiltersortproxymodel.h>
+#include <zelkoguibase/filter/booleanbuttonfilterwidget.h>
+#include <zelkoguibase/filter/booleancombofilterwidget.h>
+#include <zelkoguibase/filter/booleanfiltercondition.h>
+#include <zelkoguibase/filter/datetimefilterwidget.h>
+#include <zelkoguibase/filter/enumerationfilterwidget.h>
+#include <zelkoguibase/filter/sizefilterwidget.h>
+#include <zelkoguibase/filter/stringfiltercondition.h>
+#include <zelkoguibase/filter/textfilterwidget.h>
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QFormLayout>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
 #include <QTest>
 
-#include <algorithm>
-
 namespace ZelkoConsole {
 namespace {
 
-using ZelkoGUI::Filter::ExtendedFilterDialog;
+using namespace ZelkoGUI::Filter;
+using Status = ZELKO_XML::ZELKO_RecordData::RecordStatus;
 
-/// The window, shown and active, with a row for each column.
-class ShownFilter
+constexpr int cellRole = Qt::UserRole + 1;
+
+QList<QPair<Status, QString>> statuses()
 {
-public:
-    ShownFilter()
-        : m_proxy(nullptr)
-        , m_dialog(&m_proxy, QFlags<ExtendedFilterDialog::enFilterColumn>(~0), nullptr)
-    {
-        m_dialog.show();
-        m_dialog.activateWindow();
-        QApplication::processEvents();
+    QList<QPair<Status, QString>> all;
+    for (const QString& name : ZELKO_XML::ZELKO_RecordData::GetGUIRecordStatuss()) {
+        all.append({static_cast<Status>(all.size()), name});
     }
-
-    ExtendedFilterDialog& dialog() { return m_dialog; }
-
-    template <typename W>
-    W* part(const char* editor, const char* name) const
-    {
-        return m_dialog.findChild<QWidget*>(QLatin1String(editor))->findChild<W*>(QLatin1String(name));
-    }
-
-    void check(const char* editor, const char* name) const
-    {
-        auto* const box = part<QCheckBox>(editor, name);
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_Space);
-    }
-
-    void type(const char* editor, const char* name, const char* text) const
-    {
-        auto* const field = part<QLineEdit>(editor, name);
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClicks(field, QLatin1String(text));
-    }
-
-    /// The list of the values of an enumeration, opened. Null if there is none.
-    QListView* openValues(const char* editor) const
-    {
-        QTest::mouseClick(part<QPushButton>(editor, "SelectButton"), Qt::LeftButton);
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        const auto list = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
-            return window->isVisible() && window->objectName() == QStringLiteral("ValuesListView");
-        });
-        return list == windows.end() ? nullptr : qobject_cast<QListView*>(*list);
-    }
-
-private:
-    ZelkoGUI::Filter::MultiFilterSortProxyModel m_proxy;
-    ExtendedFilterDialog m_dialog;
-};
-
-void pressValue(QListView& list, int value)
-{
-    constexpr int commands = 2; // all and nothing come first
-    const QModelIndex index = list.model()->index(value + commands, 0);
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, list.visualRect(index).center());
+    return all;
 }
 
-void paintValues(ScenePainter& painter, const ShownFilter& filter)
+/// One editor of each kind below the other, each with conditions of its own.
+class PaintedEditors
 {
-    QListView* const values = filter.openValues("StatusFilterWidget");
-    if (!values) {
-        return;
+public:
+    PaintedEditors();
+
+    QWidget& window() { return m_window; }
+    QWidget& status() { return *m_status; }
+    void activate();
+    void switchEverythingOn();
+    QListView* openStatuses();
+
+private:
+    template <typename T>
+    QList<NumberFilterCondition<T>*> limits(int column)
+    {
+        return {new NumberFilterCondition<T>(T(), column, cellRole, &m_conditions),
+                new NumberFilterCondition<T>(T(), column, cellRole, &m_conditions)};
     }
-    pressValue(*values, 0);
-    pressValue(*values, 3);
-    painter.paint(*values, "extended-filter-values");
-    values->close();
+    void addFlags(QFormLayout* rows);
+
+    QObject m_conditions;
+    QWidget m_window;
+    QWidget* m_text;
+    QWidget* m_status;
+};
+
+PaintedEditors::PaintedEditors()
+    : m_text(new TextFilterWidget(new StringFilterCondition(0, cellRole, &m_conditions), nullptr))
+    , m_status(new EnumerationFilterWidget<Status>(
+          new EnumerationFilterCondition<Status>(static_cast<int>(statuses().size()), 8, cellRole, &m_conditions),
+          statuses(), nullptr))
+{
+    const QList<QPair<QString, double>> units{{QStringLiteral("Byte"), 1}, {QStringLiteral("kByte"), 1024}};
+    auto* const rows = new QFormLayout(&m_window);
+    rows->addRow(QStringLiteral("Name"), m_text);
+    rows->addRow(QStringLiteral("Size"), new SizeFilterWidget(limits<double>(1), units, nullptr));
+    rows->addRow(QStringLiteral("Start Time"), new DateTimeFilterWidget(limits<QDateTime>(2), nullptr));
+    rows->addRow(QStringLiteral("Duration"), new DateTimeFilterWidget(limits<QTime>(4), nullptr));
+    rows->addRow(QStringLiteral("Status"), m_status);
+    addFlags(rows);
+}
+
+void PaintedEditors::addFlags(QFormLayout* rows)
+{
+    auto* const button =
+        new BooleanButtonFilterWidget(new BooleanFilterCondition(12, cellRole, &m_conditions), nullptr);
+    button->setLabels({QStringLiteral("no"), QIcon(QStringLiteral(":/Zelko/RecordList/ResetDeletable.svg"))},
+                      {QStringLiteral("yes"), QIcon(QStringLiteral(":/Zelko/RecordList/SetDeletable.svg"))});
+    rows->addRow(QStringLiteral("Deletable"), button);
+    rows->addRow(QStringLiteral("Kept"),
+                 new BooleanComboFilterWidget(new BooleanFilterCondition(12, cellRole, &m_conditions),
+                                              QStringLiteral("for good"), QStringLiteral("for now"), nullptr));
+}
+
+// The keys of an operator go to the window that is active.
+void PaintedEditors::activate()
+{
+    m_window.resize(720, m_window.sizeHint().height());
+    m_window.show();
+    m_window.activateWindow();
+    QApplication::processEvents();
+    m_window.setFocus();
+}
+
+void PaintedEditors::switchEverythingOn()
+{
+    for (QCheckBox* const check : m_window.findChildren<QCheckBox*>()) {
+        check->setFocus();
+        QTest::keyClick(check, Qt::Key_Space);
+    }
+    auto* const edit = m_text->findChild<QLineEdit*>(QStringLiteral("TextEdit"));
+    edit->setFocus();
+    QTest::keyClicks(edit, QStringLiteral("Tower"));
+}
+
+/// The list of values, with one that is taken away by a click; null if there is none.
+QListView* PaintedEditors::openStatuses()
+{
+    QTest::mouseClick(m_status->findChild<QPushButton*>(QStringLiteral("SelectButton")), Qt::LeftButton);
+    for (QWidget* const top : QApplication::topLevelWidgets()) {
+        if (auto* const list = qobject_cast<QListView*>(top); list && list->isVisible()) {
+            const QRect row = list->visualRect(list->model()->index(3, 0));
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, row.center());
+            return list;
+        }
+    }
+    return nullptr;
 }
 
 } // namespace
 
 void paintFilterScenes(ScenePainter& painter)
 {
-    ShownFilter filter;
-    painter.paint(filter.dialog(), "extended-filter");
-    paintValues(painter, filter);
-    filter.check("SizeFilterWidget", "LowerLimitCheckbox");
-    filter.type("SizeFilterWidget", "LowerLimitEdit", "250");
-    filter.check("StartTimeFilterWidget", "LowerLimitCheckbox");
-    filter.check("FrequencyFilterWidget", "UpperLimitCheckbox");
-    filter.check("DeletableFilterWidget", "EnableFilter");
-    filter.type("NameFilterWidget", "TextEdit", "tower");
-    painter.paint(filter.dialog(), "extended-filter-active");
+    PaintedEditors editors;
+    editors.activate();
+    painter.paint(editors.window(), "filter-editors");
+    editors.switchEverythingOn();
+    painter.paint(editors.window(), "filter-editors-in-use");
+    if (QListView* const list = editors.openStatuses()) {
+        list->activateWindow();
+        list->setFocus();
+        painter.paint(*list, "filter-values");
+        list->close();
+    }
+    painter.paint(editors.status(), "filter-values-chosen");
 }
 
 } // namespace ZelkoConsole

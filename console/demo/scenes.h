@@ -25,10 +25,13 @@ void paintActionScenes(ScenePainter& painter);
 void paintPlatformScenes(ScenePainter& painter);
 
 /// Lists of records and what finds one in them: a list that an application fills, the search field, marked rows, the
-/// time of a bookmark.
+/// time of a bookmark, and the scenes of filters.
 void paintListScenes(ScenePainter& painter);
 
-/// Part of these: the window of the extended filter, at rest and with filters, and the list of the values of one.
+/// The editors of filters, at rest and in use, and the list in which values are chosen.
 void paintFilterScenes(ScenePainter& painter);
+
+/// The window of the extended filter, at rest and with filters.
+void paintExtendedFilterScenes(ScenePainter& painter);
 
 } // namespace ZelkoConsole

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editorhands.h"
 #include "fixedrecordmodel.h"
 #include "patience.h"
 #include "testrecords.h"
@@ -19,7 +20,6 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QStyleOptionButton>
 #include <QtTest>
 
 #include <memory>
@@ -89,20 +89,15 @@ public:
     template <typename W>
     W* part(const QString& editorName, const QString& name) const
     {
-        return editor(editorName)->findChild<W*>(name);
+        return &editorhands::part<W>(*editor(editorName), name);
     }
 
     void press(const QString& buttonName) const { QTest::mouseClick(button(buttonName), Qt::LeftButton); }
     void resetAll() const { press(QStringLiteral("ResetAllFilterButton")); }
 
-    /// Clicks on the mark of a check box.
     void check(const QString& editorName, const QString& name) const
     {
-        auto* const box = part<QCheckBox>(editorName, name);
-        QStyleOptionButton option;
-        option.initFrom(box);
-        const QRect mark = box->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, box);
-        QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, mark.center());
+        editorhands::click(*part<QCheckBox>(editorName, name));
     }
 
     /// Types into a field in place of what stands there; dates and times as mere digits. Whoever comes to a field by
@@ -115,15 +110,10 @@ public:
         QTest::keyClicks(field, text);
     }
 
-    /// Chooses an entry of a box with the arrow keys.
     void choose(const QString& editorName, const QString& name, const QString& entry) const
     {
         auto* const box = part<QComboBox>(editorName, name);
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_Home);
-        while (box->currentText() != entry && box->currentIndex() + 1 < box->count()) {
-            QTest::keyClick(box, Qt::Key_Down);
-        }
+        editorhands::choose(*box, box->findText(entry));
         QCOMPARE(box->currentText(), entry);
     }
 

@@ -18,6 +18,11 @@ bool canBeToggled(Qt::ItemFlags flags)
     return (flags & (needed | Qt::ItemIsSelectable)) == needed;
 }
 
+bool isDark(const QColor& color)
+{
+    return color.lightness() < 128;
+}
+
 } // namespace
 
 EnumerationFilterWidgetBase::CheckItemDelegate::CheckItemDelegate(QObject* parent)
@@ -39,6 +44,16 @@ bool EnumerationFilterWidgetBase::CheckItemDelegate::editorEvent(QEvent* event, 
         return false;
     }
     return model->setData(index, state.toInt() == Qt::Checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+// Styles frame the box in a darker shade of the window's colour, which nobody sees on a dark list.
+void EnumerationFilterWidgetBase::CheckItemDelegate::initStyleOption(QStyleOptionViewItem* option,
+                                                                     const QModelIndex& index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (isDark(option->palette.color(QPalette::Base))) {
+        option->palette.setColor(QPalette::Window, option->palette.color(QPalette::Text));
+    }
 }
 
 } // namespace ZelkoGUI::Filter

@@ -6,7 +6,8 @@
 
 namespace ZelkoGUI::Filter {
 
-/// Toggles an item that can be checked, but not selected, by a press anywhere on its row.
+/// Toggles an item that can be checked, but not selected, by a press anywhere on its row. Boxes that are not checked
+/// can be seen on a dark list as well.
 class ZELKOGUIBASE_EXPORT EnumerationFilterWidgetBase::CheckItemDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -18,6 +19,7 @@ public:
 protected:
     bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
                      const QModelIndex& index) override;
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 };
 
 } // namespace ZelkoGUI::Filter

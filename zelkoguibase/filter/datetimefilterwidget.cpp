@@ -7,9 +7,17 @@
 namespace ZelkoGUI::Filter {
 namespace {
 
-const QTime firstSecond(0, 0, 0);
-const QTime lastSecond(23, 59, 59);
 constexpr int restOfSecond = 999; // milliseconds
+
+QTime firstSecond()
+{
+    return QTime(0, 0, 0);
+}
+
+QTime lastSecond()
+{
+    return QTime(23, 59, 59);
+}
 
 /// The last moment of the second that an editor shows. What a saved limit had below the second is shown nowhere, so it
 /// does not count.
@@ -79,9 +87,9 @@ DateTimeFilterWidget::DateTimeFilterWidget(const QList<NumberFilterCondition<QTi
         edit->setTime(time);
         return edit;
     };
-    d->limits.lower = {conditions[0], makeLowerCheck(), makeEdit(firstSecond)};
-    d->limits.upper = {conditions[1], makeUpperCheck(), makeEdit(lastSecond)};
-    startRange(conditions, firstSecond, lastSecond);
+    d->limits.lower = {conditions[0], makeLowerCheck(), makeEdit(firstSecond())};
+    d->limits.upper = {conditions[1], makeUpperCheck(), makeEdit(lastSecond())};
+    startRange(conditions, firstSecond(), lastSecond());
     finish(QStringLiteral("TimeEdit"));
     connect(d->limits.lower.editor, &QDateTimeEdit::timeChanged, this, &DateTimeFilterWidget::sl_bottomTimeChanged);
     connect(d->limits.upper.editor, &QDateTimeEdit::timeChanged, this, &DateTimeFilterWidget::sl_topTimeChanged);
@@ -149,12 +157,12 @@ void DateTimeFilterWidget::sl_topTimeChanged(const QTime& time)
 
 void DateTimeFilterWidget::sl_bottomDateTimeChanged(const QDateTime& dateTime)
 {
-    d->setValue(d->limits.lower, atTime(dateTime, firstSecond));
+    d->setValue(d->limits.lower, atTime(dateTime, firstSecond()));
 }
 
 void DateTimeFilterWidget::sl_topDateTimeChanged(const QDateTime& dateTime)
 {
-    d->setValue(d->limits.upper, atTime(dateTime, endOfSecond(lastSecond)));
+    d->setValue(d->limits.upper, atTime(dateTime, endOfSecond(lastSecond())));
 }
 
 void DateTimeFilterWidget::sl_validateFilter()

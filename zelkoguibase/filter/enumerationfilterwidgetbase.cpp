@@ -82,6 +82,7 @@ QListView* EnumerationFilterWidgetBase::makeListView()
     view->setItemDelegate(new CheckItemDelegate(view));
     connect(this, &QObject::destroyed, view, &QObject::deleteLater);
     new QShortcut(QKeySequence::Cancel, view, view, &QWidget::close);
+    view->setFocus(); // as soon as its window is active, so that keys find a current row
     return view;
 }
 
@@ -107,10 +108,6 @@ void EnumerationFilterWidgetBase::sl_modelChanged()
     const QStringList names = selectedNames();
     const QString count = tr("%1 values shown: ").arg(names.size(), 0, 10, QLatin1Char(' '));
     d->infoLabel->setText(count + names.join(QStringLiteral(", ")), names.join(QStringLiteral("<br>")));
-    // The model reports the row of a value alone, but what the commands say has changed with it.
-    if (d->listView) {
-        d->listView->viewport()->update();
-    }
 }
 
 void EnumerationFilterWidgetBase::sl_validateFilter()

@@ -10,7 +10,8 @@ namespace ZelkoGUI::Filter {
 /// Values with check boxes, behind two rows that are commands: select all, select none. A command that would change
 /// nothing cannot be given, and says how things are instead. No row is selectable. GUI thread only.
 ///
-/// A value that is checked changes what the commands say as well; that is not reported, so a view repaints as a whole.
+/// A value that is checked changes what the commands say as well. That is not reported: a QListView shows all of its
+/// rows anew for any of them.
 class ZELKOGUIBASE_EXPORT SelectableEnumModelBase : public QAbstractListModel
 {
     Q_OBJECT

@@ -1,9 +1,9 @@
 #include <zelkoguibase/filter/sizefilterwidget.h>
 
 #include "rangelimits_p.h"
+#include "wholenumbervalidator_p.h"
 
 #include <QComboBox>
-#include <QIntValidator>
 #include <QLineEdit>
 
 #include <algorithm>
@@ -16,16 +16,6 @@ namespace {
 constexpr int largestNumber = std::numeric_limits<int>::max();
 constexpr double startOfRange = 1;
 constexpr double endOfRange = 100;
-
-/// Lets through exactly what QString::toInt() reads: no separators of groups, whatever the locale.
-QIntValidator* makeValidator(QObject* parent)
-{
-    auto* const validator = new QIntValidator(0, largestNumber, parent);
-    QLocale plain = QLocale::c();
-    plain.setNumberOptions(QLocale::RejectGroupSeparator | QLocale::OmitGroupSeparator);
-    validator->setLocale(plain);
-    return validator;
-}
 
 /// `number` without its fraction; the nearest one that there is for a number beyond all whole ones, and 0 for none.
 qint64 cutToWhole(double number)
@@ -120,7 +110,7 @@ SizeFilterWidget::~SizeFilterWidget() = default;
 
 void SizeFilterWidget::addChildren(const QList<NumberFilterCondition<double>*>& conditions)
 {
-    auto* const validator = makeValidator(this);
+    auto* const validator = new WholeNumberValidator(this);
     const auto makeEdit = [&](double number, const QString& name, const QString& spokenName) {
         auto* const edit = new QLineEdit(QString::number(number), this);
         edit->setObjectName(name);

@@ -1,0 +1,173 @@
+#include "conditionsignallog.h"
+#include "editorhands.h"
+
+#include <zelkoguibase/filter/booleancombofilterwidget.h>
+#include <zelkoguibase/filter/booleanfiltercondition.h>
+
+#include <QCheckBox>
+#include <QtTest>
+
+using namespace ZelkoGUI::Filter;
+using namespace editorhands;
+
+namespace {
+
+/// A condition in its editor.
+struct Editor
+{
+    ~Editor() { delete condition; }
+
+    QPointer<BooleanFilterCondition> condition = new BooleanFilterCondition(12, 33, nullptr);
+    BooleanComboFilterWidget* const widget =
+        new BooleanComboFilterWidget(condition, QStringLiteral("kept"), QStringLiteral("deletable"), nullptr);
+    Form form{widget}; // which deletes the widget
+
+    QCheckBox& enable = part<QCheckBox>(*widget, QStringLiteral("EnableFilter"));
+    QComboBox& selection = part<QComboBox>(*widget, QStringLiteral("Selection"));
+};
+
+bool restoreValue(BooleanFilterCondition& condition, bool value, bool enabled)
+{
+    BooleanFilterCondition saved(12, 33, nullptr);
+    saved.setValue(value);
+    saved.setEnabled(enabled);
+    return restore(condition, saved);
+}
+
+} // namespace
+
+class BooleanComboFilterWidgetTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hasItsParts();
+    void switchesTheConditionOff();
+    void theCheckBoxSwitchesTheCondition();
+    void theBoxChoosesTheFlag();
+    void showsARestoredFlag();
+    void restoringDoesNotWriteBack();
+    void isResetByItsWindow();
+    void isWorkedByKeysAlone();
+    void isDisabledWhenTheConditionIsGone();
+    void doesWithoutACondition();
+};
+
+void BooleanComboFilterWidgetTest::hasItsParts()
+{
+    const Editor editor;
+    QCOMPARE(editor.widget->objectName(), QStringLiteral("BooleanComboFilterWidget"));
+    QCOMPARE(rowOf(*editor.widget),
+             (QStringList{QStringLiteral("EnableFilter"), QStringLiteral("Selection"), QStringLiteral("stretch 1")}));
+    QVERIFY(!editor.enable.isChecked());
+    QVERIFY(!editor.enable.accessibleName().isEmpty());
+    QVERIFY(!editor.selection.accessibleName().isEmpty());
+    QCOMPARE(editor.selection.count(), 2);
+    QCOMPARE(editor.selection.itemText(0), QStringLiteral("kept"));
+    QCOMPARE(editor.selection.itemText(1), QStringLiteral("deletable"));
+    QCOMPARE(editor.selection.currentIndex(), 1);
+}
+
+void BooleanComboFilterWidgetTest::switchesTheConditionOff()
+{
+    BooleanFilterCondition condition(12, 33, nullptr);
+    condition.setEnabled(true);
+    condition.setValue(false);
+    const BooleanComboFilterWidget widget(&condition, QStringLiteral("no"), QStringLiteral("yes"), nullptr);
+    QVERIFY(!condition.enabled());
+    QVERIFY(!condition.value());
+    QCOMPARE(part<QComboBox>(widget, QStringLiteral("Selection")).currentText(), QStringLiteral("no"));
+}
+
+void BooleanComboFilterWidgetTest::theCheckBoxSwitchesTheCondition()
+{
+    Editor editor;
+    QVERIFY(!editor.selection.isEnabled());
+    click(editor.enable);
+    QVERIFY(editor.condition->enabled());
+    QVERIFY(editor.selection.isEnabled());
+    click(editor.enable);
+    QVERIFY(!editor.condition->enabled());
+    QVERIFY(!editor.selection.isEnabled());
+}
+
+void BooleanComboFilterWidgetTest::theBoxChoosesTheFlag()
+{
+    Editor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.enable);
+    ConditionSignalLog log(*editor.condition);
+    choose(editor.selection, 0);
+    QVERIFY(!editor.condition->value());
+    choose(editor.selection, 1);
+    QVERIFY(editor.condition->value());
+    QCOMPARE(log.take(), QStringLiteral("filter, filter"));
+}
+
+void BooleanComboFilterWidgetTest::showsARestoredFlag()
+{
+    Editor editor;
+    QVERIFY(restoreValue(*editor.condition, false, true));
+    QVERIFY(editor.enable.isChecked());
+    QVERIFY(editor.selection.isEnabled());
+    QCOMPARE(editor.selection.currentIndex(), 0);
+    QVERIFY(restoreValue(*editor.condition, true, false));
+    QVERIFY(!editor.enable.isChecked());
+    QVERIFY(!editor.selection.isEnabled());
+    QCOMPARE(editor.selection.currentIndex(), 1);
+}
+
+void BooleanComboFilterWidgetTest::restoringDoesNotWriteBack()
+{
+    Editor editor;
+    ConditionSignalLog log(*editor.condition);
+    QVERIFY(restoreValue(*editor.condition, false, true));
+    QCOMPARE(log.take(), QStringLiteral("filter, content"));
+    QVERIFY(!editor.condition->value());
+    QVERIFY(editor.condition->enabled());
+}
+
+void BooleanComboFilterWidgetTest::isResetByItsWindow()
+{
+    Editor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.enable);
+    choose(editor.selection, 0);
+    static_cast<IFilterUI*>(editor.widget)->resetFilter();
+    QVERIFY(!editor.condition->enabled());
+    QVERIFY(!editor.enable.isChecked());
+    QVERIFY(!editor.condition->value());
+}
+
+void BooleanComboFilterWidgetTest::isWorkedByKeysAlone()
+{
+    Editor editor;
+    QVERIFY(editor.form.isActive());
+    QTest::keyClick(&editor.form.elsewhere, Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QVERIFY(editor.condition->enabled());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    QVERIFY(!editor.condition->value());
+}
+
+void BooleanComboFilterWidgetTest::isDisabledWhenTheConditionIsGone()
+{
+    Editor editor;
+    click(editor.enable);
+    delete editor.condition;
+    QVERIFY(!editor.widget->isEnabled());
+    editor.selection.setCurrentIndex(0);
+    editor.widget->resetFilter();
+    QVERIFY(!editor.widget->isEnabled());
+}
+
+void BooleanComboFilterWidgetTest::doesWithoutACondition()
+{
+    const BooleanComboFilterWidget widget(nullptr, QStringLiteral("no"), QStringLiteral("yes"), nullptr);
+    QVERIFY(!widget.isEnabled());
+    QCOMPARE(part<QComboBox>(widget, QStringLiteral("Selection")).currentIndex(), 0);
+}
+
+QTEST_MAIN(BooleanComboFilterWidgetTest)
+#include "tst_booleancombofilterwidget.moc"

@@ -1,0 +1,185 @@
+#include <zelkoguibase/filter/checkitemdelegate.h>
+
+#include <QListView>
+#include <QStandardItemModel>
+#include <QStyle>
+#include <QtTest>
+
+#include <algorithm>
+#include <cstdlib>
+
+using CheckItemDelegate = ZelkoGUI::Filter::EnumerationFilterWidgetBase::CheckItemDelegate;
+
+namespace {
+
+constexpr Qt::ItemFlags checkable = Qt::ItemIsUserCheckable | Qt::ItemIsEnabled;
+
+/// A list of one item.
+struct List
+{
+    explicit List(Qt::ItemFlags flags = checkable)
+        : item(new QStandardItem(QStringLiteral("Airband")))
+    {
+        item->setCheckState(Qt::Unchecked);
+        item->setFlags(flags);
+        model.appendRow(item);
+        view.setModel(&model);
+        view.setItemDelegate(new CheckItemDelegate(&view));
+        view.resize(240, 120);
+        view.show();
+    }
+
+    QRect row() const { return view.visualRect(model.index(0, 0)); }
+    QPoint besideTheText() const { return {row().right() - 5, row().center().y()}; }
+    QPoint onTheBox() const
+    {
+        QStyleOptionViewItem option;
+        option.initFrom(&view);
+        option.rect = row();
+        option.features = QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+        option.text = item->text();
+        return view.style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &view).center();
+    }
+    void press(const QPoint& place, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QTest::mousePress(view.viewport(), button, Qt::NoModifier, place);
+    }
+    void release(const QPoint& place, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QTest::mouseRelease(view.viewport(), button, Qt::NoModifier, place);
+    }
+
+    QStandardItemModel model;
+    QListView view;
+    QStandardItem* const item;
+};
+
+} // namespace
+
+class CheckItemDelegateTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aPressAnywhereOnTheRowToggles();
+    void aClickOnTheBoxTogglesOnce();
+    void halfCheckedBecomesChecked();
+    void theSpaceKeyToggles();
+    void otherButtonsDoNotToggle();
+    void leavesItemsAlone_data();
+    void leavesItemsAlone();
+    void leavesItemsWithoutABoxAlone();
+    void leavesADisabledListAlone();
+    void boxesStandOutFromTheList_data();
+    void boxesStandOutFromTheList();
+};
+
+void CheckItemDelegateTest::aPressAnywhereOnTheRowToggles()
+{
+    List list;
+    list.press(list.besideTheText());
+    QCOMPARE(list.item->checkState(), Qt::Checked);
+    list.release(list.besideTheText());
+    QCOMPARE(list.item->checkState(), Qt::Checked);
+    list.press(list.besideTheText());
+    list.release(list.besideTheText());
+    QCOMPARE(list.item->checkState(), Qt::Unchecked);
+}
+
+void CheckItemDelegateTest::aClickOnTheBoxTogglesOnce()
+{
+    List list;
+    list.press(list.onTheBox());
+    list.release(list.onTheBox());
+    QCOMPARE(list.item->checkState(), Qt::Checked);
+}
+
+void CheckItemDelegateTest::halfCheckedBecomesChecked()
+{
+    List list;
+    list.item->setCheckState(Qt::PartiallyChecked);
+    list.press(list.besideTheText());
+    QCOMPARE(list.item->checkState(), Qt::Checked);
+}
+
+void CheckItemDelegateTest::theSpaceKeyToggles()
+{
+    List list;
+    list.view.setCurrentIndex(list.model.index(0, 0));
+    QTest::keyClick(&list.view, Qt::Key_Space);
+    QCOMPARE(list.item->checkState(), Qt::Checked);
+}
+
+void CheckItemDelegateTest::otherButtonsDoNotToggle()
+{
+    List list;
+    for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
+        list.press(list.besideTheText(), button);
+        list.release(list.besideTheText(), button);
+        QCOMPARE(list.item->checkState(), Qt::Unchecked);
+    }
+}
+
+void CheckItemDelegateTest::leavesItemsAlone_data()
+{
+    QTest::addColumn<Qt::ItemFlags>("flags");
+    QTest::newRow("that can be selected") << (checkable | Qt::ItemIsSelectable);
+    QTest::newRow("that cannot be checked") << Qt::ItemFlags(Qt::ItemIsEnabled);
+    QTest::newRow("that are disabled") << Qt::ItemFlags(Qt::ItemIsUserCheckable);
+}
+
+void CheckItemDelegateTest::leavesItemsAlone()
+{
+    QFETCH(Qt::ItemFlags, flags);
+    List list(flags);
+    list.press(list.besideTheText());
+    QCOMPARE(list.item->checkState(), Qt::Unchecked);
+}
+
+void CheckItemDelegateTest::leavesItemsWithoutABoxAlone()
+{
+    List list;
+    list.item->setData(QVariant(), Qt::CheckStateRole);
+    list.press(list.besideTheText());
+    QVERIFY(!list.item->data(Qt::CheckStateRole).isValid());
+}
+
+void CheckItemDelegateTest::leavesADisabledListAlone()
+{
+    List list;
+    list.view.setEnabled(false);
+    list.press(list.besideTheText());
+    QCOMPARE(list.item->checkState(), Qt::Unchecked);
+}
+
+void CheckItemDelegateTest::boxesStandOutFromTheList_data()
+{
+    QTest::addColumn<QColor>("window");
+    QTest::addColumn<QColor>("base");
+    QTest::addColumn<QColor>("text");
+    QTest::newRow("a light one") << QColor(239, 239, 239) << QColor(Qt::white) << QColor(Qt::black);
+    QTest::newRow("a dark one") << QColor(45, 48, 52) << QColor(27, 30, 33) << QColor(230, 233, 237);
+    QTest::newRow("a black one") << QColor(Qt::black) << QColor(Qt::black) << QColor(Qt::white);
+}
+
+void CheckItemDelegateTest::boxesStandOutFromTheList()
+{
+    QFETCH(QColor, window);
+    QFETCH(QColor, base);
+    QFETCH(QColor, text);
+    List list;
+    QPalette palette(window);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::Text, text);
+    list.view.setPalette(palette);
+    const QPoint box = list.onTheBox();
+    const QImage image = list.view.viewport()->grab(QRect(0, box.y(), box.x(), 1)).toImage();
+    int largest = 0;
+    for (int x = 0; x < image.width(); ++x) {
+        largest = std::max(largest, std::abs(image.pixelColor(x, 0).lightness() - base.lightness()));
+    }
+    QVERIFY2(largest >= 60, qPrintable(QStringLiteral("the frame differs by %1").arg(largest)));
+}
+
+QTEST_MAIN(CheckItemDelegateTest)
+#include "tst_checkitemdelegate.moc"

@@ -1,0 +1,414 @@
+#include "conditionsignallog.h"
+#include "editorhands.h"
+
+#include <zelkoguibase/filter/datetimefilterwidget.h>
+
+#include <QCheckBox>
+#include <QTimeEdit>
+#include <QtTest>
+
+using namespace ZelkoGUI::Filter;
+using namespace editorhands;
+
+namespace {
+
+const QDate someDay(2026, 3, 29); // which has but 23 hours where clocks are put forward
+
+/// Two conditions in their editor.
+template <typename T>
+struct Editor
+{
+    using Condition = NumberFilterCondition<T>;
+    using Edit = std::conditional_t<std::is_same_v<T, QTime>, QTimeEdit, QDateTimeEdit>;
+
+    Editor()
+        : widget(new DateTimeFilterWidget(QList<Condition*>{lower, upper}, nullptr))
+        , form(widget)
+    {}
+    ~Editor()
+    {
+        delete lower;
+        delete upper;
+    }
+
+    static QString editName(const char* limit)
+    {
+        return QLatin1String(limit) +
+               (std::is_same_v<T, QTime> ? QStringLiteral("LimitTimeEdit") : QStringLiteral("LimitDateTimeEdit"));
+    }
+
+    QPointer<Condition> lower = new Condition(T(), 4, 33, nullptr);
+    QPointer<Condition> upper = new Condition(T(), 4, 33, nullptr);
+    DateTimeFilterWidget* const widget;
+    Form form; // which deletes the widget
+
+    QCheckBox& lowerCheck = part<QCheckBox>(*widget, QStringLiteral("LowerLimitCheckbox"));
+    Edit& lowerEdit = part<Edit>(*widget, editName("Lower"));
+    QCheckBox& upperCheck = part<QCheckBox>(*widget, QStringLiteral("UpperLimitCheckbox"));
+    Edit& upperEdit = part<Edit>(*widget, editName("Upper"));
+};
+
+using TimeEditor = Editor<QTime>;
+using DayEditor = Editor<QDateTime>;
+
+template <typename T>
+bool restoreValue(NumberFilterCondition<T>& condition, const T& value, bool enabled = true)
+{
+    NumberFilterCondition<T> saved(value, 4, 33, nullptr);
+    saved.setComparator(condition.comparator());
+    saved.setEnabled(enabled);
+    return restore(condition, saved);
+}
+
+/// Steps into an editor and types the digits of all its sections.
+void typeDigits(QDateTimeEdit& edit, const QString& digits)
+{
+    edit.setFocus(Qt::TabFocusReason);
+    QTest::keyClicks(&edit, digits);
+}
+
+template <typename Editor>
+void comparesWithBothEnds(const Editor& editor)
+{
+    QVERIFY(!editor.lower->enabled());
+    QVERIFY(!editor.upper->enabled());
+    QCOMPARE(editor.lower->comparator(), NumberComparison::GreaterOrEqual);
+    QCOMPARE(editor.upper->comparator(), NumberComparison::LessOrEqual);
+}
+
+template <typename Editor>
+void hasPartsInARow(const Editor& editor)
+{
+    QCOMPARE(rowOf(*editor.widget),
+             (QStringList{QStringLiteral("LowerLimitCheckbox"), Editor::editName("Lower"), QStringLiteral("stretch 1"),
+                          QStringLiteral("UpperLimitCheckbox"), Editor::editName("Upper")}));
+    QCOMPARE(editor.lowerCheck.text(), QStringLiteral("from"));
+    QCOMPARE(editor.upperCheck.text(), QStringLiteral("to"));
+    QVERIFY(!editor.lowerEdit.accessibleName().isEmpty());
+    QVERIFY(!editor.upperEdit.accessibleName().isEmpty());
+}
+
+template <typename Editor>
+void isSwitchedByCheckBoxes(Editor& editor)
+{
+    QVERIFY(!editor.lowerEdit.isEnabled());
+    QVERIFY(!editor.upperEdit.isEnabled());
+    click(editor.upperCheck);
+    QVERIFY(editor.upper->enabled());
+    QVERIFY(editor.upperEdit.isEnabled());
+    QVERIFY(!editor.lower->enabled());
+    QVERIFY(!editor.lowerEdit.isEnabled());
+    click(editor.lowerCheck);
+    click(editor.upperCheck);
+    QVERIFY(editor.lower->enabled());
+    QVERIFY(editor.lowerEdit.isEnabled());
+    QVERIFY(!editor.upper->enabled());
+    QVERIFY(!editor.upperEdit.isEnabled());
+    static_cast<IFilterUI*>(editor.widget)->resetFilter();
+    QVERIFY(!editor.lower->enabled());
+    QVERIFY(!editor.lowerCheck.isChecked());
+}
+
+template <typename Editor>
+void isDisabledWithoutThe(QPointer<typename Editor::Condition> Editor::*condition)
+{
+    Editor editor;
+    QVERIFY(editor.widget->isEnabled());
+    delete (editor.*condition);
+    QVERIFY(!editor.widget->isEnabled());
+    for (const auto& left : {editor.lower, editor.upper}) {
+        if (left) {
+            Q_EMIT left->si_filterContentChanged();
+        }
+    }
+    editor.widget->resetFilter();
+    editor.lowerEdit.stepUp();
+    editor.upperEdit.stepDown();
+    QVERIFY(!editor.widget->isEnabled());
+}
+
+} // namespace
+
+class DateTimeFilterWidgetTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void editsTimes();
+    void editsDays();
+    void startsWithTheWholeDay();
+    void startsWithToday();
+    void aCheckBoxSwitchesItsLimit();
+    void theLastSecondCountsWhole();
+    void theLowerTimeCountsFromItsSecond();
+    void theLastDayCountsWhole();
+    void theLowerDayCountsFromItsBegin();
+    void takesADayFromTheCalendar();
+    void whatARestoredTimeHadBelowTheSecondDoesNotCountOnceItIsEdited();
+    void showsRestoredTimes();
+    void showsRestoredDays();
+    void restoringDoesNotWriteBack();
+    void aRestoredLimitThatIsNoneShowsNothingNew();
+    void staysEmptyWithAnotherNumberOfConditions_data();
+    void staysEmptyWithAnotherNumberOfConditions();
+    void isWorkedByKeysAlone();
+    void isDisabledWhenAConditionIsGone();
+    void isDisabledWithoutConditions();
+    void slotsForTheOtherKindOfLimitDoNothing();
+};
+
+void DateTimeFilterWidgetTest::editsTimes()
+{
+    const TimeEditor editor;
+    QCOMPARE(editor.widget->objectName(), QStringLiteral("TimeFilterWidget"));
+    hasPartsInARow(editor);
+    QCOMPARE(editor.lowerEdit.displayFormat(), QStringLiteral("hh:mm:ss"));
+    QCOMPARE(editor.upperEdit.displayFormat(), QStringLiteral("hh:mm:ss"));
+    QCOMPARE(editor.lowerEdit.text(), QStringLiteral("00:00:00"));
+    QCOMPARE(editor.upperEdit.text(), QStringLiteral("23:59:59"));
+}
+
+void DateTimeFilterWidgetTest::editsDays()
+{
+    const DayEditor editor;
+    QCOMPARE(editor.widget->objectName(), QStringLiteral("DateTimeFilterWidget"));
+    hasPartsInARow(editor);
+    for (const QDateTimeEdit* const edit : {&editor.lowerEdit, &editor.upperEdit}) {
+        QCOMPARE(edit->displayFormat(), QStringLiteral("dd.MM.yyyy"));
+        QVERIFY(edit->calendarPopup());
+    }
+}
+
+// The end of the last second counts as soon as somebody has edited it.
+void DateTimeFilterWidgetTest::startsWithTheWholeDay()
+{
+    const TimeEditor editor;
+    comparesWithBothEnds(editor);
+    QCOMPARE(editor.lower->value(), QTime(0, 0, 0));
+    QCOMPARE(editor.upper->value(), QTime(23, 59, 59));
+}
+
+void DateTimeFilterWidgetTest::startsWithToday()
+{
+    const QDate before = QDate::currentDate();
+    const DayEditor editor;
+    const QDate after = QDate::currentDate();
+    comparesWithBothEnds(editor);
+    for (const QDateTimeEdit* const edit : {&editor.lowerEdit, &editor.upperEdit}) {
+        QVERIFY(edit->date() == before || edit->date() == after);
+    }
+    QCOMPARE(editor.lower->value(), editor.lowerEdit.dateTime());
+    QCOMPARE(editor.upper->value(), editor.upperEdit.dateTime());
+}
+
+void DateTimeFilterWidgetTest::aCheckBoxSwitchesItsLimit()
+{
+    TimeEditor times;
+    isSwitchedByCheckBoxes(times);
+    DayEditor days;
+    isSwitchedByCheckBoxes(days);
+}
+
+void DateTimeFilterWidgetTest::theLastSecondCountsWhole()
+{
+    TimeEditor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.upperCheck);
+    typeDigits(editor.upperEdit, QStringLiteral("000010"));
+    QCOMPARE(editor.upperEdit.time(), QTime(0, 0, 10));
+    QCOMPARE(editor.upper->value(), QTime(0, 0, 10, 999));
+    QVERIFY(editor.upper->passes(QTime(0, 0, 10, 500)));
+    QVERIFY(!editor.upper->passes(QTime(0, 0, 11)));
+}
+
+void DateTimeFilterWidgetTest::theLowerTimeCountsFromItsSecond()
+{
+    TimeEditor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.lowerCheck);
+    typeDigits(editor.lowerEdit, QStringLiteral("000010"));
+    QCOMPARE(editor.lower->value(), QTime(0, 0, 10));
+    QVERIFY(editor.lower->passes(QTime(0, 0, 10)));
+    QVERIFY(!editor.lower->passes(QTime(0, 0, 9, 999)));
+}
+
+void DateTimeFilterWidgetTest::theLastDayCountsWhole()
+{
+    DayEditor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.upperCheck);
+    typeDigits(editor.upperEdit, QStringLiteral("29032026"));
+    QCOMPARE(editor.upperEdit.date(), someDay);
+    QCOMPARE(editor.upper->value(), QDateTime(someDay, QTime(23, 59, 59, 999)));
+    QVERIFY(editor.upper->passes(QDateTime(someDay, QTime(18, 30))));
+    QVERIFY(!editor.upper->passes(QDateTime(someDay.addDays(1), QTime(0, 0))));
+}
+
+void DateTimeFilterWidgetTest::theLowerDayCountsFromItsBegin()
+{
+    DayEditor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.lowerCheck);
+    typeDigits(editor.lowerEdit, QStringLiteral("29032026"));
+    QCOMPARE(editor.lower->value(), QDateTime(someDay, QTime(0, 0)));
+    QVERIFY(editor.lower->passes(QDateTime(someDay, QTime(0, 0))));
+    QVERIFY(!editor.lower->passes(QDateTime(someDay.addDays(-1), QTime(23, 59, 59, 999))));
+}
+
+void DateTimeFilterWidgetTest::takesADayFromTheCalendar()
+{
+    DayEditor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.upperCheck);
+    editor.upperEdit.setDate(someDay);
+    QTest::mouseClick(&editor.upperEdit, Qt::LeftButton, Qt::NoModifier,
+                      QPoint(editor.upperEdit.width() - 6, editor.upperEdit.height() / 2));
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), patience);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(editor.upper->value(), QDateTime(someDay.addDays(1), QTime(23, 59, 59, 999)));
+}
+
+void DateTimeFilterWidgetTest::whatARestoredTimeHadBelowTheSecondDoesNotCountOnceItIsEdited()
+{
+    TimeEditor editor;
+    QVERIFY(editor.form.isActive());
+    QVERIFY(restoreValue(*editor.upper, QTime(23, 59, 59, 999)));
+    QCOMPARE(editor.upperEdit.text(), QStringLiteral("23:59:59"));
+    editor.upperEdit.setFocus();
+    QTest::keyClick(&editor.upperEdit, Qt::Key_Home);
+    QTest::keyClick(&editor.upperEdit, Qt::Key_Down);
+    QCOMPARE(editor.upperEdit.text(), QStringLiteral("22:59:59"));
+    QCOMPARE(editor.upper->value(), QTime(22, 59, 59, 999));
+}
+
+void DateTimeFilterWidgetTest::showsRestoredTimes()
+{
+    TimeEditor editor;
+    QVERIFY(restoreValue(*editor.lower, QTime(0, 1, 2, 500)));
+    QVERIFY(restoreValue(*editor.upper, QTime(3, 4, 5, 999), false));
+    QCOMPARE(editor.lowerEdit.text(), QStringLiteral("00:01:02"));
+    QCOMPARE(editor.upperEdit.text(), QStringLiteral("03:04:05"));
+    QVERIFY(editor.lowerCheck.isChecked());
+    QVERIFY(editor.lowerEdit.isEnabled());
+    QVERIFY(!editor.upperCheck.isChecked());
+    QVERIFY(!editor.upperEdit.isEnabled());
+}
+
+void DateTimeFilterWidgetTest::showsRestoredDays()
+{
+    DayEditor editor;
+    QVERIFY(restoreValue(*editor.lower, QDateTime(someDay, QTime(12, 30))));
+    QCOMPARE(editor.lowerEdit.text(), QStringLiteral("29.03.2026"));
+    QVERIFY(editor.lowerCheck.isChecked());
+    QVERIFY(editor.lowerEdit.isEnabled());
+    QVERIFY(!editor.upperCheck.isChecked());
+}
+
+void DateTimeFilterWidgetTest::restoringDoesNotWriteBack()
+{
+    DayEditor days;
+    ConditionSignalLog log(*days.upper);
+    QVERIFY(restoreValue(*days.upper, QDateTime(someDay, QTime(12, 30))));
+    QCOMPARE(log.take(), QStringLiteral("filter, content"));
+    QCOMPARE(days.upper->value(), QDateTime(someDay, QTime(12, 30)));
+    TimeEditor times;
+    ConditionSignalLog timeLog(*times.upper);
+    QVERIFY(restoreValue(*times.upper, QTime(1, 2, 3, 4)));
+    QCOMPARE(timeLog.take(), QStringLiteral("filter, content"));
+    QCOMPARE(times.upper->value(), QTime(1, 2, 3, 4));
+}
+
+void DateTimeFilterWidgetTest::aRestoredLimitThatIsNoneShowsNothingNew()
+{
+    TimeEditor times;
+    QVERIFY(restoreValue(*times.lower, QTime()));
+    QCOMPARE(times.lowerEdit.text(), QStringLiteral("00:00:00"));
+    DayEditor days;
+    days.lowerEdit.setDate(someDay);
+    days.lower->setValue(QDateTime());
+    Q_EMIT days.lower->si_filterContentChanged();
+    QCOMPARE(days.lowerEdit.date(), someDay);
+}
+
+void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("none") << 0;
+    QTest::newRow("one") << 1;
+    QTest::newRow("three") << 3;
+}
+
+void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions()
+{
+    QFETCH(int, count);
+    QObject owner;
+    QList<NumberFilterCondition<QTime>*> times;
+    QList<NumberFilterCondition<QDateTime>*> days;
+    for (int i = 0; i < count; ++i) {
+        times << new NumberFilterCondition<QTime>(QTime(1, 2), 4, 33, &owner);
+        times.last()->setEnabled(true);
+        days << new NumberFilterCondition<QDateTime>(QDateTime(), 4, 33, &owner);
+    }
+    DateTimeFilterWidget ofTimes(times, nullptr);
+    DateTimeFilterWidget ofDays(days, nullptr);
+    for (DateTimeFilterWidget* const widget : {&ofTimes, &ofDays}) {
+        QVERIFY(widget->findChildren<QWidget*>().isEmpty());
+        widget->resetFilter();
+    }
+    for (const auto* const condition : times) {
+        QVERIFY(condition->enabled());
+        QCOMPARE(condition->value(), QTime(1, 2));
+    }
+}
+
+void DateTimeFilterWidgetTest::isWorkedByKeysAlone()
+{
+    DayEditor editor;
+    QVERIFY(editor.form.isActive());
+    for (QCheckBox* const check : {&editor.lowerCheck, &editor.upperCheck}) {
+        check->setFocus();
+        QTest::keyClick(check, Qt::Key_Space);
+    }
+    QVERIFY(editor.lower->enabled());
+    QVERIFY(editor.upper->enabled());
+    editor.form.elsewhere.setFocus();
+    const QStringList reached = editor.form.reachedByTab(*editor.widget);
+    QCOMPARE(reached.first(), QStringLiteral("LowerLimitCheckbox"));
+    QVERIFY(reached.contains(QStringLiteral("LowerLimitDateTimeEdit")));
+    QVERIFY(reached.indexOf(QStringLiteral("UpperLimitCheckbox")) >
+            reached.indexOf(QStringLiteral("LowerLimitDateTimeEdit")));
+    QVERIFY(reached.indexOf(QStringLiteral("UpperLimitDateTimeEdit")) >
+            reached.indexOf(QStringLiteral("UpperLimitCheckbox")));
+}
+
+void DateTimeFilterWidgetTest::isDisabledWhenAConditionIsGone()
+{
+    isDisabledWithoutThe(&TimeEditor::lower);
+    isDisabledWithoutThe(&TimeEditor::upper);
+    isDisabledWithoutThe(&DayEditor::lower);
+    isDisabledWithoutThe(&DayEditor::upper);
+}
+
+void DateTimeFilterWidgetTest::isDisabledWithoutConditions()
+{
+    const DateTimeFilterWidget times(QList<NumberFilterCondition<QTime>*>{nullptr, nullptr}, nullptr);
+    QVERIFY(!times.isEnabled());
+    const DateTimeFilterWidget days(QList<NumberFilterCondition<QDateTime>*>{nullptr, nullptr}, nullptr);
+    QVERIFY(!days.isEnabled());
+}
+
+void DateTimeFilterWidgetTest::slotsForTheOtherKindOfLimitDoNothing()
+{
+    TimeEditor times;
+    QVERIFY(QMetaObject::invokeMethod(times.widget, "sl_topDateTimeChanged",
+                                      Q_ARG(QDateTime, QDateTime(someDay, QTime(1, 2)))));
+    QCOMPARE(times.upper->value(), QTime(23, 59, 59));
+    DayEditor days;
+    days.upper->setValue(QDateTime(someDay, QTime(0, 0)));
+    QVERIFY(QMetaObject::invokeMethod(days.widget, "sl_topTimeChanged", Q_ARG(QTime, QTime(1, 2))));
+    QCOMPARE(days.upper->value(), QDateTime(someDay, QTime(0, 0)));
+}
+
+QTEST_MAIN(DateTimeFilterWidgetTest)
+#include "tst_datetimefilterwidget.moc"
