@@ -193,7 +193,7 @@ void paintListScenes(ScenePainter& painter)
     paintSearchFields(painter);
     paintMarkedRows(painter);
     paintBookmarkEditor(painter);
-    paintFilterScenes(painter);
+    paintFilterEditorScenes(painter);
     paintExtendedFilterScenes(painter);
 }
 

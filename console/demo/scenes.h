@@ -25,11 +25,11 @@ void paintActionScenes(ScenePainter& painter);
 void paintPlatformScenes(ScenePainter& painter);
 
 /// Lists of records and what finds one in them: a list that an application fills, the search field, marked rows, the
-/// time of a bookmark, and the scenes of filters.
+/// time of a bookmark, and the editors of filters.
 void paintListScenes(ScenePainter& painter);
 
 /// The editors of filters, at rest and in use, and the list in which values are chosen.
-void paintFilterScenes(ScenePainter& painter);
+void paintFilterEditorScenes(ScenePainter& painter);
 
 /// The window of the extended filter, at rest and with filters.
 void paintExtendedFilterScenes(ScenePainter& painter);

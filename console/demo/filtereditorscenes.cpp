@@ -127,7 +127,7 @@ QListView* PaintedEditors::openStatuses()
 
 } // namespace
 
-void paintFilterScenes(ScenePainter& painter)
+void paintFilterEditorScenes(ScenePainter& painter)
 {
     PaintedEditors editors;
     editors.activate();
@@ -137,10 +137,10 @@ void paintFilterScenes(ScenePainter& painter)
     if (QListView* const list = editors.openStatuses()) {
         list->activateWindow();
         list->setFocus();
-        painter.paint(*list, "filter-values");
+        painter.paint(*list, "filter-editor-values");
         list->close();
     }
-    painter.paint(editors.status(), "filter-values-chosen");
+    painter.paint(editors.status(), "filter-editor-values-chosen");
 }
 
 } // namespace ZelkoConsole
