@@ -194,6 +194,7 @@ void paintListScenes(ScenePainter& painter)
     paintMarkedRows(painter);
     paintBookmarkEditor(painter);
     paintFilterEditorScenes(painter);
+    paintExtendedFilterScenes(painter);
 }
 
 } // namespace ZelkoConsole

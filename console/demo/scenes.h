@@ -31,4 +31,7 @@ void paintListScenes(ScenePainter& painter);
 /// The editors of filters, at rest and in use, and the list in which values are chosen.
 void paintFilterEditorScenes(ScenePainter& painter);
 
+/// The window of the extended filter, at rest and with filters.
+void paintExtendedFilterScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

@@ -1,0 +1,469 @@
+#include <zelkoguibase/filter/extendedfilterdialog.h>
+
+#include "filedialogasked.h"
+#include "filterdocument.h"
+#include "filterfolder.h"
+#include "filterwindow.h"
+#include "readonlyfolder.h"
+#include "tracemask.h"
+#include "tracetexts.h"
+#include "windowsignals.h"
+
+#include <zelkoguibase/filter/enumerationfiltercondition.h>
+#include <zelkoguibase/filter/numberfiltercondition.h>
+#include <zelkoguibase/filter/stringfiltercondition.h>
+
+#include <QDateTimeEdit>
+#include <QProcess>
+#include <QStandardPaths>
+
+using namespace filterdocument;
+using namespace ZelkoGUI::Filter;
+using Dialog = ExtendedFilterDialog;
+using ZELKO_XML::FilterConditionList;
+using ZelkoTest::askedBy;
+
+/// Saving and restoring, with the hands of an operator.
+class FilterFileTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Each test starts with a configuration that knows no folder.
+    void init() { m_folder = std::make_unique<FilterFolder>(); }
+
+    void whatIsSavedComesBack();
+    void aFileObeysTheSchema();
+    void aRangeIsTwoEntries();
+    void whatIsSwitchedOffIsSavedToo();
+    void aSmallWindowSavesItsRowsOnly();
+    void aSmallFileChangesItsRowsOnly();
+    void aLargeFileIsTakenAsFarAsThereAreRows();
+    void rowsAreRestoredOneAfterTheOther();
+    void aLimitFollowsItsRowWhateverTypeTheFileNames();
+    void extremeLimitsAreShownSomehow_data();
+    void extremeLimitsAreShownSomehow();
+
+    void filesAreCalledXml_data();
+    void filesAreCalledXml();
+    void fileDialogsAskForFiltersInTheFolderOfTheLastFile();
+    void cancellingChangesNothing_data();
+    void cancellingChangesNothing();
+    void aFileThatCannotBeSavedIsTracedOnly();
+    void nothingIsTracedThatIsNotWanted();
+
+    void aDocumentWithoutAnIdIsAccepted();
+
+    void aHiddenInterfaceFilterStaysOff();
+    void aVisibleInterfaceFilterFollowsTheFile();
+    void conditionsWithoutAnEntryAreTraced();
+    void deletedConditionsAreTraced();
+
+private:
+    QString file(const QString& name = QStringLiteral("filter.xml")) const { return m_folder->file(name); }
+    void write(const QByteArray& bytes) const { m_folder->write(bytes); }
+
+    std::unique_ptr<FilterFolder> m_folder;
+};
+
+void FilterFileTest::whatIsSavedComesBack()
+{
+    FilterWindow window;
+    const QString name = QStringLiteral("NameFilterWidget");
+    const QString size = QStringLiteral("SizeFilterWidget");
+    const QString start = QStringLiteral("StartTimeFilterWidget");
+    const QString duration = QStringLiteral("DurationFilterWidget");
+    window.type(name, QStringLiteral("TextEdit"), QStringLiteral("band*"));
+    window.choose(name, QStringLiteral("PatternSyntaxCombobox"), QStringLiteral("Wildcard"));
+    window.check(name, QStringLiteral("CaseSensitiveCheckbox"));
+    window.check(size, QStringLiteral("UpperLimitCheckbox"));
+    window.choose(size, QStringLiteral("UnitCombobox"), QStringLiteral("kByte"));
+    window.type(size, QStringLiteral("UpperLimitEdit"), QStringLiteral("12"));
+    window.check(start, QStringLiteral("LowerLimitCheckbox"));
+    window.type(start, QStringLiteral("LowerLimitDateTimeEdit"), QStringLiteral("10062024"));
+    window.check(duration, QStringLiteral("UpperLimitCheckbox"));
+    window.type(duration, QStringLiteral("UpperLimitTimeEdit"), QStringLiteral("000010"));
+    window.check(QStringLiteral("DeletableFilterWidget"), QStringLiteral("EnableFilter"));
+    window.toggleValues(QStringLiteral("StatusFilterWidget"), {QStringLiteral("damaged"), QStringLiteral("finished")});
+    const QMap<QString, QString> saved = window.state();
+    QCOMPARE(window.saveAs(file()), QString());
+
+    FilterWindow other;
+    QVERIFY(other.state() != saved);
+    QCOMPARE(other.restoreFrom(file()), QString());
+    QCOMPARE(other.state(), saved);
+    QVERIFY(other.canReset());
+    QCOMPARE(other.part<QLineEdit>(name, QStringLiteral("TextEdit"))->text(), QStringLiteral("band*"));
+    QVERIFY(other.part<QCheckBox>(name, QStringLiteral("CaseSensitiveCheckbox"))->isChecked());
+    QVERIFY(other.part<QCheckBox>(size, QStringLiteral("UpperLimitCheckbox"))->isChecked());
+    QVERIFY(!other.part<QCheckBox>(size, QStringLiteral("LowerLimitCheckbox"))->isChecked());
+    QCOMPARE(other.part<QLineEdit>(size, QStringLiteral("UpperLimitEdit"))->text(), QStringLiteral("12288"));
+    QCOMPARE(other.part<QDateTimeEdit>(start, QStringLiteral("LowerLimitDateTimeEdit"))->date(), QDate(2024, 6, 10));
+    QCOMPARE(other.part<QDateTimeEdit>(duration, QStringLiteral("UpperLimitTimeEdit"))->time().second(), 10);
+    other.resetAll();
+    QVERIFY(!other.canReset());
+}
+
+void FilterFileTest::aFileObeysTheSchema()
+{
+    const QString xmllint = QStandardPaths::findExecutable(QStringLiteral("xmllint"));
+    QVERIFY2(!xmllint.isEmpty(), "the package libxml2-utils is missing");
+    FilterWindow window;
+    window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("<&>\"'"));
+    window.toggleValues(QStringLiteral("InterfaceFilterWidget"), {QStringLiteral("USB")});
+    window.saveAs(file());
+    QProcess check;
+    check.start(xmllint,
+                {QStringLiteral("--noout"), QStringLiteral("--schema"), QStringLiteral(ZELKO_FILTER_SCHEMA), file()});
+    QVERIFY(check.waitForFinished(patience));
+    QVERIFY2(check.exitCode() == 0, check.readAllStandardError().constData());
+}
+
+void FilterFileTest::aRangeIsTwoEntries()
+{
+    FilterWindow window;
+    const QString editor = QStringLiteral("SizeFilterWidget");
+    window.check(editor, QStringLiteral("LowerLimitCheckbox"));
+    window.check(editor, QStringLiteral("UpperLimitCheckbox"));
+    window.choose(editor, QStringLiteral("UnitCombobox"), QStringLiteral("MByte"));
+    window.type(editor, QStringLiteral("LowerLimitEdit"), QStringLiteral("1"));
+    window.type(editor, QStringLiteral("UpperLimitEdit"), QStringLiteral("100"));
+    window.saveAs(file());
+    FilterConditionList list;
+    QVERIFY(list.LoadXml(file()));
+    QCOMPARE(list.GetID(), QStringLiteral("ExtendedRecordListFilter"));
+    QCOMPARE(list.GetFilterCondition().size(), 21);
+    const auto requireLimit = [&list](int at, const QString& name, int comparator, const QString& value) {
+        const ZELKO_XML::FilterCondition& condition = list.GetFilterCondition()[at];
+        QCOMPARE(condition.GetName(), name);
+        QCOMPARE(condition.GetColumn(), 1);
+        QCOMPARE(condition.GetRole(), 33);
+        QVERIFY(condition.GetEnabled());
+        QCOMPARE(static_cast<int>(condition.GetNumberFilter().GetType()), 0);
+        QCOMPARE(static_cast<int>(condition.GetNumberFilter().GetComparator()), comparator);
+        QCOMPARE(condition.GetNumberFilter().GetFilterValue(), value);
+    };
+    requireLimit(1, QStringLiteral("SizeLowerLimit"), 4, QStringLiteral("1.04858e+06"));
+    requireLimit(2, QStringLiteral("SizeUpperLimit"), 3, QStringLiteral("1.04858e+08"));
+}
+
+void FilterFileTest::whatIsSwitchedOffIsSavedToo()
+{
+    FilterWindow window;
+    const QString editor = QStringLiteral("FrequencyFilterWidget");
+    window.check(editor, QStringLiteral("LowerLimitCheckbox"));
+    window.type(editor, QStringLiteral("LowerLimitEdit"), QStringLiteral("4321"));
+    window.check(editor, QStringLiteral("LowerLimitCheckbox"));
+    window.saveAs(file());
+    FilterWindow other;
+    other.check(editor, QStringLiteral("LowerLimitCheckbox"));
+    other.restoreFrom(file());
+    QVERIFY(!other.canReset());
+    QVERIFY(!other.part<QCheckBox>(editor, QStringLiteral("LowerLimitCheckbox"))->isChecked());
+    QCOMPARE(other.part<QLineEdit>(editor, QStringLiteral("LowerLimitEdit"))->text(), QStringLiteral("4321"));
+}
+
+void FilterFileTest::aSmallWindowSavesItsRowsOnly()
+{
+    FilterWindow window(Dialog::NameColumn | Dialog::SizeColumn);
+    QCOMPARE(window.form()->rowCount(), 2);
+    window.saveAs(file());
+    FilterConditionList list;
+    QVERIFY(list.LoadXml(file()));
+    QStringList names;
+    for (const ZELKO_XML::FilterCondition& condition : list.GetFilterCondition()) {
+        names << condition.GetName();
+    }
+    QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("NameFilter SizeLowerLimit SizeUpperLimit"));
+}
+
+void FilterFileTest::aSmallFileChangesItsRowsOnly()
+{
+    FilterWindow small(Dialog::NameColumn | Dialog::SizeColumn);
+    small.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
+    small.check(QStringLiteral("SizeFilterWidget"), QStringLiteral("LowerLimitCheckbox"));
+    small.check(QStringLiteral("SizeFilterWidget"), QStringLiteral("UpperLimitCheckbox"));
+    small.saveAs(file());
+
+    FilterWindow full;
+    full.check(QStringLiteral("DeletableFilterWidget"), QStringLiteral("EnableFilter"));
+    const QMap<QString, QString> before = full.state();
+    QCOMPARE(full.restoreFrom(file()), QString());
+    const QMap<QString, QString> after = full.state();
+    QStringList changed;
+    for (auto it = after.cbegin(); it != after.cend(); ++it) {
+        if (before[it.key()] != it.value()) {
+            changed << it.key();
+        }
+    }
+    QCOMPARE(changed.join(QLatin1Char(' ')), QStringLiteral("NameFilter SizeLowerLimit SizeUpperLimit"));
+    QCOMPARE(FilterFolder::remembered(), m_folder->path());
+}
+
+void FilterFileTest::aLargeFileIsTakenAsFarAsThereAreRows()
+{
+    FilterWindow full;
+    full.type(QStringLiteral("RecordIDFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("7"));
+    full.check(QStringLiteral("DeletableFilterWidget"), QStringLiteral("EnableFilter"));
+    full.saveAs(file());
+    FilterWindow small(FilterWindow::Columns(Dialog::RecordIDColumn));
+    QCOMPARE(small.restoreFrom(file()), QString());
+    QCOMPARE(small.condition<StringFilterCondition>(QStringLiteral("IDFilter"))->pattern(), QStringLiteral("7"));
+}
+
+void FilterFileTest::rowsAreRestoredOneAfterTheOther()
+{
+    FilterWindow window(Dialog::NameColumn | Dialog::SizeColumn);
+    window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
+    window.check(QStringLiteral("SizeFilterWidget"), QStringLiteral("LowerLimitCheckbox"));
+    window.saveAs(file());
+    window.resetAll();
+    WindowSignals changes(window.dialog());
+    window.restoreFrom(file());
+    QCOMPARE(changes.take().join(QStringLiteral(", ")),
+             QStringLiteral("NameFilter filter, NameFilter content, SizeLowerLimit filter, SizeLowerLimit content, "
+                            "SizeUpperLimit content"));
+}
+
+void FilterFileTest::aLimitFollowsItsRowWhateverTypeTheFileNames()
+{
+    write(sizeLimit("Int", "4096"));
+    FilterWindow window;
+    QCOMPARE(window.restoreFrom(file()), QString());
+    QCOMPARE(window.condition<NumberFilterCondition<double>>(QStringLiteral("SizeLowerLimit"))->value(), 4096.0);
+    QCOMPARE(window.part<QLineEdit>(QStringLiteral("SizeFilterWidget"), QStringLiteral("LowerLimitEdit"))->text(),
+             QStringLiteral("4096"));
+}
+
+void FilterFileTest::extremeLimitsAreShownSomehow_data()
+{
+    QTest::addColumn<QByteArray>("document");
+
+    for (const char* const number : {"1e308", "-1e308", "inf", "-inf", "nan", "1e-308", "-1", "9.3e18"}) {
+        QTest::addRow("a size of %s", number) << sizeLimit("Double", number);
+    }
+    QTest::newRow("no duration") << documentWith(entry("DurationLowerLimit", 4, limit("Time", "")));
+    QTest::newRow("the first moment") << documentWith(
+        entry("StartTimeLowerLimit", 2, limit("DateTime", "-9000000000000000000")));
+    QTest::newRow("the last moment") << documentWith(
+        entry("StopTimeLowerLimit", 3, limit("DateTime", "9000000000000000000")));
+    QTest::newRow("enumerators that do not exist")
+        << documentWith(entry("StatusFilter", 8,
+                              "<EnumFilter><EnumValue>2147483647</EnumValue><EnumValue>-2147483648</EnumValue>"
+                              "<EnumValue>5</EnumValue></EnumFilter>"));
+}
+
+// The file is in order; the editors must bear what they cannot show, and so must the next file.
+void FilterFileTest::extremeLimitsAreShownSomehow()
+{
+    QFETCH(QByteArray, document);
+    write(document);
+    FilterWindow window;
+    QCOMPARE(window.restoreFrom(file()), QString());
+    QVERIFY(window.canReset());
+    const QMap<QString, QString> restored = window.state();
+    QCOMPARE(window.saveAs(file(QStringLiteral("again.xml"))), QString());
+    FilterWindow other;
+    QCOMPARE(other.restoreFrom(file(QStringLiteral("again.xml"))), QString());
+    QCOMPARE(other.state(), restored);
+    other.resetAll();
+    QVERIFY(!other.canReset());
+}
+
+void FilterFileTest::filesAreCalledXml_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written");
+
+    QTest::newRow("the suffix") << "filter.xml"
+                                << "filter.xml";
+    QTest::newRow("none") << "filter"
+                          << "filter.xml";
+    QTest::newRow("another one") << "filter.txt"
+                                 << "filter.txt.xml";
+    QTest::newRow("in capitals") << "filter.XML"
+                                 << "filter.XML.xml";
+    QTest::newRow("two") << "filter.xml.old"
+                         << "filter.xml.old.xml";
+}
+
+void FilterFileTest::filesAreCalledXml()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, written);
+    FilterWindow window;
+    window.saveAs(file(typed));
+    QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("filter*")}, QDir::Files), QStringList(written));
+    FilterConditionList list;
+    QVERIFY(list.LoadXml(file(written)));
+}
+
+void FilterFileTest::fileDialogsAskForFiltersInTheFolderOfTheLastFile()
+{
+    FilterWindow window;
+    const auto requireAsked = [&window](const char* button, const QString& title, QFileDialog::AcceptMode mode,
+                                        const QString& folder) {
+        const auto asked = askedBy([&] { window.press(QLatin1String(button)); });
+        QVERIFY(asked);
+        QCOMPARE(asked->parent, &window.dialog());
+        QCOMPARE(asked->title, title);
+        QCOMPARE(asked->folder, folder);
+        QCOMPARE(asked->nameFilters, QStringList(QStringLiteral("XML Files (*.xml)")));
+        QCOMPARE(asked->acceptMode, mode);
+    };
+    const auto requireFolder = [&](const QString& folder) {
+        requireAsked("SaveFilterButton", QStringLiteral("Save Settings to file"), QFileDialog::AcceptSave, folder);
+        requireAsked("RestoreFilterButton", QStringLiteral("Restore Settings from file"), QFileDialog::AcceptOpen,
+                     folder);
+    };
+    const QString other = m_folder->makeFolder(QStringLiteral("other"));
+    window.saveAs(file());
+    QCOMPARE(FilterFolder::remembered(), m_folder->path());
+    requireFolder(m_folder->path());
+    window.saveAs(other + QStringLiteral("/filter.xml"));
+    requireFolder(other);
+    window.restoreFrom(file());
+    requireFolder(m_folder->path());
+    QFile configuration(file(QStringLiteral("user.ini")));
+    QVERIFY(configuration.open(QIODevice::ReadOnly));
+    QVERIFY(configuration.readAll().contains("ExtendedRecordListFilterFolder"));
+}
+
+void FilterFileTest::cancellingChangesNothing_data()
+{
+    QTest::addColumn<QString>("button");
+
+    QTest::newRow("saving") << "SaveFilterButton";
+    QTest::newRow("restoring") << "RestoreFilterButton";
+}
+
+void FilterFileTest::cancellingChangesNothing()
+{
+    QFETCH(QString, button);
+    FilterWindow window;
+    window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
+    const QMap<QString, QString> before = window.state();
+    WindowSignals changes(window.dialog());
+    const TraceTexts traces;
+    QVERIFY(askedBy([&] { window.press(button); }));
+    QCOMPARE(window.state(), before);
+    QCOMPARE(changes.take(), QStringList());
+    QCOMPARE(FilterFolder::remembered(), QString());
+    QVERIFY(traces.withSources().isEmpty());
+    QVERIFY(QDir(m_folder->path()).entryList({QStringLiteral("*.xml")}).isEmpty());
+}
+
+void FilterFileTest::aFileThatCannotBeSavedIsTracedOnly()
+{
+    const QString locked = m_folder->makeFolder(QStringLiteral("locked"));
+    FilterWindow window;
+    const TraceTexts traces;
+    {
+        const ZelkoTest::ReadOnlyFolder readOnly(locked);
+        QCOMPARE(window.saveAs(locked + QStringLiteral("/filter")), QString());
+    }
+    QCOMPARE(window.lastWarning().parent, nullptr);
+    QVERIFY(traces.withSources()
+                .join(QLatin1Char('\n'))
+                .endsWith(QStringLiteral("extendedfilterdialog.cpp: ExtendedFileDialog: Exception while saving filter "
+                                         "filter could not be saved to %1/filter.xml")
+                              .arg(locked)));
+    QVERIFY(QDir(locked).isEmpty());
+    QCOMPARE(FilterFolder::remembered(), QString());
+}
+
+void FilterFileTest::nothingIsTracedThatIsNotWanted()
+{
+    write("no XML");
+    FilterWindow window;
+    delete window.condition(QStringLiteral("NameFilter"));
+    const TraceMask none(0);
+    const TraceTexts traces;
+    QVERIFY(!window.restoreFrom(file()).isEmpty());
+    write(documentWith(goodEntry));
+    QCOMPARE(window.restoreFrom(file()), QString());
+    window.saveAs(file(QStringLiteral("other.xml")));
+    QCOMPARE(traces.withSources(), QStringList());
+}
+
+void FilterFileTest::aDocumentWithoutAnIdIsAccepted()
+{
+    write("<FilterConditionList>" + goodEntry + "</FilterConditionList>");
+    FilterWindow window;
+    QCOMPARE(window.restoreFrom(file()), QString());
+    QCOMPARE(window.condition<StringFilterCondition>(QStringLiteral("NameFilter"))->pattern(), QStringLiteral("x"));
+    QCOMPARE(FilterFolder::remembered(), m_folder->path());
+}
+
+void FilterFileTest::aHiddenInterfaceFilterStaysOff()
+{
+    FilterWindow window;
+    window.toggleValues(QStringLiteral("InterfaceFilterWidget"), {QStringLiteral("USB")});
+    window.check(QStringLiteral("DeletableFilterWidget"), QStringLiteral("EnableFilter"));
+    window.saveAs(file());
+    FilterWindow hidden;
+    hidden.dialog().enableInterfaceFilter(false);
+    const QString before = hidden.state()[QStringLiteral("InterfaceFilter")];
+    const TraceTexts traces;
+    QCOMPARE(hidden.restoreFrom(file()), QString());
+    QCOMPARE(hidden.state()[QStringLiteral("InterfaceFilter")], before);
+    QVERIFY(!hidden.condition(QStringLiteral("InterfaceFilter"))->enabled());
+    QVERIFY(hidden.condition(QStringLiteral("DeletableFlag"))->enabled());
+    QVERIFY(traces.withSources().isEmpty());
+}
+
+void FilterFileTest::aVisibleInterfaceFilterFollowsTheFile()
+{
+    FilterWindow hidden;
+    hidden.dialog().enableInterfaceFilter(false);
+    hidden.saveAs(file());
+    FilterWindow window;
+    window.toggleValues(QStringLiteral("InterfaceFilterWidget"), {QStringLiteral("USB")});
+    QCOMPARE(window.restoreFrom(file()), QString());
+    QVERIFY(!window.condition(QStringLiteral("InterfaceFilter"))->enabled());
+    QVERIFY(!window.editor(QStringLiteral("InterfaceFilterWidget"))->isEnabled());
+}
+
+void FilterFileTest::conditionsWithoutAnEntryAreTraced()
+{
+    write(documentWith(goodEntry));
+    FilterWindow window(Dialog::NameColumn | Dialog::SizeColumn);
+    const TraceMask warnings(ErrorHandler::TraceWarning);
+    const TraceTexts traces;
+    QCOMPARE(window.restoreFrom(file()), QString());
+    QCOMPARE(window.condition<StringFilterCondition>(QStringLiteral("NameFilter"))->pattern(), QStringLiteral("x"));
+    const QString text = QStringLiteral("ExtendedFilterDialog: filter %1 could not be loaded from %2");
+    QCOMPARE(traces.withSources().size(), 2);
+    QVERIFY(traces.contain(text.arg(QStringLiteral("SizeLowerLimit"), file())));
+    QVERIFY(traces.contain(text.arg(QStringLiteral("SizeUpperLimit"), file())));
+    QCOMPARE(FilterFolder::remembered(), m_folder->path());
+}
+
+void FilterFileTest::deletedConditionsAreTraced()
+{
+    FilterWindow window(Dialog::NameColumn | Dialog::SizeColumn);
+    window.check(QStringLiteral("SizeFilterWidget"), QStringLiteral("LowerLimitCheckbox"));
+    delete window.condition(QStringLiteral("NameFilter"));
+    const TraceMask errors(ErrorHandler::TraceError);
+    const auto requireTrace = [](const TraceTexts& traces) {
+        QCOMPARE(traces.withSources().size(), 1);
+        QVERIFY(traces.contain(
+            QStringLiteral("ExtendedFilterDialog: a filter has been deleted while the dialog is still open")));
+    };
+    {
+        const TraceTexts traces;
+        window.saveAs(file());
+        requireTrace(traces);
+    }
+    FilterConditionList list;
+    QVERIFY(list.LoadXml(file()));
+    QCOMPARE(list.GetFilterCondition().size(), 2);
+    window.resetAll();
+    const TraceTexts traces;
+    QCOMPARE(window.restoreFrom(file()), QString());
+    requireTrace(traces);
+    QVERIFY(window.condition(QStringLiteral("SizeLowerLimit"))->enabled());
+}
+
+QTEST_MAIN(FilterFileTest)
+#include "tst_filterfile.moc"

@@ -1,0 +1,166 @@
+#include <zelkoguibase/filter/extendedfilterdialog.h>
+
+#include "filterdocument.h"
+#include "filterfolder.h"
+#include "filterwindow.h"
+#include "readonlyfolder.h"
+#include "tracetexts.h"
+#include "windowsignals.h"
+
+using namespace filterdocument;
+using Dialog = ZelkoGUI::Filter::ExtendedFilterDialog;
+
+/// What is no filter file is refused with a warning, and no filter changes.
+class FilterFileRefusalTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_folder = std::make_unique<FilterFolder>(); }
+
+    void aForeignIdIsRefused();
+    void whatIsNoFilterFileIsRefused_data();
+    void whatIsNoFilterFileIsRefused();
+    void aFileOfAHundredMegabytesIsRefused();
+    void everyTruncatedFileIsRefused();
+    void aFileThatCannotBeReadIsRefused();
+    void theWarningShowsWhatTheFileSaysAsPlainText();
+
+private:
+    QString file() const { return m_folder->file(); }
+    void write(const QByteArray& bytes) const { m_folder->write(bytes); }
+    void requireRefusal(const QString& beginning, const QString& fileName) const;
+    void requireRefusal() const { requireRefusal(m_failure + file(), file()); }
+
+    const QString m_failure = QStringLiteral("filter could not be loaded from ");
+    std::unique_ptr<FilterFolder> m_folder;
+};
+
+// Restores that file in a window in which something was entered.
+void FilterFileRefusalTest::requireRefusal(const QString& beginning, const QString& fileName) const
+{
+    FilterWindow window;
+    window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
+    window.check(QStringLiteral("SizeFilterWidget"), QStringLiteral("LowerLimitCheckbox"));
+    const QMap<QString, QString> before = window.state();
+    WindowSignals changes(window.dialog());
+    const TraceTexts traces;
+    const QString warning = window.restoreFrom(fileName);
+    QVERIFY2(warning.startsWith(beginning), qPrintable(warning));
+    QCOMPARE(window.lastWarning().title, QStringLiteral("unable to load file"));
+    QCOMPARE(window.lastWarning().icon, QMessageBox::Warning);
+    QCOMPARE(window.lastWarning().buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    QCOMPARE(window.lastWarning().parent, &window.dialog());
+    QVERIFY(traces.contain(QStringLiteral("ExtendedFileDialog: Exception while loading filter ") + warning));
+    QCOMPARE(changes.take(), QStringList());
+    QCOMPARE(window.state(), before);
+    QCOMPARE(FilterFolder::remembered(), QString());
+}
+
+void FilterFileRefusalTest::aForeignIdIsRefused()
+{
+    write("<FilterConditionList><ID>OtherFilter</ID>" + goodEntry + "</FilterConditionList>");
+    requireRefusal(QStringLiteral("filter file is not applicable"), file());
+    write("<FilterConditionList><ID/>" + goodEntry + "</FilterConditionList>");
+    requireRefusal(QStringLiteral("filter file is not applicable"), file());
+}
+
+void FilterFileRefusalTest::whatIsNoFilterFileIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("document");
+
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("no XML") << QByteArray("filter");
+    QTest::newRow("bytes") << QByteArray("\x00\xff\xfe\x01", 4);
+    QTest::newRow("another document") << QByteArray("<ZELKO_RecordData/>");
+    QTest::newRow("an entity") << QByteArray("<!DOCTYPE x [<!ENTITY e 'e'>]><FilterConditionList/>");
+    QTest::newRow("an unknown element") << documentWith(goodEntry + "<Colour>red</Colour>");
+    QTest::newRow("an unknown element in an entry")
+        << documentWith(goodEntry + entry("IDFilter", 7, "<Colour>red</Colour>"));
+    QTest::newRow("an unknown kind") << documentWith(goodEntry + entry("IDFilter", 7, "<DateFilter/>"));
+    QTest::newRow("an entry without a kind") << documentWith(goodEntry + entry("IDFilter", 7, ""));
+    QTest::newRow("a huge limit") << documentWith(goodEntry + entry("SizeUpperLimit", 1, limit("Double", "1e999")));
+    QTest::newRow("a huge moment") << documentWith(
+        goodEntry + entry("StartTimeLowerLimit", 2, limit("DateTime", "9223372036854775808")));
+    QTest::newRow("a huge enumerator") << documentWith(
+        goodEntry + entry("StatusFilter", 8, "<EnumFilter><EnumValue>2147483648</EnumValue></EnumFilter>"));
+    QTest::newRow("a huge column") << documentWith(
+        goodEntry + QByteArray("<FilterCondition><Column>4294967297</Column><Role>33</Role><EnumFilter/>"
+                               "</FilterCondition>"));
+    QTest::newRow("a word for a number") << documentWith(goodEntry +
+                                                         entry("SizeUpperLimit", 1, limit("Double", "much")));
+    QTest::newRow("a number for a duration")
+        << documentWith(goodEntry + entry("DurationUpperLimit", 4, limit("Time", "7")));
+    QTest::newRow("a word for a flag") << documentWith(
+        goodEntry + entry("DeletableFlag", 12, "<BooleanFilter><TestValue>perhaps</TestValue></BooleanFilter>"));
+    QTest::newRow("an unknown type") << documentWith(goodEntry + entry("SizeUpperLimit", 1, limit("Complex", "1")));
+    QTest::newRow("a pattern without an end")
+        << documentWith(goodEntry + entry("IDFilter", 7,
+                                          "<StringFilter><Pattern>" + QByteArray(40'000, 'x') +
+                                              "</Pattern><CaseSensitive>true</CaseSensitive></StringFilter>"));
+}
+
+void FilterFileRefusalTest::whatIsNoFilterFileIsRefused()
+{
+    QFETCH(QByteArray, document);
+    write(document);
+    requireRefusal();
+}
+
+void FilterFileRefusalTest::aFileOfAHundredMegabytesIsRefused()
+{
+    write(documentWith(goodEntry));
+    QFile target(file());
+    QVERIFY(target.open(QIODevice::Append));
+    const QByteArray spaces(1024 * 1024, ' ');
+    for (int i = 0; i < 100; ++i) {
+        QCOMPARE(target.write(spaces), spaces.size());
+    }
+    target.close();
+    requireRefusal();
+}
+
+void FilterFileRefusalTest::everyTruncatedFileIsRefused()
+{
+    FilterWindow window(Dialog::NameColumn | Dialog::SizeColumn);
+    window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
+    window.saveAs(file());
+    QFile whole(file());
+    QVERIFY(whole.open(QIODevice::ReadOnly));
+    const QByteArray bytes = whole.readAll().trimmed();
+    window.resetAll();
+    const QMap<QString, QString> before = window.state();
+    for (qsizetype size = 0; size < bytes.size(); size += bytes.size() / 12) {
+        write(bytes.first(size));
+        QVERIFY(!window.restoreFrom(file()).isEmpty());
+        QCOMPARE(window.state(), before);
+    }
+    write(bytes.chopped(1));
+    QVERIFY(!window.restoreFrom(file()).isEmpty());
+    QCOMPARE(window.state(), before);
+}
+
+void FilterFileRefusalTest::theWarningShowsWhatTheFileSaysAsPlainText()
+{
+    const QByteArray name = QByteArray("img") + QByteArray(5'000, 'g');
+    write(documentWith(goodEntry + "<" + name + "/>"));
+    FilterWindow window;
+    const QString warning = window.restoreFrom(file());
+    QVERIFY(warning.startsWith(QStringLiteral("filter could not be loaded from ") + file() + QStringLiteral(": ")));
+    QVERIFY(warning.contains(QStringLiteral("imgg")));
+    QVERIFY2(warning.size() < 600, qPrintable(warning));
+    QCOMPARE(window.lastWarning().format, Qt::PlainText);
+}
+
+void FilterFileRefusalTest::aFileThatCannotBeReadIsRefused()
+{
+    const QString folder = m_folder->makeFolder(QStringLiteral("locked"));
+    const QString name = QStringLiteral("locked/filter.xml");
+    m_folder->write(documentWith(goodEntry), name);
+    QVERIFY(QFile::setPermissions(m_folder->file(name), {}));
+    const ZelkoTest::ReadOnlyFolder asNobody(folder);
+    requireRefusal(m_failure + m_folder->file(name), m_folder->file(name));
+}
+
+QTEST_MAIN(FilterFileRefusalTest)
+#include "tst_filterfilerefusal.moc"

@@ -1,0 +1,284 @@
+#include <zelkoguibase/filter/extendedfilterdialog.h>
+
+#include <zelkoguibase/archive/file_dialog.h>
+#include <zelkoguibase/filter/filterfile_p.h>
+#include <zelkoguibase/filter/filterrow_p.h>
+#include <zelkoguibase/filter/multifiltersortproxymodel.h>
+
+#include <observerbase/errorhandler.h>
+#include <observerbase/trace.h>
+#include <reportcore/rgexception.h>
+#include <vornappstartup/cfgcenter.h>
+#include <zelkobase/models/abstractrecordlistmodel.h>
+
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QHash>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace ZelkoGUI::Filter {
+namespace {
+
+QString folderKey()
+{
+    return QStringLiteral("ExtendedRecordListFilterFolder");
+}
+
+QString rememberedFolder()
+{
+    return CfgCenter::GetAppCfg(ICfg::UserView)->GetString(folderKey(), QString());
+}
+
+void rememberFolderOf(const QString& fileName)
+{
+    ICfg* const configuration = CfgCenter::GetAppCfg(ICfg::UserView);
+    configuration->SetString(folderKey(), QFileInfo(fileName).absolutePath());
+    configuration->Flush();
+}
+
+QString withSuffix(const QString& fileName)
+{
+    const QString suffix = QStringLiteral("xml");
+    return QFileInfo(fileName).suffix() == suffix ? fileName : fileName + QLatin1Char('.') + suffix;
+}
+
+// The class is called so in these traces, for whoever searches old ones.
+void traceException(const char* what, const RGException& exception, int line)
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceError)) {
+        _Q_Trace(QStringLiteral("ExtendedFileDialog: Exception while %1 filter %2")
+                     .arg(QLatin1String(what), exception.GetMessage()),
+                 __FILE__, line);
+    }
+}
+
+void describe(QPushButton& button, const char* name, const char* icon, const QString& toolTip)
+{
+    button.setObjectName(QLatin1String(name));
+    button.setIcon(QIcon(QStringLiteral(":/Filter/Icons/%1.svg").arg(QLatin1String(icon))));
+    button.setToolTip(toolTip);
+}
+
+QString fileFilter()
+{
+    return ExtendedFilterDialog::tr("XML Files (*.xml)");
+}
+
+// As high as the row, with the text in the middle.
+QWidget* centredLabel(const QString& text, QWidget* editor)
+{
+    auto* const widget = new QWidget(editor->parentWidget());
+    auto* const label = new QLabel(text, widget);
+    label->setBuddy(editor);
+    auto* const layout = new QVBoxLayout(widget);
+    layout->setContentsMargins({});
+    layout->addStretch(1);
+    layout->addWidget(label);
+    layout->addStretch(1);
+    return widget;
+}
+
+} // namespace
+
+class ExtendedFilterDialog::Private
+{
+public:
+    explicit Private(ExtendedFilterDialog* dialog)
+        : q(dialog)
+    {}
+
+    QFormLayout* makeRows(MultiFilterSortProxyModel& model, QFlags<enFilterColumn> columns);
+    void addRow(const FilterRow& row, MultiFilterSortProxyModel& model, QFormLayout& form);
+    QDialogButtonBox* makeButtons();
+    void leaveReturnToFocus();
+    void followFilters();
+    void warn(const QString& text);
+
+    ExtendedFilterDialog* const q;
+    QList<QPointer<AbstractFilterCondition>> filters;
+    QList<IFilterUI*> filterUIs;
+    QPushButton* resetButton = nullptr;
+    QHash<enFilterColumn, QPair<QWidget*, QWidget*>> rows;
+};
+
+QFormLayout* ExtendedFilterDialog::Private::makeRows(MultiFilterSortProxyModel& model, QFlags<enFilterColumn> columns)
+{
+    auto* const form = new QFormLayout;
+    form->setSpacing(0);
+    for (const FilterRow& row : FilterRow::all()) {
+        if (columns.testFlag(row.bit)) {
+            addRow(row, model, *form);
+        }
+    }
+    return form;
+}
+
+void ExtendedFilterDialog::Private::addRow(const FilterRow& row, MultiFilterSortProxyModel& model, QFormLayout& form)
+{
+    const FilterRow::Conditions conditions = row.makeConditions();
+    for (AbstractFilterCondition* const condition : conditions) {
+        filters.append(condition);
+        model.addFilter(condition);
+    }
+    QWidget* const editor = row.makeEditor(conditions, q);
+    editor->setContentsMargins({});
+    const QString label = tr(row.label);
+    editor->setAccessibleName(label);
+    QWidget* const labelWidget = centredLabel(label, editor);
+    form.addRow(labelWidget, editor);
+    filterUIs.append(dynamic_cast<IFilterUI*>(editor));
+    rows.insert(row.bit, {labelWidget, editor});
+}
+
+QDialogButtonBox* ExtendedFilterDialog::Private::makeButtons()
+{
+    auto* const box = new QDialogButtonBox(q);
+    box->setObjectName(QStringLiteral("DialogButtonBox"));
+    resetButton = box->addButton(tr("Reset All"), QDialogButtonBox::ResetRole);
+    describe(*resetButton, "ResetAllFilterButton", "Reset", tr("reset all filter settings"));
+    connect(resetButton, &QPushButton::clicked, q, &ExtendedFilterDialog::sl_resetFilter);
+    auto* const save = box->addButton(tr("Save..."), QDialogButtonBox::ActionRole);
+    describe(*save, "SaveFilterButton", "Save", tr("save extended filter settings to file"));
+    connect(save, &QPushButton::clicked, q, &ExtendedFilterDialog::sl_saveFilterSettings);
+    auto* const restore = box->addButton(tr("Restore..."), QDialogButtonBox::ActionRole);
+    describe(*restore, "RestoreFilterButton", "OpenFolder", tr("restore extended filter settings from file"));
+    connect(restore, &QPushButton::clicked, q, &ExtendedFilterDialog::sl_restoreFilterSettings);
+    return box;
+}
+
+// A window makes one of its buttons the one that Return presses, wherever the focus is. Here that would reset all.
+void ExtendedFilterDialog::Private::leaveReturnToFocus()
+{
+    for (QPushButton* const button : q->findChildren<QPushButton*>()) {
+        button->setAutoDefault(false);
+    }
+}
+
+void ExtendedFilterDialog::Private::followFilters()
+{
+    for (const auto& filter : std::as_const(filters)) {
+        connect(filter, &AbstractFilterCondition::si_filterChanged, q, &ExtendedFilterDialog::sl_filterChanged);
+        connect(filter, &QObject::destroyed, q, &ExtendedFilterDialog::sl_filterChanged);
+    }
+    q->sl_filterChanged();
+}
+
+// QMessageBox::warning, but for two things: its box would take markup in a text from a file for its own, and it stands
+// on the stack, where this window, going while the box is open, would delete it a second time.
+void ExtendedFilterDialog::Private::warn(const QString& text)
+{
+    const QPointer<QMessageBox> box =
+        new QMessageBox(QMessageBox::Warning, tr("unable to load file"), text, QMessageBox::Ok, q);
+    box->setTextFormat(Qt::PlainText);
+    box->exec();
+    delete box;
+}
+
+ExtendedFilterDialog::ExtendedFilterDialog(MultiFilterSortProxyModel* model, const QFlags<enFilterColumn>& columns,
+                                           QWidget* parent)
+    : QDialog(parent, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint)
+    , d(std::make_unique<Private>(this))
+{
+    setObjectName(QStringLiteral("ExtendedFilterDialog"));
+    setWindowTitle(tr("Extended Filter Settings"));
+    setWindowIcon(QIcon(QStringLiteral(":/Filter/Icons/FilterActive.svg")));
+    QFormLayout* const form = d->makeRows(*model, columns);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addWidget(d->makeButtons());
+    d->leaveReturnToFocus();
+    d->followFilters();
+}
+
+ExtendedFilterDialog::~ExtendedFilterDialog() = default;
+
+void ExtendedFilterDialog::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        QDialog::keyPressEvent(event);
+    } else if (auto* const button = qobject_cast<QPushButton*>(focusWidget())) {
+        button->click();
+    }
+}
+
+QList<QPointer<AbstractFilterCondition>> ExtendedFilterDialog::filters() const
+{
+    return d->filters;
+}
+
+bool ExtendedFilterDialog::hasActiveFilter() const
+{
+    return std::any_of(d->filters.cbegin(), d->filters.cend(),
+                       [](const auto& filter) { return filter && filter->filterActive(); });
+}
+
+void ExtendedFilterDialog::enableInterfaceFilter(bool enable)
+{
+    for (const auto& filter : std::as_const(d->filters)) {
+        if (filter && filter->filterKeyColumn() == ZelkoCommon::AbstractRecordListModel::InterfaceColumn) {
+            filter->setEnabled(enable);
+        }
+    }
+    if (const auto row = d->rows.constFind(InterfaceColumn); row != d->rows.cend()) {
+        row->first->setVisible(enable);
+        row->second->setVisible(enable);
+    }
+}
+
+void ExtendedFilterDialog::resetFilter()
+{
+    for (IFilterUI* const editor : std::as_const(d->filterUIs)) {
+        editor->resetFilter();
+    }
+}
+
+void ExtendedFilterDialog::sl_resetFilter()
+{
+    resetFilter();
+}
+
+void ExtendedFilterDialog::sl_filterChanged()
+{
+    d->resetButton->setEnabled(hasActiveFilter());
+}
+
+// A file that cannot be saved is traced and nothing else: the user has the filters before him, and tries again.
+void ExtendedFilterDialog::sl_saveFilterSettings()
+{
+    const QString chosen =
+        file_dialog::getSaveFileName(this, tr("Save Settings to file"), rememberedFolder(), fileFilter());
+    if (chosen.isEmpty()) {
+        return;
+    }
+    const QString fileName = withSuffix(chosen);
+    try {
+        filterfile::save(d->filters, fileName);
+        rememberFolderOf(fileName);
+    } catch (const RGException& exception) {
+        traceException("saving", exception, __LINE__);
+    }
+}
+
+void ExtendedFilterDialog::sl_restoreFilterSettings()
+{
+    const QString fileName =
+        file_dialog::getOpenFileName(this, tr("Restore Settings from file"), rememberedFolder(), fileFilter());
+    if (fileName.isEmpty()) {
+        return;
+    }
+    try {
+        filterfile::restore(d->filters, fileName);
+        rememberFolderOf(fileName);
+    } catch (const RGException& exception) {
+        traceException("loading", exception, __LINE__);
+        d->warn(exception.GetMessage());
+    }
+}
+
+} // namespace ZelkoGUI::Filter

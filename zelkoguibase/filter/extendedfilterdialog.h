@@ -1,0 +1,91 @@
+#pragma once
+
+#include <zelkoguibase/filter/abstractfiltercondition.h>
+#include <zelkoguibase/filter/ifilterui.h>
+
+#include <QDialog>
+#include <QPointer>
+
+#include <memory>
+
+namespace ZelkoGUI::Filter {
+
+class MultiFilterSortProxyModel;
+
+/// The window with a row for each column of a record list that can be filtered.
+///
+/// It makes the conditions of its rows, gives them to the proxy, and makes their editors. What the user does takes
+/// effect at once, so there is nothing to confirm: its buttons reset all filters, save them to a file, and restore them
+/// from one. The conditions belong to the proxy and stay in force while the window is closed, and when it is gone. The
+/// object name of a condition is its name in filter files.
+///
+/// A filter file is a FilterConditionList with the ID "ExtendedRecordListFilter". One that cannot be read, or is none
+/// of this window, is refused with a warning, and no filter changes. One that was saved by a window with other rows is
+/// taken as far as it goes: entries without a row are ignored, rows without an entry stay as they are. The folder of
+/// the file that was last saved or restored is kept in the user's configuration as "ExtendedRecordListFilterFolder".
+///
+/// GUI thread only. Reading a file and filtering anew block.
+class ZELKOGUIBASE_EXPORT ExtendedFilterDialog : public QDialog, public IFilterUI
+{
+    Q_OBJECT
+
+public:
+    /// A row: 1 shifted left by the number of its column of AbstractRecordListModel.
+    enum enFilterColumn : unsigned {
+        NameColumn = 0x1,
+        SizeColumn = 0x2,
+        StartTimeColumn = 0x4,
+        StopTimeColumn = 0x8,
+        DurationColumn = 0x10,
+        DataRateColumn = 0x20,
+        DataFormatColumn = 0x40,
+        RecordIDColumn = 0x80,
+        StatusColumn = 0x100,
+        FrequencyColumn = 0x200,
+        BandwidthColumn = 0x400,
+        SampleRateColumn = 0x800,
+        DeletableColumn = 0x1000,
+        InterfaceColumn = 0x2000
+    };
+
+    /// `model` must not be null and gets the conditions, behind those that it has. `columns` says which rows there are;
+    /// bits of no row are ignored.
+    ExtendedFilterDialog(MultiFilterSortProxyModel* model, const QFlags<enFilterColumn>& columns, QWidget* parent);
+    ~ExtendedFilterDialog() override;
+
+    /// The conditions of all rows, in the order of the columns, a lower limit before its upper one. A condition that
+    /// was deleted stays in the list as null.
+    QList<QPointer<AbstractFilterCondition>> filters() const;
+
+    /// Whether any condition could reject a row.
+    bool hasActiveFilter() const;
+
+    /// Switches the filter of the column Interface on or off, and shows or hides its row: off is for lists that know
+    /// nothing of interfaces. While it is off restoring a file does not touch it.
+    void enableInterfaceFilter(bool enable);
+
+    /// Resets the editors of all rows, from the first to the last.
+    void resetFilter() override;
+
+public Q_SLOTS:
+    void sl_resetFilter();
+
+protected:
+    /// The Return key presses the button that has the focus and nothing else: it also ends the entry of a text, which
+    /// must not press a button elsewhere.
+    void keyPressEvent(QKeyEvent* event) override;
+
+private Q_SLOTS:
+    void sl_saveFilterSettings();
+    void sl_restoreFilterSettings();
+    void sl_filterChanged();
+
+private:
+    class Private;
+
+    const std::unique_ptr<Private> d;
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(QFlags<ExtendedFilterDialog::enFilterColumn>)
+
+} // namespace ZelkoGUI::Filter
