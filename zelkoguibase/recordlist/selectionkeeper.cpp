@@ -1,0 +1,179 @@
+#include "selectionkeeper_p.h"
+
+#include "proxiedrecords_p.h"
+
+#include <QEvent>
+#include <QItemSelectionModel>
+#include <QScrollBar>
+#include <QSet>
+#include <QSortFilterProxyModel>
+#include <QTableView>
+#include <QTimer>
+
+#include <utility>
+
+namespace ZelkoGUI {
+
+struct SelectionKeeper::Private
+{
+    Private(QTableView* theView, QSortFilterProxyModel* theProxy)
+        : view(theView)
+        , proxy(theProxy)
+        , records(*theProxy)
+    {}
+
+    void remember();
+    void rowsCame(int first, int last);
+    void restore();
+    void restoreCurrent();
+    void restoreScrolling();
+    void forget();
+
+    QTableView* const view;
+    QSortFilterProxyModel* const proxy;
+    const ProxiedRecords records;
+    QTimer soon;
+    QTimer pause;        // since the last rows came
+    QSet<QString> away;  // were selected and have no row yet
+    QStringList arrived; // have a row again and are not selected yet
+    QString current;
+    bool scrolled = false; // whether `top` and `left` are still to be restored
+    QString top;           // ID of the first row in sight; empty when that is the first row of all, which then stays so
+    int left = 0;
+};
+
+void SelectionKeeper::Private::remember()
+{
+    for (const QString& id : std::exchange(arrived, {})) {
+        away.insert(id);
+    }
+    pause.stop();
+    if (proxy->rowCount() == 0) {
+        return;
+    }
+    for (const QModelIndex& index : view->selectionModel()->selectedRows()) {
+        away.insert(records.idOf(index));
+    }
+    if (view->currentIndex().isValid()) {
+        current = records.idOf(view->currentIndex());
+    }
+    top = view->verticalScrollBar()->value() > 0 ? records.idOf(view->indexAt(QPoint(0, 0))) : QString();
+    scrolled = true;
+    left = view->horizontalScrollBar()->value();
+}
+
+void SelectionKeeper::Private::rowsCame(int first, int last)
+{
+    if (!scrolled || first > last) {
+        return; // nothing is remembered, or nothing has come yet
+    }
+    for (int row = first; row <= last && !away.isEmpty(); ++row) {
+        const QString id = records.idOf(proxy->index(row, 0));
+        if (away.remove(id)) {
+            arrived.append(id);
+        }
+    }
+    if (!away.isEmpty() || !pause.isActive()) {
+        pause.start();
+    }
+    soon.start();
+}
+
+void SelectionKeeper::Private::restore()
+{
+    if (!scrolled) {
+        return;
+    }
+    restoreCurrent();
+    const QItemSelection rows = records.rowsOf(std::exchange(arrived, {}));
+    if (!rows.isEmpty()) {
+        view->selectionModel()->select(rows, QItemSelectionModel::Select);
+    }
+    restoreScrolling();
+}
+
+void SelectionKeeper::Private::restoreCurrent()
+{
+    const QModelIndex index = records.indexOf(current);
+    if (index.isValid()) {
+        view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+        current.clear();
+    }
+}
+
+// Rows that come later still move this one, so it is remembered to the end.
+void SelectionKeeper::Private::restoreScrolling()
+{
+    view->doItemsLayout(); // without it new rows have no place yet to scroll to
+    const QModelIndex topIndex = records.indexOf(top);
+    if (topIndex.isValid()) {
+        view->scrollTo(topIndex, QAbstractItemView::PositionAtTop);
+    } else if (top.isEmpty()) {
+        view->scrollToTop();
+    }
+    view->horizontalScrollBar()->setValue(left);
+}
+
+void SelectionKeeper::Private::forget()
+{
+    soon.stop();
+    pause.stop();
+    away.clear();
+    arrived.clear();
+    current.clear();
+    scrolled = false;
+}
+
+SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy, std::chrono::milliseconds pause,
+                                 QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(view, proxy))
+{
+    d->soon.setSingleShot(true);
+    d->soon.setInterval(0);
+    d->pause.setSingleShot(true);
+    d->pause.setInterval(pause);
+    connect(&d->soon, &QTimer::timeout, this, [this] { d->restore(); });
+    connect(&d->pause, &QTimer::timeout, this, [this] {
+        d->restore();
+        d->forget();
+    });
+    connect(proxy, &QAbstractItemModel::modelAboutToBeReset, this, [this] { d->remember(); });
+    connect(proxy, &QAbstractItemModel::modelReset, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });
+    connect(proxy, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex&, int first, int last) { d->rowsCame(first, last); });
+    for (QObject* const watched : {static_cast<QObject*>(view), static_cast<QObject*>(view->viewport()),
+                                   static_cast<QObject*>(view->verticalScrollBar())}) {
+        watched->installEventFilter(this);
+    }
+}
+
+SelectionKeeper::~SelectionKeeper() = default;
+
+void SelectionKeeper::forget()
+{
+    d->forget();
+}
+
+int SelectionKeeper::awaited() const
+{
+    return static_cast<int>(d->away.size());
+}
+
+bool SelectionKeeper::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+    case QEvent::MouseButtonPress:
+    case QEvent::Wheel:
+        if (d->proxy->rowCount() > 0) {
+            forget();
+        }
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace ZelkoGUI
