@@ -193,6 +193,7 @@ void paintListScenes(ScenePainter& painter)
     paintSearchFields(painter);
     paintMarkedRows(painter);
     paintBookmarkEditor(painter);
+    paintRecordListScenes(painter);
 }
 
 } // namespace ZelkoConsole

@@ -28,4 +28,7 @@ void paintPlatformScenes(ScenePainter& painter);
 /// time of a bookmark.
 void paintListScenes(ScenePainter& painter);
 
+/// The record list with all its parts, by itself and in the console: selected, filtered, and all of it filtered out.
+void paintRecordListScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole
