@@ -6,7 +6,6 @@
 #include <console/hands/operatorhands.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
 #include <console/window/consolewindow.h>
 #include <console/window/logindialog.h>
 #include <console/window/usermenu.h>
@@ -18,6 +17,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QTableView>
 #include <QTest>
 #include <QToolBar>
 
@@ -56,10 +56,10 @@ void paintOperator(ScenePainter& painter)
     WindowScene scene;
     ConsoleWindow& window = openFilled(scene);
     const RecordPane& pane = *window.records();
-    painter.paint(*pane.actions()->toolBar(), "tool-bar-disabled");
+    painter.paint(*pane.toolBar(), "tool-bar-disabled");
     select(window, 1);
     painter.paint(window, "actions-window");
-    painter.paint(*pane.actions()->toolBar(), "tool-bar-enabled");
+    painter.paint(*pane.toolBar(), "tool-bar-enabled");
     painter.paintMenu(*pane.actions()->menu(), "record-menu");
     painter.paintMenu(*window.userMenu(), "user-menu");
     paintDialogOf(painter, pane.controller()->recordAction(Controller::UserActionDelete), "delete-box");
@@ -84,7 +84,7 @@ void paintViewer(ScenePainter& painter)
     scene.user().switchTo(QStringLiteral("viewer"));
     select(window, 1);
     QAction* const remove = window.records()->controller()->recordAction(Controller::UserActionDelete);
-    operatorhands::enter(*window.records()->actions()->toolBar()->widgetForAction(remove));
+    operatorhands::enter(*window.records()->toolBar()->widgetForAction(remove));
     painter.paint(window, "viewer-window");
     painter.paintMenu(*window.records()->actions()->menu(), "record-menu-viewer");
 }

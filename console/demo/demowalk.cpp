@@ -8,7 +8,6 @@
 #include <console/records/devicerecords.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
 #include <console/session/consolesession.h>
 #include <console/window/consolewindow.h>
 #include <console/window/usermessages.h>
@@ -215,7 +214,7 @@ bool DemoWalk::clickAction(Controller::enUserAction action)
 {
     RecordPane& pane = *m_window.records();
     QAction* const wanted = pane.controller()->recordAction(action);
-    QTest::mouseClick(pane.actions()->toolBar()->widgetForAction(wanted), Qt::LeftButton);
+    QTest::mouseClick(pane.toolBar()->widgetForAction(wanted), Qt::LeftButton);
     const QMessageBox* const message = m_window.messages()->box();
     return !message || fail(QStringLiteral("\"%1\" ended with: %2").arg(wanted->toolTip(), message->text()));
 }

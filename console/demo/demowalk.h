@@ -11,13 +11,13 @@
 #include <functional>
 
 class QModelIndex;
+class QTableView;
 class QWidget;
 
 namespace ZelkoConsole {
 
 class ConsoleSession;
 class ConsoleWindow;
-class RecordTableView;
 
 /// Drives a console through a session as an operator would, with real events, against its own recorder; looks at what
 /// is shown and leaves pictures: a growing record, finished records sorted and selected, the recorder killed, the list
@@ -65,7 +65,7 @@ private:
 
     ConsoleSession& m_session;
     ConsoleWindow& m_window;
-    RecordTableView& m_table;
+    QTableView& m_table;
     const QString m_folder;
     const QList<ExpectedRecord> m_expected;
     QStringList m_selected;

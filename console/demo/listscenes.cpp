@@ -195,6 +195,7 @@ void paintListScenes(ScenePainter& painter)
     paintBookmarkEditor(painter);
     paintFilterEditorScenes(painter);
     paintExtendedFilterScenes(painter);
+    paintRecordListScenes(painter);
 }
 
 } // namespace ZelkoConsole

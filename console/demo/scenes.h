@@ -34,4 +34,7 @@ void paintFilterEditorScenes(ScenePainter& painter);
 /// The window of the extended filter, at rest and with filters.
 void paintExtendedFilterScenes(ScenePainter& painter);
 
+/// The record list with all its parts, by itself and in the console: selected, filtered, and all of it filtered out.
+void paintRecordListScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

@@ -6,7 +6,7 @@
 #include <console/devices/devicelistview.h>
 #include <console/hands/dialoganswer.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
+#include <console/records/recordtable.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/window/consolewindow.h>
 
@@ -14,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QMenu>
+#include <QTableView>
 
 namespace ZelkoConsole {
 namespace {
@@ -34,8 +35,8 @@ void paintLive(ScenePainter& painter)
                                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
     painter.paint(*window.records(), "record-pane-selection");
     painter.paint(*window.devices(), "device-list");
-    painter.paintMenu(*window.records()->table()->columnMenu(), "column-menu");
-    painter.paintMenu(*window.records()->table()->sortMenu(), "sort-menu");
+    painter.paintMenu(*window.records()->recordTable()->columnMenu(), "column-menu");
+    painter.paintMenu(*window.records()->recordTable()->sortMenu(), "sort-menu");
 }
 
 void paintLoading(ScenePainter& painter)

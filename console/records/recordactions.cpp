@@ -3,14 +3,10 @@
 #include <console/records/recordsituation.h>
 
 #include <host/userrights.h>
-#include <resources/zelkoicons.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QAction>
-#include <QLayout>
 #include <QMenu>
-#include <QStyle>
-#include <QToolBar>
 
 namespace ZelkoConsole {
 
@@ -57,17 +53,13 @@ RecordActions::RecordActions(Controller* controller, QWidget* owner)
     : QObject(owner)
     , m_controller(controller)
     , m_menu(new QMenu(tr("&Record"), owner))
-    , m_toolBar(new QToolBar(tr("Record"), owner))
     , m_synchronizeList(new QAction(tr("Synchronize &List"), this))
     , m_synchronizeRecord(new QAction(tr("&Synchronize Record"), this))
 {
     m_menu->setObjectName(QStringLiteral("recordMenu"));
-    m_toolBar->setObjectName(QStringLiteral("recordToolBar"));
     m_synchronizeList->setObjectName(QStringLiteral("synchronizeList"));
     m_synchronizeRecord->setObjectName(QStringLiteral("synchronizeRecord"));
-    registerZelkoIcons();
     fillMenu();
-    fillToolBar();
     followController();
     update();
 }
@@ -87,16 +79,6 @@ void RecordActions::fillMenu()
             controller->sl_resyncRecord(selected.constFirst());
         }
     });
-}
-
-void RecordActions::fillToolBar()
-{
-    m_toolBar->setMovable(false);
-    m_toolBar->setFloatable(false);
-    m_toolBar->layout()->setContentsMargins(0, 0, 0, 0); // it begins where the table does
-    const int side = m_toolBar->style()->pixelMetric(QStyle::PM_ButtonIconSize) + 4;
-    m_toolBar->setIconSize(QSize(side, side));
-    m_toolBar->addActions(m_controller->recordActions());
 }
 
 // An action that stays off may do so for another reason than before, so its own signal is not enough.

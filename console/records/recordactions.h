@@ -5,7 +5,6 @@
 #include <QTimer>
 
 class QMenu;
-class QToolBar;
 
 namespace ZelkoGUI {
 class ZelkoServerGUIController;
@@ -15,8 +14,8 @@ namespace ZelkoConsole {
 
 struct RecordSituation;
 
-/// What can be done to the records of a device view, as a menu and a tool bar: the actions of its controller in the
-/// controller's order, and in the menu what has the recorder look at its disk again.
+/// What can be done to the records of a device view, as a menu: the actions of its controller in the controller's
+/// order, and what has the recorder look at its disk again.
 ///
 /// The status tip of an action says what it does or, while it cannot be done, why not; it follows within a turn of the
 /// event loop. GUI thread.
@@ -30,13 +29,11 @@ public:
     /// The actions for which the console has all that they need. Each of the others is offered when its window exists.
     static ZelkoGUI::IZelkoGUIController::UserActions offered();
 
-    /// `controller` offers these actions and outlives this object or dies with it; menu and tool bar become children of
-    /// `owner`.
+    /// `controller` offers these actions and outlives this object or dies with it; the menu becomes a child of `owner`.
     RecordActions(Controller* controller, QWidget* owner);
     ~RecordActions() override;
 
     QMenu* menu() const { return m_menu; }
-    QToolBar* toolBar() const { return m_toolBar; }
 
     /// Has the whole list sent anew.
     QAction* synchronizeList() const { return m_synchronizeList; }
@@ -46,7 +43,6 @@ public:
 
 private:
     void fillMenu();
-    void fillToolBar();
     void followController();
     void lookSoon();
     void connectionMayHaveChanged();
@@ -56,7 +52,6 @@ private:
 
     Controller* const m_controller;
     QMenu* m_menu;
-    QToolBar* m_toolBar;
     QAction* m_synchronizeList;
     QAction* m_synchronizeRecord;
     bool m_isConnected = false; // at the last look

@@ -9,15 +9,16 @@
 #include <memory>
 
 class ActiveDeviceControl;
-class QLabel;
-class QProgressBar;
+class QSettings;
+class QTableView;
+class QToolBar;
 
 namespace ZelkoCommon {
 class AbstractServerConnectionData;
 }
 
 namespace ZelkoGUI {
-class RecordItemMapModel;
+class RecordListWidget;
 class ZelkoServerGUIController;
 } // namespace ZelkoGUI
 
@@ -27,16 +28,11 @@ class DeviceRecords;
 class ElidedLabel;
 class Heading;
 class RecordActions;
-class RecordSortModel;
-class RecordTableView;
-class SelectionKeeper;
-class SelectionReporter;
+class RecordTable;
 class SelectionSummary;
 
-/// The recordings of one device with what can be done to them: title, their number, a tool bar and the table with its
-/// context menu; for the status bar of a window what is selected and how far the first load is.
-///
-/// All actions go through one controller, and the table shows the records of that controller's model.
+/// The recordings of one device with what can be done to them: a title, and below it the record list of the library
+/// with all its parts; for the status bar of a window what is selected.
 class RecordPane : public QWidget
 {
     Q_OBJECT
@@ -54,7 +50,16 @@ public:
     /// State of that sub system.
     void setStatus(const SubSystemStatus& status);
 
-    RecordTableView* table() const { return m_table; }
+    ZelkoGUI::RecordListWidget* list() const { return m_list; }
+    QTableView* table() const { return m_view; }
+    RecordTable* recordTable() const { return m_table; }
+
+    /// Keeps how the table is arranged; the list itself does so only in the end.
+    void savePlaces(QSettings& settings) const;
+
+    /// The tool bar of the list.
+    QToolBar* toolBar() const;
+
     DeviceRecords* records() const { return m_records; }
     ZelkoGUI::ZelkoServerGUIController* controller() const { return m_controller.get(); }
     RecordActions* actions() const { return m_actions; }
@@ -64,15 +69,14 @@ public:
 
 private:
     void arrange();
+    void dressList();
     void connectParts();
     QWidget* makeHead();
     QWidget* makeStatusWidget();
     void updateTitle();
-    void updateTexts();
+    void updateEmptyState();
     bool isSettling() const;
     EmptyState emptyStateNow() const;
-    void updateCount();
-    void updateProgress();
 
     const std::shared_ptr<ZelkoCommon::AbstractServerConnectionData> m_connection;
     QString m_subSystem;
@@ -81,20 +85,14 @@ private:
     QTimer m_settling; // runs for a moment after another device was chosen
     ActiveDeviceControl* m_activeDevice;
     std::unique_ptr<ZelkoGUI::ZelkoServerGUIController> m_controller;
-    ZelkoGUI::RecordItemMapModel* m_model; // the controller's
     DeviceRecords* m_records;
-    RecordSortModel* m_proxy;
-    RecordTableView* m_table;
-    SelectionKeeper* m_keeper;
-    SelectionReporter* m_reporter;
+    ZelkoGUI::RecordListWidget* m_list;
+    QTableView* m_view; // the list's
+    RecordTable* m_table;
     SelectionSummary* m_summary;
     Heading* m_title;
     ElidedLabel* m_subtitle;
-    QLabel* m_count;
     ElidedLabel* m_selection;
-    QLabel* m_progressLabel;
-    QProgressBar* m_progress;
-    QLabel* m_progressCount;
     QWidget* m_statusWidget;
     RecordActions* m_actions = nullptr;
 };

@@ -4,7 +4,7 @@
 #include <console/devices/devicelistview.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
+#include <console/records/recordtable.h>
 #include <console/session/consoleuser.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
@@ -15,17 +15,21 @@
 #include <console/window/usermenu.h>
 #include <console/window/usermessages.h>
 
+#include <vornappstartup/cfgcenter.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTableView>
 #include <QTimeZone>
 #include <QVBoxLayout>
 
@@ -45,13 +49,21 @@ QAction* addMenuAction(QMenu& menu, const QString& text, const QKeySequence& sho
     return action;
 }
 
+// What the windows of the library keep goes into a file of their own beside that of this window.
+QSettings* withLibrarySettings(QSettings* settings)
+{
+    const QFileInfo file(settings->fileName());
+    CfgCenter::SetFile(ICfg::UserView, file.dir().filePath(file.completeBaseName() + QLatin1String("-library.ini")));
+    return settings;
+}
+
 } // namespace
 
 ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* settings, QWidget* parent)
     : QMainWindow(parent)
     , m_session(session)
     , m_user(user)
-    , m_settings(settings)
+    , m_settings(withLibrarySettings(settings))
     , m_deviceModel(new DeviceListModel(this))
     , m_devices(new DeviceListView(m_deviceModel))
     , m_records(new RecordPane(session->connectionData()))
@@ -103,6 +115,7 @@ QWidget* ConsoleWindow::makeDevicePane()
     title->setBuddy(m_devices);
     title->setContentsMargins(2, 0, 2, 0);
     auto* const pane = new QWidget;
+    pane->setMinimumWidth(fontMetrics().averageCharWidth() * 24); // where the names can still be told apart
     auto* const layout = new QVBoxLayout(pane);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
@@ -120,8 +133,8 @@ void ConsoleWindow::makeMenus()
     menuBar()->addMenu(m_records->actions()->menu());
 
     QMenu& view = *menuBar()->addMenu(tr("&View"));
-    view.addMenu(m_records->table()->columnMenu());
-    view.addMenu(m_records->table()->sortMenu());
+    view.addMenu(m_records->recordTable()->columnMenu());
+    view.addMenu(m_records->recordTable()->sortMenu());
     view.addSeparator();
     constexpr auto focus = qOverload<>(&QWidget::setFocus);
     addMenuAction(view, tr("Go to &Devices"), Qt::CTRL | Qt::Key_1, m_devices, focus);
@@ -207,7 +220,7 @@ void ConsoleWindow::writeNotSent(const QString& subSystem, const QString& reason
 
 void ConsoleWindow::restorePlaces()
 {
-    m_records->table()->restoreColumns(*m_settings);
+    m_records->recordTable()->restoreSorting(*m_settings);
     if (!restoreGeometry(m_settings->value(geometryKey).toByteArray())) {
         resize(firstSize);
     }
@@ -216,7 +229,7 @@ void ConsoleWindow::restorePlaces()
 
 void ConsoleWindow::closeEvent(QCloseEvent* event)
 {
-    m_records->table()->saveColumns(*m_settings);
+    m_records->savePlaces(*m_settings);
     m_settings->setValue(geometryKey, saveGeometry());
     m_settings->setValue(splitterKey, m_splitter->saveState());
     QMainWindow::closeEvent(event);

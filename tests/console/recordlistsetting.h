@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ownconfiguration.h"
+
 #include <console/demo/samplesite.h>
 #include <console/treepaths.h>
 
@@ -60,4 +62,7 @@ struct RecordListSetting
     const QString north = QStringLiteral("north");
     const QString device = QStringLiteral("A1");
     ZelkoConsole::SampleSite site;
+
+private:
+    const OwnConfiguration m_configuration; // of what the list keeps of its columns
 };

@@ -7,11 +7,11 @@
 #include <console/hands/operatorhands.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
 #include <console/session/consoleuser.h>
 
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
+#include <QTableView>
 #include <QTest>
 
 /// A device view that is shown and connected, with an operator before it.
@@ -61,5 +61,5 @@ struct RecordPaneSetting : RecordListSetting
     }
 
     ZelkoConsole::RecordPane pane{site.connectionData()};
-    ZelkoConsole::RecordTableView& table = *pane.table();
+    QTableView& table = *pane.table();
 };

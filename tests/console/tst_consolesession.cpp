@@ -7,7 +7,6 @@
 #include <console/hands/operatorhands.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
 #include <console/session/consolesession.h>
 #include <console/session/consoleuser.h>
 #include <console/window/consolewindow.h>
@@ -74,7 +73,7 @@ struct Shown
     QSettings settings;
     ConsoleUser user;
     ConsoleWindow window;
-    RecordTableView& table;
+    QTableView& table;
 };
 
 QString notAllowedText()

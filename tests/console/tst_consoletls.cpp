@@ -8,7 +8,7 @@
 #include <console/hands/dialoganswer.h>
 #include <console/hands/operatorhands.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
+#include <console/records/recordtable.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/window/consolewindow.h>
@@ -24,6 +24,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QSettings>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -108,7 +109,8 @@ private:
         QVERIFY2(m_console, qPrintable(error));
         m_console->show();
     }
-    RecordTableView& table() const { return *m_console->window().records()->table(); }
+    QTableView& table() const { return *m_console->window().records()->table(); }
+    const EmptyState& emptyState() const { return m_console->window().records()->recordTable()->emptyState(); }
     QString status() const { return longText(north, m_console->session().status(north)); }
     bool showsTheRecord() const
     {
@@ -216,7 +218,7 @@ void TestConsoleTls::saysWhyARecorderIsNotReached()
     open(console, m_recorder->port());
     const QString begin = QStringLiteral("Recorder north is not reachable: ") + reason;
     QTRY_VERIFY2_WITH_TIMEOUT(status().startsWith(begin), qPrintable(status()), patience);
-    QTRY_VERIFY_WITH_TIMEOUT(table().emptyState().text.startsWith(begin), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(emptyState().text.startsWith(begin), patience);
     QCOMPARE(m_console->window().badge()->text(), QStringLiteral("north: not reachable"));
     QVERIFY(isAlive());
 }
@@ -260,7 +262,7 @@ void TestConsoleTls::opensAndSaysWhatIsWrongWithItsKeys()
              qPrintable(box->text()));
     QTest::keyClick(box, Qt::Key_Return);
     QVERIFY(!m_console->window().messages()->box());
-    const QString text = table().emptyState().text;
+    const QString text = emptyState().text;
     QVERIFY2(text.startsWith(QStringLiteral("This console cannot connect to recorder north: ")) &&
                  text.contains(reason),
              qPrintable(text));

@@ -7,7 +7,7 @@
 #include <console/records/devicerecords.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
+#include <console/records/recordtable.h>
 #include <console/session/consoleuser.h>
 #include <console/widgets/connectionbadge.h>
 #include <console/window/consolewindow.h>
@@ -16,6 +16,7 @@
 
 #include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
+#include <zelkoguibase/recordlist/recordlistwidget.h>
 
 #include <QApplication>
 #include <QLabel>
@@ -24,6 +25,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -144,7 +146,7 @@ private Q_SLOTS:
         setting.lose();
         QCOMPARE(setting.rows(), 0);
         QCOMPARE(setting.window->badge()->text(), QStringLiteral("north: not reachable"));
-        QCOMPARE(setting.window->records()->table()->emptyState().text,
+        QCOMPARE(setting.window->records()->recordTable()->emptyState().text,
                  QStringLiteral("Recorder north is not reachable: it was killed, trying again"));
         QCoreApplication::processEvents();
         setting.comeBack(3);
@@ -159,6 +161,13 @@ private Q_SLOTS:
         QTest::keyClick(setting.window->devices(), Qt::Key_Tab);
         QVERIFY(setting.window->records()->table()->hasFocus());
         QTest::keyClick(setting.window->records()->table(), Qt::Key_Tab);
+        QVERIFY(setting.window->records()
+                    ->list()
+                    ->findChild<QWidget*>(QStringLiteral("ShowExtendedFilterButton"))
+                    ->hasFocus());
+        for (int steps = 0; !setting.window->devices()->hasFocus() && steps < 10; ++steps) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
         QVERIFY(setting.window->devices()->hasFocus());
     }
 
@@ -182,14 +191,14 @@ private Q_SLOTS:
     {
         const QString longName(200, QLatin1Char('n'));
         Setting setting(2);
-        setting.window->resize(760, 400);
+        setting.window->resize(960, 400);
         setting.site.addDevice(setting.north, longName);
         DeviceListView& devices = *setting.window->devices();
         QTRY_COMPARE_WITH_TIMEOUT(devices.model()->rowCount(devices.model()->index(0, 0)), 2, patience);
         devices.setCurrentIndex(devices.model()->index(1, 0, devices.model()->index(0, 0)));
         QCoreApplication::processEvents();
         QCOMPARE(setting.window->findChild<QLabel*>(QStringLiteral("deviceTitle"))->text(), longName);
-        QCOMPARE(setting.window->size(), QSize(760, 400));
+        QCOMPARE(setting.window->size(), QSize(960, 400));
         QVERIFY(devices.width() > 200);
     }
 
@@ -258,7 +267,7 @@ private Q_SLOTS:
         const RecordPane& pane = *setting.window->records();
         QAction* const reset = pane.controller()->recordAction(ZelkoGUI::IZelkoGUIController::UserActionReset);
         QTRY_COMPARE_WITH_TIMEOUT(reset->statusTip(), QStringLiteral("No record is selected."), patience);
-        QWidget* const button = pane.actions()->toolBar()->widgetForAction(reset);
+        QWidget* const button = pane.toolBar()->widgetForAction(reset);
         QVERIFY(button && !button->isEnabled());
         operatorhands::enter(*button);
         QCOMPARE(setting.window->statusBar()->currentMessage(), QStringLiteral("No record is selected."));
@@ -317,7 +326,7 @@ private Q_SLOTS:
         const DeviceListView& devices = *setting.window->devices();
         QCOMPARE(devices.model()->index(0, 1).data().toString(), QStringLiteral("access denied"));
         QCOMPARE(setting.window->badge()->text(), QStringLiteral("north: access denied"));
-        QCOMPARE(setting.window->records()->table()->emptyState().text,
+        QCOMPARE(setting.window->records()->recordTable()->emptyState().text,
                  QStringLiteral("No access to recorder north: user or password are wrong"));
     }
 

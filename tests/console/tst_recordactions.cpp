@@ -1,8 +1,8 @@
+#include "menuanswer.h"
 #include "patience.h"
 #include "recordpanesetting.h"
 
 #include <console/hands/dialoganswer.h>
-#include <console/records/selectionreporter.h>
 #include <console/treeobserver.h>
 
 #include <valuecore/valueptr.h>
@@ -38,7 +38,7 @@ struct Setting : RecordPaneSetting
 
     void clickToolButton(Controller::enUserAction flag) const
     {
-        QTest::mouseClick(actions().toolBar()->widgetForAction(&action(flag)), Qt::LeftButton);
+        QTest::mouseClick(pane.toolBar()->widgetForAction(&action(flag)), Qt::LeftButton);
     }
 
     // Opens the menu as an operator does: with the event coming from the window system.
@@ -89,7 +89,7 @@ private Q_SLOTS:
         const Setting setting;
         const QList<QAction*> expected = setting.pane.controller()->recordActions();
         QCOMPARE(expected.size(), 4);
-        QCOMPARE(setting.actions().toolBar()->actions(), expected);
+        QCOMPARE(setting.pane.toolBar()->actions(), expected);
         QCOMPARE(setting.menu().actions().mid(0, expected.size()), expected);
         QCOMPARE(setting.menu().actions().mid(expected.size() + 1),
                  QList<QAction*>({setting.actions().synchronizeRecord(), setting.actions().synchronizeList()}));
@@ -122,11 +122,13 @@ private Q_SLOTS:
     void opensTheMenuByARightClickOnWhatItSelects()
     {
         Setting setting(3);
+        const MenuAnswer answer([&](QMenu& menu) {
+            QCOMPARE(menu.actions().mid(0, 4), setting.pane.controller()->recordActions());
+            QCOMPARE(setting.pane.controller()->selectedRecords(), QStringList(RecordListSetting::id(1)));
+            QVERIFY(setting.action(Controller::UserActionDelete).isEnabled());
+        });
         setting.rightClick(1);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), patience);
-        QCOMPARE(setting.pane.controller()->selectedRecords(), QStringList(RecordListSetting::id(1)));
-        QVERIFY(setting.action(Controller::UserActionDelete).isEnabled());
-        setting.menu().close();
+        QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
     }
 
     void keepsTheSelectionThatIsRightClicked()
@@ -134,22 +136,19 @@ private Q_SLOTS:
         Setting setting(3);
         setting.click(2);
         setting.click(1, Qt::ShiftModifier);
+        const MenuAnswer answer([](QMenu&) {});
         setting.rightClick(1);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
         QCOMPARE(setting.pane.controller()->selectedRecords().size(), 2);
-        setting.menu().close();
     }
 
-    void opensTheMenuByItsKeyAtTheCurrentRow()
+    void opensTheMenuByItsKey()
     {
         Setting setting(3);
         setting.click(1);
-        const QSignalSpy wanted(&setting.table, &RecordTableView::menuWanted);
+        const MenuAnswer answer([](QMenu&) {});
         operatorhands::pressMenuKey();
-        QTRY_VERIFY_WITH_TIMEOUT(setting.menu().isVisible(), patience);
-        const QPoint place = setting.table.viewport()->mapFromGlobal(wanted.at(0).at(0).toPoint());
-        QCOMPARE(setting.table.rowAt(place.y()), setting.rowOf(1));
-        setting.menu().close();
+        QVERIFY(answer.wasGiven());
     }
 
     void deletesWhatIsSelectedAfterAQuestion()
@@ -185,17 +184,6 @@ private Q_SLOTS:
         QTest::keyClick(&setting.table, Qt::Key_X, Qt::ControlModifier);
         QVERIFY(yes.wasGiven());
         QCOMPARE(setting.command(names::deleteRecordingList), QStringLiteral("r01@r00"));
-    }
-
-    void leavesAloneWhatWasSelectedBeforeALargeSelection()
-    {
-        Setting setting(SelectionReporter::smallSelection + 1);
-        setting.click(0);
-        const QSignalSpy triggered(setting.pane.controller(), &Controller::si_userActionTriggered);
-        QTest::keyClick(&setting.table, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(&setting.table, Qt::Key_T, Qt::ControlModifier); // in the same turn of the event loop
-        QCOMPARE(triggered.count(), 0);
-        QTRY_VERIFY_WITH_TIMEOUT(setting.action(Controller::UserActionDeletable).isEnabled(), patience);
     }
 
     void resetsTheSelectedRecord()

@@ -4,15 +4,20 @@
 #include <console/demo/shownrecords.h>
 #include <console/hands/operatorhands.h>
 #include <console/records/recordpane.h>
-#include <console/records/recordtableview.h>
+#include <console/records/recordtable.h>
 
+#include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
+#include <zelkoguibase/recordlist/recordlistwidget.h>
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
+#include <QTableView>
 #include <QTest>
 
 using namespace ZelkoConsole;
+using Model = ZelkoCommon::AbstractRecordListModel;
 
 namespace {
 
@@ -43,8 +48,8 @@ struct Setting : RecordListSetting
     }
 
     QString text(const char* name) const { return pane.findChild<QLabel*>(QLatin1String(name))->text(); }
-    QProgressBar& bar() const { return *pane.findChild<QProgressBar*>(QStringLiteral("loadProgress")); }
-    QLabel& barLabel() const { return *pane.findChild<QLabel*>(QStringLiteral("loadLabel")); }
+    QProgressBar& bar() const { return *pane.findChild<QProgressBar*>(QStringLiteral("LoadProgressBar")); }
+    QLabel& barLabel() const { return *pane.findChild<QLabel*>(QStringLiteral("LoadProgressLabel")); }
 
     RecordPane pane{site.connectionData()};
 };
@@ -60,12 +65,12 @@ private Q_SLOTS:
     {
         Setting setting(2);
         setting.showDevice();
-        QCOMPARE(setting.text("recordCount"), QStringLiteral("2 records"));
+        QCOMPARE(setting.text("RecordCountLabel"), QStringLiteral("2 recordings"));
         setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(0));
-        QCOMPARE(setting.text("recordCount"), QStringLiteral("1 record"));
+        QCOMPARE(setting.text("RecordCountLabel"), QStringLiteral("1 recordings"));
         setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(1));
-        QCOMPARE(setting.text("recordCount"), QStringLiteral("0 records"));
-        QCOMPARE(setting.pane.table()->emptyState().text, QStringLiteral("No records on this device"));
+        QCOMPARE(setting.text("RecordCountLabel"), QStringLiteral("0 recordings"));
+        QCOMPARE(setting.pane.recordTable()->emptyState().text, QStringLiteral("No records on this device"));
     }
 
     void sumsUpTheSelection()
@@ -112,9 +117,9 @@ private Q_SLOTS:
         setting.showDevice();
         setting.lose();
         setting.pane.setStatus(setting.site.status(setting.north));
-        QTRY_COMPARE_WITH_TIMEOUT(setting.text("recordCount"), QString(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.text("RecordCountLabel"), QStringLiteral("0 recordings"), patience);
         QVERIFY(!setting.bar().isVisible());
-        QCOMPARE(setting.pane.table()->emptyState().text,
+        QCOMPARE(setting.pane.recordTable()->emptyState().text,
                  QStringLiteral("Recorder north is not reachable: it was killed, trying again"));
     }
 
@@ -127,7 +132,7 @@ private Q_SLOTS:
         setting.pane.setDevice(setting.north, QStringLiteral("A2"));
         QVERIFY(!setting.bar().isVisible());
         QCOMPARE(setting.pane.table()->model()->rowCount(), 0);
-        QCOMPARE(setting.text("recordCount"), QString());
+        QCOMPARE(setting.text("RecordCountLabel"), QStringLiteral("0 recordings"));
     }
 
     void selectsNothingInTheListOfAnotherDevice()
@@ -140,7 +145,7 @@ private Q_SLOTS:
         setting.showDevice();
         operatorhands::clickRow(*setting.pane.table(), setting.rowOf(1));
         setting.pane.setDevice(setting.north, other);
-        QTRY_COMPARE_WITH_TIMEOUT(setting.text("recordCount"), QStringLiteral("2 records"), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.text("RecordCountLabel"), QStringLiteral("2 recordings"), patience);
         QCoreApplication::processEvents(); // in which a selection would be restored
         QVERIFY(!setting.pane.table()->selectionModel()->hasSelection());
         QVERIFY(setting.pane.controller()->selectedRecords().isEmpty());
@@ -150,9 +155,9 @@ private Q_SLOTS:
     {
         Setting setting;
         setting.choose();
-        QCOMPARE(setting.pane.table()->emptyState().text, QString());
-        QTRY_COMPARE_WITH_TIMEOUT(setting.pane.table()->emptyState().text, QStringLiteral("No records on this device"),
-                                  patience);
+        QCOMPARE(setting.pane.recordTable()->emptyState().text, QString());
+        QTRY_COMPARE_WITH_TIMEOUT(setting.pane.recordTable()->emptyState().text,
+                                  QStringLiteral("No records on this device"), patience);
     }
 
     void saysThatItWaitsForADeviceThatIsNotFound()
@@ -160,8 +165,42 @@ private Q_SLOTS:
         Setting setting;
         setting.site.removeDevice(setting.north, setting.device);
         setting.choose();
-        QTRY_COMPARE_WITH_TIMEOUT(setting.pane.table()->emptyState().text,
+        QTRY_COMPARE_WITH_TIMEOUT(setting.pane.recordTable()->emptyState().text,
                                   QStringLiteral("Waiting for the records of A1…"), patience);
+    }
+
+    void hasTheListWithAllItsParts()
+    {
+        const Setting setting;
+        for (const char* const part :
+             {"ActionToolbar", "RecordNameFilterWidget", "ShowExtendedFilterButton", "RecordCountLabel",
+              "ActiveDeviceLabel", "LoadProgressBar", "RecordListWidgetPopupMenu", "CopyToClipboardMenu"}) {
+            QVERIFY2(setting.pane.list()->findChild<QWidget*>(QLatin1String(part)), part);
+        }
+        QVERIFY(setting.pane.table()->verticalHeader()->isVisible());
+        QCOMPARE(setting.pane.table()->selectionMode(), QAbstractItemView::ExtendedSelection);
+    }
+
+    void sortsSizesAsNumbersAndNamesWithoutRegardToCase()
+    {
+        Setting setting;
+        setting.showDevice();
+        const auto add = [&setting](int number, const char* name, quint64 size) {
+            auto record = RecordListSetting::record(number);
+            record->SetRecordName(QLatin1String(name));
+            record->SetSize(size);
+            setting.site.setRecord(setting.north, setting.device, record);
+        };
+        add(0, "beta", 9);
+        add(1, "Alpha", 10'000);
+        add(2, "Gamma", 800);
+        QTableView& table = *setting.pane.table();
+        table.sortByColumn(Model::SizeColumn, Qt::AscendingOrder);
+        QCOMPARE(shownrecords::ids(*table.model()),
+                 QStringList({QStringLiteral("r00"), QStringLiteral("r02"), QStringLiteral("r01")}));
+        table.sortByColumn(Model::NameColumn, Qt::AscendingOrder);
+        QCOMPARE(shownrecords::ids(*table.model()),
+                 QStringList({QStringLiteral("r01"), QStringLiteral("r00"), QStringLiteral("r02")}));
     }
 
     void namesDeviceAndSubSystem()
@@ -171,7 +210,7 @@ private Q_SLOTS:
         QCOMPARE(setting.text("deviceTitle"), QStringLiteral("A1"));
         setting.pane.setDevice(setting.north, QString());
         QCOMPARE(setting.text("deviceTitle"), QStringLiteral("north"));
-        QCOMPARE(setting.pane.table()->emptyState().text, QStringLiteral("Select a device of north"));
+        QCOMPARE(setting.pane.recordTable()->emptyState().text, QStringLiteral("Select a device of north"));
     }
 };
 

@@ -1,12 +1,12 @@
 #include "fixedrecordmodel.h"
 #include "testrecords.h"
 
-#include <console/records/recordsortmodel.h>
 #include <console/records/selectionsummary.h>
 
 #include <QIdentityProxyModel>
 #include <QItemSelectionModel>
 #include <QSignalSpy>
+#include <QSortFilterProxyModel>
 #include <QTest>
 
 using namespace ZelkoConsole;
@@ -115,7 +115,7 @@ private Q_SLOTS:
     void forgetsRecordsThatLeaveTheList()
     {
         FixedRecordModel source(records(10));
-        RecordSortModel list;
+        QSortFilterProxyModel list;
         list.setSourceModel(&source);
         QItemSelectionModel selection(&list);
         const SelectionSummary summary(&selection);

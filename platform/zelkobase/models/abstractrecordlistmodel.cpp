@@ -98,8 +98,12 @@ QVariant AbstractRecordListModel::cellWithoutData(int row, Column column) const
 
 QVariant AbstractRecordListModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < ColumnCount) {
+    const bool isColumn = orientation == Qt::Horizontal && section >= 0 && section < ColumnCount;
+    if (isColumn && role == Qt::DisplayRole) {
         return tr(recordColumn(section).header);
+    }
+    if (isColumn && role == Qt::TextAlignmentRole) {
+        return alignment(recordColumn(section));
     }
     return QAbstractTableModel::headerData(section, orientation, role);
 }

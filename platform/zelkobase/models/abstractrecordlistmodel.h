@@ -17,7 +17,7 @@ namespace ZelkoCommon {
 /// | role                     | content                                                                           |
 /// |--------------------------|-----------------------------------------------------------------------------------|
 /// | `Qt::DisplayRole`        | text for people: units, local times, the words of enumerations; empty if not known |
-/// | `Qt::TextAlignmentRole`  | quantities stand to the right; nothing for other columns                          |
+/// | `Qt::TextAlignmentRole`  | quantities stand to the right, their headers too; nothing for other columns       |
 /// | `SortRole`               | a number or a text to sort by                                                     |
 /// | `ValueRole`              | the typed value that filters read, see `Column`                                   |
 ///

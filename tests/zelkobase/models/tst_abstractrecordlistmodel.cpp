@@ -242,6 +242,16 @@ private Q_SLOTS:
         QCOMPARE(right, (QList<int>{1, 4, 9, 10, 11}));
     }
 
+    void headersStandAsTheCellsBelowThem()
+    {
+        const FixedRecordModel model = modelOf(fullRecord());
+        for (int column = 0; column < model.columnCount(); ++column) {
+            QCOMPARE(model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole),
+                     model.index(0, column).data(Qt::TextAlignmentRole));
+        }
+        QVERIFY(!model.headerData(1, Qt::Vertical, Qt::TextAlignmentRole).isValid());
+    }
+
     void rowWithoutDataShowsItsIDAlone()
     {
         const FixedRecordModel model({{QStringLiteral("A"), nullptr}});

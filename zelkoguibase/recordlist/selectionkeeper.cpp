@@ -1,6 +1,6 @@
-#include <console/records/selectionkeeper.h>
+#include "selectionkeeper_p.h"
 
-#include <zelkobase/models/abstractrecordlistmodel.h>
+#include "proxiedrecords_p.h"
 
 #include <QEvent>
 #include <QItemSelectionModel>
@@ -10,44 +10,33 @@
 #include <QTableView>
 #include <QTimer>
 
-#include <algorithm>
 #include <utility>
-#include <vector>
 
-namespace ZelkoConsole {
-
-using ZelkoCommon::AbstractRecordListModel;
+namespace ZelkoGUI {
 
 struct SelectionKeeper::Private
 {
-    Private(SelectionKeeper* owner, QTableView* theView, QSortFilterProxyModel* theProxy,
-            const AbstractRecordListModel* theRecords)
-        : q(owner)
-        , view(theView)
+    Private(QTableView* theView, QSortFilterProxyModel* theProxy)
+        : view(theView)
         , proxy(theProxy)
-        , records(theRecords)
+        , records(*theProxy)
     {}
-
-    QString idOf(const QModelIndex& proxyIndex) const { return records->getRecordID(proxy->mapToSource(proxyIndex)); }
-    QModelIndex indexOf(const QString& id) const { return proxy->mapFromSource(records->recordIndex(id)); }
 
     void remember();
     void rowsCame(int first, int last);
     void restore();
-    void restoreSelection();
-    QItemSelection takeArrived();
+    void restoreCurrent();
     void restoreScrolling();
     void forget();
 
-    SelectionKeeper* const q;
     QTableView* const view;
     QSortFilterProxyModel* const proxy;
-    const AbstractRecordListModel* const records;
+    const ProxiedRecords records;
     QTimer soon;
-    QSet<QString> away;    // were selected and have no row yet
-    QSet<QString> arrived; // have a row again and are not selected yet
+    QTimer pause;        // since the last rows came
+    QSet<QString> away;  // were selected and have no row yet
+    QStringList arrived; // have a row again and are not selected yet
     QString current;
-    bool complete = false; // whether all rows that will come back are here
     bool scrolled = false; // whether `top` and `left` are still to be restored
     QString top;           // ID of the first row in sight; empty when that is the first row of all, which then stays so
     int left = 0;
@@ -55,81 +44,68 @@ struct SelectionKeeper::Private
 
 void SelectionKeeper::Private::remember()
 {
-    away.unite(std::exchange(arrived, {}));
+    for (const QString& id : std::exchange(arrived, {})) {
+        away.insert(id);
+    }
+    pause.stop();
     if (proxy->rowCount() == 0) {
         return;
     }
     for (const QModelIndex& index : view->selectionModel()->selectedRows()) {
-        away.insert(idOf(index));
+        away.insert(records.idOf(index));
     }
     if (view->currentIndex().isValid()) {
-        current = idOf(view->currentIndex());
+        current = records.idOf(view->currentIndex());
     }
-    top = view->verticalScrollBar()->value() > 0 ? idOf(view->indexAt(QPoint(0, 0))) : QString();
+    top = view->verticalScrollBar()->value() > 0 ? records.idOf(view->indexAt(QPoint(0, 0))) : QString();
     scrolled = true;
-    complete = false;
     left = view->horizontalScrollBar()->value();
 }
 
 void SelectionKeeper::Private::rowsCame(int first, int last)
 {
+    if (!scrolled || first > last) {
+        return; // nothing is remembered, or nothing has come yet
+    }
     for (int row = first; row <= last && !away.isEmpty(); ++row) {
-        const QString id = idOf(proxy->index(row, 0));
+        const QString id = records.idOf(proxy->index(row, 0));
         if (away.remove(id)) {
-            arrived.insert(id);
+            arrived.append(id);
         }
+    }
+    if (!away.isEmpty() || !pause.isActive()) {
+        pause.start();
     }
     soon.start();
 }
 
 void SelectionKeeper::Private::restore()
 {
-    restoreSelection();
-    if (scrolled) {
-        restoreScrolling();
+    if (!scrolled) {
+        return;
     }
-    if (complete) {
-        forget();
-        Q_EMIT q->done();
+    restoreCurrent();
+    const QItemSelection rows = records.rowsOf(std::exchange(arrived, {}));
+    if (!rows.isEmpty()) {
+        view->selectionModel()->select(rows, QItemSelectionModel::Select);
     }
+    restoreScrolling();
 }
 
-void SelectionKeeper::Private::restoreSelection()
+void SelectionKeeper::Private::restoreCurrent()
 {
-    const QModelIndex currentIndex = indexOf(current);
-    if (currentIndex.isValid()) {
-        view->selectionModel()->setCurrentIndex(currentIndex, QItemSelectionModel::NoUpdate);
+    const QModelIndex index = records.indexOf(current);
+    if (index.isValid()) {
+        view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
         current.clear();
     }
-    view->selectionModel()->select(takeArrived(), QItemSelectionModel::Select | QItemSelectionModel::Rows);
-}
-
-// Adjacent rows become one range: a selection is slow by the number of its ranges.
-QItemSelection SelectionKeeper::Private::takeArrived()
-{
-    std::vector<int> rows;
-    const auto ids = std::exchange(arrived, {});
-    for (const QString& id : ids) {
-        if (const QModelIndex index = indexOf(id); index.isValid()) {
-            rows.push_back(index.row());
-        }
-    }
-    std::sort(rows.begin(), rows.end());
-    QItemSelection found;
-    for (auto first = rows.begin(); first != rows.end();) {
-        const auto last = std::adjacent_find(first, rows.end(), [](int row, int next) { return next != row + 1; });
-        const int end = last == rows.end() ? rows.back() : *last;
-        found.append(QItemSelectionRange(proxy->index(*first, 0), proxy->index(end, 0)));
-        first = last == rows.end() ? last : last + 1;
-    }
-    return found;
 }
 
 // Rows that come later still move this one, so it is remembered to the end.
 void SelectionKeeper::Private::restoreScrolling()
 {
     view->doItemsLayout(); // without it new rows have no place yet to scroll to
-    const QModelIndex topIndex = indexOf(top);
+    const QModelIndex topIndex = records.indexOf(top);
     if (topIndex.isValid()) {
         view->scrollTo(topIndex, QAbstractItemView::PositionAtTop);
     } else if (top.isEmpty()) {
@@ -141,21 +117,27 @@ void SelectionKeeper::Private::restoreScrolling()
 void SelectionKeeper::Private::forget()
 {
     soon.stop();
+    pause.stop();
     away.clear();
     arrived.clear();
     current.clear();
     scrolled = false;
-    complete = false;
 }
 
-SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy, const AbstractRecordListModel* records,
+SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy, std::chrono::milliseconds pause,
                                  QObject* parent)
     : QObject(parent)
-    , d(std::make_unique<Private>(this, view, proxy, records))
+    , d(std::make_unique<Private>(view, proxy))
 {
     d->soon.setSingleShot(true);
     d->soon.setInterval(0);
+    d->pause.setSingleShot(true);
+    d->pause.setInterval(pause);
     connect(&d->soon, &QTimer::timeout, this, [this] { d->restore(); });
+    connect(&d->pause, &QTimer::timeout, this, [this] {
+        d->restore();
+        d->forget();
+    });
     connect(proxy, &QAbstractItemModel::modelAboutToBeReset, this, [this] { d->remember(); });
     connect(proxy, &QAbstractItemModel::modelReset, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });
     connect(proxy, &QAbstractItemModel::rowsInserted, this,
@@ -171,12 +153,6 @@ SelectionKeeper::~SelectionKeeper() = default;
 void SelectionKeeper::forget()
 {
     d->forget();
-}
-
-void SelectionKeeper::finish()
-{
-    d->complete = true;
-    d->soon.start();
 }
 
 int SelectionKeeper::awaited() const
@@ -200,4 +176,4 @@ bool SelectionKeeper::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-} // namespace ZelkoConsole
+} // namespace ZelkoGUI

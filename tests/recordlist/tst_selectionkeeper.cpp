@@ -1,0 +1,263 @@
+#include "listedrecords.h"
+#include "patience.h"
+
+#include <zelkoguibase/recordlist/selectionkeeper_p.h>
+
+#include <console/hands/operatorhands.h>
+
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QScrollBar>
+#include <QSortFilterProxyModel>
+#include <QTableView>
+#include <QtTest>
+
+using ZelkoConsole::operatorhands::clickRow;
+
+namespace {
+
+constexpr int count = 40;
+constexpr std::chrono::hours never(1);
+
+QString id(int number)
+{
+    return QStringLiteral("r%1").arg(number, 2, 10, QLatin1Char('0'));
+}
+
+QStringList ids(int first, int end)
+{
+    QStringList all;
+    for (int number = first; number < end; ++number) {
+        all << id(number);
+    }
+    return all;
+}
+
+/// A table of many records, in the order of their numbers.
+struct Setting
+{
+    explicit Setting(std::chrono::milliseconds pause = never)
+        : records(ids(0, count))
+        , keeper(&table, &proxy, pause, nullptr)
+    {
+        proxy.setSourceModel(&records);
+        table.setModel(&proxy);
+        table.setSortingEnabled(true);
+        table.sortByColumn(0, Qt::AscendingOrder);
+        table.setSelectionBehavior(QAbstractItemView::SelectRows);
+        table.resize(900, 320);
+        table.show();
+    }
+
+    void lose() { records.replace({}); }
+    void comeBack(int first, int end)
+    {
+        for (int number = first; number < end; ++number) {
+            records.add(makeRecord(id(number)));
+        }
+    }
+
+    // Rows have their places only after the next turn of the event loop.
+    void scrollTo(int row)
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(table.verticalScrollBar()->maximum() >= row, patience);
+        table.verticalScrollBar()->setValue(row);
+    }
+
+    QString idAt(const QModelIndex& index) const { return records.getRecordID(proxy.mapToSource(index)); }
+    QString topId() const { return idAt(table.indexAt(QPoint(0, 0))); }
+    int scrolled() const { return table.verticalScrollBar()->value(); }
+
+    QStringList selected() const
+    {
+        QStringList all;
+        const QModelIndexList rows = table.selectionModel()->selectedRows();
+        for (const QModelIndex& row : rows) {
+            all << idAt(row);
+        }
+        all.sort();
+        return all;
+    }
+
+    ListedRecords records;
+    QSortFilterProxyModel proxy;
+    QTableView table;
+    ZelkoGUI::SelectionKeeper keeper;
+};
+
+} // namespace
+
+class SelectionKeeperTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void selectsTheSameRecordsAgain()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        clickRow(setting.table, 5, Qt::ControlModifier);
+        const QString current = setting.idAt(setting.table.currentIndex());
+        setting.lose();
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList({id(3), id(5)}), patience);
+        QCOMPARE(setting.idAt(setting.table.currentIndex()), current);
+        QCOMPARE(setting.keeper.awaited(), 0);
+    }
+
+    void selectsWhatComesInOneStep()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        setting.records.replace(ids(1, count));
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(3)), patience);
+    }
+
+    void passesOverRecordsThatDoNotComeBack()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        clickRow(setting.table, 5, Qt::ControlModifier);
+        setting.lose();
+        setting.comeBack(0, 5);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(3)), patience);
+        QCOMPARE(setting.keeper.awaited(), 1);
+    }
+
+    void keepsTheScrollPosition()
+    {
+        Setting setting;
+        setting.scrollTo(20);
+        const QString top = setting.topId();
+        setting.lose();
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), top, patience);
+        QVERIFY(setting.scrolled() > 0);
+    }
+
+    void staysAtTheTopForNewRecordsToBeSeen()
+    {
+        Setting setting;
+        setting.table.sortByColumn(0, Qt::DescendingOrder);
+        QCOMPARE(setting.topId(), id(39));
+        setting.lose();
+        setting.comeBack(0, count + 2);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), id(41), patience);
+    }
+
+    void doesNotScrollOnceTheListIsBack()
+    {
+        Setting setting(std::chrono::milliseconds(1));
+        setting.scrollTo(20);
+        const QString top = setting.topId();
+        setting.lose();
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), top, patience);
+        QTest::qWait(10); // longer than rows may fail to come
+        setting.table.verticalScrollBar()->setValue(0);
+        setting.comeBack(60, 61);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.scrolled(), 0);
+    }
+
+    void forgetsRecordsThatAreGoneForGood()
+    {
+        Setting setting(std::chrono::milliseconds(1));
+        clickRow(setting.table, 3);
+        clickRow(setting.table, 30, Qt::ControlModifier);
+        setting.lose();
+        setting.comeBack(0, 10);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(3)), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.keeper.awaited(), 0, patience);
+        setting.comeBack(30, 31);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList(id(3)));
+    }
+
+    void waitsForTheFirstRowHoweverLongItTakes()
+    {
+        Setting setting(std::chrono::milliseconds(1));
+        clickRow(setting.table, 3);
+        setting.lose();
+        QTest::qWait(10); // longer than rows may fail to come
+        QCOMPARE(setting.keeper.awaited(), 1);
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(3)), patience);
+    }
+
+    void leavesWhatTheUserDoesInBetween()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        setting.lose();
+        setting.comeBack(0, 2);
+        clickRow(setting.table, 1);
+        setting.comeBack(3, 4);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList(id(1)));
+    }
+
+    void bringsNothingThatIsToBeForgotten()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        setting.lose();
+        setting.keeper.forget();
+        setting.comeBack(0, count);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList());
+    }
+
+    void survivesASecondLossBeforeTheListIsComplete()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        clickRow(setting.table, 30, Qt::ControlModifier);
+        setting.lose();
+        setting.comeBack(0, 10);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(3)), patience);
+        setting.lose();
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList({id(3), id(30)}), patience);
+    }
+
+    void survivesASecondLossInTheSameTurn()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        setting.lose();
+        setting.comeBack(0, 10);
+        setting.lose();
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(3)), patience);
+    }
+
+    void selectsAdjacentRowsAsOneRange()
+    {
+        Setting setting;
+        QTest::keyClick(&setting.table, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(setting.selected().size(), count);
+        setting.lose();
+        setting.comeBack(0, count - 1);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected().size(), count - 1, patience);
+        QCOMPARE(setting.table.selectionModel()->selection().size(), 1);
+    }
+
+    void leavesWhereTheScrollBarIsDragged()
+    {
+        Setting setting;
+        setting.scrollTo(20);
+        setting.lose();
+        setting.comeBack(0, 30);
+        QTRY_VERIFY_WITH_TIMEOUT(setting.scrolled() > 0, patience);
+        QTest::mousePress(setting.table.verticalScrollBar(), Qt::LeftButton);
+        setting.table.verticalScrollBar()->setValue(0);
+        QTest::mouseRelease(setting.table.verticalScrollBar(), Qt::LeftButton);
+        setting.comeBack(30, count);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.scrolled(), 0);
+    }
+};
+
+QTEST_MAIN(SelectionKeeperTest)
+#include "tst_selectionkeeper.moc"

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <vornappstartup/cfgcenter.h>
+
+#include <QTemporaryDir>
+
+/// A user's configuration of a test's own, for as long as it exists.
+class OwnConfiguration
+{
+public:
+    OwnConfiguration() { CfgCenter::SetFile(ICfg::UserView, m_folder.filePath(QStringLiteral("user.ini"))); }
+    ~OwnConfiguration() { CfgCenter::SetFile(ICfg::UserView, QString()); }
+    OwnConfiguration(const OwnConfiguration&) = delete;
+    OwnConfiguration& operator=(const OwnConfiguration&) = delete;
+
+private:
+    const QTemporaryDir m_folder;
+};

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <zelkoguibase/controller/izelkoguicontroller.h>
+#include <zelkoguibase/filter/extendedfilterdialog.h>
+#include <zelkoguibase/zelkoguibase_export.h>
+
+#include <QFlags>
+#include <QList>
+#include <QStringList>
+#include <QWidget>
+
+#include <memory>
+
+class QAction;
+class QModelIndex;
+class QPoint;
+
+namespace ZelkoGUI {
+
+namespace Filter {
+class AbstractFilterCondition;
+}
+
+/// The records of a controller as a table, with whatever of tool bar, filters, labels, load progress and menus the
+/// application wants.
+///
+/// What the user selects goes to the controller, and what the controller has selected by others is selected here, which
+/// is not signalled again. When all rows go at once and come back, as they do when a connection is lost, the records
+/// that were selected are selected again as they come, the current row and the scroll position are restored, and the
+/// controller is told; what the user does meanwhile counts instead.
+///
+/// A list in which the filters hide every record says so in place of the rows.
+///
+/// Order, width and visibility of the columns outlive a run, under the object name that the widget is made with. GUI
+/// thread only.
+class ZELKOGUIBASE_EXPORT RecordListWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The parts of the widget, as flags.
+    enum enOption : unsigned int {
+        OptionToolbar = 1,        ///< a vertical tool bar with those of the controller's actions that have an icon
+        OptionNameFilter = 2,     ///< a text filter on the name of the record
+        OptionExtendedFilter = 4, ///< a button for the extended filter dialog
+        OptionDeviceLabel = 8,    ///< a label with the active device
+        OptionLoadProgress = 16,  ///< label and bar, while records are loaded
+        OptionActionMenu = 32,    ///< the controller's actions in the context menu, with their shortcuts
+        OptionClipboardMenu = 64, ///< "Copy to Clipboard" in the context menu
+        OptionMultiSelection = 128,
+        OptionRecordCount = 256, ///< a label with the number of records
+        OptionSelectHeader = 512 ///< a vertical header that marks what is selected; without it there is none
+    };
+    Q_DECLARE_FLAGS(Options, enOption)
+    Q_FLAG(Options)
+
+    /// Becomes the dialog parent of `controller`, which is not owned and may go first: there are no records then.
+    /// `filterColumns` are the rows of the extended filter dialog. `name` is the object name; columns are kept under
+    /// "RecordListWidget" if it is empty.
+    RecordListWidget(IZelkoGUIController* controller, const QFlags<enOption>& options,
+                     const QFlags<Filter::ExtendedFilterDialog::enFilterColumn>& filterColumns, QWidget* parent,
+                     const QString& name);
+    ~RecordListWidget() override;
+
+    /// Replaces the filters of the application, which no reset of the user's filters touches. Those that have a parent
+    /// stay their owner's and may go at any time; the others belong to this widget until they are replaced.
+    void setFixedFilter(QList<Filter::AbstractFilterCondition*> filters);
+
+    /// Takes the filters of the application away.
+    void resetFixedFilter();
+
+    /// IDs of the records that are selected, in the order in which they became so.
+    QStringList selectedRecords() const;
+
+    /// Selects a record, and no other, and scrolls to it; nothing happens if the list does not have it. One that is
+    /// filtered out is selected only with `resetFilter`, which resets the user's filters for it.
+    void select(const QString& recordID, bool resetFilter);
+
+    void setFocusOnList();
+
+    /// As ExtendedFilterDialog::enableInterfaceFilter(); nothing without the dialog.
+    void enableInterfaceFilter(bool enable);
+
+Q_SIGNALS:
+    /// The selection of the view changed, or was looked at anew because the device did. Not emitted for a selection
+    /// that comes from the controller.
+    void si_selectedRecordsChanged(QStringList recordIDs);
+
+    void si_recordDoubleClicked(QString recordID);
+
+private Q_SLOTS:
+    void sl_recordSelectionChanged();
+    void sl_contextMenu(QPoint point);
+    void sl_showExtendedFilter();
+    void sl_filterContextMenu(QPoint point);
+    void sl_extendedFilterChanged();
+    void sl_loadProgress(int current, int total);
+    void sl_activeDeviceChanged();
+    void sl_clipboardAction(QAction* action);
+    void sl_doubleClicked(QModelIndex index);
+    void sl_recordCountChanged();
+    void sl_controllerSelectedRecordsChanged(QStringList recordIds);
+    void sl_userActionTriggered(QStringList recordIDs, ZelkoGUI::IZelkoGUIController::enUserAction action);
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(RecordListWidget::Options)
+
+} // namespace ZelkoGUI
