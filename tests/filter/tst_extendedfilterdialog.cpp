@@ -49,6 +49,7 @@ private Q_SLOTS:
     void caseAndSyntaxStayAfterReset();
 
     void withoutInterfacesTheRowIsGoneAndItsFilterOff();
+    void aRowThatWasGoneFromTheBeginningCanBeUsed();
     void aWindowWithoutTheRowHasNoInterfaceFilter();
 
     void aDeletedConditionIsPassedBy();
@@ -241,6 +242,18 @@ void ExtendedFilterDialogTest::withoutInterfacesTheRowIsGoneAndItsFilterOff()
 
     window.dialog().enableInterfaceFilter(true);
     QVERIFY(label->isVisible() && editor->isVisible());
+    QCOMPARE(window.shownRecords(), QStringList(QStringLiteral("R1")));
+}
+
+void ExtendedFilterDialogTest::aRowThatWasGoneFromTheBeginningCanBeUsed()
+{
+    FilterWindow window(FilterWindow::allColumns(), twoRecords(),
+                        [](Dialog& dialog) { dialog.enableInterfaceFilter(false); });
+    QWidget* const editor = window.editor(QStringLiteral("InterfaceFilterWidget"));
+    QTRY_VERIFY(!editor->isEnabled());
+    window.dialog().enableInterfaceFilter(true);
+    QVERIFY(editor->isVisible());
+    window.toggleValues(QStringLiteral("InterfaceFilterWidget"), {QStringLiteral("USB")});
     QCOMPARE(window.shownRecords(), QStringList(QStringLiteral("R1")));
 }
 

@@ -724,8 +724,13 @@ void tst_MultiFilterSortProxyModel::changesItsSource()
     other.insert(2, {{40, 0, 0}, {20, 0, 0}});
     QCOMPARE(markedColumns(list.proxy), QList<int>({0}));
     QCOMPARE(log.take(), insertion(2, 2));
+    QSignalSpy headers(&list.proxy, &QAbstractItemModel::headerDataChanged);
     other.addColumn();
     QCOMPARE(markedColumns(list.proxy), QList<int>({0}));
+    QCOMPARE(headers.takeLast(), (QVariantList{QVariant::fromValue(Qt::Horizontal), 0, 3}));
+    other.removeLastColumn();
+    QCOMPARE(markedColumns(list.proxy), QList<int>({0}));
+    QCOMPARE(headers.takeLast(), (QVariantList{QVariant::fromValue(Qt::Horizontal), 0, 2}));
 }
 
 void tst_MultiFilterSortProxyModel::outlivesItsSource()

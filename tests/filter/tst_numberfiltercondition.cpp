@@ -154,6 +154,8 @@ void NumberFilterConditionTest::comparesNumbers_data()
     QTest::newRow("a whole number") << 100.0 << QVariant(100) << equal;
     QTest::newRow("a count of bytes") << 1048576.0 << QVariant(quint64{1048577}) << above;
     QTest::newRow("a text that is a number") << 100.0 << QVariant(QStringLiteral("99.5")) << below;
+    QTest::newRow("a text that is none") << 100.0 << QVariant(QStringLiteral("abc")) << failed;
+    QTest::newRow("an empty text") << 0.0 << QVariant(QString()) << failed;
     QTest::newRow("the infinite") << 100.0 << QVariant(std::numeric_limits<double>::infinity()) << above;
     QTest::newRow("not a number in the cell") << 100.0 << QVariant(notANumber) << unordered;
     QTest::newRow("not a number as the limit") << notANumber << QVariant(100.0) << unordered;

@@ -22,6 +22,7 @@
 #include <QPushButton>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 
 /// What an operator sees of the extended filter window, and does in it with mouse and keys.
@@ -34,14 +35,18 @@ public:
 
     static Columns allColumns() { return Columns(0x3FFF); }
 
-    /// Opens the window over a list of records, and waits until the lists of values are loaded.
-    explicit FilterWindow(Columns columns = allColumns(), FixedRecordModel::Rows records = {})
+    /// Opens the window over a list of records, after `prepare` was done to it, and waits until the lists of values are
+    /// loaded.
+    explicit FilterWindow(
+        Columns columns = allColumns(), FixedRecordModel::Rows records = {},
+        const std::function<void(Dialog&)>& prepare = [](Dialog&) {})
         : m_records(std::move(records))
         , m_proxy(std::make_unique<ZelkoGUI::Filter::MultiFilterSortProxyModel>(nullptr))
     {
         registerZelkoIcons();
         m_proxy->setSourceModel(&m_records);
         m_dialog = std::make_unique<Dialog>(m_proxy.get(), columns, nullptr);
+        prepare(*m_dialog);
         m_dialog->show();
         m_dialog->activateWindow();
         [this] { QTRY_VERIFY_WITH_TIMEOUT(m_dialog->isActiveWindow() && !m_dialog->hasActiveFilter(), patience); }();

@@ -74,6 +74,16 @@ public:
         endInsertColumns();
     }
 
+    void removeLastColumn()
+    {
+        beginRemoveColumns({}, m_columns - 1, m_columns - 1);
+        for (Row& row : m_rows) {
+            row.removeLast();
+        }
+        --m_columns;
+        endRemoveColumns();
+    }
+
     /// How many cells were read since the last call.
     int takeReads() const { return std::exchange(m_reads, 0); }
 

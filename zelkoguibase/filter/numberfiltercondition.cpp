@@ -3,6 +3,8 @@
 #include <zelkobase/data/filtercondition.h>
 #include <zelkobase/data/filtervalue.h>
 
+#include <optional>
+
 namespace ZelkoGUI::Filter {
 
 using FileComparator = ZELKO_XML::NumberFilter::Comparator;
@@ -18,6 +20,18 @@ template <>
 constexpr FileType fileType<QTime> = FileType::Time;
 template <>
 constexpr FileType fileType<QDateTime> = FileType::DateTime;
+
+// Whether a cell can be read as T depends on what it says, where it is a text.
+template <typename T>
+std::optional<T> valueOf(const QVariant& cell)
+{
+    constexpr QMetaType type = QMetaType::fromType<T>();
+    if (cell.metaType() == type) {
+        return *static_cast<const T*>(cell.constData());
+    }
+    QVariant converted = cell;
+    return converted.convert(type) ? std::optional(converted.value<T>()) : std::nullopt;
+}
 
 NumberComparison::Comparator comparatorOfFile(FileComparator comparator)
 {
@@ -40,7 +54,11 @@ NumberFilterCondition<T>::~NumberFilterCondition() = default;
 template <typename T>
 bool NumberFilterCondition<T>::passes(const QVariant& value) const
 {
-    return !enabled() || (value.canConvert<T>() && holds(value.value<T>(), m_comparator, m_value));
+    if (!enabled()) {
+        return true;
+    }
+    const std::optional<T> number = valueOf<T>(value);
+    return number && holds(*number, m_comparator, m_value);
 }
 
 template <typename T>
@@ -66,8 +84,10 @@ bool NumberFilterCondition<T>::readFromXml(const ZELKO_XML::FilterCondition& sou
     T value{};
     ZELKO_XML::parseFilterValue(filter.GetFilterValue(), value);
     changed = comparator != m_comparator || !(value == m_value);
-    m_comparator = comparator;
-    m_value = value;
+    if (changed) { // an equal moment may be told in another time zone
+        m_comparator = comparator;
+        m_value = value;
+    }
     return true;
 }
 
