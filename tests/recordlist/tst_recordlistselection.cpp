@@ -43,6 +43,7 @@ private Q_SLOTS:
     void scrollsToTheOnlyOneThatIsSelected();
     void selectsARecordByItsID();
     void selectsARecordThatIsFilteredOut();
+    void leavesTheSelectionForARecordThatIsFilteredOut();
     void selectsNothingThatIsNotKnown();
     void keepsTheFiltersForARecordThatIsShown();
     void scrollsToTheRecordOfAnAction_data();
@@ -194,6 +195,18 @@ void RecordListSelectionTest::selectsARecordThatIsFilteredOut()
     site.widget->select(u"D"_s, true);
     QCOMPARE(site.shown(), u"A B C D E"_s);
     QCOMPARE(site.highlighted(), u"D"_s);
+}
+
+void RecordListSelectionTest::leavesTheSelectionForARecordThatIsFilteredOut()
+{
+    ListSite site;
+    site.filterNames(u"of B"_s);
+    site.click(0);
+    const QSignalSpy spy(&*site.widget, &RecordListWidget::si_selectedRecordsChanged);
+    site.widget->select(u"D"_s, false);
+    QCOMPARE(site.shown(), u"B"_s);
+    QCOMPARE(site.highlighted(), u"B"_s);
+    QCOMPARE(spy.size(), 0);
 }
 
 void RecordListSelectionTest::selectsNothingThatIsNotKnown()

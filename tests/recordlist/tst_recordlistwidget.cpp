@@ -483,6 +483,13 @@ void RecordListWidgetTest::followsTheExtendedFilter()
     site.filterByDialog({});
     QCOMPARE(button->toolTip(), u"Set extended filter settings..."_s);
     QCOMPARE(button->icon().pixmap(24).toImage(), usual);
+    site.filterByDialog(u"of B"_s);
+    QCOMPARE(button->toolTip(), u"Change extended filter settings..."_s);
+    const auto conditions = site.part<ZelkoGUI::Filter::ExtendedFilterDialog>("ExtendedFilterDialog")->filters();
+    for (const auto& condition : conditions) {
+        delete condition.data();
+    }
+    QCOMPARE(button->toolTip(), u"Set extended filter settings..."_s);
 }
 
 void RecordListWidgetTest::resetsTheExtendedFilterByItsMenu()
@@ -756,9 +763,11 @@ void RecordListWidgetTest::takesAnotherListWhenTheOldOneIsGone()
 void RecordListWidgetTest::isNamedForThoseWhoCannotSeeIt()
 {
     ListSite site;
-    for (const char* const name : {"RecordTableView", "ActionToolbar", "ShowExtendedFilterButton", "LoadProgressBar"}) {
+    for (const char* const name : {"RecordTableView", "ActionToolbar", "ShowExtendedFilterButton", "LoadProgressBar",
+                                   "RecordNameFilterWidget"}) {
         QVERIFY2(!site.part<QWidget>(name)->accessibleName().isEmpty(), name);
     }
+    QVERIFY(!site.part<QTableView>("RecordTableView")->verticalHeader()->accessibleName().isEmpty());
 }
 
 QTEST_MAIN(RecordListWidgetTest)

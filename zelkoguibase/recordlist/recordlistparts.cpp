@@ -49,6 +49,7 @@ void RecordListWidget::Private::makeView(Options options)
     view->setAccessibleName(tr("Records"));
     if (options & OptionSelectHeader) {
         view->setVerticalHeader(new SelectHeaderView(Qt::Vertical, view));
+        view->verticalHeader()->setAccessibleName(tr("Selection of recordings"));
     } else {
         view->verticalHeader()->hide();
     }
@@ -108,6 +109,7 @@ void RecordListWidget::Private::makeNameFilter()
     proxy->addFilter(nameCondition);
     nameFilter = new Filter::TextFilterWidget(nameCondition, owner);
     nameFilter->setObjectName(QStringLiteral("RecordNameFilterWidget"));
+    nameFilter->setAccessibleName(tr("Filter by name"));
     nameFilter->layout()->setContentsMargins(0, 0, 0, 0); // a part of the row, like the others
     nameCondition->setEnabled(true);
 }
@@ -128,6 +130,7 @@ void RecordListWidget::Private::makeExtendedFilter(QFlags<ExtendedFilterDialog::
     for (const auto& condition : conditions) {
         connect(condition.data(), &AbstractFilterCondition::si_filterChanged, owner,
                 &RecordListWidget::sl_extendedFilterChanged);
+        connect(condition.data(), &QObject::destroyed, &lifetime, [this] { owner->sl_extendedFilterChanged(); });
     }
     owner->sl_extendedFilterChanged();
 }

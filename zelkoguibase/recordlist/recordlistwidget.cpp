@@ -83,9 +83,20 @@ bool RecordListWidget::Private::selectShown(const QString& id)
     if (!index.isValid()) {
         return false;
     }
+    keeper->forget();
     view->selectRow(index.row());
     scrollTo(index);
     return true;
+}
+
+void RecordListWidget::Private::resetFilters()
+{
+    if (filterDialog) {
+        filterDialog->resetFilter();
+    }
+    if (nameFilter) {
+        nameFilter->resetFilter();
+    }
 }
 
 // Up and down only, and also while the column of the names is hidden.
@@ -169,17 +180,10 @@ void RecordListWidget::select(const QString& recordID, bool resetFilter)
     if (!d->records.sourceIndexOf(recordID).isValid()) {
         return;
     }
-    d->keeper->forget();
-    if (d->selectShown(recordID) || !resetFilter) {
-        return;
+    if (!d->selectShown(recordID) && resetFilter) {
+        d->resetFilters();
+        d->selectShown(recordID);
     }
-    if (d->filterDialog) {
-        d->filterDialog->resetFilter();
-    }
-    if (d->nameFilter) {
-        d->nameFilter->resetFilter();
-    }
-    d->selectShown(recordID);
 }
 
 void RecordListWidget::setFocusOnList()
@@ -211,11 +215,11 @@ void RecordListWidget::sl_controllerSelectedRecordsChanged(QStringList recordIds
     if (recordIds == d->selected) {
         return;
     }
-    if (!recordIds.isEmpty()) {
-        d->keeper->forget();
-    }
     disconnect(d->selectionChanges);
     d->selected = d->shownOf(recordIds);
+    if (!d->selected.isEmpty()) {
+        d->keeper->forget();
+    }
     d->view->selectionModel()->select(d->records.rowsOf(d->selected), QItemSelectionModel::ClearAndSelect);
     if (d->selected.size() == 1) {
         d->scrollTo(d->records.indexOf(d->selected.constFirst()));

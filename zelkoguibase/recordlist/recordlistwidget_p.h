@@ -66,6 +66,7 @@ struct RecordListWidget::Private
     QStringList shownOf(const QStringList& ids) const;
     void updateClipboardMenu();
     bool selectShown(const QString& id);
+    void resetFilters();
     void scrollTo(const QModelIndex& row);
     void lookAtPlace();
     QString textOf(const QModelIndex& sourceRow, int column) const;
@@ -96,6 +97,7 @@ struct RecordListWidget::Private
     SelectionKeeper* keeper = nullptr;
     QMetaObject::Connection selectionChanges;
     Place lastPlace;
+    const QObject lifetime; // of this; the children of the owner live a little longer
 };
 
 } // namespace ZelkoGUI
