@@ -44,6 +44,7 @@ private Q_SLOTS:
     void selectsARecordByItsID();
     void selectsARecordThatIsFilteredOut();
     void leavesTheSelectionForARecordThatIsFilteredOut();
+    void tellsThatARecordDidNotComeBack();
     void selectsNothingThatIsNotKnown();
     void keepsTheFiltersForARecordThatIsShown();
     void scrollsToTheRecordOfAnAction_data();
@@ -207,6 +208,19 @@ void RecordListSelectionTest::leavesTheSelectionForARecordThatIsFilteredOut()
     QCOMPARE(site.shown(), u"B"_s);
     QCOMPARE(site.highlighted(), u"B"_s);
     QCOMPARE(spy.size(), 0);
+}
+
+void RecordListSelectionTest::tellsThatARecordDidNotComeBack()
+{
+    ListSite site;
+    site.click(1);
+    site.click(2, Qt::ControlModifier);
+    QCOMPARE(site.widget->selectedRecords(), QStringList({u"B"_s, u"C"_s}));
+    const QSignalSpy spy(&*site.widget, &RecordListWidget::si_selectedRecordsChanged);
+    site.model.replace({u"A"_s, u"D"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(spy.size(), 1, patience);
+    QCOMPARE(spy.first().first().toStringList(), QStringList());
+    QCOMPARE(site.widget->selectedRecords(), QStringList());
 }
 
 void RecordListSelectionTest::selectsNothingThatIsNotKnown()

@@ -151,9 +151,10 @@ private Q_SLOTS:
         setting.scrollTo(20);
         const QString top = setting.topId();
         setting.lose();
+        const QSignalSpy ended(&setting.keeper, &ZelkoGUI::SelectionKeeper::ended);
         setting.comeBack(0, count);
         QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), top, patience);
-        QTest::qWait(10); // longer than rows may fail to come
+        QTRY_COMPARE_WITH_TIMEOUT(ended.size(), 1, patience);
         setting.table.verticalScrollBar()->setValue(0);
         setting.comeBack(60, 61);
         QCoreApplication::processEvents();
@@ -219,6 +220,51 @@ private Q_SLOTS:
         setting.lose();
         setting.comeBack(0, count);
         QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList({id(3), id(30)}), patience);
+    }
+
+    void scrollsBackAfterASecondLossBeforeTheTopRowCame()
+    {
+        Setting setting;
+        setting.scrollTo(20);
+        const QString top = setting.topId();
+        setting.lose();
+        setting.comeBack(0, 5);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.table.model()->rowCount(), 5, patience);
+        QCoreApplication::processEvents();
+        setting.lose();
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), top, patience);
+    }
+
+    void leavesWhatIsPickedInTheHeader()
+    {
+        Setting setting;
+        clickRow(setting.table, 3);
+        setting.lose();
+        setting.comeBack(0, 2);
+        QCoreApplication::processEvents();
+        auto* const header = setting.table.verticalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          QPoint(header->width() / 2, header->sectionViewportPosition(1) + header->sectionSize(1) / 2));
+        setting.comeBack(3, 4);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList(id(1)));
+    }
+
+    void endsThoughRowsComeAllTheTime()
+    {
+        Setting setting(std::chrono::milliseconds(50));
+        clickRow(setting.table, 3);
+        setting.lose();
+        const QSignalSpy ended(&setting.keeper, &ZelkoGUI::SelectionKeeper::ended);
+        int next = 4; // the one that is awaited never comes
+        const auto hasEnded = [&] {
+            setting.comeBack(next, next + 1);
+            ++next;
+            return !ended.isEmpty();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), patience);
+        QCOMPARE(setting.keeper.awaited(), 0);
     }
 
     void survivesASecondLossInTheSameTurn()

@@ -66,6 +66,7 @@ void RecordListWidget::Private::makeView(Options options)
     view->setTabKeyNavigation(false);
     new FilteredOutNote(view, proxy);
     keeper = new SelectionKeeper(view, proxy, refillPause, owner);
+    connect(keeper, &SelectionKeeper::ended, owner, [this] { refillEnded(); });
 }
 
 void RecordListWidget::Private::keepColumns()

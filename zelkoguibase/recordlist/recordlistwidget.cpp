@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QScrollBar>
+#include <QSet>
 
 #include <utility>
 
@@ -16,6 +17,7 @@ using ZelkoCommon::AbstractRecordListModel;
 
 void RecordListWidget::Private::followSelection()
 {
+    QObject::disconnect(selectionChanges); // somebody who was told of a selection may have made another one
     selectionChanges = connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, owner,
                                &RecordListWidget::sl_recordSelectionChanged);
 }
@@ -105,6 +107,25 @@ void RecordListWidget::Private::scrollTo(const QModelIndex& row)
     const int left = view->horizontalScrollBar()->value();
     view->scrollTo(row.siblingAtColumn(view->horizontalHeader()->logicalIndexAt(0)));
     view->horizontalScrollBar()->setValue(left);
+}
+
+QStringList RecordListWidget::Private::highlighted() const
+{
+    QStringList ids;
+    const QModelIndexList rows = view->selectionModel()->selectedRows(AbstractRecordListModel::NameColumn);
+    for (const QModelIndex& row : rows) {
+        ids.append(records.idOf(row));
+    }
+    return ids;
+}
+
+// A selection goes without a word when all rows are replaced at once. What has not come back by now has gone.
+void RecordListWidget::Private::refillEnded()
+{
+    const QStringList left = highlighted();
+    if (QSet<QString>(left.begin(), left.end()) != QSet<QString>(selected.begin(), selected.end())) {
+        owner->sl_recordSelectionChanged();
+    }
 }
 
 QString RecordListWidget::Private::textOf(const QModelIndex& sourceRow, int column) const
@@ -200,11 +221,7 @@ void RecordListWidget::enableInterfaceFilter(bool enable)
 
 void RecordListWidget::sl_recordSelectionChanged()
 {
-    d->selected.clear();
-    const QModelIndexList rows = d->view->selectionModel()->selectedRows(AbstractRecordListModel::NameColumn);
-    for (const QModelIndex& row : rows) {
-        d->selected.append(d->records.idOf(row));
-    }
+    d->selected = d->highlighted();
     d->updateClipboardMenu();
     Q_EMIT si_selectedRecordsChanged(d->selected);
 }

@@ -70,6 +70,8 @@ struct RecordListWidget::Private
     void scrollTo(const QModelIndex& row);
     void lookAtPlace();
     QString textOf(const QModelIndex& sourceRow, int column) const;
+    QStringList highlighted() const;
+    void refillEnded();
 
     RecordListWidget* const owner;
     const QPointer<IZelkoGUIController> controller;

@@ -3,6 +3,7 @@
 #include "proxiedrecords_p.h"
 
 #include <QEvent>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QScrollBar>
 #include <QSet>
@@ -13,6 +14,9 @@
 #include <utility>
 
 namespace ZelkoGUI {
+
+// In pauses. A record that never returns must not hold a list for ever into which new ones come all the time.
+constexpr int longestRefill = 12;
 
 struct SelectionKeeper::Private
 {
@@ -27,18 +31,21 @@ struct SelectionKeeper::Private
     void restore();
     void restoreCurrent();
     void restoreScrolling();
+    bool awaitsSomething() const;
     void forget();
 
     QTableView* const view;
     QSortFilterProxyModel* const proxy;
     const ProxiedRecords records;
     QTimer soon;
-    QTimer pause;        // since the last rows came
+    QTimer pause;        // since the last rows came that something was awaited of
+    QTimer limit;        // since the first rows came
     QSet<QString> away;  // were selected and have no row yet
     QStringList arrived; // have a row again and are not selected yet
     QString current;
     bool scrolled = false; // whether `top` and `left` are still to be restored
     QString top;           // ID of the first row in sight; empty when that is the first row of all, which then stays so
+    bool isTopBack = false;
     int left = 0;
 };
 
@@ -48,6 +55,7 @@ void SelectionKeeper::Private::remember()
         away.insert(id);
     }
     pause.stop();
+    limit.stop();
     if (proxy->rowCount() == 0) {
         return;
     }
@@ -57,9 +65,12 @@ void SelectionKeeper::Private::remember()
     if (view->currentIndex().isValid()) {
         current = records.idOf(view->currentIndex());
     }
-    top = view->verticalScrollBar()->value() > 0 ? records.idOf(view->indexAt(QPoint(0, 0))) : QString();
+    if (!scrolled || isTopBack) {
+        top = view->verticalScrollBar()->value() > 0 ? records.idOf(view->indexAt(QPoint(0, 0))) : QString();
+        left = view->horizontalScrollBar()->value();
+    }
     scrolled = true;
-    left = view->horizontalScrollBar()->value();
+    isTopBack = top.isEmpty();
 }
 
 void SelectionKeeper::Private::rowsCame(int first, int last)
@@ -73,10 +84,18 @@ void SelectionKeeper::Private::rowsCame(int first, int last)
             arrived.append(id);
         }
     }
-    if (!away.isEmpty() || !pause.isActive()) {
+    if (awaitsSomething() || !pause.isActive()) {
         pause.start();
     }
+    if (!limit.isActive()) {
+        limit.start();
+    }
     soon.start();
+}
+
+bool SelectionKeeper::Private::awaitsSomething() const
+{
+    return !away.isEmpty() || !current.isEmpty() || !isTopBack;
 }
 
 void SelectionKeeper::Private::restore()
@@ -107,6 +126,7 @@ void SelectionKeeper::Private::restoreScrolling()
     view->doItemsLayout(); // without it new rows have no place yet to scroll to
     const QModelIndex topIndex = records.indexOf(top);
     if (topIndex.isValid()) {
+        isTopBack = true;
         view->scrollTo(topIndex, QAbstractItemView::PositionAtTop);
     } else if (top.isEmpty()) {
         view->scrollToTop();
@@ -118,6 +138,7 @@ void SelectionKeeper::Private::forget()
 {
     soon.stop();
     pause.stop();
+    limit.stop();
     away.clear();
     arrived.clear();
     current.clear();
@@ -134,17 +155,28 @@ SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy,
     d->pause.setSingleShot(true);
     d->pause.setInterval(pause);
     connect(&d->soon, &QTimer::timeout, this, [this] { d->restore(); });
-    connect(&d->pause, &QTimer::timeout, this, [this] {
-        d->restore();
-        d->forget();
-    });
+    d->limit.setSingleShot(true);
+    d->limit.setInterval(longestRefill * pause);
+    for (QTimer* const over : {&d->pause, &d->limit}) {
+        connect(over, &QTimer::timeout, this, [this] {
+            d->restore();
+            d->forget();
+            Q_EMIT ended();
+        });
+    }
     connect(proxy, &QAbstractItemModel::modelAboutToBeReset, this, [this] { d->remember(); });
     connect(proxy, &QAbstractItemModel::modelReset, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });
     connect(proxy, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex&, int first, int last) { d->rowsCame(first, last); });
-    for (QObject* const watched : {static_cast<QObject*>(view), static_cast<QObject*>(view->viewport()),
-                                   static_cast<QObject*>(view->verticalScrollBar())}) {
-        watched->installEventFilter(this);
+    connect(proxy, &QAbstractItemModel::layoutChanged, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });
+    const QList<QWidget*> watched{view,
+                                  view->viewport(),
+                                  view->verticalScrollBar(),
+                                  view->horizontalScrollBar(),
+                                  view->verticalHeader()->viewport(),
+                                  view->horizontalHeader()->viewport()};
+    for (QWidget* const widget : watched) {
+        widget->installEventFilter(this);
     }
 }
 

@@ -13,16 +13,17 @@ namespace ZelkoGUI {
 /// Keeps selection, current row and scroll position of a record table by record ID while all its rows go and come back,
 /// as they do when a recorder is restarted.
 ///
-/// Rows that come back are selected as they arrive. When none has come for a while, what is still missing is gone and
-/// forgotten. A key, a click or the wheel in the table ends all that: what the user does then counts. A batch of rows
-/// costs the same however many are awaited.
+/// Rows that come back are selected as they arrive. When none has come for a while, or rows have come for long, what is
+/// still missing is gone and forgotten. A key, a click or the wheel in the table, its headers or scroll bars ends all
+/// that: what the user does then counts. A batch of rows costs the same however many are awaited.
 class SelectionKeeper final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `view` shows `proxy`, a proxy over a record list; both outlive this object. `pause` is how long no row must come
-    /// for the list to count as complete.
+    /// `view`, which has its headers already, shows `proxy`, a proxy over a record list; both outlive this object.
+    /// `pause` is how long no row must come for the list to count as complete; after twelve times as long it does
+    /// anyway.
     SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy, std::chrono::milliseconds pause, QObject* parent);
     ~SelectionKeeper() override;
 
@@ -31,6 +32,10 @@ public:
 
     /// How many records were selected and are not back yet.
     int awaited() const;
+
+Q_SIGNALS:
+    /// The list counts as complete: what did not come back is forgotten.
+    void ended();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
