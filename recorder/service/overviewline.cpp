@@ -50,7 +50,8 @@ QList<QByteArray> OverviewLine::datagrams(const std::vector<float>& levels) cons
         put(bytes, 48, span);
         put(bytes, 56, static_cast<quint16>(count));
         for (std::size_t i = 0; i < count; ++i) {
-            put(bytes, static_cast<qsizetype>(headSize + 2 * i), hundredths(levels[first + i]));
+            const std::size_t place = headSize + 2 * i;
+            put(bytes, static_cast<qsizetype>(place), hundredths(levels[first + i]));
         }
         result.append(bytes);
     }

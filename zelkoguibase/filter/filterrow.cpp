@@ -213,7 +213,7 @@ int FilterRow::column() const
 
 Conditions FilterRow::makeConditions() const
 {
-    const Conditions conditions = kind.conditions(column());
+    Conditions conditions = kind.conditions(column());
     for (int i = 0; i < conditions.size(); ++i) {
         conditions[i]->setObjectName(QLatin1String(conditionNames[static_cast<std::size_t>(i)]));
     }

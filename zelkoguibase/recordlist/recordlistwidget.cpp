@@ -227,6 +227,7 @@ void RecordListWidget::sl_recordSelectionChanged()
 }
 
 // What this widget has told the controller comes back from there; that it is known is the end of it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the applications' connections name the slot with this type.
 void RecordListWidget::sl_controllerSelectedRecordsChanged(QStringList recordIds)
 {
     if (recordIds == d->selected) {
@@ -246,6 +247,7 @@ void RecordListWidget::sl_controllerSelectedRecordsChanged(QStringList recordIds
 }
 
 // A record that is being deleted has no row to scroll to soon.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the applications' connections name the slot with these types.
 void RecordListWidget::sl_userActionTriggered(QStringList recordIDs, IZelkoGUIController::enUserAction action)
 {
     if (recordIDs.size() == 1 && action != IZelkoGUIController::UserActionDelete) {
