@@ -61,7 +61,8 @@ QList<QByteArray> OverviewLine::datagrams(const std::vector<float>& levels) cons
 quint64 overviewCookie(const QString& device, const QString& record)
 {
     quint64 hash = 0xcbf29ce484222325;
-    for (const char byte : (device + QLatin1Char('/') + record).toUtf8()) {
+    const QByteArray place = (device + QLatin1Char('/') + record).toUtf8();
+    for (const char byte : place) {
         hash = (hash ^ static_cast<quint8>(byte)) * 0x100000001b3;
     }
     return hash;

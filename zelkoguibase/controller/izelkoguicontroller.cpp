@@ -191,13 +191,7 @@ QWidget* IZelkoGUIController::dialogParent() const
 
 void IZelkoGUIController::setUserActions(const QFlags<enUserAction>& userActions)
 {
-    for (auto it = d->actions.begin(); it != d->actions.end();) {
-        if (userActions.testFlag(it.key())) {
-            ++it;
-        } else {
-            it = d->actions.erase(it);
-        }
-    }
+    d->actions.removeIf([&userActions](auto action) { return !userActions.testFlag(action.key()); });
     for (const ActionDescription& description : descriptions) {
         if (userActions.testFlag(description.flag) && !d->actions.contains(description.flag)) {
             d->actions.insert(description.flag, makeAction(description, this));
