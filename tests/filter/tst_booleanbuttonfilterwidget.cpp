@@ -1,16 +1,12 @@
-#include "conditionsignallog.h"
-#include "editorhands.h"
+#include "booleaneditorchecks.h"
 #include "iconpicture.h"
 
 #include <resources/zelkoicons.h>
 #include <zelkoguibase/filter/booleanbuttonfilterwidget.h>
-#include <zelkoguibase/filter/booleanfiltercondition.h>
-
-#include <QCheckBox>
-#include <QtTest>
 
 using namespace ZelkoGUI::Filter;
 using namespace editorhands;
+using booleaneditorchecks::restoreValue;
 
 namespace {
 
@@ -36,14 +32,6 @@ struct Editor
     QCheckBox& enable = part<QCheckBox>(*widget, QStringLiteral("EnableFilter"));
     QPushButton& button = part<QPushButton>(*widget, QStringLiteral("PushButton"));
 };
-
-bool restoreValue(BooleanFilterCondition& condition, bool value, bool enabled)
-{
-    BooleanFilterCondition saved(12, 33, nullptr);
-    saved.setValue(value);
-    saved.setEnabled(enabled);
-    return restore(condition, saved);
-}
 
 } // namespace
 
@@ -95,13 +83,7 @@ void BooleanButtonFilterWidgetTest::switchesTheConditionOff()
 void BooleanButtonFilterWidgetTest::theCheckBoxSwitchesTheCondition()
 {
     Editor editor;
-    QVERIFY(!editor.button.isEnabled());
-    click(editor.enable);
-    QVERIFY(editor.condition->enabled());
-    QVERIFY(editor.button.isEnabled());
-    click(editor.enable);
-    QVERIFY(!editor.condition->enabled());
-    QVERIFY(!editor.button.isEnabled());
+    booleaneditorchecks::theCheckBoxSwitches(*editor.condition, editor.enable, editor.button);
 }
 
 void BooleanButtonFilterWidgetTest::theButtonTurnsTheFlag()
@@ -150,11 +132,7 @@ void BooleanButtonFilterWidgetTest::showsARestoredFlag()
 void BooleanButtonFilterWidgetTest::restoringDoesNotWriteBack()
 {
     Editor editor;
-    ConditionSignalLog log(*editor.condition);
-    QVERIFY(restoreValue(*editor.condition, false, true));
-    QCOMPARE(log.take(), QStringLiteral("filter, content"));
-    QVERIFY(!editor.condition->value());
-    QVERIFY(editor.condition->enabled());
+    booleaneditorchecks::restoringDoesNotWriteBack(*editor.condition);
 }
 
 void BooleanButtonFilterWidgetTest::isResetByItsWindow()
@@ -162,10 +140,7 @@ void BooleanButtonFilterWidgetTest::isResetByItsWindow()
     Editor editor;
     click(editor.enable);
     click(editor.button);
-    static_cast<IFilterUI*>(editor.widget)->resetFilter();
-    QVERIFY(!editor.condition->enabled());
-    QVERIFY(!editor.enable.isChecked());
-    QVERIFY(!editor.condition->value());
+    booleaneditorchecks::isReset(*editor.widget, *editor.condition, editor.enable);
 }
 
 void BooleanButtonFilterWidgetTest::isWorkedByKeysAlone()

@@ -1,14 +1,10 @@
-#include "conditionsignallog.h"
-#include "editorhands.h"
+#include "booleaneditorchecks.h"
 
 #include <zelkoguibase/filter/booleancombofilterwidget.h>
-#include <zelkoguibase/filter/booleanfiltercondition.h>
-
-#include <QCheckBox>
-#include <QtTest>
 
 using namespace ZelkoGUI::Filter;
 using namespace editorhands;
+using booleaneditorchecks::restoreValue;
 
 namespace {
 
@@ -25,14 +21,6 @@ struct Editor
     QCheckBox& enable = part<QCheckBox>(*widget, QStringLiteral("EnableFilter"));
     QComboBox& selection = part<QComboBox>(*widget, QStringLiteral("Selection"));
 };
-
-bool restoreValue(BooleanFilterCondition& condition, bool value, bool enabled)
-{
-    BooleanFilterCondition saved(12, 33, nullptr);
-    saved.setValue(value);
-    saved.setEnabled(enabled);
-    return restore(condition, saved);
-}
 
 } // namespace
 
@@ -82,13 +70,7 @@ void BooleanComboFilterWidgetTest::switchesTheConditionOff()
 void BooleanComboFilterWidgetTest::theCheckBoxSwitchesTheCondition()
 {
     Editor editor;
-    QVERIFY(!editor.selection.isEnabled());
-    click(editor.enable);
-    QVERIFY(editor.condition->enabled());
-    QVERIFY(editor.selection.isEnabled());
-    click(editor.enable);
-    QVERIFY(!editor.condition->enabled());
-    QVERIFY(!editor.selection.isEnabled());
+    booleaneditorchecks::theCheckBoxSwitches(*editor.condition, editor.enable, editor.selection);
 }
 
 void BooleanComboFilterWidgetTest::theBoxChoosesTheFlag()
@@ -120,11 +102,7 @@ void BooleanComboFilterWidgetTest::showsARestoredFlag()
 void BooleanComboFilterWidgetTest::restoringDoesNotWriteBack()
 {
     Editor editor;
-    ConditionSignalLog log(*editor.condition);
-    QVERIFY(restoreValue(*editor.condition, false, true));
-    QCOMPARE(log.take(), QStringLiteral("filter, content"));
-    QVERIFY(!editor.condition->value());
-    QVERIFY(editor.condition->enabled());
+    booleaneditorchecks::restoringDoesNotWriteBack(*editor.condition);
 }
 
 void BooleanComboFilterWidgetTest::isResetByItsWindow()
@@ -133,10 +111,7 @@ void BooleanComboFilterWidgetTest::isResetByItsWindow()
     QVERIFY(editor.form.isActive());
     click(editor.enable);
     choose(editor.selection, 0);
-    static_cast<IFilterUI*>(editor.widget)->resetFilter();
-    QVERIFY(!editor.condition->enabled());
-    QVERIFY(!editor.enable.isChecked());
-    QVERIFY(!editor.condition->value());
+    booleaneditorchecks::isReset(*editor.widget, *editor.condition, editor.enable);
 }
 
 void BooleanComboFilterWidgetTest::isWorkedByKeysAlone()
