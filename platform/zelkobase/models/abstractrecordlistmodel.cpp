@@ -1,6 +1,7 @@
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
 #include "recordcolumns_p.h"
+#include "sortkeys_p.h"
 
 namespace ZelkoCommon {
 namespace {
@@ -17,6 +18,11 @@ void registerMetaTypes()
 QVariant alignment(const RecordColumn& column)
 {
     return column.number ? QVariant(static_cast<int>(Qt::AlignRight | Qt::AlignVCenter)) : QVariant();
+}
+
+bool isSortRole(int role)
+{
+    return role == AbstractRecordListModel::SortRole || role == Qt::UserRole;
 }
 
 bool hasContent(int role)
@@ -37,11 +43,29 @@ bool hasContent(int role)
 
 AbstractRecordListModel::AbstractRecordListModel(QObject* parent)
     : QAbstractTableModel(parent)
+    , m_sortKeys(std::make_unique<SortKeys>(
+          [this](int row, int column) { return cell(row, static_cast<Column>(column), SortRole); }))
 {
     registerMetaTypes();
+    keepSortKeysUpToDate();
 }
 
 AbstractRecordListModel::~AbstractRecordListModel() = default;
+
+// Nobody was connected before, so whoever is told of a change and sorts is given the keys behind it.
+void AbstractRecordListModel::keepSortKeysUpToDate()
+{
+    using Model = QAbstractItemModel;
+    connect(this, &Model::dataChanged, this, [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
+        m_sortKeys->cellsChanged(topLeft.row(), bottomRight.row(), topLeft.column(), bottomRight.column());
+    });
+    connect(this, &Model::rowsInserted, this,
+            [this](const QModelIndex&, int first, int last) { m_sortKeys->rowsInserted(first, last); });
+    const auto onAny = [this](auto... changes) {
+        (connect(this, changes, this, [this] { m_sortKeys->forget(); }), ...);
+    };
+    onAny(&Model::layoutChanged, &Model::modelReset, &Model::rowsRemoved, &Model::rowsMoved);
+}
 
 int AbstractRecordListModel::rowCount(const QModelIndex& parent) const
 {
@@ -62,12 +86,18 @@ QModelIndex AbstractRecordListModel::index(int row, int column, const QModelInde
 
 QVariant AbstractRecordListModel::data(const QModelIndex& index, int role) const
 {
+    if (isSortRole(role) && index.model() == this && m_sortKeys->keeps(index.row(), index.column())) {
+        return m_sortKeys->key(index.row());
+    }
     const bool exists = index.isValid() && index.model() == this && index.row() < recordCount();
     if (!exists) {
         return {};
     }
     if (role == Qt::TextAlignmentRole) {
         return alignment(recordColumn(index.column()));
+    }
+    if (isSortRole(role)) {
+        return m_sortKeys->ask(index.row(), index.column(), recordCount());
     }
     return hasContent(role) ? cell(index.row(), static_cast<Column>(index.column()), role) : QVariant();
 }

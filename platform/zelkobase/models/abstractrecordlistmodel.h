@@ -9,6 +9,8 @@
 
 namespace ZelkoCommon {
 
+class SortKeys;
+
 /// A table of records, one row each, whatever they come from. A derived class supplies the records and emits the
 /// signals; this one says what stands in the columns. Sorting and filtering are the business of a proxy.
 ///
@@ -22,6 +24,8 @@ namespace ZelkoCommon {
 /// | `ValueRole`              | the typed value that filters read, see `Column`                                   |
 ///
 /// A row without record data has nothing but its ID to show.
+///
+/// What stands in a row is taken to be the same until a signal of the model says otherwise.
 class ZELKOBASEMODELS_EXPORT AbstractRecordListModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -116,6 +120,11 @@ public:
 
     /// Number of rows.
     virtual int recordCount() const = 0;
+
+private:
+    void keepSortKeysUpToDate();
+
+    const std::unique_ptr<SortKeys> m_sortKeys;
 };
 
 } // namespace ZelkoCommon

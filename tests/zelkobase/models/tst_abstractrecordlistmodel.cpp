@@ -1,6 +1,7 @@
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
 #include "fixedrecordmodel.h"
+#include "listedrecords.h"
 #include "signallog.h"
 #include "testrecords.h"
 
@@ -284,6 +285,39 @@ private Q_SLOTS:
         QVERIFY(model.getRecordID(other.index(0, 0)).isEmpty());
         QVERIFY(!model.data(QModelIndex()).isValid());
         QVERIFY(!model.index(0, 0).data(Qt::EditRole).isValid());
+    }
+
+    void aSortedListStaysSortedOverEveryChange()
+    {
+        const auto idOf = [](int number) { return QStringLiteral("r%1").arg(number); };
+        const auto sizeOf = [](int number) { return static_cast<quint64>(number * 7919 % 10007); };
+        ListedRecords model;
+        QSortFilterProxyModel sorted;
+        sorted.setSortRole(Model::SortRole);
+        sorted.setSourceModel(&model);
+        for (int number = 0; number < 2000; ++number) {
+            model.add(makeRecord(idOf(number), 2, sizeOf(number)));
+        }
+        const auto isSorted = [&] {
+            QList<quint64> sizes;
+            for (int row = 0; row < sorted.rowCount(); ++row) {
+                const QString id = sorted.index(row, Model::RecordIDColumn).data().toString();
+                sizes.append(model.getRecordData(id)->GetSize());
+            }
+            return sizes.size() == model.recordCount() && std::is_sorted(sizes.begin(), sizes.end());
+        };
+        sorted.sort(Model::SizeColumn); // from here on many keys have been asked for
+        QVERIFY(isSorted());
+        model.change(makeRecord(idOf(1000), 2, 1));
+        QVERIFY(isSorted());
+        model.add(makeRecord(idOf(5000), 2, 5000));
+        QVERIFY(isSorted());
+        model.remove(idOf(3));
+        sorted.invalidate();
+        QVERIFY(isSorted());
+        model.replace({idOf(1), idOf(2)});
+        model.change(makeRecord(idOf(1), 2, 9));
+        QVERIFY(isSorted());
     }
 
     void modelIsConsistent()
