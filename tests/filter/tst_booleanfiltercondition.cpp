@@ -47,6 +47,7 @@ void BooleanFilterConditionTest::passesCellsOfTheSameFlag_data()
     QTest::newRow("a number") << QVariant(2) << true << false;
     QTest::newRow("zero") << QVariant(0.0) << false << true;
     QTest::newRow("a word") << QVariant(QStringLiteral("false")) << false << true;
+    QTest::newRow("an enumerator") << QVariant::fromValue(Qt::DescendingOrder) << false << false;
     QTest::newRow("a moment") << QVariant(QDateTime::currentDateTime()) << false << false;
     QTest::newRow("nothing") << QVariant() << false << false;
 }

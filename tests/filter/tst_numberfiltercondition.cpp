@@ -160,6 +160,7 @@ void NumberFilterConditionTest::comparesNumbers_data()
     QTest::newRow("not a number in the cell") << 100.0 << QVariant(notANumber) << unordered;
     QTest::newRow("not a number as the limit") << notANumber << QVariant(100.0) << unordered;
     QTest::newRow("not a number on both sides") << notANumber << QVariant(notANumber) << unordered;
+    QTest::newRow("an enumerator") << 1.0 << QVariant::fromValue(Qt::DescendingOrder) << failed;
     QTest::newRow("a moment") << 100.0 << QVariant(noon) << failed;
     QTest::newRow("a list") << 100.0 << QVariant(QStringList(QStringLiteral("1"))) << failed;
     QTest::newRow("nothing") << 0.0 << QVariant() << failed;

@@ -1,5 +1,7 @@
 #include <zelkoguibase/filter/booleanfiltercondition.h>
 
+#include "celltest_p.h"
+
 #include <zelkobase/data/filtercondition.h>
 
 namespace ZelkoGUI::Filter {
@@ -12,7 +14,7 @@ BooleanFilterCondition::~BooleanFilterCondition() = default;
 
 bool BooleanFilterCondition::passes(const QVariant& value) const
 {
-    return !enabled() || (value.canConvert<bool>() && value.toBool() == m_value);
+    return !enabled() || (value.canConvert<bool>() && !isEnumerator(value) && value.toBool() == m_value);
 }
 
 void BooleanFilterCondition::setValue(bool value)

@@ -14,4 +14,11 @@ inline bool passesRow(const AbstractFilterCondition& condition, const QAbstractI
     return condition.passes(source.data(cell, condition.filterRole()));
 }
 
+/// Whether a cell holds an enumerator. QVariant would make a number or a flag of it, but to a condition on either it is
+/// a cell of the wrong type.
+inline bool isEnumerator(const QVariant& cell)
+{
+    return cell.metaType().flags() & QMetaType::IsEnumeration;
+}
+
 } // namespace ZelkoGUI::Filter

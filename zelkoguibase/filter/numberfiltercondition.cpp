@@ -1,5 +1,7 @@
 #include <zelkoguibase/filter/numberfiltercondition.h>
 
+#include "celltest_p.h"
+
 #include <zelkobase/data/filtercondition.h>
 #include <zelkobase/data/filtervalue.h>
 
@@ -28,6 +30,9 @@ std::optional<T> valueOf(const QVariant& cell)
     constexpr QMetaType type = QMetaType::fromType<T>();
     if (cell.metaType() == type) {
         return *static_cast<const T*>(cell.constData());
+    }
+    if (isEnumerator(cell)) {
+        return std::nullopt;
     }
     QVariant converted = cell;
     return converted.convert(type) ? std::optional(converted.value<T>()) : std::nullopt;
