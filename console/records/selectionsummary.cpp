@@ -5,6 +5,8 @@
 
 #include <QItemSelectionModel>
 
+#include <numeric>
+
 namespace ZelkoConsole {
 namespace {
 
@@ -34,9 +36,10 @@ SelectionSummary::SelectionSummary(const QItemSelectionModel* selection, QObject
     : QObject(parent)
 {
     connect(selection, &QItemSelectionModel::selectionChanged, this,
-            [this](const QItemSelection& selected, const QItemSelection& deselected) {
+            [this, selection](const QItemSelection& selected, const QItemSelection& deselected) {
                 drop(deselected);
                 take(selected);
+                dropUntold(selection->selection());
                 Q_EMIT changed();
             });
     connect(selection->model(), &QAbstractItemModel::dataChanged, this, &SelectionSummary::update);
@@ -81,6 +84,18 @@ void SelectionSummary::drop(const QItemSelection& deselected)
             Amount counted = m_amounts.take(idOf(row));
             count(counted, {});
         });
+    }
+}
+
+// A list that hides many rows at once need not name each of those that were selected.
+void SelectionSummary::dropUntold(const QItemSelection& selection)
+{
+    const int rows = std::accumulate(selection.begin(), selection.end(), 0,
+                                     [](int sum, const QItemSelectionRange& range) { return sum + range.height(); });
+    if (rows < m_amounts.size()) {
+        m_amounts.clear();
+        m_total = {};
+        take(selection);
     }
 }
 

@@ -12,7 +12,7 @@ namespace ZelkoConsole {
 /// What is selected, in one line: the number of records with their size and duration together.
 ///
 /// Follows selection and records. A record that changes costs the same however many are selected, and so does one that
-/// is selected or no longer is.
+/// is selected or no longer is, where the selection consists of few ranges.
 class SelectionSummary : public QObject
 {
     Q_OBJECT
@@ -42,6 +42,7 @@ private:
     void count(Amount& counted, const Amount& amount);
     void take(const QItemSelection& selected);
     void drop(const QItemSelection& deselected);
+    void dropUntold(const QItemSelection& selection);
     void update(const QModelIndex& topLeft, const QModelIndex& bottomRight);
     void clear();
 

@@ -2,6 +2,8 @@
 #include "testrecords.h"
 
 #include <console/records/selectionsummary.h>
+#include <zelkoguibase/filter/multifiltersortproxymodel.h>
+#include <zelkoguibase/filter/numberfiltercondition.h>
 
 #include <QIdentityProxyModel>
 #include <QItemSelectionModel>
@@ -10,6 +12,8 @@
 #include <QTest>
 
 using namespace ZelkoConsole;
+using ZelkoGUI::Filter::MultiFilterSortProxyModel;
+using ZelkoGUI::Filter::NumberFilterCondition;
 using Model = ZelkoCommon::AbstractRecordListModel;
 
 namespace {
@@ -67,6 +71,28 @@ class TestSelectionSummary : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void forgetsRecordsThatAFilterHidesAllOverTheList()
+    {
+        FixedRecordModel source(records(400));
+        for (int row = 0; row < 400; row += 2) {
+            source.recordData(row)->SetSize(2048);
+        }
+        MultiFilterSortProxyModel list(nullptr);
+        list.setSourceModel(&source);
+        QItemSelectionModel selection(&list);
+        list.followSelection(&selection);
+        const SelectionSummary summary(&selection);
+        selection.select(QItemSelection(list.index(100, 0), list.index(299, 0)),
+                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        QCOMPARE(summary.text(), QStringLiteral("200 selected, 300 kByte, 05:00:00"));
+        auto* small = new NumberFilterCondition<double>(1024, Model::SizeColumn, Model::ValueRole, &list);
+        small->setComparator(ZelkoGUI::Filter::NumberComparison::Equal);
+        small->setEnabled(true);
+        list.addFilter(small);
+        QCOMPARE(selection.selectedRows().size(), 100);
+        QCOMPARE(summary.text(), QStringLiteral("100 selected, 100 kByte, 02:30:00"));
+    }
+
     void saysNothingWithoutASelection()
     {
         const Setting setting(3);
