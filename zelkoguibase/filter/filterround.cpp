@@ -15,15 +15,25 @@ FilterRound::FilterRound(const QAbstractItemModel& source, const QList<AbstractF
     }
     m_acceptedCount = rowCount();
     for (int row = 0; row < rowCount() && !tests.empty(); ++row) {
-        if (!judge(tests, source, row)) {
-            reject(row);
+        if (!passes(tests, source, row)) {
+            m_accepted[static_cast<std::size_t>(row)] = false;
             --m_acceptedCount;
         }
     }
 }
 
+void FilterRound::judge(const std::vector<int>& sourceRows, bool accepted)
+{
+    for (const int row : sourceRows) {
+        if (accepts(row) != accepted) {
+            m_accepted[static_cast<std::size_t>(row)] = accepted;
+            m_acceptedCount += accepted ? 1 : -1;
+        }
+    }
+}
+
 // Behind the first rejection only those conditions matter that may yet be the first of their column to reject a row.
-bool FilterRound::judge(const std::vector<Test>& tests, const QAbstractItemModel& source, int row)
+bool FilterRound::passes(const std::vector<Test>& tests, const QAbstractItemModel& source, int row)
 {
     bool accepted = true;
     for (const Test& test : tests) {

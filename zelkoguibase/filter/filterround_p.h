@@ -23,9 +23,8 @@ public:
 
     bool accepts(int sourceRow) const { return m_accepted[static_cast<std::size_t>(sourceRow)]; }
 
-    /// Counts a rejected row as accepted, until it is rejected again.
-    void accept(int sourceRow) { m_accepted[static_cast<std::size_t>(sourceRow)] = true; }
-    void reject(int sourceRow) { m_accepted[static_cast<std::size_t>(sourceRow)] = false; }
+    /// Gives rows another verdict, until they are given this one back.
+    void judge(const std::vector<int>& sourceRows, bool accepted);
 
     /// For each source column with an active condition the first row that one of them rejects, or -1.
     const std::map<int, int>& firstRejected() const { return m_firstRejected; }
@@ -37,7 +36,7 @@ private:
         int* firstRejected;
     };
 
-    static bool judge(const std::vector<Test>& tests, const QAbstractItemModel& source, int row);
+    static bool passes(const std::vector<Test>& tests, const QAbstractItemModel& source, int row);
 
     std::vector<bool> m_accepted;
     int m_acceptedCount = 0;

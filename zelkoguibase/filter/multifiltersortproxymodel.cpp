@@ -2,15 +2,19 @@
 
 #include "celltest_p.h"
 #include "filterround_p.h"
+#include "heldrows_p.h"
 #include "rejectingcolumns_p.h"
 #include "rowchange_p.h"
+#include "shownrows_p.h"
 
 #include <QIcon>
+#include <QItemSelectionModel>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QSet>
+#include <QSignalBlocker>
 
 #include <algorithm>
-#include <numeric>
 #include <optional>
 
 namespace ZelkoGUI::Filter {
@@ -35,10 +39,10 @@ public:
     bool hidesRows() const;
     int proxyColumn(int sourceColumn) const;
     void findFilteredColumns();
-    std::vector<int> shownRows() const;
-    std::vector<int> markedPlaces() const;
+    bool hidesHeldRows() const;
+    std::vector<int> comingRows() const;
     bool mayBeWhollySelected() const;
-    bool isSorted() const { return q->sortColumn() >= 0 || q->sortOrder() != Qt::AscendingOrder; }
+    bool isForLayout() const;
     void forgetRound() { round.reset(); }
     void forgetSource();
 
@@ -47,6 +51,10 @@ public:
     QSet<int> filteredColumns;
     RejectingColumns rejectingColumns{filters};
     std::optional<FilterRound> round; // while the rows are made to follow it
+    HeldRows::Selections selections;
+    int leavingRows = 0; // of the source, which the list has lost already
+    bool isFiltering = false;
+    bool isOutdated = false; // the conditions changed meanwhile
     std::unique_ptr<QObject> sourceConnections;
 };
 
@@ -59,7 +67,7 @@ void MultiFilterSortProxyModel::Private::forgetSource()
 bool MultiFilterSortProxyModel::Private::hidesRows() const
 {
     const QAbstractItemModel* source = q->sourceModel();
-    return source && q->rowCount() != source->rowCount();
+    return source && q->rowCount() != source->rowCount() - leavingRows;
 }
 
 // Without a row there is nothing that could be mapped; the columns of the source are taken as they stand.
@@ -80,38 +88,32 @@ void MultiFilterSortProxyModel::Private::findFilteredColumns()
     }
 }
 
-std::vector<int> MultiFilterSortProxyModel::Private::shownRows() const
+bool MultiFilterSortProxyModel::Private::hidesHeldRows() const
 {
-    std::vector<int> rows(static_cast<std::size_t>(q->rowCount()));
-    if (!isSorted() && !hidesRows()) {
-        std::iota(rows.begin(), rows.end(), 0);
-        return rows;
-    }
-    int place = 0;
-    for (int& row : rows) {
-        row = q->mapToSource(q->index(place++, 0)).row();
+    const ShownRows shown(*q);
+    return !HeldRows(shown, q->persistentIndexList(), selections).hiddenBy(*round).empty();
+}
+
+std::vector<int> MultiFilterSortProxyModel::Private::comingRows() const
+{
+    const std::vector<bool> shown = ShownRows(*q).bySourceRow();
+    std::vector<int> rows;
+    for (int row = 0; row < round->rowCount(); ++row) {
+        if (round->accepts(row) && !shown[static_cast<std::size_t>(row)]) {
+            rows.push_back(row);
+        }
     }
     return rows;
 }
 
-std::vector<int> MultiFilterSortProxyModel::Private::markedPlaces() const
-{
-    std::vector<int> places;
-    for (const QModelIndex& index : q->persistentIndexList()) {
-        if (!index.parent().isValid()) {
-            places.push_back(index.row());
-        }
-    }
-    std::sort(places.begin(), places.end());
-    places.erase(std::unique(places.begin(), places.end()), places.end());
-    return places;
-}
-
-// A selection of the whole list is known by its two corners.
 bool MultiFilterSortProxyModel::Private::mayBeWhollySelected() const
 {
-    const QModelIndexList indexes = q->persistentIndexList();
-    return indexes.contains(q->index(0, 0)) && indexes.contains(q->index(q->rowCount() - 1, q->columnCount() - 1));
+    return Filter::mayBeWhollySelected(q->persistentIndexList(), q->rowCount(), q->columnCount());
+}
+
+bool MultiFilterSortProxyModel::Private::isForLayout() const
+{
+    return RowChange(ShownRows(*q), *round).isForLayout();
 }
 
 MultiFilterSortProxyModel::MultiFilterSortProxyModel(QObject* parent)
@@ -141,6 +143,7 @@ void MultiFilterSortProxyModel::followOwnChanges()
 void MultiFilterSortProxyModel::followSource()
 {
     d->forgetSource();
+    d->leavingRows = 0;
     d->sourceConnections = std::make_unique<QObject>();
     if (!sourceModel()) {
         return;
@@ -173,7 +176,15 @@ void MultiFilterSortProxyModel::followSourceContent()
                     d->rejectingColumns.rowsInserted(*source, first, last);
                 }
             });
-    connect(source, &QAbstractItemModel::rowsRemoved, context, [this] { d->forgetRound(); });
+    connect(source, &QAbstractItemModel::rowsAboutToBeRemoved, context,
+            [this](const QModelIndex& parent, int first, int last) {
+                d->leavingRows = parent.isValid() ? 0 : last - first + 1;
+            });
+    connect(source, &QAbstractItemModel::rowsRemoved, context, [this] {
+        d->leavingRows = 0;
+        d->forgetRound();
+        d->rejectingColumns.rowsRemoved();
+    });
 }
 
 QVariant MultiFilterSortProxyModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -240,6 +251,14 @@ void MultiFilterSortProxyModel::clearFilters()
     filterHasChanged();
 }
 
+void MultiFilterSortProxyModel::followSelection(const QItemSelectionModel* selection)
+{
+    d->selections.removeAll(nullptr);
+    if (selection && !d->selections.contains(selection)) {
+        d->selections.append(selection);
+    }
+}
+
 void MultiFilterSortProxyModel::filterHasChanged()
 {
     filterAnew();
@@ -263,8 +282,21 @@ void MultiFilterSortProxyModel::invalidateHeaderData()
     Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns - 1);
 }
 
-// The rows are judged once; the base class, which asks for each row anew, is answered from that.
+// Rows that come and go in single steps are counted beforehand, so a change from within one has to wait.
 void MultiFilterSortProxyModel::filterAnew()
+{
+    d->isOutdated = true;
+    if (d->isFiltering) {
+        return;
+    }
+    const QScopedValueRollback filtering(d->isFiltering, true);
+    while (std::exchange(d->isOutdated, false)) {
+        judgeAndShow();
+    }
+}
+
+// The rows are judged once; the base class, which asks for each row anew, is answered from that.
+void MultiFilterSortProxyModel::judgeAndShow()
 {
     d->forgetSource();
     if (!sourceModel()) {
@@ -272,29 +304,75 @@ void MultiFilterSortProxyModel::filterAnew()
     }
     d->round.emplace(*sourceModel(), d->filters);
     d->rejectingColumns.take(*sourceModel(), *d->round);
-    if (dynamicSortFilter() && !d->mayBeWhollySelected()) {
-        const RowChange change(d->shownRows(), *d->round, d->isSorted());
-        if (change.isForLayout()) {
-            changeLayout(change.hiddenAmong(d->markedPlaces()));
-        }
+    if (dynamicSortFilter() && d->isForLayout()) {
+        showInLayouts();
     }
     invalidateFilter();
     d->forgetRound();
 }
 
+void MultiFilterSortProxyModel::showInLayouts()
+{
+    if (d->mayBeWhollySelected() || d->hidesHeldRows()) {
+        hideBeforeShowing();
+    }
+    if (d->round) {
+        takeInLayout();
+    }
+}
+
+// As single steps do it: whoever loses the current row is given one of those that were there. In a list that is
+// selected as a whole, selection models take whatever a layout change shows for selected; with one new row in it, it is
+// not.
+void MultiFilterSortProxyModel::hideBeforeShowing()
+{
+    const std::vector<int> coming = d->comingRows();
+    const auto judgeComing = [&](bool accepted) {
+        if (d->round) { // whoever was told of the change has not changed the source
+            d->round->judge(coming, accepted);
+        }
+    };
+    judgeComing(false);
+    takeInLayout();
+    invalidateFilter();
+    if (d->round && !coming.empty() && d->mayBeWhollySelected()) {
+        d->round->judge({coming.front()}, true);
+        invalidateFilter();
+    }
+    judgeComing(true);
+}
+
 // A change of the layout lets hidden rows vanish from selections without a word. So those rows by which that would be
 // noticed stay until the layout has changed; they go by themselves.
-void MultiFilterSortProxyModel::changeLayout(const std::vector<int>& laterHiddenRows)
+void MultiFilterSortProxyModel::takeInLayout()
 {
-    for (const int row : laterHiddenRows) {
-        d->round->accept(row);
+    if (!d->isForLayout()) {
+        return;
     }
-    invalidate();
-    for (const int row : laterHiddenRows) {
-        if (d->round) { // whoever was told of the layout has not changed anything himself
-            d->round->reject(row);
-        }
+    const ShownRows shown(*this);
+    const HeldRows held(shown, persistentIndexList(), d->selections);
+    const std::vector<int> later = held.hiddenBy(*d->round);
+    d->round->judge(later, true);
+    if (held.areFromTheFirstColumn()) {
+        invalidateRows();
+    } else {
+        invalidate();
     }
+    if (d->round) {
+        d->round->judge(later, false);
+    }
+}
+
+// As the base class does it, but saying that rows are sorted, with which selection models remember one index for each
+// row and not one for each cell.
+void MultiFilterSortProxyModel::invalidateRows()
+{
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    {
+        const QSignalBlocker blocker(this);
+        invalidate();
+    }
+    Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
 } // namespace ZelkoGUI::Filter

@@ -5,7 +5,8 @@
 #include <QSortFilterProxyModel>
 
 #include <memory>
-#include <vector>
+
+class QItemSelectionModel;
 
 namespace ZelkoGUI::Filter {
 
@@ -17,14 +18,20 @@ class AbstractFilterCondition;
 /// and role of the base class are not looked at. Sorting is the base class's.
 ///
 /// A change of the conditions is taken at once. If it shows or hides rows in many places of the list it is one change
-/// of the layout, otherwise rows are inserted and removed. Either way persistent indexes follow their rows, and hidden
+/// of the layout, otherwise rows are removed and inserted. Either way persistent indexes follow their rows, and hidden
 /// rows that were selected or current leave the selection by a removal of rows, so that selection models tell of it;
-/// with a layout change this removal comes last, and it need not name each of them. Lists that do not follow their
-/// source (`dynamicSortFilter`) always get single steps.
+/// with a layout change this removal comes behind it, before other rows are shown, and it need not name each of them.
+/// A layout change puts rows with equal sort keys into the order of the source. Lists that do not follow their source
+/// (`dynamicSortFilter`) always get single steps.
+///
+/// Conditions may be changed by whoever is told of a change of the list. Such a change is taken when the one that was
+/// told of is complete, before the operation that began it returns. They may not be changed while the source is between
+/// the two signals of a change of its rows.
 ///
 /// The decoration of a horizontal header section is an icon while an active condition on its column rejects a row of
 /// the source, whether or not others reject that row too; a decoration of the source's own goes first.
-/// headerDataChanged for all columns follows each change of the rows, the cells, or the conditions.
+/// headerDataChanged for all columns follows each change of the shown rows, their cells, or the conditions. A mark
+/// outlives the last row that it stood for, where the source removes that row, until the next of these changes.
 ///
 /// Each operation may be called without a source. GUI thread only.
 class ZELKOGUIBASE_EXPORT MultiFilterSortProxyModel : public QSortFilterProxyModel
@@ -51,6 +58,12 @@ public:
     /// active; nothing happens if there are none.
     void clearFilters();
 
+    /// Lets many rows leave a selection of this list at once. A selection that is followed is told of rows that a
+    /// change of the layout has hidden by a few removals; others, of which nothing is known, get one for each range
+    /// that they consist of. Where one selection of the list is followed, all have to be. Nothing happens for null; the
+    /// selection may go first.
+    void followSelection(const QItemSelectionModel* selection);
+
 private Q_SLOTS:
     void filterHasChanged();
     void filterDestroyed(QObject* object);
@@ -63,7 +76,11 @@ private:
     void followSource();
     void followSourceContent();
     void filterAnew();
-    void changeLayout(const std::vector<int>& laterHiddenRows);
+    void judgeAndShow();
+    void showInLayouts();
+    void hideBeforeShowing();
+    void takeInLayout();
+    void invalidateRows();
 
     const std::unique_ptr<Private> d;
 };

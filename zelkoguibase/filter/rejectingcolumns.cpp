@@ -12,13 +12,18 @@ bool RejectingColumns::contains(const QAbstractItemModel& source, int column)
     if (!isUsed(column)) {
         return false;
     }
-    const auto known = m_known.find(column);
-    if (known != m_known.end() && (!known->second.rejects || known->second.rowCell.isValid())) {
-        return known->second.rejects;
+    const auto entry = m_known.find(column);
+    if (entry == m_known.end() || !entry->second.isUpToDate()) {
+        return m_known.insert_or_assign(column, bringUpToDate(source, column)).first->second.rejects;
     }
-    const Known found = search(source, column, 0, source.rowCount() - 1);
-    m_known.insert_or_assign(column, found);
-    return found.rejects;
+    return entry->second.rejects;
+}
+
+RejectingColumns::Known RejectingColumns::bringUpToDate(const QAbstractItemModel& source, int column)
+{
+    const auto entry = m_known.find(column);
+    const bool isPartlyKnown = entry != m_known.end() && !entry->second.rejects;
+    return search(source, column, isPartlyKnown ? entry->second.unread : std::vector{Rows{0, source.rowCount() - 1}});
 }
 
 void RejectingColumns::take(const QAbstractItemModel& source, const FilterRound& round)
@@ -32,25 +37,48 @@ void RejectingColumns::take(const QAbstractItemModel& source, const FilterRound&
 void RejectingColumns::cellsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight)
 {
     const QAbstractItemModel& source = *topLeft.model();
-    auto known = m_known.lower_bound(topLeft.column());
-    while (known != m_known.end() && known->first <= bottomRight.column()) {
-        auto& [column, state] = *known;
-        if (!state.rejects) {
-            state = search(source, column, topLeft.row(), bottomRight.row());
+    const auto isTouched = [&](const QModelIndex& cell) {
+        return cell.isValid() && cell.row() >= topLeft.row() && cell.row() <= bottomRight.row();
+    };
+    auto entry = m_known.lower_bound(topLeft.column());
+    while (entry != m_known.end() && entry->first <= bottomRight.column()) {
+        const auto& [column, known] = *entry;
+        if (!known.rejects) {
+            entry = addUnread(entry, {topLeft.row(), bottomRight.row()});
+        } else if (isTouched(known.rowCell) && !rejects(source, column, known.rowCell.row())) {
+            entry = m_known.erase(entry);
+        } else {
+            ++entry;
         }
-        const int row = state.rowCell.row();
-        const bool isTouched = row >= topLeft.row() && row <= bottomRight.row();
-        known = isTouched && !rejects(source, column, row) ? m_known.erase(known) : std::next(known);
     }
 }
 
 void RejectingColumns::rowsInserted(const QAbstractItemModel& source, int first, int last)
 {
-    for (auto& [column, state] : m_known) {
-        if (!state.rejects) {
-            state = search(source, column, first, last);
-        }
+    if (last + 1 < source.rowCount()) {
+        forgetUnread();
     }
+    for (auto entry = m_known.begin(); entry != m_known.end();) {
+        entry = entry->second.rejects ? std::next(entry) : addUnread(entry, {first, last});
+    }
+}
+
+// Rows that stand elsewhere now.
+void RejectingColumns::forgetUnread()
+{
+    std::erase_if(m_known, [](const auto& entry) { return !entry.second.unread.empty(); });
+}
+
+// Many changes cost no more than the pass over the rows that forgetting them costs.
+RejectingColumns::Entry RejectingColumns::addUnread(Entry entry, Rows rows)
+{
+    constexpr std::size_t most = 64;
+    std::vector<Rows>& unread = entry->second.unread;
+    if (unread.size() == most) {
+        return m_known.erase(entry);
+    }
+    unread.push_back(rows);
+    return std::next(entry);
 }
 
 bool RejectingColumns::isUsed(int column) const
@@ -67,12 +95,14 @@ bool RejectingColumns::rejects(const QAbstractItemModel& source, int column, int
     });
 }
 
-RejectingColumns::Known RejectingColumns::search(const QAbstractItemModel& source, int column, int first,
-                                                 int last) const
+RejectingColumns::Known RejectingColumns::search(const QAbstractItemModel& source, int column,
+                                                 const std::vector<Rows>& spans) const
 {
-    for (int row = first; row <= last; ++row) {
-        if (rejects(source, column, row)) {
-            return known(source, row);
+    for (const Rows& rows : spans) {
+        for (int row = rows.first; row <= rows.last; ++row) {
+            if (rejects(source, column, row)) {
+                return known(source, row);
+            }
         }
     }
     return known(source, -1);
@@ -80,7 +110,7 @@ RejectingColumns::Known RejectingColumns::search(const QAbstractItemModel& sourc
 
 RejectingColumns::Known RejectingColumns::known(const QAbstractItemModel& source, int rejectedRow)
 {
-    return {rejectedRow >= 0, QPersistentModelIndex(source.index(rejectedRow, 0))};
+    return {rejectedRow >= 0, QPersistentModelIndex(source.index(rejectedRow, 0)), {}};
 }
 
 } // namespace ZelkoGUI::Filter

@@ -54,6 +54,7 @@ void RecordListWidget::Private::makeView(Options options)
         view->verticalHeader()->hide();
     }
     view->setModel(proxy);
+    proxy->followSelection(view->selectionModel());
     view->setSortingEnabled(true);
     view->horizontalHeader()->setSectionsMovable(true);
     view->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter); // as the texts below it
