@@ -7,14 +7,18 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QItemSelectionModel>
 #include <QRegularExpression>
 #include <QTableView>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
+#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -35,6 +39,7 @@ public:
 
     QSortFilterProxyModel& proxy() { return m_proxy; }
     void search(const QString& text) { m_condition->setPattern(text); }
+    void follow(const QItemSelectionModel* selection) { m_proxy.followSelection(selection); }
 
 private:
     using Condition = ZelkoGUI::Filter::StringFilterCondition;
@@ -54,6 +59,7 @@ public:
     }
 
     QSortFilterProxyModel& proxy() { return m_proxy; }
+    void follow(const QItemSelectionModel*) {}
     void search(const QString& text)
     {
         m_proxy.setFilterRegularExpression(
@@ -64,11 +70,14 @@ private:
     QSortFilterProxyModel m_proxy;
 };
 
+enum class Selected { Nothing, EveryTenthRow, AllRowsButOne, AllRows };
+
 struct Setting
 {
     int rows;
     bool sorted;
     bool viewed;
+    Selected selected = Selected::Nothing;
 };
 
 /// A list of one of the two kinds, under a view where that is asked for, with a search that stands from the beginning.
@@ -88,8 +97,11 @@ public:
             m_view = std::make_unique<QTableView>();
             m_view->resize(900, 600);
             m_view->setModel(&proxy());
+            m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
             m_view->show();
             m_view->setCurrentIndex(proxy().index(0, 0));
+            m_side.follow(m_view->selectionModel());
+            select(setting.selected);
         }
         settle();
     }
@@ -113,22 +125,34 @@ public:
     }
 
 private:
+    void select(Selected selected)
+    {
+        if (selected == Selected::AllRows || selected == Selected::AllRowsButOne) {
+            m_view->selectAll();
+        }
+        if (selected == Selected::AllRowsButOne) {
+            m_view->selectionModel()->select(proxy().index(1, 0),
+                                             QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+        }
+        for (int row = 0; selected == Selected::EveryTenthRow && row < proxy().rowCount(); row += 10) {
+            m_view->selectionModel()->select(proxy().index(row, 0),
+                                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        }
+    }
+
     Side m_side;
     std::unique_ptr<QTableView> m_view;
 };
 
-/// Made once for each length; only one is kept, since the longest take much memory.
+/// Made once for each length: the rows share the records of a pool, so even long lists take little memory.
 Source& sourceOf(int rows)
 {
-    static std::unique_ptr<Source> source;
-    if (!source || source->recordCount() != rows) {
-        source = std::make_unique<Source>(rows);
-    }
-    return *source;
+    static std::map<int, Source> sources;
+    return sources.try_emplace(rows, rows).first->second;
 }
 
 // Measures the keystroke from one text to the next, in a new list each time: a stock proxy takes minutes for the way
-// back in the longest list.
+// back in the longest list. A record has changed since the last keystroke, as they do.
 template <typename Side>
 void keystroke(benchmark::State& state, const Setting& setting, const QString& from, const QString& to)
 {
@@ -136,6 +160,8 @@ void keystroke(benchmark::State& state, const Setting& setting, const QString& f
     for (auto _ : state) {
         state.PauseTiming();
         auto list = std::make_unique<List<Side>>(source, setting, from);
+        source.update(0, source.recordData(0)->GetSize());
+        list->settle();
         state.ResumeTiming();
         list->search(to);
         state.PauseTiming();
@@ -176,19 +202,33 @@ void sortBySize(benchmark::State& state, const Setting& setting)
     }
 }
 
-// A handful of records grows, as when they are recorded: those that are shown and others, in a sorted list.
+// Records spread over the list that grow, as when they are recorded: every second one is shown.
+template <typename Side>
+std::vector<int> growingRows(List<Side>& list, int rows)
+{
+    constexpr int pairs = 8;
+    std::vector<int> growing;
+    for (int i = 0; i < pairs; ++i) {
+        const int shown = list.proxy().rowCount() / pairs * i;
+        growing.push_back(list.proxy().mapToSource(list.proxy().index(shown, 0)).row());
+        growing.push_back(rows / pairs * i);
+    }
+    return growing;
+}
+
 template <typename Side>
 void update(benchmark::State& state, const Setting& setting)
 {
     Source source(setting.rows);
     List<Side> list(source, setting, anEighth);
-    constexpr int changing = 16;
+    const std::vector<int> growing = growingRows(list, setting.rows);
     const int updates = static_cast<int>(state.range(0));
-    int turn = 0;
+    std::size_t turn = 0;
     for (auto _ : state) {
-        for (int i = 0; i < updates; ++i, ++turn) {
-            source.update(turn % changing * (setting.rows / changing), static_cast<quint64>(turn) * 100'000);
-            if (turn % changing == 0) {
+        for (int i = 0; i < updates; ++i) {
+            ++turn;
+            source.update(growing[turn % growing.size()], turn * 100'000);
+            if (turn % growing.size() == 0) {
                 list.settle();
             }
         }
@@ -224,7 +264,9 @@ void firstLoad(benchmark::State& state, const Setting& setting)
 
 std::string nameOf(const std::string& operation, const Setting& setting, const char* side)
 {
-    return operation + (setting.sorted ? "_sorted" : "") + (setting.viewed ? "_viewed" : "") + "_" +
+    constexpr std::array<const char*, 4> selections{"", "_tenth_selected", "_all_but_one_selected", "_all_selected"};
+    const char* const selected = selections[static_cast<std::size_t>(setting.selected)];
+    return operation + selected + (setting.sorted ? "_sorted" : "") + (setting.viewed ? "_viewed" : "") + "_" +
            std::to_string(setting.rows) + "/" + side;
 }
 
@@ -246,27 +288,36 @@ void addBoth(const std::string& operation, const Setting& setting, Measure ours,
 
 void addUpdates(const std::string& operation, const Setting& setting, int updates)
 {
-    add(operation, setting, "ours", update<Ours>)->Arg(updates);
-    add(operation, setting, "stock", update<Stock>)->Arg(updates);
+    const int rounds = updates == 1 ? 200 : 5;
+    add(operation, setting, "ours", update<Ours>)->Arg(updates)->Iterations(rounds);
+    add(operation, setting, "stock", update<Stock>)->Arg(updates)->Iterations(rounds);
 }
 
-// Under a view only those that a stock proxy ends within seconds.
+void addKeystrokes(const Setting& setting)
+{
+    addBoth("narrow", setting, narrow<Ours>, narrow<Stock>);
+    addBoth("widen", setting, widen<Ours>, widen<Stock>);
+    addBoth("clear", setting, clearSearch<Ours>, clearSearch<Stock>);
+}
+
 void addAll(int rows)
 {
     for (const bool viewed : {false, true}) {
-        if (viewed && rows > 100'000) {
-            continue;
-        }
-        for (const bool sorted : {false, true}) {
-            const Setting setting{rows, sorted, viewed};
-            addBoth("narrow", setting, narrow<Ours>, narrow<Stock>);
-            addBoth("widen", setting, widen<Ours>, widen<Stock>);
-            addBoth("clear", setting, clearSearch<Ours>, clearSearch<Stock>);
-        }
+        addKeystrokes({rows, false, viewed});
+        addKeystrokes({rows, true, viewed});
         const Setting sorted{rows, true, viewed};
         addBoth("sort", {rows, false, viewed}, sortBySize<Ours>, sortBySize<Stock>);
         addUpdates("update", sorted, 1);
         addUpdates("updates_of_a_second", sorted, 1000);
+    }
+}
+
+// With more rows a stock proxy takes minutes.
+void addSelected(int rows)
+{
+    for (const auto selected : {Selected::EveryTenthRow, Selected::AllRowsButOne, Selected::AllRows}) {
+        addBoth("narrow", {rows, true, true, selected}, narrow<Ours>, narrow<Stock>);
+        addBoth("clear", {rows, true, true, selected}, clearSearch<Ours>, clearSearch<Stock>);
     }
 }
 
@@ -279,6 +330,7 @@ int main(int argc, char** argv)
     for (const int rows : {10'000, 100'000, 1'000'000}) {
         addAll(rows);
     }
+    addSelected(10'000);
     addBoth("firstload", {100'000, true, true}, firstLoad<Ours>, firstLoad<Stock>);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -1,6 +1,5 @@
 #include "benchrecordlist.h"
 
-#include <algorithm>
 #include <array>
 #include <random>
 
@@ -9,7 +8,6 @@ namespace {
 using Record = ZELKO_XML::ZELKO_RecordData;
 using RecordPtr = std::shared_ptr<Record>;
 
-constexpr int poolSize = 100000;
 constexpr std::array<const char*, 8> masts{"north", "noble", "south", "east", "west", "centre", "upper", "lower"};
 
 RecordPtr makeRecord(int number, unsigned draw, quint64 size)
@@ -24,20 +22,30 @@ RecordPtr makeRecord(int number, unsigned draw, quint64 size)
     return record;
 }
 
-std::vector<RecordPtr> makePool()
+// Sizes that differ all and follow no order: an odd factor visits each 32-bit number once.
+quint64 sizeOf(int number)
 {
-    std::mt19937 random(3);
-    std::vector<quint64> sizes;
-    for (quint64 number = 1; number <= poolSize; ++number) {
-        sizes.push_back(number * 1000);
-    }
-    std::shuffle(sizes.begin(), sizes.end(), random);
-    std::vector<RecordPtr> pool;
-    for (int number = 0; number < poolSize; ++number) {
-        pool.push_back(makeRecord(number, random(), sizes[static_cast<std::size_t>(number)]));
-    }
-    return pool;
+    constexpr quint32 factor = 2654435761;
+    return static_cast<quint32>(number) * factor;
 }
+
+/// The records of the longest list so far; shorter ones take the first of them.
+class Pool
+{
+public:
+    const RecordPtr& at(std::size_t number)
+    {
+        while (m_records.size() <= number) {
+            const int next = static_cast<int>(m_records.size());
+            m_records.push_back(makeRecord(next, static_cast<unsigned>(m_random()), sizeOf(next)));
+        }
+        return m_records[number];
+    }
+
+private:
+    std::mt19937 m_random{3};
+    std::vector<RecordPtr> m_records;
+};
 
 } // namespace
 
@@ -48,13 +56,13 @@ BenchRecordList::BenchRecordList(int rows)
 
 void BenchRecordList::append(int rows)
 {
-    static const std::vector<RecordPtr> pool = makePool();
+    static Pool pool;
     if (rows == 0) {
         return;
     }
     beginInsertRows(QModelIndex(), recordCount(), recordCount() + rows - 1);
     for (int i = 0; i < rows; ++i) {
-        m_rows.push_back(pool[m_rows.size() % pool.size()]);
+        m_rows.push_back(pool.at(m_rows.size()));
     }
     endInsertRows();
 }

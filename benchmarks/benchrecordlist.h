@@ -5,8 +5,7 @@
 #include <vector>
 
 /// A record list in memory, whose rows can be appended and replaced. Names and sizes differ without a pattern; an
-/// eighth of the names contains "nor", a quarter "no". Rows share records of a pool, so that long lists fit into
-/// memory.
+/// eighth of the names contains "nor", a quarter "no". Lists share their records.
 class BenchRecordList : public ZelkoCommon::AbstractRecordListModel
 {
     Q_OBJECT

@@ -4,6 +4,9 @@
 Every claim is a ratio of two times, or a counter, of one benchmark program. Both sides of a ratio run interleaved in one
 process, so that what disturbs the machine disturbs both; the figure is the median over several processes.
 
+A goal of 1.0 says that ours is not slower. Where both sides do the same by the same code it is 1.03, which is what two
+runs of one program differ by.
+
 The goals are listed by program. A program whose claims differ in what they cost has several entries, each with a "program"
 and the "arguments" that choose its benchmarks.
 """
