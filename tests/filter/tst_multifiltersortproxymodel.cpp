@@ -27,6 +27,7 @@ private Q_SLOTS:
     void adoptsConditionsWithoutAParent();
     void leavesConditionsOfOthersAlive();
     void showsRowsAgainWhenAConditionDies();
+    void showsManyRowsAgainWhenAConditionOfOthersDies();
     void removesAConditionThatItDoesNotHave();
     void clearsNothingFromAnEmptyList();
     void clearsInactiveConditionsWithASignal();
@@ -43,13 +44,17 @@ private Q_SLOTS:
 
 void tst_MultiFilterSortProxyModel::showsAllWithoutActiveConditions()
 {
-    FilteredList list(5);
-    list.add(0, nothing)->setEnabled(false);
-    SignalLog log(&list.proxy);
-    list.table.set(2, 1, 7);
-    QCOMPARE(list.proxy.rowCount(), 5);
-    QCOMPARE(markedColumns(list.proxy), QList<int>());
-    QCOMPARE(log.take(), QStringList({QStringLiteral("header changed"), QStringLiteral("changed 2 columns 1-1")}));
+    for (const bool hasCondition : {false, true}) {
+        FilteredList list(5);
+        if (hasCondition) {
+            list.add(0, nothing)->setEnabled(false);
+        }
+        SignalLog log(&list.proxy);
+        list.table.set(2, 1, 7);
+        QCOMPARE(list.proxy.rowCount(), 5);
+        QCOMPARE(markedColumns(list.proxy), QList<int>());
+        QCOMPARE(log.take(), QStringList({QStringLiteral("header changed"), QStringLiteral("changed 2 columns 1-1")}));
+    }
 }
 
 void tst_MultiFilterSortProxyModel::hidesWhatFailsEitherLimitOfOneColumn()
@@ -166,13 +171,30 @@ void tst_MultiFilterSortProxyModel::showsRowsAgainWhenAConditionDies()
     QCOMPARE(log.take(), QStringList()); // the list is empty
 }
 
+void tst_MultiFilterSortProxyModel::showsManyRowsAgainWhenAConditionOfOthersDies()
+{
+    FilteredList list(manyRows);
+    QObject owner;
+    auto* condition = new ScriptedCondition(2, isOdd, &owner);
+    list.proxy.addFilter(condition);
+    list.add(0, below(10 * manyRows));
+    SignalLog log(&list.proxy);
+    delete condition;
+    QCOMPARE(log.take(), layoutChange() + header);
+    QCOMPARE(list.proxy.rowCount(), manyRows);
+    QCOMPARE(markedColumns(list.proxy), QList<int>());
+}
+
 void tst_MultiFilterSortProxyModel::removesAConditionThatItDoesNotHave()
 {
     FilteredList list(10);
     ScriptedCondition foreign(0, below(20));
     const QPointer<ScriptedCondition> child = new ScriptedCondition(0, below(20), &list.proxy);
+    SignalLog log(&list.proxy);
     list.proxy.removeFilter(&foreign);
+    QCOMPARE(log.take(), header); // active ones have the list looked at, whosever they are
     list.proxy.removeFilter(child);
+    QCOMPARE(log.take(), header);
     QVERIFY(!child);
     list.proxy.removeFilter(nullptr);
     list.proxy.addFilter(nullptr);
@@ -301,6 +323,87 @@ public:
     ScriptedCondition::Test second = anything;
 };
 
+/// Both kinds of list over one table that changes at random, with conditions that do.
+class RandomWalk
+{
+public:
+    RandomWalk(int rows, unsigned seed)
+        : m_random(seed)
+    {
+        const auto order = seed % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder;
+        list.proxy.sort(1, order);
+        stock.setSortRole(Qt::UserRole);
+        stock.setSourceModel(&list.table);
+        stock.sort(1, order);
+        QList<NumberTable::Row> firstRows(rows);
+        std::generate(firstRows.begin(), firstRows.end(), [this] { return newRow(); });
+        list.table.insert(0, firstRows);
+    }
+
+    void step()
+    {
+        if (list.table.rowCount() == 0 || draw(8) == 0) {
+            list.table.insert(draw(list.table.rowCount() + 1), {newRow(), newRow()});
+        } else if (draw(2) == 0) {
+            changeTable();
+        } else {
+            changeConditions();
+        }
+        stock.invalidate();
+    }
+
+    /// By what each column's own condition says of all rows.
+    QList<int> expectedMarks() const
+    {
+        const auto hides = [this](int number, const ScriptedCondition::Test& test) {
+            const QList<int> values = column(list.table, number);
+            return stock.rowCount() < values.size() && !std::all_of(values.begin(), values.end(), test);
+        };
+        QList<int> marks;
+        marks += hides(0, stock.first) ? QList<int>{0} : QList<int>{};
+        marks += hides(2, stock.second) ? QList<int>{2} : QList<int>{};
+        return marks;
+    }
+
+    FilteredList list{0};
+    StockProxy stock;
+
+private:
+    int draw(int limit) { return static_cast<int>(m_random() % static_cast<unsigned>(limit)); }
+    int newNumber() { return draw(1000) * 100'000 + m_next++; } // none twice, so that the order is one
+    NumberTable::Row newRow() { return {newNumber(), newNumber(), draw(8)}; }
+
+    void changeTable()
+    {
+        const int row = draw(list.table.rowCount());
+        const int number = draw(4);
+        if (number == 3) {
+            list.table.remove(row);
+        } else {
+            list.table.set(row, number, number == 2 ? draw(8) : newNumber());
+        }
+    }
+
+    void changeConditions()
+    {
+        const int kind = draw(3);
+        if (kind == 0) {
+            stock.first = below(draw(1000) * 100'000);
+        } else if (kind == 1) {
+            stock.second = [mask = draw(256)](int value) { return ((mask >> value) & 1) != 0; };
+        } else {
+            stock.first = stock.second = anything;
+        }
+        m_first->setTest(stock.first);
+        m_second->setTest(stock.second);
+    }
+
+    std::mt19937 m_random;
+    int m_next = 0;
+    ScriptedCondition* const m_first = list.add(0, anything);
+    ScriptedCondition* const m_second = list.add(2, anything);
+};
+
 void tst_MultiFilterSortProxyModel::agreesWithAStockProxy_data()
 {
     QTest::addColumn<int>("rows");
@@ -317,69 +420,14 @@ void tst_MultiFilterSortProxyModel::agreesWithAStockProxy()
     QFETCH(int, rows);
     QFETCH(int, steps);
     QFETCH(unsigned, seed);
-    std::mt19937 random(seed);
-    const auto draw = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
-    int next = 0;
-    const auto newNumber = [&] { return draw(1000) * 100'000 + next++; }; // none twice, so that the order is one
-    const auto newRow = [&] { return NumberTable::Row{newNumber(), newNumber(), draw(8)}; };
-
-    FilteredList list(0);
-    list.proxy.sort(1, seed % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder);
-    ScriptedCondition* first = list.add(0, anything);
-    ScriptedCondition* second = list.add(2, anything);
-    StockProxy stock;
-    stock.setSortRole(Qt::UserRole);
-    stock.setSourceModel(&list.table);
-    stock.sort(1, seed % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder);
-    QList<NumberTable::Row> firstRows(rows);
-    std::generate(firstRows.begin(), firstRows.end(), newRow);
-    list.table.insert(0, firstRows);
-    QVERIFY(list.table.rowCount() == rows && list.proxy.rowCount() == rows);
-
+    RandomWalk walk(rows, seed);
+    QCOMPARE(walk.list.proxy.rowCount(), rows);
     for (int step = 0; step < steps; ++step) {
-        const int count = list.table.rowCount();
-        switch (draw(count > 0 ? 8 : 1)) {
-        case 0:
-            list.table.insert(draw(count + 1), {newRow(), newRow()});
-            break;
-        case 1:
-            list.table.remove(draw(count));
-            break;
-        case 2:
-            list.table.set(draw(count), 0, newNumber());
-            break;
-        case 3:
-            list.table.set(draw(count), 1, newNumber());
-            break;
-        case 4:
-            list.table.set(draw(count), 2, draw(8));
-            break;
-        case 5:
-            stock.first = below(draw(1000) * 100'000);
-            first->setTest(stock.first);
-            break;
-        case 6:
-            stock.second = [mask = draw(256)](int value) { return ((mask >> value) & 1) != 0; };
-            second->setTest(stock.second);
-            break;
-        default:
-            stock.first = stock.second = anything;
-            first->setTest(anything);
-            second->setTest(anything);
-            break;
-        }
-        stock.invalidate();
-        QCOMPARE(column(list.proxy, 0), column(stock, 0));
-        QList<int> marks;
-        const auto hides = [&](int number, const ScriptedCondition::Test& test) {
-            const QList<int> values = column(list.table, number);
-            return list.proxy.rowCount() < values.size() && !std::all_of(values.begin(), values.end(), test);
-        };
-        Q_EMIT list.proxy.layoutAboutToBeChanged(); // the marks are those of the last change that the list told of
-        Q_EMIT list.proxy.layoutChanged();
-        marks += hides(0, stock.first) ? QList<int>{0} : QList<int>{};
-        marks += hides(2, stock.second) ? QList<int>{2} : QList<int>{};
-        QCOMPARE(markedColumns(list.proxy), marks);
+        walk.step();
+        QCOMPARE(column(walk.list.proxy, 0), column(walk.stock, 0));
+        Q_EMIT walk.list.proxy.layoutAboutToBeChanged(); // the marks are those of the last change that was told of
+        Q_EMIT walk.list.proxy.layoutChanged();
+        QCOMPARE(markedColumns(walk.list.proxy), walk.expectedMarks());
     }
 }
 
