@@ -7,8 +7,8 @@
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
-#include <reportcore/rgexception.h>
 #include <vornappstartup/cfgcenter.h>
+#include <widgetbase/warningbox.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
 #include <QDialogButtonBox>
@@ -17,7 +17,6 @@
 #include <QHash>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 
 #include <algorithm>
@@ -49,11 +48,11 @@ QString withSuffix(const QString& fileName)
 }
 
 // The class is called so in these traces, for whoever searches old ones.
-void traceException(const char* what, const RGException& exception, int line)
+void traceFailure(const char* what, const filterfile::Failure& failure, int line)
 {
     if (ErrorHandler::Instance()->traces(ErrorHandler::TraceError)) {
         _Q_Trace(QStringLiteral("ExtendedFileDialog: Exception while %1 filter %2")
-                     .arg(QLatin1String(what), exception.GetMessage()),
+                     .arg(QLatin1String(what), failure.GetMessage()),
                  __FILE__, line);
     }
 }
@@ -98,7 +97,6 @@ public:
     QDialogButtonBox* makeButtons();
     void leaveReturnToFocus();
     void followFilters();
-    void warn(const QString& text);
 
     ExtendedFilterDialog* const q;
     QList<QPointer<AbstractFilterCondition>> filters;
@@ -167,17 +165,6 @@ void ExtendedFilterDialog::Private::followFilters()
         connect(filter, &QObject::destroyed, q, &ExtendedFilterDialog::sl_filterChanged);
     }
     q->sl_filterChanged();
-}
-
-// QMessageBox::warning, but for two things: its box would take markup in a text from a file for its own, and it stands
-// on the stack, where this window, going while the box is open, would delete it a second time.
-void ExtendedFilterDialog::Private::warn(const QString& text)
-{
-    const QPointer<QMessageBox> box =
-        new QMessageBox(QMessageBox::Warning, tr("unable to load file"), text, QMessageBox::Ok, q);
-    box->setTextFormat(Qt::PlainText);
-    box->exec();
-    delete box;
 }
 
 ExtendedFilterDialog::ExtendedFilterDialog(MultiFilterSortProxyModel* model, const QFlags<enFilterColumn>& columns,
@@ -263,8 +250,8 @@ void ExtendedFilterDialog::sl_saveFilterSettings()
     try {
         filterfile::save(d->filters, fileName);
         rememberFolderOf(fileName);
-    } catch (const RGException& exception) {
-        traceException("saving", exception, __LINE__);
+    } catch (const filterfile::Failure& failure) {
+        traceFailure("saving", failure, __LINE__);
     }
 }
 
@@ -278,9 +265,9 @@ void ExtendedFilterDialog::sl_restoreFilterSettings()
     try {
         filterfile::restore(d->filters, fileName);
         rememberFolderOf(fileName);
-    } catch (const RGException& exception) {
-        traceException("loading", exception, __LINE__);
-        d->warn(exception.GetMessage());
+    } catch (const filterfile::Failure& failure) {
+        traceFailure("loading", failure, __LINE__);
+        guiHelper::warn(this, tr("unable to load file"), failure.GetMessage(), QMessageBox::Ok, failure.reason());
     }
 }
 

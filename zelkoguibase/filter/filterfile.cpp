@@ -2,7 +2,6 @@
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
-#include <reportcore/rgexception.h>
 #include <zelkobase/data/filterconditionlist.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
@@ -28,12 +27,14 @@ void traceDeleted(int line)
 }
 
 // The data class names the file in front of some reasons, and quotes names of elements, which may be of any length.
-QString withReason(const QString& failure, const QString& fileName, const QString& reason)
+QString reasonOf(const RGException& exception, const QString& fileName)
 {
     constexpr qsizetype longestReason = 300;
-    const QString named = reason.startsWith(fileName) ? reason : fileName + QStringLiteral(": ") + reason;
-    const qsizetype longest = fileName.size() + longestReason;
-    return failure + (named.size() > longest ? named.first(longest) + QStringLiteral("...") : named);
+    QString reason = exception.GetMessage();
+    if (const QString where = fileName + QStringLiteral(": "); reason.startsWith(where)) {
+        reason.remove(0, where.size());
+    }
+    return reason.size() > longestReason ? reason.first(longestReason) + QStringLiteral("...") : reason;
 }
 
 // Carries out an operation of the data class, which may fail with a reason or without one.
@@ -44,10 +45,13 @@ void carryOut(const Operation& operation, const QString& failure, const QString&
     try {
         done = operation();
     } catch (const RGException& exception) {
-        throw RGException(withReason(failure, fileName, exception.GetMessage()));
+        const QString reason = reasonOf(exception, fileName);
+        trace(ErrorHandler::TraceError, QStringLiteral("RGException: %1:%2").arg(exception.GetOrigin(), reason),
+              __LINE__);
+        throw Failure(failure + fileName, reason);
     }
     if (!done) {
-        throw RGException(failure + fileName);
+        throw Failure(failure + fileName);
     }
 }
 
@@ -56,7 +60,7 @@ FilterConditionList loaded(const QString& fileName)
     FilterConditionList list;
     carryOut([&] { return list.LoadXml(fileName); }, QStringLiteral("filter could not be loaded from "), fileName);
     if (list.IsIDSet() && list.GetID() != fileID) {
-        throw RGException(QStringLiteral("filter file is not applicable"));
+        throw Failure(QStringLiteral("filter file is not applicable"));
     }
     return list;
 }
