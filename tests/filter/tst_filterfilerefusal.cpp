@@ -22,6 +22,8 @@ private Q_SLOTS:
     void aDocumentOfAnotherClassIsRefused();
     void whatIsNoFilterFileIsRefused_data();
     void whatIsNoFilterFileIsRefused();
+    void aPatternThatIsTooComplexIsRefused_data();
+    void aPatternThatIsTooComplexIsRefused();
     void aFileOfAHundredMegabytesIsRefused();
     void everyTruncatedFileIsRefused();
     void aFileThatCannotBeReadIsRefused();
@@ -119,6 +121,38 @@ void FilterFileRefusalTest::whatIsNoFilterFileIsRefused()
     QFETCH(QByteArray, document);
     write(document);
     requireRefusalWithReason();
+}
+
+void FilterFileRefusalTest::aPatternThatIsTooComplexIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("filter");
+
+    const auto filter = [](const QByteArray& pattern, const QByteArray& syntax) {
+        return "<StringFilter><Pattern>" + pattern + "</Pattern><CaseSensitive>true</CaseSensitive><PatternSyntax>" +
+               syntax + "</PatternSyntax></StringFilter>";
+    };
+    const QByteArray nested = "((a{1,50}){1,50}){1,50}";
+    QTest::newRow("for a row of the window") << QByteArray("IDFilter") << filter(nested, "RegularExpression");
+    QTest::newRow("for nobody") << QByteArray("OtherFilter") << filter(nested, "RegularExpression");
+    QTest::newRow("for a filter of a long name") << QByteArray(9'000, 'n') << filter(nested, "RegularExpression");
+    QTest::newRow("brackets in brackets")
+        << QByteArray("IDFilter") << filter(QByteArray(16'000, '('), "RegularExpression");
+    QTest::newRow("stars") << QByteArray("IDFilter") << filter(QByteArray(32'000, '*'), "Wildcard");
+}
+
+void FilterFileRefusalTest::aPatternThatIsTooComplexIsRefused()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, filter);
+    write(documentWith(goodEntry + entry(name, 7, filter)));
+    requireRefusalWithReason();
+    FilterWindow window;
+    window.restoreFrom(file());
+    const QString reason = window.lastWarning().reason;
+    QVERIFY2(reason.startsWith(QStringLiteral("the pattern of ") + QString::fromLatin1(name.left(100))),
+             qPrintable(reason));
+    QVERIFY2(reason.size() < 400, qPrintable(reason));
 }
 
 void FilterFileRefusalTest::aFileOfAHundredMegabytesIsRefused()

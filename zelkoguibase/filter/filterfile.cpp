@@ -1,5 +1,7 @@
 #include <zelkoguibase/filter/filterfile_p.h>
 
+#include <zelkoguibase/filter/stringfiltercondition.h>
+
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
 #include <zelkobase/data/filterconditionlist.h>
@@ -26,7 +28,7 @@ void traceDeleted(int line)
           QStringLiteral("ExtendedFilterDialog: a filter has been deleted while the dialog is still open"), line);
 }
 
-// The data class names the file in front of some reasons, and quotes names of elements, which may be of any length.
+// The data class names the file in front of some reasons. Names that reasons quote may be of any length.
 QString reasonOf(const RGException& exception, const QString& fileName)
 {
     constexpr qsizetype longestReason = 300;
@@ -55,13 +57,27 @@ void carryOut(const Operation& operation, const QString& failure, const QString&
     }
 }
 
+// Such a pattern would pass nothing, and whoever restores a filter could not tell why.
+bool hasBearablePatterns(const FilterConditionList& list)
+{
+    for (const ZELKO_XML::FilterCondition& entry : list.GetFilterCondition()) {
+        if (entry.IsStringFilterSet() && StringFilterCondition::isTooComplex(entry.GetStringFilter())) {
+            throw RGException(QStringLiteral("FilterConditionList"),
+                              QStringLiteral("the pattern of %1 is too complex").arg(entry.GetName()));
+        }
+    }
+    return true;
+}
+
 FilterConditionList loaded(const QString& fileName)
 {
     FilterConditionList list;
-    carryOut([&] { return list.LoadXml(fileName); }, QStringLiteral("filter could not be loaded from "), fileName);
+    const QString failure = QStringLiteral("filter could not be loaded from ");
+    carryOut([&] { return list.LoadXml(fileName); }, failure, fileName);
     if (list.IsIDSet() && list.GetID() != fileID) {
         throw Failure(QStringLiteral("filter file is not applicable"));
     }
+    carryOut([&] { return hasBearablePatterns(list); }, failure, fileName);
     return list;
 }
 
