@@ -63,6 +63,7 @@ void BooleanButtonFilterWidgetTest::hasItsParts()
              (QStringList{QStringLiteral("EnableFilter"), QStringLiteral("PushButton"), QStringLiteral("stretch 1")}));
     QVERIFY(!editor.enable.isChecked());
     QVERIFY(!editor.enable.accessibleName().isEmpty());
+    QVERIFY(!editor.button.accessibleName().isEmpty());
     QVERIFY(editor.button.isCheckable());
     QVERIFY(editor.button.isChecked());
     QCOMPARE(editor.button.text(), QStringLiteral("true"));

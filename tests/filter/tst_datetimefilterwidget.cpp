@@ -152,6 +152,8 @@ private Q_SLOTS:
     void staysEmptyWithAnotherNumberOfConditions_data();
     void staysEmptyWithAnotherNumberOfConditions();
     void isWorkedByKeysAlone();
+    void theCalendarIsWorkedByKeysAlone_data();
+    void theCalendarIsWorkedByKeysAlone();
     void isDisabledWhenAConditionIsGone();
     void isDisabledWithoutConditions();
     void slotsForTheOtherKindOfLimitDoNothing();
@@ -380,6 +382,41 @@ void DateTimeFilterWidgetTest::isWorkedByKeysAlone()
             reached.indexOf(QStringLiteral("LowerLimitDateTimeEdit")));
     QVERIFY(reached.indexOf(QStringLiteral("UpperLimitDateTimeEdit")) >
             reached.indexOf(QStringLiteral("UpperLimitCheckbox")));
+}
+
+void DateTimeFilterWidgetTest::theCalendarIsWorkedByKeysAlone_data()
+{
+    QTest::addColumn<Qt::Key>("opening");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<Qt::Key>("closing");
+
+    QTest::newRow("F4, and Return") << Qt::Key_F4 << Qt::KeyboardModifiers() << Qt::Key_Return;
+    QTest::newRow("Alt and down, and Return")
+        << Qt::Key_Down << Qt::KeyboardModifiers(Qt::AltModifier) << Qt::Key_Return;
+    QTest::newRow("F4, and Escape") << Qt::Key_F4 << Qt::KeyboardModifiers() << Qt::Key_Escape;
+}
+
+// Each day that the arrow keys go to is taken at once.
+void DateTimeFilterWidgetTest::theCalendarIsWorkedByKeysAlone()
+{
+    QFETCH(Qt::Key, opening);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    QFETCH(Qt::Key, closing);
+    DayEditor editor;
+    QVERIFY(editor.form.isActive());
+    QVERIFY(restoreValue(*editor.lower, someDay.startOfDay()));
+    editor.lowerEdit.setFocus();
+    QTest::keyClick(&editor.lowerEdit, opening, modifiers);
+    const QPointer<QWidget> calendar = QApplication::activePopupWidget();
+    QVERIFY(calendar && calendar->isVisible());
+    QCOMPARE(calendar->parentWidget(), &editor.lowerEdit);
+    QVERIFY(calendar->focusWidget());
+    QTest::keyClick(calendar->focusWidget(), Qt::Key_Right);
+    QTest::keyClick(calendar->focusWidget(), closing);
+    QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activePopupWidget(), patience);
+    QVERIFY(editor.form.window.isVisible());
+    QCOMPARE(editor.lowerEdit.date(), someDay.addDays(1));
+    QCOMPARE(editor.lower->value().date(), someDay.addDays(1));
 }
 
 void DateTimeFilterWidgetTest::isDisabledWhenAConditionIsGone()

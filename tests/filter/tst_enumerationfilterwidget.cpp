@@ -65,16 +65,7 @@ struct Window
         return list()->model()->index(row, 0).data(Qt::CheckStateRole).toInt() == Qt::Checked;
     }
 
-    /// The list of values, null while there is none.
-    static QListView* list()
-    {
-        for (QWidget* const top : QApplication::topLevelWidgets()) {
-            if (top->objectName() == QStringLiteral("ValuesListView")) {
-                return qobject_cast<QListView*>(top);
-            }
-        }
-        return nullptr;
-    }
+    static QListView* list() { return openList(); }
 
     W window;
     QPointer<Condition> condition;

@@ -125,12 +125,7 @@ public:
     QListView* openValues(const QString& editorName) const
     {
         QTest::mouseClick(part<QPushButton>(editorName, QStringLiteral("SelectButton")), Qt::LeftButton);
-        for (QWidget* const window : QApplication::topLevelWidgets()) {
-            if (window->objectName() == QStringLiteral("ValuesListView") && window->isVisible()) {
-                return qobject_cast<QListView*>(window);
-            }
-        }
-        return nullptr;
+        return editorhands::openList();
     }
 
     /// Clicks on values of an enumeration, and closes their list.

@@ -1,5 +1,6 @@
 #include <zelkoguibase/filter/datetimefilterwidget.h>
 
+#include "dayedit_p.h"
 #include "rangelimits_p.h"
 
 #include <QTimeEdit>
@@ -104,9 +105,8 @@ DateTimeFilterWidget::DateTimeFilterWidget(const QList<NumberFilterCondition<QDa
         return;
     }
     const auto makeEdit = [this, today = QDate::currentDate()] {
-        auto* const edit = new QDateTimeEdit(this);
+        auto* const edit = new DayEdit(this);
         edit->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
-        edit->setCalendarPopup(true);
         edit->setDate(today);
         return edit;
     };

@@ -75,7 +75,8 @@ QListView* EnumerationFilterWidgetBase::makeListView()
     auto* const view = new QListView;
     view->setObjectName(QStringLiteral("ValuesListView"));
     view->setWindowTitle(tr("Select Values to show"));
-    view->setAccessibleName(view->windowTitle());
+    view->setAccessibleName(accessibleName().isEmpty() ? view->windowTitle()
+                                                       : tr("%1: %2").arg(accessibleName(), view->windowTitle()));
     view->setAttribute(Qt::WA_DeleteOnClose);
     view->setWindowModality(Qt::WindowModal);
     view->setModel(model());

@@ -11,6 +11,7 @@
 #include <widgetbase/warningbox.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -83,6 +84,23 @@ QWidget* centredLabel(const QString& text, QWidget* editor)
     return widget;
 }
 
+// Whoever does not see the row a part stands in must hear its name. The editors themselves know nothing of columns.
+void nameAfterRow(QWidget& editor, const QString& label)
+{
+    editor.setAccessibleName(label);
+    for (QWidget* const part : editor.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (part->focusPolicy() != Qt::NoFocus) {
+            const auto* const button = qobject_cast<QAbstractButton*>(part);
+            const QString own = part->accessibleName().isEmpty() && button ? button->text() : part->accessibleName();
+            const QString name = ExtendedFilterDialog::tr("%1: %2").arg(label, own);
+            part->setAccessibleName(name);
+            if (qobject_cast<QComboBox*>(part)) {
+                part->setAccessibleDescription(name); // the name that Qt tells of one is its choice, on some systems
+            }
+        }
+    }
+}
+
 } // namespace
 
 class ExtendedFilterDialog::Private
@@ -127,7 +145,7 @@ void ExtendedFilterDialog::Private::addRow(const FilterRow& row, MultiFilterSort
     QWidget* const editor = row.makeEditor(conditions, q);
     editor->setContentsMargins({});
     const QString label = tr(row.label);
-    editor->setAccessibleName(label);
+    nameAfterRow(*editor, label);
     QWidget* const labelWidget = centredLabel(label, editor);
     form.addRow(labelWidget, editor);
     filterUIs.append(dynamic_cast<IFilterUI*>(editor));
