@@ -367,9 +367,11 @@ void EnumerationFilterWidgetTest::closesTheListWhenARestoredConditionIsOff()
 {
     Window window;
     window.select();
+    const QPointer<QListView> list = window.list();
+    QVERIFY(list);
     QVERIFY(restoreValues(*window.condition, {Status::Finished}, false));
     QVERIFY(!window.widget->isEnabled());
-    QTRY_VERIFY_WITH_TIMEOUT(!window.list(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
     QVERIFY(restoreValues(*window.condition, {Status::Finished}));
     QVERIFY(window.widget->isEnabled());
 }
@@ -378,11 +380,12 @@ void EnumerationFilterWidgetTest::closesTheListWhenTheConditionIsGone()
 {
     Window window;
     window.select();
-    QVERIFY(window.list());
+    const QPointer<QListView> list = window.list();
+    QVERIFY(list);
     delete window.condition;
     QVERIFY(!window.widget->isEnabled());
-    QVERIFY(!window.list() || !window.list()->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(!window.list(), patience);
+    QVERIFY(!window.list());
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
 }
 
 void EnumerationFilterWidgetTest::outlivesTheCondition()
@@ -416,8 +419,9 @@ void EnumerationFilterWidgetTest::aClosedListIsGone()
     Window window;
     window.select();
     window.clickRow(2);
-    window.list()->close();
-    QTRY_VERIFY_WITH_TIMEOUT(!window.list(), patience);
+    const QPointer<QListView> list = window.list();
+    list->close();
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
     window.select();
     QVERIFY(window.list()->isVisible());
     QVERIFY(!window.rowIsChecked(2));
