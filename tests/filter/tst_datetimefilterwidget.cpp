@@ -1,14 +1,14 @@
 #include "conditionsignallog.h"
-#include "editorhands.h"
+#include "rangeeditorchecks.h"
 
 #include <zelkoguibase/filter/datetimefilterwidget.h>
 
-#include <QCheckBox>
 #include <QTimeEdit>
 #include <QtTest>
 
 using namespace ZelkoGUI::Filter;
 using namespace editorhands;
+using namespace rangeeditorchecks;
 
 namespace {
 
@@ -68,45 +68,12 @@ void typeDigits(QDateTimeEdit& edit, const QString& digits)
 }
 
 template <typename Editor>
-void comparesWithBothEnds(const Editor& editor)
-{
-    QVERIFY(!editor.lower->enabled());
-    QVERIFY(!editor.upper->enabled());
-    QCOMPARE(editor.lower->comparator(), NumberComparison::GreaterOrEqual);
-    QCOMPARE(editor.upper->comparator(), NumberComparison::LessOrEqual);
-}
-
-template <typename Editor>
 void hasPartsInARow(const Editor& editor)
 {
     QCOMPARE(rowOf(*editor.widget),
              (QStringList{QStringLiteral("LowerLimitCheckbox"), Editor::editName("Lower"), QStringLiteral("stretch 1"),
                           QStringLiteral("UpperLimitCheckbox"), Editor::editName("Upper")}));
-    QCOMPARE(editor.lowerCheck.text(), QStringLiteral("from"));
-    QCOMPARE(editor.upperCheck.text(), QStringLiteral("to"));
-    QVERIFY(!editor.lowerEdit.accessibleName().isEmpty());
-    QVERIFY(!editor.upperEdit.accessibleName().isEmpty());
-}
-
-template <typename Editor>
-void isSwitchedByCheckBoxes(Editor& editor)
-{
-    QVERIFY(!editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upperEdit.isEnabled());
-    click(editor.upperCheck);
-    QVERIFY(editor.upper->enabled());
-    QVERIFY(editor.upperEdit.isEnabled());
-    QVERIFY(!editor.lower->enabled());
-    QVERIFY(!editor.lowerEdit.isEnabled());
-    click(editor.lowerCheck);
-    click(editor.upperCheck);
-    QVERIFY(editor.lower->enabled());
-    QVERIFY(editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upper->enabled());
-    QVERIFY(!editor.upperEdit.isEnabled());
-    static_cast<IFilterUI*>(editor.widget)->resetFilter();
-    QVERIFY(!editor.lower->enabled());
-    QVERIFY(!editor.lowerCheck.isChecked());
+    saysWhichLimitIsWhich(editor);
 }
 
 template <typename Editor>
@@ -185,7 +152,7 @@ void DateTimeFilterWidgetTest::editsDays()
 void DateTimeFilterWidgetTest::startsWithTheWholeDay()
 {
     const TimeEditor editor;
-    comparesWithBothEnds(editor);
+    areEndsOfARange(*editor.lower, *editor.upper);
     QCOMPARE(editor.lower->value(), QTime(0, 0, 0));
     QCOMPARE(editor.upper->value(), QTime(23, 59, 59));
 }
@@ -195,7 +162,7 @@ void DateTimeFilterWidgetTest::startsWithToday()
     const QDate before = QDate::currentDate();
     const DayEditor editor;
     const QDate after = QDate::currentDate();
-    comparesWithBothEnds(editor);
+    areEndsOfARange(*editor.lower, *editor.upper);
     for (const QDateTimeEdit* const edit : {&editor.lowerEdit, &editor.upperEdit}) {
         QVERIFY(edit->date() == before || edit->date() == after);
     }
@@ -206,9 +173,9 @@ void DateTimeFilterWidgetTest::startsWithToday()
 void DateTimeFilterWidgetTest::aCheckBoxSwitchesItsLimit()
 {
     TimeEditor times;
-    isSwitchedByCheckBoxes(times);
+    isSwitchedByItsCheckBoxes(times);
     DayEditor days;
-    isSwitchedByCheckBoxes(days);
+    isSwitchedByItsCheckBoxes(days);
 }
 
 void DateTimeFilterWidgetTest::theLastSecondCountsWhole()
@@ -291,10 +258,7 @@ void DateTimeFilterWidgetTest::showsRestoredTimes()
     QVERIFY(restoreValue(*editor.upper, QTime(3, 4, 5, 999), false));
     QCOMPARE(editor.lowerEdit.text(), QStringLiteral("00:01:02"));
     QCOMPARE(editor.upperEdit.text(), QStringLiteral("03:04:05"));
-    QVERIFY(editor.lowerCheck.isChecked());
-    QVERIFY(editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upperCheck.isChecked());
-    QVERIFY(!editor.upperEdit.isEnabled());
+    isSwitched(editor, true, false);
 }
 
 void DateTimeFilterWidgetTest::showsRestoredDays()
@@ -302,9 +266,7 @@ void DateTimeFilterWidgetTest::showsRestoredDays()
     DayEditor editor;
     QVERIFY(restoreValue(*editor.lower, QDateTime(someDay, QTime(12, 30))));
     QCOMPARE(editor.lowerEdit.text(), QStringLiteral("29.03.2026"));
-    QVERIFY(editor.lowerCheck.isChecked());
-    QVERIFY(editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upperCheck.isChecked());
+    isSwitched(editor, true, false);
 }
 
 void DateTimeFilterWidgetTest::restoringDoesNotWriteBack()
@@ -335,10 +297,7 @@ void DateTimeFilterWidgetTest::aRestoredLimitThatIsNoneShowsNothingNew()
 
 void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions_data()
 {
-    QTest::addColumn<int>("count");
-    QTest::newRow("none") << 0;
-    QTest::newRow("one") << 1;
-    QTest::newRow("three") << 3;
+    addOtherCountsOfConditions();
 }
 
 void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions()
@@ -367,14 +326,7 @@ void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions()
 void DateTimeFilterWidgetTest::isWorkedByKeysAlone()
 {
     DayEditor editor;
-    QVERIFY(editor.form.isActive());
-    for (QCheckBox* const check : {&editor.lowerCheck, &editor.upperCheck}) {
-        check->setFocus();
-        QTest::keyClick(check, Qt::Key_Space);
-    }
-    QVERIFY(editor.lower->enabled());
-    QVERIFY(editor.upper->enabled());
-    editor.form.elsewhere.setFocus();
+    isSwitchedByKeys(editor);
     const QStringList reached = editor.form.reachedByTab(*editor.widget);
     QCOMPARE(reached.first(), QStringLiteral("LowerLimitCheckbox"));
     QVERIFY(reached.contains(QStringLiteral("LowerLimitDateTimeEdit")));

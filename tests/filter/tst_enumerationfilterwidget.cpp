@@ -126,6 +126,7 @@ private Q_SLOTS:
     void restoringFiltersOnce();
     void dropsRestoredValuesThatItDoesNotKnow();
     void closesTheListWhenARestoredConditionIsOff();
+    void followsAConditionThatIsSwitched();
     void closesTheListWhenTheConditionIsGone();
     void outlivesTheCondition();
     void thereIsOneListAtATime();
@@ -373,6 +374,19 @@ void EnumerationFilterWidgetTest::closesTheListWhenARestoredConditionIsOff()
     QVERIFY(!window.widget->isEnabled());
     QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
     QVERIFY(restoreValues(*window.condition, {Status::Finished}));
+    QVERIFY(window.widget->isEnabled());
+}
+
+void EnumerationFilterWidgetTest::followsAConditionThatIsSwitched()
+{
+    Window window;
+    window.select();
+    const QPointer<QListView> list = window.list();
+    QVERIFY(list);
+    window.condition->setEnabled(false);
+    QVERIFY(!window.widget->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
+    window.condition->setEnabled(true);
     QVERIFY(window.widget->isEnabled());
 }
 

@@ -57,6 +57,8 @@ private Q_SLOTS:
 
     void aDeletedConditionIsPassedBy();
     void aDeletedModelLeavesAnIdleWindow();
+    void theWindowMayGoWhileItsFileDialogIsOpen_data();
+    void theWindowMayGoWhileItsFileDialogIsOpen();
 
     void canBeWorkedWithKeysAlone();
     void returnPressesNothingButTheButtonWithTheFocus();
@@ -305,6 +307,23 @@ void ExtendedFilterDialogTest::aDeletedModelLeavesAnIdleWindow()
     window.dialog().enableInterfaceFilter(true);
     window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
     QVERIFY(!window.dialog().hasActiveFilter());
+}
+
+void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen_data()
+{
+    QTest::addColumn<QString>("button");
+
+    QTest::newRow("saving") << QStringLiteral("SaveFilterButton");
+    QTest::newRow("restoring") << QStringLiteral("RestoreFilterButton");
+}
+
+void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen()
+{
+    QFETCH(QString, button);
+    FilterWindow window;
+    const ZelkoConsole::DialogAnswer answer([&window](QWidget*) { window.closeForGood(); });
+    QTimer::singleShot(0, window.button(button), &QPushButton::click);
+    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
 }
 
 void ExtendedFilterDialogTest::canBeWorkedWithKeysAlone()

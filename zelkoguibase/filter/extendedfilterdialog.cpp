@@ -225,17 +225,14 @@ bool ExtendedFilterDialog::hasActiveFilter() const
 
 void ExtendedFilterDialog::enableInterfaceFilter(bool enable)
 {
-    bool hasInterfaceFilter = false;
     for (const auto& filter : std::as_const(d->filters)) {
         if (filter && filter->filterKeyColumn() == ZelkoCommon::AbstractRecordListModel::InterfaceColumn) {
             filter->setEnabled(enable);
-            hasInterfaceFilter = true;
         }
     }
     if (const auto row = d->rows.constFind(InterfaceColumn); row != d->rows.cend()) {
         row->first->setVisible(enable);
         row->second->setVisible(enable);
-        row->second->setEnabled(enable && hasInterfaceFilter);
     }
 }
 
