@@ -78,6 +78,9 @@ PaintedEditors::PaintedEditors()
     rows->addRow(QStringLiteral("Duration"), new DateTimeFilterWidget(limits<QTime>(4), nullptr));
     rows->addRow(QStringLiteral("Status"), m_status);
     addFlags(rows);
+    for (QHBoxLayout* const row : m_window.findChildren<QHBoxLayout*>()) {
+        row->setContentsMargins({}); // labels stand beside the first line of a row
+    }
 }
 
 void PaintedEditors::addFlags(QFormLayout* rows)

@@ -43,6 +43,9 @@ private Q_SLOTS:
     void buttonsAreNamedAndExplained_data();
     void buttonsAreNamedAndExplained();
 
+    void limitsOfAKindStandBelowEachOther();
+    void rowsEndWhereTheButtonsDo();
+
     void staysInForceWhileTheWindowIsClosed();
     void staysInForceWhenTheWindowIsGone();
 
@@ -126,6 +129,38 @@ void ExtendedFilterDialogTest::buttonsAreNamedAndExplained()
     QCOMPARE(picture(button->icon()), picture(QIcon(icon)));
     QCOMPARE(button->toolTip(), toolTip);
     QCOMPARE(box->buttonRole(button), role);
+}
+
+void ExtendedFilterDialogTest::limitsOfAKindStandBelowEachOther()
+{
+    const QList<QStringList> kinds{{QStringLiteral("StartTimeFilterWidget"), QStringLiteral("StopTimeFilterWidget"),
+                                    QStringLiteral("DurationFilterWidget")},
+                                   {QStringLiteral("SizeFilterWidget"), QStringLiteral("FrequencyFilterWidget"),
+                                    QStringLiteral("BandwidthFilterWidget"), QStringLiteral("SampleRateFilterWidget")}};
+    FilterWindow window;
+    for (const QStringList& editors : kinds) {
+        for (const QString& editor : editors) {
+            const auto left = [&](const QString& of) {
+                return window.part<QWidget>(of, QStringLiteral("UpperLimitCheckbox"))
+                    ->mapTo(&window.dialog(), QPoint())
+                    .x();
+            };
+            QCOMPARE(left(editor), left(editors.first()));
+        }
+    }
+}
+
+void ExtendedFilterDialogTest::rowsEndWhereTheButtonsDo()
+{
+    FilterWindow window;
+    const auto right = [&window](const QWidget& widget) {
+        return widget.mapTo(&window.dialog(), QPoint(widget.width(), 0)).x();
+    };
+    const int edge = right(*window.button(QStringLiteral("RestoreFilterButton")));
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("StatusFilterWidget"), QStringLiteral("SelectButton"))), edge);
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("SizeFilterWidget"), QStringLiteral("UnitCombobox"))), edge);
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("DurationFilterWidget"), QStringLiteral("UpperLimitTimeEdit"))),
+             edge);
 }
 
 void ExtendedFilterDialogTest::staysInForceWhileTheWindowIsClosed()

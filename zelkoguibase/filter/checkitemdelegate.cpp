@@ -1,5 +1,7 @@
 #include <zelkoguibase/filter/checkitemdelegate.h>
 
+#include "framedcheckbox_p.h"
+
 #include <QMouseEvent>
 
 namespace ZelkoGUI::Filter {
@@ -16,11 +18,6 @@ bool canBeToggled(Qt::ItemFlags flags)
 {
     constexpr Qt::ItemFlags needed = Qt::ItemIsUserCheckable | Qt::ItemIsEnabled;
     return (flags & (needed | Qt::ItemIsSelectable)) == needed;
-}
-
-bool isDark(const QColor& color)
-{
-    return color.lightness() < 128;
 }
 
 } // namespace
@@ -46,14 +43,11 @@ bool EnumerationFilterWidgetBase::CheckItemDelegate::editorEvent(QEvent* event, 
     return model->setData(index, state.toInt() == Qt::Checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
-// Styles frame the box in a darker shade of the window's colour, which nobody sees on a dark list.
 void EnumerationFilterWidgetBase::CheckItemDelegate::initStyleOption(QStyleOptionViewItem* option,
                                                                      const QModelIndex& index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
-    if (isDark(option->palette.color(QPalette::Base))) {
-        option->palette.setColor(QPalette::Window, option->palette.color(QPalette::Text));
-    }
+    showFrameOnDark(option->palette);
 }
 
 } // namespace ZelkoGUI::Filter

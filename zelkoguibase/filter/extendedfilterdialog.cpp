@@ -12,6 +12,7 @@
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
 #include <QComboBox>
+#include <QDateTimeEdit>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -84,6 +85,29 @@ QWidget* centredLabel(const QString& text, QWidget* editor)
     return widget;
 }
 
+// The buttons below have no margin beside them, so the editors end where those do.
+void endWithoutMargin(QWidget& editor)
+{
+    QLayout& row = *editor.layout();
+    QMargins margins = row.contentsMargins();
+    margins.setRight(0);
+    row.setContentsMargins(margins);
+}
+
+// What stands below each other in different rows gets the width of the widest.
+template <typename Part>
+void makeEquallyWide(const QWidget& window, const QString& name = QString())
+{
+    const QList<Part*> parts = window.findChildren<Part*>(name);
+    int width = 0;
+    for (const Part* const part : parts) {
+        width = std::max(width, part->sizeHint().width());
+    }
+    for (Part* const part : parts) {
+        part->setMinimumWidth(width);
+    }
+}
+
 // Whoever does not see the row a part stands in must hear its name. The editors themselves know nothing of columns.
 void nameAfterRow(QWidget& editor, const QString& label)
 {
@@ -132,6 +156,8 @@ QFormLayout* ExtendedFilterDialog::Private::makeRows(MultiFilterSortProxyModel& 
             addRow(row, model, *form);
         }
     }
+    makeEquallyWide<QDateTimeEdit>(*q);
+    makeEquallyWide<QComboBox>(*q, QStringLiteral("UnitCombobox"));
     return form;
 }
 
@@ -146,6 +172,7 @@ void ExtendedFilterDialog::Private::addRow(const FilterRow& row, MultiFilterSort
     editor->setContentsMargins({});
     const QString label = tr(row.label);
     nameAfterRow(*editor, label);
+    endWithoutMargin(*editor);
     QWidget* const labelWidget = centredLabel(label, editor);
     form.addRow(labelWidget, editor);
     filterUIs.append(dynamic_cast<IFilterUI*>(editor));

@@ -65,7 +65,7 @@ struct RangeLimits
 
 inline QCheckBox* makeLimitCheck(const QString& text, const QString& name, QWidget* parent)
 {
-    auto* const check = new QCheckBox(text, parent);
+    auto* const check = new FramedCheckBox(text, parent);
     check->setObjectName(name);
     return check;
 }
