@@ -12,6 +12,7 @@
 #include <QAccessible>
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QScrollBar>
 
 #include <functional>
 
@@ -71,6 +72,7 @@ private Q_SLOTS:
     void everyRowIsFilteredByKeysAlone();
     void everythingHasAnAccessibleNameThatSaysItsRow();
     void theListOfValuesIsNamedAfterItsRow();
+    void theListShowsFewValuesAtOnceAndManyWithAScrollBar();
 };
 
 void ExtendedFilterDialogTest::initTestCase()
@@ -522,6 +524,19 @@ void ExtendedFilterDialogTest::theListOfValuesIsNamedAfterItsRow()
     QCOMPARE(list->accessibleName(), QStringLiteral("Data Rate: Select Values to show"));
     QCOMPARE(list->windowTitle(), QStringLiteral("Select Values to show"));
     list->close();
+}
+
+void ExtendedFilterDialogTest::theListShowsFewValuesAtOnceAndManyWithAScrollBar()
+{
+    FilterWindow window;
+    const auto scrolls = [&window](const QString& editor) {
+        const QPointer<QListView> list = window.openValues(editor);
+        const bool answer = list->verticalScrollBar()->maximum() > 0;
+        list->close();
+        return answer;
+    };
+    QVERIFY(!scrolls(QStringLiteral("StatusFilterWidget")));
+    QVERIFY(scrolls(QStringLiteral("DataFormatFilterWidget")));
 }
 
 QTEST_MAIN(ExtendedFilterDialogTest)

@@ -1,8 +1,8 @@
 #include <zelkoguibase/filter/framedcheckbox_p.h>
 
-#include <QtTest>
+#include "boxground.h"
 
-#include <algorithm>
+#include <QtTest>
 
 using ZelkoGUI::Filter::FramedCheckBox;
 
@@ -19,34 +19,20 @@ private Q_SLOTS:
 
 void FramedCheckBoxTest::theBoxStandsOutFromItsGround_data()
 {
-    QTest::addColumn<QColor>("window");
-    QTest::addColumn<QColor>("base");
-    QTest::addColumn<QColor>("text");
-    QTest::newRow("a light one") << QColor(239, 239, 239) << QColor(Qt::white) << QColor(Qt::black);
-    QTest::newRow("a dark one") << QColor(45, 48, 52) << QColor(27, 30, 33) << QColor(230, 233, 237);
-    QTest::newRow("a black one") << QColor(Qt::black) << QColor(Qt::black) << QColor(Qt::white);
+    boxground::addGrounds();
 }
 
 // From the left edge into the box, across its frame.
 void FramedCheckBoxTest::theBoxStandsOutFromItsGround()
 {
-    QFETCH(QColor, window);
-    QFETCH(QColor, base);
-    QFETCH(QColor, text);
-    QPalette palette(window);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::Text, text);
     for (const bool enabled : {true, false}) {
         FramedCheckBox box;
-        box.setPalette(palette);
+        box.setPalette(boxground::palette());
         box.setEnabled(enabled);
         box.resize(box.sizeHint());
         const QImage line = box.grab(QRect(0, box.height() / 2, 10, 1)).toImage();
-        int largest = 0;
-        for (int x = 0; x < line.width(); ++x) {
-            largest = std::max(largest, std::abs(line.pixelColor(x, 0).lightness() - window.lightness()));
-        }
-        QVERIFY2(largest >= 40, qPrintable(QStringLiteral("the frame differs by %1").arg(largest)));
+        const int contrast = boxground::contrast(line, box.palette().color(QPalette::Window));
+        QVERIFY2(contrast >= 40, qPrintable(QStringLiteral("the frame differs by %1").arg(contrast)));
     }
 }
 

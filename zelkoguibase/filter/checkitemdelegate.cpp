@@ -28,6 +28,13 @@ EnumerationFilterWidgetBase::CheckItemDelegate::CheckItemDelegate(QObject* paren
 
 EnumerationFilterWidgetBase::CheckItemDelegate::~CheckItemDelegate() = default;
 
+QSize EnumerationFilterWidgetBase::CheckItemDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                                               const QModelIndex& index) const
+{
+    constexpr int room = 6; // above and below together
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, room);
+}
+
 bool EnumerationFilterWidgetBase::CheckItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
                                                                  const QStyleOptionViewItem& option,
                                                                  const QModelIndex& index)
