@@ -63,6 +63,7 @@ void BooleanButtonFilterWidgetTest::hasItsParts()
              (QStringList{QStringLiteral("EnableFilter"), QStringLiteral("PushButton"), QStringLiteral("stretch 1")}));
     QVERIFY(!editor.enable.isChecked());
     QVERIFY(!editor.enable.accessibleName().isEmpty());
+    QVERIFY(!editor.button.accessibleName().isEmpty());
     QVERIFY(editor.button.isCheckable());
     QVERIFY(editor.button.isChecked());
     QCOMPARE(editor.button.text(), QStringLiteral("true"));
@@ -107,10 +108,12 @@ void BooleanButtonFilterWidgetTest::saysTheFlagInItsOwnWords()
     Editor editor;
     editor.widget->setLabels({QStringLiteral("no"), noIcon()}, {QStringLiteral("yes"), yesIcon()});
     QCOMPARE(editor.button.text(), QStringLiteral("yes"));
+    QCOMPARE(editor.button.accessibleDescription(), QStringLiteral("yes"));
     QCOMPARE(picture(editor.button.icon()), picture(yesIcon()));
     click(editor.enable);
     click(editor.button);
     QCOMPARE(editor.button.text(), QStringLiteral("no"));
+    QCOMPARE(editor.button.accessibleDescription(), QStringLiteral("no"));
     QCOMPARE(picture(editor.button.icon()), picture(noIcon()));
 }
 
@@ -146,13 +149,7 @@ void BooleanButtonFilterWidgetTest::isResetByItsWindow()
 void BooleanButtonFilterWidgetTest::isWorkedByKeysAlone()
 {
     Editor editor;
-    QVERIFY(editor.form.isActive());
-    QTest::keyClick(&editor.form.elsewhere, Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QVERIFY(editor.condition->enabled());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QVERIFY(!editor.condition->value());
+    booleaneditorchecks::isWorkedByKeysAlone(editor.form, *editor.condition, Qt::Key_Space);
 }
 
 void BooleanButtonFilterWidgetTest::isDisabledWhenTheConditionIsGone()

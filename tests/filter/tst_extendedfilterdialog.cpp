@@ -7,8 +7,8 @@
 #include <resources/zelkoicons.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
 
-#include <QAccessible>
 #include <QDialogButtonBox>
+#include <QScrollBar>
 
 #include <functional>
 
@@ -22,11 +22,6 @@ namespace {
 
 using Hands = std::function<void(FilterWindow&)>;
 
-bool canHaveFocus(const QWidget& widget)
-{
-    return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus) != 0;
-}
-
 } // namespace
 
 class ExtendedFilterDialogTest : public QObject
@@ -39,6 +34,9 @@ private Q_SLOTS:
     void isTheWindowOfTheExtendedFilter();
     void buttonsAreNamedAndExplained_data();
     void buttonsAreNamedAndExplained();
+
+    void limitsOfAKindStandBelowEachOther();
+    void rowsEndWhereTheButtonsDo();
 
     void staysInForceWhileTheWindowIsClosed();
     void staysInForceWhenTheWindowIsGone();
@@ -54,10 +52,9 @@ private Q_SLOTS:
 
     void aDeletedConditionIsPassedBy();
     void aDeletedModelLeavesAnIdleWindow();
-
-    void canBeWorkedWithKeysAlone();
-    void returnPressesNothingButTheButtonWithTheFocus();
-    void everythingHasAnAccessibleName();
+    void theWindowMayGoWhileItsFileDialogIsOpen_data();
+    void theWindowMayGoWhileItsFileDialogIsOpen();
+    void theListShowsFewValuesAtOnceAndManyWithAScrollBar();
 };
 
 void ExtendedFilterDialogTest::initTestCase()
@@ -116,6 +113,38 @@ void ExtendedFilterDialogTest::buttonsAreNamedAndExplained()
     QCOMPARE(picture(button->icon()), picture(QIcon(icon)));
     QCOMPARE(button->toolTip(), toolTip);
     QCOMPARE(box->buttonRole(button), role);
+}
+
+void ExtendedFilterDialogTest::limitsOfAKindStandBelowEachOther()
+{
+    const QList<QStringList> kinds{{QStringLiteral("StartTimeFilterWidget"), QStringLiteral("StopTimeFilterWidget"),
+                                    QStringLiteral("DurationFilterWidget")},
+                                   {QStringLiteral("SizeFilterWidget"), QStringLiteral("FrequencyFilterWidget"),
+                                    QStringLiteral("BandwidthFilterWidget"), QStringLiteral("SampleRateFilterWidget")}};
+    FilterWindow window;
+    for (const QStringList& editors : kinds) {
+        for (const QString& editor : editors) {
+            const auto left = [&](const QString& of) {
+                return window.part<QWidget>(of, QStringLiteral("UpperLimitCheckbox"))
+                    ->mapTo(&window.dialog(), QPoint())
+                    .x();
+            };
+            QCOMPARE(left(editor), left(editors.first()));
+        }
+    }
+}
+
+void ExtendedFilterDialogTest::rowsEndWhereTheButtonsDo()
+{
+    FilterWindow window;
+    const auto right = [&window](const QWidget& widget) {
+        return widget.mapTo(&window.dialog(), QPoint(widget.width(), 0)).x();
+    };
+    const int edge = right(*window.button(QStringLiteral("RestoreFilterButton")));
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("StatusFilterWidget"), QStringLiteral("SelectButton"))), edge);
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("SizeFilterWidget"), QStringLiteral("UnitCombobox"))), edge);
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("DurationFilterWidget"), QStringLiteral("UpperLimitTimeEdit"))),
+             edge);
 }
 
 void ExtendedFilterDialogTest::staysInForceWhileTheWindowIsClosed()
@@ -299,63 +328,34 @@ void ExtendedFilterDialogTest::aDeletedModelLeavesAnIdleWindow()
     QVERIFY(!window.dialog().hasActiveFilter());
 }
 
-void ExtendedFilterDialogTest::canBeWorkedWithKeysAlone()
+void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen_data()
 {
-    FilterWindow window;
-    QList<QWidget*> reached;
-    QWidget* const first = window.dialog().focusWidget();
-    do {
-        reached << QApplication::focusWidget();
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    } while (QApplication::focusWidget() != first && reached.size() < 100);
-    for (QWidget* const child : window.dialog().findChildren<QWidget*>()) {
-        QVERIFY2(!canHaveFocus(*child) || reached.contains(child), qPrintable(child->objectName()));
-    }
-    // Rows come from the top to the bottom.
-    int lowest = 0;
-    for (QWidget* const widget : std::as_const(reached)) {
-        const int top = widget->mapTo(&window.dialog(), QPoint(0, widget->height() / 2)).y();
-        QVERIFY(top >= lowest - widget->height() / 2);
-        lowest = top;
-    }
+    QTest::addColumn<QString>("button");
+
+    QTest::newRow("saving") << QStringLiteral("SaveFilterButton");
+    QTest::newRow("restoring") << QStringLiteral("RestoreFilterButton");
 }
 
-void ExtendedFilterDialogTest::returnPressesNothingButTheButtonWithTheFocus()
+void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen()
 {
+    QFETCH(QString, button);
     FilterWindow window;
-    const QString editor = QStringLiteral("NameFilterWidget");
-    window.type(editor, QStringLiteral("TextEdit"), QStringLiteral("band"));
-    auto* const edit = window.part<QLineEdit>(editor, QStringLiteral("TextEdit"));
-    const QMap<QString, QString> typed = window.state();
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-        QTest::keyClick(edit, key);
-        QCOMPARE(window.state(), typed);
-        QVERIFY(window.dialog().isVisible());
-    }
-    for (QPushButton* const button : window.dialog().findChildren<QPushButton*>()) {
-        QVERIFY2(!button->isDefault(), qPrintable(button->objectName()));
-    }
-    QPushButton* const reset = window.button(QStringLiteral("ResetAllFilterButton"));
-    reset->setFocus();
-    QTest::keyClick(reset, Qt::Key_Return);
-    QVERIFY(!window.dialog().hasActiveFilter());
+    const ZelkoConsole::DialogAnswer answer([&window](QWidget*) { window.closeForGood(); });
+    QTimer::singleShot(0, window.button(button), &QPushButton::click);
+    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
 }
 
-void ExtendedFilterDialogTest::everythingHasAnAccessibleName()
+void ExtendedFilterDialogTest::theListShowsFewValuesAtOnceAndManyWithAScrollBar()
 {
     FilterWindow window;
-    const auto nameOf = [](QWidget* widget) {
-        QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(widget);
-        return interface ? interface->text(QAccessible::Name) : QString();
+    const auto scrolls = [&window](const QString& editor) {
+        const QPointer<QListView> list = window.openValues(editor);
+        const bool answer = list->verticalScrollBar()->maximum() > 0;
+        list->close();
+        return answer;
     };
-    for (QWidget* const child : window.dialog().findChildren<QWidget*>()) {
-        if ((child->focusPolicy() & Qt::TabFocus) != 0 &&
-            child->objectName() != QStringLiteral("qt_spinbox_lineedit")) {
-            QVERIFY2(!nameOf(child).isEmpty(),
-                     qPrintable(child->objectName() + QStringLiteral(" of ") + child->parentWidget()->objectName()));
-        }
-    }
-    QCOMPARE(nameOf(window.editor(QStringLiteral("FrequencyFilterWidget"))), QStringLiteral("Frequency"));
+    QVERIFY(!scrolls(QStringLiteral("StatusFilterWidget")));
+    QVERIFY(scrolls(QStringLiteral("DataFormatFilterWidget")));
 }
 
 QTEST_MAIN(ExtendedFilterDialogTest)

@@ -19,10 +19,11 @@ class MultiFilterSortProxyModel;
 /// from one. The conditions belong to the proxy and stay in force while the window is closed, and when it is gone. The
 /// object name of a condition is its name in filter files.
 ///
-/// A filter file is a FilterConditionList with the ID "ExtendedRecordListFilter". One that cannot be read, or is none
-/// of this window, is refused with a warning, and no filter changes. One that was saved by a window with other rows is
-/// taken as far as it goes: entries without a row are ignored, rows without an entry stay as they are. The folder of
-/// the file that was last saved or restored is kept in the user's configuration as "ExtendedRecordListFilterFolder".
+/// A filter file is a FilterConditionList with the ID "ExtendedRecordListFilter". One that cannot be read, has a
+/// pattern that is too complex, or is none of this window, is refused with a warning, and no filter changes. One that
+/// was saved by a window with other rows is taken as far as it goes: entries without a row are ignored, rows without an
+/// entry stay as they are. The folder of the file that was last saved or restored is kept in the user's configuration
+/// as "ExtendedRecordListFilterFolder".
 ///
 /// GUI thread only. Reading a file and filtering anew block.
 class ZELKOGUIBASE_EXPORT ExtendedFilterDialog : public QDialog, public IFilterUI

@@ -1,8 +1,9 @@
 #include <zelkoguibase/filter/filterfile_p.h>
 
+#include <zelkoguibase/filter/stringfiltercondition.h>
+
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
-#include <reportcore/rgexception.h>
 #include <zelkobase/data/filterconditionlist.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
@@ -27,13 +28,15 @@ void traceDeleted(int line)
           QStringLiteral("ExtendedFilterDialog: a filter has been deleted while the dialog is still open"), line);
 }
 
-// The data class names the file in front of some reasons, and quotes names of elements, which may be of any length.
-QString withReason(const QString& failure, const QString& fileName, const QString& reason)
+// The data class names the file in front of some reasons. Names that reasons quote may be of any length.
+QString reasonOf(const RGException& exception, const QString& fileName)
 {
     constexpr qsizetype longestReason = 300;
-    const QString named = reason.startsWith(fileName) ? reason : fileName + QStringLiteral(": ") + reason;
-    const qsizetype longest = fileName.size() + longestReason;
-    return failure + (named.size() > longest ? named.first(longest) + QStringLiteral("...") : named);
+    QString reason = exception.GetMessage();
+    if (const QString where = fileName + QStringLiteral(": "); reason.startsWith(where)) {
+        reason.remove(0, where.size());
+    }
+    return reason.size() > longestReason ? reason.first(longestReason) + QStringLiteral("...") : reason;
 }
 
 // Carries out an operation of the data class, which may fail with a reason or without one.
@@ -44,20 +47,40 @@ void carryOut(const Operation& operation, const QString& failure, const QString&
     try {
         done = operation();
     } catch (const RGException& exception) {
-        throw RGException(withReason(failure, fileName, exception.GetMessage()));
+        const QString reason = reasonOf(exception, fileName);
+        trace(ErrorHandler::TraceError, QStringLiteral("RGException: %1:%2").arg(exception.GetOrigin(), reason),
+              __LINE__);
+        throw Failure(failure + fileName, reason);
     }
     if (!done) {
-        throw RGException(failure + fileName);
+        throw Failure(failure + fileName);
+    }
+}
+
+// Such a pattern would pass nothing, and whoever restores a filter could not tell why.
+void refuseComplexPatterns(const FilterConditionList& list)
+{
+    for (const ZELKO_XML::FilterCondition& entry : list.GetFilterCondition()) {
+        if (entry.IsStringFilterSet() && StringFilterCondition::isTooComplex(entry.GetStringFilter())) {
+            throw RGException(QStringLiteral("FilterConditionList"),
+                              QStringLiteral("the pattern of %1 is too complex").arg(entry.GetName()));
+        }
     }
 }
 
 FilterConditionList loaded(const QString& fileName)
 {
     FilterConditionList list;
-    carryOut([&] { return list.LoadXml(fileName); }, QStringLiteral("filter could not be loaded from "), fileName);
+    const QString failure = QStringLiteral("filter could not be loaded from ");
+    carryOut([&] { return list.LoadXml(fileName); }, failure, fileName);
     if (list.IsIDSet() && list.GetID() != fileID) {
-        throw RGException(QStringLiteral("filter file is not applicable"));
+        throw Failure(QStringLiteral("filter file is not applicable"));
     }
+    const auto checkPatterns = [&] {
+        refuseComplexPatterns(list);
+        return true;
+    };
+    carryOut(checkPatterns, failure, fileName);
     return list;
 }
 
