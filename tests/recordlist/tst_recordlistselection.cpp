@@ -2,7 +2,10 @@
 
 #include <resources/zelkoicons.h>
 
+#include <QHeaderView>
+#include <QMenu>
 #include <QScrollBar>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 using Controller = ZelkoGUI::IZelkoGUIController;
@@ -45,6 +48,11 @@ private Q_SLOTS:
     void selectsARecordThatIsFilteredOut();
     void leavesTheSelectionForARecordThatIsFilteredOut();
     void tellsThatARecordDidNotComeBack();
+    void tellsThatNoRecordCameBack();
+    void tellsWhatIsBackWhileOthersAreOnTheirWay();
+    void tellsThatTheListHasDied();
+    void selectsByIDWhateverKeysAreHeld_data();
+    void selectsByIDWhateverKeysAreHeld();
     void selectsNothingThatIsNotKnown();
     void keepsTheFiltersForARecordThatIsShown();
     void scrollsToTheRecordOfAnAction_data();
@@ -221,6 +229,71 @@ void RecordListSelectionTest::tellsThatARecordDidNotComeBack()
     QTRY_COMPARE_WITH_TIMEOUT(spy.size(), 1, patience);
     QCOMPARE(spy.first().first().toStringList(), QStringList());
     QCOMPARE(site.widget->selectedRecords(), QStringList());
+}
+
+// There are no rows to wait for the last one of.
+void RecordListSelectionTest::tellsThatNoRecordCameBack()
+{
+    ListSite site;
+    site.click(1);
+    site.model.replace({});
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords(), QStringList(), patience);
+    QCOMPARE(site.widget->selectedRecords(), QStringList());
+    QCOMPARE(site.part<QMenu>("CopyToClipboardMenu")->title(), u"Copy to Clipboard"_s);
+}
+
+void RecordListSelectionTest::tellsWhatIsBackWhileOthersAreOnTheirWay()
+{
+    ListSite site;
+    site.click(1);
+    site.click(3, Qt::ControlModifier);
+    site.model.replace({});
+    site.model.add(makeRecord(u"A"_s));
+    site.model.add(makeRecord(u"D"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords(), QStringList(u"D"_s), patience);
+    QCOMPARE(site.widget->selectedRecords(), QStringList(u"D"_s));
+    site.model.add(makeRecord(u"B"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords().size(), 2, patience);
+    QCOMPARE(site.highlighted(), u"B D"_s);
+}
+
+void RecordListSelectionTest::tellsThatTheListHasDied()
+{
+    ListSite site(severalAtOnce, 0);
+    auto list = std::make_unique<ListedRecords>(ListSite::ids(5));
+    site.controller->list = list.get();
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    site.click(1);
+    QCOMPARE(site.controller->selectedRecords(), QStringList(u"B"_s));
+    list.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords(), QStringList(), patience);
+    QCOMPARE(site.view.verticalHeader()->count(), 0);
+}
+
+void RecordListSelectionTest::selectsByIDWhateverKeysAreHeld_data()
+{
+    QTest::addColumn<Qt::KeyboardModifiers>("held");
+    QTest::newRow("none") << Qt::KeyboardModifiers();
+    QTest::newRow("the one that adds") << Qt::KeyboardModifiers(Qt::ControlModifier);
+    QTest::newRow("the one that extends") << Qt::KeyboardModifiers(Qt::ShiftModifier);
+}
+
+void RecordListSelectionTest::selectsByIDWhateverKeysAreHeld()
+{
+    QFETCH(Qt::KeyboardModifiers, held);
+    ListSite site;
+    site.widget->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&*site.widget, patience));
+    site.click(0);
+    site.click(1, Qt::ControlModifier);
+    QWindow* const window = site.widget->windowHandle();
+    QTest::keyPress(window, Qt::Key_F24, held);
+    QCOMPARE(QGuiApplication::keyboardModifiers(), held);
+    site.widget->select(u"D"_s, false);
+    QTest::keyRelease(window, Qt::Key_F24);
+    QCOMPARE(site.highlighted(), u"D"_s);
+    QCOMPARE(site.controller->selectedRecords(), QStringList(u"D"_s));
+    QCOMPARE(site.idAt(site.view.currentIndex().row()), u"D"_s);
 }
 
 void RecordListSelectionTest::selectsNothingThatIsNotKnown()

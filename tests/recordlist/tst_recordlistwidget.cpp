@@ -134,6 +134,7 @@ private Q_SLOTS:
     void showsTheProgress();
     void takesAnotherListOfTheController();
     void takesAnotherListWhenTheOldOneIsGone();
+    void isEmptyWhenItsListIsGone();
     void isNamedForThoseWhoCannotSeeIt();
 };
 
@@ -758,6 +759,22 @@ void RecordListWidgetTest::takesAnotherListWhenTheOldOneIsGone()
     Q_EMIT site.controller->si_activeDeviceChanged({}, {});
     QCOMPARE(site.shown(), u"X Y"_s);
     QCOMPARE(site.count(), u"2 recordings"_s);
+}
+
+// Nobody may be told of hidden recordings that are nowhere.
+void RecordListWidgetTest::isEmptyWhenItsListIsGone()
+{
+    ListSite site(ListSite::everything, 0);
+    auto list = std::make_unique<ListedRecords>(ListSite::ids(5));
+    site.controller->list = list.get();
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    site.filterNames(u"nothing"_s);
+    QCOMPARE(site.count(), u"0/5 recordings"_s);
+    QVERIFY(site.part<QLabel>("FilteredOutNote")->isVisible());
+    list.reset();
+    QCOMPARE(site.count(), u"0 recordings"_s);
+    QVERIFY(site.part<QLabel>("FilteredOutNote")->isHidden());
+    QCOMPARE(site.view.verticalHeader()->count(), 0);
 }
 
 void RecordListWidgetTest::isNamedForThoseWhoCannotSeeIt()

@@ -37,7 +37,7 @@ RecordListWidget::Private::Private(RecordListWidget* widget, IZelkoGUIController
     , records(*proxy)
     , lastPlace(place())
 {
-    proxy->setSourceModel(itsController->recordListModel());
+    setSource();
     proxy->setSortRole(AbstractRecordListModel::SortRole);
     proxy->setDynamicSortFilter(true);
 }
@@ -53,6 +53,7 @@ void RecordListWidget::Private::makeView(Options options)
     } else {
         view->verticalHeader()->hide();
     }
+    anchor = new ScrollAnchor(view, proxy, owner);
     view->setModel(proxy);
     view->setSortingEnabled(true);
     view->horizontalHeader()->setSectionsMovable(true);
@@ -66,7 +67,7 @@ void RecordListWidget::Private::makeView(Options options)
     view->setTabKeyNavigation(false);
     new FilteredOutNote(view, proxy);
     keeper = new SelectionKeeper(view, proxy, refillPause, owner);
-    connect(keeper, &SelectionKeeper::ended, owner, [this] { refillEnded(); });
+    connect(keeper, &SelectionKeeper::replaced, owner, [this] { tellWhatIsLeft(); });
 }
 
 void RecordListWidget::Private::keepColumns()

@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QSet>
 
+#include <algorithm>
 #include <utility>
 
 namespace ZelkoGUI {
@@ -27,9 +28,19 @@ void RecordListWidget::Private::replaceSource()
     if (QAbstractItemModel* const old = proxy->sourceModel()) {
         old->disconnect(owner);
     }
-    proxy->setSourceModel(controller->recordListModel());
+    setSource();
     countRowsOf(controller->recordListModel());
     keeper->forget();
+}
+
+// A proxy whose source dies says nothing of its rows, and whoever shows them would do so for ever.
+void RecordListWidget::Private::setSource()
+{
+    QAbstractItemModel* const source = controller->recordListModel();
+    proxy->setSourceModel(source);
+    if (source) {
+        connect(source, &QObject::destroyed, owner, [proxy = proxy] { proxy->setSourceModel(nullptr); });
+    }
 }
 
 RecordListWidget::Private::Place RecordListWidget::Private::place() const
@@ -79,6 +90,7 @@ void RecordListWidget::Private::updateClipboardMenu()
     }
 }
 
+// Said in so many words: a view that is asked to select a row does what a click would, by the keys that are held.
 bool RecordListWidget::Private::selectShown(const QString& id)
 {
     const QModelIndex index = records.indexOf(id);
@@ -86,7 +98,9 @@ bool RecordListWidget::Private::selectShown(const QString& id)
         return false;
     }
     keeper->forget();
-    view->selectRow(index.row());
+    const int column = view->horizontalHeader()->logicalIndexAt(0);
+    view->selectionModel()->setCurrentIndex(index.siblingAtColumn(std::max(column, 0)),
+                                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(index);
     return true;
 }
@@ -104,6 +118,7 @@ void RecordListWidget::Private::resetFilters()
 // Up and down only, and also while the column of the names is hidden.
 void RecordListWidget::Private::scrollTo(const QModelIndex& row)
 {
+    anchor->settle();
     const int left = view->horizontalScrollBar()->value();
     view->scrollTo(row.siblingAtColumn(view->horizontalHeader()->logicalIndexAt(0)));
     view->horizontalScrollBar()->setValue(left);
@@ -119,8 +134,8 @@ QStringList RecordListWidget::Private::highlighted() const
     return ids;
 }
 
-// A selection goes without a word when all rows are replaced at once. What has not come back by now has gone.
-void RecordListWidget::Private::refillEnded()
+// A selection goes without a word when all rows are replaced at once.
+void RecordListWidget::Private::tellWhatIsLeft()
 {
     const QStringList left = highlighted();
     if (QSet<QString>(left.begin(), left.end()) != QSet<QString>(selected.begin(), selected.end())) {

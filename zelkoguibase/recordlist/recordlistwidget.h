@@ -25,9 +25,17 @@ class AbstractFilterCondition;
 /// application wants.
 ///
 /// What the user selects goes to the controller, and what the controller has selected by others is selected here, which
-/// is not signalled again. When all rows go at once and come back, as they do when a connection is lost, the records
-/// that were selected are selected again as they come, the current row and the scroll position are restored, and the
-/// controller is told; what the user does meanwhile counts instead.
+/// is not signalled again.
+///
+/// When all rows go at once and come back, as they do when a connection is lost, the records that were selected are
+/// selected again as they come, and the current row and the scroll position are restored; what the user does meanwhile
+/// counts instead. What is told names records of the list only: a turn of the event loop after the loss nothing, then
+/// those that are back, each time some come. When no awaited one has come for five seconds, or rows have come for a
+/// minute, the others count as gone and are not selected should they come after all.
+///
+/// While rows come, go and move, those in sight stay where they are: the record at the top of the table stays there for
+/// as long as it is in the list, and then the next one keeps its place. A table that stands at the top of the list
+/// stays there, so that new records are seen.
 ///
 /// A list in which the filters hide every record says so in place of the rows.
 ///

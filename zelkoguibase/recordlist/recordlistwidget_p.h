@@ -2,6 +2,7 @@
 
 #include "filteredoutnote_p.h"
 #include "proxiedrecords_p.h"
+#include "scrollanchor_p.h"
 #include "selectionkeeper_p.h"
 
 #include <widgetbase/qheaderviewcolumnhandler.h>
@@ -59,6 +60,7 @@ struct RecordListWidget::Private
 
     void followSelection();
     void countRowsOf(const QAbstractItemModel* model) const;
+    void setSource();
     void replaceSource();
     Place place() const;
     QString deviceText() const;
@@ -71,7 +73,7 @@ struct RecordListWidget::Private
     void lookAtPlace();
     QString textOf(const QModelIndex& sourceRow, int column) const;
     QStringList highlighted() const;
-    void refillEnded();
+    void tellWhatIsLeft();
 
     RecordListWidget* const owner;
     const QPointer<IZelkoGUIController> controller;
@@ -96,6 +98,7 @@ struct RecordListWidget::Private
     bool isDialogPlaced = false;
 
     const ProxiedRecords records;
+    ScrollAnchor* anchor = nullptr;
     SelectionKeeper* keeper = nullptr;
     QMetaObject::Connection selectionChanges;
     Place lastPlace;
