@@ -60,6 +60,7 @@ private Q_SLOTS:
     void scrollsOnlyUpAndDown();
     void tellsOfADoubleClick();
     void losesARecordThatIsDeleted();
+    void isNotToldThatOtherRowsCameAndWent();
     void losesARecordThatIsFilteredOut();
     void keepsTheSelectionOfRecordsThatMove();
     void bringsTheSelectionBackWithItsRecords();
@@ -375,6 +376,20 @@ void RecordListSelectionTest::losesARecordThatIsDeleted()
     QCOMPARE(site.controller->selectedRecords(), QStringList(u"D"_s));
     site.model.remove(u"D"_s);
     QCOMPARE(site.controller->selectedRecords(), QStringList());
+}
+
+void RecordListSelectionTest::isNotToldThatOtherRowsCameAndWent()
+{
+    ListSite site;
+    site.click(2);
+    site.click(3, Qt::ControlModifier);
+    const QSignalSpy spy(&*site.widget, &RecordListWidget::si_selectedRecordsChanged);
+    site.model.remove(u"B"_s);
+    site.model.remove(u"E"_s);
+    site.model.add(makeRecord(u"Aa"_s));
+    QCOMPARE(site.highlighted(), u"C D"_s);
+    QCOMPARE(spy.size(), 0);
+    QCOMPARE(site.widget->selectedRecords(), (QStringList{u"C"_s, u"D"_s}));
 }
 
 void RecordListSelectionTest::losesARecordThatIsFilteredOut()

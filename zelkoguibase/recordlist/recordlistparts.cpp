@@ -67,7 +67,7 @@ void RecordListWidget::Private::makeView(Options options)
     view->setTabKeyNavigation(false);
     new FilteredOutNote(view, proxy);
     keeper = new SelectionKeeper(view, proxy, refillPause, owner);
-    connect(keeper, &SelectionKeeper::replaced, owner, [this] { tellWhatIsLeft(); });
+    connect(keeper, &SelectionKeeper::replaced, &lifetime, [this] { tellWhatIsLeft(); });
 }
 
 void RecordListWidget::Private::keepColumns()

@@ -16,11 +16,16 @@ using Filter::AbstractFilterCondition;
 using Filter::ExtendedFilterDialog;
 using ZelkoCommon::AbstractRecordListModel;
 
+// A selection model also tells that selected rows have moved up because others went, which is no news of the records.
 void RecordListWidget::Private::followSelection()
 {
     QObject::disconnect(selectionChanges); // somebody who was told of a selection may have made another one
-    selectionChanges = connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, owner,
-                               &RecordListWidget::sl_recordSelectionChanged);
+    selectionChanges = connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, &lifetime,
+                               [this](const QItemSelection& selectedNow, const QItemSelection& deselected) {
+                                   if (!selectedNow.isEmpty() || !deselected.isEmpty()) {
+                                       owner->sl_recordSelectionChanged();
+                                   }
+                               });
 }
 
 void RecordListWidget::Private::replaceSource()
