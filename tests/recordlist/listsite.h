@@ -100,6 +100,12 @@ struct ListSite
 
     QString idAt(int row) const { return view.model()->index(row, ListedRecords::RecordIDColumn).data().toString(); }
 
+    void activate()
+    {
+        widget->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&*widget, patience));
+    }
+
     void click(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         ZelkoConsole::operatorhands::clickRow(view, row, modifiers);

@@ -283,8 +283,7 @@ void RecordListSelectionTest::selectsByIDWhateverKeysAreHeld()
 {
     QFETCH(Qt::KeyboardModifiers, held);
     ListSite site;
-    site.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&*site.widget, patience));
+    site.activate();
     site.click(0);
     site.click(1, Qt::ControlModifier);
     QWindow* const window = site.widget->windowHandle();
@@ -466,8 +465,7 @@ void RecordListSelectionTest::outlivesItsController()
 void RecordListSelectionTest::takesTheFocus()
 {
     ListSite site;
-    site.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&*site.widget, patience));
+    site.activate();
     site.part<QWidget>("ShowExtendedFilterButton")->setFocus();
     site.widget->setFocusOnList();
     QVERIFY(site.view.hasFocus());

@@ -281,10 +281,13 @@ void RecordListWidget::sl_doubleClicked(QModelIndex index)
 }
 
 // The place is one of the rows' viewport and taken for one of the table: so the menu opens a header's height and width
-// off, clear of the row that it is for.
+// off, clear of the row that it is for. The menu key asks for it at the current cell, which may be far out of sight.
 void RecordListWidget::sl_contextMenu(QPoint point)
 {
-    d->popupMenu->exec(d->view->mapToGlobal(point));
+    const QRect inSight = d->view->viewport()->rect();
+    const QPoint place(std::clamp(point.x(), inSight.left(), inSight.right()),
+                       std::clamp(point.y(), inSight.top(), inSight.bottom()));
+    d->popupMenu->exec(d->view->mapToGlobal(place));
 }
 
 // Whatever has placed the window before anybody saw it: the first time it comes up where new windows do, later where

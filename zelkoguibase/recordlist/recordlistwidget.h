@@ -39,6 +39,10 @@ class AbstractFilterCondition;
 ///
 /// A list in which the filters hide every record says so in place of the rows.
 ///
+/// All of it can be worked with the keyboard. The Tab key goes from the table to its header, in which columns are
+/// chosen, sorted by, moved, made wider and hidden, then through the tool bar and to the filters; on the button of the
+/// extended filter Down opens the menu that resets it.
+///
 /// Order, width and visibility of the columns outlive a run, under the object name that the widget is made with. GUI
 /// thread only.
 class ZELKOGUIBASE_EXPORT RecordListWidget : public QWidget

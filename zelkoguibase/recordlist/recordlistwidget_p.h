@@ -24,6 +24,8 @@ class QLayout;
 
 namespace ZelkoGUI {
 
+class ColumnHeaderView;
+
 /// The parts of the widget, and what it knows of its list.
 struct RecordListWidget::Private
 {
@@ -43,6 +45,7 @@ struct RecordListWidget::Private
     // recordlistparts.cpp
     void makeView(Options options);
     void keepColumns();
+    void resetColumns();
     void makeRoomForTexts();
     void makeToolbar();
     void makeNameFilter();
@@ -56,6 +59,7 @@ struct RecordListWidget::Private
     void addClipboardAction(const QString& text, const QString& name, int column);
     void makeParts(Options options, QFlags<Filter::ExtendedFilterDialog::enFilterColumn> columns);
     void arrange();
+    QWidget* lastAboveRow() const;
     QLayout* filterRow() const;
 
     void followSelection();
@@ -80,6 +84,7 @@ struct RecordListWidget::Private
     QList<QPointer<Filter::AbstractFilterCondition>> fixedFilters;
     QTableView* const view;
     Filter::MultiFilterSortProxyModel* const proxy;
+    ColumnHeaderView* header = nullptr;
     guiHelper::QHeaderViewColumnHandler* columnHandler = nullptr;
     Filter::StringFilterCondition* nameCondition = nullptr;
     Filter::TextFilterWidget* nameFilter = nullptr;
