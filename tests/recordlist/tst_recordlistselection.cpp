@@ -35,6 +35,7 @@ private Q_SLOTS:
     void initTestCase() { registerZelkoIcons(); }
 
     void selectsRowsByTheMouse();
+    void namesRangesInTheirOrder();
     void selectsOneRowOnly();
     void selectsByKeys();
     void isNotToldTwiceByTheWayBack();
@@ -79,6 +80,18 @@ void RecordListSelectionTest::selectsRowsByTheMouse()
     QCOMPARE(site.widget->selectedRecords(), (QStringList{u"D"_s, u"B"_s}));
     QCOMPARE(site.controller->selectedRecords(), (QStringList{u"D"_s, u"B"_s}));
     QCOMPARE(told(spy), (QStringList{u"D"_s, u"D B"_s}));
+}
+
+void RecordListSelectionTest::namesRangesInTheirOrder()
+{
+    ListSite site(severalAtOnce);
+    site.click(4);
+    site.click(3, Qt::ShiftModifier);
+    site.click(0, Qt::ControlModifier);
+    site.click(1, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(site.widget->selectedRecords(), (QStringList{u"D"_s, u"E"_s, u"A"_s, u"B"_s}));
+    site.controller->sl_selectedRecordsChanged({u"E"_s, u"A"_s});
+    QCOMPARE(site.widget->selectedRecords(), (QStringList{u"E"_s, u"A"_s}));
 }
 
 void RecordListSelectionTest::selectsOneRowOnly()

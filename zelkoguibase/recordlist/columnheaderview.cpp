@@ -7,7 +7,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyleOption>
 #include <QTableView>
 
 #include <algorithm>
@@ -64,20 +63,18 @@ QVariant ColumnHeaderView::inputMethodQuery(Qt::InputMethodQuery query) const
                                                                  : QHeaderView::inputMethodQuery(query);
 }
 
+// In the colour of the text, since what styles draw around what has the keys is hardly seen on a dark header.
 void ColumnHeaderView::paintSection(QPainter* painter, const QRect& rect, int section) const
 {
     painter->save();
     QHeaderView::paintSection(painter, rect, section);
     painter->restore();
-    if (!hasFocus() || section != chosenColumn()) {
-        return;
+    if (hasFocus() && section == chosenColumn()) {
+        painter->save();
+        painter->setPen(palette().color(QPalette::ButtonText));
+        painter->drawRect(rect.adjusted(1, 1, -3, -2));
+        painter->restore();
     }
-    QStyleOptionFocusRect frame;
-    frame.initFrom(this);
-    frame.rect = rect.adjusted(1, 1, -1, -1);
-    frame.state |= QStyle::State_KeyboardFocusChange;
-    frame.backgroundColor = palette().color(QPalette::Button);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &frame, painter, this);
 }
 
 // What it does not take goes on to the table.
