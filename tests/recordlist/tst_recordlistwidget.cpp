@@ -1,6 +1,5 @@
 #include "listsite.h"
 
-#include "menuanswer.h"
 #include "scriptedcondition.h"
 
 #include <resources/zelkoicons.h>
@@ -9,11 +8,9 @@
 #include <zelkoguibase/recordlist/selectheaderview.h>
 
 #include <QAbstractItemModelTester>
-#include <QAccessible>
 #include <QBoxLayout>
 #include <QClipboard>
 #include <QHeaderView>
-#include <QScrollBar>
 #include <QToolBar>
 
 using namespace Qt::StringLiterals;
@@ -61,16 +58,6 @@ QString arrangementOf(const Widget& widget)
     return arrangementOf(*qobject_cast<QBoxLayout*>(widget.layout()));
 }
 
-/// Clicks with the right button onto a row, and does `answer` with the menu that opens.
-bool withMenuOf(ListSite& site, int row, const std::function<void(QMenu&)>& answer)
-{
-    const MenuAnswer menu(answer);
-    const QPoint place = site.view.visualRect(site.view.model()->index(row, 1)).center();
-    QContextMenuEvent event(QContextMenuEvent::Mouse, place, site.view.viewport()->mapToGlobal(place));
-    QCoreApplication::sendEvent(site.view.viewport(), &event);
-    return menu.wasGiven();
-}
-
 QAction* actionOf(const QMenu& menu, const QString& name)
 {
     return menu.findChild<QAction*>(name);
@@ -102,11 +89,7 @@ private Q_SLOTS:
     void keepsColumnsUnderItsName();
 
     void barsActionsWithoutAnIconFromTheToolbar();
-    void triggersActionsByTheirShortcuts();
     void opensTheMenuOfActionsWithAClick();
-    void opensTheMenuWhereItIsClicked();
-    void opensTheMenuByItsKeyAtTheCurrentCell();
-    void opensTheMenuByItsKeyInSight();
     void hasNoMenuWithoutActions();
     void headsAMenuOfColumnsAlone();
     void offersEachColumnToBeCopied();
@@ -121,8 +104,6 @@ private Q_SLOTS:
     void coversTheRowsWithWhatItSays();
     void followsTheExtendedFilter();
     void resetsTheExtendedFilterByItsMenu();
-    void resetsTheExtendedFilterByKeys_data();
-    void resetsTheExtendedFilterByKeys();
     void hasNoMenuForAFilterThatIsNotActive();
     void bringsTheExtendedFilterBack();
     void switchesTheInterfaceFilter();
@@ -142,11 +123,6 @@ private Q_SLOTS:
     void takesAnotherListWhenTheOldOneIsGone();
     void isEmptyWhenItsListIsGone();
     void isNamedForThoseWhoCannotSeeIt();
-    void isWalkedThroughByTheTabKey();
-    void triggersActionsOfTheToolbarByKeys();
-    void leavesTheKeysToTheRowsOnAClickInTheToolbar();
-    void sortsAndHidesColumnsByKeys();
-    void putsTheColumnsBack();
 };
 
 void RecordListWidgetTest::hasThePartsOfItsOptions_data()
@@ -295,17 +271,6 @@ void RecordListWidgetTest::barsActionsWithoutAnIconFromTheToolbar()
     QCOMPARE(menu->actions().first(2), controller.recordActions());
 }
 
-void RecordListWidgetTest::triggersActionsByTheirShortcuts()
-{
-    ListSite site(ListSite::Options(32));
-    site.activate();
-    site.click(1);
-    site.controller->take();
-    const QKeySequence keys = site.controller->recordAction(Controller::UserActionRename)->shortcut();
-    QTest::keySequence(&*site.widget, keys);
-    QCOMPARE(site.controller->take().value(0), u"rename B"_s);
-}
-
 void RecordListWidgetTest::opensTheMenuOfActionsWithAClick()
 {
     ListSite site;
@@ -317,48 +282,6 @@ void RecordListWidgetTest::opensTheMenuOfActionsWithAClick()
         MenuAnswer::click(menu, site.controller->recordAction(Controller::UserActionReset));
     }));
     QCOMPARE(site.controller->take().value(0), u"reset B"_s);
-}
-
-// A header's height and width off the pointer.
-void RecordListWidgetTest::opensTheMenuWhereItIsClicked()
-{
-    ListSite site;
-    const QPoint clicked = site.view.visualRect(site.view.model()->index(3, 1)).center();
-    QPoint place;
-    QVERIFY(withMenuOf(site, 3, [&](const QMenu& menu) { place = menu.pos(); }));
-    QCOMPARE(place, site.view.mapToGlobal(clicked));
-}
-
-// The mouse was elsewhere last.
-void RecordListWidgetTest::opensTheMenuByItsKeyAtTheCurrentCell()
-{
-    ListSite site;
-    site.activate();
-    site.widget->setFocusOnList();
-    site.click(1);
-    QTest::keyClick(&site.view, Qt::Key_Down);
-    QTest::keyClick(&site.view, Qt::Key_Down);
-    QCOMPARE(site.view.currentIndex().row(), 3);
-    QPoint place;
-    const MenuAnswer menu([&place](const QMenu& popup) { place = popup.pos(); });
-    ZelkoConsole::operatorhands::pressMenuKey();
-    QVERIFY(menu.wasGiven());
-    QCOMPARE(place, site.view.mapToGlobal(site.view.visualRect(site.view.currentIndex()).center()));
-}
-
-void RecordListWidgetTest::opensTheMenuByItsKeyInSight()
-{
-    ListSite site(ListSite::everything, 60);
-    site.activate();
-    site.widget->setFocusOnList();
-    site.click(1);
-    QTRY_VERIFY_WITH_TIMEOUT(site.view.verticalScrollBar()->maximum() > 20, patience);
-    site.view.verticalScrollBar()->setValue(20);
-    QPoint place;
-    const MenuAnswer menu([&place](const QMenu& popup) { place = popup.pos(); });
-    ZelkoConsole::operatorhands::pressMenuKey();
-    QVERIFY(menu.wasGiven());
-    QVERIFY(site.view.rect().contains(site.view.mapFromGlobal(place)));
 }
 
 void RecordListWidgetTest::hasNoMenuWithoutActions()
@@ -549,41 +472,6 @@ void RecordListWidgetTest::resetsTheExtendedFilterByItsMenu()
     QVERIFY(answer.wasGiven());
     QCOMPARE(site.shown(), u"A B C D E"_s);
     QCOMPARE(button->findChildren<QMenu*>().size(), 0);
-}
-
-void RecordListWidgetTest::resetsTheExtendedFilterByKeys_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<Qt::KeyboardModifiers>("held");
-    QTest::newRow("Down") << int(Qt::Key_Down) << Qt::KeyboardModifiers();
-    QTest::newRow("Alt and Down") << int(Qt::Key_Down) << Qt::KeyboardModifiers(Qt::AltModifier);
-    QTest::newRow("the menu key") << int(Qt::Key_Menu) << Qt::KeyboardModifiers();
-}
-
-void RecordListWidgetTest::resetsTheExtendedFilterByKeys()
-{
-    QFETCH(int, key);
-    QFETCH(Qt::KeyboardModifiers, held);
-    ListSite site;
-    site.filterByDialog(u"of B"_s);
-    site.part<QDialog>("ExtendedFilterDialog")->close();
-    site.activate();
-    auto* const button = site.part<QToolButton>("ShowExtendedFilterButton");
-    button->setFocus();
-    QPoint place;
-    const MenuAnswer answer([&place](QMenu& menu) {
-        place = menu.pos();
-        QTest::keyClick(&menu, Qt::Key_Down);
-        QTest::keyClick(&menu, Qt::Key_Return);
-    });
-    if (key == Qt::Key_Menu) {
-        ZelkoConsole::operatorhands::pressMenuKey();
-    } else {
-        QTest::keyClick(button, Qt::Key(key), held);
-    }
-    QVERIFY(answer.wasGiven());
-    QCOMPARE(site.shown(), u"A B C D E"_s);
-    QVERIFY(button->rect().contains(button->mapFromGlobal(place)));
 }
 
 void RecordListWidgetTest::hasNoMenuForAFilterThatIsNotActive()
@@ -865,109 +753,6 @@ void RecordListWidgetTest::isNamedForThoseWhoCannotSeeIt()
         QVERIFY2(!site.part<QWidget>(name)->accessibleName().isEmpty(), name);
     }
     QVERIFY(!site.part<QTableView>("RecordTableView")->verticalHeader()->accessibleName().isEmpty());
-}
-
-// From the table through all its parts, and none is passed over that can be used.
-void RecordListWidgetTest::isWalkedThroughByTheTabKey()
-{
-    ListSite site;
-    site.click(1);
-    site.controller->recordAction(Controller::UserActionHistory)->setEnabled(false);
-    site.activate();
-    site.widget->setFocusOnList();
-    QStringList way;
-    for (QWidget* at = &site.view; way.isEmpty() || at != &site.view; at = QApplication::focusWidget()) {
-        const QString name = QAccessible::queryAccessibleInterface(at)->text(QAccessible::Name);
-        QVERIFY2(!name.isEmpty(), qPrintable(way.join(u' ')));
-        way << (at->parentWidget() == site.part<QToolBar>("ActionToolbar") ? name + u'>'
-                : at == site.view.horizontalHeader()                       ? u"header"_s
-                                                                           : at->objectName());
-        QTest::keyClick(at, Qt::Key_Tab);
-        QVERIFY2(way.size() < 30, qPrintable(way.join(u' ')));
-    }
-    const auto buttons = way.removeIf([](const QString& part) { return part.endsWith(u'>'); });
-    QCOMPARE(
-        way.join(u' '),
-        (u"RecordTableView header ShowExtendedFilterButton TextEdit PatternSyntaxCombobox CaseSensitiveCheckbox"_s));
-    const QList<QAction*> actions = site.part<QToolBar>("ActionToolbar")->actions();
-    const auto usable = std::count_if(actions.begin(), actions.end(), [](const QAction* action) {
-        return action->isEnabled() && !action->isSeparator();
-    });
-    QCOMPARE(buttons, usable);
-    QVERIFY(usable > 3);
-}
-
-void RecordListWidgetTest::triggersActionsOfTheToolbarByKeys()
-{
-    ListSite site;
-    site.activate();
-    site.click(1);
-    site.controller->take();
-    auto* const button = site.part<QToolBar>("ActionToolbar")
-                             ->widgetForAction(site.controller->recordAction(Controller::UserActionRename));
-    for (QWidget* at = &site.view; at != button; at = QApplication::focusWidget()) {
-        QTest::keyClick(at, Qt::Key_Tab);
-        QVERIFY(!site.part<QWidget>("ShowExtendedFilterButton")->hasFocus());
-    }
-    QTest::keyClick(button, Qt::Key_Space);
-    QCOMPARE(site.controller->take().value(0), u"rename B"_s);
-}
-
-void RecordListWidgetTest::leavesTheKeysToTheRowsOnAClickInTheToolbar()
-{
-    ListSite site;
-    site.activate();
-    site.widget->setFocusOnList();
-    site.click(1);
-    QTest::mouseClick(site.part<QToolBar>("ActionToolbar")
-                          ->widgetForAction(site.controller->recordAction(Controller::UserActionReset)),
-                      Qt::LeftButton);
-    QVERIFY(site.view.hasFocus());
-}
-
-void RecordListWidgetTest::sortsAndHidesColumnsByKeys()
-{
-    ListSite site;
-    site.activate();
-    site.widget->setFocusOnList();
-    QTest::keyClick(&site.view, Qt::Key_Tab);
-    QHeaderView* const header = site.view.horizontalHeader();
-    QVERIFY(header->hasFocus());
-    QTest::keyClick(header, Qt::Key_Space);
-    QCOMPARE(site.shown(), u"E D C B A"_s);
-    const MenuAnswer answer([](QMenu& menu) {
-        QTest::keyClick(&menu, Qt::Key_Up);
-        QTest::keyClick(&menu, Qt::Key_Right);
-        QMenu& columns = *menu.actions().constLast()->menu();
-        QTest::keyClick(&columns, Qt::Key_Return); // the first one
-    });
-    QTest::keyClick(header, Qt::Key_Down, Qt::AltModifier);
-    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
-    QVERIFY(site.view.isColumnHidden(ListedRecords::NameColumn));
-}
-
-void RecordListWidgetTest::putsTheColumnsBack()
-{
-    ListSite site;
-    site.activate();
-    QHeaderView* const header = site.view.horizontalHeader();
-    const int width = header->sectionSize(3);
-    header->moveSection(2, 0);
-    header->hideSection(5);
-    header->resizeSection(3, 300);
-    header->setFocus();
-    const MenuAnswer answer([](QMenu& menu) {
-        QTest::keyClick(&menu, Qt::Key_Up);
-        QTest::keyClick(&menu, Qt::Key_Right);
-        QMenu& columns = *menu.actions().constLast()->menu();
-        QTest::keyClick(&columns, Qt::Key_Up); // the last one
-        QTest::keyClick(&columns, Qt::Key_Return);
-    });
-    QTest::keyClick(header, Qt::Key_Down, Qt::AltModifier);
-    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
-    QCOMPARE(header->visualIndex(2), 2);
-    QVERIFY(!header->isSectionHidden(5));
-    QCOMPARE(header->sectionSize(3), width);
 }
 
 QTEST_MAIN(RecordListWidgetTest)
