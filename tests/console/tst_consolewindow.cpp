@@ -19,13 +19,13 @@
 #include <zelkoguibase/recordlist/recordlistwidget.h>
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
-#include <QHeaderView>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>

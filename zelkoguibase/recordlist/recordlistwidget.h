@@ -41,8 +41,8 @@ class AbstractFilterCondition;
 /// device: its selection is looked at anew and told. A list that dies, and a device without one, have no rows.
 ///
 /// A list in which the filters hide every record says so in place of the rows, and the count follows each change of the
-/// filters, however many rows it moves. The extended filter lets every record pass at first: its editors would otherwise
-/// narrow the list to their first values a turn of the event loop after it is shown.
+/// filters, however many rows it moves. The extended filter lets every record pass at first: its editors would
+/// otherwise narrow the list to their first values a turn of the event loop after it is shown.
 ///
 /// All of it can be worked with the keyboard. The Tab key goes from the table to its header, in which columns are
 /// chosen, sorted by, moved, made wider and hidden, then through the tool bar and to the filters; on the button of the
@@ -80,16 +80,16 @@ public:
     ~RecordListWidget() override;
 
     /// Replaces the filters of the application, which no reset of the user's filters touches. Those that have a parent
-    /// stay their owner's and may go at any time; the others belong to this widget until they are replaced. A filter that
-    /// is in the old list and in the new one stays where it is, alive and without the rows being filtered twice.
+    /// stay their owner's and may go at any time; the others belong to this widget until they are replaced. A filter
+    /// that is in the old list and in the new one stays where it is, alive and without the rows being filtered twice.
     void setFixedFilter(QList<Filter::AbstractFilterCondition*> filters);
 
     /// Takes the filters of the application away.
     void resetFixedFilter();
 
     /// IDs of the records that are selected, as they were told last. Those of the user are in the order in which he
-    /// selected ranges of rows, and from top to bottom within a range, whichever way it was drawn; those of the controller
-    /// are in its order; those that came back after a loss in the order in which they came.
+    /// selected ranges of rows, and from top to bottom within a range, whichever way it was drawn; those of the
+    /// controller are in its order; those that came back after a loss in the order in which they came.
     QStringList selectedRecords() const;
 
     /// Selects a record, and no other, and scrolls to it; nothing happens if the list does not have it. One that is
