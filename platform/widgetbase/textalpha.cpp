@@ -19,6 +19,7 @@ TextAlpha::TextAlpha(QWidget* widget, int alpha)
     , m_alpha(alpha)
 {
     widget->installEventFilter(this);
+    followParent();
     look();
 }
 
@@ -30,12 +31,30 @@ void TextAlpha::setAlpha(int alpha)
     apply();
 }
 
+// A widget whose own colours stay is not told that those around it change.
+void TextAlpha::followParent()
+{
+    if (m_parent) {
+        m_parent->removeEventFilter(this);
+    }
+    m_parent = m_widget->parentWidget();
+    if (m_parent) {
+        m_parent->installEventFilter(this);
+    }
+}
+
+// The parent is told before its children have its colours.
 bool TextAlpha::eventFilter(QObject* watched, QEvent* event)
 {
-    const bool isOfColours = event->type() == QEvent::PaletteChange ||
-                             event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ParentChange;
-    if (watched == m_widget && isOfColours && !m_isApplying) {
+    const QEvent::Type type = event->type();
+    if (watched == m_widget && type == QEvent::ParentChange) {
+        followParent();
+    }
+    if (watched == m_widget && !m_isApplying &&
+        (type == QEvent::PaletteChange || type == QEvent::ApplicationPaletteChange || type == QEvent::ParentChange)) {
         look();
+    } else if (watched == m_parent && type == QEvent::PaletteChange) {
+        QMetaObject::invokeMethod(this, &TextAlpha::look, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }

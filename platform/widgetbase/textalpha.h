@@ -4,10 +4,10 @@
 
 #include <QObject>
 #include <QPalette>
+#include <QPointer>
+#include <QWidget>
 
 #include <optional>
-
-class QWidget;
 
 namespace guiHelper {
 
@@ -28,12 +28,14 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void followParent();
     void look();
     void apply();
     bool isOwn(QPalette::ColorGroup group, QPalette::ColorRole role) const;
     QPalette around() const;
 
     QWidget* const m_widget;
+    QPointer<QWidget> m_parent;
     int m_alpha;
     bool m_isApplying = false;
     std::optional<QPalette> m_given; // with the colours of the text that somebody gave the widget

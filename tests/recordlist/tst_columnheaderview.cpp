@@ -121,6 +121,7 @@ private Q_SLOTS:
     void hidesAndShowsColumnsByItsMenu();
     void asksForAReset();
     void leavesTheMenuToSomebodyElse();
+    void opensNoMenuThatIsNotWanted();
     void takesNoKeysWithoutColumns();
     void leavesOtherKeysToTheTable();
 };
@@ -392,6 +393,16 @@ void ColumnHeaderViewTest::leavesTheMenuToSomebodyElse()
         const QPoint place = arguments.constFirst().toPoint();
         QCOMPARE(setting.header.logicalIndexAt(place.x()), 1);
     }
+}
+
+void ColumnHeaderViewTest::opensNoMenuThatIsNotWanted()
+{
+    Setting setting;
+    setting.header.setContextMenuPolicy(Qt::NoContextMenu);
+    QVERIFY(setting.enter());
+    setting.press(Qt::Key_Down, Qt::AltModifier);
+    ZelkoConsole::operatorhands::pressMenuKey();
+    QVERIFY(QApplication::activePopupWidget() == nullptr);
 }
 
 void ColumnHeaderViewTest::takesNoKeysWithoutColumns()

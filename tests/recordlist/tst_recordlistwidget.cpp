@@ -463,7 +463,8 @@ void RecordListWidgetTest::resetsTheExtendedFilterByItsMenu()
     site.filterByDialog(u"of B"_s);
     site.filterNames(u"name"_s);
     auto* const button = site.part<QToolButton>("ShowExtendedFilterButton");
-    const MenuAnswer answer([](QMenu& menu) {
+    const MenuAnswer answer([button](QMenu& menu) {
+        QCOMPARE(menu.pos(), button->mapToGlobal(QPoint(3, 3)));
         QCOMPARE(MenuAnswer::texts(menu), QStringList(u"Reset"_s));
         MenuAnswer::click(menu, menu.actions().constFirst());
     });

@@ -82,6 +82,22 @@ private Q_SLOTS:
         QCOMPARE(field.edit.palette().color(QPalette::Base), QColor(4, 5, 6));
     }
 
+    void followsAChangeOfNothingButTheText()
+    {
+        Field field;
+        QPalette changed = field.usual;
+        changed.setColor(QPalette::Text, QColor(250, 240, 230));
+        QApplication::setPalette(changed);
+        QTRY_COMPARE_WITH_TIMEOUT(field.text(), QColor(250, 240, 230, 150), patience);
+        QPalette around;
+        around.setColor(QPalette::Text, QColor(10, 20, 30));
+        field.window.setPalette(around);
+        QTRY_COMPARE_WITH_TIMEOUT(field.text(), QColor(10, 20, 30, 150), patience);
+        around.setColor(QPalette::Text, QColor(40, 50, 60));
+        field.window.setPalette(around);
+        QTRY_COMPARE_WITH_TIMEOUT(field.text(), QColor(40, 50, 60, 150), patience);
+    }
+
     void keepsWhatSomebodyGaveTheWidget()
     {
         Field field;
@@ -100,12 +116,11 @@ private Q_SLOTS:
 
     void followsToAnotherParent()
     {
-        Field field;
         QWidget other;
+        Field field;
         other.setPalette(with(field.usual, QColor(10, 20, 30), QColor(4, 5, 6)));
         field.edit.setParent(&other);
         QTRY_COMPARE_WITH_TIMEOUT(field.text(), QColor(10, 20, 30, 150), patience);
-        field.edit.setParent(&field.window);
     }
 };
 

@@ -201,8 +201,13 @@ void ColumnHeaderView::openMenu(const QPoint& place)
 {
     if (contextMenuPolicy() == Qt::CustomContextMenu) {
         Q_EMIT customContextMenuRequested(place);
-        return;
+    } else if (contextMenuPolicy() == Qt::DefaultContextMenu) {
+        openOwnMenu(place);
     }
+}
+
+void ColumnHeaderView::openOwnMenu(const QPoint& place)
+{
     if (m_menu == nullptr) {
         makeMenu();
     }

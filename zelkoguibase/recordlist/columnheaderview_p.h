@@ -17,7 +17,7 @@ class SortMenu;
 /// - with Ctrl, Left and Right move the column; with Shift, they make it narrower and wider,
 /// - the menu key and Alt+Down open the menu that the right mouse button opens: it sorts, and shows and hides columns.
 ///
-/// There is no menu with another context menu policy than the default one.
+/// With the policy of a custom context menu that is asked for instead, by all of these; with any other there is none.
 class ColumnHeaderView final : public QHeaderView
 {
     Q_OBJECT
@@ -54,6 +54,7 @@ private:
     void bringIntoSight();
     void describe();
     void openMenu(const QPoint& place);
+    void openOwnMenu(const QPoint& place);
     void makeMenu();
 
     QTableView* const m_table;
