@@ -70,6 +70,27 @@ void paintMenus(ScenePainter& painter)
     painter.paintMenu(part<QMenu>(list, "CopyToClipboardMenu"), "record-list-clipboard-menu");
 }
 
+// The header while keys are for one of its columns, and the menu that they open there.
+void paintHeaderWithKeys(ScenePainter& painter, RecordListWidget& list)
+{
+    list.activateWindow();
+    QApplication::processEvents();
+    list.setFocusOnList();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QWidget& header = *QApplication::focusWidget();
+    QTest::keyClick(&header, Qt::Key_Right);
+    painter.paint(list, "record-list-widget-header");
+    QTest::keyClick(&header, Qt::Key_Down, Qt::AltModifier);
+    auto& menu = *header.findChild<QMenu*>(QStringLiteral("ColumnHeaderMenu"));
+    menu.close();
+    painter.paintMenu(menu, "record-list-widget-header-menu");
+    for (const QAction* const entry : menu.actions()) {
+        painter.paintMenu(*entry->menu(), entry == menu.actions().constFirst() ? "record-list-widget-sort-menu"
+                                                                               : "record-list-widget-column-menu");
+    }
+    list.setFocusOnList();
+}
+
 // The widget as the library makes it, without what the console adds.
 void paintPlain(ScenePainter& painter)
 {
@@ -86,6 +107,7 @@ void paintPlain(ScenePainter& painter)
     list.show();
     list.select(QStringLiteral("R20260504003"), false);
     painter.paint(list, "record-list-widget");
+    paintHeaderWithKeys(painter, list);
     Q_EMIT window.records()->controller()->si_loadProgress(17, 40);
     painter.paint(list, "record-list-widget-loading");
 }

@@ -1,14 +1,14 @@
 #include <console/records/recordtable.h>
 
-#include <console/records/columnmenu.h>
 #include <console/records/emptystatenote.h>
 #include <console/records/recorddelegate.h>
-#include <console/records/sortmenu.h>
 #include <console/records/statusdelegate.h>
 #include <console/widgets/roomystyle.h>
 
 #include <widgetbase/qheaderviewcolumnhandler.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkoguibase/recordlist/columnmenu.h>
+#include <zelkoguibase/recordlist/sortmenu.h>
 
 #include <QAbstractProxyModel>
 #include <QHeaderView>
@@ -21,6 +21,8 @@ namespace ZelkoConsole {
 namespace {
 
 using ZelkoCommon::AbstractRecordListModel;
+using ZelkoGUI::ColumnMenu;
+using ZelkoGUI::SortMenu;
 using Model = AbstractRecordListModel;
 
 struct ColumnLayout

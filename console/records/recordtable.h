@@ -8,11 +8,14 @@ class QMenu;
 class QSettings;
 class QTableView;
 
+namespace ZelkoGUI {
+class ColumnMenu;
+class SortMenu;
+} // namespace ZelkoGUI
+
 namespace ZelkoConsole {
 
-class ColumnMenu;
 class EmptyStateNote;
-class SortMenu;
 
 /// What the console adds to the table of a record list: column order and widths that suit it, columns that can be
 /// hidden, sorting without a mouse, cells that are easy to read, and a text where there are no records.
@@ -58,8 +61,8 @@ private:
     void look();
 
     QTableView* const m_view;
-    ColumnMenu* const m_columnMenu;
-    SortMenu* const m_sortMenu;
+    ZelkoGUI::ColumnMenu* const m_columnMenu;
+    ZelkoGUI::SortMenu* const m_sortMenu;
     EmptyStateNote* const m_note;
 };
 

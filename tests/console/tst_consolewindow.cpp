@@ -19,6 +19,7 @@
 #include <zelkoguibase/recordlist/recordlistwidget.h>
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -161,13 +162,15 @@ private Q_SLOTS:
         QTest::keyClick(setting.window->devices(), Qt::Key_Tab);
         QVERIFY(setting.window->records()->table()->hasFocus());
         QTest::keyClick(setting.window->records()->table(), Qt::Key_Tab);
-        QVERIFY(setting.window->records()
-                    ->list()
-                    ->findChild<QWidget*>(QStringLiteral("ShowExtendedFilterButton"))
-                    ->hasFocus());
-        for (int steps = 0; !setting.window->devices()->hasFocus() && steps < 10; ++steps) {
+        QVERIFY(setting.window->records()->table()->horizontalHeader()->hasFocus());
+        const auto* const filter =
+            setting.window->records()->list()->findChild<QWidget*>(QStringLiteral("ShowExtendedFilterButton"));
+        bool isFilterReached = false;
+        for (int steps = 0; !setting.window->devices()->hasFocus() && steps < 30; ++steps) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            isFilterReached |= filter->hasFocus();
         }
+        QVERIFY(isFilterReached);
         QVERIFY(setting.window->devices()->hasFocus());
     }
 

@@ -1,3 +1,4 @@
+#include "menuanswer.h"
 #include "patience.h"
 #include "recordlistsetting.h"
 
@@ -40,6 +41,15 @@ struct Setting : RecordListSetting
     {
         choose();
         QTRY_VERIFY_WITH_TIMEOUT(pane.controller()->isConnected(), patience);
+    }
+
+    /// Has the keys, and shows its records.
+    void activate()
+    {
+        showDevice();
+        QTRY_VERIFY_WITH_TIMEOUT(pane.table()->model()->rowCount() > 0, patience);
+        pane.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&pane, patience));
     }
 
     int rowOf(int number) const
@@ -173,12 +183,65 @@ private Q_SLOTS:
     {
         const Setting setting;
         for (const char* const part :
-             {"ActionToolbar", "RecordNameFilterWidget", "ShowExtendedFilterButton", "RecordCountLabel",
-              "ActiveDeviceLabel", "LoadProgressBar", "RecordListWidgetPopupMenu", "CopyToClipboardMenu"}) {
+             {"ActionToolbar", "RecordNameFilterWidget", "ShowExtendedFilterButton", "ExtendedFilterDialog",
+              "RecordCountLabel", "ActiveDeviceLabel", "LoadProgressLabel", "LoadProgressBar",
+              "RecordListWidgetPopupMenu", "CopyToClipboardMenu"}) {
             QVERIFY2(setting.pane.list()->findChild<QWidget*>(QLatin1String(part)), part);
         }
         QVERIFY(setting.pane.table()->verticalHeader()->isVisible());
         QCOMPARE(setting.pane.table()->selectionMode(), QAbstractItemView::ExtendedSelection);
+    }
+
+    void opensItsMenuAtTheCurrentCellByTheMenuKey()
+    {
+        Setting setting(2);
+        setting.activate();
+        QTableView& table = *setting.pane.table();
+        operatorhands::clickRow(table, 0);
+        QTest::keyClick(&table, Qt::Key_Down);
+        QCOMPARE(table.currentIndex().row(), 1);
+        QPoint place;
+        const MenuAnswer menu([&place](const QMenu& popup) { place = popup.pos(); });
+        operatorhands::pressMenuKey();
+        QVERIFY(menu.wasGiven());
+        QCOMPARE(place, table.mapToGlobal(table.visualRect(table.currentIndex()).center()));
+    }
+
+    void opensItsMenuAtAClick()
+    {
+        Setting setting(2);
+        setting.activate();
+        QTableView& table = *setting.pane.table();
+        const QPoint clicked = table.visualRect(table.model()->index(1, 0)).center();
+        QPoint place;
+        const MenuAnswer menu([&place](const QMenu& popup) { place = popup.pos(); });
+        QContextMenuEvent event(QContextMenuEvent::Mouse, clicked, table.viewport()->mapToGlobal(clicked));
+        QCoreApplication::sendEvent(table.viewport(), &event);
+        QVERIFY(menu.wasGiven());
+        QCOMPARE(place, table.mapToGlobal(clicked));
+    }
+
+    // At the column that the keys are for.
+    void opensTheColumnMenuByTheMenuKey()
+    {
+        Setting setting(1);
+        setting.activate();
+        QTableView& table = *setting.pane.table();
+        table.setFocus();
+        QTest::keyClick(&table, Qt::Key_Tab);
+        QHeaderView* const header = table.horizontalHeader();
+        QVERIFY(header->hasFocus());
+        QTest::keyClick(header, Qt::Key_Right);
+        const QMenu* opened = nullptr;
+        QPoint place;
+        const MenuAnswer menu([&](const QMenu& popup) {
+            opened = &popup;
+            place = popup.pos();
+        });
+        operatorhands::pressMenuKey();
+        QTRY_VERIFY_WITH_TIMEOUT(menu.wasGiven(), patience);
+        QCOMPARE(opened, setting.pane.recordTable()->columnMenu());
+        QCOMPARE(header->logicalIndexAt(header->mapFromGlobal(place).x()), header->logicalIndex(1));
     }
 
     void sortsSizesAsNumbersAndNamesWithoutRegardToCase()

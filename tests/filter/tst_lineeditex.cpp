@@ -218,6 +218,10 @@ void LineEditExTest::hasTheColoursOfItsSurroundings()
     const auto* const edit = new LineEditEx(hint(), &window);
     QCOMPARE(edit->palette().color(QPalette::Active, QPalette::Text), QColor(255, 255, 255, 150));
     QCOMPARE(edit->palette().color(QPalette::Disabled, QPalette::Text), QColor(128, 128, 128, 150));
+    dark.setColor(QPalette::Active, QPalette::Text, Qt::yellow);
+    window.setPalette(dark);
+    QTRY_COMPARE_WITH_TIMEOUT(edit->palette().color(QPalette::Active, QPalette::Text), QColor(255, 255, 0, 150),
+                              patience);
 }
 
 void LineEditExTest::isAsWideAsTheHint()

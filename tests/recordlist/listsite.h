@@ -1,6 +1,7 @@
 #pragma once
 
 #include "listedrecords.h"
+#include "menuanswer.h"
 #include "ownconfiguration.h"
 #include "patience.h"
 #include "scriptedcontroller.h"
@@ -100,6 +101,12 @@ struct ListSite
 
     QString idAt(int row) const { return view.model()->index(row, ListedRecords::RecordIDColumn).data().toString(); }
 
+    void activate()
+    {
+        widget->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&*widget, patience));
+    }
+
     void click(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         ZelkoConsole::operatorhands::clickRow(view, row, modifiers);
@@ -135,3 +142,13 @@ struct ListSite
     std::optional<RecordListWidget> widget;
     QTableView& view;
 };
+
+/// Clicks with the right button onto a row, and does `answer` with the menu that opens.
+inline bool withMenuOf(ListSite& site, int row, const std::function<void(QMenu&)>& answer)
+{
+    const MenuAnswer menu(answer);
+    const QPoint place = site.view.visualRect(site.view.model()->index(row, 1)).center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, site.view.viewport()->mapToGlobal(place));
+    QCoreApplication::sendEvent(site.view.viewport(), &event);
+    return menu.wasGiven();
+}

@@ -10,6 +10,8 @@
 #include <QTableView>
 #include <QtTest>
 
+#include <functional>
+
 using ZelkoCommon::DateTimeEditDelegate;
 
 namespace {
@@ -85,6 +87,8 @@ struct Window
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(Window&)>)
+
 class DateTimeEditDelegateTest : public QObject
 {
     Q_OBJECT
@@ -94,7 +98,11 @@ private Q_SLOTS:
     void editsTheBookmarkOfTheRow();
     void anEntryMovesTheBookmarkAndNotTheModel();
     void theEditorFollowsTheBookmark();
+    void thePositionIsCurrentAgainAfterwards_data();
     void thePositionIsCurrentAgainAfterwards();
+    void theNextEditorKeepsItsMarker_data();
+    void theNextEditorKeepsItsMarker();
+    void anotherMarkerStaysTheCurrentOne();
     void entriesEndWhereTheRecordingDoes();
     void openingChangesNoBookmark_data();
     void openingChangesNoBookmark();
@@ -153,14 +161,55 @@ void DateTimeEditDelegateTest::theEditorFollowsTheBookmark()
     QCOMPARE(editor->text(), QStringLiteral("2023-11-14 23:13:35"));
 }
 
+void DateTimeEditDelegateTest::thePositionIsCurrentAgainAfterwards_data()
+{
+    using Ending = std::function<void(Window&)>;
+    QTest::addColumn<Ending>("ending");
+    QTest::newRow("an entry") << Ending([](Window& window) { QTest::keyClick(window.editor(), Qt::Key_Return); });
+    QTest::newRow("Escape") << Ending([](Window& window) { QTest::keyClick(window.editor(), Qt::Key_Escape); });
+    QTest::newRow("a table without the row") << Ending([](Window& window) { window.model.setRowCount(0); });
+    QTest::newRow("a table without a model") << Ending([](Window& window) { window.table.setModel(nullptr); });
+    QTest::newRow("an end of the editor itself") << Ending([](Window& window) { delete window.editor(); });
+}
+
 void DateTimeEditDelegateTest::thePositionIsCurrentAgainAfterwards()
 {
+    QFETCH(std::function<void(Window&)>, ending);
     Window window;
-    VCDateTimeEdit* const editor = window.open(1);
-    QVERIFY(editor != nullptr);
+    QVERIFY(window.open(1) != nullptr);
     QCOMPARE(window.bar->GetCurrentMarker(), 7);
-    QTest::keyClick(editor, Qt::Key_Return);
+    ending(window);
     QTRY_COMPARE_WITH_TIMEOUT(window.bar->GetCurrentMarker(), 1, patience);
+}
+
+void DateTimeEditDelegateTest::theNextEditorKeepsItsMarker_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::newRow("in the same row") << 1;
+    QTest::newRow("in another row") << 0;
+}
+
+void DateTimeEditDelegateTest::theNextEditorKeepsItsMarker()
+{
+    QFETCH(int, row);
+    Window window;
+    const QPointer<QWidget> first = window.open(1);
+    QTest::keyClick(first, Qt::Key_Escape);
+    const QModelIndex index = window.model.index(row, 0);
+    window.table.setCurrentIndex(index);
+    window.table.edit(index);
+    QCOMPARE(window.bar->GetCurrentMarker(), 6 + row);
+    QTRY_VERIFY_WITH_TIMEOUT(first.isNull(), patience);
+    QCOMPARE(window.bar->GetCurrentMarker(), 6 + row);
+}
+
+void DateTimeEditDelegateTest::anotherMarkerStaysTheCurrentOne()
+{
+    Window window;
+    const QPointer<QWidget> editor = window.open(1);
+    window.bar->SetCurrentMarker(6);
+    delete editor;
+    QCOMPARE(window.bar->GetCurrentMarker(), 6);
 }
 
 void DateTimeEditDelegateTest::entriesEndWhereTheRecordingDoes()

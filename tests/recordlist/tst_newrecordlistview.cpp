@@ -1,11 +1,10 @@
 #include <zelkoguibase/recordlist/newrecordlistview.h>
 #include <zelkoguibase/recordlist/newrecordlistviewitem.h>
 
-#include <vornappstartup/cfgcenter.h>
+#include "ownconfiguration.h"
 
 #include <QHeaderView>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -265,8 +264,7 @@ void NewRecordListViewTest::aNotificationChangesNothing()
 
 void NewRecordListViewTest::keepsTheLayoutOfItsColumns()
 {
-    const QTemporaryDir folder;
-    CfgCenter::SetFile(ICfg::UserView, folder.filePath(QStringLiteral("user.ini")));
+    const OwnConfiguration configuration;
     const auto before = makeView(false);
     before->header()->moveSection(8, 0);
     QVERIFY(before->saveColumnStatusPersistent());
@@ -274,7 +272,6 @@ void NewRecordListViewTest::keepsTheLayoutOfItsColumns()
     QVERIFY(after->restoreColumnStatus());
     QCOMPARE(after->header()->logicalIndex(0), 8);
     QVERIFY(!makeView(true)->restoreColumnStatus());
-    CfgCenter::SetFile(ICfg::UserView, QString());
 }
 
 QTEST_MAIN(NewRecordListViewTest)

@@ -2,7 +2,10 @@
 
 #include <resources/zelkoicons.h>
 
+#include <QHeaderView>
+#include <QMenu>
 #include <QScrollBar>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 using Controller = ZelkoGUI::IZelkoGUIController;
@@ -32,6 +35,7 @@ private Q_SLOTS:
     void initTestCase() { registerZelkoIcons(); }
 
     void selectsRowsByTheMouse();
+    void namesRangesInTheirOrder();
     void selectsOneRowOnly();
     void selectsByKeys();
     void isNotToldTwiceByTheWayBack();
@@ -45,6 +49,11 @@ private Q_SLOTS:
     void selectsARecordThatIsFilteredOut();
     void leavesTheSelectionForARecordThatIsFilteredOut();
     void tellsThatARecordDidNotComeBack();
+    void tellsThatNoRecordCameBack();
+    void tellsWhatIsBackWhileOthersAreOnTheirWay();
+    void tellsThatTheListHasDied();
+    void selectsByIDWhateverKeysAreHeld_data();
+    void selectsByIDWhateverKeysAreHeld();
     void selectsNothingThatIsNotKnown();
     void keepsTheFiltersForARecordThatIsShown();
     void scrollsToTheRecordOfAnAction_data();
@@ -52,6 +61,7 @@ private Q_SLOTS:
     void scrollsOnlyUpAndDown();
     void tellsOfADoubleClick();
     void losesARecordThatIsDeleted();
+    void isNotToldThatOtherRowsCameAndWent();
     void losesARecordThatIsFilteredOut();
     void keepsTheSelectionOfRecordsThatMove();
     void bringsTheSelectionBackWithItsRecords();
@@ -70,6 +80,18 @@ void RecordListSelectionTest::selectsRowsByTheMouse()
     QCOMPARE(site.widget->selectedRecords(), (QStringList{u"D"_s, u"B"_s}));
     QCOMPARE(site.controller->selectedRecords(), (QStringList{u"D"_s, u"B"_s}));
     QCOMPARE(told(spy), (QStringList{u"D"_s, u"D B"_s}));
+}
+
+void RecordListSelectionTest::namesRangesInTheirOrder()
+{
+    ListSite site(severalAtOnce);
+    site.click(4);
+    site.click(3, Qt::ShiftModifier);
+    site.click(0, Qt::ControlModifier);
+    site.click(1, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(site.widget->selectedRecords(), (QStringList{u"D"_s, u"E"_s, u"A"_s, u"B"_s}));
+    site.controller->sl_selectedRecordsChanged({u"E"_s, u"A"_s});
+    QCOMPARE(site.widget->selectedRecords(), (QStringList{u"E"_s, u"A"_s}));
 }
 
 void RecordListSelectionTest::selectsOneRowOnly()
@@ -223,6 +245,70 @@ void RecordListSelectionTest::tellsThatARecordDidNotComeBack()
     QCOMPARE(site.widget->selectedRecords(), QStringList());
 }
 
+// There are no rows to wait for the last one of.
+void RecordListSelectionTest::tellsThatNoRecordCameBack()
+{
+    ListSite site;
+    site.click(1);
+    site.model.replace({});
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords(), QStringList(), patience);
+    QCOMPARE(site.widget->selectedRecords(), QStringList());
+    QCOMPARE(site.part<QMenu>("CopyToClipboardMenu")->title(), u"Copy to Clipboard"_s);
+}
+
+void RecordListSelectionTest::tellsWhatIsBackWhileOthersAreOnTheirWay()
+{
+    ListSite site;
+    site.click(1);
+    site.click(3, Qt::ControlModifier);
+    site.model.replace({});
+    site.model.add(makeRecord(u"A"_s));
+    site.model.add(makeRecord(u"D"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords(), QStringList(u"D"_s), patience);
+    QCOMPARE(site.widget->selectedRecords(), QStringList(u"D"_s));
+    site.model.add(makeRecord(u"B"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords().size(), 2, patience);
+    QCOMPARE(site.highlighted(), u"B D"_s);
+}
+
+void RecordListSelectionTest::tellsThatTheListHasDied()
+{
+    ListSite site(severalAtOnce, 0);
+    auto list = std::make_unique<ListedRecords>(ListSite::ids(5));
+    site.controller->list = list.get();
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    site.click(1);
+    QCOMPARE(site.controller->selectedRecords(), QStringList(u"B"_s));
+    list.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(site.controller->selectedRecords(), QStringList(), patience);
+    QCOMPARE(site.view.verticalHeader()->count(), 0);
+}
+
+void RecordListSelectionTest::selectsByIDWhateverKeysAreHeld_data()
+{
+    QTest::addColumn<Qt::KeyboardModifiers>("held");
+    QTest::newRow("none") << Qt::KeyboardModifiers();
+    QTest::newRow("the one that adds") << Qt::KeyboardModifiers(Qt::ControlModifier);
+    QTest::newRow("the one that extends") << Qt::KeyboardModifiers(Qt::ShiftModifier);
+}
+
+void RecordListSelectionTest::selectsByIDWhateverKeysAreHeld()
+{
+    QFETCH(Qt::KeyboardModifiers, held);
+    ListSite site;
+    site.activate();
+    site.click(0);
+    site.click(1, Qt::ControlModifier);
+    QWindow* const window = site.widget->windowHandle();
+    QTest::keyPress(window, Qt::Key_F24, held);
+    QCOMPARE(QGuiApplication::keyboardModifiers(), held);
+    site.widget->select(u"D"_s, false);
+    QTest::keyRelease(window, Qt::Key_F24);
+    QCOMPARE(site.highlighted(), u"D"_s);
+    QCOMPARE(site.controller->selectedRecords(), QStringList(u"D"_s));
+    QCOMPARE(site.idAt(site.view.currentIndex().row()), u"D"_s);
+}
+
 void RecordListSelectionTest::selectsNothingThatIsNotKnown()
 {
     ListSite site;
@@ -304,6 +390,20 @@ void RecordListSelectionTest::losesARecordThatIsDeleted()
     QCOMPARE(site.controller->selectedRecords(), QStringList());
 }
 
+void RecordListSelectionTest::isNotToldThatOtherRowsCameAndWent()
+{
+    ListSite site;
+    site.click(2);
+    site.click(3, Qt::ControlModifier);
+    const QSignalSpy spy(&*site.widget, &RecordListWidget::si_selectedRecordsChanged);
+    site.model.remove(u"B"_s);
+    site.model.remove(u"E"_s);
+    site.model.add(makeRecord(u"Aa"_s));
+    QCOMPARE(site.highlighted(), u"C D"_s);
+    QCOMPARE(spy.size(), 0);
+    QCOMPARE(site.widget->selectedRecords(), (QStringList{u"C"_s, u"D"_s}));
+}
+
 void RecordListSelectionTest::losesARecordThatIsFilteredOut()
 {
     ListSite site;
@@ -378,8 +478,7 @@ void RecordListSelectionTest::outlivesItsController()
 void RecordListSelectionTest::takesTheFocus()
 {
     ListSite site;
-    site.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&*site.widget, patience));
+    site.activate();
     site.part<QWidget>("ShowExtendedFilterButton")->setFocus();
     site.widget->setFocusOnList();
     QVERIFY(site.view.hasFocus());

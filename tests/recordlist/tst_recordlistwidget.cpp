@@ -1,6 +1,5 @@
 #include "listsite.h"
 
-#include "menuanswer.h"
 #include "scriptedcondition.h"
 
 #include <resources/zelkoicons.h>
@@ -59,16 +58,6 @@ QString arrangementOf(const Widget& widget)
     return arrangementOf(*qobject_cast<QBoxLayout*>(widget.layout()));
 }
 
-/// Clicks with the right button onto a row, and does `answer` with the menu that opens.
-bool withMenuOf(ListSite& site, int row, const std::function<void(QMenu&)>& answer)
-{
-    const MenuAnswer menu(answer);
-    const QPoint place = site.view.visualRect(site.view.model()->index(row, 1)).center();
-    QContextMenuEvent event(QContextMenuEvent::Mouse, place, site.view.viewport()->mapToGlobal(place));
-    QCoreApplication::sendEvent(site.view.viewport(), &event);
-    return menu.wasGiven();
-}
-
 QAction* actionOf(const QMenu& menu, const QString& name)
 {
     return menu.findChild<QAction*>(name);
@@ -100,9 +89,7 @@ private Q_SLOTS:
     void keepsColumnsUnderItsName();
 
     void barsActionsWithoutAnIconFromTheToolbar();
-    void triggersActionsByTheirShortcuts();
     void opensTheMenuOfActionsWithAClick();
-    void opensTheMenuByItsKey();
     void hasNoMenuWithoutActions();
     void headsAMenuOfColumnsAlone();
     void offersEachColumnToBeCopied();
@@ -134,6 +121,7 @@ private Q_SLOTS:
     void showsTheProgress();
     void takesAnotherListOfTheController();
     void takesAnotherListWhenTheOldOneIsGone();
+    void isEmptyWhenItsListIsGone();
     void isNamedForThoseWhoCannotSeeIt();
 };
 
@@ -283,18 +271,6 @@ void RecordListWidgetTest::barsActionsWithoutAnIconFromTheToolbar()
     QCOMPARE(menu->actions().first(2), controller.recordActions());
 }
 
-void RecordListWidgetTest::triggersActionsByTheirShortcuts()
-{
-    ListSite site(ListSite::Options(32));
-    site.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&*site.widget, patience));
-    site.click(1);
-    site.controller->take();
-    const QKeySequence keys = site.controller->recordAction(Controller::UserActionRename)->shortcut();
-    QTest::keySequence(&*site.widget, keys);
-    QCOMPARE(site.controller->take().value(0), u"rename B"_s);
-}
-
 void RecordListWidgetTest::opensTheMenuOfActionsWithAClick()
 {
     ListSite site;
@@ -306,17 +282,6 @@ void RecordListWidgetTest::opensTheMenuOfActionsWithAClick()
         MenuAnswer::click(menu, site.controller->recordAction(Controller::UserActionReset));
     }));
     QCOMPARE(site.controller->take().value(0), u"reset B"_s);
-}
-
-void RecordListWidgetTest::opensTheMenuByItsKey()
-{
-    ListSite site;
-    site.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&*site.widget, patience));
-    site.widget->setFocusOnList();
-    const MenuAnswer menu([](QMenu&) {});
-    ZelkoConsole::operatorhands::pressMenuKey();
-    QVERIFY(menu.wasGiven());
 }
 
 void RecordListWidgetTest::hasNoMenuWithoutActions()
@@ -498,7 +463,8 @@ void RecordListWidgetTest::resetsTheExtendedFilterByItsMenu()
     site.filterByDialog(u"of B"_s);
     site.filterNames(u"name"_s);
     auto* const button = site.part<QToolButton>("ShowExtendedFilterButton");
-    const MenuAnswer answer([](QMenu& menu) {
+    const MenuAnswer answer([button](QMenu& menu) {
+        QCOMPARE(menu.pos(), button->mapToGlobal(QPoint(3, 3)));
         QCOMPARE(MenuAnswer::texts(menu), QStringList(u"Reset"_s));
         MenuAnswer::click(menu, menu.actions().constFirst());
     });
@@ -516,6 +482,10 @@ void RecordListWidgetTest::hasNoMenuForAFilterThatIsNotActive()
     const MenuAnswer answer([](QMenu&) {});
     QContextMenuEvent event(QContextMenuEvent::Mouse, {3, 3}, button->mapToGlobal(QPoint(3, 3)));
     QCoreApplication::sendEvent(button, &event);
+    site.activate();
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Down, Qt::AltModifier);
+    ZelkoConsole::operatorhands::pressMenuKey();
     QVERIFY(!answer.wasGiven());
 }
 
@@ -758,6 +728,22 @@ void RecordListWidgetTest::takesAnotherListWhenTheOldOneIsGone()
     Q_EMIT site.controller->si_activeDeviceChanged({}, {});
     QCOMPARE(site.shown(), u"X Y"_s);
     QCOMPARE(site.count(), u"2 recordings"_s);
+}
+
+// Nobody may be told of hidden recordings that are nowhere.
+void RecordListWidgetTest::isEmptyWhenItsListIsGone()
+{
+    ListSite site(ListSite::everything, 0);
+    auto list = std::make_unique<ListedRecords>(ListSite::ids(5));
+    site.controller->list = list.get();
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    site.filterNames(u"nothing"_s);
+    QCOMPARE(site.count(), u"0/5 recordings"_s);
+    QVERIFY(site.part<QLabel>("FilteredOutNote")->isVisible());
+    list.reset();
+    QCOMPARE(site.count(), u"0 recordings"_s);
+    QVERIFY(site.part<QLabel>("FilteredOutNote")->isHidden());
+    QCOMPARE(site.view.verticalHeader()->count(), 0);
 }
 
 void RecordListWidgetTest::isNamedForThoseWhoCannotSeeIt()

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void anEntryOfTheInvitationItselfIsNone();
     void stepsInAndOutByKeys();
     void aDisabledFieldLooksSo();
+    void followsThePalette();
     void eatsNoEvents();
 };
 
@@ -140,6 +141,23 @@ void RecordSearchLineEditTest::aDisabledFieldLooksSo()
         color.setAlpha(150);
         QCOMPARE(form.search.palette().color(group, QPalette::Text), color);
     }
+}
+
+// As pale as ever, or it could not be read on a dark field.
+void RecordSearchLineEditTest::followsThePalette()
+{
+    Form form;
+    const QPalette light = QApplication::palette();
+    QPalette dark = light;
+    dark.setColor(QPalette::Text, QColor(240, 230, 220));
+    dark.setColor(QPalette::Base, QColor(10, 20, 30));
+    QApplication::setPalette(dark);
+    QTRY_COMPARE_WITH_TIMEOUT(form.search.palette().color(QPalette::Text), QColor(240, 230, 220, 150), patience);
+    QCOMPARE(form.search.palette().color(QPalette::Base), QColor(10, 20, 30));
+    QApplication::setPalette(light);
+    QColor usual = light.color(QPalette::Text);
+    usual.setAlpha(150);
+    QTRY_COMPARE_WITH_TIMEOUT(form.search.palette().color(QPalette::Text), usual, patience);
 }
 
 void RecordSearchLineEditTest::eatsNoEvents()

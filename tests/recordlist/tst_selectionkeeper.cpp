@@ -1,5 +1,4 @@
-#include "listedrecords.h"
-#include "patience.h"
+#include "recordtablesetting.h"
 
 #include <zelkoguibase/recordlist/selectionkeeper_p.h>
 
@@ -7,10 +6,6 @@
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
-#include <QScrollBar>
-#include <QSortFilterProxyModel>
-#include <QTableView>
-#include <QtTest>
 
 using ZelkoConsole::operatorhands::clickRow;
 
@@ -21,67 +16,24 @@ constexpr std::chrono::hours never(1);
 
 QString id(int number)
 {
-    return QStringLiteral("r%1").arg(number, 2, 10, QLatin1Char('0'));
+    return RecordTableSetting::id(number);
 }
 
 QStringList ids(int first, int end)
 {
-    QStringList all;
-    for (int number = first; number < end; ++number) {
-        all << id(number);
-    }
-    return all;
+    return RecordTableSetting::ids(first, end);
 }
 
-/// A table of many records, in the order of their numbers.
-struct Setting
+/// A table of many records whose selection is kept.
+struct Setting : RecordTableSetting
 {
     explicit Setting(std::chrono::milliseconds pause = never)
-        : records(ids(0, count))
+        : RecordTableSetting(count)
         , keeper(&table, &proxy, pause, nullptr)
     {
-        proxy.setSourceModel(&records);
-        table.setModel(&proxy);
-        table.setSortingEnabled(true);
-        table.sortByColumn(0, Qt::AscendingOrder);
-        table.setSelectionBehavior(QAbstractItemView::SelectRows);
-        table.resize(900, 320);
-        table.show();
+        show();
     }
 
-    void lose() { records.replace({}); }
-    void comeBack(int first, int end)
-    {
-        for (int number = first; number < end; ++number) {
-            records.add(makeRecord(id(number)));
-        }
-    }
-
-    // Rows have their places only after the next turn of the event loop.
-    void scrollTo(int row)
-    {
-        QTRY_VERIFY_WITH_TIMEOUT(table.verticalScrollBar()->maximum() >= row, patience);
-        table.verticalScrollBar()->setValue(row);
-    }
-
-    QString idAt(const QModelIndex& index) const { return records.getRecordID(proxy.mapToSource(index)); }
-    QString topId() const { return idAt(table.indexAt(QPoint(0, 0))); }
-    int scrolled() const { return table.verticalScrollBar()->value(); }
-
-    QStringList selected() const
-    {
-        QStringList all;
-        const QModelIndexList rows = table.selectionModel()->selectedRows();
-        for (const QModelIndex& row : rows) {
-            all << idAt(row);
-        }
-        all.sort();
-        return all;
-    }
-
-    ListedRecords records;
-    QSortFilterProxyModel proxy;
-    QTableView table;
     ZelkoGUI::SelectionKeeper keeper;
 };
 
@@ -133,6 +85,30 @@ private Q_SLOTS:
         setting.comeBack(0, count);
         QTRY_COMPARE_WITH_TIMEOUT(setting.topId(), top, patience);
         QVERIFY(setting.scrolled() > 0);
+    }
+
+    void keepsWhatIsCutOffAtTheTop()
+    {
+        Setting setting;
+        setting.table.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+        const int height = setting.table.rowHeight(0);
+        setting.scrollTo(20 * height + 7);
+        setting.lose();
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.scrolled(), 20 * height + 7, patience);
+    }
+
+    void tellsOnceThatAllRowsWereReplaced()
+    {
+        Setting setting;
+        const QSignalSpy replaced(&setting.keeper, &ZelkoGUI::SelectionKeeper::replaced);
+        setting.lose();
+        QCOMPARE(replaced.size(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(replaced.size(), 1, patience);
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.keeper.awaited(), 0, patience);
+        QCoreApplication::processEvents();
+        QCOMPARE(replaced.size(), 1);
     }
 
     void staysAtTheTopForNewRecordsToBeSeen()

@@ -7,7 +7,7 @@
 #include <QStringList>
 
 /// A record list that a test fills and changes itself.
-class ListedRecords final : public ZelkoCommon::AbstractRecordListModel
+class ListedRecords : public ZelkoCommon::AbstractRecordListModel
 {
 public:
     explicit ListedRecords(const QStringList& ids = {})

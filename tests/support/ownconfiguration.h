@@ -8,10 +8,13 @@
 class OwnConfiguration
 {
 public:
-    OwnConfiguration() { CfgCenter::SetFile(ICfg::UserView, m_folder.filePath(QStringLiteral("user.ini"))); }
+    OwnConfiguration() { readAgain(); }
     ~OwnConfiguration() { CfgCenter::SetFile(ICfg::UserView, QString()); }
     OwnConfiguration(const OwnConfiguration&) = delete;
     OwnConfiguration& operator=(const OwnConfiguration&) = delete;
+
+    /// As the next run of the program does: what was not written is lost.
+    void readAgain() const { CfgCenter::SetFile(ICfg::UserView, m_folder.filePath(QStringLiteral("user.ini"))); }
 
 private:
     const QTemporaryDir m_folder;

@@ -91,7 +91,8 @@ private:
         ZELKO_RecordData stored;
         return stored.LoadXml(folder + QLatin1Char('/') + ZELKO_XML::metaDataFileName) &&
                stored == recordIn(state, record) &&
-               readBytes(folder + QStringLiteral("/%1.dat").arg(idOf(record))) == m_samples;
+               readBytes(folder + QLatin1Char('/') +
+                         ZELKO_XML::sampleFileName(stored.GetRecordID(), stored.GetDataFormat())) == m_samples;
     }
 
     const QString m_folder;

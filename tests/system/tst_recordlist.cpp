@@ -11,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTableView>
 
+#include <algorithm>
 #include <optional>
 
 using namespace ZelkoTest;
@@ -30,15 +31,23 @@ const QStringList load{QStringLiteral("--populate"),      QString::number(count)
                        QStringLiteral("--churn-changes"), QString::number(changesOfEach* count),
                        QStringLiteral("--source"),        QStringLiteral("generator:carrier,seconds=0.5")};
 
-// What a list shows of its place.
+// What a list shows of its place: the first record in sight, and how far its row is cut off.
 struct Place
 {
     QStringList selected;
     QString current;
-    int scrolled = 0;
+    QString top;
+    int offset = 0;
 
     bool operator==(const Place&) const = default;
 };
+
+char* toString(const Place& place)
+{
+    return QTest::toString(QStringLiteral("%1 selected, %2 current, %3 at the top, at %4")
+                               .arg(place.selected.join(u' '), place.current, place.top)
+                               .arg(place.offset));
+}
 
 } // namespace
 
@@ -65,10 +74,16 @@ private:
         return index.siblingAtColumn(AbstractRecordListModel::RecordIDColumn).data().toString();
     }
     Place place() const;
-    QString topId() const { return idOf(m_view->indexAt(QPoint(0, 0))); }
-    QStringList othersAtTheEnd(int rows) const;
+    int topRow() const { return m_view->rowAt(0); }
+    int rowsInSight() const { return m_view->rowAt(m_view->viewport()->height() - 1) - topRow() + 1; }
+    QString idAt(int row) const { return idOf(m_view->model()->index(row, 0)); }
+    bool isNeeded(const QString& id) const;
+    QStringList othersFrom(int row, int count) const;
     bool areAllChanged() const;
     void deleteByAnother(const QStringList& ids);
+    QString copyOf(int row);
+    QString idNamed(const QString& name) const;
+    int rowOf(const QString& id) const;
 
     const ZelkoRecorder::PreparedRecords m_prepared{ActionSite::device(), count};
     std::optional<OwnConfiguration> m_configuration;
@@ -108,7 +123,8 @@ void TestRecordList::openList()
     QVERIFY(QTest::qWaitForWindowActive(&*m_list, longPatience));
 }
 
-// Filters the names for a digit, goes to the middle of the list, and selects three records there.
+// Filters the names for a digit, goes to where records are of a few megabytes, and selects three of them. The first one
+// of those in sight is none of the three.
 void TestRecordList::chooseSome()
 {
     auto* const filter = m_list->findChild<QWidget*>(QStringLiteral("RecordNameFilterWidget"));
@@ -116,29 +132,40 @@ void TestRecordList::chooseSome()
     edit->setFocus();
     QTest::keyClick(edit, Qt::Key_7);
     const int shown = m_view->model()->rowCount();
-    QVERIFY(shown > 100 && shown < count);
+    QVERIFY(shown > 1000 && shown < count);
+    const int first = shown * 4 / 5;
     m_list->setFocusOnList();
-    clickRow(*m_view, shown / 2);
-    clickRow(*m_view, shown / 2 + 3, Qt::ControlModifier);
-    clickRow(*m_view, shown / 2 + 1, Qt::ControlModifier);
+    clickRow(*m_view, first + 4);
+    clickRow(*m_view, first + 7, Qt::ControlModifier);
+    clickRow(*m_view, first + 5, Qt::ControlModifier);
     QCOMPARE(m_list->selectedRecords().size(), 3);
-    QVERIFY(m_view->verticalScrollBar()->value() > 0);
+    m_view->verticalScrollBar()->setValue(first);
+    QCOMPARE(topRow(), first);
+    QVERIFY(rowsInSight() > 12);
 }
 
 Place TestRecordList::place() const
 {
     QStringList selected = m_list->selectedRecords();
     selected.sort();
-    return {selected, idOf(m_view->currentIndex()), m_view->verticalScrollBar()->value()};
+    return {selected, idOf(m_view->currentIndex()), idAt(topRow()), m_view->rowViewportPosition(topRow())};
 }
 
-// Those of the last rows that may be deleted, which are far from what is selected.
-QStringList TestRecordList::othersAtTheEnd(int rows) const
+// What stays where it is, or is looked at in the end.
+bool TestRecordList::isNeeded(const QString& id) const
+{
+    const Place now = place();
+    return now.selected.contains(id) || id == now.current || id == now.top || id == m_prepared.recordId(0) ||
+           id == m_prepared.recordId(count / 2) || id == m_prepared.recordId(count - 1);
+}
+
+// The first ones from a row on that may be deleted and are not needed.
+QStringList TestRecordList::othersFrom(int row, int number) const
 {
     QStringList ids;
-    for (int row = 1; row <= rows; ++row) {
-        const QString id = idOf(m_view->model()->index(m_view->model()->rowCount() - row, 0));
-        if (m_site->row(id).GetDeletable()) {
+    for (; ids.size() < number; ++row) {
+        const QString id = idAt(row);
+        if (m_site->row(id).GetDeletable() && !isNeeded(id)) {
             ids << id;
         }
     }
@@ -167,39 +194,82 @@ void TestRecordList::deleteByAnother(const QStringList& ids)
     }
 }
 
+// Copies a record that stands in that row or, if it cannot be copied, in one behind it. The name of the copy, which
+// passes the filter; its row will be right behind that of the original, which has grown since it was recorded.
+QString TestRecordList::copyOf(int row)
+{
+    using Format = ActionSite::Record::DataFormat;
+    ActionSite::Record original = m_site->row(idAt(row));
+    while (original.GetDataFormat() == Format::Symbols || original.GetRecordID().isEmpty()) {
+        original = m_site->row(idAt(++row));
+    }
+    const QString name = QStringLiteral("7 as ") + original.GetRecordID();
+    m_site->controller().sl_copyRecord(original.GetRecordID(), original.GetStartTime(),
+                                       m_prepared.record(m_prepared.numberOf(original.GetRecordID())).GetStopTime(),
+                                       name);
+    return name;
+}
+
+QString TestRecordList::idNamed(const QString& name) const
+{
+    const QStringList ids = m_site->rows();
+    const auto found = std::find_if(ids.begin(), ids.end(),
+                                    [&](const QString& id) { return m_site->row(id).GetRecordName() == name; });
+    return found == ids.end() ? QString() : *found;
+}
+
+int TestRecordList::rowOf(const QString& id) const
+{
+    int row = 0;
+    while (row < m_view->model()->rowCount() && idAt(row) != id) {
+        ++row;
+    }
+    return row;
+}
+
 void TestRecordList::staysWhereItIsWhileOtherRowsComeChangeAndGo()
 {
     const Place before = place();
+    const int rowBefore = topRow();
     const QSignalSpy told(&*m_list, &RecordListWidget::si_selectedRecordsChanged);
-    const QSignalSpy scrolled(m_view->verticalScrollBar(), &QScrollBar::valueChanged);
-    const QStringList gone = othersAtTheEnd(20);
-    deleteByAnother(gone);
+    const QStringList above = othersFrom(0, 5) + othersFrom(rowBefore - 20, 5);
+    const QStringList inSight = othersFrom(rowBefore + 1, 2);
+    const QStringList below = othersFrom(rowBefore + 100, 5);
+    QVERIFY(rowOf(above.constLast()) < rowBefore && rowOf(inSight.constLast()) < rowBefore + rowsInSight());
+    const QString comesAbove = copyOf(rowBefore - 60);
+    const QString comesInSight = copyOf(rowBefore + 2);
+    const QString comesBelow = copyOf(rowBefore + 200);
+    deleteByAnother(above + inSight + below);
+    for (const QString& name : {comesAbove, comesInSight, comesBelow}) {
+        QTRY_VERIFY_WITH_TIMEOUT(!idNamed(name).isEmpty(), longPatience);
+    }
     QTRY_VERIFY_WITH_TIMEOUT(areAllChanged(), longPatience);
-    QTRY_COMPARE_WITH_TIMEOUT(m_site->controller().recordListModel()->rowCount(),
-                              count + 1 - static_cast<int>(gone.size()), longPatience);
-    QCOMPARE(place(), before);
+    QTRY_COMPARE_WITH_TIMEOUT(place(), before, longPatience);
     QCOMPARE(told.size(), 0);
-    QCOMPARE(scrolled.size(), 0);
     QCOMPARE(m_site->controller().selectedRecords(), m_list->selectedRecords());
+    QVERIFY(topRow() != rowBefore);
+    const int first = topRow();
+    QVERIFY(rowOf(idNamed(comesAbove)) < first);
+    const int rowInSight = rowOf(idNamed(comesInSight));
+    QVERIFY2(rowInSight > first && rowInSight < first + rowsInSight(), qPrintable(QString::number(rowInSight - first)));
+    QVERIFY(rowOf(idNamed(comesBelow)) >= first + rowsInSight());
 }
 
 void TestRecordList::bringsItsSelectionBackWithTheRecorder()
 {
     QTRY_VERIFY_WITH_TIMEOUT(areAllChanged(), longPatience);
     const Place before = place();
-    const QString top = topId();
     m_site->recorder().kill();
     QTRY_COMPARE_WITH_TIMEOUT(m_view->model()->rowCount(), 0, longPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_list->selectedRecords(), QStringList(), longPatience);
     QVERIFY(m_site->start(load));
     QTRY_VERIFY_WITH_TIMEOUT(m_site->isReady() && m_site->controller().recordListModel()->rowCount() >= count,
                              longPatience);
-    QTRY_COMPARE_WITH_TIMEOUT(place().selected, before.selected, longPatience);
-    QTRY_COMPARE_WITH_TIMEOUT(place().current, before.current, longPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(areAllChanged(), longPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(place(), before, longPatience);
     QStringList ofController = m_site->controller().selectedRecords();
     ofController.sort();
     QCOMPARE(ofController, before.selected);
-    QVERIFY(m_view->verticalScrollBar()->value() > 0);
-    QVERIFY(!top.isEmpty());
 }
 
 QTEST_MAIN(TestRecordList)

@@ -1,11 +1,12 @@
 #include <widgetbase/qheaderviewcolumnhandler.h>
 
-#include <vornappstartup/cfgcenter.h>
+#include "ownconfiguration.h"
 
 #include <QHeaderView>
 #include <QStandardItemModel>
-#include <QTemporaryDir>
 #include <QtTest>
+
+#include <optional>
 
 using guiHelper::QHeaderViewColumnHandler;
 
@@ -55,8 +56,8 @@ class QHeaderViewColumnHandlerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup() { CfgCenter::SetFile(ICfg::UserView, QString()); }
+    void init() { m_configuration.emplace(); }
+    void cleanup() { m_configuration.reset(); }
 
     void restoresOrderSizesAndVisibility();
     void aColumnThatWasHiddenHasItsSizeWhenItIsShownAgain();
@@ -71,14 +72,8 @@ private Q_SLOTS:
     void savesNothingWithoutAKey();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::optional<OwnConfiguration> m_configuration;
 };
-
-void QHeaderViewColumnHandlerTest::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    CfgCenter::SetFile(ICfg::UserView, m_folder->filePath(QStringLiteral("user.ini")));
-}
 
 void QHeaderViewColumnHandlerTest::restoresOrderSizesAndVisibility()
 {
@@ -86,7 +81,7 @@ void QHeaderViewColumnHandlerTest::restoresOrderSizesAndVisibility()
     arrange(before);
     QCOMPARE(before.layout(), QStringLiteral("(1) 2:70 0:50 3:80"));
     QVERIFY(before.handler->saveColumnStatus());
-    CfgCenter::SetFile(ICfg::UserView, m_folder->filePath(QStringLiteral("user.ini")));
+    m_configuration->readAgain();
     Header after;
     QVERIFY(after.handler->restoreColumnStatus());
     QCOMPARE(after.layout(), before.layout());

@@ -1,10 +1,9 @@
 #include <widgetbase/sortlistview.h>
 #include <widgetbase/sortlistviewitem.h>
 
-#include <vornappstartup/cfgcenter.h>
+#include "ownconfiguration.h"
 
 #include <QHeaderView>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -197,8 +196,7 @@ void SortListViewTest::aFunctionOfOnesOwnDecides()
 
 void SortListViewTest::keepsTheLayoutOfItsColumnsUnderItsName()
 {
-    const QTemporaryDir folder;
-    CfgCenter::SetFile(ICfg::UserView, folder.filePath(QStringLiteral("user.ini")));
+    const OwnConfiguration configuration;
     SortListView before(nullptr, "List");
     SortListView after(nullptr, "List");
     for (SortListView* const view : {&before, &after}) {
@@ -209,7 +207,6 @@ void SortListViewTest::keepsTheLayoutOfItsColumnsUnderItsName()
     QVERIFY(before.saveColumnStatus());
     QVERIFY(after.restoreColumnStatus());
     QCOMPARE(after.header()->visualIndex(0), 1);
-    CfgCenter::SetFile(ICfg::UserView, QString());
 }
 
 void SortListViewTest::anItemHasAsManyCellsAsItIsGiven()

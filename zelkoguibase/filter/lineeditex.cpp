@@ -16,9 +16,9 @@ constexpr int roomBesideHint = 10;
 TextFilterWidget::LineEditEx::LineEditEx(const QString& hint, QWidget* parent)
     : QLineEdit(parent)
     , m_hintText(hint)
-{
     // The colour of the palette, and not plain black: a hint must be legible on a dark field, too.
-    guiHelper::setTextAlpha(*this, paleAlpha);
+    , m_colour(new guiHelper::TextAlpha(this, paleAlpha))
+{
     showText(false);
     installEventFilter(this);
     connect(this, &QLineEdit::textEdited, this, &LineEditEx::setText);
@@ -43,7 +43,7 @@ bool TextFilterWidget::LineEditEx::eventFilter(QObject* watched, QEvent* event)
 {
     const bool enters = event->type() == QEvent::FocusIn;
     if (watched == this && (enters || event->type() == QEvent::FocusOut)) {
-        guiHelper::setTextAlpha(*this, enters ? fullAlpha : paleAlpha);
+        m_colour->setAlpha(enters ? fullAlpha : paleAlpha);
         showText(enters);
     }
     return false;

@@ -4,6 +4,10 @@
 
 #include <QLineEdit>
 
+namespace guiHelper {
+class TextAlpha;
+}
+
 namespace ZelkoGUI::Filter {
 
 /// A line edit that shows a pale hint while it is empty and without the focus. text() is what is shown, which may be
@@ -38,6 +42,7 @@ private:
     void showText(bool withFocus);
 
     const QString m_hintText;
+    guiHelper::TextAlpha* const m_colour;
     QString m_realText;
 };
 

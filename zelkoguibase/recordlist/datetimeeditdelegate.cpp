@@ -18,6 +18,7 @@ QDateTime toTheSecond(double microseconds)
 DateTimeEditDelegate::DateTimeEditDelegate(VCReplayBar* replayBar, QObject* parent)
     : QItemDelegate(parent)
     , m_replayBar(replayBar)
+    , m_opened(std::make_shared<int>(0))
 {}
 
 DateTimeEditDelegate::~DateTimeEditDelegate() = default;
@@ -36,7 +37,20 @@ QWidget* DateTimeEditDelegate::createEditor(QWidget* parent, const QStyleOptionV
     editor->setAccessibleName(tr("Time of the bookmark"));
     editor->SetDateTime_ValuePath(m_replayBar->GetValueTreePath(marker));
     m_replayBar->SetCurrentMarker(marker);
+    resetMarkerAfter(editor, marker);
     return editor;
+}
+
+// However it goes: Escape, for one, closes an editor without a word to setModelData(). By then another one may have
+// been opened, also in the same row, or somebody may have made another marker the current one.
+void DateTimeEditDelegate::resetMarkerAfter(const QWidget* editor, int marker) const
+{
+    connect(editor, &QObject::destroyed, m_replayBar,
+            [bar = m_replayBar.data(), marker, opened = m_opened, number = ++*m_opened] {
+                if (*opened == number && bar->GetCurrentMarker() == marker) {
+                    bar->SetCurrentMarker(VCReplayBar::PositionMarker);
+                }
+            });
 }
 
 void DateTimeEditDelegate::setEditorData(QWidget* editor, const QModelIndex&) const

@@ -5,6 +5,8 @@
 #include <QItemDelegate>
 #include <QPointer>
 
+#include <memory>
+
 class VCReplayBar;
 
 namespace ZelkoCommon {
@@ -20,7 +22,8 @@ public:
     explicit DateTimeEditDelegate(VCReplayBar* replayBar, QObject* parent = nullptr);
     ~DateTimeEditDelegate() override;
 
-    /// An editor of the bookmark's time; its marker becomes the current one of the bar.
+    /// An editor of the bookmark's time; its marker becomes the current one of the bar. When the editor goes, in
+    /// whatever way, the current position of the bar is its current marker again.
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
     /// Limits the editor to the recording, to the second. Its time is not touched by that: it comes from the bar.
@@ -33,7 +36,10 @@ public:
                               const QModelIndex& index) const override;
 
 private:
+    void resetMarkerAfter(const QWidget* editor, int marker) const;
+
     const QPointer<VCReplayBar> m_replayBar;
+    const std::shared_ptr<int> m_opened; // how many editors there were; outlives this with the last of them
 };
 
 } // namespace ZelkoCommon

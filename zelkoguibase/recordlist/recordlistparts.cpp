@@ -1,11 +1,13 @@
 #include "recordlistwidget_p.h"
 
+#include "columnheaderview_p.h"
 #include "yieldinglabel_p.h"
 
 #include <zelkoguibase/recordlist/selectheaderview.h>
 
 #include <QAction>
 #include <QBoxLayout>
+#include <QShortcut>
 
 #include <algorithm>
 
@@ -37,7 +39,7 @@ RecordListWidget::Private::Private(RecordListWidget* widget, IZelkoGUIController
     , records(*proxy)
     , lastPlace(place())
 {
-    proxy->setSourceModel(itsController->recordListModel());
+    setSource();
     proxy->setSortRole(AbstractRecordListModel::SortRole);
     proxy->setDynamicSortFilter(true);
 }
@@ -47,12 +49,16 @@ void RecordListWidget::Private::makeView(Options options)
 {
     view->setObjectName(QStringLiteral("RecordTableView"));
     view->setAccessibleName(tr("Records"));
+    header = new ColumnHeaderView(view);
+    view->setHorizontalHeader(header);
+    connect(header, &ColumnHeaderView::resetWanted, &lifetime, [this] { resetColumns(); });
     if (options & OptionSelectHeader) {
         view->setVerticalHeader(new SelectHeaderView(Qt::Vertical, view));
         view->verticalHeader()->setAccessibleName(tr("Selection of recordings"));
     } else {
         view->verticalHeader()->hide();
     }
+    anchor = new ScrollAnchor(view, proxy, owner);
     view->setModel(proxy);
     proxy->followSelection(view->selectionModel());
     view->setSortingEnabled(true);
@@ -67,7 +73,7 @@ void RecordListWidget::Private::makeView(Options options)
     view->setTabKeyNavigation(false);
     new FilteredOutNote(view, proxy);
     keeper = new SelectionKeeper(view, proxy, refillPause, owner);
-    connect(keeper, &SelectionKeeper::ended, owner, [this] { refillEnded(); });
+    connect(keeper, &SelectionKeeper::replaced, &lifetime, [this] { tellWhatIsLeft(); });
 }
 
 void RecordListWidget::Private::keepColumns()
@@ -78,6 +84,16 @@ void RecordListWidget::Private::keepColumns()
     if (!columnHandler->restoreColumnStatus()) {
         makeRoomForTexts();
     }
+}
+
+void RecordListWidget::Private::resetColumns()
+{
+    for (int column = 0; column < header->count(); ++column) {
+        header->moveSection(header->visualIndex(column), column);
+        header->setSectionHidden(column, false);
+        header->resizeSection(column, header->defaultSectionSize());
+    }
+    makeRoomForTexts();
 }
 
 // As long as nobody has said how wide the columns are to be: the usual width cuts off times and IDs.
@@ -102,6 +118,11 @@ void RecordListWidget::Private::makeToolbar()
     toolbar->setAccessibleName(tr("Record actions"));
     toolbar->setOrientation(Qt::Vertical);
     toolbar->addActions(actions);
+    // By keys only: a click is meant for the records that are selected, and leaves the keys to them.
+    const auto buttons = toolbar->findChildren<QToolButton*>();
+    for (QToolButton* const button : buttons) {
+        button->setFocusPolicy(Qt::TabFocus);
+    }
 }
 
 void RecordListWidget::Private::makeNameFilter()
@@ -128,6 +149,12 @@ void RecordListWidget::Private::makeExtendedFilter(QFlags<ExtendedFilterDialog::
     filterDialog->resetFilter();
     connect(filterButton, &QToolButton::clicked, owner, &RecordListWidget::sl_showExtendedFilter);
     connect(filterButton, &QWidget::customContextMenuRequested, owner, &RecordListWidget::sl_filterContextMenu);
+    for (const QKeySequence& keys : {QKeySequence(Qt::Key_Down), QKeySequence(Qt::ALT | Qt::Key_Down)}) {
+        auto* const opens = new QShortcut(keys, filterButton);
+        opens->setContext(Qt::WidgetShortcut);
+        connect(opens, &QShortcut::activated, owner,
+                [this] { owner->sl_filterContextMenu(filterButton->rect().bottomLeft()); });
+    }
     const auto conditions = filterDialog->filters();
     for (const auto& condition : conditions) {
         connect(condition.data(), &AbstractFilterCondition::si_filterChanged, owner,
@@ -276,11 +303,18 @@ void RecordListWidget::Private::arrange()
     }
 }
 
+// The last part above the row of filters that the Tab key reaches.
+QWidget* RecordListWidget::Private::lastAboveRow() const
+{
+    const auto buttons = toolbar ? toolbar->findChildren<QToolButton*>() : QList<QToolButton*>();
+    return buttons.isEmpty() ? static_cast<QWidget*>(header) : buttons.constLast();
+}
+
 QLayout* RecordListWidget::Private::filterRow() const
 {
     auto* const row = new QHBoxLayout;
     if (filterButton) {
-        QWidget::setTabOrder(view, filterButton); // the first one of its row, which was made last
+        QWidget::setTabOrder(lastAboveRow(), filterButton); // the first one of its row, which was made last
         row->addWidget(filterButton);
     }
     if (countLabel) {

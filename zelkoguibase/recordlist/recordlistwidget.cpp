@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QSet>
 
+#include <algorithm>
 #include <utility>
 
 namespace ZelkoGUI {
@@ -15,11 +16,16 @@ using Filter::AbstractFilterCondition;
 using Filter::ExtendedFilterDialog;
 using ZelkoCommon::AbstractRecordListModel;
 
+// A selection model also tells that selected rows have moved up because others went, which is no news of the records.
 void RecordListWidget::Private::followSelection()
 {
     QObject::disconnect(selectionChanges); // somebody who was told of a selection may have made another one
-    selectionChanges = connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, owner,
-                               &RecordListWidget::sl_recordSelectionChanged);
+    selectionChanges = connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, &lifetime,
+                               [this](const QItemSelection& selectedNow, const QItemSelection& deselected) {
+                                   if (!selectedNow.isEmpty() || !deselected.isEmpty()) {
+                                       owner->sl_recordSelectionChanged();
+                                   }
+                               });
 }
 
 void RecordListWidget::Private::replaceSource()
@@ -27,9 +33,19 @@ void RecordListWidget::Private::replaceSource()
     if (QAbstractItemModel* const old = proxy->sourceModel()) {
         old->disconnect(owner);
     }
-    proxy->setSourceModel(controller->recordListModel());
+    setSource();
     countRowsOf(controller->recordListModel());
     keeper->forget();
+}
+
+// A proxy whose source dies says nothing of its rows, and whoever shows them would do so for ever.
+void RecordListWidget::Private::setSource()
+{
+    QAbstractItemModel* const source = controller->recordListModel();
+    proxy->setSourceModel(source);
+    if (source) {
+        connect(source, &QObject::destroyed, owner, [proxy = proxy] { proxy->setSourceModel(nullptr); });
+    }
 }
 
 RecordListWidget::Private::Place RecordListWidget::Private::place() const
@@ -79,6 +95,7 @@ void RecordListWidget::Private::updateClipboardMenu()
     }
 }
 
+// Said in so many words: a view that is asked to select a row does what a click would, by the keys that are held.
 bool RecordListWidget::Private::selectShown(const QString& id)
 {
     const QModelIndex index = records.indexOf(id);
@@ -86,7 +103,9 @@ bool RecordListWidget::Private::selectShown(const QString& id)
         return false;
     }
     keeper->forget();
-    view->selectRow(index.row());
+    const int column = view->horizontalHeader()->logicalIndexAt(0);
+    view->selectionModel()->setCurrentIndex(index.siblingAtColumn(std::max(column, 0)),
+                                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(index);
     return true;
 }
@@ -104,6 +123,7 @@ void RecordListWidget::Private::resetFilters()
 // Up and down only, and also while the column of the names is hidden.
 void RecordListWidget::Private::scrollTo(const QModelIndex& row)
 {
+    anchor->settle();
     const int left = view->horizontalScrollBar()->value();
     view->scrollTo(row.siblingAtColumn(view->horizontalHeader()->logicalIndexAt(0)));
     view->horizontalScrollBar()->setValue(left);
@@ -119,8 +139,8 @@ QStringList RecordListWidget::Private::highlighted() const
     return ids;
 }
 
-// A selection goes without a word when all rows are replaced at once. What has not come back by now has gone.
-void RecordListWidget::Private::refillEnded()
+// A selection goes without a word when all rows are replaced at once.
+void RecordListWidget::Private::tellWhatIsLeft()
 {
     const QStringList left = highlighted();
     if (QSet<QString>(left.begin(), left.end()) != QSet<QString>(selected.begin(), selected.end())) {
@@ -261,10 +281,13 @@ void RecordListWidget::sl_doubleClicked(QModelIndex index)
 }
 
 // The place is one of the rows' viewport and taken for one of the table: so the menu opens a header's height and width
-// off, clear of the row that it is for.
+// off, clear of the row that it is for. The menu key asks for it at the current cell, which may be far out of sight.
 void RecordListWidget::sl_contextMenu(QPoint point)
 {
-    d->popupMenu->exec(d->view->mapToGlobal(point));
+    const QRect inSight = d->view->viewport()->rect();
+    const QPoint place(std::clamp(point.x(), inSight.left(), inSight.right()),
+                       std::clamp(point.y(), inSight.top(), inSight.bottom()));
+    d->popupMenu->exec(d->view->mapToGlobal(place));
 }
 
 // Whatever has placed the window before anybody saw it: the first time it comes up where new windows do, later where

@@ -25,11 +25,28 @@ class AbstractFilterCondition;
 /// application wants.
 ///
 /// What the user selects goes to the controller, and what the controller has selected by others is selected here, which
-/// is not signalled again. When all rows go at once and come back, as they do when a connection is lost, the records
-/// that were selected are selected again as they come, the current row and the scroll position are restored, and the
-/// controller is told; what the user does meanwhile counts instead.
+/// is not signalled again.
 ///
-/// A list in which the filters hide every record says so in place of the rows.
+/// When all rows go at once and come back, as they do when a connection is lost, the records that were selected are
+/// selected again as they come, and the current row and the scroll position are restored; what the user does meanwhile
+/// counts instead. What is told names records of the list only: a turn of the event loop after the loss nothing, then
+/// those that are back, each time some come. When no awaited one has come for five seconds, or rows have come for a
+/// minute, the others count as gone and are not selected should they come after all.
+///
+/// While rows come, go and move, those in sight stay where they are: the record at the top of the table stays there for
+/// as long as it is in the list, and then the next one keeps its place. A table that stands at the top of the list
+/// stays there, so that new records are seen.
+///
+/// The widget follows the controller to another device, and to another list of records, with or without a label for the
+/// device: its selection is looked at anew and told. A list that dies, and a device without one, have no rows.
+///
+/// A list in which the filters hide every record says so in place of the rows, and the count follows each change of the
+/// filters, however many rows it moves. The extended filter lets every record pass at first: its editors would
+/// otherwise narrow the list to their first values a turn of the event loop after it is shown.
+///
+/// All of it can be worked with the keyboard. The Tab key goes from the table to its header, in which columns are
+/// chosen, sorted by, moved, made wider and hidden, then through the tool bar and to the filters; on the button of the
+/// extended filter Down opens the menu that resets it.
 ///
 /// Order, width and visibility of the columns outlive a run, under the object name that the widget is made with. GUI
 /// thread only.
@@ -63,13 +80,16 @@ public:
     ~RecordListWidget() override;
 
     /// Replaces the filters of the application, which no reset of the user's filters touches. Those that have a parent
-    /// stay their owner's and may go at any time; the others belong to this widget until they are replaced.
+    /// stay their owner's and may go at any time; the others belong to this widget until they are replaced. A filter
+    /// that is in the old list and in the new one stays where it is, alive and without the rows being filtered twice.
     void setFixedFilter(QList<Filter::AbstractFilterCondition*> filters);
 
     /// Takes the filters of the application away.
     void resetFixedFilter();
 
-    /// IDs of the records that are selected, in the order in which they became so.
+    /// IDs of the records that are selected, as they were told last. Those of the user are in the order in which he
+    /// selected ranges of rows, and from top to bottom within a range, whichever way it was drawn; those of the
+    /// controller are in its order; those that came back after a loss in the order in which they came.
     QStringList selectedRecords() const;
 
     /// Selects a record, and no other, and scrolls to it; nothing happens if the list does not have it. One that is

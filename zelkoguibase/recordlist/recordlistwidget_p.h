@@ -2,6 +2,7 @@
 
 #include "filteredoutnote_p.h"
 #include "proxiedrecords_p.h"
+#include "scrollanchor_p.h"
 #include "selectionkeeper_p.h"
 
 #include <widgetbase/qheaderviewcolumnhandler.h>
@@ -23,6 +24,8 @@ class QLayout;
 
 namespace ZelkoGUI {
 
+class ColumnHeaderView;
+
 /// The parts of the widget, and what it knows of its list.
 struct RecordListWidget::Private
 {
@@ -42,6 +45,7 @@ struct RecordListWidget::Private
     // recordlistparts.cpp
     void makeView(Options options);
     void keepColumns();
+    void resetColumns();
     void makeRoomForTexts();
     void makeToolbar();
     void makeNameFilter();
@@ -55,10 +59,12 @@ struct RecordListWidget::Private
     void addClipboardAction(const QString& text, const QString& name, int column);
     void makeParts(Options options, QFlags<Filter::ExtendedFilterDialog::enFilterColumn> columns);
     void arrange();
+    QWidget* lastAboveRow() const;
     QLayout* filterRow() const;
 
     void followSelection();
     void countRowsOf(const QAbstractItemModel* model) const;
+    void setSource();
     void replaceSource();
     Place place() const;
     QString deviceText() const;
@@ -71,13 +77,14 @@ struct RecordListWidget::Private
     void lookAtPlace();
     QString textOf(const QModelIndex& sourceRow, int column) const;
     QStringList highlighted() const;
-    void refillEnded();
+    void tellWhatIsLeft();
 
     RecordListWidget* const owner;
     const QPointer<IZelkoGUIController> controller;
     QList<QPointer<Filter::AbstractFilterCondition>> fixedFilters;
     QTableView* const view;
     Filter::MultiFilterSortProxyModel* const proxy;
+    ColumnHeaderView* header = nullptr;
     guiHelper::QHeaderViewColumnHandler* columnHandler = nullptr;
     Filter::StringFilterCondition* nameCondition = nullptr;
     Filter::TextFilterWidget* nameFilter = nullptr;
@@ -96,6 +103,7 @@ struct RecordListWidget::Private
     bool isDialogPlaced = false;
 
     const ProxiedRecords records;
+    ScrollAnchor* anchor = nullptr;
     SelectionKeeper* keeper = nullptr;
     QMetaObject::Connection selectionChanges;
     Place lastPlace;

@@ -20,7 +20,7 @@ RecordSearchLineEdit::RecordSearchLineEdit(QWidget* parent)
     setToolTip(tr("Search for a record name"));
     setAccessibleName(toolTip());
     setText(invitation());
-    guiHelper::setTextAlpha(*this, paleAlpha);
+    m_colour = new guiHelper::TextAlpha(this, paleAlpha);
     installEventFilter(this);
 }
 
@@ -44,7 +44,7 @@ bool RecordSearchLineEdit::eventFilter(QObject* watched, QEvent* event)
 // Somebody who enters the very text of the invitation has entered nothing.
 void RecordSearchLineEdit::enter()
 {
-    guiHelper::setTextAlpha(*this, fullAlpha);
+    m_colour->setAlpha(fullAlpha);
     if (text() == invitation()) {
         clear();
     }
@@ -52,7 +52,7 @@ void RecordSearchLineEdit::enter()
 
 void RecordSearchLineEdit::leave()
 {
-    guiHelper::setTextAlpha(*this, paleAlpha);
+    m_colour->setAlpha(paleAlpha);
     if (text().isEmpty()) {
         setText(invitation());
     }

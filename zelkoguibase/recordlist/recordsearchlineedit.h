@@ -4,8 +4,13 @@
 
 #include <QLineEdit>
 
+namespace guiHelper {
+class TextAlpha;
+}
+
 /// The field for the name of a record. While it is empty and without the focus it says so itself, in a text of its own
-/// that is paler than what a user enters: text() gives that text then. GUI thread only.
+/// that is paler than what a user enters: text() gives that text then. Its colour is that of the palette, also when
+/// that changes. GUI thread only.
 class ZELKOGUIBASE_EXPORT RecordSearchLineEdit : public QLineEdit
 {
     Q_OBJECT
@@ -21,4 +26,6 @@ private:
     static QString invitation();
     void enter();
     void leave();
+
+    guiHelper::TextAlpha* m_colour = nullptr;
 };

@@ -1,6 +1,7 @@
 #include "selectionkeeper_p.h"
 
 #include "proxiedrecords_p.h"
+#include "scrollplace_p.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -44,9 +45,10 @@ struct SelectionKeeper::Private
     QStringList arrived; // have a row again and are not selected yet
     QString current;
     bool scrolled = false; // whether `top` and `left` are still to be restored
-    QString top;           // ID of the first row in sight; empty when that is the first row of all, which then stays so
+    ScrollPlace top;       // the first row in sight; no ID when that is the first row of all, which then stays so
     bool isTopBack = false;
     int left = 0;
+    bool isReplaced = false; // all rows, which is not signalled yet
 };
 
 void SelectionKeeper::Private::remember()
@@ -66,11 +68,11 @@ void SelectionKeeper::Private::remember()
         current = records.idOf(view->currentIndex());
     }
     if (!scrolled || isTopBack) {
-        top = view->verticalScrollBar()->value() > 0 ? records.idOf(view->indexAt(QPoint(0, 0))) : QString();
+        top = view->verticalScrollBar()->value() > 0 ? ScrollPlace::first(*view, records) : ScrollPlace();
         left = view->horizontalScrollBar()->value();
     }
     scrolled = true;
-    isTopBack = top.isEmpty();
+    isTopBack = top.id.isEmpty();
 }
 
 void SelectionKeeper::Private::rowsCame(int first, int last)
@@ -124,11 +126,11 @@ void SelectionKeeper::Private::restoreCurrent()
 void SelectionKeeper::Private::restoreScrolling()
 {
     view->doItemsLayout(); // without it new rows have no place yet to scroll to
-    const QModelIndex topIndex = records.indexOf(top);
+    const QModelIndex topIndex = records.indexOf(top.id);
     if (topIndex.isValid()) {
         isTopBack = true;
-        view->scrollTo(topIndex, QAbstractItemView::PositionAtTop);
-    } else if (top.isEmpty()) {
+        top.bring(*view, topIndex.row());
+    } else if (top.id.isEmpty()) {
         view->scrollToTop();
     }
     view->horizontalScrollBar()->setValue(left);
@@ -136,7 +138,6 @@ void SelectionKeeper::Private::restoreScrolling()
 
 void SelectionKeeper::Private::forget()
 {
-    soon.stop();
     pause.stop();
     limit.stop();
     away.clear();
@@ -154,7 +155,12 @@ SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy,
     d->soon.setInterval(0);
     d->pause.setSingleShot(true);
     d->pause.setInterval(pause);
-    connect(&d->soon, &QTimer::timeout, this, [this] { d->restore(); });
+    connect(&d->soon, &QTimer::timeout, this, [this] {
+        d->restore();
+        if (std::exchange(d->isReplaced, false)) {
+            Q_EMIT replaced();
+        }
+    });
     d->limit.setSingleShot(true);
     d->limit.setInterval(longestRefill * pause);
     for (QTimer* const over : {&d->pause, &d->limit}) {
@@ -165,7 +171,11 @@ SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy,
         });
     }
     connect(proxy, &QAbstractItemModel::modelAboutToBeReset, this, [this] { d->remember(); });
-    connect(proxy, &QAbstractItemModel::modelReset, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });
+    connect(proxy, &QAbstractItemModel::modelReset, this, [this] {
+        d->rowsCame(0, d->proxy->rowCount() - 1);
+        d->isReplaced = true;
+        d->soon.start();
+    });
     connect(proxy, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex&, int first, int last) { d->rowsCame(first, last); });
     connect(proxy, &QAbstractItemModel::layoutChanged, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });

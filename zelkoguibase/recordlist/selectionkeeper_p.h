@@ -34,6 +34,10 @@ public:
     int awaited() const;
 
 Q_SIGNALS:
+    /// All rows were replaced at once, a turn of the event loop ago; of what was selected, that which came with the new
+    /// ones is selected by now. The selection model has not told what went.
+    void replaced();
+
     /// The list counts as complete: what did not come back is forgotten.
     void ended();
 

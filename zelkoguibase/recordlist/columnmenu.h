@@ -1,15 +1,17 @@
 #pragma once
 
+#include <zelkoguibase/zelkoguibase_export.h>
+
 #include <QList>
 #include <QMenu>
 
 class QTableView;
 
-namespace ZelkoConsole {
+namespace ZelkoGUI {
 
 /// Shows and hides the columns of a table: one checkable action per column, and one that puts them back. The last
 /// visible column cannot be hidden.
-class ColumnMenu : public QMenu
+class ZELKOGUIBASE_EXPORT ColumnMenu : public QMenu
 {
     Q_OBJECT
 
@@ -34,4 +36,4 @@ private:
     QTableView* const m_table;
 };
 
-} // namespace ZelkoConsole
+} // namespace ZelkoGUI

@@ -1,9 +1,9 @@
-#include <console/records/columnmenu.h>
+#include <zelkoguibase/recordlist/columnmenu.h>
 
 #include <QHeaderView>
 #include <QTableView>
 
-namespace ZelkoConsole {
+namespace ZelkoGUI {
 
 ColumnMenu::ColumnMenu(QTableView* table)
     : QMenu(tr("&Columns"), table)
@@ -49,4 +49,4 @@ void ColumnMenu::update()
     }
 }
 
-} // namespace ZelkoConsole
+} // namespace ZelkoGUI

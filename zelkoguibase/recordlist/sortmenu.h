@@ -1,15 +1,17 @@
 #pragma once
 
+#include <zelkoguibase/zelkoguibase_export.h>
+
 #include <QList>
 #include <QMenu>
 
 class QActionGroup;
 class QTableView;
 
-namespace ZelkoConsole {
+namespace ZelkoGUI {
 
 /// Sorts a table without a mouse: one action per column and one per direction, with a mark at those that are in force.
-class SortMenu : public QMenu
+class ZELKOGUIBASE_EXPORT SortMenu : public QMenu
 {
     Q_OBJECT
 
@@ -30,4 +32,4 @@ private:
     QActionGroup* m_directions;
 };
 
-} // namespace ZelkoConsole
+} // namespace ZelkoGUI

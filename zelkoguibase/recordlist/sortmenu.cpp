@@ -1,10 +1,10 @@
-#include <console/records/sortmenu.h>
+#include <zelkoguibase/recordlist/sortmenu.h>
 
 #include <QActionGroup>
 #include <QHeaderView>
 #include <QTableView>
 
-namespace ZelkoConsole {
+namespace ZelkoGUI {
 namespace {
 
 void addChoice(QMenu& menu, QActionGroup* group, const QString& text, int data)
@@ -66,4 +66,4 @@ void SortMenu::update()
     check(*m_directions, header.sortIndicatorOrder());
 }
 
-} // namespace ZelkoConsole
+} // namespace ZelkoGUI

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QHeaderView>
+
+class QMenu;
+class QTableView;
+
+namespace ZelkoGUI {
+
+class ColumnMenu;
+class SortMenu;
+
+/// The horizontal header of a table, which keys can work as well as a mouse. It is reached by the Tab key and shows
+/// which of its columns they are for:
+/// - Left, Right, Home and End go to another column,
+/// - Space, Enter and Return sort by the column, and the other way round if the table is sorted by it already,
+/// - with Ctrl, Left and Right move the column; with Shift, they make it narrower and wider,
+/// - the menu key and Alt+Down open the menu that the right mouse button opens: it sorts, and shows and hides columns.
+///
+/// With the policy of a custom context menu that is asked for instead, by all of these; with any other there is none.
+class ColumnHeaderView final : public QHeaderView
+{
+    Q_OBJECT
+
+public:
+    /// To be set as the horizontal header of `table`, which owns it.
+    explicit ColumnHeaderView(QTableView* table);
+    ~ColumnHeaderView() override;
+
+    /// The column that keys are for; -1 if there is none.
+    int chosenColumn() const;
+
+    /// Where the chosen column stands, for whoever opens something there by a key.
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+Q_SIGNALS:
+    /// The columns are to be as they were at first.
+    void resetWanted();
+
+protected:
+    void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    bool takeKey(int key, Qt::KeyboardModifiers modifiers);
+    bool step(int by, Qt::KeyboardModifiers modifiers);
+    int shownBeside(int visual, int by) const;
+    QRect sectionRect(int section) const;
+    void choose(int section);
+    void sort();
+    void bringIntoSight();
+    void describe();
+    void openMenu(const QPoint& place);
+    void openOwnMenu(const QPoint& place);
+    void makeMenu();
+
+    QTableView* const m_table;
+    int m_chosen = -1;
+    QMenu* m_menu = nullptr;
+    SortMenu* m_sortMenu = nullptr;
+    ColumnMenu* m_columnMenu = nullptr;
+};
+
+} // namespace ZelkoGUI
