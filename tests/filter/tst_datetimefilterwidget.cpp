@@ -253,6 +253,9 @@ void DateTimeFilterWidgetTest::theLowerDayCountsFromItsBegin()
     QCOMPARE(editor.lower->value(), QDateTime(someDay, QTime(0, 0)));
     QVERIFY(editor.lower->passes(QDateTime(someDay, QTime(0, 0))));
     QVERIFY(!editor.lower->passes(QDateTime(someDay.addDays(-1), QTime(23, 59, 59, 999))));
+    QVERIFY(QMetaObject::invokeMethod(editor.widget, "sl_bottomDateTimeChanged",
+                                      Q_ARG(QDateTime, QDateTime(someDay.addDays(1), QTime(12, 30)))));
+    QCOMPARE(editor.lower->value(), QDateTime(someDay.addDays(1), QTime(0, 0)));
 }
 
 void DateTimeFilterWidgetTest::takesADayFromTheCalendar()

@@ -50,6 +50,8 @@ private Q_SLOTS:
     void cancellingChangesNothing_data();
     void cancellingChangesNothing();
     void aFileThatCannotBeSavedIsTracedOnly();
+    void failuresAreTracedAsErrors_data();
+    void failuresAreTracedAsErrors();
     void nothingIsTracedThatIsNotWanted();
 
     void aDocumentWithoutAnIdIsAccepted();
@@ -370,6 +372,36 @@ void FilterFileTest::aFileThatCannotBeSavedIsTracedOnly()
                               .arg(locked)));
     QVERIFY(QDir(locked).isEmpty());
     QCOMPARE(FilterFolder::remembered(), QString());
+}
+
+void FilterFileTest::failuresAreTracedAsErrors_data()
+{
+    QTest::addColumn<unsigned>("mask");
+    QTest::addColumn<bool>("traced");
+
+    QTest::newRow("errors are traced") << unsigned{ErrorHandler::TraceError} << true;
+    QTest::newRow("only warnings are traced") << unsigned{ErrorHandler::TraceWarning} << false;
+}
+
+void FilterFileTest::failuresAreTracedAsErrors()
+{
+    QFETCH(unsigned, mask);
+    QFETCH(bool, traced);
+    const QString locked = m_folder->makeFolder(QStringLiteral("locked"));
+    write("no XML");
+    FilterWindow window;
+    const TraceMask wanted(mask);
+    const TraceTexts traces;
+    QVERIFY(!window.restoreFrom(file()).isEmpty());
+    QCOMPARE(traces.contain(QStringLiteral("ExtendedFileDialog: Exception while loading filter filter could not be "
+                                           "loaded from ")),
+             traced);
+    const ZelkoTest::ReadOnlyFolder readOnly(locked);
+    window.saveAs(locked + QStringLiteral("/filter"));
+    QVERIFY(QDir(locked).isEmpty());
+    QCOMPARE(traces.contain(QStringLiteral("ExtendedFileDialog: Exception while saving filter filter could not be "
+                                           "saved to ")),
+             traced);
 }
 
 void FilterFileTest::nothingIsTracedThatIsNotWanted()
