@@ -71,10 +71,12 @@ void restoreOne(AbstractFilterCondition& condition, const FilterConditionList& l
 {
     // Whoever follows the condition may drop it.
     const QString name = condition.objectName();
-    if (!isLocked(condition) && !condition.readFromXml(list)) {
-        trace(ErrorHandler::TraceWarning,
-              QStringLiteral("ExtendedFilterDialog: filter %1 could not be loaded from %2").arg(name, fileName),
-              __LINE__);
+    if (isLocked(condition) || condition.readFromXml(list)) {
+        return;
+    }
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        _Q_Trace(QStringLiteral("ExtendedFilterDialog: filter %1 could not be loaded from %2").arg(name, fileName),
+                 __FILE__, __LINE__);
     }
 }
 
