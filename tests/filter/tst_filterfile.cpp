@@ -49,6 +49,8 @@ private Q_SLOTS:
     void fileDialogsAskForFiltersInTheFolderOfTheLastFile();
     void cancellingChangesNothing_data();
     void cancellingChangesNothing();
+    void theWindowMayGoWhileAFileIsChosen_data();
+    void theWindowMayGoWhileAFileIsChosen();
     void aFileThatCannotBeSavedIsTracedOnly();
     void failuresAreTracedAsErrors_data();
     void failuresAreTracedAsErrors();
@@ -339,20 +341,50 @@ void FilterFileTest::cancellingChangesNothing_data()
     QTest::newRow("restoring") << "RestoreFilterButton";
 }
 
+// Without a remembered folder the file dialog begins where the last one was.
 void FilterFileTest::cancellingChangesNothing()
 {
     QFETCH(QString, button);
+    const QString lastOne = m_folder->makeFolder(QStringLiteral("last one"));
+    QFileDialog().setDirectory(lastOne);
     FilterWindow window;
     window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
     const QMap<QString, QString> before = window.state();
     WindowSignals changes(window.dialog());
     const TraceTexts traces;
-    QVERIFY(askedBy([&] { window.press(button); }));
+    const auto asked = askedBy([&] { window.press(button); });
+    QVERIFY(asked);
+    QCOMPARE(asked->folder, lastOne);
     QCOMPARE(window.state(), before);
     QCOMPARE(changes.take(), QStringList());
     QCOMPARE(FilterFolder::remembered(), QString());
     QVERIFY(traces.withSources().isEmpty());
     QVERIFY(QDir(m_folder->path()).entryList({QStringLiteral("*.xml")}).isEmpty());
+}
+
+void FilterFileTest::theWindowMayGoWhileAFileIsChosen_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("chosen");
+
+    QTest::newRow("saving") << "SaveFilterButton"
+                            << "other.xml";
+    QTest::newRow("restoring") << "RestoreFilterButton"
+                               << "filter.xml";
+}
+
+void FilterFileTest::theWindowMayGoWhileAFileIsChosen()
+{
+    QFETCH(QString, button);
+    QFETCH(QString, chosen);
+    write(documentWith(goodEntry));
+    FilterWindow window;
+    const TraceTexts traces;
+    window.goWhileChoosing(button, file(chosen));
+    QCOMPARE(window.condition<StringFilterCondition>(QStringLiteral("NameFilter"))->pattern(), QString());
+    QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("*.xml")}), QStringList(QStringLiteral("filter.xml")));
+    QCOMPARE(FilterFolder::remembered(), QString());
+    QCOMPARE(traces.withSources(), QStringList());
 }
 
 void FilterFileTest::aFileThatCannotBeSavedIsTracedOnly()

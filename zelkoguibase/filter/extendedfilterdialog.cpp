@@ -251,16 +251,18 @@ void ExtendedFilterDialog::sl_filterChanged()
     d->resetButton->setEnabled(hasActiveFilter());
 }
 
-// A file that cannot be saved is traced and nothing else: the user has the filters before him, and tries again.
+// A file that cannot be saved is traced and nothing else: the user has the filters before him, and tries again. While
+// the file dialog is open everything goes on, and whoever has this window may drop it; so in restoring.
 void ExtendedFilterDialog::sl_saveFilterSettings()
 {
-    const QString chosen =
-        file_dialog::getSaveFileName(this, tr("Save Settings to file"), rememberedFolder(), fileFilter());
-    if (chosen.isEmpty()) {
-        return;
-    }
-    const QString fileName = withSuffix(chosen);
+    const QPointer guard(this);
     try {
+        const QString chosen =
+            file_dialog::getSaveFileName(this, tr("Save Settings to file"), rememberedFolder(), fileFilter());
+        if (!guard || chosen.isEmpty()) {
+            return;
+        }
+        const QString fileName = withSuffix(chosen);
         filterfile::save(d->filters, fileName);
         rememberFolderOf(fileName);
     } catch (const RGException& exception) {
@@ -270,12 +272,13 @@ void ExtendedFilterDialog::sl_saveFilterSettings()
 
 void ExtendedFilterDialog::sl_restoreFilterSettings()
 {
-    const QString fileName =
-        file_dialog::getOpenFileName(this, tr("Restore Settings from file"), rememberedFolder(), fileFilter());
-    if (fileName.isEmpty()) {
-        return;
-    }
+    const QPointer guard(this);
     try {
+        const QString fileName =
+            file_dialog::getOpenFileName(this, tr("Restore Settings from file"), rememberedFolder(), fileFilter());
+        if (!guard || fileName.isEmpty()) {
+            return;
+        }
         filterfile::restore(d->filters, fileName);
         rememberFolderOf(fileName);
     } catch (const RGException& exception) {
