@@ -153,6 +153,7 @@ private Q_SLOTS:
     void staysEmptyWithAnotherNumberOfConditions();
     void isWorkedByKeysAlone();
     void isDisabledWhenAConditionIsGone();
+    void aLimitThatIsLeftStaysOn();
     void isDisabledWithoutConditions();
     void slotsForTheOtherKindOfLimitDoNothing();
 };
@@ -391,6 +392,17 @@ void DateTimeFilterWidgetTest::isDisabledWhenAConditionIsGone()
     isDisabledWithoutThe(&TimeEditor::upper);
     isDisabledWithoutThe(&DayEditor::lower);
     isDisabledWithoutThe(&DayEditor::upper);
+}
+
+void DateTimeFilterWidgetTest::aLimitThatIsLeftStaysOn()
+{
+    TimeEditor editor;
+    click(editor.lowerCheck);
+    click(editor.upperCheck);
+    delete editor.lower;
+    static_cast<IFilterUI*>(editor.widget)->resetFilter();
+    QVERIFY(editor.upper->enabled());
+    QCOMPARE(editor.upper->value(), QTime(23, 59, 59));
 }
 
 void DateTimeFilterWidgetTest::isDisabledWithoutConditions()

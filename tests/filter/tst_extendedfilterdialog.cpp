@@ -53,6 +53,7 @@ private Q_SLOTS:
     void aWindowWithoutTheRowHasNoInterfaceFilter();
 
     void aDeletedConditionIsPassedBy();
+    void aLimitThatIsLeftOfARangeStaysInForce();
     void aDeletedModelLeavesAnIdleWindow();
 
     void canBeWorkedWithKeysAlone();
@@ -284,6 +285,22 @@ void ExtendedFilterDialogTest::aDeletedConditionIsPassedBy()
     window.check(QStringLiteral("DeletableFilterWidget"), QStringLiteral("EnableFilter"));
     QVERIFY(window.canReset());
     window.resetAll();
+    QVERIFY(!window.canReset());
+}
+
+void ExtendedFilterDialogTest::aLimitThatIsLeftOfARangeStaysInForce()
+{
+    FilterWindow window(FilterWindow::allColumns(), twoRecords());
+    const QString editor = QStringLiteral("SizeFilterWidget");
+    window.check(editor, QStringLiteral("UpperLimitCheckbox"));
+    window.check(editor, QStringLiteral("LowerLimitCheckbox"));
+    QVERIFY(window.shownRecords().isEmpty());
+    delete window.condition(QStringLiteral("SizeLowerLimit"));
+    window.resetAll();
+    QVERIFY(window.shownRecords().isEmpty());
+    QVERIFY(window.canReset());
+    delete window.condition(QStringLiteral("SizeUpperLimit"));
+    QCOMPARE(window.shownRecords(), both());
     QVERIFY(!window.canReset());
 }
 

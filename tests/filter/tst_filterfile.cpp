@@ -46,6 +46,7 @@ private Q_SLOTS:
 
     void filesAreCalledXml_data();
     void filesAreCalledXml();
+    void aFileWithTheLongerNameIsReplacedUnasked();
     void fileDialogsAskForFiltersInTheFolderOfTheLastFile();
     void cancellingChangesNothing_data();
     void cancellingChangesNothing();
@@ -58,8 +59,6 @@ private Q_SLOTS:
 
     void aDocumentWithoutAnIdIsAccepted();
 
-    void aHiddenInterfaceFilterStaysOff();
-    void aVisibleInterfaceFilterFollowsTheFile();
     void conditionsWithoutAnEntryAreTraced();
     void deletedConditionsAreTraced();
 
@@ -302,6 +301,16 @@ void FilterFileTest::filesAreCalledXml()
     QVERIFY(list.LoadXml(file(written)));
 }
 
+void FilterFileTest::aFileWithTheLongerNameIsReplacedUnasked()
+{
+    write("no XML");
+    FilterWindow window;
+    QCOMPARE(window.saveAs(file(QStringLiteral("filter"))), QString());
+    FilterConditionList list;
+    QVERIFY(list.LoadXml(file()));
+    QCOMPARE(list.GetFilterCondition().size(), 21);
+}
+
 void FilterFileTest::fileDialogsAskForFiltersInTheFolderOfTheLastFile()
 {
     FilterWindow window;
@@ -457,35 +466,6 @@ void FilterFileTest::aDocumentWithoutAnIdIsAccepted()
     QCOMPARE(window.restoreFrom(file()), QString());
     QCOMPARE(window.condition<StringFilterCondition>(QStringLiteral("NameFilter"))->pattern(), QStringLiteral("x"));
     QCOMPARE(FilterFolder::remembered(), m_folder->path());
-}
-
-void FilterFileTest::aHiddenInterfaceFilterStaysOff()
-{
-    FilterWindow window;
-    window.toggleValues(QStringLiteral("InterfaceFilterWidget"), {QStringLiteral("USB")});
-    window.check(QStringLiteral("DeletableFilterWidget"), QStringLiteral("EnableFilter"));
-    window.saveAs(file());
-    FilterWindow hidden;
-    hidden.dialog().enableInterfaceFilter(false);
-    const QString before = hidden.state()[QStringLiteral("InterfaceFilter")];
-    const TraceTexts traces;
-    QCOMPARE(hidden.restoreFrom(file()), QString());
-    QCOMPARE(hidden.state()[QStringLiteral("InterfaceFilter")], before);
-    QVERIFY(!hidden.condition(QStringLiteral("InterfaceFilter"))->enabled());
-    QVERIFY(hidden.condition(QStringLiteral("DeletableFlag"))->enabled());
-    QVERIFY(traces.withSources().isEmpty());
-}
-
-void FilterFileTest::aVisibleInterfaceFilterFollowsTheFile()
-{
-    FilterWindow hidden;
-    hidden.dialog().enableInterfaceFilter(false);
-    hidden.saveAs(file());
-    FilterWindow window;
-    window.toggleValues(QStringLiteral("InterfaceFilterWidget"), {QStringLiteral("USB")});
-    QCOMPARE(window.restoreFrom(file()), QString());
-    QVERIFY(!window.condition(QStringLiteral("InterfaceFilter"))->enabled());
-    QVERIFY(!window.editor(QStringLiteral("InterfaceFilterWidget"))->isEnabled());
 }
 
 void FilterFileTest::conditionsWithoutAnEntryAreTraced()

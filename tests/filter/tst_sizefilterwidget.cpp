@@ -103,6 +103,8 @@ private Q_SLOTS:
     void isWorkedByKeysAlone();
     void isDisabledWhenAConditionIsGone_data();
     void isDisabledWhenAConditionIsGone();
+    void aLimitThatIsLeftStaysOn_data();
+    void aLimitThatIsLeftStaysOn();
     void isDisabledWithoutConditions();
     void theConditionsOutliveIt();
 };
@@ -434,6 +436,24 @@ void SizeFilterWidgetTest::isDisabledWhenAConditionIsGone()
     editor.upperEdit.setText(QStringLiteral("4"));
     editor.unit->setCurrentIndex(1);
     QVERIFY(!editor.widget->isEnabled());
+}
+
+void SizeFilterWidgetTest::aLimitThatIsLeftStaysOn_data()
+{
+    isDisabledWhenAConditionIsGone_data();
+}
+
+void SizeFilterWidgetTest::aLimitThatIsLeftStaysOn()
+{
+    QFETCH(bool, lower);
+    Editor editor;
+    click(editor.lowerCheck);
+    click(editor.upperCheck);
+    delete (lower ? editor.lower : editor.upper);
+    const Condition* const left = lower ? editor.upper : editor.lower;
+    static_cast<IFilterUI*>(editor.widget)->resetFilter();
+    QVERIFY(left->enabled());
+    QCOMPARE(left->value(), lower ? 100.0 : 1.0);
 }
 
 void SizeFilterWidgetTest::isDisabledWithoutConditions()

@@ -26,7 +26,8 @@ public:
     DateTimeFilterWidget(const QList<NumberFilterCondition<QDateTime>*>& conditions, QWidget* parent);
     ~DateTimeFilterWidget() override;
 
-    /// Switches both limits off. The times stay.
+    /// Switches both limits off. The times stay. When one limit is gone the other stays as it is, on or off: what is
+    /// left of a range is nothing that the editor could show.
     void resetFilter() override;
 
 private Q_SLOTS:

@@ -26,7 +26,8 @@ public:
                      const QList<QPair<QString, double>>& units, QWidget* parent);
     ~SizeFilterWidget() override;
 
-    /// Switches both limits off. The numbers stay.
+    /// Switches both limits off. The numbers stay. When one limit is gone the other stays as it is, on or off: what is
+    /// left of a range is nothing that the editor could show.
     void resetFilter() override;
 
 private Q_SLOTS:
