@@ -19,8 +19,8 @@ QTime lastSecond()
     return QTime(23, 59, 59);
 }
 
-/// The last moment of the second that an editor shows. What a saved limit had below the second is shown nowhere, so it
-/// does not count.
+/// The last moment of the second that an editor shows. What a saved limit had below the second is shown nowhere, so an
+/// upper end that is edited loses it first: with it, it would reach into the next second. A lower end keeps it.
 QTime endOfSecond(const QTime& time)
 {
     return QTime(time.hour(), time.minute(), time.second()).addMSecs(restOfSecond);

@@ -19,7 +19,8 @@ class ZELKOGUIBASE_EXPORT DateTimeFilterWidget : public QWidget, public IFilterU
 
 public:
     /// Durations, from 0 to 23:59:59. `conditions` are the lower and the upper limit; any other number of them leaves
-    /// an empty widget. They are switched off. They may die before the widget, which is disabled then.
+    /// an empty widget. They are switched off. They stay the caller's, and may die before the widget, which is
+    /// disabled then.
     DateTimeFilterWidget(const QList<NumberFilterCondition<QTime>*>& conditions, QWidget* parent);
 
     /// The same for days, both limits being today.

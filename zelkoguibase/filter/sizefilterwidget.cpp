@@ -193,7 +193,7 @@ void SizeFilterWidget::sl_filterContentChanged()
     const auto upperBlocked = d->limits.upper.blockSignals();
     const QSignalBlocker unitBlocked(d->unitCombo);
     d->limits.load();
-    d->allowUnits();
+    d->allowUnits(); // the check boxes are blocked, so nobody else would
     d->chooseUnit();
     d->limits.lower.editor->setText(d->shownNumber(*d->limits.lower.condition));
     d->limits.upper.editor->setText(d->shownNumber(*d->limits.upper.condition));

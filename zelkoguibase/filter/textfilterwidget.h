@@ -21,7 +21,8 @@ public:
 
     /// Gives the condition an empty pattern, case insensitive, as a fixed string, and switches it on for good: it is
     /// the empty pattern that rejects nothing. Whoever restores a condition that was saved as switched off disables the
-    /// widget, until one is restored that is on. The condition may die before the widget, which does nothing then.
+    /// widget, until one is restored that is on. The condition stays the caller's, and may die before the widget, which
+    /// does nothing then.
     TextFilterWidget(StringFilterCondition* condition, QWidget* parent);
     ~TextFilterWidget() override;
 
