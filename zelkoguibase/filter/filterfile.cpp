@@ -1,4 +1,4 @@
-#include <zelkoguibase/filter/filterfile_p.h>
+#include "filterfile_p.h"
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
