@@ -55,6 +55,8 @@ private Q_SLOTS:
     void aDeletedConditionIsPassedBy();
     void aLimitThatIsLeftOfARangeStaysInForce();
     void aDeletedModelLeavesAnIdleWindow();
+    void theModelMayBelongToTheWindow();
+    void aNewWindowPassesNothingUntilItsValuesAreSelected();
 
     void canBeWorkedWithKeysAlone();
     void returnPressesNothingButTheButtonWithTheFocus();
@@ -314,6 +316,29 @@ void ExtendedFilterDialogTest::aDeletedModelLeavesAnIdleWindow()
     window.dialog().enableInterfaceFilter(true);
     window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
     QVERIFY(!window.dialog().hasActiveFilter());
+}
+
+void ExtendedFilterDialogTest::theModelMayBelongToTheWindow()
+{
+    auto* const proxy = new MultiFilterSortProxyModel(nullptr);
+    auto* const dialog = new Dialog(proxy, FilterWindow::allColumns(), nullptr);
+    proxy->setParent(dialog);
+    const QPointer<AbstractFilterCondition> condition = dialog->filters().constFirst();
+    delete dialog;
+    QVERIFY(!condition);
+}
+
+void ExtendedFilterDialogTest::aNewWindowPassesNothingUntilItsValuesAreSelected()
+{
+    FixedRecordModel records(twoRecords());
+    MultiFilterSortProxyModel proxy(nullptr);
+    proxy.setSourceModel(&records);
+    Dialog dialog(&proxy, FilterWindow::allColumns(), nullptr);
+    QCOMPARE(proxy.rowCount(), 0);
+    QVERIFY(dialog.hasActiveFilter());
+    dialog.resetFilter();
+    QCOMPARE(proxy.rowCount(), 2);
+    QVERIFY(!dialog.hasActiveFilter());
 }
 
 void ExtendedFilterDialogTest::canBeWorkedWithKeysAlone()

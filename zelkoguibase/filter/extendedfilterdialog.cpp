@@ -1,8 +1,9 @@
 #include <zelkoguibase/filter/extendedfilterdialog.h>
 
+#include "filterfile_p.h"
+#include "filterrow_p.h"
+
 #include <zelkoguibase/archive/file_dialog.h>
-#include <zelkoguibase/filter/filterfile_p.h>
-#include <zelkoguibase/filter/filterrow_p.h>
 #include <zelkoguibase/filter/multifiltersortproxymodel.h>
 
 #include <observerbase/errorhandler.h>
@@ -35,6 +36,8 @@ QString rememberedFolder()
     return CfgCenter::GetAppCfg(ICfg::UserView)->GetString(folderKey(), QString());
 }
 
+// Where the configuration cannot be written now it is written when the application ends; until then the folder is
+// remembered all the same.
 void rememberFolderOf(const QString& fileName)
 {
     ICfg* const configuration = CfgCenter::GetAppCfg(ICfg::UserView);
@@ -105,6 +108,7 @@ public:
     QList<IFilterUI*> filterUIs;
     QPushButton* resetButton = nullptr;
     QHash<enFilterColumn, QPair<QWidget*, QWidget*>> rows;
+    const QObject lifetime; // of this; the children of the window live a little longer
 };
 
 QFormLayout* ExtendedFilterDialog::Private::makeRows(MultiFilterSortProxyModel& model, QFlags<enFilterColumn> columns)
@@ -126,14 +130,14 @@ void ExtendedFilterDialog::Private::addRow(const FilterRow& row, MultiFilterSort
         filters.append(condition);
         model.addFilter(condition);
     }
-    QWidget* const editor = row.makeEditor(conditions, q);
-    editor->setContentsMargins({});
-    const QString label = tr(row.label);
-    editor->setAccessibleName(label);
-    QWidget* const labelWidget = centredLabel(label, editor);
-    form.addRow(labelWidget, editor);
-    filterUIs.append(dynamic_cast<IFilterUI*>(editor));
-    rows.insert(row.bit, {labelWidget, editor});
+    const FilterRow::Editor editor = row.makeEditor(conditions, q);
+    editor.widget->setContentsMargins({});
+    const QString label = FilterRow::tr(row.label);
+    editor.widget->setAccessibleName(label);
+    QWidget* const labelWidget = centredLabel(label, editor.widget);
+    form.addRow(labelWidget, editor.widget);
+    filterUIs.append(editor.filterUI);
+    rows.insert(row.bit, {labelWidget, editor.widget});
 }
 
 QDialogButtonBox* ExtendedFilterDialog::Private::makeButtons()
@@ -164,7 +168,7 @@ void ExtendedFilterDialog::Private::followFilters()
 {
     for (const auto& filter : std::as_const(filters)) {
         connect(filter, &AbstractFilterCondition::si_filterChanged, q, &ExtendedFilterDialog::sl_filterChanged);
-        connect(filter, &QObject::destroyed, q, &ExtendedFilterDialog::sl_filterChanged);
+        connect(filter, &QObject::destroyed, &lifetime, [this] { q->sl_filterChanged(); });
     }
     q->sl_filterChanged();
 }

@@ -58,6 +58,9 @@ public:
 
     /// `model` must not be null and gets the conditions, behind those that it has. `columns` says which rows there are;
     /// bits of no row are ignored.
+    ///
+    /// The conditions of enumerations are on with nothing selected until their editors select all values, which is with
+    /// the next turn of the event loop: until then no record passes. Whoever cannot wait calls resetFilter().
     ExtendedFilterDialog(MultiFilterSortProxyModel* model, const QFlags<enFilterColumn>& columns, QWidget* parent);
     ~ExtendedFilterDialog() override;
 
