@@ -28,15 +28,6 @@ constexpr int patience = 10'000;
 
 using Controller = ZelkoGUI::IZelkoGUIController;
 
-// A window whose device has some recordings and can be worked on.
-ConsoleWindow& openFilled(WindowScene& scene)
-{
-    ConsoleWindow& window = scene.open();
-    scene.connectNorth();
-    scene.fill(WindowScene::north(), WindowScene::recorder1(), 12);
-    return window;
-}
-
 void select(ConsoleWindow& window, int row)
 {
     window.records()->table()->setFocus();
@@ -54,7 +45,7 @@ void paintDialogOf(ScenePainter& painter, QAction* action, const char* scene)
 void paintOperator(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = openFilled(scene);
+    ConsoleWindow& window = scene.openFilled(12);
     const RecordPane& pane = *window.records();
     painter.paint(*pane.toolBar(), "tool-bar-disabled");
     select(window, 1);
@@ -69,7 +60,7 @@ void paintOperator(ScenePainter& painter)
 void paintMessage(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = openFilled(scene);
+    ConsoleWindow& window = scene.openFilled(12);
     ErrorHandler::Instance()->ShowMessage(QStringLiteral(
         "The recorder did not answer in time. It may be busy, or the network may be slow. Try again, and "
         "look at the recorder if this goes on."));
@@ -80,7 +71,7 @@ void paintMessage(ScenePainter& painter)
 void paintViewer(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = openFilled(scene);
+    ConsoleWindow& window = scene.openFilled(12);
     scene.user().switchTo(QStringLiteral("viewer"));
     select(window, 1);
     QAction* const remove = window.records()->controller()->recordAction(Controller::UserActionDelete);

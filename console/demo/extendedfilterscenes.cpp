@@ -1,5 +1,6 @@
 #include <console/demo/scenepainter.h>
 #include <console/demo/scenes.h>
+#include <console/hands/operatorhands.h>
 
 #include <zelkoguibase/filter/extendedfilterdialog.h>
 #include <zelkoguibase/filter/multifiltersortproxymodel.h>
@@ -7,7 +8,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QTest>
 
 namespace ZelkoConsole {
 namespace {
@@ -35,19 +35,13 @@ public:
         return m_dialog.findChild<QWidget*>(QLatin1String(editor))->findChild<W*>(QLatin1String(name));
     }
 
-    void check(const char* editor, const char* name) const
-    {
-        auto* const box = part<QCheckBox>(editor, name);
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_Space);
-    }
+    void check(const char* editor, const char* name) const { operatorhands::toggle(*part<QCheckBox>(editor, name)); }
 
     void type(const char* editor, const char* name, const char* text) const
     {
         auto* const field = part<QLineEdit>(editor, name);
-        field->setFocus();
         field->selectAll();
-        QTest::keyClicks(field, QLatin1String(text));
+        operatorhands::type(*field, QLatin1String(text));
     }
 
 private:

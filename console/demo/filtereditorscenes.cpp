@@ -1,6 +1,8 @@
 #include <console/demo/scenepainter.h>
 #include <console/demo/scenes.h>
+#include <console/hands/operatorhands.h>
 
+#include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/filter/booleanbuttonfilterwidget.h>
 #include <zelkoguibase/filter/booleancombofilterwidget.h>
 #include <zelkoguibase/filter/booleanfiltercondition.h>
@@ -24,7 +26,7 @@ namespace {
 using namespace ZelkoGUI::Filter;
 using Status = ZELKO_XML::ZELKO_RecordData::RecordStatus;
 
-constexpr int cellRole = Qt::UserRole + 1;
+constexpr int cellRole = ZelkoCommon::AbstractRecordListModel::ValueRole;
 
 QList<QPair<Status, QString>> statuses()
 {
@@ -72,6 +74,9 @@ PaintedEditors::PaintedEditors()
     rows->addRow(QStringLiteral("Duration"), new DateTimeFilterWidget(limits<QTime>(4), nullptr));
     rows->addRow(QStringLiteral("Status"), m_status);
     addFlags(rows);
+    for (QHBoxLayout* const row : m_window.findChildren<QHBoxLayout*>()) {
+        row->setContentsMargins({}); // labels stand beside the first line of a row
+    }
 }
 
 void PaintedEditors::addFlags(QFormLayout* rows)
@@ -99,12 +104,9 @@ void PaintedEditors::activate()
 void PaintedEditors::switchEverythingOn()
 {
     for (QCheckBox* const check : m_window.findChildren<QCheckBox*>()) {
-        check->setFocus();
-        QTest::keyClick(check, Qt::Key_Space);
+        operatorhands::toggle(*check);
     }
-    auto* const edit = m_text->findChild<QLineEdit*>(QStringLiteral("TextEdit"));
-    edit->setFocus();
-    QTest::keyClicks(edit, QStringLiteral("Tower"));
+    operatorhands::type(*m_text->findChild<QLineEdit*>(QStringLiteral("TextEdit")), QStringLiteral("Tower"));
 }
 
 /// The list of values, with one that is taken away by a click; null if there is none.

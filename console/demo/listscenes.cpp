@@ -1,6 +1,7 @@
 #include <console/demo/paintedbar.h>
 #include <console/demo/scenepainter.h>
 #include <console/demo/scenes.h>
+#include <console/hands/operatorhands.h>
 
 #include <observerbase/datetime.h>
 #include <resources/zelkoicons.h>
@@ -115,8 +116,7 @@ void paintSearchFields(ScenePainter& painter)
     layout->addRow(QStringLiteral("Disabled"), disabled);
     layout->addRow(QStringLiteral("With the focus"), entered);
     activate(form);
-    typed->setFocus();
-    QTest::keyClicks(typed, QStringLiteral("tower"));
+    operatorhands::type(*typed, QStringLiteral("tower"));
     entered->setFocus();
     painter.paint(form, "search-field");
 }

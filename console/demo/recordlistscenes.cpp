@@ -30,26 +30,15 @@ Part& part(const RecordListWidget& list, const char* name)
 
 void type(QWidget& filter, const QString& text)
 {
-    auto* const edit = filter.findChild<QLineEdit*>(QStringLiteral("TextEdit"));
     filter.window()->activateWindow();
     QApplication::processEvents();
-    edit->setFocus();
-    QTest::keyClicks(edit, text);
-}
-
-ConsoleWindow& openFilled(WindowScene& scene)
-{
-    ConsoleWindow& window = scene.open();
-    scene.connectNorth();
-    scene.fill(WindowScene::north(), WindowScene::recorder1(), 17);
-    QApplication::processEvents();
-    return window;
+    operatorhands::type(*filter.findChild<QLineEdit*>(QStringLiteral("TextEdit")), text);
 }
 
 void paintFilteredByName(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = openFilled(scene);
+    ConsoleWindow& window = scene.openFilled(17);
     const RecordListWidget& list = *window.records()->list();
     type(part<QWidget>(list, "RecordNameFilterWidget"), QStringLiteral("tower"));
     painter.paint(window, "record-list-name-filter");
@@ -60,7 +49,7 @@ void paintFilteredByName(ScenePainter& painter)
 void paintFilteredByDialog(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = openFilled(scene);
+    ConsoleWindow& window = scene.openFilled(17);
     const RecordListWidget& list = *window.records()->list();
     QTest::mouseClick(&part<QToolButton>(list, "ShowExtendedFilterButton"), Qt::LeftButton);
     auto& dialog = part<QDialog>(list, "ExtendedFilterDialog");
@@ -72,7 +61,7 @@ void paintFilteredByDialog(ScenePainter& painter)
 void paintMenus(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = openFilled(scene);
+    ConsoleWindow& window = scene.openFilled(17);
     const RecordListWidget& list = *window.records()->list();
     operatorhands::clickRow(*window.records()->table(), 1);
     operatorhands::clickRow(*window.records()->table(), 4, Qt::ControlModifier);
@@ -85,8 +74,13 @@ void paintMenus(ScenePainter& painter)
 void paintPlain(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = openFilled(scene);
-    constexpr RecordListWidget::Options everything(QFlag(1023));
+    ConsoleWindow& window = scene.openFilled(17);
+    constexpr RecordListWidget::Options everything =
+        RecordListWidget::OptionToolbar | RecordListWidget::OptionNameFilter | RecordListWidget::OptionExtendedFilter |
+        RecordListWidget::OptionDeviceLabel | RecordListWidget::OptionLoadProgress |
+        RecordListWidget::OptionActionMenu | RecordListWidget::OptionClipboardMenu |
+        RecordListWidget::OptionMultiSelection | RecordListWidget::OptionRecordCount |
+        RecordListWidget::OptionSelectHeader;
     RecordListWidget list(window.records()->controller(), everything, {}, nullptr, QString());
     list.resize(1000, 360);
     list.show();

@@ -24,10 +24,7 @@ using Status = SampleSite::Record::RecordStatus;
 void paintLive(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = scene.open();
-    scene.connectNorth();
-    scene.fill(WindowScene::north(), WindowScene::recorder1(), 17);
-    QApplication::processEvents();
+    ConsoleWindow& window = scene.openFilled(17);
     painter.paint(window, "console-window");
     window.records()->table()->setFocus();
     window.records()->table()->selectRow(2);
@@ -52,9 +49,7 @@ void paintLoading(ScenePainter& painter)
 void paintNarrow(ScenePainter& painter)
 {
     WindowScene scene;
-    ConsoleWindow& window = scene.open();
-    scene.connectNorth();
-    scene.fill(WindowScene::north(), WindowScene::recorder1(), 17);
+    ConsoleWindow& window = scene.openFilled(17);
     window.resize(720, 400);
     painter.paint(window, "console-window-narrow");
 }

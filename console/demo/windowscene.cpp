@@ -63,6 +63,15 @@ ConsoleWindow& WindowScene::open()
     return *m_window;
 }
 
+ConsoleWindow& WindowScene::openFilled(int count)
+{
+    ConsoleWindow& window = open();
+    connectNorth();
+    fill(north(), recorder1(), count);
+    QApplication::processEvents();
+    return window;
+}
+
 void WindowScene::connect(const QString& subSystem)
 {
     m_site.connectTo(subSystem);

@@ -23,6 +23,9 @@ public:
     /// Makes the window and shows it.
     ConsoleWindow& open();
 
+    /// The same with the first device connected, as connectNorth() does, and with that many recordings.
+    ConsoleWindow& openFilled(int count);
+
     /// Connects the sub system of the device that the window shows, and waits until that can be worked on.
     void connect(const QString& subSystem);
     void connectNorth() { connect(north()); }

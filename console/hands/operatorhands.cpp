@@ -1,5 +1,6 @@
 #include <console/hands/operatorhands.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QEnterEvent>
@@ -26,6 +27,18 @@ void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers)
     const QModelIndex index = table.model()->index(row, column);
     table.scrollTo(index);
     QTest::mouseClick(table.viewport(), Qt::LeftButton, modifiers, table.visualRect(index).center());
+}
+
+void type(QWidget& field, const QString& text)
+{
+    field.setFocus();
+    QTest::keyClicks(&field, text);
+}
+
+void toggle(QAbstractButton& button)
+{
+    button.setFocus();
+    QTest::keyClick(&button, Qt::Key_Space);
 }
 
 void pressMenuKey()

@@ -2,7 +2,9 @@
 
 #include <Qt>
 
+class QAbstractButton;
 class QPoint;
+class QString;
 class QTableView;
 class QWidget;
 
@@ -14,6 +16,12 @@ void clickHeader(QTableView& table, int column);
 
 /// Clicks into the first visible cell of a row; with a modifier as the operator would hold it.
 void clickRow(QTableView& table, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+/// Goes to a field and types there, in place of what is selected, or else where the cursor stands.
+void type(QWidget& field, const QString& text);
+
+/// Goes to a check box, or a button that stays down, and toggles it with the space key.
+void toggle(QAbstractButton& button);
 
 /// Presses the key for the context menu of whatever has the focus. Not every window system makes that of the key's
 /// event.

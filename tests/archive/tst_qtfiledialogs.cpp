@@ -3,8 +3,11 @@
 #include <vornappstartup/cfgcenter.h>
 #include <zelkoguibase/archive/file_dialog.h>
 
+#include <QPointer>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <memory>
 
 using namespace ZelkoGUI;
 using ZelkoTest::askedBy;
@@ -20,6 +23,8 @@ private Q_SLOTS:
     void allDialogsAreThoseOfQt();
     void otherOptionsStay();
     void aLaterChangeOfTheSettingHasNoEffect();
+    void theParentMayGoWhileADialogIsOpen_data();
+    void theParentMayGoWhileADialogIsOpen();
 
 private:
     const QTemporaryDir m_folder;
@@ -66,6 +71,33 @@ void QtFileDialogsTest::aLaterChangeOfTheSettingHasNoEffect()
     const auto asked = askedBy([] { file_dialog::getOpenFileName(); });
     QVERIFY(asked);
     QVERIFY(!asked->isNative());
+}
+
+using Ask = std::function<QStringList(QWidget*)>;
+
+void QtFileDialogsTest::theParentMayGoWhileADialogIsOpen_data()
+{
+    QTest::addColumn<Ask>("ask");
+
+    QTest::newRow("a folder") << Ask(
+        [](QWidget* parent) { return QStringList(file_dialog::getExistingDirectory(parent)); });
+    QTest::newRow("a file") << Ask([](QWidget* parent) { return QStringList(file_dialog::getOpenFileName(parent)); });
+    QTest::newRow("files") << Ask([](QWidget* parent) { return file_dialog::getOpenFileNames(parent); });
+    QTest::newRow("saving") << Ask([](QWidget* parent) { return QStringList(file_dialog::getSaveFileName(parent)); });
+}
+
+void QtFileDialogsTest::theParentMayGoWhileADialogIsOpen()
+{
+    QFETCH(Ask, ask);
+    auto window = std::make_unique<QWidget>();
+    const QPointer<QWidget> parent = new QWidget(window.get());
+    const ZelkoConsole::DialogAnswer answer([&window](QWidget* dialog) {
+        QVERIFY(qobject_cast<QFileDialog*>(dialog));
+        window.reset();
+    });
+    QCOMPARE(ask(parent).join(QString()), QString());
+    QVERIFY(answer.wasGiven());
+    QVERIFY(!parent);
 }
 
 QTEST_MAIN(QtFileDialogsTest)

@@ -63,6 +63,7 @@ void BooleanButtonFilterWidgetTest::hasItsParts()
              (QStringList{QStringLiteral("EnableFilter"), QStringLiteral("PushButton"), QStringLiteral("stretch 1")}));
     QVERIFY(!editor.enable.isChecked());
     QVERIFY(!editor.enable.accessibleName().isEmpty());
+    QVERIFY(!editor.button.accessibleName().isEmpty());
     QVERIFY(editor.button.isCheckable());
     QVERIFY(editor.button.isChecked());
     QCOMPARE(editor.button.text(), QStringLiteral("true"));
@@ -146,13 +147,7 @@ void BooleanButtonFilterWidgetTest::isResetByItsWindow()
 void BooleanButtonFilterWidgetTest::isWorkedByKeysAlone()
 {
     Editor editor;
-    QVERIFY(editor.form.isActive());
-    QTest::keyClick(&editor.form.elsewhere, Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QVERIFY(editor.condition->enabled());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QVERIFY(!editor.condition->value());
+    booleaneditorchecks::isWorkedByKeysAlone(editor.form, *editor.condition, Qt::Key_Space);
 }
 
 void BooleanButtonFilterWidgetTest::isDisabledWhenTheConditionIsGone()

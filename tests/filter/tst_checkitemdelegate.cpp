@@ -1,3 +1,5 @@
+#include "boxground.h"
+
 #include <zelkoguibase/filter/checkitemdelegate.h>
 
 #include <QListView>
@@ -81,6 +83,7 @@ private Q_SLOTS:
     void leavesADisabledListAlone();
     void boxesStandOutFromTheList_data();
     void boxesStandOutFromTheList();
+    void boxesDoNotTouchEachOther();
 };
 
 void CheckItemDelegateTest::aPressAnywhereOnTheRowToggles()
@@ -181,31 +184,26 @@ void CheckItemDelegateTest::leavesADisabledListAlone()
 
 void CheckItemDelegateTest::boxesStandOutFromTheList_data()
 {
-    QTest::addColumn<QColor>("window");
-    QTest::addColumn<QColor>("base");
-    QTest::addColumn<QColor>("text");
-    QTest::newRow("a light one") << QColor(239, 239, 239) << QColor(Qt::white) << QColor(Qt::black);
-    QTest::newRow("a dark one") << QColor(45, 48, 52) << QColor(27, 30, 33) << QColor(230, 233, 237);
-    QTest::newRow("a black one") << QColor(Qt::black) << QColor(Qt::black) << QColor(Qt::white);
+    boxground::addGrounds();
 }
 
 void CheckItemDelegateTest::boxesStandOutFromTheList()
 {
-    QFETCH(QColor, window);
-    QFETCH(QColor, base);
-    QFETCH(QColor, text);
     List list;
-    QPalette palette(window);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::Text, text);
-    list.view.setPalette(palette);
+    list.view.setPalette(boxground::palette());
     const QPoint box = list.onTheBox();
-    const QImage image = list.view.viewport()->grab(QRect(0, box.y(), box.x(), 1)).toImage();
-    int largest = 0;
-    for (int x = 0; x < image.width(); ++x) {
-        largest = std::max(largest, std::abs(image.pixelColor(x, 0).lightness() - base.lightness()));
-    }
-    QVERIFY2(largest >= 60, qPrintable(QStringLiteral("the frame differs by %1").arg(largest)));
+    const QImage line = list.view.viewport()->grab(QRect(0, box.y(), box.x(), 1)).toImage();
+    const int contrast = boxground::contrast(line, list.view.palette().color(QPalette::Base));
+    QVERIFY2(contrast >= 60, qPrintable(QStringLiteral("the frame differs by %1").arg(contrast)));
+}
+
+void CheckItemDelegateTest::boxesDoNotTouchEachOther()
+{
+    List list;
+    QStyleOptionViewItem option;
+    option.initFrom(&list.view);
+    const int box = list.view.style()->pixelMetric(QStyle::PM_IndicatorHeight, &option, &list.view);
+    QVERIFY(list.view.sizeHintForRow(0) >= box + 4);
 }
 
 QTEST_MAIN(CheckItemDelegateTest)

@@ -1,14 +1,14 @@
 #include "conditionsignallog.h"
-#include "editorhands.h"
+#include "rangeeditorchecks.h"
 
 #include <zelkoguibase/filter/datetimefilterwidget.h>
 
-#include <QCheckBox>
 #include <QTimeEdit>
 #include <QtTest>
 
 using namespace ZelkoGUI::Filter;
 using namespace editorhands;
+using namespace rangeeditorchecks;
 
 namespace {
 
@@ -68,45 +68,12 @@ void typeDigits(QDateTimeEdit& edit, const QString& digits)
 }
 
 template <typename Editor>
-void comparesWithBothEnds(const Editor& editor)
-{
-    QVERIFY(!editor.lower->enabled());
-    QVERIFY(!editor.upper->enabled());
-    QCOMPARE(editor.lower->comparator(), NumberComparison::GreaterOrEqual);
-    QCOMPARE(editor.upper->comparator(), NumberComparison::LessOrEqual);
-}
-
-template <typename Editor>
 void hasPartsInARow(const Editor& editor)
 {
     QCOMPARE(rowOf(*editor.widget),
              (QStringList{QStringLiteral("LowerLimitCheckbox"), Editor::editName("Lower"), QStringLiteral("stretch 1"),
                           QStringLiteral("UpperLimitCheckbox"), Editor::editName("Upper")}));
-    QCOMPARE(editor.lowerCheck.text(), QStringLiteral("from"));
-    QCOMPARE(editor.upperCheck.text(), QStringLiteral("to"));
-    QVERIFY(!editor.lowerEdit.accessibleName().isEmpty());
-    QVERIFY(!editor.upperEdit.accessibleName().isEmpty());
-}
-
-template <typename Editor>
-void isSwitchedByCheckBoxes(Editor& editor)
-{
-    QVERIFY(!editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upperEdit.isEnabled());
-    click(editor.upperCheck);
-    QVERIFY(editor.upper->enabled());
-    QVERIFY(editor.upperEdit.isEnabled());
-    QVERIFY(!editor.lower->enabled());
-    QVERIFY(!editor.lowerEdit.isEnabled());
-    click(editor.lowerCheck);
-    click(editor.upperCheck);
-    QVERIFY(editor.lower->enabled());
-    QVERIFY(editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upper->enabled());
-    QVERIFY(!editor.upperEdit.isEnabled());
-    static_cast<IFilterUI*>(editor.widget)->resetFilter();
-    QVERIFY(!editor.lower->enabled());
-    QVERIFY(!editor.lowerCheck.isChecked());
+    saysWhichLimitIsWhich(editor);
 }
 
 template <typename Editor>
@@ -152,6 +119,8 @@ private Q_SLOTS:
     void staysEmptyWithAnotherNumberOfConditions_data();
     void staysEmptyWithAnotherNumberOfConditions();
     void isWorkedByKeysAlone();
+    void theCalendarIsWorkedByKeysAlone_data();
+    void theCalendarIsWorkedByKeysAlone();
     void isDisabledWhenAConditionIsGone();
     void aLimitThatIsLeftStaysOn();
     void isDisabledWithoutConditions();
@@ -184,7 +153,7 @@ void DateTimeFilterWidgetTest::editsDays()
 void DateTimeFilterWidgetTest::startsWithTheWholeDay()
 {
     const TimeEditor editor;
-    comparesWithBothEnds(editor);
+    areEndsOfARange(*editor.lower, *editor.upper);
     QCOMPARE(editor.lower->value(), QTime(0, 0, 0));
     QCOMPARE(editor.upper->value(), QTime(23, 59, 59));
 }
@@ -194,7 +163,7 @@ void DateTimeFilterWidgetTest::startsWithToday()
     const QDate before = QDate::currentDate();
     const DayEditor editor;
     const QDate after = QDate::currentDate();
-    comparesWithBothEnds(editor);
+    areEndsOfARange(*editor.lower, *editor.upper);
     for (const QDateTimeEdit* const edit : {&editor.lowerEdit, &editor.upperEdit}) {
         QVERIFY(edit->date() == before || edit->date() == after);
     }
@@ -205,9 +174,9 @@ void DateTimeFilterWidgetTest::startsWithToday()
 void DateTimeFilterWidgetTest::aCheckBoxSwitchesItsLimit()
 {
     TimeEditor times;
-    isSwitchedByCheckBoxes(times);
+    isSwitchedByItsCheckBoxes(times);
     DayEditor days;
-    isSwitchedByCheckBoxes(days);
+    isSwitchedByItsCheckBoxes(days);
 }
 
 void DateTimeFilterWidgetTest::theLastSecondCountsWhole()
@@ -293,10 +262,7 @@ void DateTimeFilterWidgetTest::showsRestoredTimes()
     QVERIFY(restoreValue(*editor.upper, QTime(3, 4, 5, 999), false));
     QCOMPARE(editor.lowerEdit.text(), QStringLiteral("00:01:02"));
     QCOMPARE(editor.upperEdit.text(), QStringLiteral("03:04:05"));
-    QVERIFY(editor.lowerCheck.isChecked());
-    QVERIFY(editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upperCheck.isChecked());
-    QVERIFY(!editor.upperEdit.isEnabled());
+    isSwitched(editor, true, false);
 }
 
 void DateTimeFilterWidgetTest::showsRestoredDays()
@@ -304,9 +270,7 @@ void DateTimeFilterWidgetTest::showsRestoredDays()
     DayEditor editor;
     QVERIFY(restoreValue(*editor.lower, QDateTime(someDay, QTime(12, 30))));
     QCOMPARE(editor.lowerEdit.text(), QStringLiteral("29.03.2026"));
-    QVERIFY(editor.lowerCheck.isChecked());
-    QVERIFY(editor.lowerEdit.isEnabled());
-    QVERIFY(!editor.upperCheck.isChecked());
+    isSwitched(editor, true, false);
 }
 
 void DateTimeFilterWidgetTest::restoringDoesNotWriteBack()
@@ -337,10 +301,7 @@ void DateTimeFilterWidgetTest::aRestoredLimitThatIsNoneShowsNothingNew()
 
 void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions_data()
 {
-    QTest::addColumn<int>("count");
-    QTest::newRow("none") << 0;
-    QTest::newRow("one") << 1;
-    QTest::newRow("three") << 3;
+    addOtherCountsOfConditions();
 }
 
 void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions()
@@ -369,14 +330,7 @@ void DateTimeFilterWidgetTest::staysEmptyWithAnotherNumberOfConditions()
 void DateTimeFilterWidgetTest::isWorkedByKeysAlone()
 {
     DayEditor editor;
-    QVERIFY(editor.form.isActive());
-    for (QCheckBox* const check : {&editor.lowerCheck, &editor.upperCheck}) {
-        check->setFocus();
-        QTest::keyClick(check, Qt::Key_Space);
-    }
-    QVERIFY(editor.lower->enabled());
-    QVERIFY(editor.upper->enabled());
-    editor.form.elsewhere.setFocus();
+    isSwitchedByKeys(editor);
     const QStringList reached = editor.form.reachedByTab(*editor.widget);
     QCOMPARE(reached.first(), QStringLiteral("LowerLimitCheckbox"));
     QVERIFY(reached.contains(QStringLiteral("LowerLimitDateTimeEdit")));
@@ -384,6 +338,41 @@ void DateTimeFilterWidgetTest::isWorkedByKeysAlone()
             reached.indexOf(QStringLiteral("LowerLimitDateTimeEdit")));
     QVERIFY(reached.indexOf(QStringLiteral("UpperLimitDateTimeEdit")) >
             reached.indexOf(QStringLiteral("UpperLimitCheckbox")));
+}
+
+void DateTimeFilterWidgetTest::theCalendarIsWorkedByKeysAlone_data()
+{
+    QTest::addColumn<Qt::Key>("opening");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<Qt::Key>("closing");
+
+    QTest::newRow("F4, and Return") << Qt::Key_F4 << Qt::KeyboardModifiers() << Qt::Key_Return;
+    QTest::newRow("Alt and down, and Return")
+        << Qt::Key_Down << Qt::KeyboardModifiers(Qt::AltModifier) << Qt::Key_Return;
+    QTest::newRow("F4, and Escape") << Qt::Key_F4 << Qt::KeyboardModifiers() << Qt::Key_Escape;
+}
+
+// Each day that the arrow keys go to is taken at once.
+void DateTimeFilterWidgetTest::theCalendarIsWorkedByKeysAlone()
+{
+    QFETCH(Qt::Key, opening);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    QFETCH(Qt::Key, closing);
+    DayEditor editor;
+    QVERIFY(editor.form.isActive());
+    QVERIFY(restoreValue(*editor.lower, someDay.startOfDay()));
+    editor.lowerEdit.setFocus();
+    QTest::keyClick(&editor.lowerEdit, opening, modifiers);
+    const QPointer<QWidget> calendar = QApplication::activePopupWidget();
+    QVERIFY(calendar && calendar->isVisible());
+    QCOMPARE(calendar->parentWidget(), &editor.lowerEdit);
+    QVERIFY(calendar->focusWidget());
+    QTest::keyClick(calendar->focusWidget(), Qt::Key_Right);
+    QTest::keyClick(calendar->focusWidget(), closing);
+    QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activePopupWidget(), patience);
+    QVERIFY(editor.form.window.isVisible());
+    QCOMPARE(editor.lowerEdit.date(), someDay.addDays(1));
+    QCOMPARE(editor.lower->value().date(), someDay.addDays(1));
 }
 
 void DateTimeFilterWidgetTest::isDisabledWhenAConditionIsGone()

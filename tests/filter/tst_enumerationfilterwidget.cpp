@@ -65,16 +65,7 @@ struct Window
         return list()->model()->index(row, 0).data(Qt::CheckStateRole).toInt() == Qt::Checked;
     }
 
-    /// The list of values, null while there is none.
-    static QListView* list()
-    {
-        for (QWidget* const top : QApplication::topLevelWidgets()) {
-            if (top->objectName() == QStringLiteral("ValuesListView")) {
-                return qobject_cast<QListView*>(top);
-            }
-        }
-        return nullptr;
-    }
+    static QListView* list() { return openList(); }
 
     W window;
     QPointer<Condition> condition;
@@ -136,6 +127,7 @@ private Q_SLOTS:
     void restoringFiltersOnce();
     void dropsRestoredValuesThatItDoesNotKnow();
     void closesTheListWhenARestoredConditionIsOff();
+    void followsAConditionThatIsSwitched();
     void closesTheListWhenTheConditionIsGone();
     void outlivesTheCondition();
     void thereIsOneListAtATime();
@@ -389,10 +381,25 @@ void EnumerationFilterWidgetTest::closesTheListWhenARestoredConditionIsOff()
 {
     Window window;
     window.select();
+    const QPointer<QListView> list = window.list();
+    QVERIFY(list);
     QVERIFY(restoreValues(*window.condition, {Status::Finished}, false));
     QVERIFY(!window.widget->isEnabled());
-    QTRY_VERIFY_WITH_TIMEOUT(!window.list(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
     QVERIFY(restoreValues(*window.condition, {Status::Finished}));
+    QVERIFY(window.widget->isEnabled());
+}
+
+void EnumerationFilterWidgetTest::followsAConditionThatIsSwitched()
+{
+    Window window;
+    window.select();
+    const QPointer<QListView> list = window.list();
+    QVERIFY(list);
+    window.condition->setEnabled(false);
+    QVERIFY(!window.widget->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
+    window.condition->setEnabled(true);
     QVERIFY(window.widget->isEnabled());
 }
 
@@ -400,11 +407,12 @@ void EnumerationFilterWidgetTest::closesTheListWhenTheConditionIsGone()
 {
     Window window;
     window.select();
-    QVERIFY(window.list());
+    const QPointer<QListView> list = window.list();
+    QVERIFY(list);
     delete window.condition;
     QVERIFY(!window.widget->isEnabled());
-    QVERIFY(!window.list() || !window.list()->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(!window.list(), patience);
+    QVERIFY(!window.list());
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
 }
 
 void EnumerationFilterWidgetTest::outlivesTheCondition()
@@ -438,8 +446,9 @@ void EnumerationFilterWidgetTest::aClosedListIsGone()
     Window window;
     window.select();
     window.clickRow(2);
-    window.list()->close();
-    QTRY_VERIFY_WITH_TIMEOUT(!window.list(), patience);
+    const QPointer<QListView> list = window.list();
+    list->close();
+    QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
     window.select();
     QVERIFY(window.list()->isVisible());
     QVERIFY(!window.rowIsChecked(2));

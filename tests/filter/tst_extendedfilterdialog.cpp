@@ -3,12 +3,16 @@
 #include "differentrecords.h"
 #include "filterwindow.h"
 #include "iconpicture.h"
+#include "menuanswer.h"
 
+#include <console/hands/operatorhands.h>
 #include <resources/zelkoicons.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
 
 #include <QAccessible>
 #include <QDialogButtonBox>
+#include <QLabel>
+#include <QScrollBar>
 
 #include <functional>
 
@@ -40,6 +44,9 @@ private Q_SLOTS:
     void buttonsAreNamedAndExplained_data();
     void buttonsAreNamedAndExplained();
 
+    void limitsOfAKindStandBelowEachOther();
+    void rowsEndWhereTheButtonsDo();
+
     void staysInForceWhileTheWindowIsClosed();
     void staysInForceWhenTheWindowIsGone();
 
@@ -57,10 +64,18 @@ private Q_SLOTS:
     void aDeletedModelLeavesAnIdleWindow();
     void theModelMayBelongToTheWindow();
     void aNewWindowPassesNothingUntilItsValuesAreSelected();
+    void theWindowMayGoWhileItsFileDialogIsOpen_data();
+    void theWindowMayGoWhileItsFileDialogIsOpen();
 
     void canBeWorkedWithKeysAlone();
     void returnPressesNothingButTheButtonWithTheFocus();
-    void everythingHasAnAccessibleName();
+    void theMenuKeyOpensTheMenuOfAField_data();
+    void theMenuKeyOpensTheMenuOfAField();
+    void everyRowIsFilteredByKeysAlone_data();
+    void everyRowIsFilteredByKeysAlone();
+    void everythingHasAnAccessibleNameThatSaysItsRow();
+    void theListOfValuesIsNamedAfterItsRow();
+    void theListShowsFewValuesAtOnceAndManyWithAScrollBar();
 };
 
 void ExtendedFilterDialogTest::initTestCase()
@@ -119,6 +134,38 @@ void ExtendedFilterDialogTest::buttonsAreNamedAndExplained()
     QCOMPARE(picture(button->icon()), picture(QIcon(icon)));
     QCOMPARE(button->toolTip(), toolTip);
     QCOMPARE(box->buttonRole(button), role);
+}
+
+void ExtendedFilterDialogTest::limitsOfAKindStandBelowEachOther()
+{
+    const QList<QStringList> kinds{{QStringLiteral("StartTimeFilterWidget"), QStringLiteral("StopTimeFilterWidget"),
+                                    QStringLiteral("DurationFilterWidget")},
+                                   {QStringLiteral("SizeFilterWidget"), QStringLiteral("FrequencyFilterWidget"),
+                                    QStringLiteral("BandwidthFilterWidget"), QStringLiteral("SampleRateFilterWidget")}};
+    FilterWindow window;
+    for (const QStringList& editors : kinds) {
+        for (const QString& editor : editors) {
+            const auto left = [&](const QString& of) {
+                return window.part<QWidget>(of, QStringLiteral("UpperLimitCheckbox"))
+                    ->mapTo(&window.dialog(), QPoint())
+                    .x();
+            };
+            QCOMPARE(left(editor), left(editors.first()));
+        }
+    }
+}
+
+void ExtendedFilterDialogTest::rowsEndWhereTheButtonsDo()
+{
+    FilterWindow window;
+    const auto right = [&window](const QWidget& widget) {
+        return widget.mapTo(&window.dialog(), QPoint(widget.width(), 0)).x();
+    };
+    const int edge = right(*window.button(QStringLiteral("RestoreFilterButton")));
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("StatusFilterWidget"), QStringLiteral("SelectButton"))), edge);
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("SizeFilterWidget"), QStringLiteral("UnitCombobox"))), edge);
+    QCOMPARE(right(*window.part<QWidget>(QStringLiteral("DurationFilterWidget"), QStringLiteral("UpperLimitTimeEdit"))),
+             edge);
 }
 
 void ExtendedFilterDialogTest::staysInForceWhileTheWindowIsClosed()
@@ -341,6 +388,23 @@ void ExtendedFilterDialogTest::aNewWindowPassesNothingUntilItsValuesAreSelected(
     QVERIFY(!dialog.hasActiveFilter());
 }
 
+void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen_data()
+{
+    QTest::addColumn<QString>("button");
+
+    QTest::newRow("saving") << QStringLiteral("SaveFilterButton");
+    QTest::newRow("restoring") << QStringLiteral("RestoreFilterButton");
+}
+
+void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen()
+{
+    QFETCH(QString, button);
+    FilterWindow window;
+    const ZelkoConsole::DialogAnswer answer([&window](QWidget*) { window.closeForGood(); });
+    QTimer::singleShot(0, window.button(button), &QPushButton::click);
+    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
+}
+
 void ExtendedFilterDialogTest::canBeWorkedWithKeysAlone()
 {
     FilterWindow window;
@@ -383,21 +447,138 @@ void ExtendedFilterDialogTest::returnPressesNothingButTheButtonWithTheFocus()
     QVERIFY(!window.dialog().hasActiveFilter());
 }
 
-void ExtendedFilterDialogTest::everythingHasAnAccessibleName()
+void ExtendedFilterDialogTest::theMenuKeyOpensTheMenuOfAField_data()
+{
+    QTest::addColumn<QString>("editor");
+    QTest::addColumn<QString>("box");
+    QTest::addColumn<QString>("field");
+
+    const QString lower = QStringLiteral("LowerLimitCheckbox");
+    QTest::newRow("a text") << QStringLiteral("NameFilterWidget") << QStringLiteral("CaseSensitiveCheckbox")
+                            << QStringLiteral("TextEdit");
+    QTest::newRow("a number") << QStringLiteral("SizeFilterWidget") << lower << QStringLiteral("LowerLimitEdit");
+    QTest::newRow("a duration") << QStringLiteral("DurationFilterWidget") << lower
+                                << QStringLiteral("LowerLimitTimeEdit");
+    QTest::newRow("a day") << QStringLiteral("StartTimeFilterWidget") << lower
+                           << QStringLiteral("LowerLimitDateTimeEdit");
+}
+
+void ExtendedFilterDialogTest::theMenuKeyOpensTheMenuOfAField()
+{
+    QFETCH(QString, editor);
+    QFETCH(QString, box);
+    QFETCH(QString, field);
+    FilterWindow window;
+    window.check(editor, box);
+    window.part<QWidget>(editor, field)->setFocus();
+    QStringList entries;
+    const MenuAnswer answer([&](QMenu& menu) {
+        entries = MenuAnswer::texts(menu);
+        QTest::keyClick(&menu, Qt::Key_Escape);
+    });
+    ZelkoConsole::operatorhands::pressMenuKey();
+    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
+    QVERIFY2(!entries.filter(QStringLiteral("Select All")).isEmpty(), qPrintable(entries.join(u',')));
+    QVERIFY(window.dialog().isVisible());
+}
+
+void ExtendedFilterDialogTest::everyRowIsFilteredByKeysAlone_data()
+{
+    QTest::addColumn<QString>("editor");
+    QTest::addColumn<QString>("part");
+    QTest::addColumn<Qt::Key>("key");
+
+    for (const char* const text : {"Name", "RecordID"}) {
+        QTest::newRow(text) << QString::fromLatin1(text) << QStringLiteral("TextEdit") << Qt::Key_X;
+    }
+    for (const char* const range :
+         {"Size", "StartTime", "StopTime", "Duration", "Frequency", "Bandwidth", "SampleRate"}) {
+        QTest::addRow("from %s", range) << QString::fromLatin1(range) << QStringLiteral("LowerLimitCheckbox")
+                                        << Qt::Key_Space;
+        QTest::addRow("to %s", range) << QString::fromLatin1(range) << QStringLiteral("UpperLimitCheckbox")
+                                      << Qt::Key_Space;
+    }
+    QTest::newRow("Deletable") << QStringLiteral("Deletable") << QStringLiteral("EnableFilter") << Qt::Key_Space;
+    for (const char* const values : {"DataRate", "DataFormat", "Status", "Interface"}) {
+        QTest::newRow(values) << QString::fromLatin1(values) << QStringLiteral("SelectButton") << Qt::Key_Return;
+    }
+}
+
+// From the first field to that of the row with the Tab key, and through the list of values, where there is one.
+void ExtendedFilterDialogTest::everyRowIsFilteredByKeysAlone()
+{
+    QFETCH(QString, editor);
+    QFETCH(QString, part);
+    QFETCH(Qt::Key, key);
+    FilterWindow window;
+    const QWidget* const wanted = window.part<QWidget>(editor + QStringLiteral("FilterWidget"), part);
+    for (int i = 0; i < 100 && QApplication::focusWidget() != wanted; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(QApplication::focusWidget(), wanted);
+    QTest::keyClick(QApplication::focusWidget(), key);
+    if (const QPointer<QListView> list = editorhands::openList(); list) {
+        list->activateWindow();
+        QTRY_VERIFY_WITH_TIMEOUT(list->hasFocus(), patience);
+        QTest::keyClick(list, Qt::Key_End);
+        QTest::keyClick(list, Qt::Key_Space);
+        QTest::keyClick(list, Qt::Key_Escape);
+        QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
+    }
+    QVERIFY(window.dialog().hasActiveFilter());
+    QVERIFY(window.dialog().isVisible());
+    QVERIFY(window.canReset());
+}
+
+void ExtendedFilterDialogTest::everythingHasAnAccessibleNameThatSaysItsRow()
 {
     FilterWindow window;
     const auto nameOf = [](QWidget* widget) {
         QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(widget);
         return interface ? interface->text(QAccessible::Name) : QString();
     };
-    for (QWidget* const child : window.dialog().findChildren<QWidget*>()) {
-        if ((child->focusPolicy() & Qt::TabFocus) != 0 &&
-            child->objectName() != QStringLiteral("qt_spinbox_lineedit")) {
-            QVERIFY2(!nameOf(child).isEmpty(),
-                     qPrintable(child->objectName() + QStringLiteral(" of ") + child->parentWidget()->objectName()));
+    QSet<QString> names;
+    for (int row = 0; row < window.form()->rowCount(); ++row) {
+        QWidget* const editor = window.cell(row, QFormLayout::FieldRole);
+        const QString label = window.cell(row, QFormLayout::LabelRole)->findChild<QLabel*>()->text();
+        QCOMPARE(nameOf(editor), label);
+        for (QWidget* const part : editor->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+            if ((part->focusPolicy() & Qt::TabFocus) != 0) {
+                const QString name = qobject_cast<QComboBox*>(part) ? part->accessibleDescription() : nameOf(part);
+                QCOMPARE(part->accessibleName(), name);
+                QVERIFY2(name.startsWith(label + QStringLiteral(": ")) && name.size() > label.size() + 2,
+                         qPrintable(part->objectName() + QStringLiteral(" is called ") + name));
+                QVERIFY2(!names.contains(name), qPrintable(name));
+                names.insert(name);
+            }
         }
     }
-    QCOMPARE(nameOf(window.editor(QStringLiteral("FrequencyFilterWidget"))), QStringLiteral("Frequency"));
+    for (QPushButton* const button : window.dialog().findChild<QDialogButtonBox*>()->findChildren<QPushButton*>()) {
+        QVERIFY(!nameOf(button).isEmpty());
+    }
+}
+
+void ExtendedFilterDialogTest::theListOfValuesIsNamedAfterItsRow()
+{
+    FilterWindow window;
+    const QPointer<QListView> list = window.openValues(QStringLiteral("DataRateFilterWidget"));
+    QVERIFY(list);
+    QCOMPARE(list->accessibleName(), QStringLiteral("Data Rate: Select Values to show"));
+    QCOMPARE(list->windowTitle(), QStringLiteral("Select Values to show"));
+    list->close();
+}
+
+void ExtendedFilterDialogTest::theListShowsFewValuesAtOnceAndManyWithAScrollBar()
+{
+    FilterWindow window;
+    const auto scrolls = [&window](const QString& editor) {
+        const QPointer<QListView> list = window.openValues(editor);
+        const bool answer = list->verticalScrollBar()->maximum() > 0;
+        list->close();
+        return answer;
+    };
+    QVERIFY(!scrolls(QStringLiteral("StatusFilterWidget")));
+    QVERIFY(scrolls(QStringLiteral("DataFormatFilterWidget")));
 }
 
 QTEST_MAIN(ExtendedFilterDialogTest)

@@ -19,8 +19,11 @@ private Q_SLOTS:
     void init() { m_folder = std::make_unique<FilterFolder>(); }
 
     void aForeignIdIsRefused();
+    void aDocumentOfAnotherClassIsRefused();
     void whatIsNoFilterFileIsRefused_data();
     void whatIsNoFilterFileIsRefused();
+    void aPatternThatIsTooComplexIsRefused_data();
+    void aPatternThatIsTooComplexIsRefused();
     void aFileOfAHundredMegabytesIsRefused();
     void everyTruncatedFileIsRefused();
     void aFileThatCannotBeReadIsRefused();
@@ -29,15 +32,19 @@ private Q_SLOTS:
 private:
     QString file() const { return m_folder->file(); }
     void write(const QByteArray& bytes) const { m_folder->write(bytes); }
-    void requireRefusal(const QString& beginning, const QString& fileName) const;
-    void requireRefusal() const { requireRefusal(m_failure + file(), file()); }
+    void requireRefusal(const QString& text, bool hasReason, const QString& fileName) const;
+    void requireRefusalAsForeign() const
+    {
+        requireRefusal(QStringLiteral("filter file is not applicable"), false, file());
+    }
+    void requireRefusalWithReason() const { requireRefusal(m_failure + file(), true, file()); }
 
     const QString m_failure = QStringLiteral("filter could not be loaded from ");
     std::unique_ptr<FilterFolder> m_folder;
 };
 
 // Restores that file in a window in which something was entered.
-void FilterFileRefusalTest::requireRefusal(const QString& beginning, const QString& fileName) const
+void FilterFileRefusalTest::requireRefusal(const QString& text, bool hasReason, const QString& fileName) const
 {
     FilterWindow window;
     window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
@@ -46,12 +53,16 @@ void FilterFileRefusalTest::requireRefusal(const QString& beginning, const QStri
     WindowSignals changes(window.dialog());
     const TraceTexts traces;
     const QString warning = window.restoreFrom(fileName);
-    QVERIFY2(warning.startsWith(beginning), qPrintable(warning));
+    QCOMPARE(warning, text);
+    QCOMPARE(!window.lastWarning().reason.isEmpty(), hasReason);
     QCOMPARE(window.lastWarning().title, QStringLiteral("unable to load file"));
     QCOMPARE(window.lastWarning().icon, QMessageBox::Warning);
     QCOMPARE(window.lastWarning().buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
     QCOMPARE(window.lastWarning().parent, &window.dialog());
-    QVERIFY(traces.contain(QStringLiteral("ExtendedFileDialog: Exception while loading filter ") + warning));
+    QVERIFY(traces.withSources().last().endsWith(
+        QStringLiteral(": ExtendedFileDialog: Exception while loading filter ") + text));
+    const QString cause = QStringLiteral("RGException: FilterConditionList:") + window.lastWarning().reason;
+    QCOMPARE(traces.contain(cause), hasReason);
     QCOMPARE(changes.take(), QStringList());
     QCOMPARE(window.state(), before);
     QCOMPARE(FilterFolder::remembered(), QString());
@@ -60,9 +71,15 @@ void FilterFileRefusalTest::requireRefusal(const QString& beginning, const QStri
 void FilterFileRefusalTest::aForeignIdIsRefused()
 {
     write("<FilterConditionList><ID>OtherFilter</ID>" + goodEntry + "</FilterConditionList>");
-    requireRefusal(QStringLiteral("filter file is not applicable"), file());
+    requireRefusalAsForeign();
     write("<FilterConditionList><ID/>" + goodEntry + "</FilterConditionList>");
-    requireRefusal(QStringLiteral("filter file is not applicable"), file());
+    requireRefusalAsForeign();
+}
+
+void FilterFileRefusalTest::aDocumentOfAnotherClassIsRefused()
+{
+    write("<ZELKO_RecordData/>");
+    requireRefusal(m_failure + file(), false, file());
 }
 
 void FilterFileRefusalTest::whatIsNoFilterFileIsRefused_data()
@@ -72,7 +89,6 @@ void FilterFileRefusalTest::whatIsNoFilterFileIsRefused_data()
     QTest::newRow("nothing") << QByteArray();
     QTest::newRow("no XML") << QByteArray("filter");
     QTest::newRow("bytes") << QByteArray("\x00\xff\xfe\x01", 4);
-    QTest::newRow("another document") << QByteArray("<ZELKO_RecordData/>");
     QTest::newRow("an entity") << QByteArray("<!DOCTYPE x [<!ENTITY e 'e'>]><FilterConditionList/>");
     QTest::newRow("an unknown element") << documentWith(goodEntry + "<Colour>red</Colour>");
     QTest::newRow("an unknown element in an entry")
@@ -104,7 +120,39 @@ void FilterFileRefusalTest::whatIsNoFilterFileIsRefused()
 {
     QFETCH(QByteArray, document);
     write(document);
-    requireRefusal();
+    requireRefusalWithReason();
+}
+
+void FilterFileRefusalTest::aPatternThatIsTooComplexIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("filter");
+
+    const auto filter = [](const QByteArray& pattern, const QByteArray& syntax) {
+        return "<StringFilter><Pattern>" + pattern + "</Pattern><CaseSensitive>true</CaseSensitive><PatternSyntax>" +
+               syntax + "</PatternSyntax></StringFilter>";
+    };
+    const QByteArray nested = "((a{1,50}){1,50}){1,50}";
+    QTest::newRow("for a row of the window") << QByteArray("IDFilter") << filter(nested, "RegularExpression");
+    QTest::newRow("for nobody") << QByteArray("OtherFilter") << filter(nested, "RegularExpression");
+    QTest::newRow("for a filter of a long name") << QByteArray(9'000, 'n') << filter(nested, "RegularExpression");
+    QTest::newRow("brackets in brackets")
+        << QByteArray("IDFilter") << filter(QByteArray(16'000, '('), "RegularExpression");
+    QTest::newRow("stars") << QByteArray("IDFilter") << filter(QByteArray(32'000, '*'), "Wildcard");
+}
+
+void FilterFileRefusalTest::aPatternThatIsTooComplexIsRefused()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, filter);
+    write(documentWith(goodEntry + entry(name, 7, filter)));
+    requireRefusalWithReason();
+    FilterWindow window;
+    window.restoreFrom(file());
+    const QString reason = window.lastWarning().reason;
+    QVERIFY2(reason.startsWith(QStringLiteral("the pattern of ") + QString::fromLatin1(name.left(100))),
+             qPrintable(reason));
+    QVERIFY2(reason.size() < 400, qPrintable(reason));
 }
 
 void FilterFileRefusalTest::aFileOfAHundredMegabytesIsRefused()
@@ -117,7 +165,7 @@ void FilterFileRefusalTest::aFileOfAHundredMegabytesIsRefused()
         QCOMPARE(target.write(spaces), spaces.size());
     }
     target.close();
-    requireRefusal();
+    requireRefusalWithReason();
 }
 
 void FilterFileRefusalTest::everyTruncatedFileIsRefused()
@@ -145,11 +193,11 @@ void FilterFileRefusalTest::theWarningShowsWhatTheFileSaysAsPlainText()
     const QByteArray name = QByteArray("img") + QByteArray(5'000, 'g');
     write(documentWith(goodEntry + "<" + name + "/>"));
     FilterWindow window;
-    const QString warning = window.restoreFrom(file());
-    QVERIFY(warning.startsWith(QStringLiteral("filter could not be loaded from ") + file() + QStringLiteral(": ")));
-    QVERIFY(warning.contains(QStringLiteral("imgg")));
-    QVERIFY2(warning.size() < 600, qPrintable(warning));
+    QCOMPARE(window.restoreFrom(file()), m_failure + file());
     QCOMPARE(window.lastWarning().format, Qt::PlainText);
+    const QString reason = window.lastWarning().reason;
+    QVERIFY2(reason.contains(QStringLiteral("imgg")), qPrintable(reason));
+    QVERIFY2(reason.size() < 400, qPrintable(reason));
 }
 
 void FilterFileRefusalTest::aFileThatCannotBeReadIsRefused()
@@ -159,7 +207,7 @@ void FilterFileRefusalTest::aFileThatCannotBeReadIsRefused()
     m_folder->write(documentWith(goodEntry), name);
     QVERIFY(QFile::setPermissions(m_folder->file(name), {}));
     const ZelkoTest::ReadOnlyFolder asNobody(folder);
-    requireRefusal(m_failure + m_folder->file(name), m_folder->file(name));
+    requireRefusal(m_failure + m_folder->file(name), false, m_folder->file(name));
 }
 
 QTEST_MAIN(FilterFileRefusalTest)

@@ -15,6 +15,7 @@
 #include <zelkoguibase/filter/textfilterwidget.h>
 
 #include <QFormLayout>
+#include <QLabel>
 #include <QVBoxLayout>
 
 #include <functional>

@@ -13,6 +13,13 @@ using FileSyntax = ZELKO_XML::StringFilter::PatternSyntax;
 Q_DECLARE_METATYPE(QRegExp::PatternSyntax)
 Q_DECLARE_METATYPE(FileSyntax)
 
+namespace {
+
+// Of 125,000 characters when written out.
+const QString nestedRepetitions = QStringLiteral("((a{1,50}){1,50}){1,50}");
+
+} // namespace
+
 class StringFilterConditionTest : public QObject
 {
     Q_OBJECT
@@ -26,6 +33,9 @@ private Q_SLOTS:
     void anEmptyPatternPassesEverythingAndIsNotActive();
     void everythingPassesWhileSwitchedOff();
     void aNewPatternIsUsedAtOnce();
+    void whatIsNoCorrectExpressionPassesNothing_data();
+    void whatIsNoCorrectExpressionPassesNothing();
+    void aPatternThatIsTooComplexIsAFixedStringLikeAnyOther();
     void settersTellChangesOnly();
     void settersAreSilentWhileSwitchedOff();
     void oneSignalForThreeChanges();
@@ -34,6 +44,8 @@ private Q_SLOTS:
     void aSyntaxThatFilesDoNotKnowIsNotWritten();
     void anUnknownSyntaxIsReadAsAFixedString();
     void aPatternThatNoFileCanKeepIsWrittenEmpty();
+    void aPatternThatIsTooComplexIsWrittenEmpty();
+    void aPatternThatIsTooComplexIsTakenFromAnEntry();
     void restoresPatternCaseAndSyntaxWithOneSignal();
 
 private:
@@ -183,6 +195,50 @@ void StringFilterConditionTest::aNewPatternIsUsedAtOnce()
     QCOMPARE(answers(), QStringLiteral("-+-"));
 }
 
+void StringFilterConditionTest::whatIsNoCorrectExpressionPassesNothing_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QRegExp::PatternSyntax>("syntax");
+
+    QTest::newRow("a bracket that stays open") << QStringLiteral("(a") << QRegExp::RegExp;
+    QTest::newRow("a set that stays open") << QStringLiteral("[a") << QRegExp::Wildcard;
+    QTest::newRow("repetitions of repetitions") << nestedRepetitions << QRegExp::RegExp;
+    QTest::newRow("ten thousand brackets") << QString(10'000, u'(') + u'a' + QString(10'000, u')') << QRegExp::RegExp;
+    QTest::newRow("ten thousand stars") << QString(10'000, u'*') << QRegExp::Wildcard;
+}
+
+void StringFilterConditionTest::whatIsNoCorrectExpressionPassesNothing()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QRegExp::PatternSyntax, syntax);
+    StringFilterCondition condition(0, Qt::UserRole + 1, nullptr);
+    condition.setEnabled(true);
+    ConditionSignalLog log(condition);
+    condition.setRegExp(pattern, Qt::CaseInsensitive, syntax);
+    QCOMPARE(log.take(), QStringLiteral("filter"));
+    QVERIFY(condition.filterActive());
+    QVERIFY(!condition.passes(QStringLiteral("a")));
+    QVERIFY(!condition.passes(pattern));
+    QCOMPARE(condition.pattern(), pattern);
+    QCOMPARE(condition.patternSyntax(), syntax);
+    condition.setPattern(pattern);
+    QCOMPARE(log.take(), QString());
+    condition.setPattern(QStringLiteral("a"));
+    QCOMPARE(log.take(), QStringLiteral("filter"));
+    QVERIFY(condition.passes(QStringLiteral("bAb")));
+}
+
+void StringFilterConditionTest::aPatternThatIsTooComplexIsAFixedStringLikeAnyOther()
+{
+    const auto condition = switchedOn(nestedRepetitions, QRegExp::FixedString);
+    QVERIFY(condition->passes(QStringLiteral("x") + nestedRepetitions + QStringLiteral("y")));
+    condition->setPatternSyntax(QRegExp::RegExp);
+    QVERIFY(!condition->passes(nestedRepetitions));
+    condition->setPatternSyntax(QRegExp::FixedString);
+    QVERIFY(condition->passes(nestedRepetitions));
+    QCOMPARE(written(*condition).GetPattern(), nestedRepetitions);
+}
+
 void StringFilterConditionTest::settersTellChangesOnly()
 {
     const auto condition = switchedOn(QStringLiteral("x"), QRegExp::FixedString);
@@ -281,6 +337,31 @@ void StringFilterConditionTest::aPatternThatNoFileCanKeepIsWrittenEmpty()
     QCOMPARE(written(*condition).GetPattern(), QString());
     QVERIFY(written(*condition).Check(false));
     QCOMPARE(condition->pattern(), QStringLiteral("a\ab"));
+}
+
+void StringFilterConditionTest::aPatternThatIsTooComplexIsWrittenEmpty()
+{
+    const auto condition = switchedOn(nestedRepetitions, QRegExp::RegExp);
+    QCOMPARE(written(*condition).GetPattern(), QString());
+    QCOMPARE(written(*condition).GetPatternSyntax(), FileSyntax::RegularExpression);
+    QVERIFY(!StringFilterCondition::isTooComplex(written(*condition)));
+    QCOMPARE(condition->pattern(), nestedRepetitions);
+}
+
+// Files with such an entry are refused before, but a list may come from elsewhere.
+void StringFilterConditionTest::aPatternThatIsTooComplexIsTakenFromAnEntry()
+{
+    FilterConditionList list;
+    switchedOn(QStringLiteral("x"), QRegExp::RegExp)->writeToXml(list);
+    ZELKO_XML::StringFilter& filter = list.GetFilterCondition().first().GetStringFilter();
+    filter.SetPattern(nestedRepetitions);
+    QVERIFY(StringFilterCondition::isTooComplex(filter));
+    const auto condition = switchedOn(QStringLiteral("y"), QRegExp::FixedString);
+    ConditionSignalLog log(*condition);
+    QVERIFY(condition->readFromXml(list));
+    QCOMPARE(log.take(), QStringLiteral("filter, content"));
+    QCOMPARE(condition->pattern(), nestedRepetitions);
+    QVERIFY(!condition->passes(QStringLiteral("a")));
 }
 
 void StringFilterConditionTest::restoresPatternCaseAndSyntaxWithOneSignal()

@@ -55,4 +55,17 @@ inline void isReset(ZelkoGUI::Filter::IFilterUI& editor, const ZelkoGUI::Filter:
     QVERIFY(!condition.value());
 }
 
+/// The first Tab leads to the check box, the second to what the flag is chosen with, where `choosing` does so.
+inline void isWorkedByKeysAlone(editorhands::Form& form, const ZelkoGUI::Filter::BooleanFilterCondition& condition,
+                                Qt::Key choosing)
+{
+    QVERIFY(form.isActive());
+    QTest::keyClick(&form.elsewhere, Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QVERIFY(condition.enabled());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), choosing);
+    QVERIFY(!condition.value());
+}
+
 } // namespace booleaneditorchecks

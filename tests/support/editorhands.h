@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
@@ -70,6 +71,17 @@ struct Form
     QWidget window;
     QPushButton elsewhere{&window};
 };
+
+/// The list of the values of an enumeration, in its own window; null while there is none.
+inline QListView* openList()
+{
+    for (QWidget* const top : QApplication::topLevelWidgets()) {
+        if (top->objectName() == QStringLiteral("ValuesListView") && top->isVisible()) {
+            return qobject_cast<QListView*>(top);
+        }
+    }
+    return nullptr;
+}
 
 /// Where check boxes have their box, and push buttons are buttons as well.
 inline void click(QAbstractButton& button)

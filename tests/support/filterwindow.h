@@ -3,7 +3,6 @@
 #include "editorhands.h"
 #include "fixedrecordmodel.h"
 #include "patience.h"
-#include "testrecords.h"
 
 #include <console/hands/dialoganswer.h>
 #include <resources/zelkoicons.h>
@@ -15,11 +14,11 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTextDocumentFragment>
 #include <QtTest>
 
 #include <functional>
@@ -126,12 +125,7 @@ public:
     QListView* openValues(const QString& editorName) const
     {
         QTest::mouseClick(part<QPushButton>(editorName, QStringLiteral("SelectButton")), Qt::LeftButton);
-        for (QWidget* const window : QApplication::topLevelWidgets()) {
-            if (window->objectName() == QStringLiteral("ValuesListView") && window->isVisible()) {
-                return qobject_cast<QListView*>(window);
-            }
-        }
-        return nullptr;
+        return editorhands::openList();
     }
 
     /// Clicks on values of an enumeration, and closes their list.
@@ -160,7 +154,7 @@ public:
         const ZelkoConsole::DialogAnswer onFileDialog([&](QWidget* window) {
             enter(window, fileName);
             acceptFile(window);
-            window->setParent(nullptr); // Qt has it on the stack
+            window->setParent(nullptr); // or it would be cancelled, going with the window
             closeForGood();
         });
         press(buttonName);
@@ -172,6 +166,7 @@ public:
     {
         QString title;
         QString text;
+        QString reason; ///< below the text
         QWidget* parent = nullptr;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
         QMessageBox::StandardButtons buttons;
@@ -239,7 +234,8 @@ private:
     {
         auto* const box = qobject_cast<QMessageBox*>(window);
         QVERIFY(box);
-        m_warning = {box->windowTitle(),     box->text(),      box->parentWidget(), box->icon(),
+        const QString reason = QTextDocumentFragment::fromHtml(box->informativeText()).toPlainText();
+        m_warning = {box->windowTitle(),     box->text(),      reason, box->parentWidget(), box->icon(),
                      box->standardButtons(), box->textFormat()};
         QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
     }

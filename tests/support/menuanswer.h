@@ -1,28 +1,19 @@
 #pragma once
 
+#include <console/hands/windowanswer.h>
+
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
-#include <QPointer>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
-#include <utility>
-
-/// What an operator does with the next menu that pops up, once it is shown. It is closed when he is done with it, if it
-/// is open still, so whoever waits for its end goes on.
-class MenuAnswer
+/// What an operator does with the next menu that pops up.
+class MenuAnswer : public ZelkoConsole::WindowAnswer
 {
 public:
-    explicit MenuAnswer(std::function<void(QMenu&)> answer)
-        : m_answer(std::move(answer))
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
-        m_timer.start(5);
-    }
-
-    bool wasGiven() const { return m_given; }
+    explicit MenuAnswer(const std::function<void(QMenu&)>& answer)
+        : WindowAnswer(&openMenu, [answer](QWidget* menu) { answer(*static_cast<QMenu*>(menu)); })
+    {}
 
     /// The texts of a menu, "-" for a separator.
     static QStringList texts(const QMenu& menu)
@@ -42,21 +33,5 @@ public:
     }
 
 private:
-    void look()
-    {
-        const QPointer<QMenu> menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (!menu || !menu->isVisible()) {
-            return;
-        }
-        m_timer.stop();
-        m_given = true;
-        m_answer(*menu);
-        if (menu) {
-            menu->close();
-        }
-    }
-
-    const std::function<void(QMenu&)> m_answer;
-    QTimer m_timer;
-    bool m_given = false;
+    static QWidget* openMenu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
 };

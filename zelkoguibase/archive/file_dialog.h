@@ -9,7 +9,8 @@
 ///
 /// It does so by the flag "UseNativeDialogs" of the application's configuration, true where it is missing. The flag is
 /// read with the first dialog and holds until the process ends; what the caller says about
-/// `QFileDialog::DontUseNativeDialog` is overruled. GUI thread only; each call returns when its dialog is closed.
+/// `QFileDialog::DontUseNativeDialog` is overruled. GUI thread only; each call returns when its dialog is closed. A
+/// dialog of Qt's own is cancelled when its parent is destroyed while it is open.
 namespace ZelkoGUI::file_dialog {
 
 ZELKOGUIBASE_EXPORT QString getExistingDirectory(QWidget* parent = nullptr, const QString& caption = QString(),

@@ -8,11 +8,11 @@
 #include <host/userrights.h>
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
+#include <widgetbase/warningbox.h>
 
 #include <QAction>
 #include <QIcon>
 #include <QMap>
-#include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
 
@@ -419,17 +419,12 @@ bool IZelkoGUIController::isDeleteConfirmed(const QStringList& deletable)
     return false;
 }
 
-// QMessageBox::warning, but for one thing: its box stands on the stack, where a dialog parent that goes while the box
-// is open would delete it a second time.
 bool IZelkoGUIController::isDeleteAnsweredByYes(const QStringList& deletable)
 {
     const QString text = deletable.size() == 1 ? tr("Really delete record with ID\n'%1'?").arg(deletable.first())
                                                : tr("Do you really want to delete the SELECTED records?");
-    const QPointer<QMessageBox> box = new QMessageBox(QMessageBox::Warning, tr("Delete Record"), text,
-                                                      QMessageBox::Yes | QMessageBox::No, dialogParent());
-    const bool confirmed = box->exec() == QMessageBox::Yes;
-    delete box;
-    return confirmed;
+    const QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
+    return guiHelper::warn(dialogParent(), tr("Delete Record"), text, buttons) == QMessageBox::Yes;
 }
 
 void IZelkoGUIController::sl_resyncRecordList()

@@ -24,6 +24,7 @@ void BooleanButtonFilterWidget::Private::display(bool on) const
     const QPair<QString, QIcon>& label = on ? trueLabel : falseLabel;
     row.editor->setChecked(on);
     row.editor->setText(label.first);
+    row.editor->setAccessibleDescription(label.first);
     row.editor->setIcon(label.second);
 }
 
@@ -34,6 +35,7 @@ BooleanButtonFilterWidget::BooleanButtonFilterWidget(BooleanFilterCondition* con
     setObjectName(QStringLiteral("BooleanButtonFilterWidget"));
     d->row = {condition, makeEnableCheck(tr("Enable filter"), this), new QPushButton(this)};
     d->row.editor->setObjectName(QStringLiteral("PushButton"));
+    d->row.editor->setAccessibleName(tr("Value to show"));
     d->row.editor->setCheckable(true);
     d->row.addTo(this);
     d->display(d->value());

@@ -1,5 +1,7 @@
 #include <zelkoguibase/filter/checkitemdelegate.h>
 
+#include "framedcheckbox_p.h"
+
 #include <QMouseEvent>
 
 namespace ZelkoGUI::Filter {
@@ -18,11 +20,6 @@ bool canBeToggled(Qt::ItemFlags flags)
     return (flags & (needed | Qt::ItemIsSelectable)) == needed;
 }
 
-bool isDark(const QColor& color)
-{
-    return color.lightness() < 128;
-}
-
 } // namespace
 
 EnumerationFilterWidgetBase::CheckItemDelegate::CheckItemDelegate(QObject* parent)
@@ -30,6 +27,13 @@ EnumerationFilterWidgetBase::CheckItemDelegate::CheckItemDelegate(QObject* paren
 {}
 
 EnumerationFilterWidgetBase::CheckItemDelegate::~CheckItemDelegate() = default;
+
+QSize EnumerationFilterWidgetBase::CheckItemDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                                               const QModelIndex& index) const
+{
+    constexpr int room = 6; // above and below together
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, room);
+}
 
 bool EnumerationFilterWidgetBase::CheckItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
                                                                  const QStyleOptionViewItem& option,
@@ -46,14 +50,11 @@ bool EnumerationFilterWidgetBase::CheckItemDelegate::editorEvent(QEvent* event, 
     return model->setData(index, state.toInt() == Qt::Checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
-// Styles frame the box in a darker shade of the window's colour, which nobody sees on a dark list.
 void EnumerationFilterWidgetBase::CheckItemDelegate::initStyleOption(QStyleOptionViewItem* option,
                                                                      const QModelIndex& index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
-    if (isDark(option->palette.color(QPalette::Base))) {
-        option->palette.setColor(QPalette::Window, option->palette.color(QPalette::Text));
-    }
+    showFrameOnDark(option->palette);
 }
 
 } // namespace ZelkoGUI::Filter

@@ -16,6 +16,9 @@ public:
     explicit CheckItemDelegate(QObject* parent);
     ~CheckItemDelegate() override;
 
+    /// Some more room than usual, so that the boxes do not touch each other.
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
 protected:
     bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
                      const QModelIndex& index) override;

@@ -1,5 +1,6 @@
 #include <zelkoguibase/filter/datetimefilterwidget.h>
 
+#include "dayedit_p.h"
 #include "rangelimits_p.h"
 
 #include <QTimeEdit>
@@ -104,9 +105,8 @@ DateTimeFilterWidget::DateTimeFilterWidget(const QList<NumberFilterCondition<QDa
         return;
     }
     const auto makeEdit = [this, today = QDate::currentDate()] {
-        auto* const edit = new QDateTimeEdit(this);
+        auto* const edit = new DayEdit(this);
         edit->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
-        edit->setCalendarPopup(true);
         edit->setDate(today);
         return edit;
     };
@@ -139,9 +139,7 @@ void DateTimeFilterWidget::finish(const QString& editorName)
     d->limits.upper.editor->setObjectName(QStringLiteral("UpperLimit") + editorName);
     d->limits.upper.editor->setAccessibleName(tr("Upper limit"));
     d->limits.addTo(new QHBoxLayout(this));
-    for (const auto& limit : {d->limits.lower, d->limits.upper}) {
-        limit.connectTo(this, &DateTimeFilterWidget::sl_validateFilter, &DateTimeFilterWidget::sl_filterContentChanged);
-    }
+    d->limits.connectTo(this, &DateTimeFilterWidget::sl_validateFilter, &DateTimeFilterWidget::sl_filterContentChanged);
     sl_validateFilter();
 }
 
@@ -180,8 +178,7 @@ void DateTimeFilterWidget::sl_filterContentChanged()
         setEnabled(false);
         return;
     }
-    const auto lowerBlocked = d->limits.lower.blockSignals();
-    const auto upperBlocked = d->limits.upper.blockSignals();
+    const auto blocked = d->limits.blockSignals();
     d->limits.load();
     d->loadEditor(d->limits.lower);
     d->loadEditor(d->limits.upper);

@@ -13,6 +13,10 @@ namespace ZelkoGUI::Filter {
 
 /// Edits a range of durations to the second, or one of local days. Each limit can be switched on by itself. What is
 /// entered counts whole: the last second of a duration, the last day. GUI thread only.
+///
+/// So an upper limit that is edited ends in .999, of the second that is shown or of the last one of the day, whatever
+/// milliseconds it had before. One that was not edited stays what it is: the one that the widget starts with, which
+/// is 23:59:59.000 for durations and the first moment of today for days, and one that was restored.
 class ZELKOGUIBASE_EXPORT DateTimeFilterWidget : public QWidget, public IFilterUI
 {
     Q_OBJECT

@@ -13,6 +13,8 @@ EnumerationFilterWidget<E>::EnumerationFilterWidget(EnumerationFilterCondition<E
 {
     if (condition) {
         connect(condition, &QObject::destroyed, this, &EnumerationFilterWidget::sl_validateFilter);
+        connect(condition, &AbstractFilterCondition::si_filterChanged, this,
+                &EnumerationFilterWidget::sl_validateFilter);
         connect(condition, &AbstractFilterCondition::si_filterContentChanged, this,
                 &EnumerationFilterWidget::sl_filterContentChanged);
     }

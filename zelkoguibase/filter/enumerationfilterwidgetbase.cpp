@@ -13,6 +13,8 @@
 #include <QShortcut>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace ZelkoGUI::Filter {
 namespace {
 
@@ -28,6 +30,14 @@ const QWidget* centralAncestor(const QWidget* widget)
         }
     }
     return widget;
+}
+
+// As many rows as can be taken in at a glance.
+void showManyRows(QListView& list)
+{
+    constexpr int mostRows = 18;
+    const int rows = std::min(list.model()->rowCount(), mostRows);
+    list.resize(list.sizeHint().width(), rows * list.sizeHintForRow(0) + 2 * list.frameWidth());
 }
 
 void centre(QWidget& window, const QWidget& on)
@@ -75,11 +85,13 @@ QListView* EnumerationFilterWidgetBase::makeListView()
     auto* const view = new QListView;
     view->setObjectName(QStringLiteral("ValuesListView"));
     view->setWindowTitle(tr("Select Values to show"));
-    view->setAccessibleName(view->windowTitle());
+    view->setAccessibleName(accessibleName().isEmpty() ? view->windowTitle()
+                                                       : tr("%1: %2").arg(accessibleName(), view->windowTitle()));
     view->setAttribute(Qt::WA_DeleteOnClose);
     view->setWindowModality(Qt::WindowModal);
     view->setModel(model());
     view->setItemDelegate(new CheckItemDelegate(view));
+    showManyRows(*view);
     connect(this, &QObject::destroyed, view, &QObject::deleteLater);
     new QShortcut(QKeySequence::Cancel, view, view, &QWidget::close);
     view->setFocus(); // as soon as its window is active, so that keys find a current row

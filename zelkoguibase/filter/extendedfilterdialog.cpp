@@ -8,17 +8,18 @@
 
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
-#include <reportcore/rgexception.h>
 #include <vornappstartup/cfgcenter.h>
+#include <widgetbase/warningbox.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
+#include <QComboBox>
+#include <QDateTimeEdit>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHash>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 
 #include <algorithm>
@@ -87,6 +88,46 @@ QWidget* centredLabel(const QString& text, QWidget* editor)
     return widget;
 }
 
+// The buttons below have no margin beside them, so the editors end where those do.
+void endWithoutMargin(QWidget& editor)
+{
+    QLayout& row = *editor.layout();
+    QMargins margins = row.contentsMargins();
+    margins.setRight(0);
+    row.setContentsMargins(margins);
+}
+
+// What stands below each other in different rows gets the width of the widest.
+template <typename Part>
+void makeEquallyWide(const QWidget& window, const QString& name = QString())
+{
+    const QList<Part*> parts = window.findChildren<Part*>(name);
+    int width = 0;
+    for (const Part* const part : parts) {
+        width = std::max(width, part->sizeHint().width());
+    }
+    for (Part* const part : parts) {
+        part->setMinimumWidth(width);
+    }
+}
+
+// Whoever does not see the row a part stands in must hear its name. The editors themselves know nothing of columns.
+void nameAfterRow(QWidget& editor, const QString& label)
+{
+    editor.setAccessibleName(label);
+    for (QWidget* const part : editor.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (part->focusPolicy() != Qt::NoFocus) {
+            const auto* const button = qobject_cast<QAbstractButton*>(part);
+            const QString own = part->accessibleName().isEmpty() && button ? button->text() : part->accessibleName();
+            const QString name = ExtendedFilterDialog::tr("%1: %2").arg(label, own);
+            part->setAccessibleName(name);
+            if (qobject_cast<QComboBox*>(part)) {
+                part->setAccessibleDescription(name); // the name that Qt tells of one is its choice, on some systems
+            }
+        }
+    }
+}
+
 } // namespace
 
 class ExtendedFilterDialog::Private
@@ -101,7 +142,6 @@ public:
     QDialogButtonBox* makeButtons();
     void leaveReturnToFocus();
     void followFilters();
-    void warn(const QString& text);
 
     ExtendedFilterDialog* const q;
     QList<QPointer<AbstractFilterCondition>> filters;
@@ -120,6 +160,8 @@ QFormLayout* ExtendedFilterDialog::Private::makeRows(MultiFilterSortProxyModel& 
             addRow(row, model, *form);
         }
     }
+    makeEquallyWide<QDateTimeEdit>(*q);
+    makeEquallyWide<QComboBox>(*q, QStringLiteral("UnitCombobox"));
     return form;
 }
 
@@ -133,7 +175,8 @@ void ExtendedFilterDialog::Private::addRow(const FilterRow& row, MultiFilterSort
     const FilterRow::Editor editor = row.makeEditor(conditions, q);
     editor.widget->setContentsMargins({});
     const QString label = FilterRow::tr(row.label);
-    editor.widget->setAccessibleName(label);
+    nameAfterRow(*editor.widget, label);
+    endWithoutMargin(*editor.widget);
     QWidget* const labelWidget = centredLabel(label, editor.widget);
     form.addRow(labelWidget, editor.widget);
     filterUIs.append(editor.filterUI);
@@ -171,17 +214,6 @@ void ExtendedFilterDialog::Private::followFilters()
         connect(filter, &QObject::destroyed, &lifetime, [this] { q->sl_filterChanged(); });
     }
     q->sl_filterChanged();
-}
-
-// QMessageBox::warning, but for two things: its box would take markup in a text from a file for its own, and it stands
-// on the stack, where this window, going while the box is open, would delete it a second time.
-void ExtendedFilterDialog::Private::warn(const QString& text)
-{
-    const QPointer<QMessageBox> box =
-        new QMessageBox(QMessageBox::Warning, tr("unable to load file"), text, QMessageBox::Ok, q);
-    box->setTextFormat(Qt::PlainText);
-    box->exec();
-    delete box;
 }
 
 ExtendedFilterDialog::ExtendedFilterDialog(MultiFilterSortProxyModel* model, const QFlags<enFilterColumn>& columns,
@@ -224,17 +256,14 @@ bool ExtendedFilterDialog::hasActiveFilter() const
 
 void ExtendedFilterDialog::enableInterfaceFilter(bool enable)
 {
-    bool hasInterfaceFilter = false;
     for (const auto& filter : std::as_const(d->filters)) {
         if (filter && filter->filterKeyColumn() == ZelkoCommon::AbstractRecordListModel::InterfaceColumn) {
             filter->setEnabled(enable);
-            hasInterfaceFilter = true;
         }
     }
     if (const auto row = d->rows.constFind(InterfaceColumn); row != d->rows.cend()) {
         row->first->setVisible(enable);
         row->second->setVisible(enable);
-        row->second->setEnabled(enable && hasInterfaceFilter);
     }
 }
 
@@ -287,7 +316,8 @@ void ExtendedFilterDialog::sl_restoreFilterSettings()
         rememberFolderOf(fileName);
     } catch (const RGException& exception) {
         traceException("loading", exception, __LINE__);
-        d->warn(exception.GetMessage());
+        guiHelper::warn(this, tr("unable to load file"), exception.GetMessage(), QMessageBox::Ok,
+                        filterfile::Failure::reasonOf(exception));
     }
 }
 

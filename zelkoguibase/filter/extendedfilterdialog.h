@@ -19,10 +19,11 @@ class MultiFilterSortProxyModel;
 /// from one. The conditions belong to the proxy and stay in force while the window is closed, and when it is gone. The
 /// object name of a condition is its name in filter files.
 ///
-/// A filter file is a FilterConditionList with the ID "ExtendedRecordListFilter". One that cannot be read, or is none
-/// of this window, is refused with a warning, and no filter changes. One that was saved by a window with other rows is
-/// taken as far as it goes: entries without a row are ignored, rows without an entry stay as they are. The folder of
-/// the file that was last saved or restored is kept in the user's configuration as "ExtendedRecordListFilterFolder".
+/// A filter file is a FilterConditionList with the ID "ExtendedRecordListFilter". One that cannot be read, has a
+/// pattern that is too complex, or is none of this window, is refused with a warning, and no filter changes. One that
+/// was saved by a window with other rows is taken as far as it goes: entries without a row are ignored, rows without an
+/// entry stay as they are. The folder of the file that was last saved or restored is kept in the user's configuration
+/// as "ExtendedRecordListFilterFolder".
 ///
 /// Files are saved with ".xml" behind the name that was chosen, if it does not end so. A file that has the longer name
 /// already is replaced unasked, for the user was asked about the name that he chose. A file that cannot be saved is

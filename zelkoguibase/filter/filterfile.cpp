@@ -1,8 +1,10 @@
 #include "filterfile_p.h"
 
+#include <zelkoguibase/filter/extendedfilterdialog.h>
+#include <zelkoguibase/filter/stringfiltercondition.h>
+
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
-#include <reportcore/rgexception.h>
 #include <zelkobase/data/filterconditionlist.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
@@ -14,26 +16,32 @@ namespace {
 
 const QLatin1String fileID("ExtendedRecordListFilter");
 
-void trace(ErrorHandler::TraceBit bit, const QString& text, int line)
+// The text is made only if it is wanted.
+template <typename MakeText>
+void trace(ErrorHandler::TraceBit bit, const MakeText& makeText, int line)
 {
     if (ErrorHandler::Instance()->traces(bit)) {
-        _Q_Trace(text, __FILE__, line);
+        _Q_Trace(makeText(), __FILE__, line);
     }
 }
 
 void traceDeleted(int line)
 {
-    trace(ErrorHandler::TraceError,
-          QStringLiteral("ExtendedFilterDialog: a filter has been deleted while the dialog is still open"), line);
+    const auto text = [] {
+        return QStringLiteral("ExtendedFilterDialog: a filter has been deleted while the dialog is still open");
+    };
+    trace(ErrorHandler::TraceError, text, line);
 }
 
-// The data class names the file in front of some reasons, and quotes names of elements, which may be of any length.
-QString withReason(const QString& failure, const QString& fileName, const QString& reason)
+// The data class names the file in front of some reasons. Names that reasons quote may be of any length.
+QString reasonOf(const RGException& exception, const QString& fileName)
 {
     constexpr qsizetype longestReason = 300;
-    const QString named = reason.startsWith(fileName) ? reason : fileName + QStringLiteral(": ") + reason;
-    const qsizetype longest = fileName.size() + longestReason;
-    return failure + (named.size() > longest ? named.first(longest) + QStringLiteral("...") : named);
+    QString reason = exception.GetMessage();
+    if (const QString where = fileName + QStringLiteral(": "); reason.startsWith(where)) {
+        reason.remove(0, where.size());
+    }
+    return reason.size() > longestReason ? reason.first(longestReason) + QStringLiteral("...") : reason;
 }
 
 // Carries out an operation of the data class, which may fail with a reason or without one.
@@ -44,20 +52,37 @@ void carryOut(const Operation& operation, const QString& failure, const QString&
     try {
         done = operation();
     } catch (const RGException& exception) {
-        throw RGException(withReason(failure, fileName, exception.GetMessage()));
+        const QString reason = reasonOf(exception, fileName);
+        const auto text = [&] { return QStringLiteral("RGException: %1:%2").arg(exception.GetOrigin(), reason); };
+        trace(ErrorHandler::TraceError, text, __LINE__);
+        throw Failure(failure + fileName, reason);
     }
     if (!done) {
-        throw RGException(failure + fileName);
+        throw Failure(failure + fileName);
     }
+}
+
+// Such a pattern would pass nothing, and whoever restores a filter could not tell why.
+bool hasBearablePatterns(const FilterConditionList& list)
+{
+    for (const ZELKO_XML::FilterCondition& entry : list.GetFilterCondition()) {
+        if (entry.IsStringFilterSet() && StringFilterCondition::isTooComplex(entry.GetStringFilter())) {
+            throw RGException(QStringLiteral("FilterConditionList"),
+                              ExtendedFilterDialog::tr("the pattern of %1 is too complex").arg(entry.GetName()));
+        }
+    }
+    return true;
 }
 
 FilterConditionList loaded(const QString& fileName)
 {
     FilterConditionList list;
-    carryOut([&] { return list.LoadXml(fileName); }, QStringLiteral("filter could not be loaded from "), fileName);
+    const QString failure = ExtendedFilterDialog::tr("filter could not be loaded from ");
+    carryOut([&] { return list.LoadXml(fileName); }, failure, fileName);
     if (list.IsIDSet() && list.GetID() != fileID) {
-        throw RGException(QStringLiteral("filter file is not applicable"));
+        throw Failure(ExtendedFilterDialog::tr("filter file is not applicable"));
     }
+    carryOut([&] { return hasBearablePatterns(list); }, failure, fileName);
     return list;
 }
 
@@ -71,12 +96,11 @@ void restoreOne(AbstractFilterCondition& condition, const FilterConditionList& l
 {
     // Whoever follows the condition may drop it.
     const QString name = condition.objectName();
-    if (isLocked(condition) || condition.readFromXml(list)) {
-        return;
-    }
-    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
-        _Q_Trace(QStringLiteral("ExtendedFilterDialog: filter %1 could not be loaded from %2").arg(name, fileName),
-                 __FILE__, __LINE__);
+    if (!isLocked(condition) && !condition.readFromXml(list)) {
+        const auto text = [&] {
+            return QStringLiteral("ExtendedFilterDialog: filter %1 could not be loaded from %2").arg(name, fileName);
+        };
+        trace(ErrorHandler::TraceWarning, text, __LINE__);
     }
 }
 
@@ -93,7 +117,8 @@ void save(const Conditions& conditions, const QString& fileName)
             traceDeleted(__LINE__);
         }
     }
-    carryOut([&] { return list.SaveXml(fileName); }, QStringLiteral("filter could not be saved to "), fileName);
+    carryOut([&] { return list.SaveXml(fileName); }, ExtendedFilterDialog::tr("filter could not be saved to "),
+             fileName);
 }
 
 // The list of conditions is a copy: it outlives the window, should one of those who follow a condition close that.

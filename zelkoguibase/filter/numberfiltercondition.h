@@ -12,6 +12,10 @@ namespace ZelkoGUI::Filter {
 ///
 /// Durations are compared as times of day, as the record model hands them out. A saved `double` keeps six significant
 /// digits.
+///
+/// A saved limit names the type of its value. It is written for whoever reads the file; a condition that reads it goes
+/// by its own T alone, so a whole number serves as a `double`. A text that says nothing for T becomes 0, the epoch or
+/// an invalid time.
 template <typename T>
 class NumberFilterCondition : public AbstractFilterCondition, public NumberComparison
 {
@@ -34,7 +38,7 @@ public:
     void setComparator(const Comparator& comparator);
 
 protected:
-    /// A comparator that is not known counts as `NotEqual`. The type that the entry names is not looked at.
+    /// A comparator that is not known counts as `NotEqual`. The value is read as a T, whatever type the entry names.
     bool readFromXml(const ZELKO_XML::FilterCondition& source, bool& changed) override;
     void writeToXml(ZELKO_XML::FilterCondition& target) const override;
 

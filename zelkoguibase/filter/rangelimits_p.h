@@ -38,6 +38,17 @@ struct RangeLimits
         upper.load();
     }
 
+    /// As of each limit.
+    template <typename Widget>
+    void connectTo(Widget* widget, void (Widget::*validateFilter)(), void (Widget::*loadContent)()) const
+    {
+        lower.connectTo(widget, validateFilter, loadContent);
+        upper.connectTo(widget, validateFilter, loadContent);
+    }
+
+    /// As of each limit.
+    [[nodiscard]] auto blockSignals() const { return std::array{lower.blockSignals(), upper.blockSignals()}; }
+
     /// Nothing happens in a widget that stayed empty.
     void switchOff() const
     {
@@ -54,7 +65,7 @@ struct RangeLimits
 
 inline QCheckBox* makeLimitCheck(const QString& text, const QString& name, QWidget* parent)
 {
-    auto* const check = new QCheckBox(text, parent);
+    auto* const check = new FramedCheckBox(text, parent);
     check->setObjectName(name);
     return check;
 }

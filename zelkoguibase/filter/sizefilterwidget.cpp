@@ -143,9 +143,7 @@ void SizeFilterWidget::addUnits(QHBoxLayout* row)
 
 void SizeFilterWidget::connectChildren()
 {
-    for (const auto& limit : {d->limits.lower, d->limits.upper}) {
-        limit.connectTo(this, &SizeFilterWidget::sl_validateFilter, &SizeFilterWidget::sl_filterContentChanged);
-    }
+    d->limits.connectTo(this, &SizeFilterWidget::sl_validateFilter, &SizeFilterWidget::sl_filterContentChanged);
     connect(d->limits.lower.editor, &QLineEdit::textChanged, this, &SizeFilterWidget::sl_bottomChanged);
     connect(d->limits.upper.editor, &QLineEdit::textChanged, this, &SizeFilterWidget::sl_topChanged);
     if (d->unitCombo) {
@@ -189,8 +187,7 @@ void SizeFilterWidget::sl_filterContentChanged()
         setEnabled(false);
         return;
     }
-    const auto lowerBlocked = d->limits.lower.blockSignals();
-    const auto upperBlocked = d->limits.upper.blockSignals();
+    const auto limitsBlocked = d->limits.blockSignals();
     const QSignalBlocker unitBlocked(d->unitCombo);
     d->limits.load();
     d->allowUnits(); // the check boxes are blocked, so nobody else would

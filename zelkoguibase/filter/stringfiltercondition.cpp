@@ -1,6 +1,7 @@
 #include <zelkoguibase/filter/stringfiltercondition.h>
 
-#include <zelkoguibase/filter/patternmatcher_p.h>
+#include "patterncomplexity_p.h"
+#include "patternmatcher_p.h"
 
 #include <zelkobase/data/filtercondition.h>
 
@@ -38,31 +39,36 @@ std::optional<Syntax> syntaxForFile(QRegExp::PatternSyntax syntax)
     }
 }
 
-QRegExp storedExpression(const ZELKO_XML::StringFilter& filter)
-{
-    return QRegExp(filter.GetPattern(), filter.GetCaseSensitive() ? Qt::CaseSensitive : Qt::CaseInsensitive,
-                   syntaxOfFile(filter.GetPatternSyntax()));
-}
-
 } // namespace
 
 class StringFilterCondition::Private
 {
 public:
     /// False if that is the present expression.
-    bool replace(const QRegExp& expression);
+    bool replace(const QString& pattern, Qt::CaseSensitivity cs, QRegExp::PatternSyntax syntax);
+
+    bool isFoundIn(const QString& text) const { return matcher && matcher->isFoundIn(text); }
 
     QRegExp regExp;
-    PatternMatcher matcher{regExp};
+    std::optional<PatternMatcher> matcher = PatternMatcher(regExp); // none where the pattern is too complex
 };
 
-bool StringFilterCondition::Private::replace(const QRegExp& expression)
+// Setters, unlike constructors and copies, leave an expression a text until something is matched.
+bool StringFilterCondition::Private::replace(const QString& pattern, Qt::CaseSensitivity cs,
+                                             QRegExp::PatternSyntax syntax)
 {
+    QRegExp expression;
+    expression.setPattern(pattern);
+    expression.setCaseSensitivity(cs);
+    expression.setPatternSyntax(syntax);
     if (expression == regExp) {
         return false;
     }
-    regExp = expression;
-    matcher = PatternMatcher(regExp);
+    regExp.swap(expression);
+    matcher.reset();
+    if (!Filter::isTooComplex(pattern, syntax)) {
+        matcher.emplace(regExp);
+    }
     return true;
 }
 
@@ -80,14 +86,19 @@ bool StringFilterCondition::passes(const QVariant& value) const
     }
     // Most cells are texts, which need not be copied.
     if (value.metaType() == QMetaType::fromType<QString>()) {
-        return d->matcher.isFoundIn(*static_cast<const QString*>(value.constData()));
+        return d->isFoundIn(*static_cast<const QString*>(value.constData()));
     }
-    return d->matcher.isFoundIn(value.toString());
+    return d->isFoundIn(value.toString());
 }
 
 bool StringFilterCondition::filterActive() const
 {
     return enabled() && !d->regExp.isEmpty();
+}
+
+bool StringFilterCondition::isTooComplex(const ZELKO_XML::StringFilter& filter)
+{
+    return Filter::isTooComplex(filter.GetPattern(), syntaxOfFile(filter.GetPatternSyntax()));
 }
 
 QString StringFilterCondition::pattern() const
@@ -107,7 +118,7 @@ QRegExp::PatternSyntax StringFilterCondition::patternSyntax() const
 
 void StringFilterCondition::setRegExp(const QString& pattern, Qt::CaseSensitivity cs, QRegExp::PatternSyntax syntax)
 {
-    if (d->replace(QRegExp(pattern, cs, syntax))) {
+    if (d->replace(pattern, cs, syntax)) {
         contentChanged();
     }
 }
@@ -132,14 +143,17 @@ bool StringFilterCondition::readFromXml(const ZELKO_XML::FilterCondition& source
     if (!source.IsStringFilterSet()) {
         return false;
     }
-    changed = d->replace(storedExpression(source.GetStringFilter()));
+    const ZELKO_XML::StringFilter& filter = source.GetStringFilter();
+    changed = d->replace(filter.GetPattern(), filter.GetCaseSensitive() ? Qt::CaseSensitive : Qt::CaseInsensitive,
+                         syntaxOfFile(filter.GetPatternSyntax()));
     return true;
 }
 
 void StringFilterCondition::writeToXml(ZELKO_XML::FilterCondition& target) const
 {
     ZELKO_XML::StringFilter filter;
-    filter.SetPattern(ZELKO_XML::StringFilter::IsValidPattern(pattern()) ? pattern() : QString());
+    const bool canBeKept = d->matcher && ZELKO_XML::StringFilter::IsValidPattern(pattern());
+    filter.SetPattern(canBeKept ? pattern() : QString());
     filter.SetCaseSensitive(caseSensitive() == Qt::CaseSensitive);
     if (const std::optional<Syntax> syntax = syntaxForFile(patternSyntax())) {
         filter.SetPatternSyntax(*syntax);

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "framedcheckbox_p.h"
+
 #include <zelkoguibase/filter/abstractfiltercondition.h>
 
-#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QPointer>
 #include <QSignalBlocker>
@@ -14,7 +15,7 @@ namespace ZelkoGUI::Filter {
 /// A check box without a text.
 inline QCheckBox* makeEnableCheck(const QString& spokenName, QWidget* parent)
 {
-    auto* const check = new QCheckBox(parent);
+    auto* const check = new FramedCheckBox(parent);
     check->setObjectName(QStringLiteral("EnableFilter"));
     check->setAccessibleName(spokenName);
     return check;

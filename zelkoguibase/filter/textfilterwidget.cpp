@@ -1,9 +1,10 @@
 #include <zelkoguibase/filter/textfilterwidget.h>
 
+#include "framedcheckbox_p.h"
+
 #include <zelkoguibase/filter/lineeditex.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QPointer>
@@ -65,7 +66,7 @@ QComboBox* makeSyntaxBox(QWidget* parent)
 
 QCheckBox* makeCaseCheck(QWidget* parent)
 {
-    auto* const check = new QCheckBox(TextFilterWidget::tr("Case Sensitive"), parent);
+    auto* const check = new FramedCheckBox(TextFilterWidget::tr("Case Sensitive"), parent);
     check->setObjectName(QStringLiteral("CaseSensitiveCheckbox"));
     return check;
 }
