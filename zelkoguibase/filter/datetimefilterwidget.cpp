@@ -165,23 +165,15 @@ void DateTimeFilterWidget::sl_topDateTimeChanged(const QDateTime& dateTime)
 
 void DateTimeFilterWidget::sl_validateFilter()
 {
-    if (!d->limits.conditionsLive()) {
-        setEnabled(false);
-        return;
-    }
-    d->limits.validate();
+    d->limits.validateIn(this);
 }
 
 void DateTimeFilterWidget::sl_filterContentChanged()
 {
-    if (!d->limits.conditionsLive()) {
-        setEnabled(false);
-        return;
-    }
-    const auto blocked = d->limits.blockSignals();
-    d->limits.load();
-    d->loadEditor(d->limits.lower);
-    d->loadEditor(d->limits.upper);
+    d->limits.loadIn(this, [this] {
+        d->loadEditor(d->limits.lower);
+        d->loadEditor(d->limits.upper);
+    });
 }
 
 void DateTimeFilterWidget::resetFilter()
