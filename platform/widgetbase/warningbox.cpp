@@ -1,6 +1,7 @@
 #include <widgetbase/warningbox.h>
 
 #include <QPointer>
+#include <QTextDocument>
 
 namespace guiHelper {
 namespace {

@@ -108,10 +108,12 @@ void BooleanButtonFilterWidgetTest::saysTheFlagInItsOwnWords()
     Editor editor;
     editor.widget->setLabels({QStringLiteral("no"), noIcon()}, {QStringLiteral("yes"), yesIcon()});
     QCOMPARE(editor.button.text(), QStringLiteral("yes"));
+    QCOMPARE(editor.button.accessibleDescription(), QStringLiteral("yes"));
     QCOMPARE(picture(editor.button.icon()), picture(yesIcon()));
     click(editor.enable);
     click(editor.button);
     QCOMPARE(editor.button.text(), QStringLiteral("no"));
+    QCOMPARE(editor.button.accessibleDescription(), QStringLiteral("no"));
     QCOMPARE(picture(editor.button.icon()), picture(noIcon()));
 }
 

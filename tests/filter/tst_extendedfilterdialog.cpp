@@ -3,15 +3,11 @@
 #include "differentrecords.h"
 #include "filterwindow.h"
 #include "iconpicture.h"
-#include "menuanswer.h"
 
-#include <console/hands/operatorhands.h>
 #include <resources/zelkoicons.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
 
-#include <QAccessible>
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QScrollBar>
 
 #include <functional>
@@ -25,11 +21,6 @@ using Record = ZELKO_XML::ZELKO_RecordData;
 namespace {
 
 using Hands = std::function<void(FilterWindow&)>;
-
-bool canHaveFocus(const QWidget& widget)
-{
-    return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus) != 0;
-}
 
 } // namespace
 
@@ -66,15 +57,6 @@ private Q_SLOTS:
     void aNewWindowPassesNothingUntilItsValuesAreSelected();
     void theWindowMayGoWhileItsFileDialogIsOpen_data();
     void theWindowMayGoWhileItsFileDialogIsOpen();
-
-    void canBeWorkedWithKeysAlone();
-    void returnPressesNothingButTheButtonWithTheFocus();
-    void theMenuKeyOpensTheMenuOfAField_data();
-    void theMenuKeyOpensTheMenuOfAField();
-    void everyRowIsFilteredByKeysAlone_data();
-    void everyRowIsFilteredByKeysAlone();
-    void everythingHasAnAccessibleNameThatSaysItsRow();
-    void theListOfValuesIsNamedAfterItsRow();
     void theListShowsFewValuesAtOnceAndManyWithAScrollBar();
 };
 
@@ -403,169 +385,6 @@ void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen()
     const ZelkoConsole::DialogAnswer answer([&window](QWidget*) { window.closeForGood(); });
     QTimer::singleShot(0, window.button(button), &QPushButton::click);
     QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
-}
-
-void ExtendedFilterDialogTest::canBeWorkedWithKeysAlone()
-{
-    FilterWindow window;
-    QList<QWidget*> reached;
-    QWidget* const first = window.dialog().focusWidget();
-    do {
-        reached << QApplication::focusWidget();
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    } while (QApplication::focusWidget() != first && reached.size() < 100);
-    for (QWidget* const child : window.dialog().findChildren<QWidget*>()) {
-        QVERIFY2(!canHaveFocus(*child) || reached.contains(child), qPrintable(child->objectName()));
-    }
-    // Rows come from the top to the bottom.
-    int lowest = 0;
-    for (QWidget* const widget : std::as_const(reached)) {
-        const int top = widget->mapTo(&window.dialog(), QPoint(0, widget->height() / 2)).y();
-        QVERIFY(top >= lowest - widget->height() / 2);
-        lowest = top;
-    }
-}
-
-void ExtendedFilterDialogTest::returnPressesNothingButTheButtonWithTheFocus()
-{
-    FilterWindow window;
-    const QString editor = QStringLiteral("NameFilterWidget");
-    window.type(editor, QStringLiteral("TextEdit"), QStringLiteral("band"));
-    auto* const edit = window.part<QLineEdit>(editor, QStringLiteral("TextEdit"));
-    const QMap<QString, QString> typed = window.state();
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-        QTest::keyClick(edit, key);
-        QCOMPARE(window.state(), typed);
-        QVERIFY(window.dialog().isVisible());
-    }
-    for (QPushButton* const button : window.dialog().findChildren<QPushButton*>()) {
-        QVERIFY2(!button->isDefault(), qPrintable(button->objectName()));
-    }
-    QPushButton* const reset = window.button(QStringLiteral("ResetAllFilterButton"));
-    reset->setFocus();
-    QTest::keyClick(reset, Qt::Key_Return);
-    QVERIFY(!window.dialog().hasActiveFilter());
-}
-
-void ExtendedFilterDialogTest::theMenuKeyOpensTheMenuOfAField_data()
-{
-    QTest::addColumn<QString>("editor");
-    QTest::addColumn<QString>("box");
-    QTest::addColumn<QString>("field");
-
-    const QString lower = QStringLiteral("LowerLimitCheckbox");
-    QTest::newRow("a text") << QStringLiteral("NameFilterWidget") << QStringLiteral("CaseSensitiveCheckbox")
-                            << QStringLiteral("TextEdit");
-    QTest::newRow("a number") << QStringLiteral("SizeFilterWidget") << lower << QStringLiteral("LowerLimitEdit");
-    QTest::newRow("a duration") << QStringLiteral("DurationFilterWidget") << lower
-                                << QStringLiteral("LowerLimitTimeEdit");
-    QTest::newRow("a day") << QStringLiteral("StartTimeFilterWidget") << lower
-                           << QStringLiteral("LowerLimitDateTimeEdit");
-}
-
-void ExtendedFilterDialogTest::theMenuKeyOpensTheMenuOfAField()
-{
-    QFETCH(QString, editor);
-    QFETCH(QString, box);
-    QFETCH(QString, field);
-    FilterWindow window;
-    window.check(editor, box);
-    window.part<QWidget>(editor, field)->setFocus();
-    QStringList entries;
-    const MenuAnswer answer([&](QMenu& menu) {
-        entries = MenuAnswer::texts(menu);
-        QTest::keyClick(&menu, Qt::Key_Escape);
-    });
-    ZelkoConsole::operatorhands::pressMenuKey();
-    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
-    QVERIFY2(!entries.filter(QStringLiteral("Select All")).isEmpty(), qPrintable(entries.join(u',')));
-    QVERIFY(window.dialog().isVisible());
-}
-
-void ExtendedFilterDialogTest::everyRowIsFilteredByKeysAlone_data()
-{
-    QTest::addColumn<QString>("editor");
-    QTest::addColumn<QString>("part");
-    QTest::addColumn<Qt::Key>("key");
-
-    for (const char* const text : {"Name", "RecordID"}) {
-        QTest::newRow(text) << QString::fromLatin1(text) << QStringLiteral("TextEdit") << Qt::Key_X;
-    }
-    for (const char* const range :
-         {"Size", "StartTime", "StopTime", "Duration", "Frequency", "Bandwidth", "SampleRate"}) {
-        QTest::addRow("from %s", range) << QString::fromLatin1(range) << QStringLiteral("LowerLimitCheckbox")
-                                        << Qt::Key_Space;
-        QTest::addRow("to %s", range) << QString::fromLatin1(range) << QStringLiteral("UpperLimitCheckbox")
-                                      << Qt::Key_Space;
-    }
-    QTest::newRow("Deletable") << QStringLiteral("Deletable") << QStringLiteral("EnableFilter") << Qt::Key_Space;
-    for (const char* const values : {"DataRate", "DataFormat", "Status", "Interface"}) {
-        QTest::newRow(values) << QString::fromLatin1(values) << QStringLiteral("SelectButton") << Qt::Key_Return;
-    }
-}
-
-// From the first field to that of the row with the Tab key, and through the list of values, where there is one.
-void ExtendedFilterDialogTest::everyRowIsFilteredByKeysAlone()
-{
-    QFETCH(QString, editor);
-    QFETCH(QString, part);
-    QFETCH(Qt::Key, key);
-    FilterWindow window;
-    const QWidget* const wanted = window.part<QWidget>(editor + QStringLiteral("FilterWidget"), part);
-    for (int i = 0; i < 100 && QApplication::focusWidget() != wanted; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    }
-    QCOMPARE(QApplication::focusWidget(), wanted);
-    QTest::keyClick(QApplication::focusWidget(), key);
-    if (const QPointer<QListView> list = editorhands::openList(); list) {
-        list->activateWindow();
-        QTRY_VERIFY_WITH_TIMEOUT(list->hasFocus(), patience);
-        QTest::keyClick(list, Qt::Key_End);
-        QTest::keyClick(list, Qt::Key_Space);
-        QTest::keyClick(list, Qt::Key_Escape);
-        QTRY_VERIFY_WITH_TIMEOUT(!list, patience);
-    }
-    QVERIFY(window.dialog().hasActiveFilter());
-    QVERIFY(window.dialog().isVisible());
-    QVERIFY(window.canReset());
-}
-
-void ExtendedFilterDialogTest::everythingHasAnAccessibleNameThatSaysItsRow()
-{
-    FilterWindow window;
-    const auto nameOf = [](QWidget* widget) {
-        QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(widget);
-        return interface ? interface->text(QAccessible::Name) : QString();
-    };
-    QSet<QString> names;
-    for (int row = 0; row < window.form()->rowCount(); ++row) {
-        QWidget* const editor = window.cell(row, QFormLayout::FieldRole);
-        const QString label = window.cell(row, QFormLayout::LabelRole)->findChild<QLabel*>()->text();
-        QCOMPARE(nameOf(editor), label);
-        for (QWidget* const part : editor->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-            if ((part->focusPolicy() & Qt::TabFocus) != 0) {
-                const QString name = qobject_cast<QComboBox*>(part) ? part->accessibleDescription() : nameOf(part);
-                QCOMPARE(part->accessibleName(), name);
-                QVERIFY2(name.startsWith(label + QStringLiteral(": ")) && name.size() > label.size() + 2,
-                         qPrintable(part->objectName() + QStringLiteral(" is called ") + name));
-                QVERIFY2(!names.contains(name), qPrintable(name));
-                names.insert(name);
-            }
-        }
-    }
-    for (QPushButton* const button : window.dialog().findChild<QDialogButtonBox*>()->findChildren<QPushButton*>()) {
-        QVERIFY(!nameOf(button).isEmpty());
-    }
-}
-
-void ExtendedFilterDialogTest::theListOfValuesIsNamedAfterItsRow()
-{
-    FilterWindow window;
-    const QPointer<QListView> list = window.openValues(QStringLiteral("DataRateFilterWidget"));
-    QVERIFY(list);
-    QCOMPARE(list->accessibleName(), QStringLiteral("Data Rate: Select Values to show"));
-    QCOMPARE(list->windowTitle(), QStringLiteral("Select Values to show"));
-    list->close();
 }
 
 void ExtendedFilterDialogTest::theListShowsFewValuesAtOnceAndManyWithAScrollBar()

@@ -63,7 +63,7 @@ void carryOut(const Operation& operation, const QString& failure, const QString&
 }
 
 // Such a pattern would pass nothing, and whoever restores a filter could not tell why.
-bool hasBearablePatterns(const FilterConditionList& list)
+void refuseComplexPatterns(const FilterConditionList& list)
 {
     for (const ZELKO_XML::FilterCondition& entry : list.GetFilterCondition()) {
         if (entry.IsStringFilterSet() && StringFilterCondition::isTooComplex(entry.GetStringFilter())) {
@@ -71,7 +71,6 @@ bool hasBearablePatterns(const FilterConditionList& list)
                               ExtendedFilterDialog::tr("the pattern of %1 is too complex").arg(entry.GetName()));
         }
     }
-    return true;
 }
 
 FilterConditionList loaded(const QString& fileName)
@@ -82,7 +81,11 @@ FilterConditionList loaded(const QString& fileName)
     if (list.IsIDSet() && list.GetID() != fileID) {
         throw Failure(ExtendedFilterDialog::tr("filter file is not applicable"));
     }
-    carryOut([&] { return hasBearablePatterns(list); }, failure, fileName);
+    const auto checkPatterns = [&] {
+        refuseComplexPatterns(list);
+        return true;
+    };
+    carryOut(checkPatterns, failure, fileName);
     return list;
 }
 
