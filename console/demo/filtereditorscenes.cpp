@@ -30,11 +30,7 @@ constexpr int cellRole = ZelkoCommon::AbstractRecordListModel::ValueRole;
 
 QList<QPair<Status, QString>> statuses()
 {
-    QList<QPair<Status, QString>> all;
-    for (const QString& name : ZELKO_XML::ZELKO_RecordData::GetGUIRecordStatuss()) {
-        all.append({static_cast<Status>(all.size()), name});
-    }
-    return all;
+    return EnumerationFilterWidget<Status>::numbered(ZELKO_XML::ZELKO_RecordData::GetGUIRecordStatuss());
 }
 
 /// One editor of each kind below the other, each with conditions of its own.

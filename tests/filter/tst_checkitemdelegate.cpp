@@ -3,6 +3,7 @@
 #include <zelkoguibase/filter/checkitemdelegate.h>
 
 #include <QListView>
+#include <QMouseEvent>
 #include <QStandardItemModel>
 #include <QStyle>
 #include <QtTest>
@@ -56,6 +57,13 @@ struct List
     QStandardItem* const item;
 };
 
+/// Takes events from whoever has them, as it takes those of its list.
+struct OpenDelegate : CheckItemDelegate
+{
+    using CheckItemDelegate::CheckItemDelegate;
+    using CheckItemDelegate::editorEvent;
+};
+
 } // namespace
 
 class CheckItemDelegateTest : public QObject
@@ -71,6 +79,7 @@ private Q_SLOTS:
     void leavesItemsAlone_data();
     void leavesItemsAlone();
     void leavesItemsWithoutABoxAlone();
+    void leavesADisabledListAlone_data();
     void leavesADisabledListAlone();
     void boxesStandOutFromTheList_data();
     void boxesStandOutFromTheList();
@@ -147,12 +156,30 @@ void CheckItemDelegateTest::leavesItemsWithoutABoxAlone()
     QVERIFY(!list.item->data(Qt::CheckStateRole).isValid());
 }
 
+void CheckItemDelegateTest::leavesADisabledListAlone_data()
+{
+    QTest::addColumn<QStyle::State>("state");
+    QTest::addColumn<Qt::CheckState>("checked");
+    QTest::newRow("an enabled one is toggled") << QStyle::State(QStyle::State_Enabled) << Qt::Checked;
+    QTest::newRow("a disabled one is not") << QStyle::State(QStyle::State_None) << Qt::Unchecked;
+}
+
+// A list view that is disabled keeps its events to itself, other views need not.
 void CheckItemDelegateTest::leavesADisabledListAlone()
 {
+    QFETCH(QStyle::State, state);
+    QFETCH(Qt::CheckState, checked);
     List list;
-    list.view.setEnabled(false);
-    list.press(list.besideTheText());
-    QCOMPARE(list.item->checkState(), Qt::Unchecked);
+    OpenDelegate delegate(nullptr);
+    QStyleOptionViewItem option;
+    option.initFrom(&list.view);
+    option.widget = &list.view;
+    option.rect = list.row();
+    option.state = state;
+    const QPointF place(list.besideTheText());
+    QMouseEvent press(QEvent::MouseButtonPress, place, place, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCOMPARE(delegate.editorEvent(&press, &list.model, option, list.model.index(0, 0)), checked == Qt::Checked);
+    QCOMPARE(list.item->checkState(), checked);
 }
 
 void CheckItemDelegateTest::boxesStandOutFromTheList_data()

@@ -122,6 +122,7 @@ private Q_SLOTS:
     void theCalendarIsWorkedByKeysAlone_data();
     void theCalendarIsWorkedByKeysAlone();
     void isDisabledWhenAConditionIsGone();
+    void aLimitThatIsLeftStaysOn();
     void isDisabledWithoutConditions();
     void slotsForTheOtherKindOfLimitDoNothing();
 };
@@ -222,6 +223,9 @@ void DateTimeFilterWidgetTest::theLowerDayCountsFromItsBegin()
     QCOMPARE(editor.lower->value(), QDateTime(someDay, QTime(0, 0)));
     QVERIFY(editor.lower->passes(QDateTime(someDay, QTime(0, 0))));
     QVERIFY(!editor.lower->passes(QDateTime(someDay.addDays(-1), QTime(23, 59, 59, 999))));
+    QVERIFY(QMetaObject::invokeMethod(editor.widget, "sl_bottomDateTimeChanged",
+                                      Q_ARG(QDateTime, QDateTime(someDay.addDays(1), QTime(12, 30)))));
+    QCOMPARE(editor.lower->value(), QDateTime(someDay.addDays(1), QTime(0, 0)));
 }
 
 void DateTimeFilterWidgetTest::takesADayFromTheCalendar()
@@ -377,6 +381,17 @@ void DateTimeFilterWidgetTest::isDisabledWhenAConditionIsGone()
     isDisabledWithoutThe(&TimeEditor::upper);
     isDisabledWithoutThe(&DayEditor::lower);
     isDisabledWithoutThe(&DayEditor::upper);
+}
+
+void DateTimeFilterWidgetTest::aLimitThatIsLeftStaysOn()
+{
+    TimeEditor editor;
+    click(editor.lowerCheck);
+    click(editor.upperCheck);
+    delete editor.lower;
+    static_cast<IFilterUI*>(editor.widget)->resetFilter();
+    QVERIFY(editor.upper->enabled());
+    QCOMPARE(editor.upper->value(), QTime(23, 59, 59));
 }
 
 void DateTimeFilterWidgetTest::isDisabledWithoutConditions()

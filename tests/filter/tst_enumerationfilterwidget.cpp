@@ -109,6 +109,7 @@ private Q_SLOTS:
 
     void hasItsParts();
     void hasAllKindsOfEnumerations();
+    void numbersNamesByTheirPlace();
     void startsWithAllValues();
     void switchesTheConditionOnAtOnceAndFillsItNext();
     void isDisabledWhileItsConditionIsOff();
@@ -172,6 +173,18 @@ void EnumerationFilterWidgetTest::hasAllKindsOfEnumerations()
     QVERIFY(hasThem(Data::DataRate{}));
     QVERIFY(hasThem(Data::Interface{}));
     QVERIFY(hasThem(Data::RecordStatus{}));
+}
+
+void EnumerationFilterWidgetTest::numbersNamesByTheirPlace()
+{
+    const QStringList names = ZELKO_XML::ZELKO_RecordData::GetGUIRecordStatuss();
+    const auto values = EnumerationFilterWidget<Status>::numbered(names);
+    QCOMPARE(values.size(), names.size());
+    for (int number = 0; number < names.size(); ++number) {
+        QCOMPARE(static_cast<int>(values[number].first), number);
+        QCOMPARE(values[number].second, names[number]);
+    }
+    QVERIFY(EnumerationFilterWidget<Status>::numbered({}).isEmpty());
 }
 
 void EnumerationFilterWidgetTest::startsWithAllValues()

@@ -51,7 +51,10 @@ private Q_SLOTS:
     void aWindowWithoutTheRowHasNoInterfaceFilter();
 
     void aDeletedConditionIsPassedBy();
+    void aLimitThatIsLeftOfARangeStaysInForce();
     void aDeletedModelLeavesAnIdleWindow();
+    void theModelMayBelongToTheWindow();
+    void aNewWindowPassesNothingUntilItsValuesAreSelected();
     void theWindowMayGoWhileItsFileDialogIsOpen_data();
     void theWindowMayGoWhileItsFileDialogIsOpen();
     void theListShowsFewValuesAtOnceAndManyWithAScrollBar();
@@ -316,6 +319,22 @@ void ExtendedFilterDialogTest::aDeletedConditionIsPassedBy()
     QVERIFY(!window.canReset());
 }
 
+void ExtendedFilterDialogTest::aLimitThatIsLeftOfARangeStaysInForce()
+{
+    FilterWindow window(FilterWindow::allColumns(), twoRecords());
+    const QString editor = QStringLiteral("SizeFilterWidget");
+    window.check(editor, QStringLiteral("UpperLimitCheckbox"));
+    window.check(editor, QStringLiteral("LowerLimitCheckbox"));
+    QVERIFY(window.shownRecords().isEmpty());
+    delete window.condition(QStringLiteral("SizeLowerLimit"));
+    window.resetAll();
+    QVERIFY(window.shownRecords().isEmpty());
+    QVERIFY(window.canReset());
+    delete window.condition(QStringLiteral("SizeUpperLimit"));
+    QCOMPARE(window.shownRecords(), both());
+    QVERIFY(!window.canReset());
+}
+
 void ExtendedFilterDialogTest::aDeletedModelLeavesAnIdleWindow()
 {
     FilterWindow window;
@@ -326,6 +345,29 @@ void ExtendedFilterDialogTest::aDeletedModelLeavesAnIdleWindow()
     window.dialog().enableInterfaceFilter(true);
     window.type(QStringLiteral("NameFilterWidget"), QStringLiteral("TextEdit"), QStringLiteral("band"));
     QVERIFY(!window.dialog().hasActiveFilter());
+}
+
+void ExtendedFilterDialogTest::theModelMayBelongToTheWindow()
+{
+    auto* const proxy = new MultiFilterSortProxyModel(nullptr);
+    auto* const dialog = new Dialog(proxy, FilterWindow::allColumns(), nullptr);
+    proxy->setParent(dialog);
+    const QPointer<AbstractFilterCondition> condition = dialog->filters().constFirst();
+    delete dialog;
+    QVERIFY(!condition);
+}
+
+void ExtendedFilterDialogTest::aNewWindowPassesNothingUntilItsValuesAreSelected()
+{
+    FixedRecordModel records(twoRecords());
+    MultiFilterSortProxyModel proxy(nullptr);
+    proxy.setSourceModel(&records);
+    Dialog dialog(&proxy, FilterWindow::allColumns(), nullptr);
+    QCOMPARE(proxy.rowCount(), 0);
+    QVERIFY(dialog.hasActiveFilter());
+    dialog.resetFilter();
+    QCOMPARE(proxy.rowCount(), 2);
+    QVERIFY(!dialog.hasActiveFilter());
 }
 
 void ExtendedFilterDialogTest::theWindowMayGoWhileItsFileDialogIsOpen_data()

@@ -3,6 +3,7 @@
 #include "filterdocument.h"
 #include "filterfolder.h"
 #include "filterwindow.h"
+#include "markingtranslator.h"
 #include "readonlyfolder.h"
 #include "tracetexts.h"
 #include "windowsignals.h"
@@ -28,6 +29,8 @@ private Q_SLOTS:
     void everyTruncatedFileIsRefused();
     void aFileThatCannotBeReadIsRefused();
     void theWarningShowsWhatTheFileSaysAsPlainText();
+    void theWarningIsTranslated_data();
+    void theWarningIsTranslated();
 
 private:
     QString file() const { return m_folder->file(); }
@@ -198,6 +201,27 @@ void FilterFileRefusalTest::theWarningShowsWhatTheFileSaysAsPlainText()
     const QString reason = window.lastWarning().reason;
     QVERIFY2(reason.contains(QStringLiteral("imgg")), qPrintable(reason));
     QVERIFY2(reason.size() < 400, qPrintable(reason));
+}
+
+void FilterFileRefusalTest::theWarningIsTranslated_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("no XML") << QByteArray("filter") << QStringLiteral("<filter could not be loaded from >%1");
+    QTest::newRow("a foreign document") << QByteArray("<FilterConditionList><ID>OtherFilter</ID></FilterConditionList>")
+                                        << QStringLiteral("<filter file is not applicable>");
+}
+
+void FilterFileRefusalTest::theWarningIsTranslated()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QString, text);
+    write(document);
+    const ZelkoTest::MarkingTranslator translator("ZelkoGUI::Filter::ExtendedFilterDialog");
+    FilterWindow window;
+    QCOMPARE(window.restoreFrom(file()), text.contains(QLatin1Char('%')) ? text.arg(file()) : text);
+    QCOMPARE(window.lastWarning().title, QStringLiteral("<unable to load file>"));
 }
 
 void FilterFileRefusalTest::aFileThatCannotBeReadIsRefused()

@@ -3,6 +3,7 @@
 #include "differentrecords.h"
 #include "filterwindow.h"
 #include "iconpicture.h"
+#include "markingtranslator.h"
 
 #include <zelkoguibase/filter/booleanbuttonfilterwidget.h>
 #include <zelkoguibase/filter/booleanfiltercondition.h>
@@ -73,6 +74,7 @@ private Q_SLOTS:
     void eachRowHasItsEditorAndConditions_data();
     void eachRowHasItsEditorAndConditions();
     void rowsStandInTheOrderOfTheColumns();
+    void rowsAreTranslated();
     void bitsOfNoRowAreIgnored();
     void labelsStayCentred();
     void numbersAreEnteredInUnits_data();
@@ -184,6 +186,20 @@ void FilterRowTest::rowsStandInTheOrderOfTheColumns()
         "FrequencyLowerLimit,FrequencyUpperLimit,BandwidthLowerLimit,BandwidthUpperLimit,SampleRateLowerLimit,"
         "SampleRateUpperLimit,DeletableFlag,InterfaceFilter");
     QCOMPARE(window.conditionNames().join(QLatin1Char(',')), conditions);
+}
+
+void FilterRowTest::rowsAreTranslated()
+{
+    const ZelkoTest::MarkingTranslator translator("ZelkoGUI::Filter::ExtendedFilterDialog");
+    FilterWindow window(Dialog::StartTimeColumn | Dialog::SizeColumn | Dialog::DeletableColumn);
+    QCOMPARE(labels(window),
+             (QStringList{QStringLiteral("<Size>"), QStringLiteral("<Start Time>"), QStringLiteral("<Deletable>")}));
+    const auto* const units =
+        window.part<QComboBox>(QStringLiteral("SizeFilterWidget"), QStringLiteral("UnitCombobox"));
+    QCOMPARE(units->itemText(1), QStringLiteral("<kByte>"));
+    const auto* const flag =
+        window.part<QPushButton>(QStringLiteral("DeletableFilterWidget"), QStringLiteral("PushButton"));
+    QCOMPARE(flag->text(), QStringLiteral("<yes>"));
 }
 
 void FilterRowTest::bitsOfNoRowAreIgnored()

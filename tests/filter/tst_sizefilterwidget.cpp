@@ -96,11 +96,15 @@ private Q_SLOTS:
     void restoringDoesNotWriteBack();
     void showsARestoredRangeInTheFirstUnitThatFits_data();
     void showsARestoredRangeInTheFirstUnitThatFits();
+    void staysInTheChosenUnitWhileARestoredRangeFits_data();
+    void staysInTheChosenUnitWhileARestoredRangeFits();
     void typedNumbersAreInTheUnitOfARestoredRange();
     void isResetByItsWindow();
     void isWorkedByKeysAlone();
     void isDisabledWhenAConditionIsGone_data();
     void isDisabledWhenAConditionIsGone();
+    void aLimitThatIsLeftStaysOn_data();
+    void aLimitThatIsLeftStaysOn();
     void isDisabledWithoutConditions();
     void theConditionsOutliveIt();
 };
@@ -315,6 +319,35 @@ void SizeFilterWidgetTest::showsARestoredRangeInTheFirstUnitThatFits()
     QTEST(editor.shown(), "shown");
 }
 
+void SizeFilterWidgetTest::staysInTheChosenUnitWhileARestoredRangeFits_data()
+{
+    QTest::addColumn<QString>("lower");
+    QTest::addColumn<QString>("upper");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("whole ones of it") << QStringLiteral("5242880") << QStringLiteral("1073741824")
+                                      << QStringLiteral("5 1024 MByte");
+    QTest::newRow("far less than one of it")
+        << QStringLiteral("1") << QStringLiteral("100") << QStringLiteral("0 0 MByte");
+    QTest::newRow("the most of it") << QStringLiteral("0") << QStringLiteral("2251799812636672")
+                                    << QStringLiteral("0 2147483647 MByte");
+    QTest::newRow("more than fits") << QStringLiteral("0") << QStringLiteral("2251799813685248")
+                                    << QStringLiteral("0 2097152 GByte");
+}
+
+void SizeFilterWidgetTest::staysInTheChosenUnitWhileARestoredRangeFits()
+{
+    QFETCH(QString, lower);
+    QFETCH(QString, upper);
+    Editor editor;
+    QVERIFY(editor.form.isActive());
+    click(editor.lowerCheck);
+    choose(*editor.unit, 2);
+    QCOMPARE(editor.shown(), QStringLiteral("1 100 MByte"));
+    QVERIFY(restoreText(*editor.lower, lower));
+    QVERIFY(restoreText(*editor.upper, upper));
+    QTEST(editor.shown(), "shown");
+}
+
 void SizeFilterWidgetTest::typedNumbersAreInTheUnitOfARestoredRange()
 {
     Editor editor;
@@ -368,6 +401,24 @@ void SizeFilterWidgetTest::isDisabledWhenAConditionIsGone()
     editor.upperEdit.setText(QStringLiteral("4"));
     editor.unit->setCurrentIndex(1);
     QVERIFY(!editor.widget->isEnabled());
+}
+
+void SizeFilterWidgetTest::aLimitThatIsLeftStaysOn_data()
+{
+    isDisabledWhenAConditionIsGone_data();
+}
+
+void SizeFilterWidgetTest::aLimitThatIsLeftStaysOn()
+{
+    QFETCH(bool, lower);
+    Editor editor;
+    click(editor.lowerCheck);
+    click(editor.upperCheck);
+    delete (lower ? editor.lower : editor.upper);
+    const Condition* const left = lower ? editor.upper : editor.lower;
+    static_cast<IFilterUI*>(editor.widget)->resetFilter();
+    QVERIFY(left->enabled());
+    QCOMPARE(left->value(), lower ? 100.0 : 1.0);
 }
 
 void SizeFilterWidgetTest::isDisabledWithoutConditions()

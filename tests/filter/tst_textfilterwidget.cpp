@@ -70,6 +70,10 @@ private Q_SLOTS:
     void changesTheSyntax();
     void changesTheCase();
     void showsARestoredCondition();
+    void aRestoredEmptyTextLeavesNothingToReset();
+    void bearsThatARestoredConditionIsDropped_data();
+    void bearsThatARestoredConditionIsDropped();
+    void bearsThatTheConditionIsDroppedOnceItIsPrepared();
     void showsNothingForASyntaxThatCannotBeChosen();
     void isDisabledWithARestoredConditionThatIsOff();
     void isWorkedByKeysAlone();
@@ -274,6 +278,61 @@ void TextFilterWidgetTest::showsARestoredCondition()
     QVERIFY(editor.caseCheck.isChecked());
     QCOMPARE(editor.syntax.currentIndex(), 1);
     QVERIFY(editor.widget->isEnabled());
+}
+
+void TextFilterWidgetTest::aRestoredEmptyTextLeavesNothingToReset()
+{
+    Editor editor;
+    QVERIFY(editor.form.isActive());
+    retype(editor.edit, QStringLiteral("tower"));
+    StringFilterCondition saved(0, 33, nullptr);
+    saved.setEnabled(true);
+    QVERIFY(restore(*editor.condition, saved));
+    QCOMPARE(editor.edit.realText(), QString());
+    QVERIFY(editor.widget->isEnabled());
+    QVERIFY(!editor.reset.isEnabled());
+}
+
+void TextFilterWidgetTest::bearsThatARestoredConditionIsDropped_data()
+{
+    QTest::addColumn<QString>("when");
+    QTest::newRow("with its text") << QStringLiteral("text");
+    QTest::newRow("with its case") << QStringLiteral("case");
+    QTest::newRow("with its syntax") << QStringLiteral("syntax");
+}
+
+// What is shown is one state of the condition, also when somebody who is told of it drops the condition meanwhile.
+void TextFilterWidgetTest::bearsThatARestoredConditionIsDropped()
+{
+    QFETCH(QString, when);
+    QPointer<StringFilterCondition> condition = new StringFilterCondition(0, 33, nullptr);
+    const TextFilterWidget widget(condition, nullptr);
+    const auto dropAt = [&](const char* what) {
+        if (when == QLatin1String(what)) {
+            delete condition;
+        }
+    };
+    connect(&widget, &TextFilterWidget::si_setText, this, [&] { dropAt("text"); });
+    connect(&widget, &TextFilterWidget::si_setMatchCase, this, [&] { dropAt("case"); });
+    connect(&widget, &TextFilterWidget::si_setPatternSyntax, this, [&] { dropAt("syntax"); });
+    QStringList told;
+    logInto(told, widget);
+    condition->setRegExp(QStringLiteral("a*b"), Qt::CaseSensitive, QRegExp::Wildcard);
+    condition->setEnabled(false);
+    Q_EMIT condition->si_filterContentChanged();
+    QVERIFY(!condition);
+    QCOMPARE(told, (QStringList{QStringLiteral("text 'a*b'"), QStringLiteral("case 1"), QStringLiteral("syntax 1")}));
+    QVERIFY(!widget.isEnabled());
+}
+
+void TextFilterWidgetTest::bearsThatTheConditionIsDroppedOnceItIsPrepared()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("QObject::connect")));
+    QPointer<StringFilterCondition> condition = new StringFilterCondition(0, 33, nullptr);
+    connect(condition, &AbstractFilterCondition::si_filterChanged, this, [&] { delete condition; });
+    const TextFilterWidget widget(condition, nullptr);
+    QVERIFY(!condition);
+    QVERIFY(widget.isEnabled());
 }
 
 void TextFilterWidgetTest::showsNothingForASyntaxThatCannotBeChosen()

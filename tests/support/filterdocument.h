@@ -17,9 +17,10 @@ inline QByteArray entry(const QByteArray& name, int column, const QByteArray& fi
            "</Column><Role>33</Role><Enabled>true</Enabled>" + filter + "</FilterCondition>";
 }
 
-inline QByteArray limit(const QByteArray& type, const QByteArray& value)
+inline QByteArray limit(const QByteArray& type, const QByteArray& value,
+                        const QByteArray& comparator = "GreaterOrEqual")
 {
-    return "<NumberFilter><Type>" + type + "</Type><Comparator>GreaterOrEqual</Comparator><FilterValue>" + value +
+    return "<NumberFilter><Type>" + type + "</Type><Comparator>" + comparator + "</Comparator><FilterValue>" + value +
            "</FilterValue></NumberFilter>";
 }
 

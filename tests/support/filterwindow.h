@@ -148,6 +148,19 @@ public:
     QString saveAs(const QString& fileName) { return useFile(QStringLiteral("SaveFilterButton"), fileName); }
     QString restoreFrom(const QString& fileName) { return useFile(QStringLiteral("RestoreFilterButton"), fileName); }
 
+    /// Chooses a file in the dialog behind that button, and drops the window before the dialog has returned.
+    void goWhileChoosing(const QString& buttonName, const QString& fileName)
+    {
+        const ZelkoConsole::DialogAnswer onFileDialog([&](QWidget* window) {
+            enter(window, fileName);
+            acceptFile(window);
+            window->setParent(nullptr); // or it would be cancelled, going with the window
+            closeForGood();
+        });
+        press(buttonName);
+        [&] { QVERIFY(onFileDialog.wasGiven()); }();
+    }
+
     /// The warning box that was shown last, while it was open.
     struct Warning
     {

@@ -57,11 +57,7 @@ void BooleanButtonFilterWidget::setLabels(const QPair<QString, QIcon>& falseLabe
 
 void BooleanButtonFilterWidget::sl_validateFilter()
 {
-    if (!d->row.condition) {
-        setEnabled(false);
-        return;
-    }
-    d->row.validate();
+    d->row.validateIn(this);
 }
 
 void BooleanButtonFilterWidget::sl_toggled(bool on)
@@ -74,14 +70,12 @@ void BooleanButtonFilterWidget::sl_toggled(bool on)
 
 void BooleanButtonFilterWidget::sl_filterContentChanged()
 {
-    const auto blocked = d->row.blockSignals();
-    d->row.load();
-    d->display(d->value());
+    d->row.loadWith([this] { d->display(d->value()); });
 }
 
 void BooleanButtonFilterWidget::resetFilter()
 {
-    d->row.check->setChecked(false);
+    d->row.switchOff();
 }
 
 } // namespace ZelkoGUI::Filter

@@ -18,8 +18,8 @@ class ZELKOGUIBASE_EXPORT BooleanButtonFilterWidget : public QWidget, public IFi
     Q_OBJECT
 
 public:
-    /// Switches the condition off, and shows its flag as "false" or "true". The condition may die before the widget,
-    /// which is disabled then.
+    /// Switches the condition off, and shows its flag as "false" or "true". The condition stays the caller's,
+    /// and may die before the widget, which is disabled then.
     BooleanButtonFilterWidget(BooleanFilterCondition* condition, QWidget* parent);
     ~BooleanButtonFilterWidget() override;
 

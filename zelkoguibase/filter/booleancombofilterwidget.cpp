@@ -38,11 +38,7 @@ BooleanComboFilterWidget::~BooleanComboFilterWidget() = default;
 
 void BooleanComboFilterWidget::sl_validateFilter()
 {
-    if (!d->row.condition) {
-        setEnabled(false);
-        return;
-    }
-    d->row.validate();
+    d->row.validateIn(this);
 }
 
 void BooleanComboFilterWidget::sl_selectionChanged(int index)
@@ -54,14 +50,12 @@ void BooleanComboFilterWidget::sl_selectionChanged(int index)
 
 void BooleanComboFilterWidget::sl_filterContentChanged()
 {
-    const auto blocked = d->row.blockSignals();
-    d->row.load();
-    d->display();
+    d->row.loadWith([this] { d->display(); });
 }
 
 void BooleanComboFilterWidget::resetFilter()
 {
-    d->row.check->setChecked(false);
+    d->row.switchOff();
 }
 
 } // namespace ZelkoGUI::Filter

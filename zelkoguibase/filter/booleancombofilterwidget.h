@@ -16,7 +16,8 @@ class ZELKOGUIBASE_EXPORT BooleanComboFilterWidget : public QWidget, public IFil
     Q_OBJECT
 
 public:
-    /// Switches the condition off, and shows its flag. The condition may die before the widget, which is disabled then.
+    /// Switches the condition off, and shows its flag. The condition stays the caller's, and may die before the
+    /// widget, which is disabled then.
     BooleanComboFilterWidget(BooleanFilterCondition* condition, const QString& falseText, const QString& trueText,
                              QWidget* parent);
     ~BooleanComboFilterWidget() override;

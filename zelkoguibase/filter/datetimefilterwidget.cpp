@@ -20,8 +20,8 @@ QTime lastSecond()
     return QTime(23, 59, 59);
 }
 
-/// The last moment of the second that an editor shows. What a saved limit had below the second is shown nowhere, so it
-/// does not count.
+/// The last moment of the second that an editor shows. What a saved limit had below the second is shown nowhere, so an
+/// upper end that is edited loses it first: with it, it would reach into the next second. A lower end keeps it.
 QTime endOfSecond(const QTime& time)
 {
     return QTime(time.hour(), time.minute(), time.second()).addMSecs(restOfSecond);
@@ -165,23 +165,15 @@ void DateTimeFilterWidget::sl_topDateTimeChanged(const QDateTime& dateTime)
 
 void DateTimeFilterWidget::sl_validateFilter()
 {
-    if (!d->limits.conditionsLive()) {
-        setEnabled(false);
-        return;
-    }
-    d->limits.validate();
+    d->limits.validateIn(this);
 }
 
 void DateTimeFilterWidget::sl_filterContentChanged()
 {
-    if (!d->limits.conditionsLive()) {
-        setEnabled(false);
-        return;
-    }
-    const auto blocked = d->limits.blockSignals();
-    d->limits.load();
-    d->loadEditor(d->limits.lower);
-    d->loadEditor(d->limits.upper);
+    d->limits.loadIn(this, [this] {
+        d->loadEditor(d->limits.lower);
+        d->loadEditor(d->limits.upper);
+    });
 }
 
 void DateTimeFilterWidget::resetFilter()

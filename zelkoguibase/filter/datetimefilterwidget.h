@@ -23,14 +23,16 @@ class ZELKOGUIBASE_EXPORT DateTimeFilterWidget : public QWidget, public IFilterU
 
 public:
     /// Durations, from 0 to 23:59:59. `conditions` are the lower and the upper limit; any other number of them leaves
-    /// an empty widget. They are switched off. They may die before the widget, which is disabled then.
+    /// an empty widget. They are switched off. They stay the caller's, and may die before the widget, which is
+    /// disabled then.
     DateTimeFilterWidget(const QList<NumberFilterCondition<QTime>*>& conditions, QWidget* parent);
 
     /// The same for days, both limits being today.
     DateTimeFilterWidget(const QList<NumberFilterCondition<QDateTime>*>& conditions, QWidget* parent);
     ~DateTimeFilterWidget() override;
 
-    /// Switches both limits off. The times stay.
+    /// Switches both limits off. The times stay. When one limit is gone the other stays as it is, on or off: what is
+    /// left of a range is nothing that the editor could show.
     void resetFilter() override;
 
 private Q_SLOTS:

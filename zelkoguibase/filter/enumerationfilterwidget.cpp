@@ -31,6 +31,16 @@ template <typename E>
 EnumerationFilterWidget<E>::~EnumerationFilterWidget() = default;
 
 template <typename E>
+QList<QPair<E, QString>> EnumerationFilterWidget<E>::numbered(const QStringList& names)
+{
+    QList<QPair<E, QString>> values;
+    for (const QString& name : names) {
+        values.append({static_cast<E>(values.size()), name});
+    }
+    return values;
+}
+
+template <typename E>
 void EnumerationFilterWidget<E>::resetFilter()
 {
     m_model->setAll(true);

@@ -16,10 +16,13 @@ class EnumerationFilterWidget : public EnumerationFilterWidgetBase, public IFilt
 public:
     /// `values` are those that can be chosen, with the names that are shown. Switches the condition on for good: it is
     /// all values that reject nothing. All of them are selected at first, which reaches the condition with the next
-    /// turn of the event loop. The condition may die before the widget, which is disabled then.
+    /// turn of the event loop. The condition stays the caller's, and may die before the widget, which is disabled then.
     EnumerationFilterWidget(EnumerationFilterCondition<E>* condition, const QList<QPair<E, QString>>& values,
                             QWidget* parent);
     ~EnumerationFilterWidget() override;
+
+    /// The values of an enumeration whose numbers are the places of their names.
+    static QList<QPair<E, QString>> numbered(const QStringList& names);
 
     /// Selects all values.
     void resetFilter() override;

@@ -38,6 +38,7 @@ public:
     /// False when the condition is gone.
     virtual bool filterEnabled() const = 0;
 
+    /// The values, with the commands ahead of them. Never null; it belongs to this widget.
     virtual SelectableEnumModelBase* model() const = 0;
 
     /// From the model to the condition.
@@ -50,9 +51,16 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 protected Q_SLOTS:
+    /// Shows the list of values, in front. One that is new is placed in the middle of the window.
     void sl_showModel();
+
+    /// Hands the selection over to the condition, and shows it. For each change of the model.
     void sl_modelChanged();
+
+    /// Is disabled without a condition that is on, and closes the list then. For a condition that was switched or died.
     void sl_validateFilter();
+
+    /// Takes over state and selection of the condition. For one that was restored.
     void sl_filterContentChanged();
 
 private:

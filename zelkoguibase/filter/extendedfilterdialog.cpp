@@ -1,8 +1,9 @@
 #include <zelkoguibase/filter/extendedfilterdialog.h>
 
+#include "filterfile_p.h"
+#include "filterrow_p.h"
+
 #include <zelkoguibase/archive/file_dialog.h>
-#include <zelkoguibase/filter/filterfile_p.h>
-#include <zelkoguibase/filter/filterrow_p.h>
 #include <zelkoguibase/filter/multifiltersortproxymodel.h>
 
 #include <observerbase/errorhandler.h>
@@ -36,6 +37,8 @@ QString rememberedFolder()
     return CfgCenter::GetAppCfg(ICfg::UserView)->GetString(folderKey(), QString());
 }
 
+// Where the configuration cannot be written now it is written when the application ends; until then the folder is
+// remembered all the same.
 void rememberFolderOf(const QString& fileName)
 {
     ICfg* const configuration = CfgCenter::GetAppCfg(ICfg::UserView);
@@ -50,11 +53,11 @@ QString withSuffix(const QString& fileName)
 }
 
 // The class is called so in these traces, for whoever searches old ones.
-void traceFailure(const char* what, const filterfile::Failure& failure, int line)
+void traceException(const char* what, const RGException& exception, int line)
 {
     if (ErrorHandler::Instance()->traces(ErrorHandler::TraceError)) {
         _Q_Trace(QStringLiteral("ExtendedFileDialog: Exception while %1 filter %2")
-                     .arg(QLatin1String(what), failure.GetMessage()),
+                     .arg(QLatin1String(what), exception.GetMessage()),
                  __FILE__, line);
     }
 }
@@ -145,6 +148,7 @@ public:
     QList<IFilterUI*> filterUIs;
     QPushButton* resetButton = nullptr;
     QHash<enFilterColumn, QPair<QWidget*, QWidget*>> rows;
+    const QObject lifetime; // of this; the children of the window live a little longer
 };
 
 QFormLayout* ExtendedFilterDialog::Private::makeRows(MultiFilterSortProxyModel& model, QFlags<enFilterColumn> columns)
@@ -168,15 +172,15 @@ void ExtendedFilterDialog::Private::addRow(const FilterRow& row, MultiFilterSort
         filters.append(condition);
         model.addFilter(condition);
     }
-    QWidget* const editor = row.makeEditor(conditions, q);
-    editor->setContentsMargins({});
-    const QString label = tr(row.label);
-    nameAfterRow(*editor, label);
-    endWithoutMargin(*editor);
-    QWidget* const labelWidget = centredLabel(label, editor);
-    form.addRow(labelWidget, editor);
-    filterUIs.append(dynamic_cast<IFilterUI*>(editor));
-    rows.insert(row.bit, {labelWidget, editor});
+    const FilterRow::Editor editor = row.makeEditor(conditions, q);
+    editor.widget->setContentsMargins({});
+    const QString label = FilterRow::tr(row.label);
+    nameAfterRow(*editor.widget, label);
+    endWithoutMargin(*editor.widget);
+    QWidget* const labelWidget = centredLabel(label, editor.widget);
+    form.addRow(labelWidget, editor.widget);
+    filterUIs.append(editor.filterUI);
+    rows.insert(row.bit, {labelWidget, editor.widget});
 }
 
 QDialogButtonBox* ExtendedFilterDialog::Private::makeButtons()
@@ -207,7 +211,7 @@ void ExtendedFilterDialog::Private::followFilters()
 {
     for (const auto& filter : std::as_const(filters)) {
         connect(filter, &AbstractFilterCondition::si_filterChanged, q, &ExtendedFilterDialog::sl_filterChanged);
-        connect(filter, &QObject::destroyed, q, &ExtendedFilterDialog::sl_filterChanged);
+        connect(filter, &QObject::destroyed, &lifetime, [this] { q->sl_filterChanged(); });
     }
     q->sl_filterChanged();
 }
@@ -280,36 +284,40 @@ void ExtendedFilterDialog::sl_filterChanged()
     d->resetButton->setEnabled(hasActiveFilter());
 }
 
-// A file that cannot be saved is traced and nothing else: the user has the filters before him, and tries again.
+// A file that cannot be saved is traced and nothing else: the user has the filters before him, and tries again. While
+// the file dialog is open everything goes on, and whoever has this window may drop it; so in restoring.
 void ExtendedFilterDialog::sl_saveFilterSettings()
 {
-    const QString chosen =
-        file_dialog::getSaveFileName(this, tr("Save Settings to file"), rememberedFolder(), fileFilter());
-    if (chosen.isEmpty()) {
-        return;
-    }
-    const QString fileName = withSuffix(chosen);
+    const QPointer guard(this);
     try {
+        const QString chosen =
+            file_dialog::getSaveFileName(this, tr("Save Settings to file"), rememberedFolder(), fileFilter());
+        if (!guard || chosen.isEmpty()) {
+            return;
+        }
+        const QString fileName = withSuffix(chosen);
         filterfile::save(d->filters, fileName);
         rememberFolderOf(fileName);
-    } catch (const filterfile::Failure& failure) {
-        traceFailure("saving", failure, __LINE__);
+    } catch (const RGException& exception) {
+        traceException("saving", exception, __LINE__);
     }
 }
 
 void ExtendedFilterDialog::sl_restoreFilterSettings()
 {
-    const QString fileName =
-        file_dialog::getOpenFileName(this, tr("Restore Settings from file"), rememberedFolder(), fileFilter());
-    if (fileName.isEmpty()) {
-        return;
-    }
+    const QPointer guard(this);
     try {
+        const QString fileName =
+            file_dialog::getOpenFileName(this, tr("Restore Settings from file"), rememberedFolder(), fileFilter());
+        if (!guard || fileName.isEmpty()) {
+            return;
+        }
         filterfile::restore(d->filters, fileName);
         rememberFolderOf(fileName);
-    } catch (const filterfile::Failure& failure) {
-        traceFailure("loading", failure, __LINE__);
-        guiHelper::warn(this, tr("unable to load file"), failure.GetMessage(), QMessageBox::Ok, failure.reason());
+    } catch (const RGException& exception) {
+        traceException("loading", exception, __LINE__);
+        guiHelper::warn(this, tr("unable to load file"), exception.GetMessage(), QMessageBox::Ok,
+                        filterfile::Failure::reasonOf(exception));
     }
 }
 

@@ -25,6 +25,14 @@ class MultiFilterSortProxyModel;
 /// entry stay as they are. The folder of the file that was last saved or restored is kept in the user's configuration
 /// as "ExtendedRecordListFilterFolder".
 ///
+/// Files are saved with ".xml" behind the name that was chosen, if it does not end so. A file that has the longer name
+/// already is replaced unasked, for the user was asked about the name that he chose. A file that cannot be saved is
+/// traced, and nobody is told.
+///
+/// Texts and enumerations have no check box, their conditions are always on. A file can have them off all the same: the
+/// column Interface is so in the files of lists that know nothing of interfaces. Restoring it disables the row, and
+/// resetting does not revive it. A file that has it on does, but for Interface, which takes enableInterfaceFilter().
+///
 /// GUI thread only. Reading a file and filtering anew block.
 class ZELKOGUIBASE_EXPORT ExtendedFilterDialog : public QDialog, public IFilterUI
 {
@@ -51,6 +59,9 @@ public:
 
     /// `model` must not be null and gets the conditions, behind those that it has. `columns` says which rows there are;
     /// bits of no row are ignored.
+    ///
+    /// The conditions of enumerations are on with nothing selected until their editors select all values, which is with
+    /// the next turn of the event loop: until then no record passes. Whoever cannot wait calls resetFilter().
     ExtendedFilterDialog(MultiFilterSortProxyModel* model, const QFlags<enFilterColumn>& columns, QWidget* parent);
     ~ExtendedFilterDialog() override;
 
@@ -62,10 +73,12 @@ public:
     bool hasActiveFilter() const;
 
     /// Switches the filter of the column Interface on or off, and shows or hides its row: off is for lists that know
-    /// nothing of interfaces. While it is off restoring a file does not touch it.
+    /// nothing of interfaces. While it is off, by this or by a file, restoring a file does not touch it: nothing but
+    /// this function switches it on again.
     void enableInterfaceFilter(bool enable);
 
-    /// Resets the editors of all rows, from the first to the last.
+    /// Resets the editors of all rows, from the first to the last. A row that is disabled stays so, and a limit that
+    /// has lost the other one of its range stays in force.
     void resetFilter() override;
 
 public Q_SLOTS:

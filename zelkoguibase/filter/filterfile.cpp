@@ -1,5 +1,6 @@
-#include <zelkoguibase/filter/filterfile_p.h>
+#include "filterfile_p.h"
 
+#include <zelkoguibase/filter/extendedfilterdialog.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
 
 #include <observerbase/errorhandler.h>
@@ -15,17 +16,21 @@ namespace {
 
 const QLatin1String fileID("ExtendedRecordListFilter");
 
-void trace(ErrorHandler::TraceBit bit, const QString& text, int line)
+// The text is made only if it is wanted.
+template <typename MakeText>
+void trace(ErrorHandler::TraceBit bit, const MakeText& makeText, int line)
 {
     if (ErrorHandler::Instance()->traces(bit)) {
-        _Q_Trace(text, __FILE__, line);
+        _Q_Trace(makeText(), __FILE__, line);
     }
 }
 
 void traceDeleted(int line)
 {
-    trace(ErrorHandler::TraceError,
-          QStringLiteral("ExtendedFilterDialog: a filter has been deleted while the dialog is still open"), line);
+    const auto text = [] {
+        return QStringLiteral("ExtendedFilterDialog: a filter has been deleted while the dialog is still open");
+    };
+    trace(ErrorHandler::TraceError, text, line);
 }
 
 // The data class names the file in front of some reasons. Names that reasons quote may be of any length.
@@ -48,8 +53,8 @@ void carryOut(const Operation& operation, const QString& failure, const QString&
         done = operation();
     } catch (const RGException& exception) {
         const QString reason = reasonOf(exception, fileName);
-        trace(ErrorHandler::TraceError, QStringLiteral("RGException: %1:%2").arg(exception.GetOrigin(), reason),
-              __LINE__);
+        const auto text = [&] { return QStringLiteral("RGException: %1:%2").arg(exception.GetOrigin(), reason); };
+        trace(ErrorHandler::TraceError, text, __LINE__);
         throw Failure(failure + fileName, reason);
     }
     if (!done) {
@@ -63,7 +68,7 @@ void refuseComplexPatterns(const FilterConditionList& list)
     for (const ZELKO_XML::FilterCondition& entry : list.GetFilterCondition()) {
         if (entry.IsStringFilterSet() && StringFilterCondition::isTooComplex(entry.GetStringFilter())) {
             throw RGException(QStringLiteral("FilterConditionList"),
-                              QStringLiteral("the pattern of %1 is too complex").arg(entry.GetName()));
+                              ExtendedFilterDialog::tr("the pattern of %1 is too complex").arg(entry.GetName()));
         }
     }
 }
@@ -71,10 +76,10 @@ void refuseComplexPatterns(const FilterConditionList& list)
 FilterConditionList loaded(const QString& fileName)
 {
     FilterConditionList list;
-    const QString failure = QStringLiteral("filter could not be loaded from ");
+    const QString failure = ExtendedFilterDialog::tr("filter could not be loaded from ");
     carryOut([&] { return list.LoadXml(fileName); }, failure, fileName);
     if (list.IsIDSet() && list.GetID() != fileID) {
-        throw Failure(QStringLiteral("filter file is not applicable"));
+        throw Failure(ExtendedFilterDialog::tr("filter file is not applicable"));
     }
     const auto checkPatterns = [&] {
         refuseComplexPatterns(list);
@@ -95,9 +100,10 @@ void restoreOne(AbstractFilterCondition& condition, const FilterConditionList& l
     // Whoever follows the condition may drop it.
     const QString name = condition.objectName();
     if (!isLocked(condition) && !condition.readFromXml(list)) {
-        trace(ErrorHandler::TraceWarning,
-              QStringLiteral("ExtendedFilterDialog: filter %1 could not be loaded from %2").arg(name, fileName),
-              __LINE__);
+        const auto text = [&] {
+            return QStringLiteral("ExtendedFilterDialog: filter %1 could not be loaded from %2").arg(name, fileName);
+        };
+        trace(ErrorHandler::TraceWarning, text, __LINE__);
     }
 }
 
@@ -114,7 +120,8 @@ void save(const Conditions& conditions, const QString& fileName)
             traceDeleted(__LINE__);
         }
     }
-    carryOut([&] { return list.SaveXml(fileName); }, QStringLiteral("filter could not be saved to "), fileName);
+    carryOut([&] { return list.SaveXml(fileName); }, ExtendedFilterDialog::tr("filter could not be saved to "),
+             fileName);
 }
 
 // The list of conditions is a copy: it outlives the window, should one of those who follow a condition close that.

@@ -22,7 +22,12 @@ public:
         , m_reason(reason)
     {}
 
-    const QString& reason() const { return m_reason; }
+    /// The reason of a failure; empty for any other exception.
+    static QString reasonOf(const RGException& exception)
+    {
+        const auto* const failure = dynamic_cast<const Failure*>(&exception);
+        return failure ? failure->m_reason : QString();
+    }
 
 private:
     QString m_reason;

@@ -1,4 +1,4 @@
-#include <zelkoguibase/filter/filterrow_p.h>
+#include "filterrow_p.h"
 
 #include <zelkoguibase/filter/booleanbuttonfilterwidget.h>
 #include <zelkoguibase/filter/booleanfiltercondition.h>
@@ -17,7 +17,9 @@
 namespace ZelkoGUI::Filter {
 namespace {
 
+using Dialog = ExtendedFilterDialog;
 using Conditions = FilterRow::Conditions;
+using Editor = FilterRow::Editor;
 using Record = ZELKO_XML::ZELKO_RecordData;
 using Units = QList<QPair<QString, double>>;
 
@@ -45,33 +47,33 @@ Conditions limits(int column)
 
 Units byteUnits()
 {
-    return {{ExtendedFilterDialog::tr("Byte"), 1},
-            {ExtendedFilterDialog::tr("kByte"), 1024},
-            {ExtendedFilterDialog::tr("MByte"), 1'048'576},
-            {ExtendedFilterDialog::tr("GByte"), 1'073'741'824}};
+    return {{FilterRow::tr("Byte"), 1},
+            {FilterRow::tr("kByte"), 1024},
+            {FilterRow::tr("MByte"), 1'048'576},
+            {FilterRow::tr("GByte"), 1'073'741'824}};
 }
 
 Units hertzUnits()
 {
-    return {{ExtendedFilterDialog::tr("Hz"), 1},
-            {ExtendedFilterDialog::tr("kHz"), 1'000},
-            {ExtendedFilterDialog::tr("MHz"), 1'000'000},
-            {ExtendedFilterDialog::tr("GHz"), 1'000'000'000}};
+    return {{FilterRow::tr("Hz"), 1},
+            {FilterRow::tr("kHz"), 1'000},
+            {FilterRow::tr("MHz"), 1'000'000},
+            {FilterRow::tr("GHz"), 1'000'000'000}};
 }
 
 template <Units (*units)()>
-QWidget* numberEditor(const Conditions& conditions, QWidget* parent)
+Editor numberEditor(const Conditions& conditions, QWidget* parent)
 {
-    return new SizeFilterWidget(asLimits<double>(conditions), units(), parent);
+    return Editor(new SizeFilterWidget(asLimits<double>(conditions), units(), parent));
 }
 
 template <Units (*units)()>
 constexpr FilterRow::Kind numberKind{&limits<double>, &numberEditor<units>};
 
 template <typename T>
-QWidget* timeEditor(const Conditions& conditions, QWidget* parent)
+Editor timeEditor(const Conditions& conditions, QWidget* parent)
 {
-    return new DateTimeFilterWidget(asLimits<T>(conditions), parent);
+    return Editor(new DateTimeFilterWidget(asLimits<T>(conditions), parent));
 }
 
 template <typename T>
@@ -83,33 +85,22 @@ Conditions single(int column)
     return {new C(column, role, nullptr)};
 }
 
-QWidget* textEditor(const Conditions& conditions, QWidget* parent)
+Editor textEditor(const Conditions& conditions, QWidget* parent)
 {
-    return new TextFilterWidget(as<StringFilterCondition>(conditions[0]), parent);
+    return Editor(new TextFilterWidget(as<StringFilterCondition>(conditions[0]), parent));
 }
 
 constexpr FilterRow::Kind textKind{&single<StringFilterCondition>, &textEditor};
 
-QWidget* deletableEditor(const Conditions& conditions, QWidget* parent)
+Editor deletableEditor(const Conditions& conditions, QWidget* parent)
 {
     auto* const editor = new BooleanButtonFilterWidget(as<BooleanFilterCondition>(conditions[0]), parent);
-    editor->setLabels({ExtendedFilterDialog::tr("no"), QIcon(QStringLiteral(":/Zelko/RecordList/ResetDeletable.svg"))},
-                      {ExtendedFilterDialog::tr("yes"), QIcon(QStringLiteral(":/Zelko/RecordList/SetDeletable.svg"))});
-    return editor;
+    editor->setLabels({FilterRow::tr("no"), QIcon(QStringLiteral(":/Zelko/RecordList/ResetDeletable.svg"))},
+                      {FilterRow::tr("yes"), QIcon(QStringLiteral(":/Zelko/RecordList/SetDeletable.svg"))});
+    return Editor(editor);
 }
 
 constexpr FilterRow::Kind deletableKind{&single<BooleanFilterCondition>, &deletableEditor};
-
-// The number of an enumerator is the place of its word.
-template <typename E>
-QList<QPair<E, QString>> namedValues(const QStringList& words)
-{
-    QList<QPair<E, QString>> values;
-    for (int number = 0; number < words.size(); ++number) {
-        values.append({static_cast<E>(number), words[number]});
-    }
-    return values;
-}
 
 template <typename E, QStringList (*words)()>
 Conditions enumerationConditions(int column)
@@ -118,90 +109,56 @@ Conditions enumerationConditions(int column)
 }
 
 template <typename E, QStringList (*words)()>
-QWidget* enumerationEditor(const Conditions& conditions, QWidget* parent)
+Editor enumerationEditor(const Conditions& conditions, QWidget* parent)
 {
-    return new EnumerationFilterWidget<E>(as<EnumerationFilterCondition<E>>(conditions[0]), namedValues<E>(words()),
-                                          parent);
+    using Widget = EnumerationFilterWidget<E>;
+    return Editor(new Widget(as<EnumerationFilterCondition<E>>(conditions[0]), Widget::numbered(words()), parent));
 }
 
 template <typename E, QStringList (*words)()>
 constexpr FilterRow::Kind enumerationKind{&enumerationConditions<E, words>, &enumerationEditor<E, words>};
+
+QString editorName(const char* name)
+{
+    return QLatin1String(name) + QLatin1String("FilterWidget");
+}
+
+FilterRow singleRow(Dialog::enFilterColumn bit, const char* label, const char* name, const char* conditionName,
+                    const FilterRow::Kind& kind)
+{
+    return {bit, label, editorName(name), {QLatin1String(conditionName)}, kind};
+}
+
+FilterRow rangeRow(Dialog::enFilterColumn bit, const char* label, const char* name, const FilterRow::Kind& kind)
+{
+    const QString what = QLatin1String(name);
+    return {
+        bit, label, editorName(name), {what + QLatin1String("LowerLimit"), what + QLatin1String("UpperLimit")}, kind};
+}
 
 } // namespace
 
 const std::vector<FilterRow>& FilterRow::all()
 {
     static const std::vector<FilterRow> rows{
-        {ExtendedFilterDialog::NameColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Name"),
-         "NameFilterWidget",
-         {"NameFilter"},
-         textKind},
-        {ExtendedFilterDialog::SizeColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Size"),
-         "SizeFilterWidget",
-         {"SizeLowerLimit", "SizeUpperLimit"},
-         numberKind<&byteUnits>},
-        {ExtendedFilterDialog::StartTimeColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Start Time"),
-         "StartTimeFilterWidget",
-         {"StartTimeLowerLimit", "StartTimeUpperLimit"},
-         timeKind<QDateTime>},
-        {ExtendedFilterDialog::StopTimeColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Stop Time"),
-         "StopTimeFilterWidget",
-         {"StopTimeLowerLimit", "StopTimeUpperLimit"},
-         timeKind<QDateTime>},
-        {ExtendedFilterDialog::DurationColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Duration"),
-         "DurationFilterWidget",
-         {"DurationLowerLimit", "DurationUpperLimit"},
-         timeKind<QTime>},
-        {ExtendedFilterDialog::DataRateColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Data Rate"),
-         "DataRateFilterWidget",
-         {"DataRateFilter"},
-         enumerationKind<Record::DataRate, &Record::GetGUIDataRates>},
-        {ExtendedFilterDialog::DataFormatColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Data Format"),
-         "DataFormatFilterWidget",
-         {"DataFormatFilter"},
-         enumerationKind<Record::DataFormat, &Record::GetGUIDataFormats>},
-        {ExtendedFilterDialog::RecordIDColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Record ID"),
-         "RecordIDFilterWidget",
-         {"IDFilter"},
-         textKind},
-        {ExtendedFilterDialog::StatusColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Status"),
-         "StatusFilterWidget",
-         {"StatusFilter"},
-         enumerationKind<Record::RecordStatus, &Record::GetGUIRecordStatuss>},
-        {ExtendedFilterDialog::FrequencyColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Frequency"),
-         "FrequencyFilterWidget",
-         {"FrequencyLowerLimit", "FrequencyUpperLimit"},
-         numberKind<&hertzUnits>},
-        {ExtendedFilterDialog::BandwidthColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Bandwidth"),
-         "BandwidthFilterWidget",
-         {"BandwidthLowerLimit", "BandwidthUpperLimit"},
-         numberKind<&hertzUnits>},
-        {ExtendedFilterDialog::SampleRateColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Sample Rate"),
-         "SampleRateFilterWidget",
-         {"SampleRateLowerLimit", "SampleRateUpperLimit"},
-         numberKind<&hertzUnits>},
-        {ExtendedFilterDialog::DeletableColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Deletable"),
-         "DeletableFilterWidget",
-         {"DeletableFlag"},
-         deletableKind},
-        {ExtendedFilterDialog::InterfaceColumn,
-         QT_TRANSLATE_NOOP("ZelkoGUI::Filter::ExtendedFilterDialog", "Interface"),
-         "InterfaceFilterWidget",
-         {"InterfaceFilter"},
-         enumerationKind<Record::Interface, &Record::GetGUIInterfaces>},
+        singleRow(Dialog::NameColumn, QT_TR_NOOP("Name"), "Name", "NameFilter", textKind),
+        rangeRow(Dialog::SizeColumn, QT_TR_NOOP("Size"), "Size", numberKind<&byteUnits>),
+        rangeRow(Dialog::StartTimeColumn, QT_TR_NOOP("Start Time"), "StartTime", timeKind<QDateTime>),
+        rangeRow(Dialog::StopTimeColumn, QT_TR_NOOP("Stop Time"), "StopTime", timeKind<QDateTime>),
+        rangeRow(Dialog::DurationColumn, QT_TR_NOOP("Duration"), "Duration", timeKind<QTime>),
+        singleRow(Dialog::DataRateColumn, QT_TR_NOOP("Data Rate"), "DataRate", "DataRateFilter",
+                  enumerationKind<Record::DataRate, &Record::GetGUIDataRates>),
+        singleRow(Dialog::DataFormatColumn, QT_TR_NOOP("Data Format"), "DataFormat", "DataFormatFilter",
+                  enumerationKind<Record::DataFormat, &Record::GetGUIDataFormats>),
+        singleRow(Dialog::RecordIDColumn, QT_TR_NOOP("Record ID"), "RecordID", "IDFilter", textKind),
+        singleRow(Dialog::StatusColumn, QT_TR_NOOP("Status"), "Status", "StatusFilter",
+                  enumerationKind<Record::RecordStatus, &Record::GetGUIRecordStatuss>),
+        rangeRow(Dialog::FrequencyColumn, QT_TR_NOOP("Frequency"), "Frequency", numberKind<&hertzUnits>),
+        rangeRow(Dialog::BandwidthColumn, QT_TR_NOOP("Bandwidth"), "Bandwidth", numberKind<&hertzUnits>),
+        rangeRow(Dialog::SampleRateColumn, QT_TR_NOOP("Sample Rate"), "SampleRate", numberKind<&hertzUnits>),
+        singleRow(Dialog::DeletableColumn, QT_TR_NOOP("Deletable"), "Deletable", "DeletableFlag", deletableKind),
+        singleRow(Dialog::InterfaceColumn, QT_TR_NOOP("Interface"), "Interface", "InterfaceFilter",
+                  enumerationKind<Record::Interface, &Record::GetGUIInterfaces>),
     };
     return rows;
 }
@@ -215,15 +172,15 @@ Conditions FilterRow::makeConditions() const
 {
     Conditions conditions = kind.conditions(column());
     for (int i = 0; i < conditions.size(); ++i) {
-        conditions[i]->setObjectName(QLatin1String(conditionNames[static_cast<std::size_t>(i)]));
+        conditions[i]->setObjectName(conditionNames[i]);
     }
     return conditions;
 }
 
-QWidget* FilterRow::makeEditor(const Conditions& conditions, QWidget* parent) const
+FilterRow::Editor FilterRow::makeEditor(const Conditions& conditions, QWidget* parent) const
 {
-    QWidget* const editor = kind.editor(conditions, parent);
-    editor->setObjectName(QLatin1String(editorName));
+    const Editor editor = kind.editor(conditions, parent);
+    editor.widget->setObjectName(editorName);
     return editor;
 }
 

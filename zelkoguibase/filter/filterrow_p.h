@@ -2,16 +2,33 @@
 
 #include <zelkoguibase/filter/extendedfilterdialog.h>
 
+#include <QCoreApplication>
+
 #include <vector>
 
 namespace ZelkoGUI::Filter {
 
 /// One row of the extended filter window: the column that it filters by, what it is called, and how its conditions and
 /// their editor are made.
-class FilterRow
+struct FilterRow
 {
+    Q_DECLARE_TR_FUNCTIONS(ZelkoGUI::Filter::ExtendedFilterDialog)
+
 public:
     using Conditions = QList<AbstractFilterCondition*>;
+
+    /// An editor, as the widget that it is and as what a window resets. Both are the same object.
+    struct Editor
+    {
+        template <typename W>
+        explicit Editor(W* editor)
+            : widget(editor)
+            , filterUI(editor)
+        {}
+
+        QWidget* widget;
+        IFilterUI* filterUI;
+    };
 
     /// What the rows of one type of cells have in common.
     struct Kind
@@ -19,8 +36,8 @@ public:
         /// New conditions on that column, without parent and name.
         Conditions (*conditions)(int column);
 
-        /// A new editor of conditions that the function above has made. It is an IFilterUI.
-        QWidget* (*editor)(const Conditions& conditions, QWidget* parent);
+        /// A new editor of conditions that the function above has made.
+        Editor (*editor)(const Conditions& conditions, QWidget* parent);
     };
 
     /// All rows that there are, in the order of their columns.
@@ -33,12 +50,12 @@ public:
     Conditions makeConditions() const;
 
     /// The editor of those conditions, with its object name.
-    QWidget* makeEditor(const Conditions& conditions, QWidget* parent) const;
+    Editor makeEditor(const Conditions& conditions, QWidget* parent) const;
 
     ExtendedFilterDialog::enFilterColumn bit;
-    const char* label; ///< to be translated by ExtendedFilterDialog
-    const char* editorName;
-    std::vector<const char*> conditionNames; ///< one for each condition of the kind
+    const char* label; ///< not translated yet
+    QString editorName;
+    QStringList conditionNames; ///< one for each condition of the kind
     Kind kind;
 };
 

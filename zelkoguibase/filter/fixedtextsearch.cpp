@@ -1,4 +1,4 @@
-#include <zelkoguibase/filter/fixedtextsearch_p.h>
+#include "fixedtextsearch_p.h"
 
 #include <algorithm>
 #include <bit>

@@ -13,7 +13,8 @@ public:
     IFilterUI(const IFilterUI&) = delete;
     IFilterUI& operator=(const IFilterUI&) = delete;
 
-    /// Lets the conditions reject nothing any more, as a user would do it in the editor.
+    /// Lets the conditions reject nothing any more, as a user would do it in the editor. An editor that is disabled
+    /// because a condition of its pair is gone leaves the other one as it is.
     virtual void resetFilter() = 0;
 };
 

@@ -1,4 +1,4 @@
-#include <zelkoguibase/filter/patterncomplexity_p.h>
+#include "patterncomplexity_p.h"
 
 #include <algorithm>
 #include <limits>

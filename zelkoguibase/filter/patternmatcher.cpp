@@ -1,4 +1,4 @@
-#include <zelkoguibase/filter/patternmatcher_p.h>
+#include "patternmatcher_p.h"
 
 namespace ZelkoGUI::Filter {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <zelkoguibase/filter/fixedtextsearch_p.h>
+#include "fixedtextsearch_p.h"
 
 #include <QRegExp>
 

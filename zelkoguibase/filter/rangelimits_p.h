@@ -26,16 +26,30 @@ struct RangeLimits
         row->addWidget(upper.editor);
     }
 
-    void validate() const
+    /// Switches each limit as its check box says. False, with `widget` disabled and both limits left alone, when one
+    /// of them is gone.
+    bool validateIn(QWidget* widget) const
     {
-        lower.validate();
-        upper.validate();
+        const bool live = conditionsLive();
+        if (live) {
+            lower.validate();
+            upper.validate();
+        } else {
+            widget->setEnabled(false);
+        }
+        return live;
     }
 
-    void load() const
+    /// Shows which limits are switched on, and has `loadEditors` show their content. Nothing of this gets back to them.
+    /// When one of them is gone `widget` is disabled, and that is all.
+    template <typename LoadEditors>
+    void loadIn(QWidget* widget, const LoadEditors& loadEditors) const
     {
-        lower.load();
-        upper.load();
+        if (conditionsLive()) {
+            lower.loadWith([&] { upper.loadWith(loadEditors); });
+        } else {
+            widget->setEnabled(false);
+        }
     }
 
     /// As of each limit.
@@ -47,16 +61,10 @@ struct RangeLimits
     }
 
     /// As of each limit.
-    [[nodiscard]] auto blockSignals() const { return std::array{lower.blockSignals(), upper.blockSignals()}; }
-
-    /// Nothing happens in a widget that stayed empty.
     void switchOff() const
     {
-        for (QCheckBox* const check : {lower.check, upper.check}) {
-            if (check) {
-                check->setChecked(false);
-            }
-        }
+        lower.switchOff();
+        upper.switchOff();
     }
 
     Limit lower;

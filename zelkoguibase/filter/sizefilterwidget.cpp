@@ -42,6 +42,7 @@ public:
     void chooseUnit();
     QString shownNumber(const Condition& condition) const;
     void allowUnits() const;
+    void loadEditors();
 
     RangeLimits<Condition, QLineEdit> limits;
     QList<QPair<QString, double>> units;
@@ -88,6 +89,15 @@ void SizeFilterWidget::Private::allowUnits() const
     if (unitCombo) {
         unitCombo->setEnabled(limits.lower.isSwitchedOn() || limits.upper.isSwitchedOn());
     }
+}
+
+void SizeFilterWidget::Private::loadEditors()
+{
+    const QSignalBlocker unitBlocked(unitCombo);
+    allowUnits(); // the check boxes are blocked, so nobody else would
+    chooseUnit();
+    limits.lower.editor->setText(shownNumber(*limits.lower.condition));
+    limits.upper.editor->setText(shownNumber(*limits.upper.condition));
 }
 
 SizeFilterWidget::SizeFilterWidget(const QList<NumberFilterCondition<double>*>& conditions,
@@ -173,27 +183,14 @@ void SizeFilterWidget::sl_topChanged(const QString& text)
 
 void SizeFilterWidget::sl_validateFilter()
 {
-    if (!d->limits.conditionsLive()) {
-        setEnabled(false);
-        return;
+    if (d->limits.validateIn(this)) {
+        d->allowUnits();
     }
-    d->limits.validate();
-    d->allowUnits();
 }
 
 void SizeFilterWidget::sl_filterContentChanged()
 {
-    if (!d->limits.conditionsLive()) {
-        setEnabled(false);
-        return;
-    }
-    const auto limitsBlocked = d->limits.blockSignals();
-    const QSignalBlocker unitBlocked(d->unitCombo);
-    d->limits.load();
-    d->allowUnits();
-    d->chooseUnit();
-    d->limits.lower.editor->setText(d->shownNumber(*d->limits.lower.condition));
-    d->limits.upper.editor->setText(d->shownNumber(*d->limits.upper.condition));
+    d->limits.loadIn(this, [this] { d->loadEditors(); });
 }
 
 void SizeFilterWidget::resetFilter()

@@ -1,7 +1,7 @@
 #include <zelkoguibase/filter/stringfiltercondition.h>
 
-#include <zelkoguibase/filter/patterncomplexity_p.h>
-#include <zelkoguibase/filter/patternmatcher_p.h>
+#include "patterncomplexity_p.h"
+#include "patternmatcher_p.h"
 
 #include <zelkobase/data/filtercondition.h>
 

@@ -34,11 +34,38 @@ struct SwitchedEditor
         editor->setEnabled(isSwitchedOn());
     }
 
+    /// The same for a widget that edits nothing else. It is disabled when the condition is gone.
+    void validateIn(QWidget* widget) const
+    {
+        if (condition) {
+            validate();
+        } else {
+            widget->setEnabled(false);
+        }
+    }
+
     /// Shows whether the condition is switched on.
     void load() const
     {
         check->setChecked(isSwitchedOn());
         editor->setEnabled(isSwitchedOn());
+    }
+
+    /// The same, and has `loadEditor` show the content. Nothing of this gets back to the condition.
+    template <typename LoadEditor>
+    void loadWith(const LoadEditor& loadEditor) const
+    {
+        const auto blocked = blockSignals();
+        load();
+        loadEditor();
+    }
+
+    /// As a user does it. Nothing happens in a widget that stayed empty.
+    void switchOff() const
+    {
+        if (check) {
+            check->setChecked(false);
+        }
     }
 
     bool isSwitchedOn() const { return condition && condition->enabled(); }

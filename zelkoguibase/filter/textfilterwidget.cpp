@@ -121,7 +121,8 @@ void TextFilterWidget::connectChildren()
     connect(this, &TextFilterWidget::si_setMatchCase, d->caseCheck, &QCheckBox::setChecked);
 }
 
-// It is switched off for that long, so that rows are not filtered once per property.
+// It is switched off for that long, so that rows are not filtered once per property. Whoever is told that it is on
+// again may drop it.
 void TextFilterWidget::prepareCondition()
 {
     if (d->condition) {
@@ -132,6 +133,8 @@ void TextFilterWidget::prepareCondition()
     sl_patternSyntaxChanged(d->syntaxBox->currentIndex());
     if (d->condition) {
         d->condition->setEnabled(true);
+    }
+    if (d->condition) {
         connect(d->condition, &AbstractFilterCondition::si_filterContentChanged, this,
                 &TextFilterWidget::sl_filterContentChanged);
     }
@@ -170,19 +173,24 @@ void TextFilterWidget::resetFilter()
     Q_EMIT si_setText(d->condition ? d->condition->pattern() : QString());
 }
 
-// What the children answer to this is what the condition has already, so nothing is filtered again.
+// What the children answer to this is what the condition has already, so nothing is filtered again. Whoever else is
+// told may drop the condition, so it is asked for everything before.
 void TextFilterWidget::sl_filterContentChanged()
 {
     if (!d->condition) {
         return;
     }
-    d->allowReset(d->condition->pattern());
-    Q_EMIT si_setText(d->condition->pattern());
-    Q_EMIT si_setMatchCase(d->condition->caseSensitive() == Qt::CaseSensitive);
-    if (const int index = indexOf(d->condition->patternSyntax()); index >= 0) {
-        Q_EMIT si_setPatternSyntax(index);
+    const QString pattern = d->condition->pattern();
+    const bool matchCase = d->condition->caseSensitive() == Qt::CaseSensitive;
+    const int syntax = indexOf(d->condition->patternSyntax());
+    const bool enabled = d->condition->enabled();
+    d->allowReset(pattern);
+    Q_EMIT si_setText(pattern);
+    Q_EMIT si_setMatchCase(matchCase);
+    if (syntax >= 0) {
+        Q_EMIT si_setPatternSyntax(syntax);
     }
-    setEnabled(d->condition->enabled());
+    setEnabled(enabled);
 }
 
 } // namespace ZelkoGUI::Filter

@@ -20,11 +20,13 @@ public:
     class LineEditEx;
 
     /// Gives the condition an empty pattern, case insensitive, as a fixed string, and switches it on for good: it is
-    /// the empty pattern that rejects nothing. The condition may die before the widget, which does nothing then.
+    /// the empty pattern that rejects nothing. Whoever restores a condition that was saved as switched off disables the
+    /// widget, until one is restored that is on. The condition stays the caller's, and may die before the widget, which
+    /// does nothing then.
     TextFilterWidget(StringFilterCondition* condition, QWidget* parent);
     ~TextFilterWidget() override;
 
-    /// Empties the pattern. Syntax and case stay.
+    /// Empties the pattern. Syntax and case stay, and so does a condition that is off.
     void resetFilter() override;
 
 Q_SIGNALS:
