@@ -63,7 +63,7 @@ RecordPane::RecordPane(const std::shared_ptr<AbstractServerConnectionData>& conn
     , m_records(new DeviceRecords(m_controller.get(), this))
     , m_list(makeList(m_controller.get()))
     , m_view(m_list->findChild<QTableView*>(QStringLiteral("RecordTableView")))
-    , m_table(new RecordTable(m_view))
+    , m_table(new RecordTable(m_view, listName()))
     , m_summary(new SelectionSummary(m_view->selectionModel(), this))
     , m_title(new Heading)
     , m_subtitle(new ElidedLabel)
@@ -98,7 +98,7 @@ void RecordPane::arrange()
 void RecordPane::dressList()
 {
     qobject_cast<QSortFilterProxyModel*>(m_view->model())->setSortCaseSensitivity(Qt::CaseInsensitive);
-    m_table->restoreColumns(listName());
+    m_table->restoreColumns();
     const int side = toolBar()->style()->pixelMetric(QStyle::PM_ButtonIconSize) + 4;
     toolBar()->setIconSize(QSize(side, side));
     toolBar()->layout()->setContentsMargins(0, 0, 0, 0); // it begins where the table does
@@ -106,7 +106,7 @@ void RecordPane::dressList()
 
 void RecordPane::savePlaces(QSettings& settings) const
 {
-    m_table->saveColumns(listName());
+    m_table->saveColumns();
     m_table->saveSorting(settings);
 }
 

@@ -52,12 +52,13 @@ constexpr QLatin1String descendingKey("recordTable/sortedDescending");
 
 } // namespace
 
-RecordTable::RecordTable(QTableView* view)
+RecordTable::RecordTable(QTableView* view, const QString& columnsKey)
     : QObject(view)
     , m_view(view)
     , m_columnMenu(new ColumnMenu(view))
     , m_sortMenu(new SortMenu(view))
     , m_note(new EmptyStateNote(view))
+    , m_columns(new guiHelper::QHeaderViewColumnHandler(view->horizontalHeader(), columnsKey, this))
 {
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setItemDelegate(new RecordDelegate(this));
@@ -147,14 +148,14 @@ void RecordTable::resetColumns()
     m_columnMenu->update();
 }
 
-void RecordTable::saveColumns(const QString& key) const
+void RecordTable::saveColumns() const
 {
-    guiHelper::QHeaderViewColumnHandler(m_view->horizontalHeader(), key).saveColumnStatus();
+    m_columns->saveColumnStatus();
 }
 
-void RecordTable::restoreColumns(const QString& key)
+void RecordTable::restoreColumns()
 {
-    guiHelper::QHeaderViewColumnHandler(m_view->horizontalHeader(), key).restoreColumnStatus();
+    m_columns->restoreColumnStatus();
     m_columnMenu->update();
 }
 

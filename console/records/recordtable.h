@@ -8,6 +8,10 @@ class QMenu;
 class QSettings;
 class QTableView;
 
+namespace guiHelper {
+class QHeaderViewColumnHandler;
+}
+
 namespace ZelkoConsole {
 
 class ColumnMenu;
@@ -21,8 +25,9 @@ class RecordTable : public QObject
     Q_OBJECT
 
 public:
-    /// `view` shows a proxy over a record list, and outlives this object or dies with it.
-    explicit RecordTable(QTableView* view);
+    /// `view` shows a proxy over a record list, and outlives this object or dies with it. `columnsKey` is that under
+    /// which the record list keeps its columns, its object name.
+    RecordTable(QTableView* view, const QString& columnsKey);
     ~RecordTable() override;
 
     QTableView& view() const { return *m_view; }
@@ -34,10 +39,10 @@ public:
     /// Places, widths, visible columns and sorting as they were at first.
     void resetColumns();
 
-    /// @name Places, widths and visible columns, as the record list keeps them under its object name
+    /// @name Places, widths and visible columns, as the record list keeps them
     /// @{
-    void saveColumns(const QString& key) const;
-    void restoreColumns(const QString& key); ///< if there are any
+    void saveColumns() const;
+    void restoreColumns(); ///< if there are any
     /// @}
 
     /// Shows, hides and resets the columns, in their first order on screen. Owned by the view.
@@ -61,6 +66,7 @@ private:
     ColumnMenu* const m_columnMenu;
     SortMenu* const m_sortMenu;
     EmptyStateNote* const m_note;
+    guiHelper::QHeaderViewColumnHandler* const m_columns;
 };
 
 } // namespace ZelkoConsole

@@ -1,10 +1,9 @@
+#include "ownconfiguration.h"
+
 #include <widgetbase/sortlistview.h>
 #include <widgetbase/sortlistviewitem.h>
 
-#include <vornappstartup/cfgcenter.h>
-
 #include <QHeaderView>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -41,6 +40,19 @@ QColor strongestBlue(SortListView& view, const QColor& background)
     return strongest;
 }
 
+/// A list of two columns, whose layout is kept under `name`.
+struct KeptList
+{
+    explicit KeptList(const char* name)
+        : view(nullptr, name)
+    {
+        view.addColumn(QStringLiteral("Name"));
+        view.addColumn(QStringLiteral("Size"));
+    }
+
+    SortListView view;
+};
+
 } // namespace
 
 class SortListViewTest : public QObject
@@ -59,6 +71,9 @@ private Q_SLOTS:
     void compareFunctionsEndAtTheirLength();
     void aFunctionOfOnesOwnDecides();
     void keepsTheLayoutOfItsColumnsUnderItsName();
+    void keepsTheLayoutUnderANameThatCameLater();
+    void keepsTheWidthOfAColumnThatIsHidden_data();
+    void keepsTheWidthOfAColumnThatIsHidden();
     void anItemHasAsManyCellsAsItIsGiven();
     void coloursCanBeReadOnTheirBackground_data();
     void coloursCanBeReadOnTheirBackground();
@@ -197,19 +212,50 @@ void SortListViewTest::aFunctionOfOnesOwnDecides()
 
 void SortListViewTest::keepsTheLayoutOfItsColumnsUnderItsName()
 {
-    const QTemporaryDir folder;
-    CfgCenter::SetFile(ICfg::UserView, folder.filePath(QStringLiteral("user.ini")));
-    SortListView before(nullptr, "List");
-    SortListView after(nullptr, "List");
-    for (SortListView* const view : {&before, &after}) {
-        view->addColumn(QStringLiteral("Name"));
-        view->addColumn(QStringLiteral("Size"));
-    }
-    before.header()->moveSection(0, 1);
-    QVERIFY(before.saveColumnStatus());
-    QVERIFY(after.restoreColumnStatus());
-    QCOMPARE(after.header()->visualIndex(0), 1);
-    CfgCenter::SetFile(ICfg::UserView, QString());
+    const OwnConfiguration configuration;
+    KeptList before("List");
+    before.view.header()->moveSection(0, 1);
+    QVERIFY(before.view.saveColumnStatus());
+    KeptList after("List");
+    QVERIFY(after.view.restoreColumnStatus());
+    QCOMPARE(after.view.header()->visualIndex(0), 1);
+    QVERIFY(!KeptList("Another").view.restoreColumnStatus());
+}
+
+void SortListViewTest::keepsTheLayoutUnderANameThatCameLater()
+{
+    const OwnConfiguration configuration;
+    KeptList before(nullptr);
+    QVERIFY(!before.view.saveColumnStatus());
+    before.view.setObjectName(QStringLiteral("Later"));
+    before.view.header()->moveSection(0, 1);
+    QVERIFY(before.view.saveColumnStatus());
+    KeptList after("Later");
+    QVERIFY(after.view.restoreColumnStatus());
+    QCOMPARE(after.view.header()->visualIndex(0), 1);
+}
+
+void SortListViewTest::keepsTheWidthOfAColumnThatIsHidden_data()
+{
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("before the list is shown") << false;
+    QTest::newRow("in a list that is shown") << true;
+}
+
+void SortListViewTest::keepsTheWidthOfAColumnThatIsHidden()
+{
+    QFETCH(bool, isShown);
+    const OwnConfiguration configuration;
+    KeptList before("List");
+    before.view.setVisible(isShown);
+    before.view.setColumnWidth(0, 77);
+    before.view.setColumnHidden(0, true);
+    QVERIFY(before.view.saveColumnStatus());
+    KeptList after("List");
+    QVERIFY(after.view.restoreColumnStatus());
+    QVERIFY(after.view.isColumnHidden(0));
+    after.view.setColumnHidden(0, false);
+    QCOMPARE(after.view.columnWidth(0), 77);
 }
 
 void SortListViewTest::anItemHasAsManyCellsAsItIsGiven()
