@@ -68,6 +68,7 @@ private Q_SLOTS:
     void sortsByTheKeyAndNotByTheText();
     void anEmptyKeyIsAKey();
     void aKeyThatChangesMovesTheItem();
+    void aKeyThatIsRemovedMovesTheItem();
     void compareFunctionsEndAtTheirLength();
     void aFunctionOfOnesOwnDecides();
     void keepsTheLayoutOfItsColumnsUnderItsName();
@@ -179,6 +180,21 @@ void SortListViewTest::aKeyThatChangesMovesTheItem()
     fill(view, {"a", "b"});
     static_cast<SortListViewItem*>(view.topLevelItem(0))->SetSortKey(0, QStringLiteral("c"));
     QCOMPARE(texts(view), (QStringList{"b", "a"}));
+}
+
+void SortListViewTest::aKeyThatIsRemovedMovesTheItem()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    view.sortByColumn(0, Qt::AscendingOrder);
+    fill(view, {"a", "b"});
+    auto& item = static_cast<SortListViewItem&>(*view.topLevelItem(0));
+    item.SetSortKey(0, QStringLiteral("c"));
+    item.RemoveSortKey(1);
+    QCOMPARE(texts(view), (QStringList{"b", "a"}));
+    item.RemoveSortKey(0);
+    QCOMPARE(texts(view), (QStringList{"a", "b"}));
+    QCOMPARE(item.sortKey(0), QStringLiteral("a"));
 }
 
 void SortListViewTest::compareFunctionsEndAtTheirLength()
