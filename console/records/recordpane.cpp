@@ -8,6 +8,7 @@
 
 #include <host/activedevicecontrol.h>
 #include <resources/zelkoicons.h>
+#include <widgetbase/elidedlabel.h>
 #include <zelkobase/connection/abstractserverconnectiondata.h>
 #include <zelkobase/connection/zelkoconfiguration.h>
 #include <zelkobase/service/zelkoguitoservercorbahandler.h>
@@ -66,8 +67,8 @@ RecordPane::RecordPane(const std::shared_ptr<AbstractServerConnectionData>& conn
     , m_table(new RecordTable(m_view, listName()))
     , m_summary(new SelectionSummary(m_view->selectionModel(), this))
     , m_title(new Heading)
-    , m_subtitle(new ElidedLabel)
-    , m_selection(new ElidedLabel)
+    , m_subtitle(new guiHelper::ElidedLabel)
+    , m_selection(new guiHelper::ElidedLabel)
     , m_statusWidget(makeStatusWidget())
     , m_actions(new RecordActions(m_controller.get(), this))
 {
