@@ -8,6 +8,7 @@
 #include <console/widgets/roomystyle.h>
 
 #include <widgetbase/qheaderviewcolumnhandler.h>
+#include <widgetbase/sourcerows.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
 #include <QAbstractProxyModel>
@@ -59,6 +60,7 @@ RecordTable::RecordTable(QTableView* view, const QString& columnsKey)
     , m_sortMenu(new SortMenu(view))
     , m_note(new EmptyStateNote(view))
     , m_columns(new guiHelper::QHeaderViewColumnHandler(view->horizontalHeader(), columnsKey, this))
+    , m_rows(new guiHelper::SourceRows(qobject_cast<QAbstractProxyModel*>(view->model()), this))
 {
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setItemDelegate(new RecordDelegate(this));
@@ -67,7 +69,8 @@ RecordTable::RecordTable(QTableView* view, const QString& columnsKey)
     setUpHeaders();
     resetColumns();
     offerColumns();
-    followRows();
+    connect(m_rows, &guiHelper::SourceRows::changed, this, &RecordTable::look);
+    look();
 }
 
 RecordTable::~RecordTable() = default;
@@ -103,21 +106,9 @@ void RecordTable::offerColumns()
     m_sortMenu->setColumns(columns);
 }
 
-void RecordTable::followRows()
-{
-    const auto* const proxy = qobject_cast<const QAbstractProxyModel*>(m_view->model());
-    using Source = QAbstractItemModel;
-    const auto follow = [this](const QAbstractItemModel* model, auto... changes) {
-        (connect(model, changes, this, &RecordTable::look), ...);
-    };
-    follow(proxy->sourceModel(), &Source::rowsInserted, &Source::rowsRemoved, &Source::modelReset);
-    look();
-}
-
 void RecordTable::look()
 {
-    const auto* const proxy = qobject_cast<const QAbstractProxyModel*>(m_view->model());
-    m_note->setVisible(!proxy->sourceModel() || proxy->sourceModel()->rowCount() == 0);
+    m_note->setVisible(m_rows->count() == 0);
 }
 
 void RecordTable::setEmptyState(const EmptyState& state)

@@ -10,7 +10,8 @@ class QTableView;
 
 namespace guiHelper {
 class QHeaderViewColumnHandler;
-}
+class SourceRows;
+} // namespace guiHelper
 
 namespace ZelkoConsole {
 
@@ -59,7 +60,6 @@ private:
     void dress();
     void setUpHeaders();
     void offerColumns();
-    void followRows();
     void look();
 
     QTableView* const m_view;
@@ -67,6 +67,7 @@ private:
     SortMenu* const m_sortMenu;
     EmptyStateNote* const m_note;
     guiHelper::QHeaderViewColumnHandler* const m_columns;
+    const guiHelper::SourceRows* const m_rows;
 };
 
 } // namespace ZelkoConsole

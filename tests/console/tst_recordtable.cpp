@@ -15,6 +15,7 @@
 #include <QMenu>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -310,6 +311,33 @@ private Q_SLOTS:
         QVERIFY(note->isHidden());
         setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(1));
         QVERIFY(note->isVisible());
+    }
+
+    void saysWhyThereAreNoRecordsInWhateverListItShows()
+    {
+        Setting setting(2);
+        const auto* const note = setting.view.findChild<QWidget*>(QStringLiteral("emptyState"));
+        setting.table->setEmptyState({Glyph::Bad, QStringLiteral("Nothing to see")});
+        QVERIFY(note->isHidden());
+        ZelkoGUI::RecordItemMapModel none(QStringLiteral("/no/such/list"), nullptr);
+        setting.sorted.setSourceModel(&none);
+        QVERIFY(note->isVisible());
+        setting.sorted.setSourceModel(&setting.records);
+        QVERIFY(note->isHidden());
+    }
+
+    void saysWhyThereAreNoRecordsBeforeThereIsAList()
+    {
+        Setting setting(2);
+        QSortFilterProxyModel proxy;
+        QTableView view;
+        view.setModel(&proxy);
+        const RecordTable table(&view, QStringLiteral("kept"));
+        view.show();
+        const auto* const note = view.findChild<QWidget*>(QStringLiteral("emptyState"));
+        QVERIFY(note->isVisible());
+        proxy.setSourceModel(&setting.records);
+        QVERIFY(note->isHidden());
     }
 
     void saysNothingOfRecordsThatAreFilteredOut()

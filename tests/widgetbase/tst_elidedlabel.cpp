@@ -151,14 +151,13 @@ private Q_SLOTS:
 
     void tellsNothingOfATextThatIsShown()
     {
-        ElidedLabel label(longText);
+        QToolTip::hideText();
+        QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), QString(), patience);
+        ElidedLabel label(QStringLiteral("short"));
         label.resize(100, 30);
         label.show();
         operatorhands::rest(label, label.rect().center());
-        QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), longText, patience);
-        label.setText(QStringLiteral("short"));
-        operatorhands::rest(label, label.rect().center());
-        QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), QString(), patience);
+        QCOMPARE(QToolTip::text(), QString());
     }
 };
 
