@@ -41,7 +41,7 @@ SortListView::SortListView(QWidget* parent, const char* name)
     , m_columnHandler(std::make_unique<guiHelper::QHeaderViewColumnHandler>(header(), QString()))
 {
     connect(this, &QObject::objectNameChanged, m_columnHandler.get(), &guiHelper::QHeaderViewColumnHandler::setKey);
-    setObjectName(QLatin1String(name));
+    setObjectName(QString::fromUtf8(name));
     setColumnCount(0);
     setSortingEnabled(true);
     setItemDelegate(new LegibleTextDelegate(this));

@@ -84,6 +84,8 @@ void SortListViewTest::columnsComeOneBehindTheOther()
 {
     SortListView view(nullptr, "List");
     QCOMPARE(view.objectName(), QStringLiteral("List"));
+    QCOMPARE(SortListView(nullptr, "\xC3\xA4").objectName(), QString(QChar(0xe4)));
+    QCOMPARE(SortListView().objectName(), QString());
     QCOMPARE(view.columnCount(), 0);
     QCOMPARE(view.addColumn(QStringLiteral("Name")), 0);
     QCOMPARE(view.addColumn(QStringLiteral("Size")), 1);
