@@ -3,7 +3,8 @@
 #include "subsystementry_p.h"
 
 #include <console/widgets/glyph.h>
-#include <console/widgets/plaintooltip.h>
+
+#include <widgetbase/plaintooltip.h>
 
 #include <algorithm>
 
@@ -134,7 +135,7 @@ QVariant DeviceListModel::subSystemData(const SubSystem& subSystem, int column, 
     case Qt::DecorationRole:
         return column == NameColumn ? QVariant(glyphIcon(glyphOf(subSystem.status))) : QVariant();
     case Qt::ToolTipRole:
-        return plainToolTip(longText(subSystem.name, subSystem.status));
+        return guiHelper::plainToolTip(longText(subSystem.name, subSystem.status));
     default:
         return {};
     }
@@ -150,7 +151,7 @@ QVariant DeviceListModel::deviceData(const SubSystem& subSystem, const Device& d
     case Qt::DecorationRole:
         return column == NameColumn ? QVariant(glyphIcon(available ? Glyph::Good : Glyph::Idle)) : QVariant();
     case Qt::ToolTipRole:
-        return plainToolTip(tr("Device %1 of %2: %3").arg(device.name, subSystem.name, word));
+        return guiHelper::plainToolTip(tr("Device %1 of %2: %3").arg(device.name, subSystem.name, word));
     default:
         return {};
     }

@@ -1,20 +1,14 @@
 #include <console/records/emptystatenote.h>
 
 #include <QAbstractItemView>
-#include <QEvent>
 #include <QPainter>
 
 namespace ZelkoConsole {
 
-// Over the viewport and not in it, which would scroll it with the columns.
 EmptyStateNote::EmptyStateNote(QAbstractItemView* view)
-    : QWidget(view)
+    : guiHelper::ViewportNote(view)
 {
     setObjectName(QStringLiteral("emptyState"));
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    setGeometry(view->viewport()->geometry());
-    view->viewport()->installEventFilter(this);
-    hide();
 }
 
 EmptyStateNote::~EmptyStateNote() = default;
@@ -26,14 +20,6 @@ void EmptyStateNote::setState(const EmptyState& state)
         setAccessibleName(state.text);
         update();
     }
-}
-
-bool EmptyStateNote::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::Resize || event->type() == QEvent::Move) {
-        setGeometry(qobject_cast<QWidget*>(watched)->geometry());
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void EmptyStateNote::paintEvent(QPaintEvent*)

@@ -2,14 +2,14 @@
 
 #include <console/records/emptystate.h>
 
-#include <QWidget>
+#include <widgetbase/viewportnote.h>
 
 class QAbstractItemView;
 
 namespace ZelkoConsole {
 
-/// Says in a list without records why there are none. It lies where the rows would be and lets the mouse through.
-class EmptyStateNote : public QWidget
+/// Says in a list without records why there are none.
+class EmptyStateNote : public guiHelper::ViewportNote
 {
     Q_OBJECT
 
@@ -22,7 +22,6 @@ public:
     const EmptyState& state() const { return m_state; }
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

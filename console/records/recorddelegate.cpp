@@ -1,6 +1,6 @@
 #include <console/records/recorddelegate.h>
 
-#include <console/widgets/plaintooltip.h>
+#include <widgetbase/plaintooltip.h>
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -13,7 +13,7 @@ bool RecordDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const
     if (event->type() != QEvent::ToolTip || sizeHint(option, index).width() <= option.rect.width()) {
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     }
-    showPlainToolTip(event->globalPos(), index.data().toString(), view, option.rect);
+    guiHelper::showPlainToolTip(event->globalPos(), index.data().toString(), view, option.rect);
     return true;
 }
 

@@ -8,6 +8,7 @@
 
 #include <host/activedevicecontrol.h>
 #include <resources/zelkoicons.h>
+#include <widgetbase/elidedlabel.h>
 #include <zelkobase/connection/abstractserverconnectiondata.h>
 #include <zelkobase/connection/zelkoconfiguration.h>
 #include <zelkobase/service/zelkoguitoservercorbahandler.h>
@@ -63,11 +64,11 @@ RecordPane::RecordPane(const std::shared_ptr<AbstractServerConnectionData>& conn
     , m_records(new DeviceRecords(m_controller.get(), this))
     , m_list(makeList(m_controller.get()))
     , m_view(m_list->findChild<QTableView*>(QStringLiteral("RecordTableView")))
-    , m_table(new RecordTable(m_view))
+    , m_table(new RecordTable(m_view, listName()))
     , m_summary(new SelectionSummary(m_view->selectionModel(), this))
     , m_title(new Heading)
-    , m_subtitle(new ElidedLabel)
-    , m_selection(new ElidedLabel)
+    , m_subtitle(new guiHelper::ElidedLabel)
+    , m_selection(new guiHelper::ElidedLabel)
     , m_statusWidget(makeStatusWidget())
     , m_actions(new RecordActions(m_controller.get(), this))
 {
@@ -98,7 +99,7 @@ void RecordPane::arrange()
 void RecordPane::dressList()
 {
     qobject_cast<QSortFilterProxyModel*>(m_view->model())->setSortCaseSensitivity(Qt::CaseInsensitive);
-    m_table->restoreColumns(listName());
+    m_table->restoreColumns();
     const int side = toolBar()->style()->pixelMetric(QStyle::PM_ButtonIconSize) + 4;
     toolBar()->setIconSize(QSize(side, side));
     toolBar()->layout()->setContentsMargins(0, 0, 0, 0); // it begins where the table does
@@ -106,7 +107,7 @@ void RecordPane::dressList()
 
 void RecordPane::savePlaces(QSettings& settings) const
 {
-    m_table->saveColumns(listName());
+    m_table->saveColumns();
     m_table->saveSorting(settings);
 }
 

@@ -22,10 +22,13 @@ class RecordListWidget;
 class ZelkoServerGUIController;
 } // namespace ZelkoGUI
 
+namespace guiHelper {
+class ElidedLabel;
+}
+
 namespace ZelkoConsole {
 
 class DeviceRecords;
-class ElidedLabel;
 class Heading;
 class RecordActions;
 class RecordTable;
@@ -91,8 +94,8 @@ private:
     RecordTable* m_table;
     SelectionSummary* m_summary;
     Heading* m_title;
-    ElidedLabel* m_subtitle;
-    ElidedLabel* m_selection;
+    guiHelper::ElidedLabel* m_subtitle;
+    guiHelper::ElidedLabel* m_selection;
     QWidget* m_statusWidget;
     RecordActions* m_actions = nullptr;
 };

@@ -6,6 +6,7 @@
 #include <console/widgets/roomystyle.h>
 
 #include <widgetbase/qheaderviewcolumnhandler.h>
+#include <widgetbase/sourcerows.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/recordlist/columnmenu.h>
 #include <zelkoguibase/recordlist/sortmenu.h>
@@ -54,12 +55,14 @@ constexpr QLatin1String descendingKey("recordTable/sortedDescending");
 
 } // namespace
 
-RecordTable::RecordTable(QTableView* view)
+RecordTable::RecordTable(QTableView* view, const QString& columnsKey)
     : QObject(view)
     , m_view(view)
     , m_columnMenu(new ColumnMenu(view))
     , m_sortMenu(new SortMenu(view))
     , m_note(new EmptyStateNote(view))
+    , m_columns(new guiHelper::QHeaderViewColumnHandler(view->horizontalHeader(), columnsKey, this))
+    , m_rows(new guiHelper::SourceRows(qobject_cast<QAbstractProxyModel*>(view->model()), this))
 {
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setItemDelegate(new RecordDelegate(this));
@@ -68,7 +71,8 @@ RecordTable::RecordTable(QTableView* view)
     setUpHeaders();
     resetColumns();
     offerColumns();
-    followRows();
+    connect(m_rows, &guiHelper::SourceRows::changed, this, &RecordTable::look);
+    look();
 }
 
 RecordTable::~RecordTable() = default;
@@ -104,21 +108,9 @@ void RecordTable::offerColumns()
     m_sortMenu->setColumns(columns);
 }
 
-void RecordTable::followRows()
-{
-    const auto* const proxy = qobject_cast<const QAbstractProxyModel*>(m_view->model());
-    using Source = QAbstractItemModel;
-    const auto follow = [this](const QAbstractItemModel* model, auto... changes) {
-        (connect(model, changes, this, &RecordTable::look), ...);
-    };
-    follow(proxy->sourceModel(), &Source::rowsInserted, &Source::rowsRemoved, &Source::modelReset);
-    look();
-}
-
 void RecordTable::look()
 {
-    const auto* const proxy = qobject_cast<const QAbstractProxyModel*>(m_view->model());
-    m_note->setVisible(!proxy->sourceModel() || proxy->sourceModel()->rowCount() == 0);
+    m_note->setVisible(m_rows->count() == 0);
 }
 
 void RecordTable::setEmptyState(const EmptyState& state)
@@ -149,14 +141,14 @@ void RecordTable::resetColumns()
     m_columnMenu->update();
 }
 
-void RecordTable::saveColumns(const QString& key) const
+void RecordTable::saveColumns() const
 {
-    guiHelper::QHeaderViewColumnHandler(m_view->horizontalHeader(), key).saveColumnStatus();
+    m_columns->saveColumnStatus();
 }
 
-void RecordTable::restoreColumns(const QString& key)
+void RecordTable::restoreColumns()
 {
-    guiHelper::QHeaderViewColumnHandler(m_view->horizontalHeader(), key).restoreColumnStatus();
+    m_columns->restoreColumnStatus();
     m_columnMenu->update();
 }
 

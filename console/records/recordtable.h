@@ -8,6 +8,11 @@ class QMenu;
 class QSettings;
 class QTableView;
 
+namespace guiHelper {
+class QHeaderViewColumnHandler;
+class SourceRows;
+} // namespace guiHelper
+
 namespace ZelkoGUI {
 class ColumnMenu;
 class SortMenu;
@@ -24,8 +29,9 @@ class RecordTable : public QObject
     Q_OBJECT
 
 public:
-    /// `view` shows a proxy over a record list, and outlives this object or dies with it.
-    explicit RecordTable(QTableView* view);
+    /// `view` shows a proxy over a record list, and outlives this object or dies with it. `columnsKey` is that under
+    /// which the record list keeps its columns, its object name.
+    RecordTable(QTableView* view, const QString& columnsKey);
     ~RecordTable() override;
 
     QTableView& view() const { return *m_view; }
@@ -37,10 +43,10 @@ public:
     /// Places, widths, visible columns and sorting as they were at first.
     void resetColumns();
 
-    /// @name Places, widths and visible columns, as the record list keeps them under its object name
+    /// @name Places, widths and visible columns, as the record list keeps them
     /// @{
-    void saveColumns(const QString& key) const;
-    void restoreColumns(const QString& key); ///< if there are any
+    void saveColumns() const;
+    void restoreColumns(); ///< if there are any
     /// @}
 
     /// Shows, hides and resets the columns, in their first order on screen. Owned by the view.
@@ -57,13 +63,14 @@ private:
     void dress();
     void setUpHeaders();
     void offerColumns();
-    void followRows();
     void look();
 
     QTableView* const m_view;
     ZelkoGUI::ColumnMenu* const m_columnMenu;
     ZelkoGUI::SortMenu* const m_sortMenu;
     EmptyStateNote* const m_note;
+    guiHelper::QHeaderViewColumnHandler* const m_columns;
+    const guiHelper::SourceRows* const m_rows;
 };
 
 } // namespace ZelkoConsole

@@ -1,8 +1,9 @@
 #include <console/widgets/connectionbadge.h>
 
-#include <console/widgets/elidedlabel.h>
 #include <console/widgets/glyph.h>
-#include <console/widgets/plaintooltip.h>
+
+#include <widgetbase/elidedlabel.h>
+#include <widgetbase/plaintooltip.h>
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -19,7 +20,7 @@ constexpr int mostCharacters = 50;
 ConnectionBadge::ConnectionBadge(QWidget* parent)
     : QWidget(parent)
     , m_sign(new QLabel)
-    , m_text(new ElidedLabel)
+    , m_text(new guiHelper::ElidedLabel)
 {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(6, 0, 6, 0);
@@ -37,7 +38,7 @@ void ConnectionBadge::show(const QString& subSystem, const SubSystemStatus& stat
     m_empty = subSystem.isEmpty();
     m_status = status;
     m_text->setText(m_empty ? QString() : tr("%1: %2").arg(subSystem, shortText(status)));
-    setToolTip(m_empty ? QString() : plainToolTip(longText(subSystem, status)));
+    setToolTip(m_empty ? QString() : guiHelper::plainToolTip(longText(subSystem, status)));
     setAccessibleDescription(m_text->text());
     paintSign();
 }

@@ -6,9 +6,11 @@
 
 class QLabel;
 
-namespace ZelkoConsole {
-
+namespace guiHelper {
 class ElidedLabel;
+}
+
+namespace ZelkoConsole {
 
 /// Sign and words for the connection of one sub system, for a status bar. The reason of a failure is its tool tip.
 class ConnectionBadge : public QWidget
@@ -31,7 +33,7 @@ private:
     void paintSign();
 
     QLabel* m_sign;
-    ElidedLabel* m_text;
+    guiHelper::ElidedLabel* m_text;
     bool m_empty = true;
     SubSystemStatus m_status;
 };

@@ -5,7 +5,7 @@
 namespace ZelkoConsole {
 
 Heading::Heading(const QString& text, QWidget* parent)
-    : ElidedLabel(text, parent)
+    : guiHelper::ElidedLabel(text, parent)
 {
     QFont large = scaledFont(font(), 1.25);
     large.setBold(true);

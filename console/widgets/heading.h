@@ -1,11 +1,11 @@
 #pragma once
 
-#include <console/widgets/elidedlabel.h>
+#include <widgetbase/elidedlabel.h>
 
 namespace ZelkoConsole {
 
 /// The title of a part of a window.
-class Heading : public ElidedLabel
+class Heading : public guiHelper::ElidedLabel
 {
     Q_OBJECT
 

@@ -57,16 +57,15 @@ QString fieldProblem(const RGObject& object, const FieldInfo& field, unsigned nu
 
 ListType::~ListType() = default;
 
-quint32 ObjectFields::mask(const RGObject& object)
+bool ObjectFields::isAnySet(const RGObject& object)
 {
-    quint32 mask = 0;
     const std::span<const FieldInfo> fields = object.classInfo().fields;
     for (unsigned i = 0; i < fields.size(); ++i) {
         if (isSet(object, fields[i], i)) {
-            mask |= 1U << i;
+            return true;
         }
     }
-    return mask;
+    return false;
 }
 
 bool objectsEqual(const RGObject& a, const RGObject& b)

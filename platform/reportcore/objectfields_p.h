@@ -26,8 +26,8 @@ public:
     static void markPresent(RGObject& object, unsigned number) { object.setPresent(number); }
     static QString contentProblem(const RGObject& object) { return object.contentProblem(); }
 
-    /// One bit per field that is set.
-    static quint32 mask(const RGObject& object);
+    /// Whether any field is set.
+    static bool isAnySet(const RGObject& object);
 
     /// Calls `use(const void* item)` for each value of the field: for a list its items, otherwise the one.
     template <typename Use>

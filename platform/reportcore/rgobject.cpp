@@ -48,7 +48,7 @@ void RGObject::Reset()
 
 bool RGObject::HasData() const
 {
-    return ObjectFields::mask(*this) != 0;
+    return ObjectFields::isAnySet(*this);
 }
 
 QString RGObject::problem() const

@@ -2,9 +2,9 @@
 
 #include <reportcore/xmltext_p.h>
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace REPORTGENERATOR {
 

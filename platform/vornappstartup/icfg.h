@@ -34,10 +34,12 @@ public:
     virtual void SetBool(const QString& key, bool value) = 0;
 
     /// A group of this configuration, with keys of its own. Null for an empty name, and as `access` says. The group
-    /// must not outlive the configuration.
+    /// must not outlive the configuration. To see whether it can be written, each opening for writing makes the folder
+    /// of the file if it is missing, and a temporary file there for a moment.
     virtual std::unique_ptr<ICfg> OpenGroup(const QString& name, Access access) = 0;
 
-    /// Writes what has changed, all groups of it, to disk. False if that fails; the file is the old one then.
+    /// Writes what has changed, all groups of it, to disk. False if that fails; the file is the old one then. Blocks
+    /// until the disk has it, and before that for up to two seconds while another process writes the same file.
     virtual bool Flush() = 0;
 
 protected:

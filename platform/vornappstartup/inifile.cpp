@@ -10,10 +10,11 @@
 #include <QLockFile>
 #include <QTemporaryFile>
 
+#include <utility>
+
 namespace {
 
 constexpr qint64 largestFile = 16 * 1024 * 1024;
-constexpr int lockPatience = 2000; // milliseconds; another process holds it for the time of a write
 
 bool makeFolderOf(const QString& fileName)
 {
@@ -48,7 +49,10 @@ QString freeName(const QString& fileName)
 IniFile::IniFile(const QString& fileName)
     : m_fileName(fileName)
 {
-    read();
+    if (!read()) {
+        mend();
+        tellUser();
+    }
 }
 
 IniFile::~IniFile()
@@ -64,7 +68,12 @@ void IniFile::setValue(const QString& key, const QString& value)
     }
 }
 
-// A file that is not there leaves the values as they are known, and so does one that is set aside.
+QString IniFile::lockName() const
+{
+    return m_fileName + QStringLiteral(".lock");
+}
+
+// A file that is not there leaves the values as they are known, and so does one that cannot be read.
 bool IniFile::read()
 {
     if (!QFileInfo::exists(m_fileName)) {
@@ -75,7 +84,23 @@ bool IniFile::read()
         m_values.insert(m_changes);
         return true;
     }
-    return setAside();
+    return false;
+}
+
+bool IniFile::readOrSetAside()
+{
+    return read() || setAside();
+}
+
+// Without the lock it could be the good file that another process has put in the place of the damaged one meanwhile.
+void IniFile::mend()
+{
+    QLockFile lock(lockName());
+    if (lock.tryLock(lockPatience)) {
+        readOrSetAside();
+    } else if (lock.error() != QLockFile::LockFailedError) {
+        leaveInPlace();
+    }
 }
 
 bool IniFile::setAside()
@@ -83,19 +108,30 @@ bool IniFile::setAside()
     const QString name = freeName(m_fileName);
     if (!name.isEmpty() && QFile::rename(m_fileName, name)) {
         m_changes = m_values;
-        ErrorHandler::Instance()->ShowMessage(
+        m_toTell =
             QCoreApplication::translate("CfgCenter", "The settings in %1 cannot be read. They were set aside as %2.")
-                .arg(m_fileName, name));
+                .arg(m_fileName, name);
         return true;
     }
+    leaveInPlace();
+    return false;
+}
+
+void IniFile::leaveInPlace()
+{
     if (!m_isStuck) {
         m_isStuck = true;
-        ErrorHandler::Instance()->ShowMessage(
-            QCoreApplication::translate("CfgCenter",
-                                        "The settings in %1 cannot be read, nor set aside. Changes are not kept.")
-                .arg(m_fileName));
+        m_toTell = QCoreApplication::translate(
+                       "CfgCenter", "The settings in %1 cannot be read, nor set aside. Changes are not kept.")
+                       .arg(m_fileName);
     }
-    return false;
+}
+
+void IniFile::tellUser()
+{
+    if (!m_toTell.isEmpty()) {
+        ErrorHandler::Instance()->ShowMessage(std::exchange(m_toTell, QString()));
+    }
 }
 
 bool IniFile::isWritable() const
@@ -109,8 +145,16 @@ bool IniFile::write()
         return true;
     }
     makeFolderOf(m_fileName);
-    QLockFile lock(m_fileName + QStringLiteral(".lock"));
-    if (!lock.tryLock(lockPatience) || !read() || !REPORTGENERATOR::writeDurably(m_fileName, iniText(m_values))) {
+    const bool isWritten = writeWithLock();
+    tellUser();
+    return isWritten;
+}
+
+bool IniFile::writeWithLock()
+{
+    QLockFile lock(lockName());
+    if (!lock.tryLock(lockPatience) || !readOrSetAside() ||
+        !REPORTGENERATOR::writeDurably(m_fileName, iniText(m_values))) {
         return false;
     }
     m_changes.clear();

@@ -33,15 +33,21 @@ QHeaderViewColumnHandler::QHeaderViewColumnHandler(QHeaderView* header, const QS
     , m_header(header)
     , m_key(key)
 {
+    for (int logical = 0; logical < header->count(); ++logical) {
+        rememberSize(logical, 0, header->sectionSize(logical));
+    }
     connect(header, &QHeaderView::sectionResized, this, &QHeaderViewColumnHandler::rememberSize);
 }
 
 QHeaderViewColumnHandler::~QHeaderViewColumnHandler() = default;
 
+// Each size, and not only that before hiding: a header that stretches its last column tells of a hidden one when it is
+// laid out next.
 void QHeaderViewColumnHandler::rememberSize(int logicalIndex, int oldSize, int newSize)
 {
-    if (newSize == 0 && oldSize > 0) {
-        m_sizesBeforeHiding[logicalIndex] = oldSize;
+    const int size = newSize > 0 ? newSize : oldSize;
+    if (size > 0) {
+        m_shownSizes[logicalIndex] = size;
     }
 }
 
@@ -51,8 +57,8 @@ QList<QHeaderViewColumnHandler::Column> QHeaderViewColumnHandler::layout() const
     for (int visual = 0; visual < m_header->count(); ++visual) {
         const int logical = m_header->logicalIndex(visual);
         const bool isHidden = m_header->isSectionHidden(logical);
-        const int size = isHidden ? m_sizesBeforeHiding.value(logical, m_header->defaultSectionSize())
-                                  : m_header->sectionSize(logical);
+        const int size =
+            isHidden ? m_shownSizes.value(logical, m_header->defaultSectionSize()) : m_header->sectionSize(logical);
         columns.append({logical, std::min(size, largestSize), isHidden});
     }
     return columns;
@@ -101,7 +107,7 @@ void QHeaderViewColumnHandler::apply(const QList<Column>& columns)
         m_header->resizeSection(column.logicalIndex, column.size);
         m_header->setSectionHidden(column.logicalIndex, column.isHidden);
         if (column.isHidden) {
-            m_sizesBeforeHiding[column.logicalIndex] = column.size;
+            m_shownSizes[column.logicalIndex] = column.size;
         }
     }
 }

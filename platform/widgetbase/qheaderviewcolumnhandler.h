@@ -17,10 +17,13 @@ class WIDGETBASE_EXPORT QHeaderViewColumnHandler final : public QObject
     Q_OBJECT
 
 public:
-    /// `key` names the layout among those of all headers; an empty one is kept nowhere. The header is not owned and may
-    /// go first. Made before columns are hidden it also remembers how wide they were.
+    /// `key` names the layout among those of all headers; an empty one is kept nowhere. The header must not be null; it
+    /// is not owned and may go first. How wide a hidden column was is known if it was hidden after this was made.
     QHeaderViewColumnHandler(QHeaderView* header, const QString& key, QObject* parent = nullptr);
     ~QHeaderViewColumnHandler() override;
+
+    /// The next layout is kept, or looked for, under another key.
+    void setKey(const QString& key) { m_key = key; }
 
     /// Writes the layout to the configuration and the configuration to disk. False if that fails, or if the header has
     /// gone or has no columns: what was kept before stands then.
@@ -46,8 +49,8 @@ private:
     void rememberSize(int logicalIndex, int oldSize, int newSize);
 
     const QPointer<QHeaderView> m_header;
-    const QString m_key;
-    QHash<int, int> m_sizesBeforeHiding;
+    QString m_key;
+    QHash<int, int> m_shownSizes; ///< that columns have, or had when they were shown last
 };
 
 } // namespace guiHelper

@@ -38,8 +38,10 @@ bool isNumber(const QString& text)
 
 SortListView::SortListView(QWidget* parent, const char* name)
     : QTreeWidget(parent)
+    , m_columnHandler(std::make_unique<guiHelper::QHeaderViewColumnHandler>(header(), QString()))
 {
-    setObjectName(QLatin1String(name));
+    connect(this, &QObject::objectNameChanged, m_columnHandler.get(), &guiHelper::QHeaderViewColumnHandler::setKey);
+    setObjectName(QString::fromUtf8(name));
     setColumnCount(0);
     setSortingEnabled(true);
     setItemDelegate(new LegibleTextDelegate(this));
@@ -119,20 +121,12 @@ int SortListView::_compStandardNumeric(const SortListViewItem& a, const SortList
     return sign(isNumber(keyA), isNumber(keyB));
 }
 
-guiHelper::QHeaderViewColumnHandler& SortListView::columnHandler()
-{
-    if (m_columnHandler == nullptr) {
-        m_columnHandler = std::make_unique<guiHelper::QHeaderViewColumnHandler>(header(), objectName());
-    }
-    return *m_columnHandler;
-}
-
 bool SortListView::saveColumnStatus()
 {
-    return columnHandler().saveColumnStatus();
+    return m_columnHandler->saveColumnStatus();
 }
 
 bool SortListView::restoreColumnStatus()
 {
-    return columnHandler().restoreColumnStatus();
+    return m_columnHandler->restoreColumnStatus();
 }

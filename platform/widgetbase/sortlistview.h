@@ -24,6 +24,7 @@ public:
     /// Less than, equal to or greater than 0 as `a` comes before, beside or after `b` in ascending order.
     using CompareFunction = int (*)(const SortListViewItem& a, const SortListViewItem& b, int column);
 
+    /// `name` is the object name, in UTF-8; null for none.
     explicit SortListView(QWidget* parent = nullptr, const char* name = nullptr);
     ~SortListView() override;
 
@@ -54,9 +55,7 @@ public:
     bool restoreColumnStatus();
 
 private:
-    guiHelper::QHeaderViewColumnHandler& columnHandler();
-
     QList<CompareFunction> m_compareFunctions;
     QList<Qt::Alignment> m_alignments;
-    std::unique_ptr<guiHelper::QHeaderViewColumnHandler> m_columnHandler;
+    const std::unique_ptr<guiHelper::QHeaderViewColumnHandler> m_columnHandler;
 };

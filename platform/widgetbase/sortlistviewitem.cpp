@@ -27,6 +27,13 @@ void SortListViewItem::SetSortKey(int column, const QString& key)
     emitDataChanged();
 }
 
+void SortListViewItem::RemoveSortKey(int column)
+{
+    if (m_sortKeys.remove(column)) {
+        emitDataChanged();
+    }
+}
+
 QString SortListViewItem::sortKey(int column) const
 {
     const auto found = m_sortKeys.constFind(column);

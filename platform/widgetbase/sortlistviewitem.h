@@ -25,7 +25,10 @@ public:
     /// An empty key is one too.
     void SetSortKey(int column, const QString& key);
 
-    /// The text of the column where no key was set.
+    /// The column is sorted by its text again.
+    void RemoveSortKey(int column);
+
+    /// The text of the column where no key is set.
     QString sortKey(int column) const;
 
     /// Alignment as the column of the list has it, all else as usual.

@@ -22,13 +22,7 @@ void LongTimer::start(Milliseconds time)
 
 void LongTimer::stop()
 {
-    m_behindStep = Milliseconds(0);
     m_step.stop();
-}
-
-LongTimer::Milliseconds LongTimer::left() const
-{
-    return m_behindStep + (isActive() ? m_step.remainingTimeAsDuration() : Milliseconds(0));
 }
 
 void LongTimer::startStep()

@@ -22,11 +22,6 @@ public:
 
     void stop();
 
-    bool isActive() const { return m_step.isActive(); }
-
-    /// What is left of the time; 0 if nothing is counted.
-    Milliseconds left() const;
-
 private:
     void startStep();
     void endStep();

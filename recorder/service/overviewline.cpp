@@ -1,6 +1,5 @@
 #include <recorder/service/overviewline.h>
 
-#include <QList>
 #include <QtEndian>
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
-#include <optional>
 #include <vector>
 
 namespace ZelkoRecorder {

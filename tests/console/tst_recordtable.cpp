@@ -5,7 +5,6 @@
 #include <console/hands/operatorhands.h>
 #include <console/records/recordtable.h>
 
-#include <widgetbase/qheaderviewcolumnhandler.h>
 #include <zelkoguibase/filter/multifiltersortproxymodel.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
@@ -16,6 +15,7 @@
 #include <QMenu>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -40,10 +40,13 @@ struct Setting : RecordListSetting
         view.setSortingEnabled(true);
         view.setWordWrap(false);
         view.horizontalHeader()->setSectionsMovable(true);
-        table.emplace(&view);
+        dressAnew();
         view.resize(1000, 300);
         view.show();
     }
+
+    /// Another table in place of the one before, if there was one, which keeps its columns where that one did.
+    void dressAnew() { table.emplace(&view, QStringLiteral("kept")); }
 
     QStringList ids() const { return shownrecords::ids(sorted); }
 
@@ -189,18 +192,31 @@ private Q_SLOTS:
         setting.columnAction(Model::SizeColumn)->trigger();
         setting.view.horizontalHeader()->resizeSection(Model::NameColumn, 321);
         const QStringList before = setting.columnsOnScreen();
-        guiHelper::QHeaderViewColumnHandler(setting.view.horizontalHeader(), QStringLiteral("kept")).saveColumnStatus();
+        setting.table->saveColumns();
         setting.table->resetColumns();
-        setting.table->restoreColumns(QStringLiteral("kept"));
+        setting.table->restoreColumns();
         QCOMPARE(setting.columnsOnScreen(), before);
         QCOMPARE(setting.view.columnWidth(Model::NameColumn), 321);
         QVERIFY(!setting.columnAction(Model::SizeColumn)->isChecked());
     }
 
+    void takesOverTheWidthOfAColumnThatWasHidden()
+    {
+        Setting setting(1);
+        setting.view.setColumnWidth(Model::SizeColumn, 177);
+        setting.columnAction(Model::SizeColumn)->trigger();
+        setting.table->saveColumns();
+        setting.dressAnew();
+        setting.table->restoreColumns();
+        QVERIFY(setting.view.isColumnHidden(Model::SizeColumn));
+        setting.columnAction(Model::SizeColumn)->trigger();
+        QCOMPARE(setting.view.columnWidth(Model::SizeColumn), 177);
+    }
+
     void leavesColumnsOfWhichNothingIsKept()
     {
         Setting setting(1);
-        setting.table->restoreColumns(QStringLiteral("nothing"));
+        setting.table->restoreColumns();
         QCOMPARE(setting.columnsOnScreen(), allColumns);
     }
 
@@ -295,6 +311,33 @@ private Q_SLOTS:
         QVERIFY(note->isHidden());
         setting.site.eraseRecord(setting.north, setting.device, RecordListSetting::id(1));
         QVERIFY(note->isVisible());
+    }
+
+    void saysWhyThereAreNoRecordsInWhateverListItShows()
+    {
+        Setting setting(2);
+        const auto* const note = setting.view.findChild<QWidget*>(QStringLiteral("emptyState"));
+        setting.table->setEmptyState({Glyph::Bad, QStringLiteral("Nothing to see")});
+        QVERIFY(note->isHidden());
+        ZelkoGUI::RecordItemMapModel none(QStringLiteral("/no/such/list"), nullptr);
+        setting.sorted.setSourceModel(&none);
+        QVERIFY(note->isVisible());
+        setting.sorted.setSourceModel(&setting.records);
+        QVERIFY(note->isHidden());
+    }
+
+    void saysWhyThereAreNoRecordsBeforeThereIsAList()
+    {
+        Setting setting(2);
+        QSortFilterProxyModel proxy;
+        QTableView view;
+        view.setModel(&proxy);
+        const RecordTable table(&view, QStringLiteral("kept"));
+        view.show();
+        const auto* const note = view.findChild<QWidget*>(QStringLiteral("emptyState"));
+        QVERIFY(note->isVisible());
+        proxy.setSourceModel(&setting.records);
+        QVERIFY(note->isHidden());
     }
 
     void saysNothingOfRecordsThatAreFilteredOut()

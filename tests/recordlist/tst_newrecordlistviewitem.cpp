@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QtTest>
 
+#include <functional>
 #include <limits>
 
 namespace {
@@ -83,6 +84,8 @@ private Q_SLOTS:
     void showsFrequencies_data();
     void showsFrequencies();
     void sortsSizesByBytes();
+    void sortsByTheTextThatReplacesAQuantity_data();
+    void sortsByTheTextThatReplacesAQuantity();
     void aPointIsAPointInEveryLocale();
     void showsTimesInLocalTime();
     void showsDurations();
@@ -257,6 +260,32 @@ void NewRecordListViewItemTest::sortsSizesByBytes()
         texts << list.view.topLevelItem(row)->text(1);
     }
     QCOMPARE(texts, (QStringList{"3.000 B", "2.000 kB", "1.000 GB"}));
+}
+
+void NewRecordListViewItemTest::sortsByTheTextThatReplacesAQuantity_data()
+{
+    QTest::addColumn<std::function<void(Item&)>>("replace");
+    const auto row = [](const char* name, void (*replace)(Item&)) {
+        QTest::newRow(name) << std::function<void(Item&)>(replace);
+    };
+    row("a text", [](Item& item) { item.SetStringValue(QStringLiteral("text"), 1); });
+    row("a number", [](Item& item) { item.SetFloatValue(1.5, 1); });
+    row("a time", [](Item& item) { item.SetTime(morning, 1, false, false); });
+    row("no time", [](Item& item) { item.SetTime(0, 1, false, false); });
+    row("a duration", [](Item& item) { item.SetDuration(0, second, 1, false, false); });
+}
+
+void NewRecordListViewItemTest::sortsByTheTextThatReplacesAQuantity()
+{
+    QFETCH(std::function<void(Item&)>, replace);
+    List list;
+    list.item.SetRecordSize(2048, 1);
+    QCOMPARE(list.item.sortKey(1), QStringLiteral("2048"));
+    replace(list.item);
+    QVERIFY(list.item.text(1) != QStringLiteral("2.000 kB"));
+    QCOMPARE(list.item.sortKey(1), list.item.text(1));
+    list.item.SetFrequencyOrBandwidthValue(1000, 1);
+    QCOMPARE(list.item.sortKey(1), QStringLiteral("1000"));
 }
 
 void NewRecordListViewItemTest::aPointIsAPointInEveryLocale()

@@ -12,6 +12,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QToolBar>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 using Controller = ZelkoGUI::IZelkoGUIController;
@@ -116,6 +117,7 @@ private Q_SLOTS:
     void countsAfterALargeChange();
     void showsTheDevice_data();
     void showsTheDevice();
+    void aLongDeviceNameNeverWidensTheWindow();
     void followsTheDevice();
     void showsTheProgress_data();
     void showsTheProgress();
@@ -651,6 +653,23 @@ void RecordListWidgetTest::showsTheDevice()
     const auto* const label = site.part<QLabel>("ActiveDeviceLabel");
     QTEST(label->text(), "text");
     QCOMPARE(label->textFormat(), Qt::PlainText);
+}
+
+void RecordListWidgetTest::aLongDeviceNameNeverWidensTheWindow()
+{
+    ListSite site;
+    const int width = site.widget->width();
+    const int least = site.widget->minimumSizeHint().width();
+    const QString device(500, u'm');
+    site.controller->device = device;
+    Q_EMIT site.controller->si_activeDeviceChanged(device, u"north"_s);
+    auto* const label = site.part<QLabel>("ActiveDeviceLabel");
+    QCOMPARE(label->text(), u"Device: %1, north"_s.arg(device));
+    site.widget->layout()->activate();
+    QCOMPARE(site.widget->width(), width);
+    QVERIFY(site.widget->minimumSizeHint().width() <= least);
+    ZelkoConsole::operatorhands::rest(*label, label->rect().center());
+    QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), label->text(), patience);
 }
 
 void RecordListWidgetTest::followsTheDevice()

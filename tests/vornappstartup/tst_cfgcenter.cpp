@@ -1,15 +1,23 @@
 #include "filesizelimit.h"
+#include "patience.h"
 #include "readonlyfolder.h"
 
 #include <observerbase/errorhandler.h>
 #include <vornappstartup/cfgcenter.h>
 
 #include <QDir>
+#include <QLockFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <poll.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <thread>
 
 namespace {
 
@@ -36,6 +44,48 @@ const QByteArray& damaged()
     static const QByteArray bytes("[General\nKey=value\nwithout a sign\n");
     return bytes;
 }
+
+/// Another process at work on a damaged file: it holds the lock, waits until somebody has read the damage, puts a good
+/// file in its place, and lets go.
+class MendingProcess
+{
+public:
+    explicit MendingProcess(const QString& file)
+        : m_file(QFile::encodeName(file))
+        , m_lock(file + QStringLiteral(".lock"))
+        , m_watch(::inotify_init1(IN_CLOEXEC))
+    {
+        m_lock.lock();
+        ::inotify_add_watch(m_watch, m_file.constData(), IN_CLOSE_NOWRITE);
+        m_thread = std::thread([this] { work(); });
+    }
+    ~MendingProcess()
+    {
+        m_thread.join();
+        ::close(m_watch);
+    }
+    MendingProcess(const MendingProcess&) = delete;
+    MendingProcess& operator=(const MendingProcess&) = delete;
+
+private:
+    void work()
+    {
+        pollfd read{m_watch, POLLIN, 0};
+        ::poll(&read, 1, patience);
+        QFile good(QFile::decodeName(m_file + ".new"));
+        if (good.open(QIODevice::WriteOnly)) {
+            good.write("[General]\nKey=good\n");
+            good.close();
+            ::rename((m_file + ".new").constData(), m_file.constData());
+        }
+        m_lock.unlock();
+    }
+
+    const QByteArray m_file;
+    QLockFile m_lock;
+    const int m_watch;
+    std::thread m_thread;
+};
 
 } // namespace
 
@@ -75,6 +125,9 @@ private Q_SLOTS:
     void keepsAllThatWasSetAside();
     void setsAsideWhatWasDamagedMeanwhile_data();
     void setsAsideWhatWasDamagedMeanwhile();
+    void takesTheGoodFileThatAnotherProcessWroteMeanwhile();
+    void leavesWhatCannotBeReadAloneWhileAnotherProcessHasTheLock();
+    void otherProcessesHaveTheLockWhileTheUserIsTold();
     void leavesAFileInPeaceThatCanBeRead();
     void writesNothingOverWhatCannotBeSetAside();
 
@@ -443,6 +496,55 @@ void CfgCenterTest::setsAsideWhatWasDamagedMeanwhile()
     QVERIFY(contentOf(QStringLiteral("user.ini")).contains("Old=value"));
     QCOMPARE(contentOf(QStringLiteral("user.ini.unreadable")), damaged());
     QCOMPARE(messages.texts(), QStringList(messageOfSettingAside(QStringLiteral("user.ini.unreadable"))));
+}
+
+// A machine that stands still for the patience of the reader lets him give up: then another one looks.
+void CfgCenterTest::takesTheGoodFileThatAnotherProcessWroteMeanwhile()
+{
+    const UserMessages messages;
+    QString seen;
+    for (int attempt = 0; attempt < 10 && seen.isEmpty(); ++attempt) {
+        CfgCenter::SetFile(ICfg::UserView, QString());
+        writeFile(damaged());
+        const MendingProcess other(file());
+        reread();
+        seen = user().GetString(QStringLiteral("Key"), QString());
+    }
+    QCOMPARE(seen, QStringLiteral("good"));
+    QCOMPARE(contentOf(QStringLiteral("user.ini")), QByteArray("[General]\nKey=good\n"));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(QStringLiteral("user.ini")));
+    QCOMPARE(messages.texts(), QStringList());
+}
+
+void CfgCenterTest::leavesWhatCannotBeReadAloneWhileAnotherProcessHasTheLock()
+{
+    const UserMessages messages;
+    writeFile(damaged());
+    {
+        QLockFile ofAnother(file() + QStringLiteral(".lock"));
+        QVERIFY(ofAnother.lock());
+        reread();
+        user().SetString(QStringLiteral("Key"), QStringLiteral("new"));
+        QCOMPARE(contentOf(QStringLiteral("user.ini")), damaged());
+        QCOMPARE(messages.texts(), QStringList());
+    }
+    QVERIFY(user().Flush());
+    QCOMPARE(contentOf(QStringLiteral("user.ini.unreadable")), damaged());
+    QCOMPARE(messages.texts(), QStringList(messageOfSettingAside(QStringLiteral("user.ini.unreadable"))));
+}
+
+void CfgCenterTest::otherProcessesHaveTheLockWhileTheUserIsTold()
+{
+    QList<bool> isFree;
+    const auto before = ErrorHandler::Instance()->SetMessageSink(
+        [&](const QString&) { isFree << QLockFile(file() + QStringLiteral(".lock")).tryLock(0); });
+    writeFile(damaged());
+    reread();
+    user().SetString(QStringLiteral("Key"), QStringLiteral("new"));
+    writeFile(damaged());
+    QVERIFY(user().Flush());
+    ErrorHandler::Instance()->SetMessageSink(before);
+    QCOMPARE(isFree, QList<bool>({true, true}));
 }
 
 void CfgCenterTest::leavesAFileInPeaceThatCanBeRead()

@@ -61,6 +61,8 @@ private Q_SLOTS:
 
     void restoresOrderSizesAndVisibility();
     void aColumnThatWasHiddenHasItsSizeWhenItIsShownAgain();
+    void aColumnThatIsHiddenIsKeptWithItsSize_data();
+    void aColumnThatIsHiddenIsKeptWithItsSize();
     void aColumnBeyondTheLargestSizeIsKeptWithThat();
     void eachKeyHasALayoutOfItsOwn();
     void restoresNothingWhereNothingWasKept();
@@ -103,6 +105,35 @@ void QHeaderViewColumnHandlerTest::aColumnThatWasHiddenHasItsSizeWhenItIsShownAg
     QVERIFY(again.handler->restoreColumnStatus());
     again.view.setSectionHidden(1, false);
     QCOMPARE(again.view.sectionSize(1), 60);
+}
+
+void QHeaderViewColumnHandlerTest::aColumnThatIsHiddenIsKeptWithItsSize_data()
+{
+    QTest::addColumn<bool>("stretches");
+    QTest::addColumn<bool>("isSizedFirst");
+    QTest::addRow("a size that it was given") << false << false;
+    QTest::addRow("a size from before there was anybody to keep it") << false << true;
+    QTest::addRow("a size that it was given where the last column stretches") << true << false;
+    QTest::addRow("a size from before where the last column stretches") << true << true;
+}
+
+void QHeaderViewColumnHandlerTest::aColumnThatIsHiddenIsKeptWithItsSize()
+{
+    QFETCH(bool, stretches);
+    QFETCH(bool, isSizedFirst);
+    Header before;
+    before.view.setStretchLastSection(stretches);
+    before.view.resizeSection(0, 60);
+    if (isSizedFirst) {
+        before.handler = std::make_unique<QHeaderViewColumnHandler>(&before.view, QStringLiteral("Table"));
+    }
+    before.view.setSectionHidden(0, true);
+    QVERIFY(before.handler->saveColumnStatus());
+    Header after;
+    QVERIFY(after.handler->restoreColumnStatus());
+    QVERIFY(after.view.isSectionHidden(0));
+    after.view.setSectionHidden(0, false);
+    QCOMPARE(after.view.sectionSize(0), 60);
 }
 
 void QHeaderViewColumnHandlerTest::aColumnBeyondTheLargestSizeIsKeptWithThat()

@@ -1,7 +1,7 @@
+#include "ownconfiguration.h"
+
 #include <widgetbase/sortlistview.h>
 #include <widgetbase/sortlistviewitem.h>
-
-#include "ownconfiguration.h"
 
 #include <QHeaderView>
 #include <QtTest>
@@ -40,6 +40,19 @@ QColor strongestBlue(SortListView& view, const QColor& background)
     return strongest;
 }
 
+/// A list of two columns, whose layout is kept under `name`.
+struct KeptList
+{
+    explicit KeptList(const char* name)
+        : view(nullptr, name)
+    {
+        view.addColumn(QStringLiteral("Name"));
+        view.addColumn(QStringLiteral("Size"));
+    }
+
+    SortListView view;
+};
+
 } // namespace
 
 class SortListViewTest : public QObject
@@ -55,9 +68,13 @@ private Q_SLOTS:
     void sortsByTheKeyAndNotByTheText();
     void anEmptyKeyIsAKey();
     void aKeyThatChangesMovesTheItem();
+    void aKeyThatIsRemovedMovesTheItem();
     void compareFunctionsEndAtTheirLength();
     void aFunctionOfOnesOwnDecides();
     void keepsTheLayoutOfItsColumnsUnderItsName();
+    void keepsTheLayoutUnderANameThatCameLater();
+    void keepsTheWidthOfAColumnThatIsHidden_data();
+    void keepsTheWidthOfAColumnThatIsHidden();
     void anItemHasAsManyCellsAsItIsGiven();
     void coloursCanBeReadOnTheirBackground_data();
     void coloursCanBeReadOnTheirBackground();
@@ -67,6 +84,8 @@ void SortListViewTest::columnsComeOneBehindTheOther()
 {
     SortListView view(nullptr, "List");
     QCOMPARE(view.objectName(), QStringLiteral("List"));
+    QCOMPARE(SortListView(nullptr, "\xC3\xA4").objectName(), QString(QChar(0xe4)));
+    QCOMPARE(SortListView().objectName(), QString());
     QCOMPARE(view.columnCount(), 0);
     QCOMPARE(view.addColumn(QStringLiteral("Name")), 0);
     QCOMPARE(view.addColumn(QStringLiteral("Size")), 1);
@@ -165,6 +184,21 @@ void SortListViewTest::aKeyThatChangesMovesTheItem()
     QCOMPARE(texts(view), (QStringList{"b", "a"}));
 }
 
+void SortListViewTest::aKeyThatIsRemovedMovesTheItem()
+{
+    SortListView view;
+    view.addColumn(QStringLiteral("Name"));
+    view.sortByColumn(0, Qt::AscendingOrder);
+    fill(view, {"a", "b"});
+    auto& item = static_cast<SortListViewItem&>(*view.topLevelItem(0));
+    item.SetSortKey(0, QStringLiteral("c"));
+    item.RemoveSortKey(1);
+    QCOMPARE(texts(view), (QStringList{"b", "a"}));
+    item.RemoveSortKey(0);
+    QCOMPARE(texts(view), (QStringList{"a", "b"}));
+    QCOMPARE(item.sortKey(0), QStringLiteral("a"));
+}
+
 void SortListViewTest::compareFunctionsEndAtTheirLength()
 {
     SortListView view;
@@ -197,16 +231,49 @@ void SortListViewTest::aFunctionOfOnesOwnDecides()
 void SortListViewTest::keepsTheLayoutOfItsColumnsUnderItsName()
 {
     const OwnConfiguration configuration;
-    SortListView before(nullptr, "List");
-    SortListView after(nullptr, "List");
-    for (SortListView* const view : {&before, &after}) {
-        view->addColumn(QStringLiteral("Name"));
-        view->addColumn(QStringLiteral("Size"));
-    }
-    before.header()->moveSection(0, 1);
-    QVERIFY(before.saveColumnStatus());
-    QVERIFY(after.restoreColumnStatus());
-    QCOMPARE(after.header()->visualIndex(0), 1);
+    KeptList before("List");
+    before.view.header()->moveSection(0, 1);
+    QVERIFY(before.view.saveColumnStatus());
+    KeptList after("List");
+    QVERIFY(after.view.restoreColumnStatus());
+    QCOMPARE(after.view.header()->visualIndex(0), 1);
+    QVERIFY(!KeptList("Another").view.restoreColumnStatus());
+}
+
+void SortListViewTest::keepsTheLayoutUnderANameThatCameLater()
+{
+    const OwnConfiguration configuration;
+    KeptList before(nullptr);
+    QVERIFY(!before.view.saveColumnStatus());
+    before.view.setObjectName(QStringLiteral("Later"));
+    before.view.header()->moveSection(0, 1);
+    QVERIFY(before.view.saveColumnStatus());
+    KeptList after("Later");
+    QVERIFY(after.view.restoreColumnStatus());
+    QCOMPARE(after.view.header()->visualIndex(0), 1);
+}
+
+void SortListViewTest::keepsTheWidthOfAColumnThatIsHidden_data()
+{
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("before the list is shown") << false;
+    QTest::newRow("in a list that is shown") << true;
+}
+
+void SortListViewTest::keepsTheWidthOfAColumnThatIsHidden()
+{
+    QFETCH(bool, isShown);
+    const OwnConfiguration configuration;
+    KeptList before("List");
+    before.view.setVisible(isShown);
+    before.view.setColumnWidth(0, 77);
+    before.view.setColumnHidden(0, true);
+    QVERIFY(before.view.saveColumnStatus());
+    KeptList after("List");
+    QVERIFY(after.view.restoreColumnStatus());
+    QVERIFY(after.view.isColumnHidden(0));
+    after.view.setColumnHidden(0, false);
+    QCOMPARE(after.view.columnWidth(0), 77);
 }
 
 void SortListViewTest::anItemHasAsManyCellsAsItIsGiven()

@@ -1,17 +1,19 @@
 #pragma once
 
-#include <QLabel>
-#include <QPointer>
+#include <widgetbase/viewportnote.h>
 
-class QAbstractItemModel;
 class QAbstractItemView;
 class QAbstractProxyModel;
 
+namespace guiHelper {
+class SourceRows;
+}
+
 namespace ZelkoGUI {
 
-/// Says in an empty view that the filters hide all there is. It lies where the rows would be, lets the mouse through,
-/// and is hidden while there is a row, or nothing to be hidden.
-class FilteredOutNote final : public QLabel
+/// Says in an empty view that the filters hide all there is. It is hidden while there is a row, or nothing to be
+/// hidden.
+class FilteredOutNote final : public guiHelper::ViewportNote
 {
     Q_OBJECT
 
@@ -20,16 +22,11 @@ public:
     FilteredOutNote(QAbstractItemView* view, const QAbstractProxyModel* proxy);
     ~FilteredOutNote() override;
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
-    void followProxy();
-    void followSource();
     void look();
 
     const QAbstractProxyModel* const m_proxy;
-    QPointer<const QAbstractItemModel> m_source;
+    const guiHelper::SourceRows* const m_sourceRows;
 };
 
 } // namespace ZelkoGUI

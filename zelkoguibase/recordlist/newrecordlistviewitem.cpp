@@ -59,6 +59,7 @@ QString NewRecordListViewItem::calculateDurationString(const quint64& start, con
 void NewRecordListViewItem::SetStringValue(const QString& value, int column)
 {
     if (isShown(column)) {
+        RemoveSortKey(column);
         setText(column, value);
     }
 }

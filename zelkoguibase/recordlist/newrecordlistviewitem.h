@@ -34,7 +34,8 @@ public:
 
 protected:
     /// The setters for cells do nothing for a column that the list does not show, and in a list that is no
-    /// NewRecordListView.
+    /// NewRecordListView. A cell is sorted by its text unless its setter says otherwise; what an earlier setter had it
+    /// sorted by is forgotten.
     void SetStringValue(const QString& value, int column);
 
     /// With three decimals.

@@ -1,9 +1,10 @@
 #include "recordlistwidget_p.h"
 
 #include "columnheaderview_p.h"
-#include "yieldinglabel_p.h"
 
 #include <zelkoguibase/recordlist/selectheaderview.h>
+
+#include <widgetbase/elidedlabel.h>
 
 #include <QAction>
 #include <QBoxLayout>
@@ -184,9 +185,11 @@ void RecordListWidget::Private::countRowsOf(const QAbstractItemModel* model) con
 
 void RecordListWidget::Private::makeDeviceLabel()
 {
-    deviceLabel = new YieldingLabel(owner);
-    deviceLabel->setObjectName(QStringLiteral("ActiveDeviceLabel"));
-    deviceLabel->setText(deviceText());
+    constexpr int fewestCharacters = 12;
+    auto* const label = new guiHelper::ElidedLabel(deviceText(), owner);
+    label->setObjectName(QStringLiteral("ActiveDeviceLabel"));
+    label->setFewestCharacters(fewestCharacters);
+    deviceLabel = label;
 }
 
 void RecordListWidget::Private::makeProgress()

@@ -18,7 +18,7 @@ public:
     virtual bool destroySome(std::chrono::steady_clock::time_point end) = 0;
 };
 
-/// A value whose content can be destroyed after it.
+/// A value whose content can be destroyed apart from it.
 class IHasDetachableContent
 {
 public:

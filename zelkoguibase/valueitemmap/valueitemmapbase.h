@@ -154,7 +154,8 @@ public:
         NotifyObservers(TChangeCode::ValueChanged, origin);
     }
 
-    /// Removes all items, if there are any.
+    /// Removes all items, if there are any. `ClearAndDetach` is the one to override: each clear goes by it, and a
+    /// mirror of a tree calls that one alone.
     virtual void Clear(IObserver* origin) { ClearAndDetach(origin); }
 
     /// `SetAt` under the item's own key; `PushBack` and this form of `Set` are the same.

@@ -58,7 +58,6 @@ void NotificationFold::end()
     }
     m_changes = 0;
     m_keepsSetKeys = !m_erasedKeys.isEmpty();
-    m_hasUnkeptSets = false;
     m_setKeys.clear();
     m_erasedKeys.clear();
     // Observers run now, and may come back here.
@@ -76,12 +75,13 @@ bool NotificationFold::endsBeside(const ValueBase& value)
     return !alive.expired();
 }
 
+// Whatever a fold has whose set keys are not kept is sets, and it has at least one.
 bool NotificationFold::mustEndBefore(const Command& command) const
 {
     if (!isItemCommand(command) || m_changes >= std::min(m_value->ChangeLogCapacity(), maxChanges)) {
         return true;
     }
-    return isSet(command) ? m_erasedKeys.containsThatOf(command) : m_hasUnkeptSets || m_setKeys.containsThatOf(command);
+    return isSet(command) ? m_erasedKeys.containsThatOf(command) : !m_keepsSetKeys || m_setKeys.containsThatOf(command);
 }
 
 void NotificationFold::remember(const Command& command)
@@ -92,8 +92,6 @@ void NotificationFold::remember(const Command& command)
         m_keepsSetKeys = true;
     } else if (m_keepsSetKeys) {
         m_setKeys.insertThatOf(command);
-    } else {
-        m_hasUnkeptSets = true;
     }
 }
 

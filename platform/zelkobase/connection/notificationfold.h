@@ -63,7 +63,6 @@ private:
     Keys m_setKeys;
     Keys m_erasedKeys;
     bool m_keepsSetKeys = true; // not where nothing is erased, as in a first load, which has many sets
-    bool m_hasUnkeptSets = false;
 };
 
 } // namespace ZelkoCommon

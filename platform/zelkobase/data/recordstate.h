@@ -17,7 +17,7 @@ inline bool isFinished(const ZELKO_RecordData& record)
     return !record.IsFinishedSet() || record.GetFinished();
 }
 
-/// Whether the samples have a format of which a spectrum can be computed.
+/// Whether the samples have a format for which a client offers a spectrum.
 inline bool hasSpectrum(const ZELKO_RecordData& record)
 {
     using Format = ZELKO_RecordData::DataFormat;

@@ -1,9 +1,9 @@
-#include <console/widgets/plaintooltip.h>
+#include <widgetbase/plaintooltip.h>
 
 #include <QTextDocument>
 #include <QToolTip>
 
-namespace ZelkoConsole {
+namespace guiHelper {
 
 QString plainToolTip(const QString& text)
 {
@@ -15,4 +15,4 @@ void showPlainToolTip(const QPoint& globalPosition, const QString& text, QWidget
     QToolTip::showText(globalPosition, plainToolTip(text), widget, area);
 }
 
-} // namespace ZelkoConsole
+} // namespace guiHelper

@@ -1,6 +1,6 @@
-#include <console/widgets/elidedlabel.h>
+#include <widgetbase/elidedlabel.h>
 
-#include <console/widgets/plaintooltip.h>
+#include <widgetbase/plaintooltip.h>
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -8,12 +8,7 @@
 
 #include <algorithm>
 
-namespace ZelkoConsole {
-namespace {
-
-constexpr int leastCharacters = 6;
-
-} // namespace
+namespace guiHelper {
 
 ElidedLabel::ElidedLabel(const QString& text, QWidget* parent)
     : QLabel(text, parent)
@@ -21,16 +16,24 @@ ElidedLabel::ElidedLabel(const QString& text, QWidget* parent)
     setTextFormat(Qt::PlainText);
 }
 
+ElidedLabel::~ElidedLabel() = default;
+
 void ElidedLabel::setElideMode(Qt::TextElideMode mode)
 {
     m_mode = mode;
     update();
 }
 
+void ElidedLabel::setFewestCharacters(int count)
+{
+    m_fewestCharacters = count;
+    updateGeometry();
+}
+
 QSize ElidedLabel::minimumSizeHint() const
 {
     const QSize whole = QLabel::minimumSizeHint();
-    return {std::min(whole.width(), leastCharacters * fontMetrics().averageCharWidth()), whole.height()};
+    return {std::min(whole.width(), m_fewestCharacters * fontMetrics().averageCharWidth()), whole.height()};
 }
 
 bool ElidedLabel::isElided() const
@@ -55,4 +58,4 @@ void ElidedLabel::paintEvent(QPaintEvent*)
     style()->drawItemText(&painter, contentsRect(), side, palette(), isEnabled(), shown, foregroundRole());
 }
 
-} // namespace ZelkoConsole
+} // namespace guiHelper
