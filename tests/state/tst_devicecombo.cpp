@@ -360,9 +360,9 @@ void TestDeviceCombo::choosesTheFirstWhenDevicesComeBack()
 
 void TestDeviceCombo::isSilentAboutTheChosenOne()
 {
+    UpdateCounter others; // outlives the value
     Setting setting(u"A2"_s, u"north"_s);
     auto& value = setting.tie(u"A2"_s);
-    UpdateCounter others;
     value.AddObserver(&others);
     value.HasChanged(TChangeCode::ValueChanged, nullptr);
     QCOMPARE(others.take().size(), std::size_t(1));
@@ -450,11 +450,11 @@ void TestDeviceCombo::choosesTheFirstForADeviceThatIsNotThere()
 
 void TestDeviceCombo::doesNotHearOfItsOwnWrites()
 {
+    UpdateCounter others; // outlives the value
     Setting setting;
     OpenCombo combo(nullptr, &setting.handler, u"A1"_s, u"north"_s);
     auto* const value = StateSite::putText(u"Device"_s, u"A1"_s);
     combo.SetDevice_ValuePath(u"/Window/Device"_s);
-    UpdateCounter others;
     value->AddObserver(&others);
     combo.asked.clear();
     combo.setCurrentIndex(1);

@@ -535,17 +535,16 @@ void TestZelkoChannelModel::ignoresOtherChanges()
 
 void TestZelkoChannelModel::startsARecording()
 {
+    UpdateCounter others; // outlives the value
     Setting setting;
     setting.takeUpChannel();
     auto& state = *setting.channel.selection("AllRecordReplayModes");
-    UpdateCounter others;
     state.AddObserver(&others);
     setting.model.startRecording();
     QCOMPARE(state.GetCurrentKey(), 0);
     QCOMPARE(others.take(), std::vector{TChangeCode::ValueChanged});
     QVERIFY(setting.model.isRecording());
     QCOMPARE(setting.log.take(), QStringList());
-    state.DeleteObserver(&others);
 }
 
 void TestZelkoChannelModel::stopsARecording_data()
@@ -759,8 +758,8 @@ void TestZelkoChannelModel::doesNotSynchronizeWithoutAChannel()
 
 void TestZelkoChannelModel::writesTheAvailableDevices()
 {
+    UpdateCounter others; // outlives the value
     Setting setting;
-    UpdateCounter others;
     setting.local.valueAvailableDevices()->AddObserver(&others);
     setting.model.sl_setAvailableDevices({u"A1"_s, u"A2"_s});
     QCOMPARE(setting.local.valueAvailableDevices()->GetValue(), u"A1@A2"_s);

@@ -560,17 +560,16 @@ void TestZelkoDeviceModel::doesNotSupportXgWithoutANode()
 
 void TestZelkoDeviceModel::fillsAnEmptyDeviceId()
 {
+    UpdateCounter others; // outlives the value
     const StateSite site;
     a1.setAvailable(true);
     FollowedByValue followed(site);
-    UpdateCounter others;
     followed.deviceId().AddObserver(&others);
     followed.model.setChannelDevice(u"A1"_s);
     site.data->setConnected(u"north"_s, true);
     QCOMPARE(followed.deviceId().GetValue(), u"A1"_s);
     QCOMPARE(others.take(), std::vector{TChangeCode::ValueChanged});
     QCOMPARE(followed.log.take(), QStringList{u"current A1"_s} + refreshed("A1"));
-    followed.deviceId().DeleteObserver(&others);
 }
 
 void TestZelkoDeviceModel::leavesADeviceIdThatIsSet()
