@@ -1,6 +1,7 @@
 #include <zelkoguibase/state/zelkochannelmodel.h>
 
 #include "channelbranch.h"
+#include "channelsignallog.h"
 #include "statesite.h"
 #include "testrecords.h"
 #include "updatecounter.h"
@@ -17,53 +18,6 @@ using namespace Qt::StringLiterals;
 using ZelkoGUI::ZelkoChannelModel;
 
 namespace {
-
-/// The signals of a channel model, in order: "recording stopped", "error E7", "state 0", "reconnected 4",
-/// "replay running", "connection 2 fine" and so on.
-class ChannelSignalLog
-{
-public:
-    using Model = ZelkoChannelModel;
-
-    explicit ChannelSignalLog(const Model& model)
-    {
-        logName(model, &Model::si_recordingStopped, u"recording stopped"_s);
-        logName(model, &Model::si_recordingStopping, u"recording stopping"_s);
-        logName(model, &Model::si_recordingNormal, u"recording normal"_s);
-        logName(model, &Model::si_recordingContinuous, u"recording continuous"_s);
-        logName(model, &Model::si_replayRunning, u"replay running"_s);
-        logName(model, &Model::si_replayPausing, u"replay pausing"_s);
-        logName(model, &Model::si_replayPaused, u"replay paused"_s);
-        logName(model, &Model::si_replayStopping, u"replay stopping"_s);
-        logName(model, &Model::si_replayStopped, u"replay stopped"_s);
-        logTexts(model);
-    }
-
-    QStringList take() { return std::exchange(m_texts, {}); }
-
-private:
-    template <typename Signal>
-    void logName(const Model& model, Signal signal, const QString& name)
-    {
-        QObject::connect(&model, signal, &m_context, [this, name] { m_texts.append(name); });
-    }
-
-    void logTexts(const Model& model)
-    {
-        const auto add = [this](const QString& text) { m_texts.append(text); };
-        QObject::connect(&model, &Model::si_errorCode, &m_context,
-                         [=](const QString& text) { add(u"error "_s + text); });
-        QObject::connect(&model, &Model::si_availableChannelState, &m_context,
-                         [=](int state) { add(u"state %1"_s.arg(state)); });
-        QObject::connect(&model, &Model::channelReconnected, &m_context,
-                         [=](auto mode) { add(u"reconnected %1"_s.arg(static_cast<int>(mode))); });
-        QObject::connect(&model, &Model::si_ccoConnectionState, &m_context,
-                         [=](int state, const QString& result) { add(u"connection %1 "_s.arg(state) + result); });
-    }
-
-    QStringList m_texts;
-    QObject m_context;
-};
 
 /// A client that is connected to north, and its model of the channel that the value "/Window/Channel" names.
 struct Setting
