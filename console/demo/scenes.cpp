@@ -15,7 +15,8 @@ struct Capability
 };
 
 constexpr std::array capabilities{Capability{"spine", paintSpineScenes}, Capability{"actions", paintActionScenes},
-                                  Capability{"platform", paintPlatformScenes}, Capability{"list", paintListScenes}};
+                                  Capability{"platform", paintPlatformScenes}, Capability{"list", paintListScenes},
+                                  Capability{"replay", paintReplayScenes}};
 
 } // namespace
 

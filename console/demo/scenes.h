@@ -37,4 +37,7 @@ void paintExtendedFilterScenes(ScenePainter& painter);
 /// The record list with all its parts, by itself and in the console: selected, filtered, and all of it filtered out.
 void paintRecordListScenes(ScenePainter& painter);
 
+/// Channels, devices and replays: the device to work on, by itself and in the console.
+void paintReplayScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

@@ -39,6 +39,13 @@ QString DeviceListView::chosenDevice() const
     return m_model->device(currentIndex());
 }
 
+void DeviceListView::choose(const QString& subSystem, const QString& device)
+{
+    if (const QModelIndex index = m_model->deviceIndex(subSystem, device); index.isValid()) {
+        setCurrentIndex(index);
+    }
+}
+
 void DeviceListView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
 {
     QTreeView::currentChanged(current, previous);

@@ -21,6 +21,9 @@ public:
     /// Empty when a sub system is chosen, or nothing.
     QString chosenDevice() const;
 
+    /// Chooses a device as the operator would; nothing happens when it is not in the list.
+    void choose(const QString& subSystem, const QString& device);
+
 Q_SIGNALS:
     /// Another entry was chosen, or the chosen one is gone.
     void chosen();

@@ -1,5 +1,6 @@
 #include <console/records/recordpane.h>
 
+#include <console/devices/workdevice.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordtable.h>
@@ -60,6 +61,7 @@ RecordPane::RecordPane(const std::shared_ptr<AbstractServerConnectionData>& conn
     : QWidget(parent)
     , m_connection(connection)
     , m_activeDevice(new ActiveDeviceControl(this))
+    , m_workDevice(new WorkDevice(connection))
     , m_controller(makeController(connection, m_activeDevice))
     , m_records(new DeviceRecords(m_controller.get(), this))
     , m_list(makeList(m_controller.get()))
@@ -134,6 +136,7 @@ QWidget* RecordPane::makeHead()
     layout->setContentsMargins(2, 0, 2, 0);
     layout->addWidget(m_title, 0, Qt::AlignBaseline);
     layout->addWidget(m_subtitle, 1, Qt::AlignBaseline);
+    layout->addWidget(m_workDevice);
     return head;
 }
 
@@ -158,6 +161,7 @@ void RecordPane::setDevice(const QString& subSystem, const QString& device)
     m_settling.start();
     m_connection->GetConfiguration()->SetCurrentSubSystem(subSystem); // in which the controller looks for the device
     m_activeDevice->setActiveDevice(device, subSystem);
+    m_workDevice->setSubSystem(subSystem);
     updateTitle();
     updateEmptyState();
 }

@@ -33,9 +33,10 @@ class Heading;
 class RecordActions;
 class RecordTable;
 class SelectionSummary;
+class WorkDevice;
 
-/// The recordings of one device with what can be done to them: a title, and below it the record list of the library
-/// with all its parts; for the status bar of a window what is selected.
+/// The recordings of one device with what can be done to them: a title with the device to work on beside it, and below
+/// it the record list of the library with all its parts; for the status bar of a window what is selected.
 class RecordPane : public QWidget
 {
     Q_OBJECT
@@ -67,6 +68,8 @@ public:
     ZelkoGUI::ZelkoServerGUIController* controller() const { return m_controller.get(); }
     RecordActions* actions() const { return m_actions; }
 
+    WorkDevice* workDevice() const { return m_workDevice; }
+
     /// To be put into a status bar, which owns it from there on.
     QWidget* statusWidget() const { return m_statusWidget; }
 
@@ -87,6 +90,7 @@ private:
     SubSystemStatus m_status;
     QTimer m_settling; // runs for a moment after another device was chosen
     ActiveDeviceControl* m_activeDevice;
+    WorkDevice* m_workDevice;
     std::unique_ptr<ZelkoGUI::ZelkoServerGUIController> m_controller;
     DeviceRecords* m_records;
     ZelkoGUI::RecordListWidget* m_list;

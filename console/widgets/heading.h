@@ -4,7 +4,8 @@
 
 namespace ZelkoConsole {
 
-/// The title of a part of a window.
+/// The title of a part of a window: as high as a box that may stand beside it, so that parts side by side are level
+/// with and without one.
 class Heading : public guiHelper::ElidedLabel
 {
     Q_OBJECT

@@ -2,6 +2,7 @@
 
 #include <console/devices/devicelistmodel.h>
 #include <console/devices/devicelistview.h>
+#include <console/devices/workdevice.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtable.h>
@@ -81,6 +82,7 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
     m_records->controller()->setDialogParent(this);
 
     connect(m_devices, &DeviceListView::chosen, this, &ConsoleWindow::showChoice);
+    connect(m_records->workDevice(), &WorkDevice::chosen, m_devices, &DeviceListView::choose);
     connect(session, &Session::statusChanged, this, &ConsoleWindow::statusChanged);
     connect(session, &Session::writeRefused, this, &ConsoleWindow::writeRefused);
     connect(session, &Session::writeNotSent, this, &ConsoleWindow::writeNotSent);

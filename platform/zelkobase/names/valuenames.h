@@ -77,6 +77,13 @@ inline constexpr QLatin1String total("Total");
 inline constexpr QLatin1String pending("Pending");
 /// @}
 
+/// @name Values of the workstation itself, which stand beside "AvailableDevices" and "DeviceID"
+/// @{
+inline constexpr QLatin1String ccoConnectionState("CCOConnectionState");
+inline constexpr QLatin1String ccoConnectionResult("CCOConnectionResult");
+inline constexpr QLatin1String waterfallTimestamp("WaterfallTimestamp");
+/// @}
+
 /// @name Further pieces of the recorder's tree that no client of ours reads
 /// Kept with the others, since they are part of the recorder's vocabulary. A server may have them.
 /// @{
@@ -226,6 +233,13 @@ inline QString serverCommandPath(const QString& rootPath, QLatin1String name)
 inline QString channelBasePath(const QString& localBasePath)
 {
     return localBasePath + zelkoChannelPrefix;
+}
+
+/// Where the workstation keeps its values for the sub system with that root path: outside of the sub systems' branches,
+/// which go with their connections.
+inline QString localValuesPath(const QString& rootPath)
+{
+    return zelkoLocal + rootPath;
 }
 
 /// Where the error descriptor of a sub system stands.

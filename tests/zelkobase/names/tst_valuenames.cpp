@@ -60,6 +60,9 @@ void tst_ValueNames::areSpelledAsTheRecorderSpellsThem_data()
     QTest::newRow("Processed") << QString(names::processed) << "Processed";
     QTest::newRow("Total") << QString(names::total) << "Total";
     QTest::newRow("Pending") << QString(names::pending) << "Pending";
+    QTest::newRow("CCOConnectionState") << QString(names::ccoConnectionState) << "CCOConnectionState";
+    QTest::newRow("CCOConnectionResult") << QString(names::ccoConnectionResult) << "CCOConnectionResult";
+    QTest::newRow("WaterfallTimestamp") << QString(names::waterfallTimestamp) << "WaterfallTimestamp";
     QTest::newRow("/Status") << QString(names::status) << "/Status";
     QTest::newRow("/Status/Archive") << QString(names::statusArchive) << "/Status/Archive";
     QTest::newRow("/Status/DiscSpace") << QString(names::statusDiscSpace) << "/Status/DiscSpace";
@@ -186,6 +189,7 @@ void tst_ValueNames::makePaths_data()
     QTest::newRow("server command") << names::serverCommandPath(root, names::availableDevices)
                                     << root + "/ZELKO/Command/AvailableDevices";
     QTest::newRow("channel") << names::channelBasePath("/local") << "/local/ZELKO/Channel/";
+    QTest::newRow("local values") << names::localValuesPath(root) << "/ZELKO/Local/SubSystems/north";
     QTest::newRow("error descriptor") << names::errorDescriptorPath("north") << "/SubSystems/north";
 }
 
