@@ -4,6 +4,7 @@
 #include <foldersyncs.h>
 #include <readonlyfolder.h>
 #include <storedrecord.h>
+#include <testbookmarks.h>
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -21,13 +22,7 @@ namespace {
 
 const QString id = QStringLiteral("R1");
 
-BookmarkEntry bookmark(quint64 time, const QString& text)
-{
-    BookmarkEntry entry;
-    entry.SetTimestamp(time);
-    entry.SetBookmark(text);
-    return entry;
-}
+constexpr auto* bookmark = makeBookmark;
 
 QString textOf(const QVector<BookmarkEntry>& bookmarks)
 {

@@ -1,9 +1,9 @@
+#include "moment.h"
 #include "patience.h"
 
 #include <zelkoguibase/recordlist/datetimeeditdelegate.h>
 
 #include <chartcontrols/vcreplaybar.h>
-#include <controlwidgets/guicentral.h>
 #include <valuewidgetsbasic/vcdatetimeedit.h>
 
 #include <QStandardItemModel>
@@ -17,23 +17,6 @@ namespace {
 constexpr long long second = 1'000'000;
 constexpr long long begin = 1'700'000'000 * second + 400'000; // 2023-11-14T22:13:20.4Z
 constexpr long long end = begin + 100 * second;
-
-/// A value of the tree for as long as a test runs.
-class Moment
-{
-public:
-    explicit Moment(long long moment)
-        : m_path(GuiCentral::Instance().CreateUniqueValueFloat(static_cast<double>(moment), 0, 1.8e19, 1))
-    {}
-    ~Moment() { GuiCentral::Instance().RemoveValue(m_path); }
-    Moment(const Moment&) = delete;
-    Moment& operator=(const Moment&) = delete;
-
-    const QString& path() const { return m_path; }
-
-private:
-    const QString m_path;
-};
 
 /// A bar with bookmarks, and a table of them.
 struct Window

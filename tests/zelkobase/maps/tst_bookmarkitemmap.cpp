@@ -1,6 +1,7 @@
 #include <zelkobase/maps/bookmarkitemmap.h>
 
 #include "changelogtext.h"
+#include "testbookmarks.h"
 
 #include <valuecore/valuefactory.h>
 #include <zelkobase/maps/itemmaptypes.h>
@@ -16,16 +17,8 @@ using ZELKO_XML::BookmarkEntry;
 
 namespace {
 
-BookmarkEntry bookmark(quint64 timestamp, const QString& text)
-{
-    BookmarkEntry entry;
-    entry.SetTimestamp(timestamp);
-    entry.SetBookmark(text);
-    return entry;
-}
-
-const BookmarkEntry first = bookmark(1700000000000000, QStringLiteral("first"));
-const BookmarkEntry second = bookmark(1700000001000000, QStringLiteral("second"));
+const BookmarkEntry first = makeBookmark(1700000000000000, QStringLiteral("first"));
+const BookmarkEntry second = makeBookmark(1700000001000000, QStringLiteral("second"));
 
 } // namespace
 
@@ -98,7 +91,7 @@ private Q_SLOTS:
     {
         BookmarkItemMap map;
         map.AddEntry(first, nullptr);
-        map.AddEntry(bookmark(0, QString()), nullptr);
+        map.AddEntry(makeBookmark(0, QString()), nullptr);
         std::string state;
         map.AddObjectStateStringForTransmission(state, 0);
         BookmarkItemMap copy;

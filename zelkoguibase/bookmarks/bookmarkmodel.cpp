@@ -1,0 +1,599 @@
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
+
+#include "bookmarkbars_p.h"
+#include "bookmarkcells_p.h"
+#include "bookmarklist_p.h"
+
+#include <chartcontrols/vcreplaybar.h>
+#include <observerbase/datetime.h>
+#include <observerbase/errorhandler.h>
+#include <observerbase/trace.h>
+#include <zelkobase/data/recordstate.h>
+#include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkoguibase/bookmarks/bookmarkmodelconnector.h>
+
+#include <QTimer>
+
+namespace ZelkoGUI {
+
+using ZelkoCommon::AbstractRecordListModel;
+
+namespace {
+
+// Whether the record has an end that a bookmark can lie behind.
+bool hasLimits(const ZELKO_XML::ZELKO_RecordData& record)
+{
+    return ZELKO_XML::isFinished(record) && !ZELKO_XML::isBeingRecorded(record);
+}
+
+void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
+{
+    QTimer::singleShot(delay, context, call);
+}
+
+} // namespace
+
+struct BookmarkModel::Private
+{
+    Private(BookmarkModel* theOwner, bool readOnly)
+        : owner(theOwner)
+        , isReadOnly(readOnly)
+    {}
+
+    bool isEditable() const;
+    bool isEntry(const QModelIndex& index) const { return index.isValid() && list.has(index.row()); }
+    void setState(enSynchState newState);
+    void unlock();
+    void unlockLater();
+    void announceHeader();
+    void announceWholeList();
+    template <typename Change>
+    void reset(Change change);
+
+    std::shared_ptr<const ZELKO_XML::ZELKO_RecordData> record() const;
+    void followRecordModel(AbstractRecordListModel* model);
+    void refresh();
+    void takeEntries(const Entries& entries);
+    void updateLimits(const ZELKO_XML::ZELKO_RecordData* record);
+
+    void changed();
+    void showOnBars() { bars.show(list.entries(), isEditable()); }
+    void change(int row, const Entry& entry);
+    void setTime(int row, const QDateTime& time);
+    void setText(int row, const QString& text);
+    quint64 newEntryTime() const;
+    void traceRefused(const QDateTime& time) const;
+
+    BookmarkModel* const owner;
+    const bool isReadOnly;
+    BookmarkBars bars;
+    AbstractRecordListModel* recordModel = nullptr;
+    QString recordID;
+    QString deviceID;
+    BookmarkList list;
+    enSynchState state = SynchNoRecord;
+    ZELKO_XML::RecordExtent extent{0, 0};
+    BookmarkCells cells;
+    quint64 newBookmarkTime = 0;
+    SingleShot singleShot = callLater;
+    bool isResetting = false;
+    std::unique_ptr<BookmarkModelConnector> connector;
+};
+
+bool BookmarkModel::Private::isEditable() const
+{
+    return state != SynchNoRecord && state != SynchPending;
+}
+
+void BookmarkModel::Private::setState(enSynchState newState)
+{
+    if (newState == state) {
+        return;
+    }
+    state = newState;
+    Q_EMIT owner->si_synchStateChanged(state);
+    bars.setEditable(isEditable());
+}
+
+void BookmarkModel::Private::unlock()
+{
+    if (state == SynchPending && !isReadOnly) {
+        setState(SynchInSync);
+        announceHeader();
+    }
+}
+
+// Never taken back: one that comes too late finds nothing to unlock.
+void BookmarkModel::Private::unlockLater()
+{
+    singleShot(UnlockDelay, owner, [this] { owner->sl_resetSynchState(); });
+}
+
+void BookmarkModel::Private::announceHeader()
+{
+    Q_EMIT owner->headerDataChanged(Qt::Vertical, 0, list.count());
+}
+
+void BookmarkModel::Private::announceWholeList()
+{
+    Q_EMIT owner->si_normalizedChanged(owner->normalized());
+    Q_EMIT owner->si_timestampsOutOfRange(owner->timesOutOfRange());
+}
+
+// A step of a reset may be one by itself elsewhere; to views they are one.
+template <typename Change>
+void BookmarkModel::Private::reset(Change change)
+{
+    if (isResetting) {
+        change();
+        return;
+    }
+    owner->beginResetModel();
+    isResetting = true;
+    change();
+    isResetting = false;
+    owner->endResetModel();
+}
+
+std::shared_ptr<const ZELKO_XML::ZELKO_RecordData> BookmarkModel::Private::record() const
+{
+    return recordModel ? recordModel->getRecordData(recordID) : nullptr;
+}
+
+void BookmarkModel::Private::followRecordModel(AbstractRecordListModel* model)
+{
+    if (model == recordModel) {
+        return;
+    }
+    if (recordModel) {
+        QObject::disconnect(recordModel, nullptr, owner, nullptr);
+    }
+    recordModel = model;
+    if (model) {
+        connect(model, &AbstractRecordListModel::si_recordChanged, owner, &BookmarkModel::sl_recordChanged);
+        connect(model, &AbstractRecordListModel::si_recordDeleted, owner, &BookmarkModel::sl_recordDeleted);
+        connect(model, &AbstractRecordListModel::si_allRecordsChanged, owner, &BookmarkModel::sl_allRecordsChanged);
+        connect(model, &QObject::destroyed, owner, &BookmarkModel::sl_modelDeleted);
+    }
+}
+
+// What a user has changed is left alone.
+void BookmarkModel::Private::refresh()
+{
+    const auto data = record();
+    updateLimits(data.get());
+    if (!data) {
+        reset([this] {
+            setState(SynchNoRecord);
+            list.assign({});
+        });
+        showOnBars();
+    } else if (!isEditable()) {
+        takeEntries(data->GetBookmarkEntry());
+    } else if (state != SynchLocalChange) {
+        setState(data->GetBookmarkEntry() == list.entries() ? SynchInSync : SynchExternalChange);
+    }
+}
+
+void BookmarkModel::Private::takeEntries(const Entries& entries)
+{
+    reset([&] { list.assign(entries); });
+    setState(SynchPending);
+    showOnBars();
+    announceHeader();
+}
+
+void BookmarkModel::Private::updateLimits(const ZELKO_XML::ZELKO_RecordData* record)
+{
+    extent = record ? ZELKO_XML::recordExtent(*record) : ZELKO_XML::RecordExtent{0, 0};
+    list.setLimits(record && hasLimits(*record) ? std::optional(extent) : std::nullopt);
+    cells.setExtent(extent);
+}
+
+void BookmarkModel::Private::changed()
+{
+    setState(SynchLocalChange);
+    showOnBars();
+}
+
+void BookmarkModel::Private::change(int row, const Entry& entry)
+{
+    if (entry != list.entries()[row]) {
+        list.replace(row, entry);
+        changed();
+    }
+}
+
+// The limits hold for a record that is not finished too: what is typed is not behind what was recorded by now.
+void BookmarkModel::Private::setTime(int row, const QDateTime& time)
+{
+    if (!time.isValid() || time < cells.first() || time > cells.last()) {
+        traceRefused(time);
+        return;
+    }
+    Entry entry = list.entries()[row];
+    entry.SetTimestamp(toBookmarkEntry(time));
+    change(row, entry);
+}
+
+// A bookmark has a text, even if there is nothing in it.
+void BookmarkModel::Private::setText(int row, const QString& text)
+{
+    Entry entry = list.entries()[row];
+    entry.SetBookmark(text.isNull() ? QStringLiteral("") : text);
+    change(row, entry);
+}
+
+// Past the end of the record it is the start as well: a position that is not of this record says nothing about it.
+quint64 BookmarkModel::Private::newEntryTime() const
+{
+    const bool isWithin =
+        newBookmarkTime >= toBookmarkEntry(cells.first()) && newBookmarkTime <= toBookmarkEntry(cells.last());
+    return isWithin ? newBookmarkTime : extent.start;
+}
+
+void BookmarkModel::Private::traceRefused(const QDateTime& time) const
+{
+    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
+        _Q_Trace(QStringLiteral("BookmarkModel::setTime(%1) - invalid (min=%2,max=%3)")
+                     .arg(BookmarkCells::longTime(time), BookmarkCells::longTime(cells.first()),
+                          BookmarkCells::longTime(cells.last())),
+                 __FILE__, __LINE__);
+    }
+}
+
+BookmarkModel::BookmarkModel(bool readOnly, QObject* parent)
+    : QAbstractTableModel(parent)
+    , d(std::make_unique<Private>(this, readOnly))
+{}
+
+BookmarkModel::~BookmarkModel() = default;
+
+void BookmarkModel::setRecord(const QString& recordID, AbstractRecordListModel* model, bool delayed,
+                              const QString& deviceID)
+{
+    d->reset([&] {
+        d->recordID = recordID;
+        d->deviceID = deviceID;
+        d->followRecordModel(model);
+        d->setState(SynchNoRecord);
+        d->refresh();
+        if (delayed && d->state == SynchPending) {
+            d->unlockLater();
+        } else {
+            d->unlock();
+        }
+    });
+    d->announceWholeList();
+}
+
+void BookmarkModel::resetRecord()
+{
+    setRecord({}, nullptr, false, {});
+}
+
+void BookmarkModel::createItemMap(const QString& path)
+{
+    if (d->connector) {
+        d->connector->bind(path);
+    } else {
+        d->connector = std::make_unique<BookmarkModelConnector>(path, this);
+    }
+}
+
+void BookmarkModel::setSingleShot(SingleShot singleShot)
+{
+    d->singleShot = std::move(singleShot);
+}
+
+void BookmarkModel::connectVCReplayBar(VCReplayBar* bar)
+{
+    VCReplayBar* const before = d->bars.main();
+    if (bar == before) {
+        return;
+    }
+    if (before) {
+        before->disconnect(this);
+    }
+    d->bars.setMain(bar);
+    if (bar) {
+        connect(bar, &VCReplayBar::signalBookmarksChanged, this, &BookmarkModel::sl_replayBarBookmarksChanged);
+    }
+    d->showOnBars();
+}
+
+void BookmarkModel::connectAdditionalReplayBar(VCReplayBar* bar)
+{
+    d->bars.add(bar, entries());
+}
+
+void BookmarkModel::disconnectAdditionalReplayBar(VCReplayBar* bar)
+{
+    d->bars.remove(bar);
+}
+
+void BookmarkModel::disconnectAllAdditionReplayBars()
+{
+    d->bars.removeAll();
+}
+
+BookmarkModel::enSynchState BookmarkModel::getSynchState() const
+{
+    return d->state;
+}
+
+bool BookmarkModel::readOnly() const
+{
+    return d->isReadOnly;
+}
+
+QDateTime BookmarkModel::minDateTime() const
+{
+    return d->cells.first();
+}
+
+QDateTime BookmarkModel::maxDateTime() const
+{
+    return d->cells.last();
+}
+
+int BookmarkModel::entryCount() const
+{
+    return d->list.count();
+}
+
+const BookmarkModel::Entries& BookmarkModel::entries() const
+{
+    return d->list.entries();
+}
+
+const BookmarkModel::Entry& BookmarkModel::entry(int row) const
+{
+    return d->list.entries()[row];
+}
+
+bool BookmarkModel::normalized() const
+{
+    return d->list.isNormalized();
+}
+
+bool BookmarkModel::timesOutOfRange() const
+{
+    return d->list.anyOutOfRange();
+}
+
+int BookmarkModel::appendEntry(const Entry& entry)
+{
+    if (!d->isEditable()) {
+        return -1;
+    }
+    const int row = d->list.count();
+    beginInsertRows({}, row, row);
+    d->list.append(entry);
+    endInsertRows();
+    d->changed();
+    d->announceWholeList();
+    return row;
+}
+
+bool BookmarkModel::removeEntry(int row)
+{
+    if (!d->isEditable() || !d->list.has(row)) {
+        return false;
+    }
+    beginRemoveRows({}, row, row);
+    d->list.remove(row);
+    endRemoveRows();
+    d->changed();
+    d->announceWholeList();
+    return true;
+}
+
+bool BookmarkModel::changeEntry(int row, const Entry& entry)
+{
+    if (!d->isEditable() || !d->list.has(row)) {
+        return false;
+    }
+    d->change(row, entry);
+    Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    d->announceWholeList();
+    return true;
+}
+
+bool BookmarkModel::setEntries(const Entries& entries)
+{
+    if (!d->isEditable()) {
+        return false;
+    }
+    d->reset([&] {
+        if (entries != d->list.entries()) {
+            d->list.assign(entries);
+            d->changed();
+        }
+    });
+    d->announceWholeList();
+    return true;
+}
+
+bool BookmarkModel::clear()
+{
+    return setEntries({});
+}
+
+QDateTime BookmarkModel::datetimeFromEntry(quint64 timestamp)
+{
+    return Vorn::DateTime::fromMicroseconds(timestamp);
+}
+
+QDateTime BookmarkModel::datetimeFromEntry(const Entry& entry)
+{
+    return datetimeFromEntry(entry.GetTimestamp());
+}
+
+quint64 BookmarkModel::toBookmarkEntry(const QDateTime& time)
+{
+    return Vorn::DateTime::toMicroseconds(time);
+}
+
+int BookmarkModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : d->list.count() + 1;
+}
+
+int BookmarkModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(ColumnCount);
+}
+
+Qt::ItemFlags BookmarkModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid()) {
+        return Qt::NoItemFlags;
+    }
+    const Qt::ItemFlags always = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    return d->isEntry(index) && d->isEditable() ? always | Qt::ItemIsEditable : always;
+}
+
+QVariant BookmarkModel::data(const QModelIndex& index, int role) const
+{
+    if (!d->isEntry(index)) {
+        return {};
+    }
+    const Entry& bookmark = entry(index.row());
+    return index.column() == TimeColumn ? d->cells.time(bookmark, d->list.isOutOfRange(index.row()), role)
+                                        : BookmarkCells::text(bookmark, role);
+}
+
+QVariant BookmarkModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Horizontal) {
+        return BookmarkCells::title(section, role);
+    }
+    const bool hasButton = d->isEditable() && section >= 0 && section <= entryCount();
+    return hasButton ? BookmarkCells::button(section == entryCount(), role) : QVariant();
+}
+
+bool BookmarkModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    if (role != Qt::EditRole || !d->isEditable() || !d->isEntry(index)) {
+        return false;
+    }
+    if (index.column() == TimeColumn) {
+        d->setTime(index.row(), value.toDateTime());
+    } else {
+        d->setText(index.row(), value.toString());
+    }
+    Q_EMIT dataChanged(index, index);
+    d->announceWholeList();
+    return true;
+}
+
+void BookmarkModel::sl_synchronize()
+{
+    if (d->state != SynchLocalChange) {
+        return;
+    }
+    d->setState(SynchPending);
+    d->announceHeader();
+    Q_EMIT si_updateBookmarks(d->recordID, d->list.normalized(), d->deviceID);
+    d->unlockLater();
+    d->announceWholeList();
+}
+
+void BookmarkModel::sl_reset()
+{
+    d->setState(SynchPending);
+    d->refresh();
+    d->unlock();
+    d->announceWholeList();
+}
+
+void BookmarkModel::sl_verticalHeaderClicked(int section)
+{
+    if (!d->isEditable()) {
+        return;
+    }
+    if (section < entryCount()) {
+        removeEntry(section);
+        return;
+    }
+    Entry entry;
+    entry.SetTimestamp(d->newEntryTime());
+    entry.SetBookmark(QStringLiteral(""));
+    appendEntry(entry);
+}
+
+void BookmarkModel::sl_setNewBookmarkTime(quint64 time)
+{
+    d->newBookmarkTime = time;
+}
+
+void BookmarkModel::sl_normalize()
+{
+    if (!normalized() && d->state == SynchLocalChange) {
+        d->reset([this] {
+            d->list.assign(d->list.normalized());
+            d->showOnBars();
+        });
+    }
+    Q_EMIT si_normalizedChanged(normalized());
+}
+
+void BookmarkModel::sl_removeOutOfRange()
+{
+    if (timesOutOfRange() && d->isEditable()) {
+        d->reset([this] {
+            d->list.assign(d->list.withinRange());
+            d->changed();
+        });
+    }
+    Q_EMIT si_timestampsOutOfRange(timesOutOfRange());
+}
+
+void BookmarkModel::sl_recordChanged(QString recordID)
+{
+    if (recordID == d->recordID) {
+        sl_allRecordsChanged();
+    }
+}
+
+void BookmarkModel::sl_recordDeleted(QString recordID)
+{
+    if (recordID == d->recordID) {
+        resetRecord();
+    }
+}
+
+void BookmarkModel::sl_allRecordsChanged()
+{
+    d->refresh();
+    d->announceWholeList();
+}
+
+void BookmarkModel::sl_modelDeleted()
+{
+    resetRecord();
+}
+
+void BookmarkModel::sl_replayBarBookmarksChanged()
+{
+    if (!d->isEditable()) {
+        return;
+    }
+    const Entries onBar = d->bars.onMain();
+    if (onBar != entries()) {
+        d->reset([&] {
+            d->list.assign(onBar);
+            d->setState(SynchLocalChange);
+        });
+    }
+    d->bars.copyToOthers();
+    d->announceWholeList();
+}
+
+void BookmarkModel::sl_resetSynchState()
+{
+    d->unlock();
+}
+
+} // namespace ZelkoGUI
