@@ -1,7 +1,5 @@
+#include "bookmarkbar.h"
 #include "bookmarksite.h"
-#include "moment.h"
-
-#include <chartcontrols/vcreplaybar.h>
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -16,52 +14,6 @@ using Entries = BookmarkModel::Entries;
 namespace {
 
 const QStringList inOrder = BookmarkSignalLog::inOrder();
-
-/// A bar of 100 seconds from the start of the record, one second a pixel, that begins 10 pixels from the left.
-struct Bar
-{
-    Bar()
-    {
-        bar.SetPixOffset(10, 10);
-        bar.resize(121, 60);
-        bar.SetRecordingStart_ValuePath(start.path());
-        bar.SetRecordingStop_ValuePath(stop.path());
-        bar.SetCurrentPosition_ValuePath(position.path());
-        bar.show();
-    }
-
-    QStringList bookmarks() const
-    {
-        QStringList texts;
-        for (const BookmarkType& bookmark : bar.GetBookmarks()) {
-            texts.append(bookmarkTexts({makeBookmark(static_cast<quint64>(bookmark.time), bookmark.text)}));
-        }
-        return texts;
-    }
-
-    /// Of each bookmark, whether a user may move it.
-    QList<bool> enabled() const
-    {
-        QList<bool> result;
-        for (int number = VCReplayBar::FirstBookmarkMarker; bar.GetMarker(number); ++number) {
-            result.append(bar.GetMarker(number)->IsEnabled());
-        }
-        return result;
-    }
-
-    QPoint headOf(int second) const { return {10 + second, bar.rulerHeight() + 6}; }
-    void press(int second) { QTest::mousePress(&bar, Qt::LeftButton, {}, headOf(second)); }
-    void moveTo(int second) { QTest::mouseMove(&bar, headOf(second)); }
-    void release(int second) { QTest::mouseRelease(&bar, Qt::LeftButton, {}, headOf(second)); }
-
-    /// Sets a bookmark at the position, second 50, if the bar lets a user do so.
-    void insert() { QTest::keyClick(&bar, Qt::Key_Insert); }
-
-    const Moment start{recordBegin};
-    const Moment stop{recordBegin + 100'000'000};
-    const Moment position{recordBegin + 50'000'000};
-    VCReplayBar bar{nullptr, "ZelkoReplayBar", true};
-};
 
 using Use = std::function<void(BookmarkSite&)>;
 
@@ -112,7 +64,7 @@ private:
 
 void BookmarkBarsTest::aBarGetsTheBookmarks()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->show(twoBookmarks);
     m_site->model.connectVCReplayBar(&main.bar);
     QCOMPARE(main.bookmarks(), textsOfTwo);
@@ -162,8 +114,8 @@ void BookmarkBarsTest::theListIsShownWhateverChangesIt_data()
 void BookmarkBarsTest::theListIsShownWhateverChangesIt()
 {
     QFETCH(const Use, use);
-    Bar main;
-    Bar other;
+    BookmarkBar main;
+    BookmarkBar other;
     m_site->show(twoBookmarks);
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->model.connectAdditionalReplayBar(&other.bar);
@@ -178,7 +130,7 @@ void BookmarkBarsTest::theListIsShownWhateverChangesIt()
 
 void BookmarkBarsTest::signalsThatWereBlockedStayBlocked()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->show(twoBookmarks);
     main.bar.blockSignals(true);
     m_site->model.connectVCReplayBar(&main.bar);
@@ -208,7 +160,7 @@ void BookmarkBarsTest::theBarIsOpenWhileTheListIs()
 {
     QFETCH(const Use, reach);
     QFETCH(const int, state);
-    Bar main;
+    BookmarkBar main;
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->show(twoBookmarks);
     reach(*m_site);
@@ -223,7 +175,7 @@ void BookmarkBarsTest::theBarIsOpenWhileTheListIs()
 
 void BookmarkBarsTest::theBarOpensAgainAfterSending()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->show(twoBookmarks);
     m_site->edit(0, bookmarkAt(11, "a"));
@@ -237,7 +189,7 @@ void BookmarkBarsTest::theBarOpensAgainAfterSending()
 
 void BookmarkBarsTest::aUserSetsABookmark()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->show(twoBookmarks);
     main.insert();
@@ -250,7 +202,7 @@ void BookmarkBarsTest::aUserSetsABookmark()
 // Once, when it is let go of: a list of thousands is not taken over with every pixel of the way.
 void BookmarkBarsTest::aUserDragsABookmark()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->show(twoBookmarks);
     main.press(10);
@@ -266,7 +218,7 @@ void BookmarkBarsTest::aUserDragsABookmark()
 
 void BookmarkBarsTest::aUserRemovesABookmark()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->show(twoBookmarks);
     main.bar.SetCurrentMarker(VCReplayBar::FirstBookmarkMarker);
@@ -278,7 +230,7 @@ void BookmarkBarsTest::aUserRemovesABookmark()
 void BookmarkBarsTest::aLockedListIsNotChangedByTheBar()
 {
     m_site.emplace(true);
-    Bar main;
+    BookmarkBar main;
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->show(twoBookmarks);
     main.press(10);
@@ -293,7 +245,7 @@ void BookmarkBarsTest::aLockedListIsNotChangedByTheBar()
 
 void BookmarkBarsTest::theSameBookmarksAreNoChange()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->show(twoBookmarks);
     main.bar.SetBookmarks(main.bar.GetBookmarks(), true);
@@ -303,7 +255,7 @@ void BookmarkBarsTest::theSameBookmarksAreNoChange()
 
 void BookmarkBarsTest::otherBarsShowTheBookmarksAlone()
 {
-    Bar other;
+    BookmarkBar other;
     m_site->show(twoBookmarks);
     m_site->model.connectAdditionalReplayBar(&other.bar);
     m_site->model.connectAdditionalReplayBar(nullptr);
@@ -322,15 +274,15 @@ void BookmarkBarsTest::otherBarsShowTheBookmarksAlone()
 
 void BookmarkBarsTest::otherBarsFollowTheListAndTheMainBar()
 {
-    Bar main;
-    Bar other;
-    Bar another;
+    BookmarkBar main;
+    BookmarkBar other;
+    BookmarkBar another;
     m_site->show(twoBookmarks);
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->model.connectAdditionalReplayBar(&other.bar);
     m_site->model.connectAdditionalReplayBar(&another.bar);
     main.insert();
-    for (const Bar* const bar : {&other, &another}) {
+    for (const BookmarkBar* const bar : {&other, &another}) {
         QCOMPARE(bar->bookmarks(), main.bookmarks());
         QCOMPARE(bar->enabled(), QList<bool>({false, false, false}));
     }
@@ -339,7 +291,7 @@ void BookmarkBarsTest::otherBarsFollowTheListAndTheMainBar()
 
 void BookmarkBarsTest::theMainBarIsNoneOfTheOthers()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->show(twoBookmarks);
     m_site->model.connectVCReplayBar(&main.bar);
     m_site->model.connectAdditionalReplayBar(&main.bar);
@@ -350,7 +302,7 @@ void BookmarkBarsTest::theMainBarIsNoneOfTheOthers()
 
 void BookmarkBarsTest::anotherBarBecomesTheMainOne()
 {
-    Bar bar;
+    BookmarkBar bar;
     m_site->show(twoBookmarks);
     m_site->model.connectAdditionalReplayBar(&bar.bar);
     m_site->model.connectVCReplayBar(&bar.bar);
@@ -363,7 +315,7 @@ void BookmarkBarsTest::anotherBarBecomesTheMainOne()
 
 void BookmarkBarsTest::aBarIsListedOnce()
 {
-    Bar other;
+    BookmarkBar other;
     m_site->show(twoBookmarks);
     m_site->model.connectAdditionalReplayBar(&other.bar);
     other.bar.SetBookmarks({}, false);
@@ -387,9 +339,9 @@ void BookmarkBarsTest::aBarThatWasTakenAwayKeepsWhatItShows()
 {
     QFETCH(const QList<bool>, follow);
     QFETCH(const int, way);
-    Bar others[2];
+    BookmarkBar others[2];
     m_site->show(twoBookmarks);
-    for (Bar& other : others) {
+    for (BookmarkBar& other : others) {
         m_site->model.connectAdditionalReplayBar(&other.bar);
     }
     if (way == 2) {
@@ -413,8 +365,8 @@ void BookmarkBarsTest::theBarBeforeIsNotHeardAnyMore_data()
 void BookmarkBarsTest::theBarBeforeIsNotHeardAnyMore()
 {
     QFETCH(const bool, hasNext);
-    Bar before;
-    Bar next;
+    BookmarkBar before;
+    BookmarkBar next;
     m_site->show(twoBookmarks);
     m_site->model.connectVCReplayBar(&before.bar);
     m_site->model.connectVCReplayBar(hasNext ? &next.bar : nullptr);
@@ -428,7 +380,7 @@ void BookmarkBarsTest::theBarBeforeIsNotHeardAnyMore()
 
 void BookmarkBarsTest::theSameBarIsLeftAlone()
 {
-    Bar main;
+    BookmarkBar main;
     m_site->show(twoBookmarks);
     m_site->model.connectVCReplayBar(&main.bar);
     main.bar.SetBookmarks({}, false);
@@ -440,9 +392,9 @@ void BookmarkBarsTest::theSameBarIsLeftAlone()
 
 void BookmarkBarsTest::barsMayGoFirst()
 {
-    auto main = std::make_unique<Bar>();
-    auto other = std::make_unique<Bar>();
-    Bar last;
+    auto main = std::make_unique<BookmarkBar>();
+    auto other = std::make_unique<BookmarkBar>();
+    BookmarkBar last;
     m_site->show(twoBookmarks);
     m_site->model.connectVCReplayBar(&main->bar);
     m_site->model.connectAdditionalReplayBar(&other->bar);

@@ -92,7 +92,7 @@ QString BookmarkCells::shortTime(const QDateTime& time) const
 
 QString BookmarkCells::toolTip(const Entry& entry, bool isOutOfRange) const
 {
-    const QString time = longTime(BookmarkModel::datetimeFromEntry(entry));
+    QString time = longTime(BookmarkModel::datetimeFromEntry(entry));
     if (!isOutOfRange) {
         return time;
     }

@@ -550,14 +550,14 @@ void BookmarkModel::sl_removeOutOfRange()
     Q_EMIT si_timestampsOutOfRange(timesOutOfRange());
 }
 
-void BookmarkModel::sl_recordChanged(QString recordID)
+void BookmarkModel::sl_recordChanged(const QString& recordID)
 {
     if (recordID == d->recordID) {
         sl_allRecordsChanged();
     }
 }
 
-void BookmarkModel::sl_recordDeleted(QString recordID)
+void BookmarkModel::sl_recordDeleted(const QString& recordID)
 {
     if (recordID == d->recordID) {
         resetRecord();

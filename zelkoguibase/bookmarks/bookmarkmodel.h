@@ -189,8 +189,8 @@ public Q_SLOTS:
     void sl_removeOutOfRange();
 
 private Q_SLOTS:
-    void sl_recordChanged(QString recordID);
-    void sl_recordDeleted(QString recordID);
+    void sl_recordChanged(const QString& recordID);
+    void sl_recordDeleted(const QString& recordID);
     void sl_allRecordsChanged();
     void sl_modelDeleted();
     void sl_replayBarBookmarksChanged();
