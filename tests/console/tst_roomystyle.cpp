@@ -1,3 +1,4 @@
+#include "contrast.h"
 #include "patience.h"
 
 #include <console/demo/appearance.h>
@@ -7,8 +8,6 @@
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QTest>
-
-#include <cmath>
 
 using namespace ZelkoConsole;
 
@@ -44,21 +43,6 @@ struct Setting
     QListWidget* const left = new QListWidget;
     QListWidget* const right = new QListWidget;
 };
-
-double luminance(const QColor& color)
-{
-    const auto linear = [](float part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& first, const QColor& second)
-{
-    const double one = luminance(first) + 0.05;
-    const double other = luminance(second) + 0.05;
-    return std::max(one, other) / std::min(one, other);
-}
 
 } // namespace
 

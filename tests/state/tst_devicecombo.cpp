@@ -1,5 +1,6 @@
 #include <zelkoguibase/state/devicecombo.h>
 
+#include "contrast.h"
 #include "listeddevice.h"
 #include "patience.h"
 #include "statesite.h"
@@ -16,9 +17,6 @@
 #include <QApplication>
 #include <QStyleFactory>
 #include <QtTest>
-
-#include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 using ZelkoCommon::DeviceCombo;
@@ -143,29 +141,21 @@ void clickRow(QComboBox& combo, int row)
     QTRY_VERIFY_WITH_TIMEOUT(!list->isVisible(), patience);
 }
 
-double luminance(const QColor& color)
-{
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
 /// Between the lightest and the darkest pixel of where the text stands.
 double contrastOfText(QComboBox& combo)
 {
-    const QImage image =
-        combo.grab(QRect(8, 6, combo.fontMetrics().horizontalAdvance(combo.currentText()), combo.height() - 12))
-            .toImage();
-    double lightest = 0;
-    double darkest = 1;
+    const QSize text(combo.fontMetrics().horizontalAdvance(combo.currentText()), combo.height() - 12);
+    const QImage image = combo.grab(QRect(QPoint(8, 6), text)).toImage();
+    QColor lightest(Qt::black);
+    QColor darkest(Qt::white);
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            lightest = std::max(lightest, luminance(image.pixelColor(x, y)));
-            darkest = std::min(darkest, luminance(image.pixelColor(x, y)));
+            const QColor pixel = image.pixelColor(x, y);
+            lightest = luminance(pixel) > luminance(lightest) ? pixel : lightest;
+            darkest = luminance(pixel) < luminance(darkest) ? pixel : darkest;
         }
     }
-    return (lightest + 0.05) / (darkest + 0.05);
+    return contrast(lightest, darkest);
 }
 
 } // namespace

@@ -1,95 +1,14 @@
 #include <zelkoguibase/state/zelkochannelmodel.h>
 
-#include "channelbranch.h"
-#include "statesite.h"
+#include "channelsetting.h"
 #include "testrecords.h"
-#include "updatecounter.h"
 
-#include <zelkobase/data/datarateusage.h>
 #include <zelkobase/state/channelvalues.h>
-#include <zelkobase/state/localzelkovalues.h>
 
 #include <QtTest>
 
-#include <limits>
-
 using namespace Qt::StringLiterals;
 using ZelkoGUI::ZelkoChannelModel;
-
-namespace {
-
-/// The signals of a channel model, in order: "recording stopped", "error E7", "state 0", "reconnected 4",
-/// "replay running", "connection 2 fine" and so on.
-class ChannelSignalLog
-{
-public:
-    using Model = ZelkoChannelModel;
-
-    explicit ChannelSignalLog(const Model& model)
-    {
-        logName(model, &Model::si_recordingStopped, u"recording stopped"_s);
-        logName(model, &Model::si_recordingStopping, u"recording stopping"_s);
-        logName(model, &Model::si_recordingNormal, u"recording normal"_s);
-        logName(model, &Model::si_recordingContinuous, u"recording continuous"_s);
-        logName(model, &Model::si_replayRunning, u"replay running"_s);
-        logName(model, &Model::si_replayPausing, u"replay pausing"_s);
-        logName(model, &Model::si_replayPaused, u"replay paused"_s);
-        logName(model, &Model::si_replayStopping, u"replay stopping"_s);
-        logName(model, &Model::si_replayStopped, u"replay stopped"_s);
-        logTexts(model);
-    }
-
-    QStringList take() { return std::exchange(m_texts, {}); }
-
-private:
-    template <typename Signal>
-    void logName(const Model& model, Signal signal, const QString& name)
-    {
-        QObject::connect(&model, signal, &m_context, [this, name] { m_texts.append(name); });
-    }
-
-    void logTexts(const Model& model)
-    {
-        const auto add = [this](const QString& text) { m_texts.append(text); };
-        QObject::connect(&model, &Model::si_errorCode, &m_context,
-                         [=](const QString& text) { add(u"error "_s + text); });
-        QObject::connect(&model, &Model::si_availableChannelState, &m_context,
-                         [=](int state) { add(u"state %1"_s.arg(state)); });
-        QObject::connect(&model, &Model::channelReconnected, &m_context,
-                         [=](auto mode) { add(u"reconnected %1"_s.arg(static_cast<int>(mode))); });
-        QObject::connect(&model, &Model::si_ccoConnectionState, &m_context,
-                         [=](int state, const QString& result) { add(u"connection %1 "_s.arg(state) + result); });
-    }
-
-    QStringList m_texts;
-    QObject m_context;
-};
-
-/// A client that is connected to north, and its model of the channel that the value "/Window/Channel" names.
-struct Setting
-{
-    /// Has the model work on channel C1, which is there.
-    void takeUpChannel()
-    {
-        channel.putAll();
-        channelId->SetValue(u"C1"_s, nullptr);
-        log.take();
-    }
-
-    const StateSite site{{u"north"_s}};
-    const ChannelBranch channel{u"north"_s, u"C1"_s};
-    Value<QString>* const channelId = StateSite::putText(u"Channel"_s);
-    const ZelkoCommon::LocalZelkoValues local{u"north"_s};
-    ZelkoChannelModel model{local, u"/Window/Channel"_s, site.data};
-    ChannelSignalLog log{model};
-};
-
-QStringList texts(const char* commaSeparated)
-{
-    return QString::fromLatin1(commaSeparated).split(u", "_s, Qt::SkipEmptyParts);
-}
-
-} // namespace
 
 class TestZelkoChannelModel : public QObject
 {
@@ -123,25 +42,6 @@ private Q_SLOTS:
     void tellsTheConnectionOnlyIfAllIsKnown();
     void knowsTheConnection();
     void ignoresOtherChanges();
-    void startsARecording();
-    void stopsARecording_data();
-    void stopsARecording();
-    void sendsNothingWithoutARecordingState();
-    void steersTheReplay_data();
-    void steersTheReplay();
-    void sendsWhatItWrites();
-    void writesSettings();
-    void limitsTheTimeout();
-    void writesNothingWithoutAChannel();
-    void setsADevice();
-    void setsARecord();
-    void setsARecordWithoutData();
-    void readsTheDataRateClass_data();
-    void readsTheDataRateClass();
-    void synchronizes();
-    void synchronizesWithTheChannelItself();
-    void doesNotSynchronizeWithoutAChannel();
-    void writesTheAvailableDevices();
     void goesBeforeItsValues();
 
 private:
@@ -150,7 +50,7 @@ private:
 
 void TestZelkoChannelModel::startsDisconnectedWithoutAChannel()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.channel.putAll();
     QCOMPARE(int(setting.model.channelState()), 4);
     QVERIFY(!setting.model.isReady());
@@ -170,7 +70,7 @@ void TestZelkoChannelModel::startsDisconnectedWithoutAChannel()
 
 void TestZelkoChannelModel::takesUpTheChannelThatTheValueNames()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.channel.putAll();
     setting.channelId->SetValue(u"C1"_s, nullptr);
     QCOMPARE(setting.model.channelId(), u"C1"_s);
@@ -194,7 +94,7 @@ void TestZelkoChannelModel::tellsTheStateWhenConnected()
 {
     QFETCH(bool, isThere);
     QFETCH(bool, mayRecord);
-    Setting setting;
+    ChannelSetting setting;
     setting.model.setChannelId(u"C1"_s, QString());
     QCOMPARE(setting.log.take(), texts("state 3"));
     if (isThere) {
@@ -208,7 +108,7 @@ void TestZelkoChannelModel::tellsTheStateWhenConnected()
 
 void TestZelkoChannelModel::tellsTheSameStateAgain()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.site.data->setConnected(u"north"_s, true);
     QCOMPARE(setting.log.take(), texts("reconnected 0, state 0"));
@@ -227,7 +127,7 @@ void TestZelkoChannelModel::needsAllValues_data()
 void TestZelkoChannelModel::needsAllValues()
 {
     QFETCH(QString, missing);
-    Setting setting;
+    ChannelSetting setting;
     setting.channel.putAll();
     setting.channel.remove(missing);
     setting.channelId->SetValue(u"C1"_s, nullptr);
@@ -243,7 +143,7 @@ void TestZelkoChannelModel::needsAllValues()
 
 void TestZelkoChannelModel::letsGoOfItsChannelSilently()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.channelId->SetValue(QString(), nullptr);
     QCOMPARE(int(setting.model.channelState()), 2);
@@ -263,7 +163,7 @@ void TestZelkoChannelModel::letsGoOfItsChannelSilently()
 
 void TestZelkoChannelModel::letsGoOfItsChannelWhenDisconnected()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.site.data->setConnected(u"north"_s, false);
     QCOMPARE(setting.log.take(), texts("state 4"));
@@ -279,7 +179,7 @@ void TestZelkoChannelModel::letsGoOfItsChannelWhenDisconnected()
 
 void TestZelkoChannelModel::takesUpAnotherChannel()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     const ChannelBranch other(u"north"_s, u"C2"_s);
     other.putAll();
@@ -296,7 +196,7 @@ void TestZelkoChannelModel::takesUpAnotherChannel()
 
 void TestZelkoChannelModel::leavesTheChannelThatIsHeld()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.model.setChannelId(u"C1"_s, QString());
     setting.model.setChannelId(u"C1"_s, u"another device"_s);
@@ -306,7 +206,7 @@ void TestZelkoChannelModel::leavesTheChannelThatIsHeld()
 
 void TestZelkoChannelModel::takesUpTheHeldChannelAgainWhenItsValuesAreGone()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.channel.removeAll();
     setting.model.setChannelId(setting.model.channelId(), QString());
@@ -338,7 +238,7 @@ void TestZelkoChannelModel::takesUpTheNamedChannelOfADevice()
 {
     QFETCH(QString, branch);
     QFETCH(QString, path);
-    Setting setting;
+    ChannelSetting setting;
     setting.channelId->SetValue(u"C1"_s, nullptr);
     QCOMPARE(setting.log.take(), texts("state 3"));
     ChannelBranch(u"north"_s, branch).putAll();
@@ -350,7 +250,7 @@ void TestZelkoChannelModel::takesUpTheNamedChannelOfADevice()
 
 void TestZelkoChannelModel::doesNotTakeUpAChannelWithoutItsValue()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     Tree::Instance()->Remove(u"/Window/Channel"_s);
     setting.model.resetChannel(u"A1"_s);
@@ -360,7 +260,7 @@ void TestZelkoChannelModel::doesNotTakeUpAChannelWithoutItsValue()
 
 void TestZelkoChannelModel::findsValuesThatComeLate()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.channelId->SetValue(u"C1"_s, nullptr);
     setting.channel.putAll();
     setting.model.startRecording(); // nobody has looked for the values yet
@@ -376,7 +276,7 @@ void TestZelkoChannelModel::findsValuesThatComeLate()
 
 void TestZelkoChannelModel::followsTheRecordFlag()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.channel.value<bool>("RecordFlag")->SetValue(false, nullptr);
     QCOMPARE(setting.log.take(), texts("state 1"));
@@ -391,7 +291,7 @@ void TestZelkoChannelModel::followsTheRecordFlag()
 
 void TestZelkoChannelModel::tellsWhatIsToBeShown()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.channel.selection("RecordReplayModes")->SetCurrentKey(4, nullptr);
     QCOMPARE(setting.log.take(), QStringList());
@@ -420,7 +320,7 @@ void TestZelkoChannelModel::tellsRecordingStates_data()
 void TestZelkoChannelModel::tellsRecordingStates()
 {
     QFETCH(int, key);
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     auto& state = *setting.channel.selection("AllRecordReplayModes");
     state.SetCurrentKey(6, nullptr);
@@ -454,7 +354,7 @@ void TestZelkoChannelModel::tellsReplayStates()
 {
     QFETCH(int, key);
     QFETCH(QStringList, expected);
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     auto& state = *setting.channel.selection("ReplayMode");
     state.SetCurrentKey(key == 6 ? 5 : 6, nullptr);
@@ -475,7 +375,7 @@ void TestZelkoChannelModel::tellsReplayStates()
 
 void TestZelkoChannelModel::tellsErrorCodes()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.channel.putAll();
     auto& errorCode = *setting.channel.value<QString>("ErrorCode");
     errorCode.SetValue(u"E1"_s, nullptr);
@@ -490,7 +390,7 @@ void TestZelkoChannelModel::tellsErrorCodes()
 
 void TestZelkoChannelModel::tellsTheConnection()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.local.valueCCOConnectionResult()->SetValue(u"fine"_s, nullptr);
     setting.local.valueCCOConnectionState()->SetCurrentKey(2, nullptr);
     QCOMPARE(setting.log.take(), texts("connection 0 fine, connection 2 fine"));
@@ -498,7 +398,7 @@ void TestZelkoChannelModel::tellsTheConnection()
 
 void TestZelkoChannelModel::tellsTheConnectionOnlyIfAllIsKnown()
 {
-    Setting setting;
+    ChannelSetting setting;
     Tree::Instance()->Remove(setting.local.valueCCOConnectionResult()->GetPathName());
     setting.local.valueCCOConnectionState()->SetCurrentKey(2, nullptr);
     QCOMPARE(setting.log.take(), QStringList());
@@ -506,7 +406,7 @@ void TestZelkoChannelModel::tellsTheConnectionOnlyIfAllIsKnown()
 
 void TestZelkoChannelModel::knowsTheConnection()
 {
-    const Setting setting;
+    const ChannelSetting setting;
     setting.local.valueCCOConnectionState()->SetCurrentKey(3, nullptr);
     setting.local.valueCCOConnectionResult()->SetValue(u"no answer"_s, nullptr);
     QCOMPARE(setting.model.getCCOConnectionState(), 3);
@@ -519,7 +419,7 @@ void TestZelkoChannelModel::knowsTheConnection()
 
 void TestZelkoChannelModel::ignoresOtherChanges()
 {
-    Setting setting;
+    ChannelSetting setting;
     setting.takeUpChannel();
     setting.channel.value<QString>("ErrorCode")->SetValue(u"E1"_s, nullptr);
     setting.log.take();
@@ -531,244 +431,6 @@ void TestZelkoChannelModel::ignoresOtherChanges()
         setting.channel.value<bool>("RecordFlag")->HasChanged(code, nullptr);
     }
     QCOMPARE(setting.log.take(), QStringList());
-}
-
-void TestZelkoChannelModel::startsARecording()
-{
-    UpdateCounter others; // outlives the value
-    Setting setting;
-    setting.takeUpChannel();
-    auto& state = *setting.channel.selection("AllRecordReplayModes");
-    state.AddObserver(&others);
-    setting.model.startRecording();
-    QCOMPARE(state.GetCurrentKey(), 0);
-    QCOMPARE(others.take(), std::vector{TChangeCode::ValueChanged});
-    QVERIFY(setting.model.isRecording());
-    QCOMPARE(setting.log.take(), QStringList());
-}
-
-void TestZelkoChannelModel::stopsARecording_data()
-{
-    QTest::addColumn<int>("before");
-    QTest::addColumn<int>("after");
-    QTest::addColumn<int>("notifications");
-    QTest::newRow("start requested") << 0 << 3 << 1;
-    QTest::newRow("recording") << 1 << 3 << 1;
-    QTest::newRow("continuous recording") << 2 << 3 << 1;
-    QTest::newRow("stopping") << 3 << 3 << 0;
-    QTest::newRow("stopped") << 4 << 4 << 0;
-}
-
-void TestZelkoChannelModel::stopsARecording()
-{
-    QFETCH(int, before);
-    Setting setting;
-    setting.takeUpChannel();
-    auto& state = *setting.channel.selection("AllRecordReplayModes");
-    state.SetCurrentKey(before, nullptr);
-    setting.log.take();
-    setting.site.client->take();
-    setting.model.stopRecording();
-    QTEST(state.GetCurrentKey(), "after");
-    QTEST(int(setting.site.client->take().size()), "notifications");
-    QCOMPARE(setting.log.take(), QStringList());
-}
-
-void TestZelkoChannelModel::sendsNothingWithoutARecordingState()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.channel.remove(u"AllRecordReplayModes"_s);
-    setting.site.client->take();
-    setting.model.startRecording();
-    setting.model.stopRecording();
-    QCOMPARE(setting.site.client->take(), QStringList());
-    QVERIFY(setting.model.isStopped());
-}
-
-void TestZelkoChannelModel::steersTheReplay_data()
-{
-    QTest::addColumn<int>("wish");
-    QTest::newRow("idle") << 0;
-    QTest::newRow("paused") << 2;
-    QTest::newRow("running") << 4;
-}
-
-void TestZelkoChannelModel::steersTheReplay()
-{
-    QFETCH(int, wish);
-    Setting setting;
-    setting.takeUpChannel();
-    auto& state = *setting.channel.selection("ReplayMode");
-    state.SetCurrentKey(1, nullptr);
-    setting.site.client->take();
-    if (wish == 0) {
-        setting.model.setReplayIdle();
-    } else if (wish == 2) {
-        setting.model.setReplayPaused();
-    } else {
-        setting.model.setReplayRunning();
-    }
-    QCOMPARE(state.GetCurrentKey(), wish);
-    QCOMPARE(setting.site.client->take(), QStringList{u"ReplayMode=state %1"_s.arg(wish)});
-    QCOMPARE(setting.log.take(), QStringList());
-}
-
-void TestZelkoChannelModel::sendsWhatItWrites()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.site.client->take();
-    setting.model.setRecordingName(u"tower"_s);
-    setting.model.setRecordingTimeout(60);
-    setting.model.setFileSize(2000);
-    setting.model.startRecording();
-    QCOMPARE(setting.site.client->take(), texts("RecordName=tower, RecordTimeout=60, FileSizeInKB=2000, "
-                                                "AllRecordReplayModes=state 0"));
-}
-
-void TestZelkoChannelModel::writesSettings()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.model.setFileSize(2000);
-    setting.model.setRecordingName(u"tower"_s);
-    setting.model.setRecordingTimeout(60);
-    QCOMPARE(setting.channel.value<int>("FileSizeInKB")->GetValue(), 2000);
-    QCOMPARE(setting.channel.value<QString>("RecordName")->GetValue(), u"tower"_s);
-    QCOMPARE(setting.channel.value<int>("RecordTimeout")->GetValue(), 60);
-    QCOMPARE(setting.log.take(), QStringList());
-}
-
-void TestZelkoChannelModel::limitsTheTimeout()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.model.setRecordingTimeout(std::numeric_limits<unsigned int>::max());
-    QCOMPARE(setting.channel.value<int>("RecordTimeout")->GetValue(), std::numeric_limits<int>::max());
-}
-
-void TestZelkoChannelModel::writesNothingWithoutAChannel()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.model.setChannelId(QString(), QString());
-    setting.site.client->take();
-    setting.model.startRecording();
-    setting.model.stopRecording();
-    setting.model.setReplayRunning();
-    setting.model.setFileSize(2000);
-    setting.model.setRecordingName(u"tower"_s);
-    setting.model.setRecordingTimeout(60);
-    setting.model.setDeviceID(u"A1"_s);
-    setting.model.setRecordData(*makeRecord(u"R1"_s));
-    QCOMPARE(setting.site.client->take(), QStringList());
-    QCOMPARE(setting.channel.value<QString>("RecordName")->GetValue(), QString());
-}
-
-void TestZelkoChannelModel::setsADevice()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    const auto& recordId = *setting.channel.value<QString>("RecordID");
-    setting.model.setDeviceID(u"A1"_s);
-    setting.model.setRecordData(*makeRecord(u"R1"_s));
-    setting.model.setDeviceID(u"A1"_s);
-    QCOMPARE(recordId.GetValue(), u"R1"_s);
-    QCOMPARE(setting.channel.value<QString>("DeviceID")->GetValue(), u"A1"_s);
-    setting.model.setDeviceID(u"A2"_s);
-    QCOMPARE(recordId.GetValue(), QString());
-    QCOMPARE(setting.channel.value<qint64>("StartTime")->GetValue(), 0);
-    QCOMPARE(setting.channel.value<QString>("DeviceID")->GetValue(), u"A2"_s);
-}
-
-void TestZelkoChannelModel::setsARecord()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.model.setRecordData(*makeRecord(u"R1"_s, 5, 4096));
-    QCOMPARE(setting.model.recordID(), u"R1"_s);
-    QCOMPARE(setting.channel.value<qint64>("StartTime")->GetValue(), 1700000000000000);
-    QCOMPARE(setting.channel.value<qint64>("FileSize")->GetValue(), 4096);
-}
-
-void TestZelkoChannelModel::setsARecordWithoutData()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.model.setRecordData(*makeRecord(u"R1"_s, 5, 4096));
-    setting.model.setRecordData(ZELKO_XML::ZELKO_RecordData());
-    QCOMPARE(setting.model.recordID(), QString());
-    QCOMPARE(setting.channel.value<qint64>("FileSize")->GetValue(), 0);
-}
-
-void TestZelkoChannelModel::readsTheDataRateClass_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("expected");
-    for (const QString& name : ZELKO_XML::ZELKO_RecordData::GetDataRates()) {
-        QTest::newRow(qPrintable(name)) << name << static_cast<int>(ZELKO_XML::DataRateUsage::NameToDataRate(name));
-    }
-    QTest::newRow("a class that is not known") << u"UpTo3kB"_s << -1;
-    QTest::newRow("none") << QString() << -1;
-}
-
-void TestZelkoChannelModel::readsTheDataRateClass()
-{
-    QFETCH(QString, name);
-    Setting setting;
-    setting.takeUpChannel();
-    setting.channel.value<QString>("DataRateClass")->SetValue(name, nullptr);
-    QTEST(setting.model.getDataRateClass(), "expected");
-}
-
-void TestZelkoChannelModel::synchronizes()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.model.setRecordData(*makeRecord(u"R1"_s));
-    setting.model.synchronize(u"A1"_s);
-    QCOMPARE(setting.log.take(), texts("replay stopped"));
-    setting.model.setDeviceID(u"A1"_s); // the one that it has taken up
-    QCOMPARE(setting.model.recordID(), u"R1"_s);
-    setting.model.synchronize(u"A2"_s);
-    setting.model.setDeviceID(u"A1"_s); // the other one was not taken up
-    QCOMPARE(setting.model.recordID(), u"R1"_s);
-}
-
-void TestZelkoChannelModel::synchronizesWithTheChannelItself()
-{
-    Setting setting;
-    setting.takeUpChannel();
-    setting.model.setRecordData(*makeRecord(u"R1"_s));
-    setting.model.synchronize(u"ZelkoChannel"_s);
-    QCOMPARE(setting.log.take(), texts("replay stopped"));
-    setting.model.setDeviceID(QString()); // no other one than before
-    QCOMPARE(setting.model.recordID(), u"R1"_s);
-    setting.model.setDeviceID(u"ZelkoChannel"_s);
-    QCOMPARE(setting.model.recordID(), QString());
-}
-
-void TestZelkoChannelModel::doesNotSynchronizeWithoutAChannel()
-{
-    Setting setting;
-    setting.model.synchronize(u"A1"_s);
-    QCOMPARE(setting.log.take(), QStringList());
-}
-
-void TestZelkoChannelModel::writesTheAvailableDevices()
-{
-    UpdateCounter others; // outlives the value
-    Setting setting;
-    setting.local.valueAvailableDevices()->AddObserver(&others);
-    setting.model.sl_setAvailableDevices({u"A1"_s, u"A2"_s});
-    QCOMPARE(setting.local.valueAvailableDevices()->GetValue(), u"A1@A2"_s);
-    setting.model.sl_setAvailableDevices({});
-    QCOMPARE(setting.local.valueAvailableDevices()->GetValue(), QString());
-    QCOMPARE(others.take().size(), std::size_t(2));
-    Tree::Instance()->Remove(u"/ZELKO/Local"_s);
-    setting.model.sl_setAvailableDevices({u"A1"_s});
-    QVERIFY(!setting.local.valueAvailableDevices());
 }
 
 void TestZelkoChannelModel::goesBeforeItsValues()

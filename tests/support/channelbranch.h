@@ -6,13 +6,20 @@
 
 #include <QStringList>
 
-/// What a recorder serves of a channel, put on the client's tree by hand: stopped, without a record, may record.
+/// What a recorder serves of a channel, put on a tree by hand: stopped, without a record, may record.
 class ChannelBranch
 {
 public:
-    /// `channel` is what stands behind ".../ZELKO/Channel/": an ID, or "device/ID".
+    /// On the client's tree. `channel` is what stands behind ".../ZELKO/Channel/": an ID, or "device/ID".
     ChannelBranch(const QString& subSystem, const QString& channel)
-        : m_path(QStringLiteral("/SubSystems/%1/ZELKO/Channel/%2").arg(subSystem, channel))
+        : m_tree(*Tree::Instance())
+        , m_path(QStringLiteral("/SubSystems/%1/ZELKO/Channel/%2").arg(subSystem, channel))
+    {}
+
+    /// On the recorder's own.
+    ChannelBranch(Tree& tree, const QString& channel)
+        : m_tree(tree)
+        , m_path(QStringLiteral("/ZELKO/Channel/") + channel)
     {}
 
     static QStringList selections()
@@ -62,24 +69,24 @@ public:
             emplace<Value<QString>>(name);
         }
     }
-    void remove(const QString& name) const { Tree::Instance()->Remove(m_path + QLatin1Char('/') + name); }
-    void removeAll() const { Tree::Instance()->Remove(m_path); }
+    void remove(const QString& name) const { m_tree.Remove(m_path + QLatin1Char('/') + name); }
+    void removeAll() const { m_tree.Remove(m_path); }
 
     template <typename T>
     Value<T>* value(const char* name) const
     {
-        return Tree::Instance()->Find<Value<T>>(m_path + QLatin1Char('/') + QLatin1String(name));
+        return m_tree.Find<Value<T>>(m_path + QLatin1Char('/') + QLatin1String(name));
     }
     ValueSelection* selection(const char* name) const
     {
-        return Tree::Instance()->Find<ValueSelection>(m_path + QLatin1Char('/') + QLatin1String(name));
+        return m_tree.Find<ValueSelection>(m_path + QLatin1Char('/') + QLatin1String(name));
     }
 
 private:
     template <typename T>
     T* emplace(const QString& name) const
     {
-        return Tree::Instance()->Emplace(m_path, std::make_unique<T>(name));
+        return m_tree.Emplace(m_path, std::make_unique<T>(name));
     }
 
     // With one more key than there are states, as a newer recorder may have.
@@ -92,5 +99,6 @@ private:
         emplace<ValueSelection>(name)->SetChoices(choices, nullptr);
     }
 
+    Tree& m_tree;
     const QString m_path;
 };

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace ZelkoGUI {
 
@@ -104,10 +105,10 @@ void ZelkoChannelModel::setChannelId(const QString& channelId, const QString& de
     if (channelId.isEmpty()) {
         resetChannelValues();
     } else if (channelId != d->channelId || !d->values->valuesExist()) {
-        const QString wanted = channelId; // may be the one that is held
+        QString wanted = channelId; // may be the one that is held
         resetChannelValues();
-        d->channelId = wanted;
-        d->values->init(device, wanted);
+        d->channelId = std::move(wanted);
+        d->values->init(device, d->channelId);
         observeChannelValues();
     }
 }

@@ -18,6 +18,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace ZelkoGUI {
@@ -267,13 +268,12 @@ QString ZelkoDeviceModel::composedTooltip(const QString& devicePath) const
 
 void ZelkoDeviceModel::setChannelDevice(const QString& device)
 {
-    const QString wanted = device; // may be a text of this model's own, which is about to change
     d->followDevice = true;
-    if (wanted != channelPseudoDevice) {
-        d->channelDevice = wanted;
+    if (device != channelPseudoDevice) {
+        d->channelDevice = device;
     }
-    d->currentDevice = wanted;
-    updateCurrentDeviceAndNotify(wanted);
+    d->currentDevice = device;
+    updateCurrentDeviceAndNotify(device);
 }
 
 bool ZelkoDeviceModel::currentDeviceSupportsXg() const

@@ -80,8 +80,8 @@ public:
 Q_SIGNALS:
     /// After every refresh while connected, and when the connection goes; then with an empty list. Each time both, in
     /// this order.
-    void devicesRefreshed();
-    void devicesRefreshed(const QStringList& devices);
+    void devicesRefreshed();                           // clazy:exclude=overloaded-signal
+    void devicesRefreshed(const QStringList& devices); // clazy:exclude=overloaded-signal
 
     /// The device ID value is another: by somebody else, or because it was empty and is the current device now.
     void si_currentDeviceChanged(const QString& device);
