@@ -72,7 +72,7 @@ QString withDigits(long long moment, double distance)
     if (distance >= minute) {
         return time.toString(QStringLiteral("hh:mm"));
     }
-    const QString seconds = time.toString(QStringLiteral("hh:mm:ss"));
+    QString seconds = time.toString(QStringLiteral("hh:mm:ss"));
     if (distance >= second) {
         return seconds;
     }

@@ -86,12 +86,13 @@ std::vector<MarkerFlag> MarkerFlags::layOut(const Texts& texts, const std::funct
     }
     flipLast(flags, texts, nameOf(flags.back().number));
     double limit = m_axis.right + 1;
-    for (auto flag = flags.rbegin(); flag != flags.rend(); ++flag) {
-        if (flag->left == flag->place) {
-            const double end = std::max(limit, flag->place + m_axis.pixel);
-            hang(*flag, end, texts, end - flag->place < leastRoomForText ? QString() : nameOf(flag->number));
+    for (std::size_t index = flags.size(); index-- > 0;) {
+        MarkerFlag& flag = flags[index];
+        if (flag.left == flag.place) {
+            const double end = std::max(limit, flag.place + m_axis.pixel);
+            hang(flag, end, texts, end - flag.place < leastRoomForText ? QString() : nameOf(flag.number));
         }
-        limit = std::min(limit, flag->left - m_axis.pixel);
+        limit = std::min(limit, flag.left - m_axis.pixel);
     }
     return flags;
 }

@@ -425,6 +425,7 @@ std::vector<int> XMarkerTop::visibleFromLeftToRight() const
     });
     std::sort(places.begin(), places.end());
     std::vector<int> numbers;
+    numbers.reserve(places.size());
     for (const auto& [position, number] : places) {
         numbers.push_back(number);
     }

@@ -1,3 +1,4 @@
+#include "contrast.h"
 #include "tiedbar.h"
 
 #include <QtTest>
@@ -30,20 +31,6 @@ struct Bare : TiedBar
 
     VCReplayBar bare{nullptr, "Bare", false};
 };
-
-double luminance(const QColor& color)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b)
-{
-    const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
-    return (light + 0.05) / (dark + 0.05);
-}
 
 /// A bar whose labels can be read.
 class ReadBar final : public VCReplayBar
