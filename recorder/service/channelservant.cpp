@@ -137,10 +137,9 @@ void ChannelServant::setRecordFlag(CORBA::Boolean canRecord)
     askOrThrowChan([canRecord](Channel& channel) { return channel.setCanRecord(canRecord); });
 }
 
-// Nothing is asked of a channel for its being able to replay.
-void ChannelServant::setReplayFlag(CORBA::Boolean)
+void ChannelServant::setReplayFlag(CORBA::Boolean canReplay)
 {
-    askOrThrowChan([](Channel&) { return Verdict::Done; });
+    askOrThrowChan([canReplay](Channel& channel) { return channel.setCanReplay(canReplay); });
 }
 
 void ChannelServant::setName(const char* name)
@@ -163,8 +162,9 @@ void ChannelServant::startRecording(CORBA::Long seconds, const CORBA::WChar* rec
     if (loopSeconds != 0) {
         notOffered::loopRecording();
     }
-    askOrThrowChan(
-        [seconds, name = fromCorba(recordName)](Channel& channel) { return channel.startRecording(seconds, name); });
+    askOrThrowChan([seconds, name = fromCorba(recordName)](Channel& channel) {
+        return channel.startRecording({seconds, name, {}, 0});
+    });
 }
 
 // Data tell of themselves that they have begun.

@@ -42,9 +42,9 @@ FrameRecording::FrameRecording(const DeviceStore& store, const DeviceClock& cloc
 FrameRecording::~FrameRecording() = default;
 
 // Part of a sample would shift all that are behind it.
-bool FrameRecording::take(const ChannelFrame& frame, std::string_view samples, QString* error)
+bool FrameRecording::take(ChannelFrame frame, std::string_view samples, QString* error)
 {
-    if (samples.empty()) {
+    if (samples.empty() || isFull()) {
         return true;
     }
     const bool isWhole = samples.size() % m_bytesPerSample == 0;
@@ -53,11 +53,20 @@ bool FrameRecording::take(const ChannelFrame& frame, std::string_view samples, Q
         ++m_refused;
         return true;
     }
+    if (m_mostBytes > 0) {
+        samples = samples.substr(0, (m_mostBytes - m_size) / m_bytesPerSample * m_bytesPerSample);
+        frame.sampleBytes = static_cast<quint32>(samples.size());
+    }
     if (m_writer) {
         noteIndexEntry(frame, place == Place::BehindGap);
     } else if (!begin(frame, error)) {
         return false;
     }
+    return write(frame, samples, error);
+}
+
+bool FrameRecording::write(const ChannelFrame& frame, std::string_view samples, QString* error)
+{
     const bool written = m_writer->append(samples.data(), static_cast<qint64>(samples.size()));
     if (written) {
         m_last = frame;

@@ -27,6 +27,7 @@ public:
     }
     void tellRemoved() override { log << "removed"; }
     void ended() override { log << "ended"; }
+    void stateChanged() override {}
 
     QStringList log;
 };
