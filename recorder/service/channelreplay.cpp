@@ -113,6 +113,7 @@ bool ChannelReplay::start(const Wish& wish)
     }
     m_device = device;
     m_wish = wish;
+    m_position = 0; // not where the last one stood
     m_hasBegun = false;
     m_isConnected = false;
     enter(State::Started);

@@ -54,7 +54,7 @@ public:
     State state() const { return m_state; }
     bool isIdle() const { return m_state == State::Stopped; }
 
-    /// Where the replay stands or, without one, where the last one stood; 0 before the first.
+    /// Where the replay stands or, without one, where the last one ended; 0 as long as it has not begun.
     quint64 position();
 
     /// @name Wishes. False where the state does not allow it, and then nothing happens
