@@ -56,8 +56,9 @@ Channel::RecordingState Channel::recordingState() const
     case ChannelMachine::State::Starting:
     case ChannelMachine::State::Recording:
         return m_machine.isStopWanted() ? RecordingState::Stopping
-               : m_machine.hasData()    ? RecordingState::NormalRecording
-                                        : RecordingState::StartRequested;
+               : !m_machine.hasData()   ? RecordingState::StartRequested
+               : m_recording.isLoop     ? RecordingState::ContinuousRecording
+                                        : RecordingState::NormalRecording;
     case ChannelMachine::State::Stopping:
     case ChannelMachine::State::Closing:
         return RecordingState::Stopping;
@@ -82,6 +83,9 @@ Channel::Verdict Channel::startRecording(const Recording& recording)
     }
     if (!m_machine.isIdle() || !m_replay.isIdle()) {
         return Verdict::Busy;
+    }
+    if (recording.isLoop && recording.mostBytes == 0) {
+        return Verdict::NoSize;
     }
     m_device = device;
     m_recordID.clear();
@@ -304,7 +308,8 @@ bool Channel::openReceiver(QString* error)
         return false;
     }
     m_receiver = std::make_unique<ChannelReceiver>(
-        std::move(socket), ChannelReceiver::Flow{m_source->stream(), m_sampleRate, m_recording.mostBytes},
+        std::move(socket),
+        ChannelReceiver::Flow{m_source->stream(), m_sampleRate, m_recording.isLoop ? 0 : m_recording.mostBytes},
         m_devices.store(m_device), m_devices.clock(m_device), birth(), receiverListener());
     return true;
 }
@@ -346,6 +351,7 @@ ZELKO_XML::ZELKO_RecordData Channel::birth() const
     record.SetRecordName(m_newName.isEmpty() ? cleanText(name) : m_newName);
     record.SetDataFormat(m_wish.format);
     record.SetDataRate(m_wish.dataRate);
+    record.SetRecordingLoopSize(m_recording.isLoop ? m_recording.mostBytes : 0);
     record.SetInterface(ZELKO_XML::ZELKO_RecordData::Interface::Ethernet);
     return record;
 }

@@ -43,7 +43,8 @@ public:
         int seconds = 0;       ///< 0: until it is stopped
         QString name;          ///< of the record; empty: that of the channel
         QString device;        ///< empty: as the manager prefers
-        quint64 mostBytes = 0; ///< of samples, with which it ends; 0: no limit
+        quint64 mostBytes = 0; ///< of samples; 0: no limit
+        bool isLoop = false;   ///< with so many bytes it does not end, but goes on without the eldest
     };
 
     using RecordingState = ZELKO_XML::Admin::RecordReplayAllModes;
@@ -56,6 +57,7 @@ public:
         NotRecording,
         NoDevice,
         NotAble,  ///< not what it was registered for
+        NoSize,   ///< of a loop
         NotStored ///< the disk refuses
     };
 

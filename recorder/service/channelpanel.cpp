@@ -37,6 +37,8 @@ QString verdictText(Verdict verdict)
         return QStringLiteral("there is no such device for the channel");
     case Verdict::NotAble:
         return QStringLiteral("the channel was not registered for this");
+    case Verdict::NoSize:
+        return QStringLiteral("a recording in a loop needs a file size");
     case Verdict::NotStored:
         return QStringLiteral("the disk does not take it");
     }
@@ -122,10 +124,10 @@ void ChannelPanel::grantRecording(int key)
     switch (static_cast<RecordingState>(key)) {
     case RecordingState::StartRequested:
     case RecordingState::NormalRecording:
-        startRecording();
+        startRecording(false);
         break;
     case RecordingState::ContinuousRecording:
-        set(m_branch.errorCode, QStringLiteral("the recorder does not record in a loop"));
+        startRecording(true);
         break;
     case RecordingState::Stopping:
     case RecordingState::Stopped:
@@ -155,14 +157,18 @@ void ChannelPanel::grantReplay(int key)
     }
 }
 
-void ChannelPanel::startRecording()
+void ChannelPanel::startRecording(bool isLoop)
 {
     if (m_channel.recordingState() == RecordingState::Stopped) {
         set(m_branch.errorCode, QString());
     }
-    note(m_channel.startRecording({m_branch.recordTimeout->GetValue(), m_branch.recordName->GetValue(),
-                                   m_branch.deviceId->GetValue(),
-                                   static_cast<quint64>(m_branch.fileSizeInKB->GetValue()) * bytesPerKB}));
+    Channel::Recording recording;
+    recording.seconds = m_branch.recordTimeout->GetValue();
+    recording.name = m_branch.recordName->GetValue();
+    recording.device = m_branch.deviceId->GetValue();
+    recording.mostBytes = static_cast<quint64>(m_branch.fileSizeInKB->GetValue()) * bytesPerKB;
+    recording.isLoop = isLoop;
+    note(m_channel.startRecording(recording));
 }
 
 void ChannelPanel::startReplay()

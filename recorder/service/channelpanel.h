@@ -16,10 +16,10 @@ namespace ZelkoRecorder {
 ///
 /// A client asks for something by writing the state that he wants, and hears what has become of it by the same value:
 /// where the wish is not granted the state goes back to what is the case, and the error code tells why. Of the
-/// recording state, "start requested" and "recording" begin a recording and "stopping" and "stopped" end it; of the
-/// replay state, "replay started" and "running" begin or continue a replay, "pausing" and "paused" hold it, "stopping"
-/// and "stopped" end it. Wishes are granted in the order in which they came, and never within the notification by which
-/// they come.
+/// recording state, "start requested" and "recording" begin a recording, "continuous recording" one in a loop of the
+/// size that is asked for, and "stopping" and "stopped" end it; of the replay state, "replay started" and "running"
+/// begin or continue a replay, "pausing" and "paused" hold it, "stopping" and "stopped" end it. Wishes are granted in
+/// the order in which they came, and never within the notification by which they come.
 ///
 /// Lives on the thread of the tree.
 class ChannelPanel : public QObject, private IObserver
@@ -45,7 +45,7 @@ private:
     void grantWishes();
     void grantRecording(int key);
     void grantReplay(int key);
-    void startRecording();
+    void startRecording(bool isLoop);
     void startReplay();
     void note(Channel::Verdict verdict);
     void tidy();

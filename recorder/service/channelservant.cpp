@@ -37,6 +37,7 @@ void throwChanUnlessDone(Verdict verdict)
     case Verdict::NotStored:
         throwChan(Contract::CHAN_FAILED, "the recording ends, but the disk did not take its comment");
     case Verdict::NotAble:
+    case Verdict::NoSize:
         break;
     }
     throwChan(Contract::CHAN_FAILED, "the channel was not registered for this");
@@ -163,7 +164,7 @@ void ChannelServant::startRecording(CORBA::Long seconds, const CORBA::WChar* rec
         notOffered::loopRecording();
     }
     askOrThrowChan([seconds, name = fromCorba(recordName)](Channel& channel) {
-        return channel.startRecording({seconds, name, {}, 0});
+        return channel.startRecording({.seconds = seconds, .name = name, .device = {}});
     });
 }
 

@@ -171,6 +171,26 @@ void FrameRecording::tellOfFolding()
     }
 }
 
+// To the last entry from which on there are samples enough. A step makes it durable.
+void FrameRecording::moveStart()
+{
+    ZELKO_RecordData& record = m_writer->record();
+    const quint64 loop = record.GetRecordingLoopSize();
+    auto& index = record.GetIndexEntry();
+    if (loop == 0 || m_size <= loop) {
+        return;
+    }
+    const auto behind = std::upper_bound(
+        index.cbegin(), index.cend(), m_size - loop,
+        [](quint64 offset, const ZELKO_XML::IndexEntry& entry) { return offset < entry.GetRecordOffset(); });
+    if (behind == index.cbegin()) {
+        return;
+    }
+    index.erase(index.cbegin(), behind - 1);
+    record.SetStartPosition(index.constFirst().GetRecordOffset());
+    record.SetStartTime(index.constFirst().GetTimestamp());
+}
+
 bool FrameRecording::stepIfDue()
 {
     const auto now = Clock::now();
@@ -180,6 +200,7 @@ bool FrameRecording::stepIfDue()
     m_lastStep = now;
     appendEntry(m_end);
     m_lastIsOfStep = true;
+    moveStart();
     if (!m_writer->step()) {
         return false;
     }
@@ -214,6 +235,7 @@ bool FrameRecording::finish(EditQueue& edits)
     if (std::as_const(m_writer->record()).GetIndexEntry().constLast().GetRecordOffset() < m_size) {
         appendEntry(m_end);
     }
+    moveStart();
     const bool closed = m_writer->finish();
     tell();
     edits.end();

@@ -15,6 +15,9 @@ namespace ZelkoRecorder {
 
 /// Makes one record of the frames of a channel, on one thread. The record is born with the first frame that has
 /// samples; without one there is none.
+///
+/// A birth with a loop size makes a record that keeps its last samples only: so many bytes, and what stands before them
+/// up to an entry of the index. Its start moves on; positions still count from the first sample that it ever had.
 class FrameRecording
 {
 public:
@@ -67,6 +70,7 @@ private:
 
     bool write(const ChannelFrame& frame, std::string_view samples, QString* error);
     bool begin(const ChannelFrame& frame, QString* error);
+    void moveStart();
     void noteIndexEntry(const ChannelFrame& frame, bool isGap);
     void planEntries(quint64 time);
     void appendEntry(quint64 time);

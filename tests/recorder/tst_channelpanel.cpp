@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int startRequested = 0;
-constexpr int continuous = 2;
+constexpr int continuousRecording = 2;
 constexpr int stopRequested = 3;
 
 } // namespace
@@ -31,6 +31,7 @@ private Q_SLOTS:
     void stopsBeforeDataHaveCome();
     void endsARecordingWhenItsTimeIsOver();
     void endsARecordingAtItsSize();
+    void recordsInALoop();
     void followsRecordingsThatTheManagerBegins();
     void refusesWhatCannotBeRecorded_data();
     void refusesWhatCannotBeRecorded();
@@ -184,6 +185,29 @@ void TestChannelPanel::endsARecordingAtItsSize()
     QCOMPARE(m_shown->error(), QString());
 }
 
+// Frames of a tenth of a second, an entry of the index each second.
+void TestChannelPanel::recordsInALoop()
+{
+    const ChoiceLog log(m_shown->recordingState());
+    write<int>("FileSizeInKB", 4);
+    writeRecordingState(continuousRecording);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->calls().contains("start"), patience);
+    for (quint32 frame = 0; frame < 30; ++frame) {
+        send({frame});
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"continuous recording"_s, patience);
+    QCOMPARE(onlyRecord()->GetRecordStatus(), ZELKO_XML::ZELKO_RecordData::RecordStatus::LoopRecording);
+    writeRecordingState(stopRequested);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isFinished(), patience);
+    QCOMPARE(log.names(),
+             (QStringList{"continuous recording", "start requested", "continuous recording", "stopping", "stopped"}));
+    QCOMPARE(m_shown->number("LoopSize"), 4096);
+    QCOMPARE(m_shown->number("StopPosition"), 12'000);
+    QCOMPARE(m_shown->number("StartPosition"), 4000);
+    QCOMPARE(m_shown->number("StartTime"), 11'000'000);
+}
+
 void TestChannelPanel::followsRecordingsThatTheManagerBegins()
 {
     const ChoiceLog log(m_shown->recordingState());
@@ -205,7 +229,8 @@ void TestChannelPanel::refusesWhatCannotBeRecorded_data()
         << startRequested << "D1" << false << "the channel was not registered for this";
     QTest::newRow("a device that is none")
         << startRequested << "D9" << true << "there is no such device for the channel";
-    QTest::newRow("a loop") << continuous << "D1" << true << "the recorder does not record in a loop";
+    QTest::newRow("a loop without a size")
+        << continuousRecording << "D1" << true << "a recording in a loop needs a file size";
 }
 
 void TestChannelPanel::refusesWhatCannotBeRecorded()
@@ -241,7 +266,8 @@ void TestChannelPanel::tellsWhatWentWrong()
     writeRecordingState(startRequested);
     QTRY_VERIFY_WITH_TIMEOUT(!m_shown->error().isEmpty(), patience);
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
-    const QString fault = m_manager->calls().filter("fault").value(0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->calls().filter("fault").size(), 1, patience);
+    const QString fault = m_manager->calls().filter("fault").first();
     QVERIFY2(fault.endsWith(m_shown->error()), qPrintable(fault + " | " + m_shown->error()));
 }
 
