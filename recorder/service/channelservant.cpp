@@ -193,11 +193,27 @@ void ChannelServant::DataTransferStopped()
     tell([](Channel& channel) { channel.dataStopped(); });
 }
 
-void ChannelServant::startReplaying(const char*, const char*, QD_ZLK::DataRateClass, CORBA::LongLong, CORBA::LongLong,
-                                    CORBA::Long)
+// The contract has no exception for it.
+void ChannelServant::startReplaying(const char* device, const char* record, QD_ZLK::DataRateClass,
+                                    CORBA::LongLong start, CORBA::LongLong stop, CORBA::Long speed)
 {
     m_rights.require(Action::UseChannels);
-    notOffered::replayToChannel();
+    m_rights.require(Action::Replay);
+    if (speed != 0 && speed != notOffered::realTimeReplay) {
+        notOffered::replayToChannel();
+    }
+    if (start < 0 || stop < 0) {
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
+    }
+    const ChannelReplay::Wish replay{fromCorba(device), fromCorba(record), static_cast<quint64>(start),
+                                     static_cast<quint64>(stop)};
+    const Verdict verdict = ask([replay](Channel& channel) { return channel.startReplay(replay); });
+    throwIfRemoved(verdict);
+    if (verdict == Verdict::NotAble) {
+        notOffered::replayToChannel();
+    } else if (verdict != Verdict::Done) {
+        throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
+    }
 }
 
 void ChannelServant::channelError(const char* text)

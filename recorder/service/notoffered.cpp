@@ -4,7 +4,7 @@
 
 namespace ZelkoRecorder::notOffered {
 
-// Replays move positions; the samples themselves leave the recorder by exports only.
+// A channel gets samples as they were recorded, and only where its manager has said that it takes them.
 void replayToChannel()
 {
     throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);

@@ -53,6 +53,9 @@ private Q_SLOTS:
     void stopsWhileItIsPrepared();
     void ignoresAPauseWithoutAReplay();
     void endsWithItsChannel();
+    void replaysAtTheCallOfAManager();
+    void refusesCallsThatCannotBe_data();
+    void refusesCallsThatCannotBe();
 
 private:
     template <typename T, typename Content>
@@ -325,6 +328,47 @@ void TestChannelReplay::endsWithItsChannel()
     QTRY_VERIFY_WITH_TIMEOUT(!m_shown->isThere(), patience);
     QTRY_VERIFY_WITH_TIMEOUT(!isReplayed(lengthy), patience);
     QCOMPARE(m_manager->calls().constLast(), u"removed"_s);
+}
+
+// A part of the record, from its middle to its third quarter.
+void TestChannelReplay::replaysAtTheCallOfAManager()
+{
+    QCOMPARE(endingOf([&] {
+                 m_registered.channel->startReplaying("D1", "Brief", QD_ZLK::RATE_NOT_SET, 10'500'000, 10'750'000, 100);
+             }),
+             u"done"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->replayPort() != 0, patience);
+    m_receiver = std::make_unique<ReplayReceiver>(m_manager->replayPort());
+    QTRY_VERIFY_WITH_TIMEOUT(m_receiver->hasEnded(), patience);
+    QCOMPARE(m_receiver->samples().size(), 1000);
+    QCOMPARE(m_shown->text("RecordID"), brief);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+}
+
+void TestChannelReplay::refusesCallsThatCannotBe_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<qint64>("start");
+    QTest::addColumn<int>("speed");
+    QTest::addColumn<QString>("ending");
+    QTest::newRow("twice as fast") << "D1" << qint64{0} << 200 << "NO_IMPLEMENT";
+    QTest::newRow("from before all time") << "D1" << qint64{-1} << 100 << "BAD_PARAM";
+    QTest::newRow("of a device that is none") << "D9" << qint64{0} << 100 << "NO_RESOURCES";
+}
+
+void TestChannelReplay::refusesCallsThatCannotBe()
+{
+    QFETCH(const QString, device);
+    QFETCH(const qint64, start);
+    QFETCH(const int, speed);
+    QFETCH(const QString, ending);
+    QCOMPARE(endingOf([&] {
+                 m_registered.channel->startReplaying(qPrintable(device), "Brief", QD_ZLK::RATE_NOT_SET, start, 0,
+                                                      speed);
+             }),
+             ending);
+    QCOMPARE(state(), u"stopped"_s);
+    QCOMPARE(m_manager->calls(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestChannelReplay)
