@@ -34,6 +34,7 @@ public:
     void deliver(ZelkoTreeLink::SessionId, CORBA::ULong number, const ZelkoTreeLink::Batch& commands,
                  ZelkoTreeLink::Checksum check) override
     {
+        const std::lock_guard taking(m_taking);
         const std::lock_guard lock(m_mutex);
         const std::string bytes(reinterpret_cast<const char*>(commands.get_buffer()), commands.length());
         if (number != m_batches++ || ZelkoCommon::link::checksum(bytes) != check) {
@@ -47,7 +48,11 @@ public:
         return std::exchange(m_bytes, {});
     }
 
+    /// Takes nothing while the lock is held.
+    std::unique_lock<std::mutex> hold() { return std::unique_lock(m_taking); }
+
 private:
+    std::mutex m_taking;
     std::mutex m_mutex;
     std::string m_bytes;
     CORBA::ULong m_batches = 0;
