@@ -110,7 +110,9 @@ void SelectionKeeper::Private::restore()
     if (!rows.isEmpty()) {
         view->selectionModel()->select(rows, QItemSelectionModel::Select);
     }
-    restoreScrolling();
+    if (scrolled) { // whoever was told of the above has not selected something else
+        restoreScrolling();
+    }
 }
 
 void SelectionKeeper::Private::restoreCurrent()
@@ -184,6 +186,7 @@ SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy,
                                   view->verticalScrollBar(),
                                   view->horizontalScrollBar(),
                                   view->verticalHeader()->viewport(),
+                                  view->horizontalHeader(), // takes keys itself
                                   view->horizontalHeader()->viewport()};
     for (QWidget* const widget : watched) {
         widget->installEventFilter(this);
