@@ -3,6 +3,7 @@
 #include <resources/zelkoicons.h>
 
 #include <QHeaderView>
+#include <QMenu>
 
 using namespace Qt::StringLiterals;
 
@@ -11,11 +12,10 @@ namespace {
 /// A list widget without parts, over a list that goes when it is told to.
 struct Columns
 {
-    explicit Columns(const QString& name = u"Records"_s)
+    explicit Columns(bool hasList = true, ListSite::Options options = {})
         : list(std::make_unique<ListedRecords>(ListSite::ids(3)))
-        , controller(std::in_place, list.get())
-        , widget(std::make_unique<RecordListWidget>(&*controller, ListSite::Options(0), ListSite::Columns(), nullptr,
-                                                    name))
+        , controller(std::in_place, hasList ? list.get() : nullptr)
+        , widget(std::make_unique<RecordListWidget>(&*controller, options, ListSite::allColumns, nullptr, u"Records"_s))
     {}
 
     QHeaderView& header() const { return *widget->findChild<QTableView*>()->horizontalHeader(); }
@@ -60,6 +60,10 @@ private Q_SLOTS:
     void keepsColumnsWhenTheListGoesFirst();
     void keepsColumnsWithAnotherListAfterOneThatDied();
     void keepsColumnsWithAnotherListAfterNone();
+    void beginsWithoutAList();
+    void hasItsColumnsOnceThereIsAList();
+    void offersColumnsForTheClipboardOnceThereIsAList();
+    void survivesAListThatBelongsToIt();
 
 private:
     const UserLogin m_login;
@@ -96,6 +100,55 @@ void RecordListSourceTest::keepsColumnsWithAnotherListAfterNone()
     QCOMPARE(columns.header().count(), 0);
     columns.show(columns.list.get());
     QVERIFY(columns.isArranged());
+}
+
+void RecordListSourceTest::beginsWithoutAList()
+{
+    QTest::failOnWarning(QRegularExpression(u"."_s)); // as of a connection to nothing
+    const Columns columns(false, ListSite::everything);
+    const auto* const count = columns.widget->findChild<QLabel*>(u"RecordCountLabel"_s);
+    QCOMPARE(count->text(), u"0 recordings"_s);
+}
+
+void RecordListSourceTest::hasItsColumnsOnceThereIsAList()
+{
+    Columns before;
+    before.arrange();
+    before.widget.reset();
+    QTest::failOnWarning(QRegularExpression(u"."_s));
+    Columns columns(false, ListSite::everything);
+    columns.show(columns.list.get());
+    QVERIFY(columns.isArranged());
+    const auto* const count = columns.widget->findChild<QLabel*>(u"RecordCountLabel"_s);
+    QCOMPARE(count->text(), u"3 recordings"_s);
+    columns.list->add(makeRecord(u"new"_s));
+    QCOMPARE(count->text(), u"4 recordings"_s);
+    columns.show(nullptr);
+    QCOMPARE(count->text(), u"0 recordings"_s);
+}
+
+// Once only, however often lists come and go.
+void RecordListSourceTest::offersColumnsForTheClipboardOnceThereIsAList()
+{
+    const Columns usual(true, RecordListWidget::OptionClipboardMenu);
+    Columns columns(false, RecordListWidget::OptionClipboardMenu);
+    const auto texts = [](const Columns& of) {
+        return MenuAnswer::texts(*of.widget->findChild<QMenu*>(u"RecordListWidgetPopupMenu"_s));
+    };
+    QCOMPARE(texts(columns), (QStringList{u"Copy to Clipboard"_s, u"-"_s}));
+    for (ListedRecords* const list : {columns.list.get(), static_cast<ListedRecords*>(nullptr), columns.list.get()}) {
+        columns.show(list);
+        QCOMPARE(texts(columns), texts(usual));
+    }
+}
+
+void RecordListSourceTest::survivesAListThatBelongsToIt()
+{
+    Columns columns(true, ListSite::everything);
+    const QPointer<ListedRecords> list = columns.list.release();
+    list->setParent(columns.widget.get());
+    columns.widget.reset();
+    QVERIFY(list.isNull());
 }
 
 QTEST_MAIN(RecordListSourceTest)
