@@ -249,7 +249,6 @@ private Q_SLOTS:
         QTest::addColumn<QKeySequence>("keys");
         QTest::addRow("another column is chosen") << QKeySequence(Qt::Key_End);
         QTest::addRow("the table is sorted") << QKeySequence(Qt::Key_Space);
-        QTest::addRow("a column is moved") << QKeySequence(Qt::CTRL | Qt::Key_Right);
     }
 
     void leavesWhatIsDoneByKeysInTheHeader()
