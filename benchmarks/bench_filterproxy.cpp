@@ -144,7 +144,7 @@ private:
     std::unique_ptr<QTableView> m_view;
 };
 
-/// Made once for each length: the rows share the records of a pool, so even long lists take little memory.
+/// Made once for each length; their records are the same.
 Source& sourceOf(int rows)
 {
     static std::map<int, Source> sources;

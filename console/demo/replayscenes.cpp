@@ -48,6 +48,8 @@ void paintReplayScenes(ScenePainter& painter)
 {
     paintDeviceCombo(painter);
     paintConsole(painter);
+    paintReplayBarScenes(painter);
+    paintReplayWidgetScenes(painter);
 }
 
 } // namespace ZelkoConsole

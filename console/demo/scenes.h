@@ -40,4 +40,10 @@ void paintRecordListScenes(ScenePainter& painter);
 /// Channels, devices and replays: the device to work on, by itself and in the console.
 void paintReplayScenes(ScenePainter& painter);
 
+/// The replay bar at three widths with none, few and many bookmarks, and in use.
+void paintReplayBarScenes(ScenePainter& painter);
+
+/// The replay bar of a record with its buttons: in step with the recorder, and not.
+void paintReplayWidgetScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

@@ -1,28 +1,46 @@
 #include <chartcontrols/vcreplaybar.h>
 
+#include <chartcontrols/replaybaraccessible_p.h>
+#include <chartcontrols/replaybarheadline_p.h>
 #include <chartcontrols/timeticks_p.h>
 #include <controlwidgets/guicentral.h>
+#include <mapwidgets/pixelgrid.h>
 
-#include <QDateTime>
+#include <QAccessible>
+#include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace {
 
-constexpr int barHeight = 26;
+constexpr int roomForHandle = 16;
 constexpr int gap = 2;
+constexpr qsizetype linesOfToolTip = 10;
 
 // Microseconds as a double keep their last digit up to the year 2255.
 long long toTime(double moment)
 {
     constexpr double largest = 9.2e18;
-    return static_cast<long long>(std::clamp(moment, -largest, largest));
+    return std::llround(std::clamp(moment, -largest, largest));
+}
+
+double toMoment(long long time)
+{
+    return static_cast<double>(time);
+}
+
+// Whether a text is darker than what it stands on tells which colours can be seen there.
+bool isDark(const QPalette& palette)
+{
+    return palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
 }
 
 // The notice of a deletion comes while the value still exists.
@@ -43,10 +61,13 @@ VCReplayBar::VCReplayBar(QWidget* parent, const char* name, bool showRuler)
     , XMarkerTop(static_cast<AxisBase&>(*this))
     , m_showRuler(showRuler)
 {
+    ReplayBarAccessible::install(); // before anything is told of this object
     setObjectName(QLatin1String(name));
     setAccessibleName(tr("Replay bar"));
     setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(this, &AxisBase::signalAxisChanged, this, [this] { forgetPlaces(); });
     for (const int number : {PositionMarker, 2, 3}) {
         addMarker(number);
     }
@@ -61,12 +82,12 @@ VCReplayBar::~VCReplayBar()
 
 QSize VCReplayBar::sizeHint() const
 {
-    return {400, markerTop() + barHeight};
+    return {400, markerTop() + flagHeight() + roomForHandle};
 }
 
 QSize VCReplayBar::minimumSizeHint() const
 {
-    return {100, markerTop() + barHeight};
+    return {100, markerTop() + flagHeight() + roomForHandle};
 }
 
 void VCReplayBar::tie(ValueObservingPtr<Value<double>>& value, const QString& path)
@@ -132,9 +153,8 @@ void VCReplayBar::SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool 
     m_isSettingBookmarks = true;
     endDragUnlessKept(bookmarks);
     setBookmarkCount(bookmarks.size());
-    m_bookmarks = bookmarks;
-    for (std::size_t index = 0; index < m_bookmarks.size(); ++index) {
-        showBookmark(index);
+    for (std::size_t index = 0; index < bookmarks.size(); ++index) {
+        showBookmark(index, bookmarks[index]);
     }
     m_isSettingBookmarks = false;
     update();
@@ -151,11 +171,11 @@ std::vector<BookmarkType> VCReplayBar::GetBookmarks() const
 // The mouse holds a number, which is another bookmark's once those before it are gone.
 void VCReplayBar::endDragUnlessKept(const std::vector<BookmarkType>& bookmarks)
 {
-    if (draggedMarker() < FirstBookmarkMarker) {
+    if (!isFlag(draggedMarker())) {
         return;
     }
     const auto index = static_cast<std::size_t>(draggedMarker() - FirstBookmarkMarker);
-    if (index >= bookmarks.size() || !(bookmarks[index] == m_bookmarks[index])) {
+    if (index >= bookmarks.size() || (bookmarks[index] != m_bookmarks[index] && bookmarks[index] != m_grabbed)) {
         endDrag();
     }
 }
@@ -178,16 +198,24 @@ void VCReplayBar::setBookmarkCount(std::size_t count)
     m_bookmarks.resize(count);
 }
 
-void VCReplayBar::showBookmark(std::size_t index)
+void VCReplayBar::showBookmark(std::size_t index, const BookmarkType& bookmark)
 {
     Marker& marker = *GetMarker(bookmarkMarker(index));
-    marker.SetName(m_bookmarks[index].text);
-    marker.MoveTo(static_cast<double>(m_bookmarks[index].time));
+    marker.SetName(bookmark.text);
+    if (marker.GetPosition() != toMoment(bookmark.time)) {
+        marker.MoveTo(toMoment(bookmark.time));
+    }
+    m_bookmarks[index] = bookmark;
 }
 
 bool VCReplayBar::canBeBookmarked(double moment) const
 {
     return m_allowCreation && axisStop() > axisStart() && moment >= axisStart() && moment <= axisStop();
+}
+
+bool VCReplayBar::canBeRemoved(int number) const
+{
+    return m_allowCreation && isFlag(number) && GetMarker(number) != nullptr && GetMarker(number)->IsEnabled();
 }
 
 void VCReplayBar::createBookmark(double moment)
@@ -206,28 +234,82 @@ void VCReplayBar::removeBookmark(int number)
     SetBookmarks(bookmarks, true);
 }
 
+// While a menu is open the bookmarks may become others.
+void VCReplayBar::removeIfStill(int number, const BookmarkType& bookmark)
+{
+    if (canBeRemoved(number) && bookmarkOf(number) == bookmark) {
+        removeBookmark(number);
+    }
+}
+
+// A time that a double cannot hold to the last digit stays as it is until its marker really moves.
 void VCReplayBar::markerChanged(int number, bool moved)
 {
-    update();
-    if (number < FirstBookmarkMarker || !moved || m_isSettingBookmarks) {
+    XMarkerTop::markerChanged(number, moved);
+    tellAccessible(number, moved);
+    if (!isFlag(number) || !moved || m_isSettingBookmarks) {
         return;
     }
-    BookmarkType& bookmark = m_bookmarks[static_cast<std::size_t>(number - FirstBookmarkMarker)];
-    const long long time = toTime(GetMarker(number)->GetPosition());
-    if (time != bookmark.time) {
-        bookmark.time = time;
+    BookmarkType& bookmark = bookmarkOf(number);
+    const double position = GetMarker(number)->GetPosition();
+    if (position == toMoment(bookmark.time)) {
+        return;
+    }
+    bookmark.time =
+        position == toMoment(m_grabbed.time) && number == draggedMarker() ? m_grabbed.time : toTime(position);
+    if (number != draggedMarker()) {
         Q_EMIT signalBookmarksChanged();
     }
 }
 
+void VCReplayBar::markerDropped(int number)
+{
+    if (isFlag(number) && bookmarkOf(number).time != m_grabbed.time) {
+        Q_EMIT signalBookmarksChanged();
+    }
+}
+
+void VCReplayBar::tellAccessible(int number, bool moved)
+{
+    if (number != GetCurrentMarker() || !QAccessible::isActive()) {
+        return;
+    }
+    if (moved) {
+        QAccessibleValueChangeEvent event(this, GetMarker(number)->GetPosition());
+        QAccessible::updateAccessibility(&event);
+    } else {
+        QAccessibleEvent event(this, QAccessible::DescriptionChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+QString VCReplayBar::positionText() const
+{
+    const Marker& marker = *GetMarker(GetCurrentMarker());
+    return marker.GetValueTreePath().isEmpty() ? QString() : timeticks::dateAndTime(toTime(marker.GetPosition()));
+}
+
+int VCReplayBar::rulerTop() const
+{
+    return fontMetrics().height() + gap;
+}
+
 int VCReplayBar::markerTop() const
 {
-    return m_showRuler ? rulerHeight() + gap : gap;
+    return m_showRuler ? rulerHeight() + gap / 2 : gap / 2;
 }
 
 QColor VCReplayBar::markerColor(int number) const
 {
-    return number >= FirstBookmarkMarker ? QColor(0xD9, 0x8B, 0x00) : QColor(0xD6, 0x45, 0x45);
+    if (isFlag(number)) {
+        return isDark(palette()) ? QColor(0xE8, 0xA8, 0x38) : QColor(0xF2, 0xB1, 0x3C);
+    }
+    return isDark(palette()) ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC9, 0x2A, 0x2A);
+}
+
+double VCReplayBar::keyStep(double least) const
+{
+    return timeticks::distance(least);
 }
 
 double VCReplayBar::tickDistance(double least) const
@@ -240,40 +322,127 @@ double VCReplayBar::firstTick(double value, double distance) const
     return timeticks::first(value, distance);
 }
 
+double VCReplayBar::nextTick(double tick, double distance) const
+{
+    return timeticks::next(tick, distance);
+}
+
 QString VCReplayBar::tickText(double value, double distance) const
 {
     return timeticks::text(value, distance);
 }
 
-QString VCReplayBar::longestTickText() const
+QString VCReplayBar::endText(double value) const
 {
-    return QStringLiteral("00:00:00.000");
+    return timeticks::endText(value, visibleStop() - visibleStart());
+}
+
+QString VCReplayBar::longestTickText(double distance) const
+{
+    return timeticks::longestText(distance, timeticks::isSameDay(visibleStart(), visibleStop()));
+}
+
+bool VCReplayBar::hasRecording() const
+{
+    return isThere(m_start) && isThere(m_stop) && axisStop() > 0;
+}
+
+// What is read beside the dates: the current marker, and shorter texts for where there is less room.
+QStringList VCReplayBar::readings() const
+{
+    const Marker& marker = *GetMarker(GetCurrentMarker());
+    if (!marker.IsVisible()) {
+        return {};
+    }
+    const long long time = toTime(marker.GetPosition());
+    QStringList texts = timeticks::timesOfDay(time);
+    if (!timeticks::isSameDay(axisStart(), axisStop())) {
+        texts.prepend(timeticks::dateAndTime(time));
+    }
+    const QString name = fontMetrics().elidedText(marker.GetName(), Qt::ElideRight, width() / 4);
+    if (isFlag(GetCurrentMarker()) && !name.isEmpty()) {
+        texts.prepend(name + QStringLiteral("  ") + texts.constFirst());
+    }
+    return texts;
+}
+
+void VCReplayBar::paintHeadline(QPainter& painter) const
+{
+    painter.setPen(palette().color(QPalette::WindowText));
+    const ReplayBarHeadline headline{timeticks::dates(axisStart(), axisStop()), readings(),
+                                     markerColor(GetCurrentMarker())};
+    headline.paint(painter, pixelAt(visibleStart()), pixelAt(visibleStop()) + 1);
 }
 
 void VCReplayBar::paintRanges(QPainter& painter) const
 {
-    QColor color = palette().color(QPalette::Highlight);
-    color.setAlphaF(0.5F);
+    const PixelGrid grid(painter);
+    const QColor edge = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Highlight);
+    QColor inside = edge;
+    inside.setAlphaF(isDark(palette()) ? 0.55F : 0.3F);
+    const double leftBorder = placeAt(visibleStart());
+    const double rightBorder = placeAt(visibleStop());
     for (const auto& [first, last] : m_ranges) {
-        const int left = pixelAt(static_cast<double>(first));
-        const int right = pixelAt(static_cast<double>(last));
-        painter.fillRect(QRect(QPoint(left, markerTop()), QPoint(std::max(left, right), height() - 1)), color);
+        const double from = placeAt(toMoment(first));
+        const double to = std::max(placeAt(toMoment(last)), from);
+        if (from > rightBorder || to < leftBorder) {
+            continue;
+        }
+        const double left = std::max(from, leftBorder);
+        const double right = std::min(to, rightBorder);
+        painter.fillRect(grid.rect({left, double(markerTop()), right - left + 1, height() - 1.0 - markerTop()}),
+                         inside);
+        for (const double place : {from, to}) {
+            if (place >= leftBorder && place <= rightBorder) {
+                painter.fillRect(grid.vertical(place, markerTop(), height() - 1), edge);
+            }
+        }
+    }
+}
+
+void VCReplayBar::paintTrack(QPainter& painter) const
+{
+    const PixelGrid grid(painter);
+    const double left = placeAt(visibleStart());
+    const double right = hasRecording() ? placeAt(visibleStop()) : width() - 1 - left;
+    const QRectF track = grid.rect({left, double(markerTop()), right - left + 1, double(height() - markerTop())});
+    const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    const double line = grid.width(1);
+    painter.fillRect(track, palette().color(group, hasFocus() ? QPalette::Highlight : QPalette::Mid));
+    painter.fillRect(track.adjusted(line, line, -line, -line), hasRecording()
+                                                                   ? palette().color(group, QPalette::Base)
+                                                                   : palette().color(group, QPalette::Window));
+    if (!hasRecording()) {
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
+        painter.drawText(track, Qt::AlignCenter, fontMetrics().elidedText(tr("No recording"), Qt::ElideRight, width()));
+        return;
+    }
+    QColor tickColor = palette().color(group, QPalette::WindowText);
+    tickColor.setAlphaF(0.12F);
+    for (const double tick : m_showRuler ? ticks() : std::vector<double>()) {
+        painter.fillRect(grid.vertical(placeAt(tick), markerTop() + line, height() - 1), tickColor);
     }
 }
 
 void VCReplayBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    const QRect bar(QPoint(pixelAt(visibleStart()), markerTop()), QPoint(pixelAt(visibleStop()), height() - 1));
-    if (visibleStart() < visibleStop()) {
-        painter.fillRect(bar, palette().brush(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Base));
+    paintTrack(painter);
+    if (!hasRecording()) {
+        return;
     }
     paintRanges(painter);
     if (m_showRuler) {
+        paintHeadline(painter);
         paintRuler(painter);
     }
-    painter.setRenderHint(QPainter::Antialiasing);
     paintMarkers(painter);
+}
+
+void VCReplayBar::changeEvent(QEvent* event)
+{
+    forgetPlaces();
+    XRulerTop::changeEvent(event);
 }
 
 bool VCReplayBar::event(QEvent* event)
@@ -282,25 +451,92 @@ bool VCReplayBar::event(QEvent* event)
         return XRulerTop::event(event);
     }
     const auto& help = static_cast<const QHelpEvent&>(*event);
-    const Marker* const marker = GetMarker(markerAt(help.pos()));
-    if (marker == nullptr) {
-        return XRulerTop::event(event);
-    }
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(toTime(marker->GetPosition()) / 1000);
-    const QString text =
-        time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")) + QLatin1Char('\n') + marker->GetName();
-    QToolTip::showText(help.globalPos(), text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")), this);
+    showToolTip(help.pos(), help.globalPos());
     return true;
+}
+
+void VCReplayBar::showToolTip(QPoint place, QPoint screenPlace)
+{
+    const int number = hasRecording() ? markerAt(place) : 0;
+    if (number == 0) {
+        QToolTip::hideText();
+    } else {
+        QToolTip::showText(screenPlace, toolTipOf(number), this);
+    }
+}
+
+// Names are plain text, whatever stands in them.
+QString VCReplayBar::toolTipOf(int number) const
+{
+    const std::vector<int> numbers = markersBeside(number);
+    QStringList lines;
+    for (const int beside : numbers) {
+        const Marker& marker = *GetMarker(beside);
+        lines << (timeticks::dateAndTime(toTime(marker.GetPosition())) + ' ' + marker.GetName()).toHtmlEscaped();
+        if (lines.size() == linesOfToolTip && numbers.size() > linesOfToolTip) {
+            lines << tr("and %1 more").arg(static_cast<qsizetype>(numbers.size()) - linesOfToolTip);
+            break;
+        }
+    }
+    return QLatin1String("<p style='white-space:pre'>") + lines.join(QLatin1String("<br>")) + QLatin1String("</p>");
+}
+
+QMenu* VCReplayBar::createMenu(int number, double moment)
+{
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [menu, this](const char* name, const QString& text, bool isEnabled, auto&& action) {
+        QAction* const added = menu->addAction(text, this, std::forward<decltype(action)>(action));
+        added->setObjectName(QLatin1String(name));
+        added->setEnabled(isEnabled);
+    };
+    if (isFlag(number)) {
+        const BookmarkType bookmark = bookmarkOf(number);
+        add("RemoveBookmark", tr("Remove bookmark"), canBeRemoved(number),
+            [this, number, bookmark] { removeIfStill(number, bookmark); });
+    } else {
+        add("SetBookmark", tr("Set bookmark here"), canBeBookmarked(moment), [this, moment] {
+            if (canBeBookmarked(moment)) {
+                createBookmark(moment);
+            }
+        });
+    }
+    add("MovePosition", tr("Move position here"), canBeMoved(PositionMarker),
+        [this, moment] { moveTo(PositionMarker, moment); });
+    return menu;
+}
+
+void VCReplayBar::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (!hasRecording() || draggedMarker() != 0) {
+        event->ignore();
+        return;
+    }
+    const bool isMouse = event->reason() == QContextMenuEvent::Mouse;
+    const int number = isMouse ? markerAt(event->pos()) : GetCurrentMarker();
+    const double moment = number != 0 ? GetMarker(number)->GetPosition() : valueAt(event->pos().x());
+    SetCurrentMarker(number);
+    const QPoint place(std::clamp(pixelAt(moment), 0, width()), markerTop() + flagHeight());
+    createMenu(number, moment)->popup(isMouse ? event->globalPos() : mapToGlobal(place));
 }
 
 void VCReplayBar::mousePressEvent(QMouseEvent* event)
 {
     event->setAccepted(grabMarker(*event));
+    if (isFlag(draggedMarker())) {
+        m_grabbed = bookmarkOf(draggedMarker());
+    }
 }
 
 void VCReplayBar::mouseMoveEvent(QMouseEvent* event)
 {
     event->setAccepted(dragMarker(*event));
+    const int number = draggedMarker() != 0 ? draggedMarker() : markerAt(event->position());
+    if (canBeMoved(number)) {
+        setCursor(Qt::SizeHorCursor);
+    } else {
+        unsetCursor();
+    }
 }
 
 void VCReplayBar::mouseReleaseEvent(QMouseEvent* event)
@@ -310,7 +546,7 @@ void VCReplayBar::mouseReleaseEvent(QMouseEvent* event)
 
 void VCReplayBar::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    const QPoint place = event->position().toPoint();
+    const QPointF place = event->position();
     const double moment = valueAt(place.x());
     if (event->button() == Qt::LeftButton && markerAt(place) == 0 && canBeBookmarked(moment)) {
         createBookmark(moment);
@@ -321,14 +557,23 @@ void VCReplayBar::mouseDoubleClickEvent(QMouseEvent* event)
 
 void VCReplayBar::keyPressEvent(QKeyEvent* event)
 {
-    const Marker& position = *GetMarker(PositionMarker);
-    const Marker* const current = GetMarker(GetCurrentMarker());
-    const bool isBookmark = GetCurrentMarker() >= FirstBookmarkMarker && current->IsEnabled();
-    if (event->key() == Qt::Key_Insert && position.IsVisible() && canBeBookmarked(position.GetPosition())) {
-        createBookmark(position.GetPosition());
-    } else if (event->key() == Qt::Key_Delete && isBookmark && m_allowCreation) {
-        removeBookmark(GetCurrentMarker());
-    } else if (!stepMarker(*event)) {
+    if (!editByKey(*event) && !keyOnMarker(*event)) {
         XRulerTop::keyPressEvent(event);
     }
+}
+
+bool VCReplayBar::editByKey(const QKeyEvent& event)
+{
+    const Marker& position = *GetMarker(PositionMarker);
+    const int current = GetCurrentMarker();
+    if (event.key() == Qt::Key_Insert && position.IsVisible() && canBeBookmarked(position.GetPosition())) {
+        createBookmark(position.GetPosition());
+        return true;
+    }
+    if (event.key() == Qt::Key_Delete && canBeRemoved(current)) {
+        removeBookmark(current);
+        return true;
+    }
+    const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    return isReturn && isFlag(current) && moveTo(PositionMarker, GetMarker(current)->GetPosition());
 }

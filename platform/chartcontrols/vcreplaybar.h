@@ -8,12 +8,19 @@
 #include <utility>
 #include <vector>
 
+class QMenu;
+
 /// A recording on an axis of time, from its start to its stop, in microseconds since the epoch: with a marker at the
 /// current position, marked ranges, and bookmarks. Start, stop and position are float values of the tree.
 ///
 /// Marker 1 is the position, 2 and 3 are free for the window around the bar, and the bookmarks are 6 and up, in the
 /// order in which they were set. Where it is allowed, users set a bookmark by a double click or with Insert at the
-/// position, drag it, and take it away with Delete.
+/// position, drag it, and take it away with Delete; Return takes the position to the current bookmark. A context menu
+/// offers the same. All other keys are those of XMarkerTop.
+///
+/// Times are those of the zone of the process, which stands above the ruler with the date, beside the time of the
+/// current marker. To programs that read the screen the bar is a slider: its value is the current marker's moment, its
+/// description the marker's name.
 class CHARTCONTROLS_EXPORT VCReplayBar : public XRulerTop, public XMarkerTop, public IObserver
 {
     Q_OBJECT
@@ -41,7 +48,7 @@ public:
     const std::vector<std::pair<long long, long long>>& GetRangeVector() const { return m_ranges; }
 
     /// Replaces the bookmarks. With `notify` it is told as if a user had done it. A bookmark that the mouse holds is
-    /// let go of, unless the same one stands in its place.
+    /// let go of, unless the same one, where it is now or was grabbed, stands in its place.
     void SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify);
 
     /// As they stand on the bar, in the order in which they were set.
@@ -51,16 +58,21 @@ public:
     /// marker, which is enabled at first.
     void AllowCreationOfBookMarks(bool allow);
 
+    /// Date, time and zone of the current marker; empty without a value.
+    QString positionText() const;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     void Update(Observable* source, TChangeCode code) override;
 
 Q_SIGNALS:
-    /// A user has set, moved or taken away a bookmark.
+    /// A user has set, moved or taken away a bookmark; of a drag, once it has ended in another place.
     void signalBookmarksChanged();
 
 protected:
     bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -68,25 +80,45 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
+    int rulerTop() const override;
     double tickDistance(double least) const override;
     double firstTick(double value, double distance) const override;
+    double nextTick(double tick, double distance) const override;
     QString tickText(double value, double distance) const override;
-    QString longestTickText() const override;
+    QString endText(double value) const override;
+    QString longestTickText(double distance) const override;
 
     int markerTop() const override;
+    bool isFlag(int number) const override { return number >= FirstBookmarkMarker; }
     QColor markerColor(int number) const override;
+    double keyStep(double least) const override;
     void markerChanged(int number, bool moved) override;
+    void markerDropped(int number) override;
 
 private:
     void tie(ValueObservingPtr<Value<double>>& value, const QString& path);
     void updateRange();
     int bookmarkMarker(std::size_t index) const { return FirstBookmarkMarker + static_cast<int>(index); }
+    BookmarkType& bookmarkOf(int number) { return m_bookmarks[static_cast<std::size_t>(number - FirstBookmarkMarker)]; }
     void endDragUnlessKept(const std::vector<BookmarkType>& bookmarks);
     void setBookmarkCount(std::size_t count);
-    void showBookmark(std::size_t index);
+    void showBookmark(std::size_t index, const BookmarkType& bookmark);
     void createBookmark(double moment);
     void removeBookmark(int number);
+    void removeIfStill(int number, const BookmarkType& bookmark);
     bool canBeBookmarked(double moment) const;
+    bool canBeRemoved(int number) const;
+    bool editByKey(const QKeyEvent& event);
+    bool hasRecording() const;
+
+    void showToolTip(QPoint place, QPoint screenPlace);
+    QString toolTipOf(int number) const;
+    QMenu* createMenu(int number, double moment);
+    void tellAccessible(int number, bool moved);
+
+    void paintHeadline(QPainter& painter) const;
+    QStringList readings() const;
+    void paintTrack(QPainter& painter) const;
     void paintRanges(QPainter& painter) const;
 
     const bool m_showRuler;
@@ -95,6 +127,7 @@ private:
     std::vector<std::pair<long long, long long>> m_ranges;
     std::vector<BookmarkType> m_bookmarks;
     std::vector<QString> m_bookmarkPaths; ///< of the values that the markers of the bookmarks are tied to
+    BookmarkType m_grabbed;               ///< the bookmark that the mouse holds, as it was when it was grabbed
     bool m_allowCreation = false;
     bool m_isSettingBookmarks = false;
 };

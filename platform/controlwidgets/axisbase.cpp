@@ -58,18 +58,30 @@ double AxisBase::axisWidth() const
 
 int AxisBase::pixelAt(double value) const
 {
-    const double extent = m_visibleStop - m_visibleStart;
-    const double share = extent > 0 ? (value - m_visibleStart) / extent : 0;
-    if (std::isnan(share)) {
-        return m_leftOffset;
-    }
-    return m_leftOffset + static_cast<int>(std::lround(std::clamp(share * axisWidth(), -farBeyond, farBeyond)));
+    return static_cast<int>(std::lround(placeAt(value)));
 }
 
-double AxisBase::valueAt(int pixel) const
+double AxisBase::placeAt(double value) const
 {
-    const double share = std::clamp((pixel - m_leftOffset) / axisWidth(), 0.0, 1.0);
+    const double extent = m_visibleStop - m_visibleStart;
+    const double share = extent > 0 ? (value - m_visibleStart) / extent : 0;
+    return m_leftOffset + (std::isnan(share) ? 0 : std::clamp(share * axisWidth(), -farBeyond, farBeyond));
+}
+
+double AxisBase::valueAt(double place) const
+{
+    const double share = std::clamp((place - m_leftOffset) / axisWidth(), 0.0, 1.0);
     return m_visibleStart + share * (m_visibleStop - m_visibleStart);
+}
+
+void AxisBase::reveal(double value)
+{
+    if ((value >= m_visibleStart && value <= m_visibleStop) || !(value >= m_start && value <= m_stop)) {
+        return;
+    }
+    const double part = m_visibleStop - m_visibleStart;
+    const double start = std::clamp(value - part / 2, m_start, m_stop - part);
+    showPart(start, start + part);
 }
 
 void AxisBase::showPart(double start, double stop)
@@ -97,6 +109,6 @@ void AxisBase::wheelEvent(QWheelEvent* event)
         event->ignore();
         return;
     }
-    zoom(valueAt(static_cast<int>(event->position().x())), std::pow(zoomPerNotch, double(turned) / unitsPerNotch));
+    zoom(valueAt(event->position().x()), std::pow(zoomPerNotch, double(turned) / unitsPerNotch));
     event->accept();
 }

@@ -35,8 +35,14 @@ public:
     /// number has its place at the left border.
     int pixelAt(double value) const;
 
+    /// The same between the pixels.
+    double placeAt(double value) const;
+
     /// The number at a place, held within the part that is shown.
-    double valueAt(int pixel) const;
+    double valueAt(double place) const;
+
+    /// Moves the part that is shown, if need be, so that a number of the whole range is in it.
+    void reveal(double value);
 
 Q_SIGNALS:
     /// Another range, or another part of it.

@@ -12,26 +12,34 @@ Marker::~Marker() = default;
 
 void Marker::SetShowMarker(bool show)
 {
-    m_isShown = show;
-    m_changed(false);
+    if (m_isShown != show) {
+        m_isShown = show;
+        m_changed(false);
+    }
 }
 
 void Marker::SetMoveable(bool moveable)
 {
-    m_isMoveable = moveable;
-    m_changed(false);
+    if (m_isMoveable != moveable) {
+        m_isMoveable = moveable;
+        m_changed(false);
+    }
 }
 
 void Marker::SetEnabled(bool enabled)
 {
-    m_isEnabled = enabled;
-    m_changed(false);
+    if (m_isEnabled != enabled) {
+        m_isEnabled = enabled;
+        m_changed(false);
+    }
 }
 
 void Marker::SetName(const QString& name)
 {
-    m_name = name;
-    m_changed(false);
+    if (m_name != name) {
+        m_name = name;
+        m_changed(false);
+    }
 }
 
 void Marker::SetValueTreePath(const QString& path)

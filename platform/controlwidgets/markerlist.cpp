@@ -61,8 +61,11 @@ Marker& MarkerList::addMarker(int number)
 
 void MarkerList::removeMarker(int number)
 {
-    m_markers.erase(number);
+    if (m_markers.erase(number) == 0) {
+        return;
+    }
     if (m_currentMarker == number) {
         m_currentMarker = m_markers.empty() ? 0 : m_markers.begin()->first;
     }
+    markerChanged(number, false);
 }

@@ -20,6 +20,15 @@ public:
     /// The numbers of all markers, ascending.
     std::vector<int> GetMarkerNumbers() const;
 
+    /// Calls `function` with the number and each marker, ascending. It must not add or take away any.
+    template <typename Function>
+    void ForEachMarker(Function&& function) const
+    {
+        for (const auto& [number, marker] : m_markers) {
+            function(number, *marker);
+        }
+    }
+
     /// What they say on GetMarker(number); a number without a marker is passed over.
     void SetMarkerName(int number, const QString& name);
     void SetEnableMarker(int number, bool enable);
@@ -42,7 +51,8 @@ protected:
     /// The current marker, if it is the one, is the one of the lowest number afterwards.
     void removeMarker(int number);
 
-    /// A marker looks different, or with `moved` stands in another place. It must not take markers away.
+    /// A marker looks different, or with `moved` stands in another place, or there is none of that number any more. It
+    /// must not take markers away.
     virtual void markerChanged(int number, bool moved) = 0;
 
 private:

@@ -1,71 +1,303 @@
 #include <mapwidgets/xmarkertop.h>
 
 #include <controlwidgets/axisbase.h>
+#include <mapwidgets/markerflags_p.h>
+#include <mapwidgets/pixelgrid.h>
 
+#include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace {
 
-constexpr int headWidth = 11;
-constexpr int headHeight = 10;
+constexpr int handleHalf = 5;
+constexpr int handleHeight = 11;
+constexpr double reach = 4;         // how far beside a line the mouse still finds it
+constexpr double dragThreshold = 3; // below it a click that trembles leaves a flag where it is
+constexpr double longestUnfolded = 260;
+constexpr int pagesPerAxis = 10;
+constexpr int fineStepsPerStep = 10;
+
+QColor blended(const QColor& color, const QColor& other, float share)
+{
+    return QColor::fromRgbF(color.redF() * (1 - share) + other.redF() * share,
+                            color.greenF() * (1 - share) + other.greenF() * share,
+                            color.blueF() * (1 - share) + other.blueF() * share);
+}
+
+QColor textColorOn(const QColor& color)
+{
+    return qGray(color.rgb()) > 110 ? QColor(0x1A, 0x14, 0x00) : QColor(Qt::white);
+}
+
+MarkerFlags::Texts textsOf(const QFontMetricsF& metrics)
+{
+    return {[metrics](const QString& text) { return std::ceil(metrics.horizontalAdvance(text)); },
+            [metrics](const QString& text, double room) { return metrics.elidedText(text, Qt::ElideRight, room); }};
+}
 
 } // namespace
 
+/// The flags, and the other markers that are shown, as they were found last, and of which axis.
+struct XMarkerTop::Places
+{
+    std::optional<std::vector<MarkerFlag>> flags;
+    std::vector<int> handles;
+    double left = 0;
+    double right = 0;
+    double ratio = 0;
+};
+
 XMarkerTop::XMarkerTop(AxisBase& axis)
     : m_axis(axis)
+    , m_places(std::make_unique<Places>())
 {}
 
 XMarkerTop::~XMarkerTop() = default;
 
-int XMarkerTop::markerAt(QPoint place) const
+int XMarkerTop::flagHeight() const
 {
+    return m_axis.fontMetrics().height() + 2;
+}
+
+// What is forgotten already is going to be painted.
+void XMarkerTop::forgetPlaces()
+{
+    if (m_places->flags) {
+        m_places->flags.reset();
+        m_axis.update();
+    }
+}
+
+void XMarkerTop::markerChanged(int number, bool moved)
+{
+    forgetPlaces();
+    if (number == m_dragged && !moved && !canBeMoved(number)) {
+        cancelDrag();
+    }
+}
+
+bool XMarkerTop::isOnAxis(const Marker& marker) const
+{
+    return marker.IsVisible() && marker.GetPosition() >= m_axis.visibleStart() &&
+           marker.GetPosition() <= m_axis.visibleStop();
+}
+
+const std::vector<MarkerFlag>& XMarkerTop::flags() const
+{
+    const double left = m_axis.placeAt(m_axis.visibleStart());
+    const double right = m_axis.placeAt(m_axis.visibleStop());
+    const double ratio = m_axis.devicePixelRatioF();
+    if (!m_places->flags || left != m_places->left || right != m_places->right || ratio != m_places->ratio) {
+        m_places->left = left;
+        m_places->right = right;
+        m_places->ratio = ratio;
+        findFlags();
+    }
+    return *m_places->flags;
+}
+
+const std::vector<int>& XMarkerTop::handles() const
+{
+    flags();
+    return m_places->handles;
+}
+
+void XMarkerTop::findFlags() const
+{
+    MarkerFlags flags({m_places->left, m_places->right, 1 / m_places->ratio});
+    m_places->handles.clear();
+    ForEachMarker([this, &flags](int number, const Marker& marker) {
+        if (!isOnAxis(marker)) {
+            return;
+        }
+        if (isFlag(number)) {
+            flags.add(number, m_axis.placeAt(marker.GetPosition()), number == GetCurrentMarker());
+        } else {
+            m_places->handles.push_back(number);
+        }
+    });
+    m_places->flags = flags.layOut(textsOf(QFontMetricsF(m_axis.font())),
+                                   [this](int number) { return GetMarker(number)->GetName(); });
+}
+
+// The flag of the current marker has its whole text, over its neighbours if need be.
+MarkerFlag XMarkerTop::unfolded(const MarkerFlag& flag) const
+{
+    const MarkerFlags::Texts texts = textsOf(QFontMetricsF(m_axis.font()));
+    MarkerFlag whole = flag;
+    const QString text = MarkerFlags::textOf(flag, GetMarker(flag.number)->GetName());
+    whole.text = texts.elided(text, longestUnfolded);
+    const double width =
+        whole.text.isEmpty() ? flag.right - flag.left : texts.width(whole.text) + 2 * MarkerFlags::padding;
+    const double border = m_axis.width();
+    whole.left = std::max(std::min(flag.place, border - width), 0.0);
+    whole.right = whole.left + width;
+    return whole;
+}
+
+// Of a cloth that is partly covered nothing is left, rather than the end of a text.
+MarkerFlag XMarkerTop::besides(const MarkerFlag& flag, const MarkerFlag& onTop) const
+{
+    MarkerFlag seen = flag;
+    if (flag.left < onTop.right && flag.right > onTop.left) {
+        seen.text.clear();
+        seen.left = flag.place;
+        seen.right = flag.place + 1 / m_places->ratio;
+    }
+    return seen;
+}
+
+const MarkerFlag* XMarkerTop::flagOf(int number) const
+{
+    const Marker* const marker = GetMarker(number);
+    if (marker == nullptr || !isFlag(number) || !isOnAxis(*marker)) {
+        return nullptr;
+    }
+    const double place = m_axis.placeAt(marker->GetPosition());
+    const auto nearer = [place](const MarkerFlag& a, const MarkerFlag& b) {
+        return std::abs(a.place - place) < std::abs(b.place - place);
+    };
+    const auto found = std::min_element(flags().begin(), flags().end(), nearer);
+    return found == flags().end() ? nullptr : &*found;
+}
+
+std::vector<int> XMarkerTop::markersBeside(int number) const
+{
+    const MarkerFlag* const flag = flagOf(number);
+    if (flag == nullptr || flag->count == 1) {
+        return {number};
+    }
+    std::vector<int> numbers;
+    const double half = 0.5 / m_places->ratio;
+    ForEachMarker([&](int other, const Marker& marker) {
+        if (isFlag(other) && isOnAxis(marker) && std::abs(m_axis.placeAt(marker.GetPosition()) - flag->place) <= half) {
+            numbers.push_back(other);
+        }
+    });
+    return numbers;
+}
+
+int XMarkerTop::clothAt(QPointF place) const
+{
+    if (place.y() > markerTop() + flagHeight()) {
+        return 0;
+    }
+    const auto contains = [place](const MarkerFlag& flag) {
+        return place.x() >= flag.left && place.x() < std::max(flag.right, flag.place + 1);
+    };
+    const MarkerFlag* const current = flagOf(GetCurrentMarker());
+    if (current != nullptr && contains(unfolded(*current))) {
+        return current->number;
+    }
+    const auto found = std::find_if(flags().begin(), flags().end(), contains);
+    return found == flags().end() ? 0 : found->number;
+}
+
+int XMarkerTop::handleAt(QPointF place) const
+{
+    const bool isAtHandle = place.y() >= m_axis.height() - handleHeight;
     int found = 0;
-    for (const int number : GetMarkerNumbers()) {
-        const Marker& marker = *GetMarker(number);
-        const bool isBeside = std::abs(m_axis.pixelAt(marker.GetPosition()) - place.x()) <= headWidth / 2 + 1;
-        const bool isBelow = place.y() >= markerTop() && place.y() <= markerTop() + headHeight + 2;
-        if (marker.IsVisible() && isBeside && isBelow) {
-            found = number == GetCurrentMarker() || found != GetCurrentMarker() ? number : found;
+    for (const int number : handles()) {
+        const double away = std::abs(m_axis.placeAt(GetMarker(number)->GetPosition()) - place.x());
+        if (away <= (isAtHandle ? handleHalf + 1 : reach) && (found == 0 || found != GetCurrentMarker())) {
+            found = number;
         }
     }
     return found;
 }
 
-// The current one last, so that it lies on top.
-void XMarkerTop::paintMarkers(QPainter& painter) const
+int XMarkerTop::poleAt(QPointF place) const
 {
-    for (const int number : GetMarkerNumbers()) {
-        if (number != GetCurrentMarker()) {
-            paintMarker(painter, number);
+    const auto nearer = [place](const MarkerFlag& a, const MarkerFlag& b) {
+        return std::abs(a.place - place.x()) < std::abs(b.place - place.x());
+    };
+    const auto found = std::min_element(flags().begin(), flags().end(), nearer);
+    return found != flags().end() && std::abs(found->place - place.x()) <= reach ? found->number : 0;
+}
+
+int XMarkerTop::markerAt(QPointF place) const
+{
+    if (place.y() < markerTop() || place.y() >= m_axis.height()) {
+        return 0;
+    }
+    for (const int found : {clothAt(place), handleAt(place)}) {
+        if (found != 0) {
+            return found;
         }
     }
-    if (GetCurrentMarker() != 0) {
-        paintMarker(painter, GetCurrentMarker());
+    return poleAt(place);
+}
+
+QColor XMarkerTop::paintColor(int number) const
+{
+    const bool isOpen = GetMarker(number)->IsEnabled() && m_axis.isEnabled();
+    return isOpen ? markerColor(number) : blended(markerColor(number), m_axis.palette().color(QPalette::Base), 0.55F);
+}
+
+// The current one last, so that it lies on top, and lines above the poles of flags.
+void XMarkerTop::paintMarkers(QPainter& painter) const
+{
+    const PixelGrid grid(painter);
+    painter.setFont(m_axis.font());
+    const MarkerFlag* const current = flagOf(GetCurrentMarker());
+    const MarkerFlag onTop = current == nullptr ? MarkerFlag() : unfolded(*current);
+    for (const MarkerFlag& flag : flags()) {
+        paintFlag(painter, grid, besides(flag, onTop));
+    }
+    if (current != nullptr) {
+        paintFlag(painter, grid, onTop);
+    }
+    for (const int number : handles()) {
+        paintHandle(painter, grid, number);
     }
 }
 
-void XMarkerTop::paintMarker(QPainter& painter, int number) const
+// Where flags stand too close for texts their poles are pale, so that what lies between them is still seen.
+void XMarkerTop::paintFlag(QPainter& painter, const PixelGrid& grid, const MarkerFlag& flag) const
 {
-    const Marker& marker = *GetMarker(number);
-    if (!marker.IsVisible()) {
-        return;
+    const QColor color = paintColor(flag.number);
+    const double bottom = markerTop() + flagHeight();
+    const QRectF cloth = grid.rect({flag.left, double(markerTop()), flag.right - flag.left, double(flagHeight())});
+    const QColor pole = flag.isCrowded ? blended(color, m_axis.palette().color(QPalette::Base), 0.65F) : color;
+    painter.fillRect(grid.rect({flag.place, bottom, flag.isCrowded ? 0 : grid.width(1), m_axis.height() - 1 - bottom}),
+                     pole);
+    painter.fillRect(cloth, color);
+    if (flag.number == GetCurrentMarker() && m_axis.hasFocus()) {
+        const double line = grid.width(1);
+        painter.fillRect(cloth, m_axis.palette().color(QPalette::WindowText));
+        painter.fillRect(cloth.adjusted(line, line, -line, -line), color);
     }
-    const int x = m_axis.pixelAt(marker.GetPosition());
-    QColor color = markerColor(number);
-    color.setAlphaF(marker.IsEnabled() ? 1 : 0.4F);
-    painter.setPen(color);
-    painter.drawLine(x, markerTop() + headHeight, x, m_axis.height() - 1);
+    if (!flag.text.isEmpty()) {
+        painter.setPen(textColorOn(color));
+        painter.drawText(QPointF(flag.left + MarkerFlags::padding, markerTop() + 1 + m_axis.fontMetrics().ascent()),
+                         flag.text);
+    }
+}
+
+void XMarkerTop::paintHandle(QPainter& painter, const PixelGrid& grid, int number) const
+{
+    const QColor color = paintColor(number);
+    const double bottom = m_axis.height() - 1;
+    const QRectF line = grid.vertical(m_axis.placeAt(GetMarker(number)->GetPosition()), markerTop(), bottom, 2);
+    painter.fillRect(line, color);
+    const double x = line.center().x();
+    const QPointF handle[] = {{x, bottom - handleHeight},
+                              {x + handleHalf, bottom - handleHalf - 1},
+                              {x + handleHalf, bottom},
+                              {x - handleHalf, bottom},
+                              {x - handleHalf, bottom - handleHalf - 1}};
     const bool isCurrent = number == GetCurrentMarker() && m_axis.hasFocus();
-    painter.setPen(QPen(isCurrent ? m_axis.palette().color(QPalette::WindowText) : color, isCurrent ? 2 : 1));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(isCurrent ? QPen(m_axis.palette().color(QPalette::WindowText), 1) : QPen(Qt::NoPen));
     painter.setBrush(color);
-    const int half = headWidth / 2;
-    const QPoint head[] = {{x - half, markerTop()}, {x + half, markerTop()}, {x, markerTop() + headHeight}};
-    painter.drawPolygon(head, static_cast<int>(std::size(head)));
+    painter.drawPolygon(handle, static_cast<int>(std::size(handle)));
+    painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 // An axis without extent has but one place, and moving a marker there would lose its own.
@@ -78,15 +310,17 @@ bool XMarkerTop::canBeMoved(int number) const
 
 bool XMarkerTop::grabMarker(const QMouseEvent& event)
 {
-    const QPoint place = event.position().toPoint();
-    const int number = event.button() == Qt::LeftButton ? markerAt(place) : 0;
+    const int number = event.button() == Qt::LeftButton ? markerAt(event.position()) : 0;
     if (number == 0) {
         return false;
     }
     SetCurrentMarker(number);
     if (canBeMoved(number)) {
         m_dragged = number;
-        m_grabOffset = place.x() - m_axis.pixelAt(GetMarker(number)->GetPosition());
+        m_hasMoved = false;
+        m_pressedAt = event.position().x();
+        m_grabbedPosition = GetMarker(number)->GetPosition();
+        m_grabOffset = m_pressedAt - m_axis.placeAt(m_grabbedPosition);
     }
     return true;
 }
@@ -96,45 +330,105 @@ bool XMarkerTop::dragMarker(const QMouseEvent& event)
     if (m_dragged == 0) {
         return false;
     }
-    if (canBeMoved(m_dragged)) {
-        GetMarker(m_dragged)->MoveTo(m_axis.valueAt(event.position().toPoint().x() - m_grabOffset));
+    const double x = event.position().x();
+    m_hasMoved = m_hasMoved || !isFlag(m_dragged) || std::abs(x - m_pressedAt) >= dragThreshold;
+    if (m_hasMoved && canBeMoved(m_dragged)) {
+        GetMarker(m_dragged)->MoveTo(m_axis.valueAt(x - m_grabOffset));
     }
     return true;
 }
 
 bool XMarkerTop::dropMarker(const QMouseEvent& event)
 {
-    const bool wasDragged = event.button() == Qt::LeftButton && m_dragged != 0;
-    if (wasDragged) {
-        endDrag();
-    }
-    return wasDragged;
-}
-
-bool XMarkerTop::stepMarker(const QKeyEvent& event)
-{
-    if (event.key() != Qt::Key_Left && event.key() != Qt::Key_Right) {
+    if (event.button() != Qt::LeftButton || m_dragged == 0) {
         return false;
     }
-    const int direction = event.key() == Qt::Key_Left ? -1 : 1;
-    return event.modifiers().testFlag(Qt::ControlModifier) ? chooseNext(direction) : moveCurrent(direction);
+    const int number = std::exchange(m_dragged, 0);
+    markerDropped(number);
+    return true;
 }
 
-bool XMarkerTop::moveCurrent(int pixels)
+void XMarkerTop::cancelDrag()
 {
-    if (!canBeMoved(GetCurrentMarker())) {
+    if (Marker* const marker = GetMarker(m_dragged)) {
+        marker->MoveTo(m_grabbedPosition);
+    }
+    endDrag();
+}
+
+bool XMarkerTop::keyOnMarker(const QKeyEvent& event)
+{
+    if (event.key() == Qt::Key_Escape && m_dragged != 0) {
+        cancelDrag();
+        return true;
+    }
+    const bool isSideways = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
+    if (isSideways && event.modifiers().testFlag(Qt::ControlModifier)) {
+        return chooseNext(event.key() == Qt::Key_Left ? -1 : 1);
+    }
+    return moveCurrent(event);
+}
+
+// The position itself for keys that do not move.
+double XMarkerTop::target(const QKeyEvent& event, double position) const
+{
+    const double extent = m_axis.visibleStop() - m_axis.visibleStart();
+    const double pixels = m_axis.placeAt(m_axis.visibleStop()) - m_axis.placeAt(m_axis.visibleStart());
+    const bool isFine = event.modifiers().testFlag(Qt::ShiftModifier);
+    const double step = keyStep(extent / std::max(pixels, 1.0) / (isFine ? fineStepsPerStep : 1));
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Down:
+        return position - step;
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+        return position + step;
+    case Qt::Key_PageDown:
+        return position - keyStep(extent / pagesPerAxis);
+    case Qt::Key_PageUp:
+        return position + keyStep(extent / pagesPerAxis);
+    case Qt::Key_Home:
+        return m_axis.axisStart();
+    case Qt::Key_End:
+        return m_axis.axisStop();
+    default:
+        return position;
+    }
+}
+
+bool XMarkerTop::moveCurrent(const QKeyEvent& event)
+{
+    static constexpr int keys[] = {Qt::Key_Left,   Qt::Key_Right,    Qt::Key_Up,   Qt::Key_Down,
+                                   Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End};
+    const bool moves = std::find(std::begin(keys), std::end(keys), event.key()) != std::end(keys);
+    return moves && moveTo(GetCurrentMarker(), target(event, GetMarker(GetCurrentMarker())->GetPosition()));
+}
+
+bool XMarkerTop::moveTo(int number, double position)
+{
+    if (!canBeMoved(number)) {
         return false;
     }
-    Marker& marker = *GetMarker(GetCurrentMarker());
-    return marker.MoveTo(m_axis.valueAt(m_axis.pixelAt(marker.GetPosition()) + pixels));
+    const double held = std::clamp(position, m_axis.axisStart(), m_axis.axisStop());
+    m_axis.reveal(held);
+    return GetMarker(number)->MoveTo(held);
 }
 
 std::vector<int> XMarkerTop::visibleFromLeftToRight() const
 {
-    std::vector<int> numbers = GetMarkerNumbers();
-    std::erase_if(numbers, [this](int number) { return !GetMarker(number)->IsVisible(); });
-    std::stable_sort(numbers.begin(), numbers.end(),
-                     [this](int a, int b) { return GetMarker(a)->GetPosition() < GetMarker(b)->GetPosition(); });
+    std::vector<std::pair<double, int>> places;
+    ForEachMarker([&](int number, const Marker& marker) {
+        const double position = marker.GetPosition();
+        if (marker.IsVisible() && position >= m_axis.axisStart() && position <= m_axis.axisStop()) {
+            places.emplace_back(position, number);
+        }
+    });
+    std::sort(places.begin(), places.end());
+    std::vector<int> numbers;
+    numbers.reserve(places.size());
+    for (const auto& [position, number] : places) {
+        numbers.push_back(number);
+    }
     return numbers;
 }
 
@@ -146,6 +440,8 @@ bool XMarkerTop::chooseNext(int direction)
     if (current == numbers.end() || next < 0 || next >= std::ssize(numbers)) {
         return false;
     }
-    SetCurrentMarker(numbers[static_cast<std::size_t>(next)]);
+    const int number = numbers[static_cast<std::size_t>(next)];
+    m_axis.reveal(GetMarker(number)->GetPosition());
+    SetCurrentMarker(number);
     return true;
 }

@@ -8,7 +8,7 @@
 
 namespace REPORTGENERATOR {
 
-/// Failure of a data class: where it arose and what is wrong. Neither text is translated.
+/// Failure of a data class: where it arose and what is wrong. The data classes translate neither text.
 class REPORTCORE_EXPORT ReportException : public std::exception
 {
 public:

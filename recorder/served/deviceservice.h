@@ -79,7 +79,8 @@ public:
     StoreStatus copy(const QString& recordID, const RecordRanges& ranges, RecordRange::Unit unit, const QString& name,
                      QString* newID);
 
-    /// @name Replays, as Replays does them
+    /// @name Replays, as Replays does them. But for the first one they wait for nobody, and the tree's thread may call
+    /// them too
     /// @{
     StoreStatus startReplay(const QString& recordID, quint64 start, quint64 stop);
     StoreStatus pauseReplay(const QString& recordID);

@@ -10,7 +10,7 @@ namespace ZelkoRecorder {
 
 namespace {
 
-struct Command
+struct Writable
 {
     QLatin1String name;
     Action action;
@@ -18,21 +18,52 @@ struct Command
 
 // The values beside the commands tell what is the case, which is not for clients to say.
 constexpr std::array commands{
-    Command{zelko::names::synchronize, Action::Synchronize},
-    Command{zelko::names::syncOneRecord, Action::SyncOneRecord},
-    Command{zelko::names::deleteRecordingList, Action::DeleteRecordingList},
-    Command{zelko::names::setRecordIdle, Action::SetRecordIdle},
+    Writable{zelko::names::synchronize, Action::Synchronize},
+    Writable{zelko::names::syncOneRecord, Action::SyncOneRecord},
+    Writable{zelko::names::deleteRecordingList, Action::DeleteRecordingList},
+    Writable{zelko::names::setRecordIdle, Action::SetRecordIdle},
 };
+
+// What a client asks a channel for, and which record it is to replay. Flags, name and error are for the recorder to
+// tell.
+constexpr std::array channelValues{
+    Writable{zelko::names::allRecordReplayModes, Action::UseChannels},
+    Writable{zelko::names::deviceId, Action::UseChannels},
+    Writable{zelko::names::recordName, Action::UseChannels},
+    Writable{zelko::names::recordTimeout, Action::UseChannels},
+    Writable{zelko::names::fileSizeInKB, Action::UseChannels},
+    Writable{zelko::names::replayMode, Action::Replay},
+    Writable{zelko::names::currentReplayPosition, Action::Replay},
+    Writable{zelko::names::fileSize, Action::Replay},
+    Writable{zelko::names::startTime, Action::Replay},
+    Writable{zelko::names::stopTime, Action::Replay},
+    Writable{zelko::names::startPosition, Action::Replay},
+    Writable{zelko::names::stopPosition, Action::Replay},
+    Writable{zelko::names::loopSize, Action::Replay},
+    Writable{zelko::names::recordStatus, Action::Replay},
+    Writable{zelko::names::replayDataRateClass, Action::Replay},
+    Writable{zelko::names::dataFormat, Action::Replay},
+    Writable{zelko::names::isDeletable, Action::Replay},
+    Writable{zelko::names::recordId, Action::Replay},
+};
+
+template <std::size_t Size>
+std::optional<Action> actionOf(const QString& name, const std::array<Writable, Size>& values)
+{
+    const auto found = std::find_if(values.begin(), values.end(), [&](const Writable& v) { return name == v.name; });
+    return found == values.end() ? std::nullopt : std::optional(found->action);
+}
 
 } // namespace
 
 std::optional<Action> actionOfWrite(const ValueBase& value)
 {
-    static const QString branch = QString(zelko::names::zelkoCommand) + QLatin1Char('/');
-    const auto command = std::find_if(commands.begin(), commands.end(),
-                                      [&](const Command& known) { return value.GetName() == known.name; });
-    const bool isCommand = command != commands.end() && value.GetPathName().startsWith(branch);
-    return isCommand ? std::optional(command->action) : std::nullopt;
+    static const QString commandBranch = QString(zelko::names::zelkoCommand) + QLatin1Char('/');
+    const QString path = value.GetPathName();
+    if (path.startsWith(commandBranch)) {
+        return actionOf(value.GetName(), commands);
+    }
+    return path.startsWith(zelko::names::zelkoChannelPrefix) ? actionOf(value.GetName(), channelValues) : std::nullopt;
 }
 
 TreeLinkServer::MayWrite writePolicy()

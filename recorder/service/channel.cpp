@@ -21,11 +21,19 @@ Channel::Channel(const QString& id, const ChannelWish& wish, const Manager& mana
     , m_options(options)
     , m_devices(devices)
     , m_wish(wish)
-    , m_caller(manager, options.callLimit, [this](const QString& why) {
-        qCWarning(recorderLog).noquote() << "channel" << m_id << ": its manager is gone:" << why;
-        m_machine.managerLost();
-    })
+    , m_caller(manager, options.callLimit,
+               [this](const QString& why) {
+                   qCWarning(recorderLog).noquote() << "channel" << m_id << ": its manager is gone:" << why;
+                   Q_EMIT failed(QStringLiteral("the channel's manager is gone"));
+                   m_machine.managerLost();
+               })
+    , m_replay(id, m_caller, devices,
+               {options.listenAddress, options.toldAddress,
+                wish.peer.empty() ? ZelkoCommon::loopbackAddress : wish.peer, options.replay})
 {
+    connect(&m_replay, &ChannelReplay::changed, this, &Channel::changed);
+    connect(&m_replay, &ChannelReplay::began, this, &Channel::recordChanged);
+    connect(&m_replay, &ChannelReplay::failed, this, &Channel::failed);
     QObject::connect(&m_pingTimer, &QTimer::timeout, this, [this] { m_caller.ping(); });
     m_pingTimer.start(options.pingInterval);
 }
@@ -39,7 +47,29 @@ Channel::~Channel()
     }
 }
 
-Channel::Verdict Channel::startRecording(int seconds, const QString& recordName)
+// Data may come before the manager has answered, and not come although it has.
+Channel::RecordingState Channel::recordingState() const
+{
+    switch (m_machine.state()) {
+    case ChannelMachine::State::Asking:
+    case ChannelMachine::State::Connecting:
+    case ChannelMachine::State::Starting:
+    case ChannelMachine::State::Recording:
+        return m_machine.isStopWanted() ? RecordingState::Stopping
+               : !m_machine.hasData()   ? RecordingState::StartRequested
+               : m_recording.isLoop     ? RecordingState::ContinuousRecording
+                                        : RecordingState::NormalRecording;
+    case ChannelMachine::State::Stopping:
+    case ChannelMachine::State::Closing:
+        return RecordingState::Stopping;
+    case ChannelMachine::State::Idle:
+    case ChannelMachine::State::Removed:
+        break;
+    }
+    return RecordingState::Stopped;
+}
+
+Channel::Verdict Channel::startRecording(const Recording& recording)
 {
     if (m_machine.isRemoved()) {
         return Verdict::Removed;
@@ -47,20 +77,40 @@ Channel::Verdict Channel::startRecording(int seconds, const QString& recordName)
     if (!m_wish.canRecord) {
         return Verdict::NotAble;
     }
-    const QString device = chooseDevice();
+    const QString device = chooseDevice(recording.device);
     if (device.isEmpty()) {
         return Verdict::NoDevice;
     }
-    if (!m_machine.isIdle()) {
+    if (!m_machine.isIdle() || !m_replay.isIdle()) {
         return Verdict::Busy;
+    }
+    if (recording.isLoop && recording.mostBytes == 0) {
+        return Verdict::NoSize;
     }
     m_device = device;
     m_recordID.clear();
-    m_recordName = recordName;
+    m_recording = recording;
     m_newName.clear();
-    m_duration = std::chrono::seconds(seconds);
     m_machine.start();
     return Verdict::Done;
+}
+
+Channel::Verdict Channel::startReplay(const ChannelReplay::Wish& wish)
+{
+    if (m_machine.isRemoved()) {
+        return Verdict::Removed;
+    }
+    if (!m_wish.canReplay) {
+        return Verdict::NotAble;
+    }
+    ChannelReplay::Wish chosen = wish;
+    if (chosen.device.isEmpty()) {
+        chosen.device = device();
+    }
+    if (!m_devices.devices().contains(chosen.device)) {
+        return Verdict::NoDevice;
+    }
+    return m_machine.isIdle() && m_replay.start(chosen) ? Verdict::Done : Verdict::Busy;
 }
 
 void Channel::stopRecording(const QString& recordName, const Answer& answer)
@@ -99,7 +149,7 @@ Channel::Verdict Channel::remove()
     if (m_machine.isRemoved()) {
         return Verdict::Removed;
     }
-    return m_machine.remove() ? Verdict::Done : Verdict::Busy;
+    return m_replay.isIdle() && m_machine.remove() ? Verdict::Done : Verdict::Busy;
 }
 
 void Channel::removeForced()
@@ -112,6 +162,7 @@ void Channel::removeForced()
 void Channel::fault(const QString& text)
 {
     qCWarning(recorderLog).noquote() << "channel" << m_id << ": its manager reports" << cleanText(text);
+    Q_EMIT failed(cleanText(text));
     m_machine.dataEnded();
 }
 
@@ -130,6 +181,7 @@ Channel::Verdict Channel::setDataRate(ChannelWish::DataRate dataRate)
         return Verdict::Busy;
     }
     m_wish.dataRate = dataRate;
+    Q_EMIT changed();
     return Verdict::Done;
 }
 
@@ -139,24 +191,44 @@ Channel::Verdict Channel::setCanRecord(bool canRecord)
         return Verdict::Busy;
     }
     m_wish.canRecord = canRecord;
+    Q_EMIT changed();
     return Verdict::Done;
+}
+
+Channel::Verdict Channel::setCanReplay(bool canReplay)
+{
+    if (!canReplay && !m_replay.isIdle()) {
+        return Verdict::Busy;
+    }
+    m_wish.canReplay = canReplay;
+    Q_EMIT changed();
+    return Verdict::Done;
+}
+
+void Channel::setName(const QString& name)
+{
+    m_wish.name = name;
+    Q_EMIT changed();
 }
 
 Channel::Verdict Channel::setDevices(const QStringList& devices)
 {
     const QStringList before = std::exchange(m_allowedDevices, devices);
-    if (!devices.isEmpty() && chooseDevice().isEmpty()) {
+    if (!devices.isEmpty() && device().isEmpty()) {
         m_allowedDevices = before;
         return Verdict::NoDevice;
     }
     return Verdict::Done;
 }
 
-// The preferred one, if it may be used; else the first that may.
-QString Channel::chooseDevice() const
+// The one that is wanted; else the preferred one, if it may be used; else the first that may.
+QString Channel::chooseDevice(const QString& wanted) const
 {
     const QStringList present = m_devices.devices();
     const QStringList allowed = m_allowedDevices.isEmpty() ? present : m_allowedDevices;
+    if (!wanted.isEmpty()) {
+        return allowed.contains(wanted) && present.contains(wanted) ? wanted : QString();
+    }
     if (allowed.contains(m_wish.preferredDevice) && present.contains(m_wish.preferredDevice)) {
         return m_wish.preferredDevice;
     }
@@ -236,8 +308,9 @@ bool Channel::openReceiver(QString* error)
         return false;
     }
     m_receiver = std::make_unique<ChannelReceiver>(
-        std::move(socket), ChannelReceiver::Flow{m_source->stream(), m_sampleRate}, m_devices.store(m_device),
-        m_devices.clock(m_device), birth(), receiverListener());
+        std::move(socket),
+        ChannelReceiver::Flow{m_source->stream(), m_sampleRate, m_recording.isLoop ? 0 : m_recording.mostBytes},
+        m_devices.store(m_device), m_devices.clock(m_device), birth(), receiverListener());
     return true;
 }
 
@@ -252,16 +325,20 @@ ChannelReceiver::Listener Channel::receiverListener()
         });
     };
     listener.changed = [this](const RecordPointer& record) {
-        m_news.post([this, record] { m_devices.recordChanged(m_device, record); });
+        m_news.post([this, record] {
+            m_devices.recordChanged(m_device, record);
+            Q_EMIT recordChanged(record);
+        });
     };
     listener.dataCame = [this] {
         m_news.post([this] {
-            if (m_machine.dataCame() && m_duration.count() > 0) {
-                m_durationTimer.start(m_duration);
+            if (m_machine.dataCame() && m_recording.seconds > 0) {
+                m_durationTimer.start(std::chrono::seconds(m_recording.seconds));
             }
         });
     };
     listener.dataEnded = [this] { m_news.post([this] { m_machine.dataEnded(); }); };
+    listener.full = [this] { m_news.post([this] { m_machine.timeIsOver(); }); };
     listener.diskRefused = [this](const QString& why) { m_news.post([this, why] { m_machine.diskRefused(why); }); };
     listener.closed = [this](const QString& id) { m_news.post([this, id] { endRecord(id); }); };
     return listener;
@@ -270,10 +347,11 @@ ChannelReceiver::Listener Channel::receiverListener()
 ZELKO_XML::ZELKO_RecordData Channel::birth() const
 {
     ZELKO_XML::ZELKO_RecordData record;
-    const QString name = m_recordName.isEmpty() ? m_wish.name : m_recordName;
+    const QString name = m_recording.name.isEmpty() ? m_wish.name : m_recording.name;
     record.SetRecordName(m_newName.isEmpty() ? cleanText(name) : m_newName);
     record.SetDataFormat(m_wish.format);
     record.SetDataRate(m_wish.dataRate);
+    record.SetRecordingLoopSize(m_recording.isLoop ? m_recording.mostBytes : 0);
     record.SetInterface(ZELKO_XML::ZELKO_RecordData::Interface::Ethernet);
     return record;
 }
@@ -334,6 +412,7 @@ void Channel::tellFinished()
 
 void Channel::tellFault(ChannelMachine::Fault fault, const QString& text)
 {
+    Q_EMIT failed(cleanText(text));
     qCWarning(recorderLog).noquote() << "channel" << m_id << "does not record:" << cleanText(text);
     tell([fault, text](ManagerPtr manager, const char* id) {
         manager->ZelkoRecordReplaySessionFault(id, static_cast<CORBA::Long>(fault), toCorba(text));
@@ -349,6 +428,7 @@ void Channel::tellRemoved()
 void Channel::ended()
 {
     m_pingTimer.stop();
+    m_replay.abandon();
     m_caller.call([](ManagerPtr) { return true; }, [this](const ManagerCaller::Outcome&) { Q_EMIT gone(m_id); });
 }
 

@@ -2,6 +2,7 @@
 
 #include <recorder/service/channelmachine.h>
 #include <recorder/service/channelreceiver.h>
+#include <recorder/service/channelreplay.h>
 #include <recorder/service/channelwish.h>
 #include <recorder/service/longtimer.h>
 #include <recorder/service/managercaller.h>
@@ -33,7 +34,20 @@ public:
         QString toldAddress = QStringLiteral("127.0.0.1");   ///< where managers are told to send them
         std::chrono::milliseconds callLimit{5000};           ///< of each call to a manager
         std::chrono::milliseconds pingInterval{10000};       ///< from one sign of life of a manager to the next
+        ReplayStream::Options replay;
     };
+
+    /// What a recording is to be.
+    struct Recording
+    {
+        int seconds = 0;       ///< 0: until it is stopped
+        QString name;          ///< of the record; empty: that of the channel
+        QString device;        ///< empty: as the manager prefers
+        quint64 mostBytes = 0; ///< of samples; 0: no limit
+        bool isLoop = false;   ///< with so many bytes it does not end, but goes on without the eldest
+    };
+
+    using RecordingState = ZELKO_XML::Admin::RecordReplayAllModes;
 
     /// Why something was not done.
     enum class Verdict {
@@ -43,6 +57,7 @@ public:
         NotRecording,
         NoDevice,
         NotAble,  ///< not what it was registered for
+        NoSize,   ///< of a loop
         NotStored ///< the disk refuses
     };
 
@@ -60,14 +75,24 @@ public:
     const ChannelWish& settings() const { return m_wish; }
     ChannelMachine::State state() const { return m_machine.state(); }
 
-    /// @name Wishes of the manager
+    /// The same as clients see it: it records from the first data on.
+    RecordingState recordingState() const;
+
+    /// Where a recording would go that does not say so; empty: nowhere.
+    QString device() const { return chooseDevice({}); }
+
+    ChannelReplay& replay() { return m_replay; }
+
+    /// @name Wishes of the manager, and of clients
     /// @{
-    /// `seconds` of 0: until it is stopped. Done means that it was begun: whatever fails later the manager is told.
-    Verdict startRecording(int seconds, const QString& recordName);
+    /// Done means that it was begun: whatever fails later the manager is told, and `failed` tells it.
+    Verdict startRecording(const Recording& recording);
     /// An empty name leaves the record the one that it has; with any other it is answered when the record has the name,
     /// durably. NotRecording, too, for a name that comes when the record is as good as closed; NotStored for one that
     /// the disk does not take. In both cases the recording ends all the same.
     void stopRecording(const QString& recordName, const Answer& answer);
+    /// Done means that it was begun. An empty device is the one that would record.
+    Verdict startReplay(const ChannelReplay::Wish& wish);
     Verdict remove();
     void removeForced();
     void fault(const QString& text); ///< ends a recording under way
@@ -77,7 +102,8 @@ public:
     Verdict setFormat(ChannelWish::DataFormat format);
     Verdict setDataRate(ChannelWish::DataRate dataRate);
     Verdict setCanRecord(bool canRecord);
-    void setName(const QString& name) { m_wish.name = name; }
+    Verdict setCanReplay(bool canReplay);
+    void setName(const QString& name);
     /// In Hz; for data that do not name theirs. 0: not known.
     void setRequestedSampleRate(quint64 sampleRate) { m_sampleRate = sampleRate; }
     /// The devices that may record, the best first. Done if one of them is there.
@@ -89,6 +115,15 @@ public:
     void tellGoingDown(std::function<void()> done);
 
 Q_SIGNALS:
+    /// The state of the recording or of the replay, or a setting, is another one.
+    void changed();
+
+    /// A durable state of the record that is being recorded, or the record whose replay has begun.
+    void recordChanged(const ZelkoRecorder::RecordPointer& record);
+
+    /// A recording or a replay was not begun, or ended early; `why` is for people.
+    void failed(const QString& why);
+
     /// Nothing happens any more. May be deleted, but later.
     void gone(const QString& id);
 
@@ -105,12 +140,13 @@ private:
     void tellFault(ChannelMachine::Fault fault, const QString& text) override;
     void tellRemoved() override;
     void ended() override;
+    void stateChanged() override { Q_EMIT changed(); }
 
     void beginFlow();
     bool openReceiver(QString* error);
     ChannelReceiver::Listener receiverListener();
     ZELKO_XML::ZELKO_RecordData birth() const;
-    QString chooseDevice() const;
+    QString chooseDevice(const QString& wanted) const;
     void rename(const Answer& answer);
     void endRecord(const QString& recordID);
     void tell(std::function<void(QD_ZLK::IF_ZLK_c_ChanMan_ptr, const char* id)> call);
@@ -122,17 +158,17 @@ private:
     ChannelWish m_wish;
     QStringList m_allowedDevices;
     quint64 m_sampleRate = 0;
-    QString m_recordName;
+    Recording m_recording;
     QString m_newName; // that came with the wish to stop; empty: none
     QString m_device;
     QString m_recordID;
     std::shared_ptr<FlowSource> m_source; // what the manager said when it connected
     ChannelMachine m_machine{*this};
-    std::chrono::seconds m_duration{0}; // 0: until it is stopped
     LongTimer m_durationTimer{[this] { m_machine.timeIsOver(); }};
     QTimer m_pingTimer;
     Mailbox m_news;
     ManagerCaller m_caller;
+    ChannelReplay m_replay;
     std::unique_ptr<ChannelReceiver> m_receiver; // goes first
 };
 

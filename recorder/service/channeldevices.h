@@ -12,6 +12,8 @@
 
 namespace ZelkoRecorder {
 
+class DeviceService;
+
 /// The devices of the recorder as channels see them: where records go, and who is to know of them. On the recorder's
 /// thread.
 class ChannelDevices
@@ -23,6 +25,9 @@ public:
     virtual QStringList devices() const = 0;
 
     virtual DeviceStore store(const QString& device) const = 0;
+
+    /// What may be asked of a device; lives as long as the device. Null for one that is none.
+    virtual DeviceService* service(const QString& device) const = 0;
 
     /// Lives as long as the device.
     virtual const DeviceClock& clock(const QString& device) const = 0;

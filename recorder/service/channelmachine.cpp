@@ -14,7 +14,7 @@ bool ChannelMachine::start()
     m_stopWanted = false;
     m_dataCame = false;
     m_connected = false;
-    m_state = State::Asking;
+    enter(State::Asking);
     m_work.ask();
     return true;
 }
@@ -27,6 +27,7 @@ bool ChannelMachine::stop()
     case State::Connecting:
     case State::Starting:
         m_stopWanted = true;
+        m_work.stateChanged();
         return true;
     case State::Recording:
         stopFlow();
@@ -70,7 +71,7 @@ void ChannelMachine::asked(bool available, const QString& why)
     } else if (m_stopWanted) {
         rest();
     } else {
-        m_state = State::Connecting;
+        enter(State::Connecting);
         m_work.connectSource();
     }
 }
@@ -86,7 +87,7 @@ void ChannelMachine::connected(bool done, const QString& why)
     } else if (m_stopWanted) {
         closeRecord();
     } else {
-        m_state = State::Starting;
+        enter(State::Starting);
         m_work.startFlow();
     }
 }
@@ -96,7 +97,7 @@ void ChannelMachine::flowStarted(bool done, const QString& why)
     if (m_state != State::Starting) {
         return;
     }
-    m_state = State::Recording;
+    enter(State::Recording);
     if (!done) {
         m_work.tellFault(Fault::NoFlow, why);
         closeRecord();
@@ -110,6 +111,7 @@ bool ChannelMachine::dataCame()
     const bool isFirst = (m_state == State::Starting || m_state == State::Recording) && !m_dataCame;
     if (isFirst) {
         m_dataCame = true;
+        m_work.stateChanged();
         m_work.tellStarted();
     }
     return isFirst;
@@ -143,7 +145,7 @@ void ChannelMachine::stopOnOwnAccord()
 
 void ChannelMachine::stopFlow()
 {
-    m_state = State::Stopping;
+    enter(State::Stopping);
     m_work.stopFlow();
 }
 
@@ -156,7 +158,7 @@ void ChannelMachine::flowStopped()
 
 void ChannelMachine::closeRecord()
 {
-    m_state = State::Closing;
+    enter(State::Closing);
     m_work.closeRecord();
 }
 
@@ -201,16 +203,23 @@ void ChannelMachine::fail(Fault fault, const QString& why)
 
 void ChannelMachine::rest()
 {
-    m_state = State::Idle;
     m_stopWanted = false;
+    m_dataCame = false;
+    enter(State::Idle);
     if (m_removeWanted) {
         endRemoved();
     }
 }
 
+void ChannelMachine::enter(State state)
+{
+    m_state = state;
+    m_work.stateChanged();
+}
+
 void ChannelMachine::endRemoved()
 {
-    m_state = State::Removed;
+    enter(State::Removed);
     if (!m_managerLost) {
         m_work.tellRemoved();
     }

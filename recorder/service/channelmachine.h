@@ -51,7 +51,8 @@ public:
         virtual void tellFinished() = 0;
         virtual void tellFault(Fault fault, const QString& text) = 0;
         virtual void tellRemoved() = 0;
-        virtual void ended() = 0; ///< the last that happens
+        virtual void ended() = 0;        ///< the last that happens
+        virtual void stateChanged() = 0; ///< `state`, `isStopWanted` or `hasData` is another one
         /// @}
     };
 
@@ -61,6 +62,12 @@ public:
     State state() const { return m_state; }
     bool isIdle() const { return m_state == State::Idle; }
     bool isRemoved() const { return m_state == State::Removed; }
+
+    /// Whether the recording that was begun is to end as soon as its manager has answered.
+    bool isStopWanted() const { return m_stopWanted; }
+
+    /// Whether data of the recording that was begun have come.
+    bool hasData() const { return m_dataCame; }
 
     /// @name Wishes. False where the state does not allow it, and then nothing happens
     /// @{
@@ -85,6 +92,7 @@ public:
     /// @}
 
 private:
+    void enter(State state);
     void stopOnOwnAccord();
     void stopFlow();
     void closeRecord();

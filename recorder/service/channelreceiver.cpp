@@ -34,8 +34,10 @@ ChannelReceiver::ChannelReceiver(std::unique_ptr<FlowSocket> socket, const Flow&
           },
           m_listener.changed)
     , m_buffer(bufferSize)
-    , m_thread([this] { run(); })
-{}
+{
+    m_recording.limitTo(flow.mostBytes);
+    m_thread = std::thread([this] { run(); });
+}
 
 ChannelReceiver::~ChannelReceiver()
 {
@@ -146,6 +148,9 @@ bool ChannelReceiver::take(ChannelFrame frame, std::string_view samples)
     }
     if (frame.isLast) {
         endData();
+    } else if (m_recording.isFull()) {
+        m_dataEnded = true;
+        m_listener.full();
     }
     return !m_dataEnded;
 }

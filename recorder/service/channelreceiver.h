@@ -23,6 +23,7 @@ public:
         std::function<void(const RecordPointer&)> changed; ///< a durable state of the record
         std::function<void()> dataCame;                    ///< the first frame of the stream is there
         std::function<void()> dataEnded;                   ///< the source has ended the flow, or broke its form
+        std::function<void()> full;                        ///< the record has its largest size, no more is taken
         std::function<void(const QString& why)> diskRefused;
         /// The last: nobody writes to the record any more. `recordID` is empty if there is none.
         std::function<void(const QString& recordID)> closed;
@@ -33,6 +34,7 @@ public:
     {
         quint64 stream = 0;     ///< of other streams nothing is
         quint64 sampleRate = 0; ///< of frames that do not name theirs
+        quint64 mostBytes = 0;  ///< of samples; 0: no limit
     };
 
     /// Records what comes through `socket`. `birth` and `clock` as FrameRecording wants them.

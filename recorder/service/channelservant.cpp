@@ -37,6 +37,7 @@ void throwChanUnlessDone(Verdict verdict)
     case Verdict::NotStored:
         throwChan(Contract::CHAN_FAILED, "the recording ends, but the disk did not take its comment");
     case Verdict::NotAble:
+    case Verdict::NoSize:
         break;
     }
     throwChan(Contract::CHAN_FAILED, "the channel was not registered for this");
@@ -137,10 +138,9 @@ void ChannelServant::setRecordFlag(CORBA::Boolean canRecord)
     askOrThrowChan([canRecord](Channel& channel) { return channel.setCanRecord(canRecord); });
 }
 
-// Nothing is asked of a channel for its being able to replay.
-void ChannelServant::setReplayFlag(CORBA::Boolean)
+void ChannelServant::setReplayFlag(CORBA::Boolean canReplay)
 {
-    askOrThrowChan([](Channel&) { return Verdict::Done; });
+    askOrThrowChan([canReplay](Channel& channel) { return channel.setCanReplay(canReplay); });
 }
 
 void ChannelServant::setName(const char* name)
@@ -163,8 +163,9 @@ void ChannelServant::startRecording(CORBA::Long seconds, const CORBA::WChar* rec
     if (loopSeconds != 0) {
         notOffered::loopRecording();
     }
-    askOrThrowChan(
-        [seconds, name = fromCorba(recordName)](Channel& channel) { return channel.startRecording(seconds, name); });
+    askOrThrowChan([seconds, name = fromCorba(recordName)](Channel& channel) {
+        return channel.startRecording({.seconds = seconds, .name = name, .device = {}});
+    });
 }
 
 // Data tell of themselves that they have begun.
@@ -192,11 +193,27 @@ void ChannelServant::DataTransferStopped()
     tell([](Channel& channel) { channel.dataStopped(); });
 }
 
-void ChannelServant::startReplaying(const char*, const char*, QD_ZLK::DataRateClass, CORBA::LongLong, CORBA::LongLong,
-                                    CORBA::Long)
+// The contract has no exception for it.
+void ChannelServant::startReplaying(const char* device, const char* record, QD_ZLK::DataRateClass,
+                                    CORBA::LongLong start, CORBA::LongLong stop, CORBA::Long speed)
 {
     m_rights.require(Action::UseChannels);
-    notOffered::replayToChannel();
+    m_rights.require(Action::Replay);
+    if (speed != 0 && speed != notOffered::realTimeReplay) {
+        notOffered::replayToChannel();
+    }
+    if (start < 0 || stop < 0) {
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
+    }
+    const ChannelReplay::Wish replay{fromCorba(device), fromCorba(record), static_cast<quint64>(start),
+                                     static_cast<quint64>(stop)};
+    const Verdict verdict = ask([replay](Channel& channel) { return channel.startReplay(replay); });
+    throwIfRemoved(verdict);
+    if (verdict == Verdict::NotAble) {
+        notOffered::replayToChannel();
+    } else if (verdict != Verdict::Done) {
+        throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
+    }
 }
 
 void ChannelServant::channelError(const char* text)

@@ -19,7 +19,8 @@ struct ChannelWish
     DataRate dataRate = DataRate::NotSet;
     DataFormat format = DataFormat::Unknown;
     bool canRecord = false;
-    std::string peer; ///< address that it called from; empty: this process
+    bool canReplay = false; ///< its manager takes the samples of replays
+    std::string peer;       ///< address that it called from; empty: this process
 };
 
 } // namespace ZelkoRecorder

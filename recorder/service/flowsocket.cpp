@@ -96,7 +96,7 @@ quint16 FlowSocket::port() const
 
 FlowSocket::Got FlowSocket::read(char* buffer, std::size_t room, std::size_t* size)
 {
-    if (m_kind == Kind::Stream && m_connection < 0 && !accept()) {
+    if (m_kind == Kind::Stream && !accept()) {
         return Got::Nothing;
     }
     sockaddr_storage from{};
@@ -115,8 +115,19 @@ FlowSocket::Got FlowSocket::read(char* buffer, std::size_t room, std::size_t* si
     return Got::Bytes;
 }
 
+FlowSocket::Sent FlowSocket::write(const char* bytes, std::size_t size, std::size_t* written) const
+{
+    const ssize_t sent = ::send(m_connection, bytes, size, MSG_NOSIGNAL);
+    *written = sent > 0 ? static_cast<std::size_t>(sent) : 0;
+    const bool waits = sent < 0 && (errno == EAGAIN || errno == EINTR);
+    return sent >= 0 ? Sent::Bytes : waits ? Sent::Nothing : Sent::End;
+}
+
 bool FlowSocket::accept()
 {
+    if (m_connection >= 0) {
+        return true;
+    }
     sockaddr_storage from{};
     socklen_t length = sizeof from;
     const int connection =

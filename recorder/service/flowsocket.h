@@ -8,12 +8,13 @@
 
 namespace ZelkoRecorder {
 
-/// Takes in the data of a channel, from one sender only. Never blocks; for one thread.
+/// Takes in the data of a channel, from one sender only, or gives data out to him. Never blocks; for one thread.
 class FlowSocket
 {
 public:
     enum class Kind { Datagrams, Stream };
     enum class Got { Nothing, Bytes, End };
+    enum class Sent { Bytes, Nothing, End };
 
     /// Listens at `address`, a name or a number, and `port`; 0: one that the system chooses. What does not come from
     /// `sender`, an address as `plainAddress` has it, is thrown away. Null, with a text for people in `error`, if that
@@ -34,9 +35,15 @@ public:
     /// connection of a stream that is taken on is the first one of the sender; its end is `End`.
     Got read(char* buffer, std::size_t room, std::size_t* size);
 
+    /// Whether the sender is connected to a stream; takes his connection on if it waits.
+    bool accept();
+
+    /// Writes some of the bytes to the connection of a stream: how many, in `written`. Nothing: there is no room now.
+    /// End: there is nobody any more.
+    Sent write(const char* bytes, std::size_t size, std::size_t* written) const;
+
 private:
     FlowSocket(Kind kind, int socket, std::string sender);
-    bool accept();
 
     const Kind m_kind;
     int m_socket;

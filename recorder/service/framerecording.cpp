@@ -42,9 +42,9 @@ FrameRecording::FrameRecording(const DeviceStore& store, const DeviceClock& cloc
 FrameRecording::~FrameRecording() = default;
 
 // Part of a sample would shift all that are behind it.
-bool FrameRecording::take(const ChannelFrame& frame, std::string_view samples, QString* error)
+bool FrameRecording::take(ChannelFrame frame, std::string_view samples, QString* error)
 {
-    if (samples.empty()) {
+    if (samples.empty() || isFull()) {
         return true;
     }
     const bool isWhole = samples.size() % m_bytesPerSample == 0;
@@ -53,11 +53,20 @@ bool FrameRecording::take(const ChannelFrame& frame, std::string_view samples, Q
         ++m_refused;
         return true;
     }
+    if (m_mostBytes > 0) {
+        samples = samples.substr(0, (m_mostBytes - m_size) / m_bytesPerSample * m_bytesPerSample);
+        frame.sampleBytes = static_cast<quint32>(samples.size());
+    }
     if (m_writer) {
         noteIndexEntry(frame, place == Place::BehindGap);
     } else if (!begin(frame, error)) {
         return false;
     }
+    return write(frame, samples, error);
+}
+
+bool FrameRecording::write(const ChannelFrame& frame, std::string_view samples, QString* error)
+{
     const bool written = m_writer->append(samples.data(), static_cast<qint64>(samples.size()));
     if (written) {
         m_last = frame;
@@ -162,6 +171,26 @@ void FrameRecording::tellOfFolding()
     }
 }
 
+// To the last entry from which on there are samples enough. A step makes it durable.
+void FrameRecording::moveStart()
+{
+    ZELKO_RecordData& record = m_writer->record();
+    const quint64 loop = record.GetRecordingLoopSize();
+    auto& index = record.GetIndexEntry();
+    if (loop == 0 || m_size <= loop) {
+        return;
+    }
+    const auto behind = std::upper_bound(
+        index.cbegin(), index.cend(), m_size - loop,
+        [](quint64 offset, const ZELKO_XML::IndexEntry& entry) { return offset < entry.GetRecordOffset(); });
+    if (behind == index.cbegin()) {
+        return;
+    }
+    index.erase(index.cbegin(), behind - 1);
+    record.SetStartPosition(index.constFirst().GetRecordOffset());
+    record.SetStartTime(index.constFirst().GetTimestamp());
+}
+
 bool FrameRecording::stepIfDue()
 {
     const auto now = Clock::now();
@@ -171,6 +200,7 @@ bool FrameRecording::stepIfDue()
     m_lastStep = now;
     appendEntry(m_end);
     m_lastIsOfStep = true;
+    moveStart();
     if (!m_writer->step()) {
         return false;
     }
@@ -205,6 +235,7 @@ bool FrameRecording::finish(EditQueue& edits)
     if (std::as_const(m_writer->record()).GetIndexEntry().constLast().GetRecordOffset() < m_size) {
         appendEntry(m_end);
     }
+    moveStart();
     const bool closed = m_writer->finish();
     tell();
     edits.end();

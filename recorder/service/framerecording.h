@@ -15,6 +15,9 @@ namespace ZelkoRecorder {
 
 /// Makes one record of the frames of a channel, on one thread. The record is born with the first frame that has
 /// samples; without one there is none.
+///
+/// A birth with a loop size makes a record that keeps its last samples only: so many bytes, and what stands before them
+/// up to an entry of the index. Its start moves on; positions still count from the first sample that it ever had.
 class FrameRecording
 {
 public:
@@ -39,7 +42,14 @@ public:
     /// Writes the frame's samples behind those before. A frame that does not follow, as FrameSequence says, or that
     /// ends within a sample is left out; one behind a gap begins a new entry of the index. False, and a text for people
     /// in `error`, if the disk refuses.
-    bool take(const ChannelFrame& frame, std::string_view samples, QString* error);
+    bool take(ChannelFrame frame, std::string_view samples, QString* error);
+
+    /// With this the record never has more bytes of samples: of the frame that goes beyond it only the whole samples
+    /// that fit are taken, and of those behind it nothing. 0: no limit.
+    void limitTo(quint64 bytes) { m_mostBytes = bytes; }
+
+    /// Whether it has as many samples as its limit lets it have.
+    bool isFull() const { return m_mostBytes > 0 && m_mostBytes - m_size < m_bytesPerSample; }
 
     /// Makes the edits that wait, durably; as long as there is no record it is to be born with them.
     void makeEdits(EditQueue& edits);
@@ -58,7 +68,9 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    bool write(const ChannelFrame& frame, std::string_view samples, QString* error);
     bool begin(const ChannelFrame& frame, QString* error);
+    void moveStart();
     void noteIndexEntry(const ChannelFrame& frame, bool isGap);
     void planEntries(quint64 time);
     void appendEntry(quint64 time);
@@ -79,6 +91,7 @@ private:
     ChannelFrame m_last;
     quint64 m_end = 0;  // time behind the last sample
     quint64 m_size = 0; // bytes so far
+    quint64 m_mostBytes = 0;
     quint64 m_nextEntry = 0;
     quint64 m_nextChange = 0;
     quint64 m_entryInterval;

@@ -4,7 +4,7 @@
 
 namespace ZelkoRecorder::notOffered {
 
-// Replays move positions; the samples themselves leave the recorder by exports only.
+// A channel gets samples as they were recorded, and only where its manager has said that it takes them.
 void replayToChannel()
 {
     throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);
@@ -16,10 +16,11 @@ void additionalDataRate()
     throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);
 }
 
-// A file of samples only ever grows.
+// A loop is as long as its bytes, not as its seconds: clients ask for one by the values of the channel.
 void loopRecording()
 {
-    throw QD_ZLK::IF_ZLK_c_Chan::exChan(QD_ZLK::IF_ZLK_c_Chan::CHAN_FAILED, "the recorder does not record in a loop");
+    throw QD_ZLK::IF_ZLK_c_Chan::exChan(QD_ZLK::IF_ZLK_c_Chan::CHAN_FAILED,
+                                        "the recorder does not record in a loop of seconds");
 }
 
 ZelkoCommon::ServiceStatus replayToReceivers()

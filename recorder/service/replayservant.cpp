@@ -9,12 +9,6 @@ namespace ZelkoRecorder {
 using ZelkoCommon::fromCorba;
 using ZelkoCommon::ServiceStatus;
 
-namespace {
-
-constexpr CORBA::Long realTime = 100;
-
-} // namespace
-
 ReplayServant::ReplayServant(DeviceCalls calls)
     : m_calls(std::move(calls))
 {}
@@ -39,7 +33,7 @@ CORBA::Long ReplayServant::StartReplay(const char* device, const char* record, Q
         if (start < 0 || stop < 0 || speed < 0) {
             return ServiceStatus::BadArgument;
         }
-        if (speed != 0 && speed != realTime) {
+        if (speed != 0 && speed != notOffered::realTimeReplay) {
             return notOffered::otherSpeeds();
         }
         return serviceStatus(

@@ -18,6 +18,11 @@ DeviceStore ServedChannelDevices::store(const QString& device) const
     return m_recorder.service(device)->store();
 }
 
+DeviceService* ServedChannelDevices::service(const QString& device) const
+{
+    return m_recorder.service(device);
+}
+
 const DeviceClock& ServedChannelDevices::clock(const QString& device) const
 {
     return m_recorder.service(device)->clock();

@@ -15,6 +15,7 @@ public:
 
     QStringList devices() const override;
     DeviceStore store(const QString& device) const override;
+    DeviceService* service(const QString& device) const override;
     const DeviceClock& clock(const QString& device) const override;
     void whenReady(const QString& device, QObject* context, std::function<void()> ready) override;
     void recordBegins(const QString& device, const QString& recordID, std::function<void()> stop,

@@ -25,9 +25,10 @@ ServiceHost::ServiceHost(ZelkoCommon::Orb& orb, const Recorder& recorder, const 
             services(device)->beginEnding();
         }
     })
+    , m_tree(recorder.tree)
     , m_channels(
           recorder.channelDevices, options.channels, [this](const QString& id) { publishChannel(id); },
-          [this](const QString& id) { withdraw(channelKey(id.toStdString())); })
+          [this](const QString& id) { withdrawChannel(id); })
 {
     QObject::connect(&m_tellRefusals, &QTimer::timeout, &m_tellRefusals, [this] { m_rights.tellRest(); });
     m_tellRefusals.start(options.refusalsTold);
@@ -64,6 +65,13 @@ void ServiceHost::publish(const std::string& key, PortableServer::ServantBase* s
 void ServiceHost::publishChannel(const QString& id)
 {
     publish(channelKey(id.toStdString()), new ChannelServant(id, m_errands, m_rights, m_channels));
+    m_panels.emplace(id, std::make_unique<ChannelPanel>(m_tree, *m_channels.find(id)));
+}
+
+void ServiceHost::withdrawChannel(const QString& id)
+{
+    m_panels.erase(id);
+    withdraw(channelKey(id.toStdString()));
 }
 
 void ServiceHost::withdraw(const std::string& key)

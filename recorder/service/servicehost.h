@@ -1,6 +1,7 @@
 #pragma once
 
 #include <recorder/service/callrights.h>
+#include <recorder/service/channelpanel.h>
 #include <recorder/service/channelregistry.h>
 #include <recorder/service/devicecalls.h>
 #include <recorder/service/devicedirectory.h>
@@ -13,6 +14,7 @@
 
 #include <QTimer>
 
+#include <map>
 #include <memory>
 
 class Tree;
@@ -87,6 +89,7 @@ public:
 private:
     void publish(const std::string& key, PortableServer::ServantBase* servant);
     void publishChannel(const QString& id);
+    void withdrawChannel(const QString& id);
     void withdraw(const std::string& key);
 
     ZelkoCommon::Orb& m_orb;
@@ -97,6 +100,8 @@ private:
     ZelkoCommon::WakeUp m_wakeUp;
     const std::shared_ptr<OverviewDesk> m_overviews;
     const std::function<void()> m_endServices;
+    Tree& m_tree;
+    std::map<QString, std::unique_ptr<ChannelPanel>> m_panels; // by ID of the channel
     ChannelRegistry m_channels;
     QTimer m_tellRefusals;
 };

@@ -67,8 +67,8 @@ QD_ZLK::GenCode genCode(ChannelRegistry::Refusal::Reason reason)
     return QD_ZLK::GEN_BAD_PARAMETER;
 }
 
-ChannelWish wishOf(QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format, bool canRecord, const char* name,
-                   const char* preferredDevice)
+ChannelWish wishOf(QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format, bool canRecord, bool canReplay,
+                   const char* name, const char* preferredDevice)
 {
     ChannelWish wish;
     wish.name = fromCorba(name);
@@ -76,6 +76,7 @@ ChannelWish wishOf(QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format, bo
     wish.dataRate = static_cast<ChannelWish::DataRate>(dataRate);
     wish.format = static_cast<ChannelWish::DataFormat>(format);
     wish.canRecord = canRecord;
+    wish.canReplay = canReplay;
     wish.peer = ZelkoCommon::callingPeer();
     return wish;
 }
@@ -115,29 +116,30 @@ _CORBA_Boolean ZlkServant::_dispatch(omniCallHandle& call)
 
 QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::registerChannel(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager,
                                                       QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format,
-                                                      CORBA::Boolean canRecord, CORBA::Boolean, const char* name,
-                                                      CORBA::String_out channelId)
+                                                      CORBA::Boolean canRecord, CORBA::Boolean canReplay,
+                                                      const char* name, CORBA::String_out channelId)
 {
-    return enter(manager, wishOf(dataRate, format, canRecord, name, ""), channelId);
+    return enter(manager, wishOf(dataRate, format, canRecord, canReplay, name, ""), channelId);
 }
 
 QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::registerChannelEx(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager,
                                                         QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format,
-                                                        CORBA::Boolean canRecord, CORBA::Boolean, const char* name,
-                                                        const char* preferredDevice, CORBA::String_out channelId)
+                                                        CORBA::Boolean canRecord, CORBA::Boolean canReplay,
+                                                        const char* name, const char* preferredDevice,
+                                                        CORBA::String_out channelId)
 {
-    return enter(manager, wishOf(dataRate, format, canRecord, name, preferredDevice), channelId);
+    return enter(manager, wishOf(dataRate, format, canRecord, canReplay, name, preferredDevice), channelId);
 }
 
 // A receiver may be named for what it is; its data reach the recorder as those of any other channel.
 QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::registerReceiverChannel(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager,
                                                               QD_ZLK::DataRateClass dataRate, QD_ZLK::DataFormat format,
-                                                              CORBA::Boolean canRecord, CORBA::Boolean,
+                                                              CORBA::Boolean canRecord, CORBA::Boolean canReplay,
                                                               const char* name, const char* preferredDevice,
                                                               CORBA::String_out channelId, QD_ZLK::EndpointKind,
                                                               const char*)
 {
-    return enter(manager, wishOf(dataRate, format, canRecord, name, preferredDevice), channelId);
+    return enter(manager, wishOf(dataRate, format, canRecord, canReplay, name, preferredDevice), channelId);
 }
 
 QD_ZLK::IF_ZLK_c_Chan_ptr ZlkServant::enter(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager, const ChannelWish& wish,

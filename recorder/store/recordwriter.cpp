@@ -5,6 +5,7 @@
 
 #include <QDir>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace ZelkoRecorder {
@@ -38,7 +39,9 @@ RecordWriter::RecordWriter(const DeviceStore& store, const ZELKO_RecordData& bir
     : m_store(store)
     , m_record(birth)
 {
-    m_record.SetRecordStatus(ZELKO_RecordData::RecordStatus::Recording);
+    const bool isLoop = birth.GetRecordingLoopSize() > 0;
+    m_record.SetRecordStatus(isLoop ? ZELKO_RecordData::RecordStatus::LoopRecording
+                                    : ZELKO_RecordData::RecordStatus::Recording);
     m_record.SetFinished(false);
     m_record.SetDeletable(false);
 }
@@ -62,7 +65,22 @@ bool RecordWriter::step()
         m_record.SetStopPosition(index.constLast().GetRecordOffset());
         m_record.SetStopTime(index.constLast().GetTimestamp());
     }
-    return flushSamples() && save(m_store.recordFolder(m_record.GetRecordID()));
+    return flushSamples() && save(m_store.recordFolder(m_record.GetRecordID())) && freeBeforeStart();
+}
+
+// The file keeps its length, so that positions stay what they are. Only once the record on disk does not count on the
+// samples any more, whatever happens.
+bool RecordWriter::freeBeforeStart()
+{
+    const quint64 start = m_record.GetStartPosition();
+    if (start <= m_freed) {
+        return true;
+    }
+    const auto size = static_cast<off_t>(start - m_freed);
+    const bool done = ::fallocate(m_samples.handle(), FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
+                                  static_cast<off_t>(m_freed), size) == 0;
+    m_freed = done ? start : m_freed;
+    return done;
 }
 
 void RecordWriter::makeEdits(const std::vector<EditQueue::Entry>& entries, const std::function<void()>& saved)
@@ -94,6 +112,7 @@ bool RecordWriter::finish()
     m_record.SetDeletable(true);
     const bool cut = m_samples.resize(static_cast<qint64>(m_record.GetSize())) && flushSamples();
     if (cut && save(m_store.recordFolder(m_record.GetRecordID()))) {
+        freeBeforeStart(); // no harm where that fails: nothing grows any more
         m_store.marks().clear(m_record.GetRecordID());
         return true;
     }

@@ -16,7 +16,8 @@ namespace ZelkoRecorder {
 class RecordWriter
 {
 public:
-    /// Makes the record, without samples: `birth` has its ID, name, start time and what is known of the signal. When
+    /// Makes the record, without samples: `birth` has its ID, name, start time and what is known of the signal; with a
+    /// loop size it is shown as one that is recorded in a loop. When
     /// this returns it is durable and stands in the store under its ID, marked as one that is being recorded until
     /// `finish` has succeeded. Null, with a text for people in `error` and the store as it was, if the disk refuses or
     /// the ID is taken.
@@ -30,7 +31,8 @@ public:
     ZELKO_XML::ZELKO_RecordData& record() { return m_record; }
 
     /// Makes the samples durable, then the record with all its index entries and bookmarks, its size and stop time
-    /// those of the last index entry. False if the disk refuses: then the step before holds.
+    /// those of the last index entry. What stands before its start position takes no room on the disk from then on.
+    /// False if the disk refuses: then the step before holds.
     bool step();
 
     /// Makes edits as one step, calls `saved` if there was anything to save, and then answers: also `DiskRefused`, with
@@ -52,11 +54,13 @@ private:
     bool openIn(const QString& folder);
     bool save(const QString& folder);
     bool flushSamples();
+    bool freeBeforeStart();
 
     const DeviceStore& m_store;
     QFile m_samples;
     ZELKO_XML::ZELKO_RecordData m_record;
     RecordPointer m_saved;
+    quint64 m_freed = 0; // up to here samples take no room any more
 };
 
 } // namespace ZelkoRecorder

@@ -199,7 +199,7 @@ void BookmarkBarsTest::aUserSetsABookmark()
     QCOMPARE(main.enabled(), QList<bool>({true, true, true}));
 }
 
-// Step by step, and the mouse keeps hold of it: the bar is not written to meanwhile.
+// Once, when it is let go of: a list of thousands is not taken over with every pixel of the way.
 void BookmarkBarsTest::aUserDragsABookmark()
 {
     BookmarkBar main;
@@ -207,12 +207,11 @@ void BookmarkBarsTest::aUserDragsABookmark()
     m_site->show(twoBookmarks);
     main.press(10);
     main.moveTo(15);
-    QCOMPARE(m_site->bookmarks(), QStringList({"15000000 a", "20000000 b"}));
-    QCOMPARE(taken(), QStringList({"begin reset", "state 2", "end reset"}) + inOrder);
     main.moveTo(30);
-    QCOMPARE(taken(), QStringList({"begin reset", "end reset", "normalized 0", "out of range 0"}));
-    main.release(30);
     QCOMPARE(taken(), QStringList());
+    QCOMPARE(m_site->bookmarks(), textsOfTwo);
+    main.release(30);
+    QCOMPARE(taken(), QStringList({"begin reset", "state 2", "end reset", "normalized 0", "out of range 0"}));
     QCOMPARE(m_site->bookmarks(), QStringList({"30000000 a", "20000000 b"}));
     QCOMPARE(main.bookmarks(), m_site->bookmarks());
 }

@@ -1,23 +1,22 @@
-#include <chartcontrols/vcreplaybar.h>
-#include <controlwidgets/guicentral.h>
+#include "tiedbar.h"
 
+#include <controlwidgets/guicentral.h>
 #include <valuecore/node.h>
-#include <valuecore/tree.h>
-#include <valuecore/valuenumeric.h>
 
 #include <QSignalSpy>
 #include <QtTest>
 
 namespace {
 
-constexpr long long begin = 1'700'000'000'000'000;
-constexpr long long perPixel = 1'000'000;
+constexpr long long begin = TiedBar::begin;
+constexpr long long perPixel = TiedBar::perPixel;
 
 double asDouble(long long time)
 {
     return static_cast<double>(time);
 }
 
+using Bar = TiedBar;
 using Bookmarks = std::vector<BookmarkType>;
 
 QStringList textsOf(const Bookmarks& bookmarks)
@@ -34,69 +33,6 @@ std::size_t guiValues()
     const auto* const node = dynamic_cast<const Node*>(Tree::Instance()->GetItem(QStringLiteral("/GuiCentral")));
     return node == nullptr ? 0 : node->GetTreeItems().size();
 }
-
-/// A bar of a recording of 100 seconds, one second a pixel, that begins 10 pixels from the left.
-struct Bar
-{
-    Bar()
-    {
-        for (QString* const path : {&start, &stop, &position}) {
-            *path = GuiCentral::Instance().CreateUniqueValueFloat(0, 0, 1.8e19, 1);
-        }
-        set(start, begin);
-        set(stop, begin + 100 * perPixel);
-        set(position, begin + 50 * perPixel);
-        bar.SetPixOffset(10, 10);
-        bar.resize(121, 60);
-        bar.SetRecordingStart_ValuePath(start);
-        bar.SetRecordingStop_ValuePath(stop);
-        bar.SetCurrentPosition_ValuePath(position);
-        bar.GetMarker(2)->SetShowMarker(false);
-        bar.GetMarker(3)->SetShowMarker(false);
-        bar.show();
-    }
-    ~Bar()
-    {
-        for (const QString& path : {start, stop, position}) {
-            GuiCentral::Instance().RemoveValue(path);
-        }
-    }
-
-    static ValueNumeric<double>& value(const QString& path)
-    {
-        return *Tree::Instance()->Find<ValueNumeric<double>>(path);
-    }
-    static void set(const QString& path, long long time) { value(path).SetValue(asDouble(time), nullptr); }
-
-    /// Second of the recording at which a marker stands.
-    long long secondOf(int marker) const
-    {
-        return (static_cast<long long>(bar.GetMarker(marker)->GetPosition()) - begin) / perPixel;
-    }
-
-    static Bookmarks bookmarks(std::initializer_list<int> seconds)
-    {
-        Bookmarks all;
-        for (const int second : seconds) {
-            all.emplace_back(begin + second * perPixel, QStringLiteral("b%1").arg(second));
-        }
-        return all;
-    }
-
-    void drag(int from, int to)
-    {
-        QTest::mousePress(&bar, Qt::LeftButton, {}, headOf(from));
-        QTest::mouseMove(&bar, headOf(to));
-        QTest::mouseRelease(&bar, Qt::LeftButton, {}, headOf(to));
-    }
-    /// Where the head of a marker at that second is.
-    QPoint headOf(int second) const { return {10 + second, bar.rulerHeight() + 6}; }
-
-    QString start;
-    QString stop;
-    QString position;
-    VCReplayBar bar{nullptr, "ZelkoReplayBar", true};
-};
 
 } // namespace
 
@@ -142,7 +78,7 @@ void VCReplayBarTest::followsStartAndStop()
     QCOMPARE(b.bar.objectName(), QStringLiteral("ZelkoReplayBar"));
     QCOMPARE(b.bar.GetRecordingStart(), asDouble(begin));
     QCOMPARE(b.bar.GetRecordingStop(), asDouble(begin + 100 * perPixel));
-    Bar::set(b.stop, begin + 200 * perPixel);
+    Bar::set(b.stop.path(), begin + 200 * perPixel);
     QCOMPARE(b.bar.axisStop(), asDouble(begin + 200 * perPixel));
     QCOMPARE(b.bar.pixelAt(asDouble(begin + 200 * perPixel)), 110);
 }
@@ -171,7 +107,7 @@ void VCReplayBarTest::draggingThePositionWritesItsValue()
     Bar b;
     b.bar.GetMarker(1)->SetMoveable(true);
     b.drag(50, 70);
-    QCOMPARE(Bar::value(b.position).GetValue(), asDouble(begin + 70 * perPixel));
+    QCOMPARE(Bar::value(b.position.path()).GetValue(), asDouble(begin + 70 * perPixel));
     b.drag(50, 90);
     QCOMPARE(b.secondOf(1), 70);
 }
@@ -327,7 +263,7 @@ void VCReplayBarTest::insertSetsABookmarkAtThePosition()
     b.bar.AllowCreationOfBookMarks(true);
     QTest::keyClick(&b.bar, Qt::Key_Insert);
     QCOMPARE(textsOf(b.bar.GetBookmarks()), QStringList{"50 Bookmark 1"});
-    Bar::set(b.position, begin + 500 * perPixel);
+    Bar::set(b.position.path(), begin + 500 * perPixel);
     QTest::keyClick(&b.bar, Qt::Key_Insert);
     QCOMPARE(b.bar.GetBookmarks().size(), std::size_t{1});
 }
@@ -422,7 +358,7 @@ void VCReplayBarTest::aRecordingThatIsGoneHasNoRange()
     Bar b;
     b.bar.AllowCreationOfBookMarks(true);
     b.bar.GetMarker(1)->SetMoveable(true);
-    GuiCentral::Instance().RemoveValue(isStart ? b.start : b.stop);
+    GuiCentral::Instance().RemoveValue((isStart ? b.start : b.stop).path());
     QCOMPARE(isStart ? b.bar.GetRecordingStart() : b.bar.GetRecordingStop(), 0.0);
     QCOMPARE(b.bar.axisStart(), b.bar.axisStop());
     QTest::mouseDClick(&b.bar, Qt::LeftButton, {}, b.headOf(20));
@@ -469,8 +405,8 @@ void VCReplayBarTest::drawsWhateverItHolds()
     QFETCH(long long, start);
     QFETCH(long long, stop);
     Bar b;
-    Bar::set(b.start, start);
-    Bar::set(b.stop, stop);
+    Bar::set(b.start.path(), start);
+    Bar::set(b.stop.path(), stop);
     b.bar.SetBookmarks({{start, QString()}, {stop, QString()}, {std::numeric_limits<long long>::max(), QString()}},
                        false);
     b.bar.SetRangeVector({{start, stop}, {stop, start}, {0, std::numeric_limits<long long>::max()}});

@@ -142,6 +142,7 @@ void MarkerListTest::letsGoOfTheOldValue()
     value().SetValue(9, nullptr);
     QCOMPARE(m_markers->takeLog(), QStringList());
     m_markers->removeMarker(1);
+    QCOMPARE(m_markers->takeLog(), QStringList{"1 changed"});
     Tree::Instance()->Find<ValueNumeric<double>>(other)->SetValue(4, nullptr);
     QCOMPARE(m_markers->takeLog(), QStringList());
     GuiCentral::Instance().RemoveValue(other);

@@ -65,7 +65,7 @@ void TestChannel::init()
     wish.format = ChannelWish::DataFormat::IQ16;
     wish.canRecord = true;
     m_channel = std::make_unique<Channel>(QStringLiteral("C1"), wish, m_manager->reference(), *m_devices, options);
-    QCOMPARE(m_channel->startRecording(0, {}), Channel::Verdict::Done);
+    QCOMPARE(m_channel->startRecording({}), Channel::Verdict::Done);
     QTRY_COMPARE_WITH_TIMEOUT(m_devices->waiting.size(), 1U, 30'000);
 }
 

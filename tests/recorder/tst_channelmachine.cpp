@@ -27,8 +27,10 @@ public:
     }
     void tellRemoved() override { log << "removed"; }
     void ended() override { log << "ended"; }
+    void stateChanged() override { ++changes; }
 
     QStringList log;
+    int changes = 0;
 };
 
 } // namespace
@@ -43,6 +45,7 @@ private Q_SLOTS:
     void goesItsWay();
     void allowsOnlyWhatItsStateAllows();
     void tellsWhetherDataCount();
+    void tellsOfEachState();
 
 private:
     static void happen(ChannelMachine& machine, const QString& what);
@@ -181,6 +184,26 @@ void TestChannelMachine::tellsWhetherDataCount()
     QVERIFY(!machine.dataCame());
     machine.start();
     QVERIFY(!machine.dataCame());
+}
+
+void TestChannelMachine::tellsOfEachState()
+{
+    WorkLog done;
+    ChannelMachine machine(done);
+    int before = 0;
+    const auto changes = [&](const QString& event) {
+        happen(machine, event);
+        return done.changes - std::exchange(before, done.changes);
+    };
+    for (const char* const event : {"start", "asked", "connected", "data", "flows", "stop", "stopped", "closed"}) {
+        QVERIFY2(changes(QString::fromLatin1(event)) == 1, event);
+    }
+    QCOMPARE(changes(QStringLiteral("start")), 1);
+    QCOMPARE(changes(QStringLiteral("stop")), 1);
+    QVERIFY(machine.isStopWanted());
+    QCOMPARE(changes(QStringLiteral("asked")), 1);
+    QVERIFY(!machine.isStopWanted());
+    QCOMPARE(changes(QStringLiteral("closed")), 0);
 }
 
 QTEST_GUILESS_MAIN(TestChannelMachine)

@@ -42,6 +42,8 @@ private Q_SLOTS:
     void takesNoStreamOfAStranger();
     void takesOneStreamOnly();
     void listensAgainWhereAStreamWas();
+    void writesToTheSenderOfAStream();
+    void tellsThatNobodyTakesAStream();
 
 private:
     void open(Kind kind, quint16 port = 0)
@@ -254,6 +256,41 @@ void TestFlowSocket::listensAgainWhereAStreamWas()
     QTRY_COMPARE_WITH_TIMEOUT(sender.state(), QTcpSocket::UnconnectedState, patience);
     open(Kind::Stream, port);
     QCOMPARE(m_socket->port(), port);
+}
+
+void TestFlowSocket::writesToTheSenderOfAStream()
+{
+    open(Kind::Stream);
+    QVERIFY(!m_socket->accept());
+    QTcpSocket receiver;
+    receiver.connectToHost(loopback, m_socket->port());
+    QTRY_VERIFY_WITH_TIMEOUT(m_socket->accept(), patience);
+    std::size_t written = 0;
+    QCOMPARE(m_socket->write("abc", 3, &written), FlowSocket::Sent::Bytes);
+    QCOMPARE(written, 3U);
+    QTRY_COMPARE_WITH_TIMEOUT(receiver.bytesAvailable(), 3, patience);
+    QCOMPARE(receiver.readAll(), QByteArray("abc"));
+}
+
+// Who does not read is waited for, who has gone is not.
+void TestFlowSocket::tellsThatNobodyTakesAStream()
+{
+    open(Kind::Stream);
+    QTcpSocket receiver;
+    receiver.setReadBufferSize(1);
+    receiver.connectToHost(loopback, m_socket->port());
+    QTRY_VERIFY_WITH_TIMEOUT(m_socket->accept(), patience);
+    const QByteArray bytes(1024 * 1024, 'x');
+    std::size_t written = 0;
+    FlowSocket::Sent sent = FlowSocket::Sent::Bytes;
+    for (int i = 0; i < 1000 && sent == FlowSocket::Sent::Bytes; ++i) {
+        sent = m_socket->write(bytes.constData(), static_cast<std::size_t>(bytes.size()), &written);
+    }
+    QCOMPARE(sent, FlowSocket::Sent::Nothing);
+    QCOMPARE(written, 0U);
+    receiver.abort();
+    const auto hasGone = [&] { return m_socket->write(bytes.constData(), 1, &written) == FlowSocket::Sent::End; };
+    QTRY_VERIFY_WITH_TIMEOUT(hasGone(), patience);
 }
 
 QTEST_GUILESS_MAIN(TestFlowSocket)

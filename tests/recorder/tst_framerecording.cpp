@@ -4,8 +4,12 @@
 #include <loglines.h>
 #include <storedrecord.h>
 
+#include <recorder/store/storedfiles.h>
+
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
@@ -40,6 +44,10 @@ private Q_SLOTS:
     void tellsWhoComesAtItsLastStepWhenThatIsOver();
     void answersEditsOfNoRecord();
     void refusesWhatTheDiskRefuses();
+    void endsAtItsLimit_data();
+    void endsAtItsLimit();
+    void keepsTheLastSamplesOfALoop();
+    void keepsAShortLoopWhole();
 
 private:
     bool take(const ChannelFrame& frame)
@@ -48,6 +56,7 @@ private:
         QString error;
         return m_recording->take(frame, {samples.constData(), static_cast<std::size_t>(samples.size())}, &error);
     }
+    void beginLoop(quint64 bytes);
     bool rename(const QString& name)
     {
         return m_edits->post(commentEdit(name), [this](StoreStatus status) { m_answers << status; });
@@ -365,6 +374,77 @@ void TestFrameRecording::refusesWhatTheDiskRefuses()
     QVERIFY(m_answers.isEmpty());
     QVERIFY(m_recording->finish(*m_edits));
     QVERIFY(QFile::remove(m_folder->path()));
+}
+
+void TestFrameRecording::endsAtItsLimit_data()
+{
+    QTest::addColumn<quint64>("limit");
+    QTest::addColumn<quint64>("bytes");
+    QTest::addColumn<bool>("isFull");
+    QTest::newRow("more than comes") << quint64{2000} << quint64{1200} << false;
+    QTest::newRow("at the end of a frame") << quint64{800} << quint64{800} << true;
+    QTest::newRow("within a frame") << quint64{1000} << quint64{1000} << true;
+    QTest::newRow("within a sample") << quint64{1003} << quint64{1000} << true;
+    QTest::newRow("within the first frame") << quint64{100} << quint64{100} << true;
+}
+
+void TestFrameRecording::endsAtItsLimit()
+{
+    QFETCH(const quint64, limit);
+    QFETCH(const quint64, bytes);
+    m_recording->limitTo(limit);
+    for (const quint32 number : {0U, 1U, 2U}) {
+        QVERIFY(take(frameOf(number)));
+    }
+    QTEST(m_recording->isFull(), "isFull");
+    const RecordPointer record = finished();
+    QVERIFY2(record, qPrintable(m_error));
+    QCOMPARE(quint64{record->GetSize()}, bytes);
+    QCOMPARE(quint64{record->GetStopTime()}, 10'000'000 + bytes / 4 * 1000);
+    QCOMPARE(m_recording->refusedFrames(), 0U);
+}
+
+void TestFrameRecording::beginLoop(quint64 bytes)
+{
+    ZELKO_RecordData birth;
+    birth.SetRecordName("Schleife");
+    birth.SetDataFormat(ZELKO_RecordData::DataFormat::IQ16);
+    birth.SetRecordingLoopSize(bytes);
+    m_recording = std::make_unique<FrameRecording>(
+        *m_store, *m_clock, birth, [](const QString&) {}, [this](const RecordPointer& told) { m_told << told; });
+}
+
+// Frames of a tenth of a second, an entry of the index each second.
+void TestFrameRecording::keepsTheLastSamplesOfALoop()
+{
+    beginLoop(100'000);
+    for (quint32 number = 0; number < 1000; ++number) {
+        QVERIFY(take(frameOf(number)));
+    }
+    QCOMPARE(m_told.constFirst()->GetRecordStatus(), ZELKO_RecordData::RecordStatus::LoopRecording);
+    const RecordPointer record = finished();
+    QVERIFY2(record, qPrintable(m_error));
+    QCOMPARE(record->GetRecordStatus(), ZELKO_RecordData::RecordStatus::Finished);
+    QCOMPARE(quint64{record->GetStopPosition()}, 400'000U);
+    QCOMPARE(quint64{record->GetStartPosition()}, 300'000U);
+    QCOMPARE(quint64{record->GetStartTime()}, 85'000'000U);
+    QCOMPARE(indexOf(record).constFirst(), QStringLiteral("85000@300000"));
+    const QString path = sampleFilePath(m_store->recordFolder(record->GetRecordID()), *record);
+    struct stat file = {};
+    QCOMPARE(::stat(qPrintable(path), &file), 0);
+    QVERIFY2(file.st_blocks * 512 < 200'000, qPrintable(QString::number(file.st_blocks)));
+    QCOMPARE(readBytes(path).mid(300'000, 400), samplesOf(frameOf(750)));
+}
+
+void TestFrameRecording::keepsAShortLoopWhole()
+{
+    beginLoop(100'000);
+    QVERIFY(take(frameOf(0)));
+    const RecordPointer record = finished();
+    QVERIFY2(record, qPrintable(m_error));
+    QCOMPARE(quint64{record->GetStartPosition()}, 0U);
+    QCOMPARE(quint64{record->GetSize()}, 400U);
+    QCOMPARE(quint64{record->GetRecordingLoopSize()}, 100'000U);
 }
 
 QTEST_GUILESS_MAIN(TestFrameRecording)

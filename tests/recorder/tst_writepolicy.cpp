@@ -14,6 +14,8 @@ class TestWritePolicy : public QObject
 private Q_SLOTS:
     void allowsCommandsToWhoHasTheRight_data();
     void allowsCommandsToWhoHasTheRight();
+    void allowsWishesToAChannel_data();
+    void allowsWishesToAChannel();
     void allowsNothingElseToAnybody_data();
     void allowsNothingElseToAnybody();
 };
@@ -21,6 +23,7 @@ private Q_SLOTS:
 namespace {
 
 const QString commands = QStringLiteral("/ZELKO/Command/D1");
+const QString channel = QStringLiteral("/ZELKO/Channel/C1");
 
 bool mayWrite(Role role, const QString& node, const QString& name)
 {
@@ -51,6 +54,26 @@ void TestWritePolicy::allowsCommandsToWhoHasTheRight()
     QTEST(mayWrite(role, commands, name), "allowed");
 }
 
+void TestWritePolicy::allowsWishesToAChannel_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char* const name :
+         {"AllRecordReplayModes", "ReplayMode", "DeviceID", "RecordName", "RecordTimeout", "FileSizeInKB",
+          "CurrentReplayPosition", "FileSize", "StartTime", "StopTime", "StartPosition", "StopPosition", "LoopSize",
+          "RecordStatus", "ReplayDataRateClass", "DataFormat", "IsDeletable", "RecordID"}) {
+        QTest::newRow(name) << QString::fromLatin1(name);
+    }
+}
+
+void TestWritePolicy::allowsWishesToAChannel()
+{
+    QFETCH(const QString, name);
+    QVERIFY(!mayWrite(Role::Viewer, channel, name));
+    QVERIFY(mayWrite(Role::Operator, channel, name));
+    QVERIFY(mayWrite(Role::Administrator, channel, name));
+    QVERIFY(!mayWrite(Role::Administrator, commands, name));
+}
+
 void TestWritePolicy::allowsNothingElseToAnybody_data()
 {
     QTest::addColumn<QString>("node");
@@ -59,6 +82,11 @@ void TestWritePolicy::allowsNothingElseToAnybody_data()
     QTest::newRow("what is told beside the commands") << commands << QStringLiteral("Extended");
     QTest::newRow("an address beside the commands") << commands << QStringLiteral("IpAddress");
     QTest::newRow("a record value") << QStringLiteral("/ZELKO/Device/D1/Records") << idle;
+    for (const char* const name :
+         {"ErrorCode", "RecordFlag", "ReplayFlag", "ChannelName", "DataRateClass", "RecordReplayModes"}) {
+        QTest::addRow("%s of a channel", name) << channel << QString::fromLatin1(name);
+    }
+    QTest::newRow("a command below a channel") << channel << idle;
     QTest::newRow("a branch with a similar name") << QStringLiteral("/ZELKO/Commands") << idle;
 }
 

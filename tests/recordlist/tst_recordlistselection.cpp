@@ -34,6 +34,7 @@ class RecordListSelectionTest : public QObject
 private Q_SLOTS:
     void initTestCase() { registerZelkoIcons(); }
 
+    void tellsFirstThatNothingIsSelected();
     void selectsRowsByTheMouse();
     void namesRangesInTheirOrder();
     void selectsOneRowOnly();
@@ -69,8 +70,25 @@ private Q_SLOTS:
     void bringsNothingToAnotherDevice();
     void bringsNothingWhereSomethingElseWasSelected();
     void outlivesItsController();
+    void outlivesAControllerThatOwnsTheList();
     void takesTheFocus();
 };
+
+// Whatever was selected in another list of the controller.
+void RecordListSelectionTest::tellsFirstThatNothingIsSelected()
+{
+    const OwnConfiguration configuration;
+    ListedRecords model(ListSite::ids(5));
+    ListController controller(&model);
+    controller.sl_selectedRecordsChanged({u"B"_s});
+    QCOMPARE(controller.take(), QStringList(u"signal selected B"_s));
+    const RecordListWidget widget(&controller, severalAtOnce, ListSite::allColumns, nullptr, u"Records"_s);
+    QCOMPARE(controller.take(), QStringList(u"signal selected "_s));
+    QCOMPARE(controller.selectedRecords(), QStringList());
+    const auto* const menu = widget.findChild<QMenu*>(u"CopyToClipboardMenu"_s);
+    QCOMPARE(menu->title(), u"Copy to Clipboard"_s);
+    QVERIFY(!menu->isEnabled());
+}
 
 void RecordListSelectionTest::selectsRowsByTheMouse()
 {
@@ -224,18 +242,20 @@ void RecordListSelectionTest::selectsARecordByItsID()
 
 void RecordListSelectionTest::selectsARecordThatIsFilteredOut()
 {
-    ListSite site;
+    ListSite site(severalAtOnce, 26);
     site.filterNames(u"of B"_s);
     site.click(0);
     site.filterByDialog(u"of C"_s);
     QCOMPARE(site.shown(), QString());
     const QSignalSpy spy(&*site.widget, &RecordListWidget::si_selectedRecordsChanged);
-    site.widget->select(u"D"_s, false);
+    site.widget->select(u"Z"_s, false);
     QCOMPARE(site.shown(), QString());
     QCOMPARE(spy.size(), 0);
-    site.widget->select(u"D"_s, true);
-    QCOMPARE(site.shown(), u"A B C D E"_s);
-    QCOMPARE(site.highlighted(), u"D"_s);
+    site.widget->select(u"Z"_s, true);
+    QCOMPARE(site.shown(), ListSite::ids(26).join(u' '));
+    QCOMPARE(site.highlighted(), u"Z"_s);
+    const QModelIndex row = site.view.model()->index(25, 1);
+    QTRY_VERIFY_WITH_TIMEOUT(site.view.viewport()->rect().contains(site.view.visualRect(row).center()), patience);
 }
 
 void RecordListSelectionTest::leavesTheSelectionForARecordThatIsFilteredOut()
@@ -491,6 +511,21 @@ void RecordListSelectionTest::outlivesItsController()
     QCOMPARE(site.widget->selectedRecords(), QStringList(u"D"_s));
     site.filterNames(u"of B"_s);
     QCOMPARE(site.shown(), u"B"_s);
+}
+
+void RecordListSelectionTest::outlivesAControllerThatOwnsTheList()
+{
+    ListSite site(severalAtOnce, 0);
+    auto* const list = new ListedRecords(ListSite::ids(5));
+    list->setParent(&*site.controller);
+    site.controller->list = list;
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    site.click(2);
+    QCOMPARE(site.widget->selectedRecords(), QStringList(u"C"_s));
+    site.controller.reset();
+    QCOMPARE(site.shown(), QString());
+    QCOMPARE(site.count(), u"0 recordings"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(site.widget->selectedRecords(), QStringList(), patience);
 }
 
 void RecordListSelectionTest::takesTheFocus()

@@ -1,21 +1,15 @@
 #include "listsite.h"
 
-#include "scriptedcondition.h"
-
 #include <resources/zelkoicons.h>
-#include <zelkoguibase/filter/multifiltersortproxymodel.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
 #include <zelkoguibase/recordlist/selectheaderview.h>
 
 #include <QAbstractItemModelTester>
 #include <QBoxLayout>
-#include <QClipboard>
 #include <QHeaderView>
-#include <QToolBar>
 #include <QToolTip>
 
 using namespace Qt::StringLiterals;
-using Controller = ZelkoGUI::IZelkoGUIController;
 using Widget = RecordListWidget;
 using ZelkoGUI::Filter::StringFilterCondition;
 
@@ -59,15 +53,13 @@ QString arrangementOf(const Widget& widget)
     return arrangementOf(*qobject_cast<QBoxLayout*>(widget.layout()));
 }
 
-QAction* actionOf(const QMenu& menu, const QString& name)
+/// A list that tells how many are told of its new rows.
+class CountingRecords final : public ListedRecords
 {
-    return menu.findChild<QAction*>(name);
-}
-
-QString clipboardText()
-{
-    return QGuiApplication::clipboard()->text();
-}
+public:
+    using ListedRecords::ListedRecords;
+    int listeners() const { return receivers(SIGNAL(rowsInserted(QModelIndex, int, int))); }
+};
 
 } // namespace
 
@@ -89,39 +81,17 @@ private Q_SLOTS:
     void keepsColumnsUnderItsName_data();
     void keepsColumnsUnderItsName();
 
-    void barsActionsWithoutAnIconFromTheToolbar();
-    void opensTheMenuOfActionsWithAClick();
-    void hasNoMenuWithoutActions();
-    void headsAMenuOfColumnsAlone();
-    void offersEachColumnToBeCopied();
-    void copiesAColumn();
-    void copiesAllColumns();
-    void copiesNothingOfWhatIsGone();
-    void countsWhatIsToBeCopied();
-
-    void filtersNames();
-    void saysThatAllIsFilteredOut();
-    void saysThatNothingIsThereInNoWords();
-    void coversTheRowsWithWhatItSays();
-    void followsTheExtendedFilter();
-    void resetsTheExtendedFilterByItsMenu();
-    void hasNoMenuForAFilterThatIsNotActive();
-    void bringsTheExtendedFilterBack();
-    void switchesTheInterfaceFilter();
-    void keepsFixedFilters();
-    void replacesFixedFilters();
-    void leavesAFixedFilterThatStays();
-    void forgetsAFixedFilterThatDies();
-
     void countsRecords();
     void countsAfterALargeChange();
     void showsTheDevice_data();
     void showsTheDevice();
     void aLongDeviceNameNeverWidensTheWindow();
+    void followsTheDevice_data();
     void followsTheDevice();
     void showsTheProgress_data();
     void showsTheProgress();
     void takesAnotherListOfTheController();
+    void leavesTheListThatItNoLongerShows();
     void takesAnotherListWhenTheOldOneIsGone();
     void isEmptyWhenItsListIsGone();
     void isNamedForThoseWhoCannotSeeIt();
@@ -260,335 +230,6 @@ void RecordListWidgetTest::keepsColumnsUnderItsName()
     QVERIFY(!header(*make(u"Another"_s))->isSectionHidden(4));
 }
 
-void RecordListWidgetTest::barsActionsWithoutAnIconFromTheToolbar()
-{
-    ListedRecords model;
-    ListController controller(&model, Controller::UserActionRename | Controller::UserActionDelete);
-    controller.recordAction(Controller::UserActionDelete)->setIcon(QIcon());
-    Widget widget(&controller, ListSite::everything, ListSite::allColumns, nullptr, u"Records"_s);
-    const auto* const toolbar = widget.findChild<QToolBar*>(u"ActionToolbar"_s);
-    QCOMPARE(toolbar->orientation(), Qt::Vertical);
-    QCOMPARE(toolbar->actions(), QList<QAction*>{controller.recordAction(Controller::UserActionRename)});
-    const auto* const menu = widget.findChild<QMenu*>(u"RecordListWidgetPopupMenu"_s);
-    QCOMPARE(menu->actions().first(2), controller.recordActions());
-}
-
-void RecordListWidgetTest::opensTheMenuOfActionsWithAClick()
-{
-    ListSite site;
-    site.click(1);
-    site.controller->take();
-    QVERIFY(withMenuOf(site, 1, [&](QMenu& menu) {
-        QCOMPARE(menu.actions().first(10), site.controller->recordActions());
-        QCOMPARE(MenuAnswer::texts(menu).last(2), (QStringList{u"-"_s, u"Copy to Clipboard (1)"_s}));
-        MenuAnswer::click(menu, site.controller->recordAction(Controller::UserActionReset));
-    }));
-    QCOMPARE(site.controller->take().value(0), u"reset B"_s);
-}
-
-void RecordListWidgetTest::hasNoMenuWithoutActions()
-{
-    ListSite site(ListSite::Options(33), 5, {});
-    QCOMPARE(partsOf(*site.widget), u"RecordTableView"_s);
-    QCOMPARE(site.view.contextMenuPolicy(), Qt::DefaultContextMenu);
-}
-
-void RecordListWidgetTest::headsAMenuOfColumnsAlone()
-{
-    ListSite site(ListSite::Options(32 | 64), 5, {});
-    site.click(1);
-    QVERIFY(withMenuOf(site, 1, [&](QMenu& menu) {
-        const QStringList texts = MenuAnswer::texts(menu);
-        QCOMPARE(texts.first(3), (QStringList{u"Copy to Clipboard"_s, u"-"_s, u"Name"_s}));
-        QCOMPARE(texts.size(), 2 + ListedRecords::ColumnCount + 1);
-        QVERIFY(!menu.actions().constFirst()->isEnabled());
-        MenuAnswer::click(menu, actionOf(menu, u"Copy_Name_toClipboard"_s));
-    }));
-    QCOMPARE(clipboardText(), u"name of B"_s);
-}
-
-void RecordListWidgetTest::offersEachColumnToBeCopied()
-{
-    ListSite site;
-    const auto* const menu = site.part<QMenu>("CopyToClipboardMenu");
-    const QList<QAction*> actions = menu->actions();
-    QCOMPARE(actions.size(), ListedRecords::ColumnCount + 1);
-    for (int column = 0; column < ListedRecords::ColumnCount; ++column) {
-        const QString text = site.model.headerData(column, Qt::Horizontal).toString();
-        QCOMPARE(actions[column]->text(), text);
-        QCOMPARE(actions[column]->objectName(), u"Copy_%1_toClipboard"_s.arg(text));
-        QCOMPARE(actions[column]->data(), QVariant(column));
-        QVERIFY(!actions[column]->font().bold());
-    }
-    QCOMPARE(actions.last()->text(), u"All Columns"_s);
-    QCOMPARE(actions.last()->objectName(), u"Copy_All_toClipboard"_s);
-    QCOMPARE(actions.last()->data(), QVariant(-1));
-    QVERIFY(actions.last()->font().bold());
-}
-
-void RecordListWidgetTest::copiesAColumn()
-{
-    ListSite site;
-    site.click(3);
-    site.click(1, Qt::ControlModifier);
-    auto* const menu = site.part<QMenu>("CopyToClipboardMenu");
-    QVERIFY(withMenuOf(site, 1, [&](QMenu& popup) {
-        QTest::keyClick(&popup, Qt::Key_Up); // the last entry
-        QTest::keyClick(&popup, Qt::Key_Right);
-        QVERIFY(menu->isVisible());
-        MenuAnswer::click(*menu, actionOf(*menu, u"Copy_Record ID_toClipboard"_s));
-    }));
-    QCOMPARE(clipboardText(), u"D\r\nB"_s);
-    QVERIFY(!QGuiApplication::overrideCursor());
-}
-
-void RecordListWidgetTest::copiesAllColumns()
-{
-    ListSite site;
-    site.click(3);
-    site.click(1, Qt::ControlModifier);
-    actionOf(*site.part<QMenu>("CopyToClipboardMenu"), u"Copy_All_toClipboard"_s)->trigger();
-    QStringList lines;
-    for (const int row : {3, 1}) {
-        QStringList cells;
-        for (int column = 0; column < ListedRecords::ColumnCount; ++column) {
-            cells << site.model.index(row, column).data().toString();
-        }
-        lines << cells.join(u';');
-    }
-    QCOMPARE(clipboardText(), lines.join(u"\r\n"_s));
-    QVERIFY(lines.constFirst().startsWith(u"name of D;"_s));
-}
-
-// All rows went, and the selection is told with the next news of the device.
-void RecordListWidgetTest::copiesNothingOfWhatIsGone()
-{
-    ListSite site;
-    site.click(3);
-    site.model.replace({});
-    actionOf(*site.part<QMenu>("CopyToClipboardMenu"), u"Copy_All_toClipboard"_s)->trigger();
-    QCOMPARE(clipboardText(), QString());
-}
-
-void RecordListWidgetTest::countsWhatIsToBeCopied()
-{
-    ListSite site;
-    const auto* const menu = site.part<QMenu>("CopyToClipboardMenu");
-    QCOMPARE(menu->title(), u"Copy to Clipboard"_s);
-    QVERIFY(!menu->isEnabled());
-    site.click(3);
-    site.click(1, Qt::ControlModifier);
-    QCOMPARE(menu->title(), u"Copy to Clipboard (2)"_s);
-    QVERIFY(menu->isEnabled());
-    site.controller->sl_selectedRecordsChanged({u"A"_s, u"B"_s, u"C"_s});
-    QCOMPARE(menu->title(), u"Copy to Clipboard (3)"_s);
-    site.controller->sl_selectedRecordsChanged({});
-    QCOMPARE(menu->title(), u"Copy to Clipboard"_s);
-    QVERIFY(!menu->isEnabled());
-}
-
-void RecordListWidgetTest::filtersNames()
-{
-    ListSite site;
-    site.filterNames(u"OF d"_s);
-    QCOMPARE(site.shown(), u"D"_s);
-    QVERIFY(site.view.model()->headerData(0, Qt::Horizontal, Qt::DecorationRole).isValid());
-    site.filterNames({});
-    QCOMPARE(site.shown(), u"A B C D E"_s);
-}
-
-void RecordListWidgetTest::saysThatAllIsFilteredOut()
-{
-    ListSite site;
-    const auto* const note = site.part<QLabel>("FilteredOutNote");
-    QVERIFY(note->isHidden());
-    site.filterNames(u"nothing"_s);
-    QVERIFY(note->isVisible());
-    QCOMPARE(note->text(), u"The filter hides all 5 recordings of this list."_s);
-    site.model.add(makeRecord(u"F"_s));
-    QCOMPARE(note->text(), u"The filter hides all 6 recordings of this list."_s);
-    site.model.replace({u"A"_s});
-    QCOMPARE(note->text(), u"The filter hides the one recording of this list."_s);
-    site.filterNames(u"n"_s);
-    QVERIFY(note->isHidden());
-}
-
-void RecordListWidgetTest::saysThatNothingIsThereInNoWords()
-{
-    ListSite site;
-    const auto* const note = site.part<QLabel>("FilteredOutNote");
-    site.filterNames(u"nothing"_s);
-    site.model.replace({});
-    QVERIFY(note->isHidden());
-    site.model.add(makeRecord(u"A"_s));
-    QVERIFY(note->isVisible());
-}
-
-void RecordListWidgetTest::coversTheRowsWithWhatItSays()
-{
-    ListSite site;
-    const auto* const note = site.part<QLabel>("FilteredOutNote");
-    site.filterNames(u"nothing"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(note->geometry(), site.view.viewport()->geometry(), patience);
-    site.view.window()->resize(500, 300);
-    QTRY_COMPARE_WITH_TIMEOUT(note->geometry(), site.view.viewport()->geometry(), patience);
-    site.view.horizontalHeader()->hide();
-    QTRY_COMPARE_WITH_TIMEOUT(note->geometry(), site.view.viewport()->geometry(), patience);
-}
-
-void RecordListWidgetTest::followsTheExtendedFilter()
-{
-    ListSite site;
-    const auto* const button = site.part<QToolButton>("ShowExtendedFilterButton");
-    QCOMPARE(button->toolTip(), u"Set extended filter settings..."_s);
-    const auto usual = button->icon().pixmap(24).toImage();
-    QCOMPARE(usual, QIcon(u":/Filter/Icons/Filter.svg"_s).pixmap(24).toImage());
-    site.filterByDialog(u"of B"_s);
-    QCOMPARE(site.shown(), u"B"_s);
-    QCOMPARE(button->toolTip(), u"Change extended filter settings..."_s);
-    QCOMPARE(button->icon().pixmap(24).toImage(), QIcon(u":/Filter/Icons/FilterActive.svg"_s).pixmap(24).toImage());
-    site.filterByDialog({});
-    QCOMPARE(button->toolTip(), u"Set extended filter settings..."_s);
-    QCOMPARE(button->icon().pixmap(24).toImage(), usual);
-    site.filterByDialog(u"of B"_s);
-    QCOMPARE(button->toolTip(), u"Change extended filter settings..."_s);
-    const auto conditions = site.part<ZelkoGUI::Filter::ExtendedFilterDialog>("ExtendedFilterDialog")->filters();
-    for (const auto& condition : conditions) {
-        delete condition.data();
-    }
-    QCOMPARE(button->toolTip(), u"Set extended filter settings..."_s);
-}
-
-void RecordListWidgetTest::resetsTheExtendedFilterByItsMenu()
-{
-    ListSite site;
-    site.filterByDialog(u"of B"_s);
-    site.filterNames(u"name"_s);
-    auto* const button = site.part<QToolButton>("ShowExtendedFilterButton");
-    const MenuAnswer answer([button](QMenu& menu) {
-        QCOMPARE(menu.pos(), button->mapToGlobal(QPoint(3, 3)));
-        QCOMPARE(MenuAnswer::texts(menu), QStringList(u"Reset"_s));
-        MenuAnswer::click(menu, menu.actions().constFirst());
-    });
-    QContextMenuEvent event(QContextMenuEvent::Mouse, {3, 3}, button->mapToGlobal(QPoint(3, 3)));
-    QCoreApplication::sendEvent(button, &event);
-    QVERIFY(answer.wasGiven());
-    QCOMPARE(site.shown(), u"A B C D E"_s);
-    QCOMPARE(button->findChildren<QMenu*>().size(), 0);
-}
-
-void RecordListWidgetTest::hasNoMenuForAFilterThatIsNotActive()
-{
-    ListSite site;
-    auto* const button = site.part<QToolButton>("ShowExtendedFilterButton");
-    const MenuAnswer answer([](QMenu&) {});
-    QContextMenuEvent event(QContextMenuEvent::Mouse, {3, 3}, button->mapToGlobal(QPoint(3, 3)));
-    QCoreApplication::sendEvent(button, &event);
-    site.activate();
-    button->setFocus();
-    QTest::keyClick(button, Qt::Key_Down, Qt::AltModifier);
-    ZelkoConsole::operatorhands::pressMenuKey();
-    QVERIFY(!answer.wasGiven());
-}
-
-void RecordListWidgetTest::bringsTheExtendedFilterBack()
-{
-    ListSite site;
-    auto* const button = site.part<QToolButton>("ShowExtendedFilterButton");
-    auto* const dialog = site.part<QDialog>("ExtendedFilterDialog");
-    dialog->setAttribute(Qt::WA_Moved);
-    QTest::keyClick(button, Qt::Key_Space);
-    QVERIFY(dialog->isVisible());
-    QVERIFY(!dialog->isModal());
-    dialog->showMinimized();
-    QTest::mouseClick(button, Qt::LeftButton);
-    QVERIFY(!dialog->isMinimized());
-    QVERIFY(dialog->isVisible());
-    dialog->move(dialog->pos() + QPoint(40, 30));
-    const QPoint moved = dialog->pos();
-    dialog->close();
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(dialog->pos(), moved);
-}
-
-void RecordListWidgetTest::switchesTheInterfaceFilter()
-{
-    ListSite site;
-    auto* const dialog = site.part<QDialog>("ExtendedFilterDialog");
-    dialog->show();
-    auto* const row = dialog->findChild<QWidget*>(u"InterfaceFilterWidget"_s);
-    site.widget->enableInterfaceFilter(false);
-    QVERIFY(row->isHidden());
-    site.widget->enableInterfaceFilter(true);
-    QVERIFY(!row->isHidden());
-    ListSite(ListSite::Options(0)).widget->enableInterfaceFilter(true);
-}
-
-void RecordListWidgetTest::keepsFixedFilters()
-{
-    ListSite site;
-    auto* const fixed = new StringFilterCondition(ListedRecords::RecordIDColumn, ListedRecords::ValueRole, nullptr);
-    fixed->setRegExp(u"[BCD]"_s, Qt::CaseSensitive, QRegExp::RegExp);
-    fixed->setEnabled(true);
-    site.widget->setFixedFilter({fixed});
-    QCOMPARE(site.shown(), u"B C D"_s);
-    site.filterNames(u"of C"_s);
-    site.widget->select(u"E"_s, true);
-    QCOMPARE(site.shown(), u"B C D"_s);
-    QCOMPARE(site.highlighted(), QString());
-    QCOMPARE(site.count(), u"3/5 recordings"_s);
-    site.widget->resetFixedFilter();
-    QCOMPARE(site.shown(), u"A B C D E"_s);
-}
-
-void RecordListWidgetTest::replacesFixedFilters()
-{
-    ListSite site;
-    QObject owner;
-    const auto make = [&owner](const QString& pattern) {
-        auto* const filter = new StringFilterCondition(ListedRecords::RecordIDColumn, ListedRecords::ValueRole, &owner);
-        filter->setPattern(pattern);
-        filter->setEnabled(true);
-        return filter;
-    };
-    auto* const first = make(u"[AB]"_s);
-    site.widget->setFixedFilter({first, make(u"[BC]"_s)});
-    QCOMPARE(site.shown(), u"B"_s);
-    site.widget->setFixedFilter({make(u"[DE]"_s)});
-    QCOMPARE(site.shown(), u"D E"_s);
-    first->setPattern(u"X"_s);
-    QCOMPARE(site.shown(), u"D E"_s);
-    QCOMPARE(owner.children().size(), 3);
-}
-
-// It belongs to the list from the first call on, which must not delete it in the second.
-void RecordListWidgetTest::leavesAFixedFilterThatStays()
-{
-    ListSite site;
-    auto* const fixed = new StringFilterCondition(ListedRecords::RecordIDColumn, ListedRecords::ValueRole, nullptr);
-    fixed->setPattern(u"[BCD]"_s);
-    fixed->setEnabled(true);
-    site.widget->setFixedFilter({fixed});
-    site.widget->setFixedFilter({fixed});
-    QCOMPARE(site.shown(), u"B C D"_s);
-    fixed->setPattern(u"E"_s);
-    QCOMPARE(site.shown(), u"E"_s);
-}
-
-void RecordListWidgetTest::forgetsAFixedFilterThatDies()
-{
-    ListSite site;
-    auto fixed = std::make_unique<StringFilterCondition>(7, 33, nullptr);
-    fixed->setPattern(u"B"_s);
-    fixed->setEnabled(true);
-    site.widget->setFixedFilter({fixed.get()});
-    QCOMPARE(site.shown(), u"B"_s);
-    fixed.reset();
-    QCOMPARE(site.shown(), u"A B C D E"_s);
-    site.widget->resetFixedFilter();
-    QCOMPARE(site.shown(), u"A B C D E"_s);
-}
-
 void RecordListWidgetTest::countsRecords()
 {
     ListSite site(ListSite::everything, 12);
@@ -672,14 +313,29 @@ void RecordListWidgetTest::aLongDeviceNameNeverWidensTheWindow()
     QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), label->text(), patience);
 }
 
+void RecordListWidgetTest::followsTheDevice_data()
+{
+    QTest::addColumn<int>("options");
+    QTest::newRow("with a label for it") << 8;
+    QTest::newRow("without a label") << 0;
+}
+
 void RecordListWidgetTest::followsTheDevice()
 {
-    ListSite site;
-    QCOMPARE(site.part<QLabel>("ActiveDeviceLabel")->text(), u"Device: device, north"_s);
+    QFETCH(int, options);
+    ListSite site{ListSite::Options(QFlag(options))};
+    if (const auto* const label = site.part<QLabel>("ActiveDeviceLabel")) {
+        QCOMPARE(label->text(), u"Device: device, north"_s);
+    }
     site.click(1);
     const QSignalSpy spy(&*site.widget, &Widget::si_selectedRecordsChanged);
     Q_EMIT site.controller->si_activeDeviceChanged({}, {});
     QCOMPARE(spy, QList<QList<QVariant>>{{QStringList(u"B"_s)}});
+    ListedRecords other({u"X"_s, u"Y"_s});
+    site.controller->list = &other;
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    QCOMPARE(site.shown(), u"X Y"_s);
+    QCOMPARE(spy.constLast(), QList<QVariant>{QStringList()});
 }
 
 void RecordListWidgetTest::showsTheProgress_data()
@@ -732,6 +388,19 @@ void RecordListWidgetTest::takesAnotherListOfTheController()
     QCOMPARE(site.count(), before);
     site.click(0);
     QCOMPARE(site.controller->selectedRecords(), QStringList(u"X"_s));
+}
+
+void RecordListWidgetTest::leavesTheListThatItNoLongerShows()
+{
+    ListSite site;
+    CountingRecords old({u"A"_s});
+    const int itsOwn = old.listeners();
+    site.controller->list = &old;
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    QVERIFY(old.listeners() > itsOwn);
+    site.controller->list = &site.model;
+    Q_EMIT site.controller->si_activeDeviceChanged({}, {});
+    QCOMPARE(old.listeners(), itsOwn);
 }
 
 void RecordListWidgetTest::takesAnotherListWhenTheOldOneIsGone()

@@ -173,7 +173,10 @@ private Q_SLOTS:
         Setting setting(std::chrono::milliseconds(1));
         clickRow(setting.table, 3);
         setting.lose();
-        QTest::qWait(10); // longer than rows may fail to come
+        QTimer longer; // than rows may fail to come
+        longer.setSingleShot(true);
+        longer.start(2);
+        QTRY_VERIFY_WITH_TIMEOUT(!longer.isActive(), patience);
         QCOMPARE(setting.keeper.awaited(), 1);
         setting.comeBack(0, count);
         QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(3)), patience);

@@ -1,25 +1,12 @@
 #pragma once
 
-#include "moment.h"
 #include "testbookmarks.h"
+#include "tiedbar.h"
 
-#include <chartcontrols/vcreplaybar.h>
-
-#include <QTest>
-
-/// A replay bar of 100 seconds from the begin of the records of tests, one second a pixel, that begins 10 pixels from
-/// the left.
-struct BookmarkBar
+/// A bar as tests drive it, of a recording that begins when the records of tests do, and what is read off it.
+struct BookmarkBar : TiedBar
 {
-    BookmarkBar()
-    {
-        bar.SetPixOffset(10, 10);
-        bar.resize(121, 60);
-        bar.SetRecordingStart_ValuePath(start.path());
-        bar.SetRecordingStop_ValuePath(stop.path());
-        bar.SetCurrentPosition_ValuePath(position.path());
-        bar.show();
-    }
+    static_assert(begin == static_cast<long long>(recordBegin));
 
     QStringList bookmarks() const
     {
@@ -40,16 +27,6 @@ struct BookmarkBar
         return result;
     }
 
-    QPoint headOf(int second) const { return {10 + second, bar.rulerHeight() + 6}; }
-    void press(int second) { QTest::mousePress(&bar, Qt::LeftButton, {}, headOf(second)); }
-    void moveTo(int second) { QTest::mouseMove(&bar, headOf(second)); }
-    void release(int second) { QTest::mouseRelease(&bar, Qt::LeftButton, {}, headOf(second)); }
-
     /// Sets a bookmark at the position, second 50, if the bar lets a user do so.
-    void insert() { QTest::keyClick(&bar, Qt::Key_Insert); }
-
-    const Moment start{recordBegin};
-    const Moment stop{recordBegin + 100'000'000};
-    const Moment position{recordBegin + 50'000'000};
-    VCReplayBar bar{nullptr, "ZelkoReplayBar", true};
+    void insert() { key(Qt::Key_Insert); }
 };

@@ -32,6 +32,8 @@ public:
         bool isOlder = false;          ///< knows none of the newer operations
         CORBA::Long olderPort = 0;     ///< what it then says, where its data arrive
         CORBA::Long olderAddress = 0;
+        bool availableForReplay = true;
+        bool connectsForReplay = true;
     };
     Answers answers;
 
@@ -44,6 +46,12 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         return m_port;
+    }
+    /// Of the recorder, where the samples of a replay are to be had; 0 before the first.
+    quint16 replayPort() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_replayPort;
     }
     void release()
     {
@@ -93,10 +101,21 @@ public:
     void startDataFlowNG(const char*, const char*, CORBA::Long port) override { start("start", port); }
     void stopDataFlow(const char*) override { note("stop"); }
     void disconnect(const char*) override { note("disconnect"); }
-    CORBA::Boolean isAvailableForReplay(const char*, const QD_ZLK::StringSeq&) override { return false; }
-    CORBA::Boolean connectForReplay(const char*, const QD_ZLK::DataEndpointSeq&, const QD_ZLK::LongSeq&) override
+    CORBA::Boolean isAvailableForReplay(const char*, const QD_ZLK::StringSeq& devices) override
     {
-        return false;
+        note(QStringLiteral("available for replay %1").arg(devices.length() == 1 ? devices[0].in() : "?"));
+        return answers.availableForReplay;
+    }
+    CORBA::Boolean connectForReplay(const char*, const QD_ZLK::DataEndpointSeq& endpoints,
+                                    const QD_ZLK::LongSeq&) override
+    {
+        const bool isStream = endpoints.length() == 1 && endpoints[0].kind == QD_ZLK::ENDPOINT_TCP;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_replayPort = static_cast<quint16>(isStream ? endpoints[0].portNumber : 0);
+        }
+        note("connect for replay");
+        return answers.connectsForReplay;
     }
     void DataTransferStarted(const char*) override { note("started"); }
     void stoppingDataTransfer(const char*) override { note("stopping"); }
@@ -146,6 +165,7 @@ private:
     std::condition_variable m_changed;
     QStringList m_calls;
     quint16 m_port = 0;
+    quint16 m_replayPort = 0;
     bool m_released = false;
 };
 

@@ -7,6 +7,7 @@
 #include "inputlines.h"
 #include "patience.h"
 #include "recorderclient.h"
+#include "replayreceiver.h"
 
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/corbatext.h>
@@ -29,7 +30,7 @@ using ZelkoTest::ChannelManager;
 constexpr char managerKey[] = "Manager";
 const QString done = QStringLiteral("done");
 
-/// Says the wishes of a manager to a recorder, and sends the data of its channel.
+/// Says the wishes of a manager to a recorder, sends the data of its channel, and takes those of its replays.
 class Session
 {
 public:
@@ -69,7 +70,7 @@ private:
     QString enter(IF_ZLK_c_ChanMan::_ptr_type manager, const QString& name)
     {
         CORBA::String_var id;
-        m_channel = m_entry->registerChannel(manager, QD_ZLK::RATE_16_KB, QD_ZLK::FORMAT_IQ16, true, false,
+        m_channel = m_entry->registerChannel(manager, QD_ZLK::RATE_16_KB, QD_ZLK::FORMAT_IQ16, true, true,
                                              toCorba(name), id.out());
         return fromCorba(id.in());
     }
@@ -105,6 +106,20 @@ private:
         const bool sent = m_sendsStream ? sendStream(bytes) : sendDatagram(bytes);
         return sent ? done : QStringLiteral("nothing was sent");
     }
+    // Comes for the samples of the replay that is about to begin.
+    QString receive()
+    {
+        if (m_manager->replayPort() == 0) {
+            return QStringLiteral("nothing to receive");
+        }
+        m_receiver = std::make_unique<ZelkoTest::ReplayReceiver>(m_manager->replayPort());
+        return done;
+    }
+    // Bytes of samples, and whether the last of them has come.
+    QString received() const
+    {
+        return QStringLiteral("%1 %2").arg(m_receiver->samples().size()).arg(m_receiver->hasEnded() ? "all" : "so far");
+    }
     bool sendDatagram(const QByteArray& bytes)
     {
         return m_datagrams.writeDatagram(bytes, QHostAddress::LocalHost, m_manager->port()) == bytes.size();
@@ -126,6 +141,7 @@ private:
     QD_ZLK::IF_ZLK_c_Chan_var m_channel = QD_ZLK::IF_ZLK_c_Chan::_nil();
     QUdpSocket m_datagrams;
     QTcpSocket m_stream;
+    std::unique_ptr<ZelkoTest::ReplayReceiver> m_receiver;
     const std::map<QString, Answer> m_answers{
         {"register", [this](const QString& name) { return enter(name); }},
         {"register-nobody", [this](const QString& name) { return enter(IF_ZLK_c_ChanMan::_nil(), name); }},
@@ -135,6 +151,8 @@ private:
         {"find", [this](const QString& id) { return find(id); }},
         {"calls", [this](const QString&) { return calls(); }},
         {"send", [this](const QString& number) { return send(number); }},
+        {"receive", [this](const QString&) { return receive(); }},
+        {"received", [this](const QString&) { return received(); }},
     };
 };
 

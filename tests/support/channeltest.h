@@ -22,10 +22,10 @@ protected:
         QString id;
     };
 
-    void begin(const ZelkoRecorder::ServiceHost::Options& options = {})
+    void begin(const ZelkoRecorder::ServiceHost::Options& options = {}, const ServiceRecorder::Fill& fill = {})
     {
         m_recorder.reset();
-        m_recorder = ServiceRecorder::loaded(ServiceRecorder::Fill(), options);
+        m_recorder = ServiceRecorder::loaded(fill, options);
         QVERIFY(m_recorder);
         m_published = std::make_unique<PublishedManager>(m_recorder->orb);
         m_manager = &m_published->manager();
@@ -47,13 +47,13 @@ protected:
     QD_ZLK::IF_ZLK_c_ZLK_var entry() const { return m_recorder->entry(); }
 
     /// Registers a channel of the manager, which is reached at `port`; 0: at its own.
-    Registered enter(const char* name, const char* device = "", quint16 port = 0) const
+    Registered enter(const char* name, const char* device = "", quint16 port = 0, bool canReplay = false) const
     {
         return onCallerThread([&] {
             CORBA::String_var id;
             Registered result;
             result.channel = entry()->registerChannelEx(m_published->reference(port), QD_ZLK::RATE_16_KB,
-                                                        QD_ZLK::FORMAT_IQ16, true, false, name, device, id.out());
+                                                        QD_ZLK::FORMAT_IQ16, true, canReplay, name, device, id.out());
             result.id = ZelkoCommon::fromCorba(id.in());
             return result;
         });

@@ -56,8 +56,21 @@ private:
         }
         QByteArray bytes = m_from->readAll();
         damage(bytes);
+        hideCodeSets(bytes);
         m_bytes += bytes.size();
         m_waiting.emplace_back(m_clock.elapsed() + m_faults.delay, bytes);
+    }
+
+    // The service context of a request, of number 1 and 12 bytes, in the byte order of this machine.
+    void hideCodeSets(QByteArray& bytes)
+    {
+        const QByteArray context("\x01\0\0\0\x0c\0\0\0\x01", 9);
+        constexpr qsizetype codeSet = 12; // in it, of texts
+        const qsizetype at = m_faults.codeSetsHidden ? bytes.indexOf(context) : -1;
+        if (at >= 0 && at + codeSet < bytes.size()) {
+            bytes[at + codeSet] = '\x7f';
+            ++m_faults.damaged;
+        }
     }
 
     void keep(const QByteArray& part)

@@ -33,6 +33,10 @@ public:
     /// Damages one byte out of so many that go to the target, or come back; 0 for none.
     void setDamage(int oneInBytes) { m_faults->damage = oneInBytes; }
 
+    /// Makes what clients say of their code sets, once for a connection, into something that no server knows. Each time
+    /// counts as damage.
+    void setCodeSetsHidden(bool hidden) { m_faults->codeSetsHidden = hidden; }
+
     /// Passes nothing on, until it is set back.
     void setFrozen(bool frozen) { m_faults->frozen = frozen; }
 
@@ -61,6 +65,7 @@ public:
         std::atomic<int> delay = 0;
         std::atomic<int> pieces = 0;
         std::atomic<int> damage = 0;
+        std::atomic<bool> codeSetsHidden = false;
         std::atomic<bool> frozen = false;
         std::atomic<int> cuts = 0;
         std::atomic<int> cutConnections = 0;

@@ -17,6 +17,7 @@ public:
     {
         return ZelkoRecorder::DeviceStore(folder.path());
     }
+    ZelkoRecorder::DeviceService* service(const QString&) const override { return nullptr; }
     void whenReady(const QString&, QObject*, std::function<void()> ready) override { waiting.push_back(ready); }
     const ZelkoRecorder::DeviceClock& clock(const QString&) const override { return deviceClock; }
     void recordBegins(const QString&, const QString& id, std::function<void()>,

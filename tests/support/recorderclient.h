@@ -1,6 +1,7 @@
 #pragma once
 
 #include <recordervalues.h>
+#include <shownchannel.h>
 #include <testusers.h>
 
 #include <zelkobase/connection/ivtclient.h>
@@ -30,12 +31,23 @@ public:
         return {m_tree, ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem()), device};
     }
 
+    /// The channel of that ID.
+    ShownChannel channel(const QString& id)
+    {
+        return {m_tree, ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem()), id};
+    }
+
     /// Sets a value here, from where it travels to the recorder.
     template <typename T, typename Content>
     void write(T* value, const Content& content)
     {
         m_link.client()->AddValue(value, 0);
         value->SetValue(content, nullptr);
+    }
+    void select(ValueSelection* value, int key)
+    {
+        m_link.client()->AddValue(value, 0);
+        value->SetCurrentKey(key, nullptr);
     }
 
 private:

@@ -100,6 +100,7 @@ private Q_SLOTS:
     void aFrozenLineIsGivenUpAndTakenUpAgain();
     void damageLeadsToAReconnectAndAnEqualTree_data();
     void damageLeadsToAReconnectAndAnEqualTree();
+    void aConnectionWithoutCodeSetsIsNotTriedAgain();
     void aDamagedWriteIsNeverCarriedOut();
     void garbageFromAStrangerHarmsNobody();
     void bytesBehindTheArgumentsOfACallCostNoMemory();
@@ -268,6 +269,20 @@ void TestLinkFaults::damageLeadsToAReconnectAndAnEqualTree()
     server.ask("churn 0");
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "1", patience);
+}
+
+// They are told once for a connection; without them the server answers every text on it with an error.
+void TestLinkFaults::aConnectionWithoutCodeSetsIsNotTriedAgain()
+{
+    PeerProcess server;
+    server.ask("populate 10");
+    m_toServer.setTarget(server.port());
+    m_toServer.setCodeSetsHidden(true);
+    const int damagedBefore = m_toServer.damaged();
+    LinkClient client(*m_orb, m_toServer.port(), options());
+    QTRY_VERIFY_WITH_TIMEOUT(m_toServer.damaged() > damagedBefore, patience);
+    m_toServer.setCodeSetsHidden(false);
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
 }
 
 void TestLinkFaults::aDamagedWriteIsNeverCarriedOut()

@@ -316,8 +316,10 @@ void ExtendedFilterDialog::sl_restoreFilterSettings()
         rememberFolderOf(fileName);
     } catch (const RGException& exception) {
         traceException("loading", exception, __LINE__);
-        guiHelper::warn(this, tr("unable to load file"), exception.GetMessage(), QMessageBox::Ok,
-                        filterfile::Failure::reasonOf(exception));
+        if (guard) {
+            guiHelper::warn(this, tr("unable to load file"), exception.GetMessage(), QMessageBox::Ok,
+                            filterfile::Failure::reasonOf(exception));
+        }
     }
 }
 

@@ -62,13 +62,18 @@ void carryOut(const Operation& operation, const QString& failure, const QString&
     }
 }
 
+QString nameOf(const ZELKO_XML::FilterCondition& entry)
+{
+    return entry.GetName().isEmpty() ? ExtendedFilterDialog::tr("column %1").arg(entry.GetColumn()) : entry.GetName();
+}
+
 // Such a pattern would pass nothing, and whoever restores a filter could not tell why.
 void refuseComplexPatterns(const FilterConditionList& list)
 {
     for (const ZELKO_XML::FilterCondition& entry : list.GetFilterCondition()) {
         if (entry.IsStringFilterSet() && StringFilterCondition::isTooComplex(entry.GetStringFilter())) {
             throw RGException(QStringLiteral("FilterConditionList"),
-                              ExtendedFilterDialog::tr("the pattern of %1 is too complex").arg(entry.GetName()));
+                              ExtendedFilterDialog::tr("the pattern of %1 is too complex").arg(nameOf(entry)));
         }
     }
 }

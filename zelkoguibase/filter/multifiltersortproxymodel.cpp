@@ -52,7 +52,9 @@ public:
     RejectingColumns rejectingColumns{filters};
     std::optional<FilterRound> round; // while the rows are made to follow it
     HeldRows::Selections selections;
-    int leavingRows = 0; // of the source, which the list has lost already
+    int leavingRows = 0;   // of the source, which the list has lost already
+    int sourceChanges = 0; // that the base class has not taken over whole, one within the other
+    bool knowsEndsOfSourceChanges = false;
     bool isFiltering = false;
     bool isOutdated = false; // the conditions changed meanwhile
     std::unique_ptr<QObject> sourceConnections;
@@ -122,6 +124,7 @@ MultiFilterSortProxyModel::MultiFilterSortProxyModel(QObject* parent)
 {
     followOwnChanges();
     connect(this, &QAbstractProxyModel::sourceModelChanged, this, &MultiFilterSortProxyModel::followSource);
+    connect(this, &QAbstractItemModel::modelReset, this, &MultiFilterSortProxyModel::followEndsOfSourceChanges);
 }
 
 MultiFilterSortProxyModel::~MultiFilterSortProxyModel() = default;
@@ -144,10 +147,13 @@ void MultiFilterSortProxyModel::followSource()
 {
     d->forgetSource();
     d->leavingRows = 0;
+    d->sourceChanges = 0;
+    d->knowsEndsOfSourceChanges = false;
     d->sourceConnections = std::make_unique<QObject>();
     if (!sourceModel()) {
         return;
     }
+    followBeginningsOfSourceChanges();
     followSourceContent();
     using Model = QAbstractItemModel;
     const auto onAny = [this](auto... changes) {
@@ -156,6 +162,40 @@ void MultiFilterSortProxyModel::followSource()
     };
     onAny(&Model::layoutChanged, &Model::modelReset, &Model::rowsMoved, &Model::columnsInserted, &Model::columnsRemoved,
           &Model::columnsMoved);
+}
+
+void MultiFilterSortProxyModel::followBeginningsOfSourceChanges()
+{
+    using Model = QAbstractItemModel;
+    const auto onAny = [this](auto... beginnings) {
+        const auto begin = [this] { ++d->sourceChanges; };
+        (connect(sourceModel(), beginnings, d->sourceConnections.get(), begin), ...);
+    };
+    onAny(&Model::dataChanged, &Model::rowsAboutToBeInserted, &Model::rowsAboutToBeRemoved, &Model::rowsAboutToBeMoved,
+          &Model::columnsAboutToBeInserted, &Model::columnsAboutToBeRemoved, &Model::columnsAboutToBeMoved,
+          &Model::layoutAboutToBeChanged, &Model::modelAboutToBeReset);
+}
+
+// Told of the first reset of this list behind a new source, these connections stand behind those of the base class.
+void MultiFilterSortProxyModel::followEndsOfSourceChanges()
+{
+    if (!sourceModel() || std::exchange(d->knowsEndsOfSourceChanges, true)) {
+        return;
+    }
+    using Model = QAbstractItemModel;
+    const auto onAny = [this](auto... ends) {
+        (connect(sourceModel(), ends, d->sourceConnections.get(), [this] { sourceChangeEnded(); }), ...);
+    };
+    onAny(&Model::dataChanged, &Model::rowsInserted, &Model::rowsRemoved, &Model::rowsMoved, &Model::columnsInserted,
+          &Model::columnsRemoved, &Model::columnsMoved, &Model::layoutChanged, &Model::modelReset);
+}
+
+void MultiFilterSortProxyModel::sourceChangeEnded()
+{
+    d->sourceChanges = std::max(d->sourceChanges - 1, 0);
+    if (d->isOutdated) {
+        filterHasChanged();
+    }
 }
 
 void MultiFilterSortProxyModel::followSourceContent()
@@ -247,7 +287,10 @@ void MultiFilterSortProxyModel::clearFilters()
         filter->disconnect(this);
     }
     filters.removeIf([this](AbstractFilterCondition* filter) { return filter->parent() != this; });
-    qDeleteAll(filters);
+    const QList<QPointer<AbstractFilterCondition>> own(filters.begin(), filters.end());
+    for (const auto& filter : own) {
+        delete filter; // somebody may have taken others with one
+    }
     filterHasChanged();
 }
 
@@ -261,8 +304,9 @@ void MultiFilterSortProxyModel::followSelection(const QItemSelectionModel* selec
 
 void MultiFilterSortProxyModel::filterHasChanged()
 {
-    filterAnew();
-    invalidateHeaderData();
+    if (filterAnew()) {
+        invalidateHeaderData();
+    }
 }
 
 // All that is left of the condition is a QObject: it can be compared, and cannot be asked whether it was active.
@@ -282,17 +326,19 @@ void MultiFilterSortProxyModel::invalidateHeaderData()
     Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns - 1);
 }
 
-// Rows that come and go in single steps are counted beforehand, so a change from within one has to wait.
-void MultiFilterSortProxyModel::filterAnew()
+// Rows that come and go in single steps are counted beforehand, also by the base class when the source changes, so a
+// change from within one has to wait. False if it does.
+bool MultiFilterSortProxyModel::filterAnew()
 {
     d->isOutdated = true;
-    if (d->isFiltering) {
-        return;
+    if (d->isFiltering || d->sourceChanges > 0) {
+        return false;
     }
     const QScopedValueRollback filtering(d->isFiltering, true);
     while (std::exchange(d->isOutdated, false)) {
         judgeAndShow();
     }
+    return true;
 }
 
 // The rows are judged once; the base class, which asks for each row anew, is answered from that.

@@ -24,9 +24,8 @@ class AbstractFilterCondition;
 /// A layout change puts rows with equal sort keys into the order of the source. Lists that do not follow their source
 /// (`dynamicSortFilter`) always get single steps.
 ///
-/// Conditions may be changed by whoever is told of a change of the list. Such a change is taken when the one that was
-/// told of is complete, before the operation that began it returns. They may not be changed while the source is between
-/// the two signals of a change of its rows.
+/// Conditions may be changed by whoever is told of a change of the list or of its source. Such a change is taken when
+/// the one that was told of is complete, before the operation that began it returns.
 ///
 /// The decoration of a horizontal header section is an icon while an active condition on its column rejects a row of
 /// the source, whether or not others reject that row too; a decoration of the source's own goes first.
@@ -75,7 +74,10 @@ private:
     void followOwnChanges();
     void followSource();
     void followSourceContent();
-    void filterAnew();
+    void followBeginningsOfSourceChanges();
+    void followEndsOfSourceChanges();
+    void sourceChangeEnded();
+    bool filterAnew();
     void judgeAndShow();
     void showInLayouts();
     void hideBeforeShowing();

@@ -109,6 +109,11 @@ TextFilterWidget::TextFilterWidget(StringFilterCondition* condition, QWidget* pa
 
 TextFilterWidget::~TextFilterWidget() = default;
 
+void TextFilterWidget::removeMargins()
+{
+    layout()->setContentsMargins({});
+}
+
 void TextFilterWidget::connectChildren()
 {
     connect(d->textEdit, &QLineEdit::textEdited, this, &TextFilterWidget::sl_textChanged);

@@ -26,6 +26,9 @@ public:
     TextFilterWidget(StringFilterCondition* condition, QWidget* parent);
     ~TextFilterWidget() override;
 
+    /// Leaves no room around the parts, which stand in a row with other widgets then.
+    void removeMargins();
+
     /// Empties the pattern. Syntax and case stay, and so does a condition that is off.
     void resetFilter() override;
 

@@ -147,7 +147,7 @@ void RecordListWidget::Private::makeNameFilter()
     nameFilter = new Filter::TextFilterWidget(nameCondition, owner);
     nameFilter->setObjectName(QStringLiteral("RecordNameFilterWidget"));
     nameFilter->setAccessibleName(tr("Filter by name"));
-    nameFilter->layout()->setContentsMargins(0, 0, 0, 0); // a part of the row, like the others
+    nameFilter->removeMargins(); // a part of the row, like the others
     nameCondition->setEnabled(true);
 }
 

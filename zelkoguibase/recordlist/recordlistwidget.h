@@ -71,9 +71,10 @@ public:
     Q_DECLARE_FLAGS(Options, enOption)
     Q_FLAG(Options)
 
-    /// Becomes the dialog parent of `controller`, which is not owned and may go first: there are no records then.
-    /// `filterColumns` are the rows of the extended filter dialog. `name` is the object name; columns are kept under
-    /// "RecordListWidget" if it is empty.
+    /// Becomes the dialog parent of `controller`, which must not be null and is not owned. It may go first: its records
+    /// stay in the table for as long as the list that it had of them is there. What it has selected so far is not
+    /// taken over: it is told that nothing is. `filterColumns` are the rows of the extended filter dialog. `name` is
+    /// the object name; columns are kept under "RecordListWidget" if it is empty.
     RecordListWidget(IZelkoGUIController* controller, const QFlags<enOption>& options,
                      const QFlags<Filter::ExtendedFilterDialog::enFilterColumn>& filterColumns, QWidget* parent,
                      const QString& name);

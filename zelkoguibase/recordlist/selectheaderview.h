@@ -7,7 +7,8 @@
 
 namespace ZelkoGUI {
 
-/// A header that marks the sections in which something is selected, with an icon at their right. GUI thread only.
+/// A header that marks the sections in which something is selected, with an icon at their right. Of a tree only what
+/// stands directly below the root of its view counts, not the branches. GUI thread only.
 class ZELKOGUIBASE_EXPORT SelectHeaderView : public QHeaderView
 {
     Q_OBJECT

@@ -29,6 +29,7 @@ struct SelectionKeeper::Private
 
     void remember();
     void rowsCame(int first, int last);
+    void allRowsCame() { rowsCame(0, proxy->rowCount() - 1); }
     void restore();
     void restoreCurrent();
     void restoreScrolling();
@@ -153,18 +154,27 @@ SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy,
     : QObject(parent)
     , d(std::make_unique<Private>(view, proxy))
 {
-    d->soon.setSingleShot(true);
+    followTimers(pause);
+    followRows();
+    watchTheUser();
+}
+
+SelectionKeeper::~SelectionKeeper() = default;
+
+void SelectionKeeper::followTimers(std::chrono::milliseconds pause)
+{
+    for (QTimer* const timer : {&d->soon, &d->pause, &d->limit}) {
+        timer->setSingleShot(true);
+    }
     d->soon.setInterval(0);
-    d->pause.setSingleShot(true);
     d->pause.setInterval(pause);
+    d->limit.setInterval(longestRefill * pause);
     connect(&d->soon, &QTimer::timeout, this, [this] {
         d->restore();
         if (std::exchange(d->isReplaced, false)) {
             Q_EMIT replaced();
         }
     });
-    d->limit.setSingleShot(true);
-    d->limit.setInterval(longestRefill * pause);
     for (QTimer* const over : {&d->pause, &d->limit}) {
         connect(over, &QTimer::timeout, this, [this] {
             d->restore();
@@ -172,28 +182,36 @@ SelectionKeeper::SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy,
             Q_EMIT ended();
         });
     }
+}
+
+void SelectionKeeper::followRows()
+{
+    const QAbstractItemModel* const proxy = d->proxy;
     connect(proxy, &QAbstractItemModel::modelAboutToBeReset, this, [this] { d->remember(); });
     connect(proxy, &QAbstractItemModel::modelReset, this, [this] {
-        d->rowsCame(0, d->proxy->rowCount() - 1);
+        d->allRowsCame();
         d->isReplaced = true;
         d->soon.start();
     });
     connect(proxy, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex&, int first, int last) { d->rowsCame(first, last); });
-    connect(proxy, &QAbstractItemModel::layoutChanged, this, [this] { d->rowsCame(0, d->proxy->rowCount() - 1); });
-    const QList<QWidget*> watched{view,
-                                  view->viewport(),
-                                  view->verticalScrollBar(),
-                                  view->horizontalScrollBar(),
-                                  view->verticalHeader()->viewport(),
-                                  view->horizontalHeader(), // takes keys itself
-                                  view->horizontalHeader()->viewport()};
+    connect(proxy, &QAbstractItemModel::layoutChanged, this, [this] { d->allRowsCame(); });
+}
+
+void SelectionKeeper::watchTheUser()
+{
+    const QTableView& view = *d->view;
+    const QList<QWidget*> watched{d->view,
+                                  view.viewport(),
+                                  view.verticalScrollBar(),
+                                  view.horizontalScrollBar(),
+                                  view.verticalHeader()->viewport(),
+                                  view.horizontalHeader(), // takes keys itself
+                                  view.horizontalHeader()->viewport()};
     for (QWidget* const widget : watched) {
         widget->installEventFilter(this);
     }
 }
-
-SelectionKeeper::~SelectionKeeper() = default;
 
 void SelectionKeeper::forget()
 {

@@ -46,6 +46,11 @@ protected:
 
 private:
     struct Private;
+
+    void followTimers(std::chrono::milliseconds pause);
+    void followRows();
+    void watchTheUser();
+
     const std::unique_ptr<Private> d;
 };
 

@@ -4,6 +4,7 @@
 #include <observerbase/trace.h>
 #include <zelkobase/connection/linkframe.h>
 #include <zelkobase/connection/linksubscriber_p.h>
+#include <zelkobase/orb/callbreaker.h>
 #include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/corbacall.h>
 #include <zelkobase/orb/orb.h>
@@ -175,6 +176,8 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
     connection.subscriber = new LinkSubscriber(m_queue, connection.number, m_options.patience);
     const PortableServer::ServantBase_var guard(connection.subscriber);
     takeTlsRefusal(); // of a connection before
+    CallBreaker breaker;
+    const CallBreaker::Scope scope(breaker);
     try {
         const CORBA::Object_var object =
             m_orb.remoteObject(m_subSystem.host, m_subSystem.port, ZelkoTreeLink::OBJECT_KEY);
@@ -193,6 +196,9 @@ std::optional<LinkWorker::Connection> LinkWorker::attach()
         enter(connection);
         return connection;
     } catch (const CORBA::Exception& exception) {
+        if (CORBA::SystemException::_downcast(&exception)) {
+            breaker.breakCalls(); // what was agreed on once for this connection may be what is wrong; another is tried
+        }
         noteDenial(isDenial(exception));
         deactivate(connection);
         m_queue->reportFailure(explain(exception), isDenial(exception));

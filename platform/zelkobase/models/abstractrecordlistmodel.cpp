@@ -57,7 +57,11 @@ void AbstractRecordListModel::keepSortKeysUpToDate()
 {
     using Model = QAbstractItemModel;
     connect(this, &Model::dataChanged, this, [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
-        m_sortKeys->cellsChanged(topLeft.row(), bottomRight.row(), topLeft.column(), bottomRight.column());
+        if (topLeft.isValid() && bottomRight.isValid()) {
+            m_sortKeys->cellsChanged(topLeft.row(), bottomRight.row(), topLeft.column(), bottomRight.column());
+        } else {
+            m_sortKeys->forget(); // where, nobody says
+        }
     });
     connect(this, &Model::rowsInserted, this,
             [this](const QModelIndex&, int first, int last) { m_sortKeys->rowsInserted(first, last); });

@@ -25,7 +25,9 @@ class SortKeys;
 ///
 /// A row without record data has nothing but its ID to show.
 ///
-/// What stands in a row is taken to be the same until a signal of the model says otherwise.
+/// What stands in a row is taken to be the same until a signal of the model says otherwise, so a record in the list is
+/// not changed in place, and neither are the model's signals blocked, nor all that is connected to them disconnected.
+/// GUI thread only.
 class ZELKOBASEMODELS_EXPORT AbstractRecordListModel : public QAbstractTableModel
 {
     Q_OBJECT

@@ -312,12 +312,21 @@ private Q_SLOTS:
         QVERIFY(isSorted());
         model.add(makeRecord(idOf(5000), 2, 5000));
         QVERIFY(isSorted());
+        Q_EMIT model.dataChanged({}, {}); // something, somewhere
+        QVERIFY(isSorted());
         model.remove(idOf(3));
         sorted.invalidate();
         QVERIFY(isSorted());
         model.replace({idOf(1), idOf(2)});
         model.change(makeRecord(idOf(1), 2, 9));
         QVERIFY(isSorted());
+    }
+
+    void aChangeNobodyKnowsWhereIsNoneOfAnUnsortedList()
+    {
+        ListedRecords model({QStringLiteral("A")});
+        Q_EMIT model.dataChanged({}, {});
+        QCOMPARE(model.index(0, 0).data(Model::SortRole), model.index(0, 0).data());
     }
 
     void modelIsConsistent()

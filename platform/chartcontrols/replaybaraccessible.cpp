@@ -1,0 +1,74 @@
+#include <chartcontrols/replaybaraccessible_p.h>
+
+#include <chartcontrols/vcreplaybar.h>
+
+namespace {
+
+QAccessibleInterface* createFor(const QString&, QObject* object)
+{
+    auto* const bar = qobject_cast<VCReplayBar*>(object);
+    return bar == nullptr ? nullptr : new ReplayBarAccessible(bar);
+}
+
+} // namespace
+
+ReplayBarAccessible::ReplayBarAccessible(VCReplayBar* bar)
+    : QAccessibleWidget(bar, QAccessible::Slider)
+{}
+
+void ReplayBarAccessible::install()
+{
+    static const bool isInstalled = [] {
+        QAccessible::installFactory(createFor);
+        return true;
+    }();
+    Q_UNUSED(isInstalled)
+}
+
+VCReplayBar& ReplayBarAccessible::bar() const
+{
+    return static_cast<VCReplayBar&>(*widget());
+}
+
+void* ReplayBarAccessible::interface_cast(QAccessible::InterfaceType type)
+{
+    return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                               : QAccessibleWidget::interface_cast(type);
+}
+
+QString ReplayBarAccessible::text(QAccessible::Text type) const
+{
+    switch (type) {
+    case QAccessible::Value:
+        return bar().positionText();
+    case QAccessible::Description:
+        return bar().GetMarker(bar().GetCurrentMarker())->GetName();
+    default:
+        return QAccessibleWidget::text(type);
+    }
+}
+
+QVariant ReplayBarAccessible::currentValue() const
+{
+    return bar().GetMarker(bar().GetCurrentMarker())->GetPosition();
+}
+
+QVariant ReplayBarAccessible::maximumValue() const
+{
+    return bar().axisStop();
+}
+
+QVariant ReplayBarAccessible::minimumValue() const
+{
+    return bar().axisStart();
+}
+
+QVariant ReplayBarAccessible::minimumStepSize() const
+{
+    return 1.0;
+}
+
+void ReplayBarAccessible::setCurrentValue(const QVariant& value)
+{
+    bar().moveTo(bar().GetCurrentMarker(), value.toDouble());
+}

@@ -1,0 +1,219 @@
+#include "bookmarksite.h"
+#include "channelbranch.h"
+#include "shownreplaybar.h"
+#include "statesite.h"
+
+#include <zelkobase/state/localzelkovalues.h>
+#include <zelkoguibase/state/zelkochannelmodel.h>
+
+#include <QtTest>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using ZELKO_XML::Admin;
+using ZelkoGUI::ReplayBarWidget;
+using ZelkoGUI::ZelkoChannelModel;
+
+namespace {
+
+const auto momentAt = ShownReplayBar::momentAt;
+
+/// Beside the channel C1 of the sub system north, which is stopped.
+struct Channel
+{
+    Channel()
+    {
+        channel.putAll();
+        channelId->SetValue(u"C1"_s, nullptr);
+        channel.value<double>("CurrentReplayPosition")->SetValue(momentAt(40), nullptr);
+        local.valueWaterfallTimestamp()->SetValue(momentAt(10), nullptr);
+    }
+
+    void open(ZelkoGUI::BookmarkModel* bookmarks = nullptr)
+    {
+        shown.emplace(std::make_unique<ReplayBarWidget>(local, model.get(), bookmarks));
+    }
+    void setReplay(Admin::RecordReplayMode mode) const
+    {
+        channel.selection("ReplayMode")->SetCurrentKey(static_cast<int>(mode), nullptr);
+    }
+    void setRecording(Admin::RecordReplayAllModes mode) const
+    {
+        channel.selection("AllRecordReplayModes")->SetCurrentKey(static_cast<int>(mode), nullptr);
+    }
+    void allowRecording(bool allow) const { channel.value<bool>("RecordFlag")->SetValue(allow, nullptr); }
+
+    /// What the position on the bar is tied to: "waterfall", "replay", "nothing" or "something else".
+    QString tie() const
+    {
+        const QString path = shown->position().GetValueTreePath();
+        if (path == local.valueWaterfallTimestamp()->GetPathName()) {
+            return u"waterfall"_s;
+        }
+        const auto* const replay = channel.value<double>("CurrentReplayPosition");
+        if (replay != nullptr && path == replay->GetPathName()) {
+            return u"replay"_s;
+        }
+        return path.isEmpty() ? u"nothing"_s : u"something else"_s;
+    }
+
+    const StateSite site{{u"north"_s}};
+    const ChannelBranch channel{u"north"_s, u"C1"_s};
+    Value<QString>* const channelId = StateSite::putText(u"Channel"_s);
+    const ZelkoCommon::LocalZelkoValues local{u"north"_s};
+    std::unique_ptr<ZelkoChannelModel> model =
+        std::make_unique<ZelkoChannelModel>(local, u"/Window/Channel"_s, site.data);
+    std::optional<ShownReplayBar> shown;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Admin::RecordReplayMode)
+Q_DECLARE_METATYPE(Admin::RecordReplayAllModes)
+
+/// A replay bar widget beside a channel.
+class ReplayBarChannelTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void followsTheStateOfTheChannel_data();
+    void followsTheStateOfTheChannel();
+    void aPausedReplayLeavesThePosition();
+    void followsReplaysAsTheyStartAndStop();
+    void aFlagThatIsOffChangesNothing();
+    void aChannelThatIsGoneIsNotFollowed();
+    void takesUpAnotherChannel();
+    void connectsTheChannelWhenItIsTold();
+    void aRecordSetsThePositionOfTheChannel();
+    void theChannelMayGoFirst();
+};
+
+void ReplayBarChannelTest::followsTheStateOfTheChannel_data()
+{
+    using Recording = Admin::RecordReplayAllModes;
+    using Replay = Admin::RecordReplayMode;
+    QTest::addColumn<Recording>("recording");
+    QTest::addColumn<Replay>("replay");
+    QTest::addColumn<QString>("tie");
+    QTest::newRow("nothing runs") << Recording::Stopped << Replay::Stopped << u"replay"_s;
+    QTest::newRow("records") << Recording::NormalRecording << Replay::Stopped << u"replay"_s;
+    QTest::newRow("replays") << Recording::Stopped << Replay::Running << u"waterfall"_s;
+}
+
+void ReplayBarChannelTest::followsTheStateOfTheChannel()
+{
+    QFETCH(Admin::RecordReplayAllModes, recording);
+    QFETCH(Admin::RecordReplayMode, replay);
+    QFETCH(QString, tie);
+    Channel channel;
+    channel.setRecording(recording);
+    channel.setReplay(replay);
+    channel.open();
+    QCOMPARE(channel.tie(), tie);
+}
+
+void ReplayBarChannelTest::aPausedReplayLeavesThePosition()
+{
+    Channel channel;
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    channel.open();
+    channel.setReplay(Admin::RecordReplayMode::Paused);
+    QCOMPARE(channel.tie(), u"waterfall"_s);
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    QCOMPARE(channel.tie(), u"waterfall"_s);
+}
+
+void ReplayBarChannelTest::followsReplaysAsTheyStartAndStop()
+{
+    Channel channel;
+    channel.open();
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    QCOMPARE(channel.tie(), u"waterfall"_s);
+    channel.local.valueWaterfallTimestamp()->SetValue(momentAt(12), nullptr);
+    channel.channel.value<double>("CurrentReplayPosition")->SetValue(momentAt(41), nullptr);
+    QCOMPARE(channel.shown->takePositions(), QList<quint64>{recordBegin + 12'000'000});
+    channel.setReplay(Admin::RecordReplayMode::Stopped);
+    QCOMPARE(channel.tie(), u"replay"_s);
+    channel.local.valueWaterfallTimestamp()->SetValue(momentAt(13), nullptr);
+    channel.channel.value<double>("CurrentReplayPosition")->SetValue(momentAt(42), nullptr);
+    QCOMPARE(channel.shown->takePositions(), QList<quint64>{recordBegin + 42'000'000});
+}
+
+void ReplayBarChannelTest::aFlagThatIsOffChangesNothing()
+{
+    Channel channel;
+    channel.allowRecording(false);
+    channel.open();
+    QCOMPARE(channel.tie(), u"nothing"_s);
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    QCOMPARE(channel.tie(), u"nothing"_s);
+    channel.allowRecording(true);
+    QCOMPARE(channel.tie(), u"waterfall"_s);
+    channel.allowRecording(false);
+    channel.setReplay(Admin::RecordReplayMode::Stopped);
+    QCOMPARE(channel.tie(), u"replay"_s);
+}
+
+void ReplayBarChannelTest::aChannelThatIsGoneIsNotFollowed()
+{
+    Channel channel;
+    channel.open();
+    channel.site.data->setConnected(u"north"_s, false);
+    Q_EMIT channel.model->si_replayRunning();
+    QCOMPARE(channel.tie(), u"replay"_s);
+    channel.site.data->setConnected(u"north"_s, true);
+    channel.model->resetChannel(QString());
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    QCOMPARE(channel.tie(), u"waterfall"_s);
+}
+
+void ReplayBarChannelTest::takesUpAnotherChannel()
+{
+    Channel channel;
+    channel.open();
+    const ChannelBranch other(u"north"_s, u"C2"_s);
+    other.putAll();
+    channel.channelId->SetValue(u"C2"_s, nullptr);
+    QCOMPARE(channel.shown->position().GetValueTreePath(), other.value<double>("CurrentReplayPosition")->GetPathName());
+}
+
+void ReplayBarChannelTest::connectsTheChannelWhenItIsTold()
+{
+    Channel channel;
+    channel.allowRecording(false);
+    channel.open();
+    QCOMPARE(channel.tie(), u"nothing"_s);
+    channel.shown->widget->connectSignals();
+    QCOMPARE(channel.tie(), u"replay"_s);
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    QCOMPARE(channel.tie(), u"waterfall"_s);
+}
+
+void ReplayBarChannelTest::aRecordSetsThePositionOfTheChannel()
+{
+    Channel channel;
+    BookmarkSite site;
+    channel.open(&site.model);
+    site.store(twoBookmarks);
+    channel.shown->widget->setRecord(u"R"_s, site.records.get(), u"D"_s);
+    QCOMPARE(channel.channel.value<double>("CurrentReplayPosition")->GetValue(), momentAt(0));
+    QCOMPARE(channel.shown->takePositions(), QList<quint64>{recordBegin});
+    const double expected = channel.shown->hands.afterDrag(momentAt(0), momentAt(45));
+    channel.shown->hands.dragPosition(momentAt(0), momentAt(45));
+    QCOMPARE(channel.channel.value<double>("CurrentReplayPosition")->GetValue(), std::round(expected));
+    QCOMPARE(channel.local.valueWaterfallTimestamp()->GetValue(), momentAt(10));
+}
+
+void ReplayBarChannelTest::theChannelMayGoFirst()
+{
+    Channel channel;
+    channel.open();
+    channel.model.reset();
+    channel.shown->widget->connectSignals();
+    QCOMPARE(channel.tie(), u"replay"_s);
+}
+
+QTEST_MAIN(ReplayBarChannelTest)
+#include "tst_replaybarchannel.moc"
