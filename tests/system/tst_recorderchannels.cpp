@@ -38,7 +38,7 @@ ZELKO_XML::ZELKO_RecordData lengthyRecord()
 } // namespace
 
 // Two clients that work one channel of a real recorder by its values, and the process that owns the channel.
-class TestChannelValues : public QObject
+class TestRecorderChannels : public QObject
 {
     Q_OBJECT
 
@@ -91,7 +91,7 @@ private:
     Client m_second;
 };
 
-void TestChannelValues::init()
+void TestRecorderChannels::init()
 {
     m_store = std::make_unique<QTemporaryDir>();
     QVERIFY(storeRecord(m_store->filePath(device), finishedRecord(brief), 4000));
@@ -102,7 +102,7 @@ void TestChannelValues::init()
     m_second = connectAs(Role::Operator);
 }
 
-void TestChannelValues::cleanup()
+void TestRecorderChannels::cleanup()
 {
     m_second.reset();
     m_first.reset();
@@ -110,7 +110,7 @@ void TestChannelValues::cleanup()
     m_recorder.reset();
 }
 
-TestChannelValues::Client TestChannelValues::connectAs(Role role)
+TestRecorderChannels::Client TestRecorderChannels::connectAs(Role role)
 {
     auto client = std::make_unique<RecorderClient>(*m_orb, m_recorder->port(), role);
     const auto isThere = [&] {
@@ -119,7 +119,7 @@ TestChannelValues::Client TestChannelValues::connectAs(Role role)
     return QTest::qWaitFor(isThere, patience) ? std::move(client) : nullptr;
 }
 
-void TestChannelValues::enter()
+void TestRecorderChannels::enter()
 {
     m_manager = std::make_unique<PeerProcess>(QStringList{u"--recorder"_s, QString::number(m_recorder->port())}, 0,
                                               QStringLiteral(ZELKO_CHANNEL_MANAGER));
@@ -128,7 +128,7 @@ void TestChannelValues::enter()
 }
 
 // A datagram may be lost, and one that comes twice is left out: each is sent until its samples are there.
-void TestChannelValues::send(int count)
+void TestRecorderChannels::send(int count)
 {
     for (int number = 0; number < count; ++number) {
         const qint64 before = storedBytes();
@@ -140,7 +140,7 @@ void TestChannelValues::send(int count)
 }
 
 // Until the recorder says that something of them is durable.
-void TestChannelValues::sendUntilDurable()
+void TestRecorderChannels::sendUntilDurable()
 {
     int number = 0;
     const auto isDurable = [&] {
@@ -149,7 +149,7 @@ void TestChannelValues::sendUntilDurable()
     QTRY_VERIFY_WITH_TIMEOUT(isDurable(), patience);
 }
 
-qint64 TestChannelValues::storedBytes() const
+qint64 TestRecorderChannels::storedBytes() const
 {
     qint64 bytes = 0;
     QDirIterator files(m_store->path(), {u"*.dat"_s}, QDir::Files, QDirIterator::Subdirectories);
@@ -159,14 +159,14 @@ qint64 TestChannelValues::storedBytes() const
     return bytes;
 }
 
-void TestChannelValues::run(const QString& record)
+void TestRecorderChannels::run(const QString& record)
 {
     m_first->write(shown(m_first).find<Value<QString>>("RecordID"), record);
     replay(m_first, Running);
     QVERIFY(QTest::qWaitFor([this] { return m_manager->ask("receive") == done; }, patience)); // it comes once
 }
 
-void TestChannelValues::recordsForOneAndShowsItToTheOther()
+void TestRecorderChannels::recordsForOneAndShowsItToTheOther()
 {
     QVERIFY(m_first && m_second);
     const ChoiceLog log(shown(m_second).recordingState());
@@ -186,7 +186,7 @@ void TestChannelValues::recordsForOneAndShowsItToTheOther()
     QCOMPARE(shown(m_second).error(), QString());
 }
 
-void TestChannelValues::endsARecordingAtTheSizeThatIsWritten()
+void TestRecorderChannels::endsARecordingAtTheSizeThatIsWritten()
 {
     QVERIFY(m_first && m_second);
     m_second->write(shown(m_second).find<Value<int>>("FileSizeInKB"), 1);
@@ -200,7 +200,7 @@ void TestChannelValues::endsARecordingAtTheSizeThatIsWritten()
     QCOMPARE(m_second->values().record(id)->GetSize(), 1024U);
 }
 
-void TestChannelValues::replaysForBoth()
+void TestRecorderChannels::replaysForBoth()
 {
     QVERIFY(m_first && m_second);
     run(lengthy);
@@ -221,7 +221,7 @@ void TestChannelValues::replaysForBoth()
     QTRY_VERIFY_WITH_TIMEOUT(hasStatus(lengthy, Status::Finished), patience);
 }
 
-void TestChannelValues::playsARecordToItsEnd()
+void TestRecorderChannels::playsARecordToItsEnd()
 {
     QVERIFY(m_first && m_second);
     run(brief);
@@ -230,7 +230,7 @@ void TestChannelValues::playsARecordToItsEnd()
     QTRY_VERIFY_WITH_TIMEOUT(bothReplay(u"stopped"_s), patience);
 }
 
-void TestChannelValues::letsAViewerChangeNothing()
+void TestRecorderChannels::letsAViewerChangeNothing()
 {
     const Client viewer = connectAs(Role::Viewer);
     QVERIFY(viewer && m_second);
@@ -246,7 +246,7 @@ void TestChannelValues::letsAViewerChangeNothing()
     QCOMPARE(m_manager->ask("calls"), QString());
 }
 
-void TestChannelValues::takesTheChannelAwayWithItsManager()
+void TestRecorderChannels::takesTheChannelAwayWithItsManager()
 {
     QVERIFY(m_first && m_second);
     run(lengthy);
@@ -256,7 +256,7 @@ void TestChannelValues::takesTheChannelAwayWithItsManager()
     QTRY_VERIFY_WITH_TIMEOUT(hasStatus(lengthy, Status::Finished), patience);
 }
 
-void TestChannelValues::keepsWhatWasRecordedWhenItIsKilled()
+void TestRecorderChannels::keepsWhatWasRecordedWhenItIsKilled()
 {
     QVERIFY(m_first && m_second);
     record(StartRequested);
@@ -276,5 +276,5 @@ void TestChannelValues::keepsWhatWasRecordedWhenItIsKilled()
     QCOMPARE(shown(m_second).recording(), u"stopped"_s);
 }
 
-QTEST_GUILESS_MAIN(TestChannelValues)
-#include "tst_channelvalues.moc"
+QTEST_GUILESS_MAIN(TestRecorderChannels)
+#include "tst_recorderchannels.moc"
