@@ -37,6 +37,8 @@ QHeaderViewColumnHandler::QHeaderViewColumnHandler(QHeaderView* header, const QS
         rememberSize(logical, 0, header->sectionSize(logical));
     }
     connect(header, &QHeaderView::sectionResized, this, &QHeaderViewColumnHandler::rememberSize);
+    connect(header, &QHeaderView::sectionCountChanged, this, &QHeaderViewColumnHandler::takeNewCount);
+    followModel();
 }
 
 QHeaderViewColumnHandler::~QHeaderViewColumnHandler() = default;
@@ -48,6 +50,31 @@ void QHeaderViewColumnHandler::rememberSize(int logicalIndex, int oldSize, int n
     const int size = newSize > 0 ? newSize : oldSize;
     if (size > 0) {
         m_shownSizes[logicalIndex] = size;
+    }
+}
+
+// A header tells of columns that it has lost when their layout is lost as well; the model tells before.
+void QHeaderViewColumnHandler::followModel()
+{
+    disconnect(m_resets);
+    if (const QAbstractItemModel* const model = m_header->model()) {
+        m_resets =
+            connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QHeaderViewColumnHandler::rememberLayout);
+    }
+}
+
+void QHeaderViewColumnHandler::rememberLayout()
+{
+    if (m_header && m_header->count() > 0) {
+        m_lastLayout = layout();
+    }
+}
+
+void QHeaderViewColumnHandler::takeNewCount(int oldCount, int newCount)
+{
+    followModel();
+    if (oldCount == 0 && newCount == m_lastLayout.size()) {
+        apply(m_lastLayout);
     }
 }
 
@@ -114,14 +141,18 @@ void QHeaderViewColumnHandler::apply(const QList<Column>& columns)
 
 bool QHeaderViewColumnHandler::saveColumnStatus()
 {
-    if (m_header.isNull() || m_header->count() == 0 || m_key.isEmpty()) {
+    if (m_header.isNull() || m_key.isEmpty()) {
+        return false;
+    }
+    const QList<Column> columns = m_header->count() > 0 ? layout() : m_lastLayout;
+    if (columns.isEmpty()) {
         return false;
     }
     const auto group = CfgCenter::GetAppCfg(ICfg::UserView)->OpenGroup(groupName(), ICfg::Access::Write);
     if (!group) {
         return false;
     }
-    group->SetString(m_key, textOf(layout()));
+    group->SetString(m_key, textOf(columns));
     return group->Flush();
 }
 

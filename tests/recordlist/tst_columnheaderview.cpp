@@ -109,10 +109,15 @@ private Q_SLOTS:
     void passesOverHiddenColumns();
     void sortsByTheChosenColumn_data();
     void sortsByTheChosenColumn();
+    void sortsNothingWhereNothingIsSorted();
     void movesTheChosenColumn();
+    void movesNothingThatCannotBeMoved();
     void changesTheWidthOfTheChosenColumn();
+    void leavesAWidthThatIsFixed();
+    void goesTheOtherWayFromRightToLeft();
     void bringsTheChosenColumnIntoSight_data();
     void bringsTheChosenColumnIntoSight();
+    void bringsTheLastPixelIntoSight();
     void framesTheChosenColumn();
     void saysWhichColumnIsChosen();
     void opensItsMenu_data();
@@ -124,6 +129,7 @@ private Q_SLOTS:
     void opensNoMenuThatIsNotWanted();
     void takesNoKeysWithoutColumns();
     void leavesOtherKeysToTheTable();
+    void leavesTheEndsOfTheTableToTheTable();
 };
 
 void ColumnHeaderViewTest::isReachedByTheTabKey()
@@ -198,6 +204,18 @@ void ColumnHeaderViewTest::sortsByTheChosenColumn()
     QCOMPARE(setting.sorting(), u"B+"_s);
 }
 
+void ColumnHeaderViewTest::sortsNothingWhereNothingIsSorted()
+{
+    Setting setting;
+    setting.table.setSortingEnabled(false);
+    const QSignalSpy turned(&setting.header, &QHeaderView::sortIndicatorChanged);
+    QVERIFY(setting.enter());
+    setting.press(Qt::Key_Right);
+    setting.press(Qt::Key_Space);
+    QCOMPARE(turned.size(), 0);
+    QCOMPARE(setting.chosen(), u"B"_s);
+}
+
 void ColumnHeaderViewTest::movesTheChosenColumn()
 {
     Setting setting;
@@ -208,6 +226,16 @@ void ColumnHeaderViewTest::movesTheChosenColumn()
     QCOMPARE(setting.chosen(), u"A"_s);
     setting.press(Qt::Key_Left, Qt::ControlModifier);
     QCOMPARE(setting.columns(), u"BACD"_s);
+}
+
+void ColumnHeaderViewTest::movesNothingThatCannotBeMoved()
+{
+    Setting setting;
+    setting.header.setSectionsMovable(false);
+    QVERIFY(setting.enter());
+    setting.press(Qt::Key_Right, Qt::ControlModifier);
+    QCOMPARE(setting.columns(), u"ABCD"_s);
+    QCOMPARE(setting.chosen(), u"A"_s);
 }
 
 void ColumnHeaderViewTest::changesTheWidthOfTheChosenColumn()
@@ -223,6 +251,32 @@ void ColumnHeaderViewTest::changesTheWidthOfTheChosenColumn()
         setting.press(Qt::Key_Left, Qt::ShiftModifier);
     }
     QCOMPARE(setting.table.columnWidth(0), setting.header.minimumSectionSize());
+}
+
+void ColumnHeaderViewTest::leavesAWidthThatIsFixed()
+{
+    Setting setting;
+    QVERIFY(setting.enter());
+    setting.header.setSectionResizeMode(0, QHeaderView::Fixed);
+    const QSignalSpy resized(&setting.header, &QHeaderView::sectionResized);
+    setting.press(Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(resized.size(), 0);
+}
+
+void ColumnHeaderViewTest::goesTheOtherWayFromRightToLeft()
+{
+    Setting setting;
+    setting.table.setLayoutDirection(Qt::RightToLeft);
+    QVERIFY(setting.enter());
+    setting.press(Qt::Key_Left);
+    QCOMPARE(setting.chosen(), u"B"_s);
+    setting.press(Qt::Key_Left, Qt::ControlModifier);
+    QCOMPARE(setting.columns(), u"ACBD"_s);
+    const int before = setting.table.columnWidth(1);
+    setting.press(Qt::Key_Right, Qt::ShiftModifier);
+    QVERIFY(setting.table.columnWidth(1) > before);
+    setting.press(Qt::Key_Right);
+    QCOMPARE(setting.chosen(), u"C"_s);
 }
 
 void ColumnHeaderViewTest::bringsTheChosenColumnIntoSight_data()
@@ -255,6 +309,19 @@ void ColumnHeaderViewTest::bringsTheChosenColumnIntoSight()
         setting.press(Qt::Key_Right);
         QVERIFY(isInSight());
     }
+}
+
+void ColumnHeaderViewTest::bringsTheLastPixelIntoSight()
+{
+    Setting setting;
+    setting.table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    QVERIFY(setting.enter());
+    const int room = setting.header.viewport()->width();
+    setting.header.resizeSection(0, 100);
+    setting.header.resizeSection(1, room - 100 + 1);
+    QTRY_VERIFY_WITH_TIMEOUT(setting.table.horizontalScrollBar()->maximum() > 100, patience);
+    setting.press(Qt::Key_Right);
+    QVERIFY(setting.header.sectionViewportPosition(1) + setting.header.sectionSize(1) <= room);
 }
 
 void ColumnHeaderViewTest::framesTheChosenColumn()
@@ -423,6 +490,18 @@ void ColumnHeaderViewTest::leavesOtherKeysToTheTable()
     setting.table.setCurrentIndex(setting.model.index(0, 0));
     setting.press(Qt::Key_Down);
     QCOMPARE(setting.table.currentIndex().row(), 1);
+}
+
+void ColumnHeaderViewTest::leavesTheEndsOfTheTableToTheTable()
+{
+    Setting setting;
+    QVERIFY(setting.enter());
+    setting.table.setCurrentIndex(setting.model.index(0, 0));
+    setting.press(Qt::Key_End, Qt::ControlModifier);
+    QCOMPARE(setting.table.currentIndex(), setting.model.index(2, 3));
+    QCOMPARE(setting.chosen(), u"A"_s);
+    setting.press(Qt::Key_Home, Qt::ControlModifier);
+    QCOMPARE(setting.table.currentIndex(), setting.model.index(0, 0));
 }
 
 QTEST_MAIN(ColumnHeaderViewTest)

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void dropsWhatIsFilteredOut();
     void dropsWhatIsNotKnown();
     void scrollsToTheOnlyOneThatIsSelected();
+    void scrollsToARecordFromRightToLeft();
     void selectsARecordByItsID();
     void selectsARecordThatIsFilteredOut();
     void leavesTheSelectionForARecordThatIsFilteredOut();
@@ -209,6 +210,23 @@ void RecordListSelectionTest::scrollsToTheOnlyOneThatIsSelected()
     QCOMPARE(site.view.verticalScrollBar()->value(), 0);
     site.controller->sl_selectedRecordsChanged({u"Z"_s});
     QVERIFY(site.view.verticalScrollBar()->value() > 0);
+}
+
+// With columns that leave room beside them.
+void RecordListSelectionTest::scrollsToARecordFromRightToLeft()
+{
+    ListSite site(severalAtOnce, 26);
+    site.widget->setLayoutDirection(Qt::RightToLeft);
+    for (int column = 3; column < site.view.model()->columnCount(); ++column) {
+        site.view.hideColumn(column);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(site.view.verticalScrollBar()->maximum() > 0, patience);
+    QVERIFY(site.view.horizontalHeader()->length() < site.view.viewport()->width());
+    site.widget->select(u"Z"_s, false);
+    QCOMPARE(site.view.verticalScrollBar()->value(), site.view.verticalScrollBar()->maximum());
+    QCOMPARE(site.view.currentIndex().column(), 0);
+    site.controller->sl_selectedRecordsChanged({u"A"_s});
+    QCOMPARE(site.view.verticalScrollBar()->value(), 0);
 }
 
 void RecordListSelectionTest::selectsARecordByItsID()

@@ -1,5 +1,6 @@
 #include "recordtablesetting.h"
 
+#include <zelkoguibase/recordlist/columnheaderview_p.h>
 #include <zelkoguibase/recordlist/selectionkeeper_p.h>
 
 #include <console/hands/operatorhands.h>
@@ -29,10 +30,26 @@ struct Setting : RecordTableSetting
 {
     explicit Setting(std::chrono::milliseconds pause = never)
         : RecordTableSetting(count)
-        , keeper(&table, &proxy, pause, nullptr)
+        , keeper(withKeysInItsHeader(table), &proxy, pause, nullptr)
     {
         show();
     }
+
+    static QTableView* withKeysInItsHeader(QTableView& table)
+    {
+        table.setHorizontalHeader(new ZelkoGUI::ColumnHeaderView(&table));
+        return &table;
+    }
+
+    /// Whatever it is that is told of what is restored goes somewhere else, in the middle of it.
+    void goElsewhere()
+    {
+        keeper.forget();
+        table.doItemsLayout();
+        table.verticalScrollBar()->setValue(elsewhere);
+    }
+
+    static constexpr int elsewhere = 7;
 
     ZelkoGUI::SelectionKeeper keeper;
 };
@@ -230,19 +247,75 @@ private Q_SLOTS:
         QCOMPARE(setting.selected(), QStringList(id(1)));
     }
 
+    void leavesWhatIsDoneByKeysInTheHeader_data()
+    {
+        QTest::addColumn<QKeySequence>("keys");
+        QTest::addRow("another column is chosen") << QKeySequence(Qt::Key_End);
+        QTest::addRow("the table is sorted") << QKeySequence(Qt::Key_Space);
+    }
+
+    void leavesWhatIsDoneByKeysInTheHeader()
+    {
+        QFETCH(QKeySequence, keys);
+        Setting setting;
+        clickRow(setting.table, 3);
+        setting.lose();
+        setting.comeBack(0, 2);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.keeper.awaited(), 1);
+        QTest::keySequence(setting.table.horizontalHeader(), keys);
+        QCOMPARE(setting.keeper.awaited(), 0);
+        setting.comeBack(3, 4);
+        QCoreApplication::processEvents();
+        QCOMPARE(setting.selected(), QStringList());
+    }
+
+    void leavesWhereItIsScrolledToByOneWhoIsToldOfTheSelection()
+    {
+        Setting setting;
+        setting.scrollTo(20);
+        clickRow(setting.table, 22);
+        setting.lose();
+        const auto* const selection = setting.table.selectionModel();
+        connect(selection, &QItemSelectionModel::selectionChanged, &setting.keeper, [&] { setting.goElsewhere(); });
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.selected(), QStringList(id(22)), patience);
+        QCOMPARE(setting.scrolled(), Setting::elsewhere);
+    }
+
+    void leavesWhereItIsScrolledToByOneWhoIsToldOfTheCurrentRow()
+    {
+        Setting setting;
+        setting.scrollTo(20);
+        clickRow(setting.table, 22);
+        setting.lose();
+        const auto* const selection = setting.table.selectionModel();
+        const auto goElsewhere = [&](const QModelIndex& current) {
+            if (current.isValid()) {
+                setting.goElsewhere();
+            }
+        };
+        connect(selection, &QItemSelectionModel::currentChanged, &setting.keeper, goElsewhere);
+        setting.comeBack(0, count);
+        QTRY_COMPARE_WITH_TIMEOUT(setting.idAt(setting.table.currentIndex()), id(22), patience);
+        QCOMPARE(setting.scrolled(), Setting::elsewhere);
+        QCOMPARE(setting.selected(), QStringList());
+    }
+
     void endsThoughRowsComeAllTheTime()
     {
-        Setting setting(std::chrono::milliseconds(50));
+        Setting setting(std::chrono::milliseconds(300));
         clickRow(setting.table, 3);
         setting.lose();
         const QSignalSpy ended(&setting.keeper, &ZelkoGUI::SelectionKeeper::ended);
         int next = 4; // the one that is awaited never comes
-        const auto hasEnded = [&] {
+        QTimer rows;
+        connect(&rows, &QTimer::timeout, &setting.keeper, [&] {
             setting.comeBack(next, next + 1);
             ++next;
-            return !ended.isEmpty();
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), patience);
+        });
+        rows.start(0);
+        QTRY_COMPARE_WITH_TIMEOUT(ended.size(), 1, patience);
         QCOMPARE(setting.keeper.awaited(), 0);
     }
 

@@ -3,6 +3,7 @@
 #include "ownconfiguration.h"
 
 #include <QHeaderView>
+#include <QIdentityProxyModel>
 #include <QStandardItemModel>
 #include <QtTest>
 
@@ -18,7 +19,8 @@ struct Header
     explicit Header(int columns = 4, const QString& key = QStringLiteral("Table"))
         : model(0, columns)
     {
-        view.setModel(&model);
+        shown.setSourceModel(&model);
+        view.setModel(&shown);
         handler = std::make_unique<QHeaderViewColumnHandler>(&view, key);
     }
 
@@ -36,6 +38,7 @@ struct Header
     }
 
     QStandardItemModel model;
+    QIdentityProxyModel shown;
     QHeaderView view{Qt::Horizontal};
     std::unique_ptr<QHeaderViewColumnHandler> handler;
 };
@@ -72,6 +75,10 @@ private Q_SLOTS:
     void aHeaderThatHasGoneKeepsTheOldLayout();
     void aHeaderWithoutColumnsKeepsTheOldLayout();
     void savesNothingWithoutAKey();
+    void savesTheLayoutOfColumnsThatHaveGone();
+    void givesTheLayoutToTheNextColumns();
+    void leavesAnotherNumberOfColumnsAsItIs();
+    void followsAModelThatComesLater();
 
 private:
     std::optional<OwnConfiguration> m_configuration;
@@ -238,6 +245,59 @@ void QHeaderViewColumnHandlerTest::savesNothingWithoutAKey()
     Header header(4, QString());
     QVERIFY(!header.handler->saveColumnStatus());
     QVERIFY(!header.handler->restoreColumnStatus());
+}
+
+void QHeaderViewColumnHandlerTest::savesTheLayoutOfColumnsThatHaveGone()
+{
+    Header before;
+    arrange(before);
+    const QString layout = before.layout();
+    before.shown.setSourceModel(nullptr);
+    QCOMPARE(before.layout(), QString());
+    QVERIFY(before.handler->saveColumnStatus());
+    Header after;
+    QVERIFY(after.handler->restoreColumnStatus());
+    QCOMPARE(after.layout(), layout);
+}
+
+void QHeaderViewColumnHandlerTest::givesTheLayoutToTheNextColumns()
+{
+    Header header;
+    arrange(header);
+    const QString layout = header.layout();
+    header.shown.setSourceModel(nullptr);
+    header.shown.setSourceModel(&header.model);
+    QCOMPARE(header.layout(), layout);
+    header.view.setSectionHidden(1, false);
+    QCOMPARE(header.view.sectionSize(1), 60);
+    header.view.moveSection(0, 3);
+    const QString changed = header.layout();
+    header.shown.setSourceModel(nullptr);
+    header.shown.setSourceModel(&header.model);
+    QCOMPARE(header.layout(), changed);
+}
+
+void QHeaderViewColumnHandlerTest::leavesAnotherNumberOfColumnsAsItIs()
+{
+    Header header;
+    arrange(header);
+    header.shown.setSourceModel(nullptr);
+    QStandardItemModel three(0, 3);
+    header.shown.setSourceModel(&three);
+    QCOMPARE(header.layout(), Header(3).layout());
+}
+
+void QHeaderViewColumnHandlerTest::followsAModelThatComesLater()
+{
+    Header header;
+    header.view.setModel(nullptr);
+    header.handler = std::make_unique<QHeaderViewColumnHandler>(&header.view, QStringLiteral("Table"));
+    header.view.setModel(&header.shown);
+    arrange(header);
+    const QString layout = header.layout();
+    header.shown.setSourceModel(nullptr);
+    header.shown.setSourceModel(&header.model);
+    QCOMPARE(header.layout(), layout);
 }
 
 QTEST_MAIN(QHeaderViewColumnHandlerTest)

@@ -92,11 +92,9 @@ bool ColumnHeaderView::takeKey(int key, Qt::KeyboardModifiers modifiers)
     case Qt::Key_Right:
         return step(forward, modifiers);
     case Qt::Key_Home:
-        choose(logicalIndex(shownBeside(-1, 1)));
-        return true;
+        return goTo(shownBeside(-1, 1), modifiers);
     case Qt::Key_End:
-        choose(logicalIndex(shownBeside(count(), -1)));
-        return true;
+        return goTo(shownBeside(count(), -1), modifiers);
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -113,23 +111,44 @@ bool ColumnHeaderView::takeKey(int key, Qt::KeyboardModifiers modifiers)
     }
 }
 
-bool ColumnHeaderView::step(int by, Qt::KeyboardModifiers modifiers)
+bool ColumnHeaderView::goTo(int visual, Qt::KeyboardModifiers modifiers)
 {
-    const int column = chosenColumn();
-    const int beside = shownBeside(visualIndex(column), by);
-    if (modifiers == Qt::NoModifier) {
-        choose(logicalIndex(beside));
-    } else if (modifiers == Qt::ControlModifier) {
-        moveSection(visualIndex(column), beside);
-        choose(column);
-    } else if (modifiers == Qt::ShiftModifier) {
-        const int wider = isRightToLeft() ? -by : by;
-        resizeSection(column, std::max(minimumSectionSize(), sectionSize(column) + wider * widthStep));
-        choose(column);
-    } else {
+    if (modifiers != Qt::NoModifier) {
         return false;
     }
+    choose(logicalIndex(visual));
     return true;
+}
+
+bool ColumnHeaderView::step(int by, Qt::KeyboardModifiers modifiers)
+{
+    const int beside = shownBeside(visualIndex(chosenColumn()), by);
+    if (modifiers == Qt::ControlModifier) {
+        moveChosen(beside);
+    } else if (modifiers == Qt::ShiftModifier) {
+        widenChosen(isRightToLeft() ? -by : by);
+    } else {
+        return goTo(beside, modifiers);
+    }
+    return true;
+}
+
+void ColumnHeaderView::moveChosen(int visual)
+{
+    const int column = chosenColumn();
+    if (sectionsMovable()) {
+        moveSection(visualIndex(column), visual);
+    }
+    choose(column);
+}
+
+void ColumnHeaderView::widenChosen(int steps)
+{
+    const int column = chosenColumn();
+    if (sectionResizeMode(column) == Interactive) {
+        resizeSection(column, std::max(minimumSectionSize(), sectionSize(column) + steps * widthStep));
+    }
+    choose(column);
 }
 
 void ColumnHeaderView::choose(int section)
@@ -142,8 +161,11 @@ void ColumnHeaderView::choose(int section)
 
 void ColumnHeaderView::sort()
 {
+    if (!sectionsClickable() || !isSortIndicatorShown()) {
+        return;
+    }
     const int column = chosenColumn();
-    const bool turns = isSortIndicatorShown() && sortIndicatorSection() == column;
+    const bool turns = sortIndicatorSection() == column;
     setSortIndicator(column,
                      turns && sortIndicatorOrder() == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
@@ -151,8 +173,11 @@ void ColumnHeaderView::sort()
 // A list without rows can be scrolled sideways, too, but has no cell that could be asked for.
 void ColumnHeaderView::bringIntoSight()
 {
+    if (chosenColumn() < 0) {
+        return;
+    }
     const QRect rect = sectionRect(chosenColumn());
-    if (rect.left() < 0 || rect.right() > viewport()->width()) {
+    if (rect.left() < 0 || rect.right() >= viewport()->width()) {
         const bool byColumns = m_table->horizontalScrollMode() == QAbstractItemView::ScrollPerItem;
         int hidden = 0;
         for (int visual = 0; visual < visualIndex(chosenColumn()); ++visual) {

@@ -17,6 +17,9 @@ class SortMenu;
 /// - with Ctrl, Left and Right move the column; with Shift, they make it narrower and wider,
 /// - the menu key and Alt+Down open the menu that the right mouse button opens: it sorts, and shows and hides columns.
 ///
+/// Keys that sort, move or resize do nothing where a click or a drag would not, either: in a table that is not sorted,
+/// with columns that cannot be moved, and with those that are of a fixed size or size themselves.
+///
 /// With the policy of a custom context menu that is asked for instead, by all of these; with any other there is none.
 class ColumnHeaderView final : public QHeaderView
 {
@@ -46,7 +49,10 @@ protected:
 
 private:
     bool takeKey(int key, Qt::KeyboardModifiers modifiers);
+    bool goTo(int visual, Qt::KeyboardModifiers modifiers);
     bool step(int by, Qt::KeyboardModifiers modifiers);
+    void moveChosen(int visual);
+    void widenChosen(int steps);
     int shownBeside(int visual, int by) const;
     QRect sectionRect(int section) const;
     void choose(int section);

@@ -11,6 +11,7 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <utility>
 
 namespace ZelkoGUI {
 
@@ -82,8 +83,20 @@ void RecordListWidget::Private::keepColumns()
     const QString name = owner->objectName();
     columnHandler = new guiHelper::QHeaderViewColumnHandler(
         view->horizontalHeader(), name.isEmpty() ? QStringLiteral("RecordListWidget") : name, owner);
+    connect(header, &QHeaderView::sectionCountChanged, &lifetime, [this] { takeColumns(); });
+}
+
+// Of the first list that there is. The widget of a device without one waits for it.
+void RecordListWidget::Private::takeColumns()
+{
+    if (header->count() == 0 || std::exchange(hasTakenColumns, true)) {
+        return;
+    }
     if (!columnHandler->restoreColumnStatus()) {
         makeRoomForTexts();
+    }
+    if (clipboardMenu) {
+        offerColumnsForClipboard();
     }
 }
 
@@ -170,7 +183,7 @@ void RecordListWidget::Private::makeCountLabel()
     countLabel = new QLabel(owner);
     countLabel->setObjectName(QStringLiteral("RecordCountLabel"));
     countRowsOf(proxy);
-    countRowsOf(controller->recordListModel());
+    countRowsOf(proxy->sourceModel());
     // The proxy takes a large change of its filters in one step, which is one of its layout.
     connect(proxy, &QAbstractItemModel::layoutChanged, owner, &RecordListWidget::sl_recordCountChanged);
     owner->sl_recordCountChanged();
@@ -178,6 +191,9 @@ void RecordListWidget::Private::makeCountLabel()
 
 void RecordListWidget::Private::countRowsOf(const QAbstractItemModel* model) const
 {
+    if (model == nullptr) {
+        return;
+    }
     connect(model, &QAbstractItemModel::rowsInserted, owner, &RecordListWidget::sl_recordCountChanged);
     connect(model, &QAbstractItemModel::rowsRemoved, owner, &RecordListWidget::sl_recordCountChanged);
     connect(model, &QAbstractItemModel::modelReset, owner, &RecordListWidget::sl_recordCountChanged);
@@ -226,6 +242,11 @@ void RecordListWidget::Private::makeClipboardMenu()
     } else {
         makeOwnClipboardMenu();
     }
+    connect(clipboardMenu, &QMenu::triggered, owner, &RecordListWidget::sl_clipboardAction);
+}
+
+void RecordListWidget::Private::offerColumnsForClipboard()
+{
     for (int column = 0; column < proxy->columnCount(); ++column) {
         const QString text = proxy->headerData(column, Qt::Horizontal).toString();
         addClipboardAction(text, text, column);
@@ -235,7 +256,6 @@ void RecordListWidget::Private::makeClipboardMenu()
     QFont bold = all->font();
     bold.setBold(true);
     all->setFont(bold);
-    connect(clipboardMenu, &QMenu::triggered, owner, &RecordListWidget::sl_clipboardAction);
 }
 
 // Where there is nothing else in the menu, the columns need no menu of their own.

@@ -1,5 +1,7 @@
 #include "recordlistwidget_p.h"
 
+#include "columnheaderview_p.h"
+
 #include "../controller/waitcursor_p.h"
 
 #include <QAction>
@@ -34,7 +36,7 @@ void RecordListWidget::Private::replaceSource()
         old->disconnect(owner);
     }
     setSource();
-    countRowsOf(controller->recordListModel());
+    countRowsOf(proxy->sourceModel());
     keeper->forget();
 }
 
@@ -43,8 +45,9 @@ void RecordListWidget::Private::setSource()
 {
     QAbstractItemModel* const source = controller->recordListModel();
     proxy->setSourceModel(source);
+    QObject::disconnect(sourceDeath);
     if (source) {
-        connect(source, &QObject::destroyed, owner, [proxy = proxy] { proxy->setSourceModel(nullptr); });
+        sourceDeath = connect(source, &QObject::destroyed, &lifetime, [this] { proxy->setSourceModel(nullptr); });
     }
 }
 
@@ -103,8 +106,7 @@ bool RecordListWidget::Private::selectShown(const QString& id)
         return false;
     }
     keeper->forget();
-    const int column = view->horizontalHeader()->logicalIndexAt(0);
-    view->selectionModel()->setCurrentIndex(index.siblingAtColumn(std::max(column, 0)),
+    view->selectionModel()->setCurrentIndex(index.siblingAtColumn(columnInSight()),
                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(index);
     return true;
@@ -120,12 +122,18 @@ void RecordListWidget::Private::resetFilters()
     }
 }
 
+// The first one, which is on the right where that is where lines begin.
+int RecordListWidget::Private::columnInSight() const
+{
+    return std::max(header->logicalIndexAt(header->isRightToLeft() ? header->viewport()->width() - 1 : 0), 0);
+}
+
 // Up and down only, and also while the column of the names is hidden.
 void RecordListWidget::Private::scrollTo(const QModelIndex& row)
 {
     anchor->settle();
     const int left = view->horizontalScrollBar()->value();
-    view->scrollTo(row.siblingAtColumn(view->horizontalHeader()->logicalIndexAt(0)));
+    view->scrollTo(row.siblingAtColumn(columnInSight()));
     view->horizontalScrollBar()->setValue(left);
 }
 
@@ -180,6 +188,7 @@ RecordListWidget::RecordListWidget(IZelkoGUIController* controller, const QFlags
     connect(d->view, &QTableView::doubleClicked, this, &RecordListWidget::sl_doubleClicked);
     d->keepColumns();
     d->makeParts(options, filterColumns);
+    d->takeColumns();
     if (d->popupMenu) {
         d->view->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(d->view, &QWidget::customContextMenuRequested, this, &RecordListWidget::sl_contextMenu);

@@ -30,8 +30,8 @@ class AbstractFilterCondition;
 /// When all rows go at once and come back, as they do when a connection is lost, the records that were selected are
 /// selected again as they come, and the current row and the scroll position are restored; what the user does meanwhile
 /// counts instead. What is told names records of the list only: a turn of the event loop after the loss nothing, then
-/// those that are back, each time some come. When no awaited one has come for five seconds, or rows have come for a
-/// minute, the others count as gone and are not selected should they come after all.
+/// those that are back, each time some come. When no row has come for five seconds, or rows have come for a minute,
+/// the others count as gone and are not selected should they come after all.
 ///
 /// While rows come, go and move, those in sight stay where they are: the record at the top of the table stays there for
 /// as long as it is in the list, and then the next one keeps its place. A table that stands at the top of the list

@@ -45,6 +45,7 @@ struct RecordListWidget::Private
     // recordlistparts.cpp
     void makeView(Options options);
     void keepColumns();
+    void takeColumns();
     void resetColumns();
     void makeRoomForTexts();
     void makeToolbar();
@@ -56,6 +57,7 @@ struct RecordListWidget::Private
     void makeActionMenu();
     void makeClipboardMenu();
     void makeOwnClipboardMenu();
+    void offerColumnsForClipboard();
     void addClipboardAction(const QString& text, const QString& name, int column);
     void makeParts(Options options, QFlags<Filter::ExtendedFilterDialog::enFilterColumn> columns);
     void arrange();
@@ -73,6 +75,7 @@ struct RecordListWidget::Private
     void updateClipboardMenu();
     bool selectShown(const QString& id);
     void resetFilters();
+    int columnInSight() const;
     void scrollTo(const QModelIndex& row);
     void lookAtPlace();
     QString textOf(const QModelIndex& sourceRow, int column) const;
@@ -101,11 +104,13 @@ struct RecordListWidget::Private
     int totalCount = -1;
     int shownCount = -1;
     bool isDialogPlaced = false;
+    bool hasTakenColumns = false;
 
     const ProxiedRecords records;
     ScrollAnchor* anchor = nullptr;
     SelectionKeeper* keeper = nullptr;
     QMetaObject::Connection selectionChanges;
+    QMetaObject::Connection sourceDeath;
     Place lastPlace;
     const QObject lifetime; // of this; the children of the owner live a little longer
 };

@@ -111,7 +111,9 @@ void SelectionKeeper::Private::restore()
     if (!rows.isEmpty()) {
         view->selectionModel()->select(rows, QItemSelectionModel::Select);
     }
-    restoreScrolling();
+    if (scrolled) { // whoever was told of the above has not selected something else
+        restoreScrolling();
+    }
 }
 
 void SelectionKeeper::Private::restoreCurrent()
@@ -204,6 +206,7 @@ void SelectionKeeper::watchTheUser()
                                   view.verticalScrollBar(),
                                   view.horizontalScrollBar(),
                                   view.verticalHeader()->viewport(),
+                                  view.horizontalHeader(), // takes keys itself
                                   view.horizontalHeader()->viewport()};
     for (QWidget* const widget : watched) {
         widget->installEventFilter(this);

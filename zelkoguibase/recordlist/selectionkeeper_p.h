@@ -22,8 +22,8 @@ class SelectionKeeper final : public QObject
 
 public:
     /// `view`, which has its headers already, shows `proxy`, a proxy over a record list; both outlive this object.
-    /// `pause` is how long no row must come for the list to count as complete; after twelve times as long it does
-    /// anyway.
+    /// `pause` is how long no row must come for the list to count as complete, whichever row; those that come when all
+    /// that was remembered is back do not prolong it. After twelve times as long the list is complete anyway.
     SelectionKeeper(QTableView* view, QSortFilterProxyModel* proxy, std::chrono::milliseconds pause, QObject* parent);
     ~SelectionKeeper() override;
 
