@@ -17,14 +17,6 @@ constexpr int running = 4;
 const QString brief = u"Brief"_s;  // 1 s
 const QString lengthy = u"Long"_s; // an hour, so that no test sees its end
 
-ZELKO_XML::ZELKO_RecordData lengthyRecord()
-{
-    auto record = finishedRecord(lengthy);
-    record.SetStopTime(3'610'000'000);
-    record.SetIndexEntry({indexEntry(10'000'000, 0), indexEntry(3'610'000'000, 4000)});
-    return record;
-}
-
 } // namespace
 
 // A replay as a client has it who writes the values of a channel, and as the manager gets it.
@@ -84,7 +76,7 @@ void TestChannelReplay::init()
     options.channels.channel.replay.patience = std::chrono::milliseconds(patience);
     begin(options, [](const QString& folder) {
         QVERIFY(storeRecord(folder, finishedRecord(brief), 4000));
-        QVERIFY(storeRecord(folder, lengthyRecord(), 4000));
+        QVERIFY(storeRecord(folder, hourLongRecord(lengthy), 4000));
         QVERIFY(storeRecord(folder, unfinishedRecord(u"Bad"_s), 0));
     });
     m_registered = enter("Antenne 1", "", 0, true);

@@ -37,7 +37,16 @@ inline ZELKO_XML::ZELKO_RecordData finishedRecord(const QString& id)
     return record;
 }
 
-/// The same while it is being recorded.
+/// A finished record of 4000 bytes that lasts an hour.
+inline ZELKO_XML::ZELKO_RecordData hourLongRecord(const QString& id)
+{
+    ZELKO_XML::ZELKO_RecordData record = finishedRecord(id);
+    record.SetStopTime(3'610'000'000);
+    record.SetIndexEntry({indexEntry(10'000'000, 0), indexEntry(3'610'000'000, 4000)});
+    return record;
+}
+
+/// As finishedRecord, while it is being recorded.
 inline ZELKO_XML::ZELKO_RecordData unfinishedRecord(const QString& id)
 {
     ZELKO_XML::ZELKO_RecordData record = finishedRecord(id);

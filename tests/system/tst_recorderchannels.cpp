@@ -27,14 +27,6 @@ constexpr int longPatience = 2 * patience; // until a recorder has asked twice f
 enum RecordingKey { StartRequested = 0, StopRequested = 3 };
 enum ReplayKey { Idle = 0, Paused = 2, Running = 4 };
 
-ZELKO_XML::ZELKO_RecordData lengthyRecord()
-{
-    auto record = finishedRecord(lengthy);
-    record.SetStopTime(3'610'000'000);
-    record.SetIndexEntry({indexEntry(10'000'000, 0), indexEntry(3'610'000'000, 4000)});
-    return record;
-}
-
 } // namespace
 
 // Two clients that work one channel of a real recorder by its values, and the process that owns the channel.
@@ -95,7 +87,7 @@ void TestRecorderChannels::init()
 {
     m_store = std::make_unique<QTemporaryDir>();
     QVERIFY(storeRecord(m_store->filePath(device), finishedRecord(brief), 4000));
-    QVERIFY(storeRecord(m_store->filePath(device), lengthyRecord(), 4000));
+    QVERIFY(storeRecord(m_store->filePath(device), hourLongRecord(lengthy), 4000));
     QVERIFY(startRecorder());
     enter();
     m_first = connectAs(Role::Operator);
