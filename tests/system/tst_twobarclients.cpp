@@ -330,8 +330,10 @@ void TestTwoBarClients::openBothBesideAChannel()
     for (const auto& client : {m_left.get(), m_right.get()}) {
         QTRY_VERIFY_WITH_TIMEOUT(client->is("sees-channel " + channel), patience);
         QVERIFY(client->act("channel " + channel));
-        QVERIFY(client->act("show " + lengthy));
     }
+    QVERIFY(m_left->act("show " + lengthy)); // which sets the position of the channel to its begin
+    QTRY_COMPARE_WITH_TIMEOUT(m_right->position(), 0, patience);
+    QVERIFY(m_right->act("show " + lengthy));
 }
 
 // Each of them starts, holds and ends it in turn.
