@@ -7,6 +7,8 @@
 #include "watch.h"
 #include "workplace.h"
 
+#include <zelkobase/connection/ivtclient.h>
+#include <zelkobase/maps/bookmarkitemmap.h>
 #include <zelkobase/state/channelvalues.h>
 #include <zelkobase/state/localzelkovalues.h>
 #include <zelkoguibase/state/zelkochannelmodel.h>
@@ -48,10 +50,19 @@ public:
     /// So that nobody waits for a model that has locked itself.
     void unlock() { m_timer.advance(ZelkoGUI::BookmarkModel::UnlockDelay); }
 
-    static bool seesChannel(const QString& id)
+    static bool seesChannel(const QString& id) { return shownChannel(id).isThere() && map(id); }
+
+    /// Has the channel, which it sees, show others the bookmarks, and sends what changes of them.
+    void shareBookmarks(const QString& id)
     {
-        const QString root = ZelkoCommon::ZelkoConfiguration::MakeRootPath(Workplace::subSystem());
-        return ShownChannel(*Tree::Instance(), root, id).isThere();
+        const auto client =
+            m_workplace.data()->getVtClient(Workplace::subSystem(), ZelkoCommon::ConnectionType::Client);
+        client->AddValue(map(id), 0);
+        bookmarks.createItemMap(map(id)->GetPathName());
+    }
+    static zelko::bookmarkmap::BookmarkItemMap* map(const QString& id)
+    {
+        return shownChannel(id).find<zelko::bookmarkmap::BookmarkItemMap>("Bookmarks");
     }
 
     /// Works on a channel that it sees. What the channel replays the waterfall shows at once.
@@ -64,6 +75,11 @@ public:
     QStringList messages() const { return m_messages.texts(); }
 
 private:
+    static ShownChannel shownChannel(const QString& id)
+    {
+        const QString root = ZelkoCommon::ZelkoConfiguration::MakeRootPath(Workplace::subSystem());
+        return {*Tree::Instance(), root, id};
+    }
     static Value<QString>* putChannelId()
     {
         return Tree::Instance()->Emplace(QStringLiteral("/Window"), std::make_unique<Value<QString>>("Channel"));

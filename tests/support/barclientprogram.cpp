@@ -5,6 +5,7 @@
 #include "barbookmarks.h"
 #include "barclient.h"
 #include "inputlines.h"
+#include "patience.h"
 
 #include <resources/zelkoicons.h>
 
@@ -16,6 +17,7 @@
 
 namespace {
 
+using ZelkoGUI::BookmarkModel;
 using ZelkoTest::BarClient;
 
 /// What the lines mean.
@@ -55,7 +57,7 @@ private:
     ShownReplayBar& shown() const { return m_client.shown; }
     QString state() const
     {
-        const auto states = QMetaEnum::fromType<ZelkoGUI::BookmarkModel::enSynchState>();
+        const auto states = QMetaEnum::fromType<BookmarkModel::enSynchState>();
         return QLatin1String(states.valueToKey(m_client.bookmarks.getSynchState()));
     }
     QString row(const QString& record) const
@@ -85,6 +87,16 @@ private:
         m_client.channel.setDeviceID(ZelkoTest::Workplace::device());
         m_client.channel.setRecordData(m_client.row(record));
     }
+    void edit(const Words& words) const
+    {
+        BookmarkModel& model = m_client.bookmarks;
+        model.setData(model.index(words.value(0).toInt(), BookmarkModel::TextColumn), words.value(1));
+    }
+    void clickOnHeader(int section) const { m_client.bookmarks.sl_verticalHeaderClicked(section); }
+    static QString changesOfMap(const QString& channel)
+    {
+        return QString::number(BarClient::map(channel)->GetChangeLog().NextNumber());
+    }
     static void press(QToolButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
 
     BarClient& m_client;
@@ -111,6 +123,13 @@ private:
         {"pause", doing([this](const Words&) { m_client.channel.setReplayPaused(); })},
         {"stop", doing([this](const Words&) { m_client.channel.setReplayIdle(); })},
         {"replay", [this](const Words&) { return replayState(); }},
+        {"edit", doing([this](const Words& words) { edit(words); })},
+        {"add", doing([this](const Words&) { clickOnHeader(m_client.bookmarks.entryCount()); })},
+        {"remove", doing([this](const Words& words) { clickOnHeader(words.value(0).toInt()); })},
+        {"share", doing([this](const Words& words) { m_client.shareBookmarks(words.value(0)); })},
+        {"map-changes", [](const Words& words) { return changesOfMap(words.value(0)); }},
+        {"rename", doing([this](const Words& words) { m_client.channel.setRecordingName(words.value(0)); })},
+        {"name", [this](const Words&) { return m_client.channel.channelValues()->valueRecordName()->GetValue(); }},
         {"position", [this](const Words&) { return position(); }},
         {"drag-position", doing([this](const Words& words) {
              shown().hands.dragPosition(momentOf(words.value(0)), momentOf(words.value(1)));
@@ -126,12 +145,16 @@ int main(int argc, char* argv[])
     QCommandLineParser parser;
     parser.addOptions({{"port", "Port to listen on", "N", "0"},
                        {"recorder", "Port of the recorder", "N"},
+                       {"published-port", "Port under which the recorder finds it", "N", "0"},
                        {"read-only", "Edits no bookmarks"}});
     parser.process(application);
     registerZelkoIcons();
     try {
         ZelkoCommon::OrbOptions options;
         options.port = parser.value("port").toUShort();
+        options.publishedPort = parser.value("published-port").toUShort();
+        options.publishedHost = options.publishedPort == 0 ? QString() : QStringLiteral("127.0.0.1");
+        options.receiveTimeout = std::chrono::milliseconds(patience);
         ZelkoCommon::Orb orb(options);
         BarClient client(orb, parser.value("recorder").toUShort(), parser.isSet("read-only"),
                          [] { std::cout << "sending" << std::endl; });

@@ -1,6 +1,6 @@
 #include <actiontest.h>
-#include <peerprocess.h>
-#include <testbookmarks.h>
+#include <barprocess.h>
+#include <bookmarkedrecord.h>
 
 #include <thread>
 
@@ -14,47 +14,6 @@ const QString lengthy = u"Long"_s;
 const QString begun = textsOfTwo.join(QLatin1Char(','));
 const QString resets = u"reset bookmarks from ZELKO"_s;
 const QString reloads = u"bookmarks changed by an external application - reload from ZELKO"_s;
-
-/// A record at rest, so many seconds long, from the begin of the records of tests, with two bookmarks.
-ZELKO_XML::ZELKO_RecordData recordOf(const QString& id, quint64 seconds)
-{
-    ZELKO_XML::ZELKO_RecordData data = finishedRecord(id);
-    data.SetStartTime(recordBegin);
-    data.SetStopTime(recordBegin + seconds * 1'000'000);
-    data.SetIndexEntry({indexEntry(data.GetStartTime(), 0), indexEntry(data.GetStopTime(), 4000)});
-    data.SetBookmarkEntry(twoBookmarks);
-    return data;
-}
-
-/// An operator with a replay bar, in a process of his own.
-class BarProcess
-{
-public:
-    BarProcess(quint16 recorder, const QStringList& more)
-        : m_process(QStringList{u"--recorder"_s, QString::number(recorder)} + more, 0, QStringLiteral(ZELKO_BAR_CLIENT))
-    {}
-
-    QString tell(const QString& line) { return m_process.ask(line); }
-    bool act(const QString& line) { return tell(line) == "done"; }
-    bool is(const QString& line) { return tell(line) == "yes"; }
-
-    /// Presses the button that sends the bookmarks, and does not wait for what becomes of it.
-    bool beginToApply() { return tell("apply") == "sending"; }
-    bool hasApplied() { return m_process.hear() == "done"; }
-    bool apply() { return beginToApply() && hasApplied(); }
-
-    QString state() { return tell("state"); }
-    QString bar() { return tell("bar"); }
-
-    /// That the bar and the model behind it show these bookmarks.
-    bool shows(const QString& bookmarks) { return bar() == bookmarks && tell("list") == bookmarks; }
-
-    /// Of the position on the bar, in microseconds.
-    qint64 position() { return tell("position").toLongLong(); }
-
-private:
-    PeerProcess m_process;
-};
 
 } // namespace
 
@@ -105,8 +64,8 @@ private:
 void TestTwoBarClients::init()
 {
     makeSite();
-    QVERIFY(storeRecord(m_site->deviceFolder(), recordOf(record, 90), 4000));
-    QVERIFY(storeRecord(m_site->deviceFolder(), recordOf(lengthy, 3600), 4000));
+    QVERIFY(storeRecord(m_site->deviceFolder(), recordWithBookmarks(record, 90), 4000));
+    QVERIFY(storeRecord(m_site->deviceFolder(), recordWithBookmarks(lengthy, 3600), 4000));
     QVERIFY(m_site->start());
 }
 
