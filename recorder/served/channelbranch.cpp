@@ -68,6 +68,8 @@ ChannelBranch::ChannelBranch(Tree& tree, const QString& channelId)
     dataFormat = putValue<TextValue>(tree, at(names::dataFormat));
     isDeletable = putValue<BoolValue>(tree, at(names::isDeletable));
     recordId = putValue<TextValue>(tree, at(names::recordId));
+    // Last: to a new client a map comes late, and with it what stands behind it.
+    bookmarks = putValue<zelko::bookmarkmap::BookmarkItemMap>(tree, at(names::bookmarks));
 }
 
 } // namespace ZelkoRecorder

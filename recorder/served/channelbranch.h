@@ -2,6 +2,8 @@
 
 #include <recorder/served/servedbranch.h>
 
+#include <zelkobase/maps/bookmarkitemmap.h>
+
 #include <QString>
 
 class Tree;
@@ -52,6 +54,10 @@ struct ChannelBranch
     BoolValue* isDeletable;
     TextValue* recordId; ///< the last that is told of a record; empty: there is none
     /// @}
+
+    /// The bookmarks that the client shows who works on the channel. Clients write them for each other; none of them
+    /// goes into a record by itself.
+    zelko::bookmarkmap::BookmarkItemMap* bookmarks;
 };
 
 } // namespace ZelkoRecorder

@@ -24,8 +24,8 @@ constexpr std::array commands{
     Writable{zelko::names::setRecordIdle, Action::SetRecordIdle},
 };
 
-// What a client asks a channel for, and which record it is to replay. Flags, name and error are for the recorder to
-// tell.
+// What a client asks a channel for, which record it is to replay, and the bookmarks that it shows. Flags, name and
+// error are for the recorder to tell.
 constexpr std::array channelValues{
     Writable{zelko::names::allRecordReplayModes, Action::UseChannels},
     Writable{zelko::names::deviceId, Action::UseChannels},
@@ -45,6 +45,7 @@ constexpr std::array channelValues{
     Writable{zelko::names::dataFormat, Action::Replay},
     Writable{zelko::names::isDeletable, Action::Replay},
     Writable{zelko::names::recordId, Action::Replay},
+    Writable{zelko::names::bookmarks, Action::EditBookmarks},
 };
 
 template <std::size_t Size>

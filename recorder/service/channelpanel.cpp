@@ -59,6 +59,7 @@ ChannelPanel::ChannelPanel(Tree& tree, Channel& channel, QObject* parent)
     , m_tree(tree)
     , m_channel(channel)
     , m_branch(tree, channel.id())
+    , m_bookmarkBounds(m_branch.bookmarks)
 {
     for (Observable* const value : std::initializer_list<Observable*>{
              m_branch.recordingState, m_branch.replayState, m_branch.deviceId, m_branch.recordName,

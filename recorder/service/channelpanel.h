@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/served/bookmarkbounds.h>
 #include <recorder/served/channelbranch.h>
 #include <recorder/service/channel.h>
 
@@ -60,6 +61,7 @@ private:
     Tree& m_tree;
     Channel& m_channel;
     const ChannelBranch m_branch;
+    const BookmarkBounds m_bookmarkBounds;
     std::vector<Observable*> m_observed;
     std::vector<Wish> m_wishes;
     bool m_isGranting = false; // soon

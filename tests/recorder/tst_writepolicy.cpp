@@ -60,7 +60,7 @@ void TestWritePolicy::allowsWishesToAChannel_data()
     for (const char* const name :
          {"AllRecordReplayModes", "ReplayMode", "DeviceID", "RecordName", "RecordTimeout", "FileSizeInKB",
           "CurrentReplayPosition", "FileSize", "StartTime", "StopTime", "StartPosition", "StopPosition", "LoopSize",
-          "RecordStatus", "ReplayDataRateClass", "DataFormat", "IsDeletable", "RecordID"}) {
+          "RecordStatus", "ReplayDataRateClass", "DataFormat", "IsDeletable", "RecordID", "Bookmarks"}) {
         QTest::newRow(name) << QString::fromLatin1(name);
     }
 }

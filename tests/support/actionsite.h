@@ -1,18 +1,10 @@
 #pragma once
 
 #include "recorderprocess.h"
-#include "recordervalues.h"
 #include "storedrecord.h"
-#include "userlogin.h"
+#include "workplace.h"
 
 #include <observerbase/errorhandler.h>
-#include <zelkobase/connection/serverconnectiondata.h>
-#include <zelkobase/connection/zelkoconfiguration.h>
-#include <zelkobase/maps/itemmaptypes.h>
-#include <zelkobase/orb/orb.h>
-#include <zelkobase/service/guitoserveradmincorbahandler.h>
-#include <zelkobase/service/zelkoguitoservercorbahandler.h>
-#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 
 #include <QAbstractItemModelTester>
 #include <QAction>
@@ -26,37 +18,31 @@
 
 namespace ZelkoTest {
 
-/// A recorder process with a store of its own, and an application that works on it: the tree link of a user, the
-/// handlers, a controller, and a window with the actions. The user of the application may do everything as far as the
-/// application knows, so that what stops him is the recorder. The process has one ORB, which outlives it.
+/// A recorder process with a store of its own, and an application that works on it, with a window that has the actions.
+/// The process has one ORB, which outlives it.
 class ActionSite
 {
 public:
-    using Controller = ZelkoGUI::ZelkoServerGUIController;
+    using Controller = Workplace::Controller;
     using Record = ZELKO_XML::ZELKO_RecordData;
     using Role = ZelkoCommon::Role;
 
     static constexpr int patience = 30'000; ///< milliseconds, for what must happen
-    static QString device() { return QStringLiteral("Recorder1"); }
-    static QString subSystem() { return QStringLiteral("north"); }
+    static QString device() { return Workplace::device(); }
+    static QString subSystem() { return Workplace::subSystem(); }
 
     ActionSite(ZelkoCommon::Orb& orb, const QString& program)
         : m_orb(orb)
         , m_program(program)
         , m_messagesBefore(
               ErrorHandler::Instance()->SetMessageSink([this](const QString& text) { m_messages.append(text); }))
-    {
-        zelko::registerItemMapTypes();
-    }
+    {}
     ActionSite(const ActionSite&) = delete;
     ActionSite& operator=(const ActionSite&) = delete;
     ~ActionSite()
     {
         m_window.reset();
-        m_controller.reset();
-        m_admin.reset();
-        m_handler.reset();
-        m_data.reset();
+        m_workplace.reset();
         ErrorHandler::Instance()->SetMessageSink(m_messagesBefore);
     }
 
@@ -74,34 +60,22 @@ public:
     /// Begins to act for a user of that role; `isReady` follows.
     void connectAs(Role role)
     {
-        ZelkoCommon::ZelkoConfiguration site;
-        site.AddSubSystem({subSystem(), QStringLiteral("127.0.0.1"), m_port, {}, TestUsers::credentials(role)});
-        ZelkoCommon::LinkOptions options;
-        options.firstRetry = options.lastRetry = std::chrono::milliseconds(50);
-        options.heartbeat = std::chrono::milliseconds(100);
-        options.callTimeout = std::chrono::seconds(60); // a loaded machine is no failure
-        m_data = std::make_shared<ZelkoCommon::ServerConnectionData>(
-            m_orb, Tree::Instance(), std::make_shared<ZelkoCommon::ZelkoConfiguration>(site), options);
-        m_handler = std::make_shared<ZelkoGUI::ZelkoGuiToServerCorbaHandler>(m_data);
-        m_handler->setLimit(std::chrono::seconds(60)); // for the same reason
-        m_admin = std::make_unique<ZelkoGUI::GuiToServerAdminCorbaHandler>(m_handler);
-        m_controller =
-            std::make_unique<Controller>(m_handler, nullptr, QString(), Controller::UserActions(QFlag(1023)), nullptr);
-        m_controller->sl_activeDeviceChanged(device());
+        m_workplace = nullptr; // one user goes before the next one comes
+        m_workplace = std::make_unique<Workplace>(m_orb, m_port, role);
         makeWindow();
     }
 
     /// Has the list of records watched for what no model may do.
-    void watchModel() { m_modelTester = std::make_unique<QAbstractItemModelTester>(m_controller->recordListModel()); }
+    void watchModel() { m_modelTester = std::make_unique<QAbstractItemModelTester>(controller().recordListModel()); }
 
     /// Whether the controller has all that it needs of the device, and the list all records.
-    bool isReady() const { return m_controller->isConnected() && values().isLoaded(); }
+    bool isReady() const { return m_workplace->isReady(); }
 
     /// Selects records and clicks on an action with the mouse. False where the action is not enabled.
     bool click(Controller::enUserAction action, const QStringList& records)
     {
-        m_controller->sl_selectedRecordsChanged(records);
-        QAction* const clicked = m_controller->recordAction(action);
+        controller().sl_selectedRecordsChanged(records);
+        QAction* const clicked = controller().recordAction(action);
         if (clicked->isEnabled()) {
             QTest::mouseClick(m_toolBar->widgetForAction(clicked), Qt::LeftButton);
             return true;
@@ -112,7 +86,7 @@ public:
     /// What the row of a record shows; an empty record if there is no row.
     Record row(const QString& id) const
     {
-        const auto data = m_controller->recordListModel()->getRecordData(id);
+        const auto data = controller().recordListModel()->getRecordData(id);
         return data ? *data : Record();
     }
 
@@ -120,12 +94,14 @@ public:
     QStringList rows() const
     {
         QStringList ids;
-        for (int i = 0; i < m_controller->recordListModel()->rowCount(); ++i) {
-            ids.append(m_controller->recordListModel()->recordID(i));
+        for (int i = 0; i < controller().recordListModel()->rowCount(); ++i) {
+            ids.append(controller().recordListModel()->recordID(i));
         }
         ids.sort();
         return ids;
     }
+
+    quint16 port() const { return m_port; }
 
     /// The record as it is in the store; an empty one if it is not there.
     Record stored(const QString& id) const
@@ -143,16 +119,13 @@ public:
     QString recordFolder(const QString& id) const { return deviceFolder() + QLatin1Char('/') + id; }
 
     /// The device's values on the client's tree.
-    static RecorderValues values()
-    {
-        return {*Tree::Instance(), ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem()), device()};
-    }
+    static RecorderValues values() { return Workplace::values(); }
 
     RecorderProcess& recorder() { return *m_recorder; }
-    ZelkoCommon::ServerConnectionData& data() { return *m_data; }
-    std::shared_ptr<ZelkoGUI::ZelkoGuiToServerCorbaHandler> handler() const { return m_handler; }
-    ZelkoGUI::GuiToServerAdminCorbaHandler& admin() { return *m_admin; }
-    Controller& controller() const { return *m_controller; }
+    ZelkoCommon::ServerConnectionData& data() { return *m_workplace->data(); }
+    std::shared_ptr<ZelkoGUI::ZelkoGuiToServerCorbaHandler> handler() const { return m_workplace->handler(); }
+    ZelkoGUI::GuiToServerAdminCorbaHandler& admin() { return m_workplace->admin(); }
+    Controller& controller() const { return m_workplace->controller(); }
     QMainWindow& window() { return *m_window; }
 
     /// What the user was told in message boxes, since the last time.
@@ -179,8 +152,8 @@ private:
         m_window = std::make_unique<QMainWindow>();
         m_window->resize(1200, 200);
         m_toolBar = m_window->addToolBar(QStringLiteral("actions"));
-        m_toolBar->addActions(m_controller->recordActions());
-        m_controller->setDialogParent(m_window.get());
+        m_toolBar->addActions(controller().recordActions());
+        controller().setDialogParent(m_window.get());
         m_window->show();
     }
 
@@ -188,14 +161,10 @@ private:
     const QString m_program;
     QStringList m_messages;
     const ErrorHandler::MessageSink m_messagesBefore;
-    const UserLogin m_login;
     const QTemporaryDir m_store;
     std::unique_ptr<RecorderProcess> m_recorder;
     quint16 m_port = 0;
-    std::shared_ptr<ZelkoCommon::ServerConnectionData> m_data;
-    std::shared_ptr<ZelkoGUI::ZelkoGuiToServerCorbaHandler> m_handler;
-    std::unique_ptr<ZelkoGUI::GuiToServerAdminCorbaHandler> m_admin;
-    std::unique_ptr<Controller> m_controller;
+    std::unique_ptr<Workplace> m_workplace;
     std::unique_ptr<QAbstractItemModelTester> m_modelTester;
     std::unique_ptr<QMainWindow> m_window;
     QToolBar* m_toolBar = nullptr;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "testbookmarks.h"
+#include "barbookmarks.h"
 #include "tiedbar.h"
 
 /// A bar as tests drive it, of a recording that begins when the records of tests do, and what is read off it.
@@ -8,14 +8,7 @@ struct BookmarkBar : TiedBar
 {
     static_assert(begin == static_cast<long long>(recordBegin));
 
-    QStringList bookmarks() const
-    {
-        QStringList texts;
-        for (const BookmarkType& bookmark : bar.GetBookmarks()) {
-            texts.append(bookmarkTexts({makeBookmark(static_cast<quint64>(bookmark.time), bookmark.text)}));
-        }
-        return texts;
-    }
+    QStringList bookmarks() const { return bookmarksOn(bar); }
 
     /// Of each bookmark, whether a user may move it.
     QList<bool> enabled() const

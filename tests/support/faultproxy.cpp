@@ -75,10 +75,15 @@ private:
 
     void keep(const QByteArray& part)
     {
-        if (m_faults.keeping) {
-            const std::lock_guard lock(m_faults.keptMutex);
-            m_faults.kept += part;
+        if (!m_faults.keeping) {
+            return;
         }
+        const std::lock_guard lock(m_faults.keptMutex);
+        if (m_kept < 0) {
+            m_kept = m_faults.kept.size();
+            m_faults.kept.emplace_back();
+        }
+        m_faults.kept[m_kept] += part;
     }
 
     void damage(QByteArray& bytes)
@@ -99,6 +104,7 @@ private:
     std::deque<std::pair<qint64, QByteArray>> m_waiting;
     qint64 m_bytes = 0;
     qint64 m_untilDamage = 0;
+    qsizetype m_kept = -1; // place of what is kept of it
 };
 
 class Relay : public QObject
@@ -157,11 +163,18 @@ private:
 bool FaultProxy::hasRelayed(const QString& text) const
 {
     const std::array codecs{QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE};
-    const std::lock_guard lock(m_faults->keptMutex);
+    const QList<QByteArray> lanes = relayed();
     return std::any_of(codecs.begin(), codecs.end(), [&](QStringConverter::Encoding codec) {
         const QByteArray encoded = QStringEncoder(codec).encode(text);
-        return m_faults->kept.contains(encoded);
+        return std::any_of(lanes.begin(), lanes.end(),
+                           [&](const QByteArray& bytes) { return bytes.contains(encoded); });
     });
+}
+
+QList<QByteArray> FaultProxy::relayed() const
+{
+    const std::lock_guard lock(m_faults->keptMutex);
+    return m_faults->kept;
 }
 
 FaultProxy::FaultProxy(quint16 targetPort)

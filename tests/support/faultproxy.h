@@ -46,11 +46,15 @@ public:
     /// How many connections were cut so far.
     int cutConnections() const { return m_faults->cutConnections; }
 
-    /// Keeps what goes through, for `hasRelayed`. Set before the first connection.
+    /// Keeps what goes through, for the next two. Set before the first connection.
     void setKeeping(bool keeping) { m_faults->keeping = keeping; }
 
     /// Whether `text` went through since then, one way or the other, in UTF-8 or UTF-16 of either byte order.
     bool hasRelayed(const QString& text) const;
+
+    /// What went through since then: of each connection one way and the other, those without a byte left out. One that
+    /// was there keeps its place.
+    QList<QByteArray> relayed() const;
 
     qint64 bytes() const { return m_faults->bytes; }
     int damaged() const { return m_faults->damaged; }
@@ -76,7 +80,7 @@ public:
         std::atomic<bool> keeping = false;
 
         std::mutex keptMutex;
-        QByteArray kept; // all directions, in the order of the pieces
+        QList<QByteArray> kept; // of each lane
     };
 
 private:

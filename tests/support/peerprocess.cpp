@@ -78,7 +78,7 @@ PeerProcess::PeerProcess(Started, const QString& program, const QStringList& arg
     environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("quarantine_size_mb=1"));
     m_process.setProcessEnvironment(environment);
     m_process.start(program, arguments);
-    const QString ready = readLine();
+    const QString ready = hear();
     if (ready.startsWith(QLatin1String("READY port="))) {
         m_port = ready.mid(11).toUShort();
     }
@@ -91,8 +91,15 @@ PeerProcess::~PeerProcess()
 
 QString PeerProcess::ask(const QString& line)
 {
+    say(line);
+    return hear();
+}
+
+// At once: who waits for something else meanwhile lets no event loop run.
+void PeerProcess::say(const QString& line)
+{
     m_process.write(line.toUtf8() + '\n');
-    return readLine();
+    m_process.waitForBytesWritten(patience);
 }
 
 void PeerProcess::kill()
@@ -123,7 +130,7 @@ bool PeerProcess::terminate()
            m_process.exitCode() == 0;
 }
 
-QString PeerProcess::readLine()
+QString PeerProcess::hear()
 {
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(patience)) {

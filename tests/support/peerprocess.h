@@ -29,6 +29,10 @@ public:
     /// Says a line to it and gives the line that it answers with; empty when none comes.
     QString ask(const QString& line);
 
+    /// The two halves of that: what else there is to do can be done in between.
+    void say(const QString& line);
+    QString hear();
+
     void kill();
     void stop();       ///< SIGSTOP; returns when every thread stands still
     void continueIt(); ///< SIGCONT
@@ -40,7 +44,6 @@ private:
     struct Started
     {};
     PeerProcess(Started, const QString& program, const QStringList& arguments);
-    QString readLine();
 
     QProcess m_process;
     quint16 m_port = 0;

@@ -20,6 +20,7 @@ public:
 
     void dragPosition(double from, double to) { drag(handleAt(from), handleAt(to)); }
     void dragFlag(double from, double to) { drag(flagAt(from), flagAt(to)); }
+    void doubleClick(double moment) { QTest::mouseDClick(&m_bar, Qt::LeftButton, {}, flagAt(moment)); }
 
     /// The moment to which a drag between the pixels of both moments takes the one that stood at the first.
     double afterDrag(double from, double to) const

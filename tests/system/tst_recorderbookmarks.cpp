@@ -1,5 +1,6 @@
 #include <actiontest.h>
 #include <bookmarkbar.h>
+#include <bookmarkedrecord.h>
 #include <handtimer.h>
 #include <recorderclient.h>
 
@@ -18,17 +19,6 @@ using Controller = ActionSite::Controller;
 namespace {
 
 const QString record = QStringLiteral("R1");
-
-/// A record at rest of 90 seconds, from the begin of the records of tests.
-ZELKO_XML::ZELKO_RecordData bookmarkedRecord()
-{
-    ZELKO_XML::ZELKO_RecordData data = finishedRecord(record);
-    data.SetStartTime(recordBegin);
-    data.SetStopTime(recordBegin + 90'000'000);
-    data.SetIndexEntry({indexEntry(data.GetStartTime(), 0), indexEntry(data.GetStopTime(), 4000)});
-    data.SetBookmarkEntry(twoBookmarks);
-    return data;
-}
 
 /// Another operator, with a tree of his own. Calls of one process are made in the name of one of its sessions, so that
 /// he must not be a different one from whom the application works for.
@@ -117,7 +107,7 @@ private:
 void TestRecorderBookmarks::init()
 {
     makeSite();
-    QVERIFY(storeRecord(m_site->deviceFolder(), bookmarkedRecord(), 4000));
+    QVERIFY(storeRecord(m_site->deviceFolder(), recordWithBookmarks(record, 90), 4000));
     QVERIFY(m_site->start());
 }
 

@@ -147,6 +147,7 @@ inline constexpr QLatin1String noOfReplays("NoOfReplays");
 inline constexpr QLatin1String deviceId("DeviceID");
 inline constexpr QLatin1String recordName("RecordName");
 inline constexpr QLatin1String recordId("RecordID");
+inline constexpr QLatin1String bookmarks("Bookmarks");
 inline constexpr QLatin1String duration("Duration");
 inline constexpr QLatin1String triggeredByCorbaCall("TriggeredByCorbaCall");
 inline constexpr QLatin1String requestedSampleRate("RequestedSampleRate");

@@ -62,6 +62,7 @@ void tst_ValueNames::areSpelledAsTheRecorderSpellsThem_data()
     QTest::newRow("Pending") << QString(names::pending) << "Pending";
     QTest::newRow("CCOConnectionState") << QString(names::ccoConnectionState) << "CCOConnectionState";
     QTest::newRow("CCOConnectionResult") << QString(names::ccoConnectionResult) << "CCOConnectionResult";
+    QTest::newRow("Bookmarks") << QString(names::bookmarks) << "Bookmarks";
     QTest::newRow("WaterfallTimestamp") << QString(names::waterfallTimestamp) << "WaterfallTimestamp";
     QTest::newRow("/Status") << QString(names::status) << "/Status";
     QTest::newRow("/Status/Archive") << QString(names::statusArchive) << "/Status/Archive";
