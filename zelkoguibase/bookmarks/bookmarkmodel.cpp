@@ -65,6 +65,7 @@ struct BookmarkModel::Private
     quint64 newBookmarkTime = 0;
     SingleShot singleShot = callLater;
     bool isResetting = false;
+    bool isHeaderDue = false; // once the reset has ended
     std::unique_ptr<BookmarkModelConnector> connector;
 };
 
@@ -97,8 +98,13 @@ void BookmarkModel::Private::unlockLater()
     singleShot(UnlockDelay, owner, [this] { owner->sl_resetSynchState(); });
 }
 
+// A proxy knows the rows of before until the reset has ended, and would look for the new ones among those.
 void BookmarkModel::Private::announceHeader()
 {
+    isHeaderDue = isResetting;
+    if (isHeaderDue) {
+        return;
+    }
     Q_EMIT owner->headerDataChanged(Qt::Vertical, 0, list.count());
 }
 
@@ -121,6 +127,9 @@ void BookmarkModel::Private::reset(Change change)
     change();
     isResetting = false;
     owner->endResetModel();
+    if (isHeaderDue) {
+        announceHeader();
+    }
 }
 
 void BookmarkModel::Private::followRecordModel(AbstractRecordListModel* model)
@@ -495,6 +504,7 @@ void BookmarkModel::sl_normalize()
     Q_EMIT si_normalizedChanged(normalized());
 }
 
+// Not from a list that is locked: it follows the record, and a change here would unlock it before its time.
 void BookmarkModel::sl_removeOutOfRange()
 {
     if (timesOutOfRange() && d->isEditable()) {
