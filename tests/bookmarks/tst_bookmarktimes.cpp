@@ -99,7 +99,11 @@ void BookmarkTimesTest::aPositionOutsideTheRecordIsTheStart_data()
     row("the stop", 90'000'000, 0, 0, 90'000'000);
     row("past the stop", 90'000'001, 0, 0, 0);
     row("the start of a record that begins within a millisecond", 123, 123, 0, 123);
+    row("before that start in the same millisecond", 50, 123, 0, 123);
+    row("before that start in another millisecond", -1, 123, 0, 123);
     row("past the stop of a record that begins within a millisecond", 90'000'001, 123, 0, 123);
+    row("the last whole millisecond of a record that ends within one", 90'000'000, 0, 999, 90'000'000);
+    row("the stop of a record that ends within a millisecond", 90'000'999, 0, 999, 0);
 }
 
 void BookmarkTimesTest::aPositionOutsideTheRecordIsTheStart()

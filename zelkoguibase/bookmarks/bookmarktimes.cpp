@@ -4,6 +4,8 @@
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
 
+#include <algorithm>
+
 namespace ZelkoGUI {
 
 using Vorn::DateTime;
@@ -30,11 +32,13 @@ bool BookmarkTimes::accepts(const QDateTime& time) const
     return time.isValid() && time >= m_first && time <= m_last;
 }
 
-// Past the end of the record it is the start as well: a position that is not of this record says nothing about it.
+// Past the end of the record it is the start as well: a position that is not of this record says nothing about it. The
+// ends are those that can be typed, so the last part of a millisecond counts as past the end. The part of the first one
+// that the record does not have is no place for a bookmark, which would be out of range as soon as it is there.
 quint64 BookmarkTimes::startUnlessWithin(quint64 time) const
 {
     const bool isWithin = time >= DateTime::toMicroseconds(m_first) && time <= DateTime::toMicroseconds(m_last);
-    return isWithin ? time : m_extent.start;
+    return isWithin ? std::max(time, m_extent.start) : m_extent.start;
 }
 
 QString BookmarkTimes::timeFormat(const QDateTime& first, const QDateTime& last)

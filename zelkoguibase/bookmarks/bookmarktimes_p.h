@@ -26,7 +26,7 @@ public:
     /// Whether a bookmark may be moved to a time that was typed; not to an invalid one.
     bool accepts(const QDateTime& time) const;
 
-    /// The time, if it lies within the record, and the first microsecond of the record otherwise.
+    /// The time, if it lies between the ends, and the first microsecond of the record otherwise. Never one before that.
     quint64 startUnlessWithin(quint64 time) const;
 
     /// How a time is written where it may lie between those two: without the date within one day.
