@@ -77,7 +77,8 @@ private Q_SLOTS:
     void theButtonsOfALockedListDoNothing();
     void aNewBookmarkStandsWhereItIsWanted_data();
     void aNewBookmarkStandsWhereItIsWanted();
-    void aNewBookmarkAtTheStartIsWithinTheRecord();
+    void aNewBookmarkIsWithinAnyRecord_data();
+    void aNewBookmarkIsWithinAnyRecord();
 
 private:
     QStringList taken() { return m_site->log.take(); }
@@ -453,14 +454,29 @@ void BookmarkTableTest::aNewBookmarkStandsWhereItIsWanted()
     QCOMPARE(m_site->bookmarks(), QStringList{bookmark});
 }
 
-// Also where the record does not begin with a millisecond.
-void BookmarkTableTest::aNewBookmarkAtTheStartIsWithinTheRecord()
+void BookmarkTableTest::aNewBookmarkIsWithinAnyRecord_data()
 {
+    QTest::addColumn<quint64>("cursor"); // all in microseconds behind the start of an even record
+    QTest::addColumn<QString>("bookmark");
+    QTest::newRow("the start") << quint64{123} << "123 ";
+    QTest::newRow("before the start in the same millisecond") << quint64{50} << "123 ";
+    QTest::newRow("before the start") << quint64{0} << "123 ";
+    QTest::newRow("the last whole millisecond") << quint64{90'000'000} << "90000000 ";
+    QTest::newRow("the stop") << quint64{90'000'456} << "123 ";
+}
+
+// Of a record that neither begins nor ends with a whole millisecond.
+void BookmarkTableTest::aNewBookmarkIsWithinAnyRecord()
+{
+    QFETCH(const quint64, cursor);
+    QFETCH(const QString, bookmark);
     const auto record = makeRecord("R");
     record->SetStartTime(recordBegin + 123);
+    record->SetStopTime(recordBegin + 90'000'456);
     m_site->show(record);
+    m_site->model.sl_setNewBookmarkTime(recordBegin + cursor);
     m_site->model.sl_verticalHeaderClicked(0);
-    QCOMPARE(m_site->bookmarks(), QStringList{"123 "});
+    QCOMPARE(m_site->bookmarks(), QStringList{bookmark});
     QVERIFY(!m_site->model.timesOutOfRange());
 }
 
