@@ -1,5 +1,7 @@
 // The first load of a device's record list over the tree link, beside the bare ORB moving the same records, and the
 // longest pause of the GUI thread meanwhile. The other end is a process of its own, this program with another argument.
+#include "benchpeer.h"
+
 #include <recorder/link/treelinkserver.h>
 
 #include <valuecore/tree.h>
@@ -11,19 +13,15 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QProcess>
 #include <QTimer>
 
 #include <zelkoidl/benchrecords.hh>
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <string>
 
 using zelko::recordmap::RecordItemMap;
 using zelko::recordmap::RecordMapData;
@@ -118,8 +116,7 @@ int serve(QCoreApplication& application)
     PortableServer::Servant_var<RecordsServant> servant(new RecordsServant(*map));
     orb.publish(recordsKey, servant.in());
     ZelkoRecorder::TreeLinkServer server(orb, tree);
-    std::printf("%d\n", int(orb.port()));
-    std::fflush(stdout);
+    BenchPeer::announce(orb.port());
     return application.exec();
 }
 
@@ -215,36 +212,24 @@ void overTheBareOrb(benchmark::State& state)
 BENCHMARK(overTheLink)->Name("firstload/ours")->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 BENCHMARK(overTheBareOrb)->Name("firstload/bareorb")->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 
-// The processor for the other end: the last one of the machine.
-long lastProcessor()
-{
-    return sysconf(_SC_NPROCESSORS_ONLN) - 1;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    if (argc == 2 && std::string(argv[1]) == "--serve") {
+    if (BenchPeer::isMe(argc, argv)) {
         return serve(application);
     }
-    QProcess server;
-    server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    BenchPeer server;
     // The other end keeps to one processor. This one may use all: its ORB receives while the GUI thread is at work.
-    server.start(QStringLiteral("taskset"), {QStringLiteral("-c"), QString::number(lastProcessor()),
-                                             QCoreApplication::applicationFilePath(), QStringLiteral("--serve")});
-    if (!server.waitForReadyRead(60'000)) {
-        std::fprintf(stderr, "the server did not come up\n");
+    if (!server.start()) {
         return EXIT_FAILURE;
     }
-    serverPort = server.readLine().trimmed().toUShort();
+    serverPort = server.port();
     zelko::registerItemMapTypes();
     clientOrb = std::make_unique<ZelkoCommon::Orb>(orbOptions());
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     clientOrb.reset();
-    server.kill();
-    server.waitForFinished();
     return EXIT_SUCCESS;
 }

@@ -1,5 +1,7 @@
 // The replay bar while a user drags on it: each frame is a move of the mouse and the repaint that it causes.
 
+#include "threadwork.h"
+
 #include <chartcontrols/vcreplaybar.h>
 #include <controlwidgets/guicentral.h>
 #include <valuecore/tree.h>
@@ -11,7 +13,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <ctime>
 
 namespace {
 
@@ -83,15 +84,6 @@ private:
     int m_y = 0;
 };
 
-/// Time that this thread has worked, in milliseconds: what others do on the machine meanwhile is none of the bar's
-/// doing.
-double worked()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
 void drag(benchmark::State& state, bool isFlag)
 {
     DraggedBar bar(10'000);
@@ -99,9 +91,9 @@ void drag(benchmark::State& state, bool isFlag)
     int x = 500;
     double longest = 0;
     for (auto _ : state) {
-        const double start = worked();
+        const double start = threadWorkMs();
         bar.frame(x);
-        longest = std::max(longest, worked() - start);
+        longest = std::max(longest, threadWorkMs() - start);
         x = x < 1400 ? x + 1 : 500;
     }
     bar.release();

@@ -3,16 +3,19 @@
 #include <observerbase/iobserver.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
-// The list outlives the observable for as long as a notification walks it. While one walks, positions stand still:
-// a removed observer leaves a null, a move to the front waits until the outermost walk has ended.
+// While a notification walks the list, positions stand still: a removed observer leaves a gap, a move to the front
+// waits until the outermost walk has ended. The list of an observable that dies meanwhile belongs to itself until then:
+// a shared pointer would do the same, but counting it would take a fifth of the time of a notification.
 struct Observable::List
 {
-    std::vector<IObserver*> observers;
+    std::vector<IObserver*> observers; // null where a gap is
     std::vector<IObserver*> wantsFirst;
+    std::unique_ptr<List> orphan; // this list itself, once the observable is gone
     int walks = 0;
-    bool alive = true;
+    bool hasGaps = false;
 
     auto find(const IObserver* observer) { return std::find(observers.begin(), observers.end(), observer); }
 
@@ -35,6 +38,7 @@ struct Observable::List
         ~Walk()
         {
             if (--m_list.walks == 0) {
+                const std::unique_ptr<List> goesNow = std::move(m_list.orphan);
                 m_list.settle();
             }
         }
@@ -47,7 +51,9 @@ struct Observable::List
 
     void settle()
     {
-        std::erase(observers, nullptr);
+        if (std::exchange(hasGaps, false)) {
+            std::erase(observers, nullptr);
+        }
         for (IObserver* observer : wantsFirst) {
             moveToFront(observer);
         }
@@ -70,8 +76,9 @@ Observable& Observable::operator=(const Observable&)
 
 Observable::~Observable()
 {
-    if (m_list) {
-        m_list->alive = false;
+    if (m_list && m_list->walks > 0) {
+        List& list = *m_list;
+        list.orphan = std::move(m_list);
     }
 }
 
@@ -81,7 +88,7 @@ void Observable::AddObserver(IObserver* observer)
         return;
     }
     if (!m_list) {
-        m_list = std::make_shared<List>();
+        m_list = std::make_unique<List>();
     }
     if (m_list->find(observer) == m_list->observers.end()) {
         m_list->observers.push_back(observer);
@@ -100,6 +107,7 @@ void Observable::DeleteObserver(IObserver* observer)
     }
     if (m_list->walks > 0) {
         *found = nullptr;
+        m_list->hasGaps = true;
     } else {
         m_list->observers.erase(found);
     }
@@ -113,6 +121,7 @@ void Observable::DeleteObservers()
     m_list->wantsFirst.clear();
     if (m_list->walks > 0) {
         std::fill(m_list->observers.begin(), m_list->observers.end(), nullptr);
+        m_list->hasGaps = true;
     } else {
         m_list->observers.clear();
     }
@@ -135,11 +144,11 @@ void Observable::NotifyObservers(TChangeCode code, IObserver* origin)
     if (!m_list || m_list->observers.empty()) {
         return;
     }
-    const std::shared_ptr<List> list = m_list;
-    const std::size_t count = list->observers.size(); // who is added from here on waits for the next notification
-    const List::Walk walk(*list);
-    for (std::size_t i = 0; i < count && list->alive; ++i) {
-        IObserver* const observer = list->observers[i];
+    List& list = *m_list;
+    const std::size_t count = list.observers.size(); // who is added from here on waits for the next notification
+    const List::Walk walk(list);
+    for (std::size_t i = 0; i < count && !list.orphan; ++i) {
+        IObserver* const observer = list.observers[i];
         if (observer && observer != origin) {
             observer->Update(this, code);
         }
