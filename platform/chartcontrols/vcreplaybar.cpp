@@ -2,6 +2,8 @@
 
 #include <chartcontrols/replaybaraccessible_p.h>
 #include <chartcontrols/replaybarheadline_p.h>
+#include <chartcontrols/replaybarmenu_p.h>
+#include <chartcontrols/replaybartooltip_p.h>
 #include <chartcontrols/timeticks_p.h>
 #include <controlwidgets/guicentral.h>
 #include <mapwidgets/pixelgrid.h>
@@ -10,7 +12,6 @@
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -23,14 +24,6 @@ namespace {
 
 constexpr int roomForHandle = 16;
 constexpr int gap = 2;
-constexpr qsizetype linesOfToolTip = 10;
-
-// Microseconds as a double keep their last digit up to the year 2255.
-long long toTime(double moment)
-{
-    constexpr double largest = 9.2e18;
-    return std::llround(std::clamp(moment, -largest, largest));
-}
 
 double toMoment(long long time)
 {
@@ -221,7 +214,7 @@ bool VCReplayBar::canBeRemoved(int number) const
 void VCReplayBar::createBookmark(double moment)
 {
     std::vector<BookmarkType> bookmarks = m_bookmarks;
-    bookmarks.emplace_back(toTime(moment), tr("Bookmark %1").arg(bookmarks.size() + 1));
+    bookmarks.emplace_back(timeticks::whole(moment), tr("Bookmark %1").arg(bookmarks.size() + 1));
     SetBookmarks(bookmarks, false);
     SetCurrentMarker(bookmarkMarker(bookmarks.size() - 1));
     Q_EMIT signalBookmarksChanged();
@@ -232,14 +225,6 @@ void VCReplayBar::removeBookmark(int number)
     std::vector<BookmarkType> bookmarks = m_bookmarks;
     bookmarks.erase(bookmarks.begin() + (number - FirstBookmarkMarker));
     SetBookmarks(bookmarks, true);
-}
-
-// While a menu is open the bookmarks may become others.
-void VCReplayBar::removeIfStill(int number, const BookmarkType& bookmark)
-{
-    if (canBeRemoved(number) && bookmarkOf(number) == bookmark) {
-        removeBookmark(number);
-    }
 }
 
 // A time that a double cannot hold to the last digit stays as it is until its marker really moves.
@@ -256,7 +241,7 @@ void VCReplayBar::markerChanged(int number, bool moved)
         return;
     }
     bookmark.time =
-        position == toMoment(m_grabbed.time) && number == draggedMarker() ? m_grabbed.time : toTime(position);
+        position == toMoment(m_grabbed.time) && number == draggedMarker() ? m_grabbed.time : timeticks::whole(position);
     if (number != draggedMarker()) {
         Q_EMIT signalBookmarksChanged();
     }
@@ -286,7 +271,8 @@ void VCReplayBar::tellAccessible(int number, bool moved)
 QString VCReplayBar::positionText() const
 {
     const Marker& marker = *GetMarker(GetCurrentMarker());
-    return marker.GetValueTreePath().isEmpty() ? QString() : timeticks::dateAndTime(toTime(marker.GetPosition()));
+    return marker.GetValueTreePath().isEmpty() ? QString()
+                                               : timeticks::dateAndTime(timeticks::whole(marker.GetPosition()));
 }
 
 int VCReplayBar::rulerTop() const
@@ -354,7 +340,7 @@ QStringList VCReplayBar::readings() const
     if (!marker.IsVisible()) {
         return {};
     }
-    const long long time = toTime(marker.GetPosition());
+    const long long time = timeticks::whole(marker.GetPosition());
     QStringList texts = timeticks::timesOfDay(time);
     if (!timeticks::isSameDay(axisStart(), axisStop())) {
         texts.prepend(timeticks::dateAndTime(time));
@@ -461,49 +447,8 @@ void VCReplayBar::showToolTip(QPoint place, QPoint screenPlace)
     if (number == 0) {
         QToolTip::hideText();
     } else {
-        QToolTip::showText(screenPlace, toolTipOf(number), this);
+        QToolTip::showText(screenPlace, replayBarToolTip(*this, number), this);
     }
-}
-
-// Names are plain text, whatever stands in them.
-QString VCReplayBar::toolTipOf(int number) const
-{
-    const std::vector<int> numbers = markersBeside(number);
-    QStringList lines;
-    for (const int beside : numbers) {
-        const Marker& marker = *GetMarker(beside);
-        lines << (timeticks::dateAndTime(toTime(marker.GetPosition())) + ' ' + marker.GetName()).toHtmlEscaped();
-        if (lines.size() == linesOfToolTip && numbers.size() > linesOfToolTip) {
-            lines << tr("and %1 more").arg(static_cast<qsizetype>(numbers.size()) - linesOfToolTip);
-            break;
-        }
-    }
-    return QLatin1String("<p style='white-space:pre'>") + lines.join(QLatin1String("<br>")) + QLatin1String("</p>");
-}
-
-QMenu* VCReplayBar::createMenu(int number, double moment)
-{
-    auto* const menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [menu, this](const char* name, const QString& text, bool isEnabled, auto&& action) {
-        QAction* const added = menu->addAction(text, this, std::forward<decltype(action)>(action));
-        added->setObjectName(QLatin1String(name));
-        added->setEnabled(isEnabled);
-    };
-    if (isFlag(number)) {
-        const BookmarkType bookmark = bookmarkOf(number);
-        add("RemoveBookmark", tr("Remove bookmark"), canBeRemoved(number),
-            [this, number, bookmark] { removeIfStill(number, bookmark); });
-    } else {
-        add("SetBookmark", tr("Set bookmark here"), canBeBookmarked(moment), [this, moment] {
-            if (canBeBookmarked(moment)) {
-                createBookmark(moment);
-            }
-        });
-    }
-    add("MovePosition", tr("Move position here"), canBeMoved(PositionMarker),
-        [this, moment] { moveTo(PositionMarker, moment); });
-    return menu;
 }
 
 void VCReplayBar::contextMenuEvent(QContextMenuEvent* event)
@@ -517,7 +462,8 @@ void VCReplayBar::contextMenuEvent(QContextMenuEvent* event)
     const double moment = number != 0 ? GetMarker(number)->GetPosition() : valueAt(event->pos().x());
     SetCurrentMarker(number);
     const QPoint place(std::clamp(pixelAt(moment), 0, width()), markerTop() + flagHeight());
-    createMenu(number, moment)->popup(isMouse ? event->globalPos() : mapToGlobal(place));
+    auto* const menu = new ReplayBarMenu(*this, number, moment);
+    menu->popup(isMouse ? event->globalPos() : mapToGlobal(place));
 }
 
 void VCReplayBar::mousePressEvent(QMouseEvent* event)

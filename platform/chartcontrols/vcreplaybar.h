@@ -8,8 +8,6 @@
 #include <utility>
 #include <vector>
 
-class QMenu;
-
 /// A recording on an axis of time, from its start to its stop, in microseconds since the epoch: with a marker at the
 /// current position, marked ranges, and bookmarks. Start, stop and position are float values of the tree.
 ///
@@ -96,6 +94,8 @@ protected:
     void markerDropped(int number) override;
 
 private:
+    friend class ReplayBarMenu; // does what users do
+
     void tie(ValueObservingPtr<Value<double>>& value, const QString& path);
     void updateRange();
     int bookmarkMarker(std::size_t index) const { return FirstBookmarkMarker + static_cast<int>(index); }
@@ -105,15 +105,12 @@ private:
     void showBookmark(std::size_t index, const BookmarkType& bookmark);
     void createBookmark(double moment);
     void removeBookmark(int number);
-    void removeIfStill(int number, const BookmarkType& bookmark);
     bool canBeBookmarked(double moment) const;
     bool canBeRemoved(int number) const;
     bool editByKey(const QKeyEvent& event);
     bool hasRecording() const;
 
     void showToolTip(QPoint place, QPoint screenPlace);
-    QString toolTipOf(int number) const;
-    QMenu* createMenu(int number, double moment);
     void tellAccessible(int number, bool moved);
 
     void paintHeadline(QPainter& painter) const;
