@@ -17,6 +17,7 @@ public:
     static constexpr long long begin = 1'777'905'012'000'000;
     static constexpr long long second = 1'000'000;
 
+    /// One of no seconds has a single moment.
     explicit PaintedBar(long long seconds, int width = 720);
     ~PaintedBar();
 

@@ -3,6 +3,7 @@
 #include <console/window/runningconsole.h>
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryFile>
@@ -71,6 +72,31 @@ int paintAll()
     return result;
 }
 
+void describe(QCommandLineParser& parser)
+{
+    parser.setApplicationDescription(QStringLiteral("Paints each window and widget in three looks."));
+    parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("The folder that the pictures are written to."));
+    parser.addPositionalArgument(QStringLiteral("NAME"),
+                                 QStringLiteral("Only those of this capability: %1.")
+                                     .arg(ZelkoConsole::paintedCapabilities().join(QLatin1String(", "))),
+                                 QStringLiteral("[NAME]"));
+    parser.addHelpOption();
+}
+
+int paint(const QStringList& capabilities, const QDir& folder)
+{
+    for (const QString& capability : capabilities) {
+        if (!ZelkoConsole::paintedCapabilities().contains(capability)) {
+            return fail(QStringLiteral("there are no pictures of \"%1\"").arg(capability), wrongUsage);
+        }
+        if (!folder.mkpath(capability)) {
+            return fail(QStringLiteral("the folder %1 cannot be made").arg(folder.filePath(capability)), 1);
+        }
+    }
+    const QString variant = qEnvironmentVariable(variantVariable);
+    return variant.isEmpty() ? paintAll() : paintVariant(capabilities, folder, variant);
+}
+
 } // namespace
 
 // zelko-pictures DIR [NAME]: a picture of each window and widget of the capability NAME, or of all, in three looks.
@@ -83,20 +109,18 @@ int main(int argc, char** argv)
     ZelkoConsole::prepareApplication();
     QApplication::setStyle(QStringLiteral("fusion"));
 
-    const QStringList arguments = QApplication::arguments().mid(1);
+    QCommandLineParser parser;
+    describe(parser);
+    if (!parser.parse(QApplication::arguments())) {
+        return fail(parser.errorText() + QLatin1Char('\n') + parser.helpText(), wrongUsage);
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        parser.showHelp();
+    }
+    const QStringList arguments = parser.positionalArguments();
     if (arguments.isEmpty() || arguments.size() > 2) {
-        return fail(QStringLiteral("usage: zelko-pictures DIR [NAME]"), wrongUsage);
+        return fail(parser.helpText(), wrongUsage);
     }
-    const QStringList capabilities = arguments.size() == 2 ? arguments.mid(1) : ZelkoConsole::paintedCapabilities();
-    const QDir folder(arguments.constFirst());
-    for (const QString& capability : capabilities) {
-        if (!ZelkoConsole::paintedCapabilities().contains(capability)) {
-            return fail(QStringLiteral("there are no pictures of \"%1\"").arg(capability), wrongUsage);
-        }
-        if (!folder.mkpath(capability)) {
-            return fail(QStringLiteral("the folder %1 cannot be made").arg(folder.filePath(capability)), 1);
-        }
-    }
-    const QString variant = qEnvironmentVariable(variantVariable);
-    return variant.isEmpty() ? paintAll() : paintVariant(capabilities, folder, variant);
+    return paint(arguments.size() == 2 ? arguments.mid(1) : ZelkoConsole::paintedCapabilities(),
+                 QDir(arguments.constFirst()));
 }

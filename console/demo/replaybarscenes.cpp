@@ -22,6 +22,11 @@ std::vector<BookmarkType> marks(int count, long long seconds)
     return bookmarks;
 }
 
+std::vector<std::pair<long long, long long>> range(long long from, long long to)
+{
+    return {{PaintedBar::begin + from * PaintedBar::second, PaintedBar::begin + to * PaintedBar::second}};
+}
+
 void paintWidth(ScenePainter& painter, int width, const QByteArray& name)
 {
     for (const int count : {0, 5, 500}) {
@@ -37,7 +42,7 @@ void paintInUse(ScenePainter& painter)
     PaintedBar painted(hour);
     VCReplayBar& bar = painted.bar();
     bar.SetBookmarks(marks(5, hour), false);
-    bar.SetRangeVector({{PaintedBar::begin + 600 * PaintedBar::second, PaintedBar::begin + 1500 * PaintedBar::second}});
+    bar.SetRangeVector(range(600, 1500));
     bar.SetCurrentMarker(VCReplayBar::FirstBookmarkMarker + 3);
     bar.activateWindow();
     bar.setFocus();
@@ -52,6 +57,29 @@ void paintInUse(ScenePainter& painter)
     painter.paint(days.bar(), "bar-of-days");
 }
 
+void paintAtTheLimits(ScenePainter& painter)
+{
+    PaintedBar moment(0);
+    moment.bookmark({{0, "Tower"}});
+    painter.paint(moment.bar(), "bar-of-one-moment");
+
+    PaintedBar named(hour, 240);
+    named.bookmark(
+        {{600, "Tower"}, {1500, "Ground, second voice, with a very long name that has no room"}, {3000, "End"}});
+    named.bar().SetCurrentMarker(VCReplayBar::FirstBookmarkMarker + 1);
+    painter.paint(named.bar(), "bar-narrow-long-name");
+
+    PaintedBar crowded(hour, 240);
+    crowded.bar().SetBookmarks(marks(500, hour), false);
+    crowded.bar().SetRangeVector(range(600, 1500));
+    painter.paint(crowded.bar(), "bar-narrow-many-and-range");
+
+    PaintedBar outside(hour);
+    outside.bar().SetBookmarks(marks(5, hour), false);
+    outside.bar().GetMarker(VCReplayBar::PositionMarker)->MoveTo(double(PaintedBar::begin - hour * PaintedBar::second));
+    painter.paint(outside.bar(), "bar-position-outside");
+}
+
 } // namespace
 
 void paintReplayBarScenes(ScenePainter& painter)
@@ -60,6 +88,7 @@ void paintReplayBarScenes(ScenePainter& painter)
     paintWidth(painter, 720, "middle");
     paintWidth(painter, 1600, "wide");
     paintInUse(painter);
+    paintAtTheLimits(painter);
 }
 
 } // namespace ZelkoConsole

@@ -19,14 +19,6 @@ constexpr double day = 86'400 * second;
 constexpr int secondsBetween[] = {1,   2,   5,    10,   15,   30,    60,    120,   300,
                                   600, 900, 1800, 3600, 7200, 10800, 21600, 43200, 86400};
 
-// What lies beyond has no date that anybody could read.
-constexpr double farthest = 9e18;
-
-long long whole(double moment)
-{
-    return std::llround(std::clamp(moment, -farthest, farthest));
-}
-
 long long microsecondsOf(long long moment)
 {
     const long long rest = moment % 1'000'000;
@@ -80,6 +72,14 @@ QString withDigits(long long moment, double distance)
 }
 
 } // namespace
+
+// Microseconds as a double keep their last digit up to the year 2255; what an integer cannot hold has no date that
+// anybody could read.
+long long whole(double moment)
+{
+    constexpr double farthest = 9.2e18;
+    return std::llround(std::clamp(moment, -farthest, farthest));
+}
 
 double distance(double least)
 {

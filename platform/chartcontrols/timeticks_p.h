@@ -6,6 +6,9 @@
 /// Ticks on an axis of microseconds since the epoch, at moments that are round in local time, and the texts of moments.
 namespace timeticks {
 
+/// The whole number of microseconds nearest to a moment, held within what such a number can be.
+long long whole(double moment);
+
 /// The smallest round distance of at least `least`, and at least a microsecond: 1, 2 or 5 units or tens of them below a
 /// second, then the divisions of minutes, hours and days that clocks have, then 1, 2 or 5 days or tens of them.
 double distance(double least);

@@ -2,6 +2,8 @@
 
 #include <chartcontrols/replaybaraccessible_p.h>
 #include <chartcontrols/replaybarheadline_p.h>
+#include <chartcontrols/replaybarmenu_p.h>
+#include <chartcontrols/replaybartooltip_p.h>
 #include <chartcontrols/timeticks_p.h>
 #include <controlwidgets/guicentral.h>
 #include <mapwidgets/pixelgrid.h>
@@ -10,7 +12,6 @@
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -23,14 +24,6 @@ namespace {
 
 constexpr int roomForHandle = 16;
 constexpr int gap = 2;
-constexpr qsizetype linesOfToolTip = 10;
-
-// Microseconds as a double keep their last digit up to the year 2255.
-long long toTime(double moment)
-{
-    constexpr double largest = 9.2e18;
-    return std::llround(std::clamp(moment, -largest, largest));
-}
 
 double toMoment(long long time)
 {
@@ -151,13 +144,21 @@ void VCReplayBar::AllowCreationOfBookMarks(bool allow)
 void VCReplayBar::SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify)
 {
     m_isSettingBookmarks = true;
+    const double position = GetMarker(GetCurrentMarker())->GetPosition();
     endDragUnlessKept(bookmarks);
+    const int current = currentAmong(bookmarks);
+    const bool isKept = isFlag(current) == isFlag(GetCurrentMarker());
     setBookmarkCount(bookmarks.size());
     for (std::size_t index = 0; index < bookmarks.size(); ++index) {
         showBookmark(index, bookmarks[index]);
     }
+    SetCurrentMarker(current);
     m_isSettingBookmarks = false;
     update();
+    m_toldMarker = isKept ? current : 0;
+    if (!isKept || GetMarker(current)->GetPosition() != position) {
+        tellOfCurrent(current, true);
+    }
     if (notify) {
         Q_EMIT signalBookmarksChanged();
     }
@@ -178,6 +179,22 @@ void VCReplayBar::endDragUnlessKept(const std::vector<BookmarkType>& bookmarks)
     if (index >= bookmarks.size() || (bookmarks[index] != m_bookmarks[index] && bookmarks[index] != m_grabbed)) {
         endDrag();
     }
+}
+
+// In another list the same bookmark may have another number.
+int VCReplayBar::currentAmong(const std::vector<BookmarkType>& bookmarks) const
+{
+    const int number = GetCurrentMarker();
+    if (!isFlag(number) || number == draggedMarker()) {
+        return number;
+    }
+    const auto index = static_cast<std::size_t>(number - FirstBookmarkMarker);
+    if (index < bookmarks.size() && bookmarks[index] == m_bookmarks[index]) {
+        return number;
+    }
+    const auto found = std::find(bookmarks.begin(), bookmarks.end(), m_bookmarks[index]);
+    return found == bookmarks.end() ? PositionMarker
+                                    : bookmarkMarker(static_cast<std::size_t>(found - bookmarks.begin()));
 }
 
 // What stays keeps its marker and its value, so that an editor that is open on it stays tied to it.
@@ -221,32 +238,42 @@ bool VCReplayBar::canBeRemoved(int number) const
 void VCReplayBar::createBookmark(double moment)
 {
     std::vector<BookmarkType> bookmarks = m_bookmarks;
-    bookmarks.emplace_back(toTime(moment), tr("Bookmark %1").arg(bookmarks.size() + 1));
+    bookmarks.emplace_back(timeticks::whole(moment), tr("Bookmark %1").arg(bookmarks.size() + 1));
     SetBookmarks(bookmarks, false);
     SetCurrentMarker(bookmarkMarker(bookmarks.size() - 1));
     Q_EMIT signalBookmarksChanged();
 }
 
+// The one behind it, as far as there is one.
+int VCReplayBar::bookmarkBeside(int number) const
+{
+    for (const int direction : {1, -1}) {
+        int next = nextMarker(number, direction);
+        while (next != 0 && !isFlag(next)) {
+            next = nextMarker(next, direction);
+        }
+        if (next != 0) {
+            return next;
+        }
+    }
+    return PositionMarker;
+}
+
 void VCReplayBar::removeBookmark(int number)
 {
+    if (number == GetCurrentMarker()) {
+        SetCurrentMarker(bookmarkBeside(number));
+    }
     std::vector<BookmarkType> bookmarks = m_bookmarks;
     bookmarks.erase(bookmarks.begin() + (number - FirstBookmarkMarker));
     SetBookmarks(bookmarks, true);
-}
-
-// While a menu is open the bookmarks may become others.
-void VCReplayBar::removeIfStill(int number, const BookmarkType& bookmark)
-{
-    if (canBeRemoved(number) && bookmarkOf(number) == bookmark) {
-        removeBookmark(number);
-    }
 }
 
 // A time that a double cannot hold to the last digit stays as it is until its marker really moves.
 void VCReplayBar::markerChanged(int number, bool moved)
 {
     XMarkerTop::markerChanged(number, moved);
-    tellAccessible(number, moved);
+    tellOfCurrent(number, moved);
     if (!isFlag(number) || !moved || m_isSettingBookmarks) {
         return;
     }
@@ -256,7 +283,7 @@ void VCReplayBar::markerChanged(int number, bool moved)
         return;
     }
     bookmark.time =
-        position == toMoment(m_grabbed.time) && number == draggedMarker() ? m_grabbed.time : toTime(position);
+        position == toMoment(m_grabbed.time) && number == draggedMarker() ? m_grabbed.time : timeticks::whole(position);
     if (number != draggedMarker()) {
         Q_EMIT signalBookmarksChanged();
     }
@@ -269,24 +296,42 @@ void VCReplayBar::markerDropped(int number)
     }
 }
 
-void VCReplayBar::tellAccessible(int number, bool moved)
+// While the bookmarks are replaced a number means now one of them and now another.
+void VCReplayBar::tellOfCurrent(int number, bool moved)
 {
-    if (number != GetCurrentMarker() || !QAccessible::isActive()) {
+    if (m_isSettingBookmarks) {
         return;
     }
-    if (moved) {
-        QAccessibleValueChangeEvent event(this, GetMarker(number)->GetPosition());
-        QAccessible::updateAccessibility(&event);
-    } else {
-        QAccessibleEvent event(this, QAccessible::DescriptionChanged);
-        QAccessible::updateAccessibility(&event);
+    const int current = GetCurrentMarker();
+    const bool isOther = std::exchange(m_toldMarker, current) != current;
+    if (!isOther && number != current) {
+        return;
     }
+    if (isOther || moved) {
+        tellValue();
+    }
+    if (isOther || !moved) {
+        tellDescription();
+    }
+}
+
+void VCReplayBar::tellValue()
+{
+    QAccessibleValueChangeEvent event(this, GetMarker(GetCurrentMarker())->GetPosition());
+    QAccessible::updateAccessibility(&event);
+}
+
+void VCReplayBar::tellDescription()
+{
+    QAccessibleEvent event(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&event);
 }
 
 QString VCReplayBar::positionText() const
 {
     const Marker& marker = *GetMarker(GetCurrentMarker());
-    return marker.GetValueTreePath().isEmpty() ? QString() : timeticks::dateAndTime(toTime(marker.GetPosition()));
+    return marker.GetValueTreePath().isEmpty() ? QString()
+                                               : timeticks::dateAndTime(timeticks::whole(marker.GetPosition()));
 }
 
 int VCReplayBar::rulerTop() const
@@ -310,6 +355,11 @@ QColor VCReplayBar::markerColor(int number) const
 double VCReplayBar::keyStep(double least) const
 {
     return timeticks::distance(least);
+}
+
+double VCReplayBar::roundedPosition(double position) const
+{
+    return std::round(position);
 }
 
 double VCReplayBar::tickDistance(double least) const
@@ -347,16 +397,18 @@ bool VCReplayBar::hasRecording() const
     return isThere(m_start) && isThere(m_stop) && axisStop() > 0;
 }
 
-// What is read beside the dates: the current marker, and shorter texts for where there is less room.
+// What is read beside the dates: the current marker, and shorter texts for where there is less room. Outside of the
+// recording a time is of any day, so none stands there without its date.
 QStringList VCReplayBar::readings() const
 {
     const Marker& marker = *GetMarker(GetCurrentMarker());
     if (!marker.IsVisible()) {
         return {};
     }
-    const long long time = toTime(marker.GetPosition());
-    QStringList texts = timeticks::timesOfDay(time);
-    if (!timeticks::isSameDay(axisStart(), axisStop())) {
+    const long long time = timeticks::whole(marker.GetPosition());
+    const bool isInside = marker.GetPosition() >= axisStart() && marker.GetPosition() <= axisStop();
+    QStringList texts = isInside ? timeticks::timesOfDay(time) : QStringList();
+    if (!isInside || !timeticks::isSameDay(axisStart(), axisStop())) {
         texts.prepend(timeticks::dateAndTime(time));
     }
     const QString name = fontMetrics().elidedText(marker.GetName(), Qt::ElideRight, width() / 4);
@@ -371,7 +423,7 @@ void VCReplayBar::paintHeadline(QPainter& painter) const
     painter.setPen(palette().color(QPalette::WindowText));
     const ReplayBarHeadline headline{timeticks::dates(axisStart(), axisStop()), readings(),
                                      markerColor(GetCurrentMarker())};
-    headline.paint(painter, pixelAt(visibleStart()), pixelAt(visibleStop()) + 1);
+    headline.paint(painter, pixelAt(visibleStart()), static_cast<int>(std::lround(rightBorder())) + 1);
 }
 
 void VCReplayBar::paintRanges(QPainter& painter) const
@@ -380,21 +432,19 @@ void VCReplayBar::paintRanges(QPainter& painter) const
     const QColor edge = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Highlight);
     QColor inside = edge;
     inside.setAlphaF(isDark(palette()) ? 0.55F : 0.3F);
-    const double leftBorder = placeAt(visibleStart());
-    const double rightBorder = placeAt(visibleStop());
     for (const auto& [first, last] : m_ranges) {
-        const double from = placeAt(toMoment(first));
-        const double to = std::max(placeAt(toMoment(last)), from);
-        if (from > rightBorder || to < leftBorder) {
+        const double from = toMoment(first);
+        const double to = toMoment(std::max(first, last));
+        if (from > visibleStop() || to < visibleStart()) {
             continue;
         }
-        const double left = std::max(from, leftBorder);
-        const double right = std::min(to, rightBorder);
+        const double left = placeAt(std::max(from, visibleStart()));
+        const double right = placeAt(std::min(to, visibleStop()));
         painter.fillRect(grid.rect({left, double(markerTop()), right - left + 1, height() - 1.0 - markerTop()}),
                          inside);
-        for (const double place : {from, to}) {
-            if (place >= leftBorder && place <= rightBorder) {
-                painter.fillRect(grid.vertical(place, markerTop(), height() - 1), edge);
+        for (const double moment : {from, to}) {
+            if (moment >= visibleStart() && moment <= visibleStop()) {
+                painter.fillRect(grid.vertical(placeAt(moment), markerTop(), height() - 1), edge);
             }
         }
     }
@@ -404,8 +454,8 @@ void VCReplayBar::paintTrack(QPainter& painter) const
 {
     const PixelGrid grid(painter);
     const double left = placeAt(visibleStart());
-    const double right = hasRecording() ? placeAt(visibleStop()) : width() - 1 - left;
-    const QRectF track = grid.rect({left, double(markerTop()), right - left + 1, double(height() - markerTop())});
+    const QRectF track =
+        grid.rect({left, double(markerTop()), rightBorder() - left + 1, double(height() - markerTop())});
     const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
     const double line = grid.width(1);
     painter.fillRect(track, palette().color(group, hasFocus() ? QPalette::Highlight : QPalette::Mid));
@@ -461,49 +511,8 @@ void VCReplayBar::showToolTip(QPoint place, QPoint screenPlace)
     if (number == 0) {
         QToolTip::hideText();
     } else {
-        QToolTip::showText(screenPlace, toolTipOf(number), this);
+        QToolTip::showText(screenPlace, replayBarToolTip(*this, number), this);
     }
-}
-
-// Names are plain text, whatever stands in them.
-QString VCReplayBar::toolTipOf(int number) const
-{
-    const std::vector<int> numbers = markersBeside(number);
-    QStringList lines;
-    for (const int beside : numbers) {
-        const Marker& marker = *GetMarker(beside);
-        lines << (timeticks::dateAndTime(toTime(marker.GetPosition())) + ' ' + marker.GetName()).toHtmlEscaped();
-        if (lines.size() == linesOfToolTip && numbers.size() > linesOfToolTip) {
-            lines << tr("and %1 more").arg(static_cast<qsizetype>(numbers.size()) - linesOfToolTip);
-            break;
-        }
-    }
-    return QLatin1String("<p style='white-space:pre'>") + lines.join(QLatin1String("<br>")) + QLatin1String("</p>");
-}
-
-QMenu* VCReplayBar::createMenu(int number, double moment)
-{
-    auto* const menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [menu, this](const char* name, const QString& text, bool isEnabled, auto&& action) {
-        QAction* const added = menu->addAction(text, this, std::forward<decltype(action)>(action));
-        added->setObjectName(QLatin1String(name));
-        added->setEnabled(isEnabled);
-    };
-    if (isFlag(number)) {
-        const BookmarkType bookmark = bookmarkOf(number);
-        add("RemoveBookmark", tr("Remove bookmark"), canBeRemoved(number),
-            [this, number, bookmark] { removeIfStill(number, bookmark); });
-    } else {
-        add("SetBookmark", tr("Set bookmark here"), canBeBookmarked(moment), [this, moment] {
-            if (canBeBookmarked(moment)) {
-                createBookmark(moment);
-            }
-        });
-    }
-    add("MovePosition", tr("Move position here"), canBeMoved(PositionMarker),
-        [this, moment] { moveTo(PositionMarker, moment); });
-    return menu;
 }
 
 void VCReplayBar::contextMenuEvent(QContextMenuEvent* event)
@@ -517,7 +526,8 @@ void VCReplayBar::contextMenuEvent(QContextMenuEvent* event)
     const double moment = number != 0 ? GetMarker(number)->GetPosition() : valueAt(event->pos().x());
     SetCurrentMarker(number);
     const QPoint place(std::clamp(pixelAt(moment), 0, width()), markerTop() + flagHeight());
-    createMenu(number, moment)->popup(isMouse ? event->globalPos() : mapToGlobal(place));
+    auto* const menu = new ReplayBarMenu(*this, number, moment);
+    menu->popup(isMouse ? event->globalPos() : mapToGlobal(place));
 }
 
 void VCReplayBar::mousePressEvent(QMouseEvent* event)

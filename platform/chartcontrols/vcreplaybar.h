@@ -8,19 +8,17 @@
 #include <utility>
 #include <vector>
 
-class QMenu;
-
 /// A recording on an axis of time, from its start to its stop, in microseconds since the epoch: with a marker at the
 /// current position, marked ranges, and bookmarks. Start, stop and position are float values of the tree.
 ///
 /// Marker 1 is the position, 2 and 3 are free for the window around the bar, and the bookmarks are 6 and up, in the
 /// order in which they were set. Where it is allowed, users set a bookmark by a double click or with Insert at the
-/// position, drag it, and take it away with Delete; Return takes the position to the current bookmark. A context menu
-/// offers the same. All other keys are those of XMarkerTop.
+/// position, drag it, and take it away with Delete, which goes on to its neighbour; Return takes the position to the
+/// current bookmark. A context menu offers the same. All other keys are those of XMarkerTop.
 ///
 /// Times are those of the zone of the process, which stands above the ruler with the date, beside the time of the
 /// current marker. To programs that read the screen the bar is a slider: its value is the current marker's moment, its
-/// description the marker's name.
+/// description the marker's name. They are told of both when another marker becomes the current one.
 class CHARTCONTROLS_EXPORT VCReplayBar : public XRulerTop, public XMarkerTop, public IObserver
 {
     Q_OBJECT
@@ -48,7 +46,8 @@ public:
     const std::vector<std::pair<long long, long long>>& GetRangeVector() const { return m_ranges; }
 
     /// Replaces the bookmarks. With `notify` it is told as if a user had done it. A bookmark that the mouse holds is
-    /// let go of, unless the same one, where it is now or was grabbed, stands in its place.
+    /// let go of, unless the same one, where it is now or was grabbed, stands in its place. The current bookmark stays
+    /// the current one, whatever its number becomes; if it is gone, the position is.
     void SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify);
 
     /// As they stand on the bar, in the order in which they were set.
@@ -92,10 +91,20 @@ protected:
     bool isFlag(int number) const override { return number >= FirstBookmarkMarker; }
     QColor markerColor(int number) const override;
     double keyStep(double least) const override;
+    double roundedPosition(double position) const override;
     void markerChanged(int number, bool moved) override;
     void markerDropped(int number) override;
 
+    /// What is read of the current marker beside the dates, the longest text first; empty where it is not shown.
+    QStringList readings() const;
+
+    /// Tell programs that read the screen, if there are any, that value or description of the slider are others.
+    virtual void tellValue();
+    virtual void tellDescription();
+
 private:
+    friend class ReplayBarMenu; // does what users do
+
     void tie(ValueObservingPtr<Value<double>>& value, const QString& path);
     void updateRange();
     int bookmarkMarker(std::size_t index) const { return FirstBookmarkMarker + static_cast<int>(index); }
@@ -103,21 +112,19 @@ private:
     void endDragUnlessKept(const std::vector<BookmarkType>& bookmarks);
     void setBookmarkCount(std::size_t count);
     void showBookmark(std::size_t index, const BookmarkType& bookmark);
+    int currentAmong(const std::vector<BookmarkType>& bookmarks) const;
+    int bookmarkBeside(int number) const;
     void createBookmark(double moment);
     void removeBookmark(int number);
-    void removeIfStill(int number, const BookmarkType& bookmark);
     bool canBeBookmarked(double moment) const;
     bool canBeRemoved(int number) const;
     bool editByKey(const QKeyEvent& event);
     bool hasRecording() const;
 
     void showToolTip(QPoint place, QPoint screenPlace);
-    QString toolTipOf(int number) const;
-    QMenu* createMenu(int number, double moment);
-    void tellAccessible(int number, bool moved);
+    void tellOfCurrent(int number, bool moved);
 
     void paintHeadline(QPainter& painter) const;
-    QStringList readings() const;
     void paintTrack(QPainter& painter) const;
     void paintRanges(QPainter& painter) const;
 
@@ -127,6 +134,7 @@ private:
     std::vector<std::pair<long long, long long>> m_ranges;
     std::vector<BookmarkType> m_bookmarks;
     std::vector<QString> m_bookmarkPaths; ///< of the values that the markers of the bookmarks are tied to
+    int m_toldMarker = PositionMarker;    ///< the current one, as far as programs that read the screen know
     BookmarkType m_grabbed;               ///< the bookmark that the mouse holds, as it was when it was grabbed
     bool m_allowCreation = false;
     bool m_isSettingBookmarks = false;

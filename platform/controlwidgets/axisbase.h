@@ -38,6 +38,9 @@ public:
     /// The same between the pixels.
     double placeAt(double value) const;
 
+    /// The place where the axis ends, also one without extent.
+    double rightBorder() const { return m_leftOffset + axisWidth(); }
+
     /// The number at a place, held within the part that is shown.
     double valueAt(double place) const;
 

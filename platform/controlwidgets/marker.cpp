@@ -56,7 +56,7 @@ QString Marker::GetValueTreePath() const
 // The origin is null, and not this marker: it hears of its own doing like everybody else.
 bool Marker::MoveTo(double position)
 {
-    if (!m_value) {
+    if (!m_value || IsLocked()) {
         return false;
     }
     const double step = GuiCentral::Instance().GetStep(m_value->GetPathName());

@@ -41,13 +41,17 @@ public:
     /// Of the value that it is tied to; empty without one.
     QString GetValueTreePath() const;
 
+    /// Whether its value is locked against changes by users; not without a value.
+    bool IsLocked() const { return m_value && m_value->GetState() == TValueState::Locked; }
+
     /// Tied to a value, and shown.
     bool IsVisible() const { return m_isShown && m_value; }
 
     /// 0 without a value.
     double GetPosition() const { return m_value ? m_value->GetValue() : 0; }
 
-    /// Writes the position to the value, rounded to the grain that the value has. False if the value refuses it.
+    /// Writes the position to the value, rounded to the grain that the value has. False if the value is locked or
+    /// refuses it.
     bool MoveTo(double position);
 
     void Update(Observable* source, TChangeCode code) override;

@@ -91,7 +91,7 @@ bool XMarkerTop::isOnAxis(const Marker& marker) const
 const std::vector<MarkerFlag>& XMarkerTop::flags() const
 {
     const double left = m_axis.placeAt(m_axis.visibleStart());
-    const double right = m_axis.placeAt(m_axis.visibleStop());
+    const double right = m_axis.rightBorder();
     const double ratio = m_axis.devicePixelRatioF();
     if (!m_places->flags || left != m_places->left || right != m_places->right || ratio != m_places->ratio) {
         m_places->left = left;
@@ -132,10 +132,10 @@ MarkerFlag XMarkerTop::unfolded(const MarkerFlag& flag) const
     const MarkerFlags::Texts texts = textsOf(QFontMetricsF(m_axis.font()));
     MarkerFlag whole = flag;
     const QString text = MarkerFlags::textOf(flag, GetMarker(flag.number)->GetName());
-    whole.text = texts.elided(text, longestUnfolded);
+    const double border = m_axis.width();
+    whole.text = texts.elided(text, std::min(longestUnfolded, border - 2 * MarkerFlags::padding));
     const double width =
         whole.text.isEmpty() ? flag.right - flag.left : texts.width(whole.text) + 2 * MarkerFlags::padding;
-    const double border = m_axis.width();
     whole.left = std::max(std::min(flag.place, border - width), 0.0);
     whole.right = whole.left + width;
     return whole;
@@ -258,13 +258,14 @@ void XMarkerTop::paintMarkers(QPainter& painter) const
     }
 }
 
-// Where flags stand too close for texts their poles are pale, so that what lies between them is still seen.
+// Where flags stand too close for texts their poles are translucent, so that a range under them is still seen.
 void XMarkerTop::paintFlag(QPainter& painter, const PixelGrid& grid, const MarkerFlag& flag) const
 {
     const QColor color = paintColor(flag.number);
     const double bottom = markerTop() + flagHeight();
     const QRectF cloth = grid.rect({flag.left, double(markerTop()), flag.right - flag.left, double(flagHeight())});
-    const QColor pole = flag.isCrowded ? blended(color, m_axis.palette().color(QPalette::Base), 0.65F) : color;
+    QColor pole = color;
+    pole.setAlphaF(flag.isCrowded ? 0.35F : 1.0F);
     painter.fillRect(grid.rect({flag.place, bottom, flag.isCrowded ? 0 : grid.width(1), m_axis.height() - 1 - bottom}),
                      pole);
     painter.fillRect(cloth, color);
@@ -305,7 +306,8 @@ bool XMarkerTop::canBeMoved(int number) const
 {
     const Marker* const marker = GetMarker(number);
     const bool hasPlaces = m_axis.axisStart() < m_axis.axisStop();
-    return hasPlaces && marker != nullptr && marker->IsVisible() && marker->IsEnabled() && marker->IsMoveable();
+    return hasPlaces && marker != nullptr && marker->IsVisible() && marker->IsEnabled() && marker->IsMoveable() &&
+           !marker->IsLocked();
 }
 
 bool XMarkerTop::grabMarker(const QMouseEvent& event)
@@ -325,15 +327,19 @@ bool XMarkerTop::grabMarker(const QMouseEvent& event)
     return true;
 }
 
+// The release of the button may have gone to somebody else.
 bool XMarkerTop::dragMarker(const QMouseEvent& event)
 {
+    if (m_dragged != 0 && !event.buttons().testFlag(Qt::LeftButton)) {
+        cancelDrag();
+    }
     if (m_dragged == 0) {
         return false;
     }
     const double x = event.position().x();
     m_hasMoved = m_hasMoved || !isFlag(m_dragged) || std::abs(x - m_pressedAt) >= dragThreshold;
     if (m_hasMoved && canBeMoved(m_dragged)) {
-        GetMarker(m_dragged)->MoveTo(m_axis.valueAt(x - m_grabOffset));
+        GetMarker(m_dragged)->MoveTo(heldOnAxis(m_axis.valueAt(x - m_grabOffset)));
     }
     return true;
 }
@@ -409,38 +415,39 @@ bool XMarkerTop::moveTo(int number, double position)
     if (!canBeMoved(number)) {
         return false;
     }
-    const double held = std::clamp(position, m_axis.axisStart(), m_axis.axisStop());
+    const double held = heldOnAxis(position);
     m_axis.reveal(held);
     return GetMarker(number)->MoveTo(held);
 }
 
-std::vector<int> XMarkerTop::visibleFromLeftToRight() const
+double XMarkerTop::heldOnAxis(double position) const
 {
-    std::vector<std::pair<double, int>> places;
-    ForEachMarker([&](int number, const Marker& marker) {
-        const double position = marker.GetPosition();
-        if (marker.IsVisible() && position >= m_axis.axisStart() && position <= m_axis.axisStop()) {
-            places.emplace_back(position, number);
+    return std::clamp(roundedPosition(position), m_axis.axisStart(), m_axis.axisStop());
+}
+
+// Of markers in the same place the one with the lower number comes first.
+int XMarkerTop::nextMarker(int number, int direction) const
+{
+    using Place = std::pair<double, int>;
+    const auto comesBefore = [direction](const Place& a, const Place& b) { return direction > 0 ? a < b : b < a; };
+    const Place own(GetMarker(number)->GetPosition(), number);
+    Place nearest;
+    ForEachMarker([&](int other, const Marker& marker) {
+        const Place place(marker.GetPosition(), other);
+        const bool isOn = marker.IsVisible() && place.first >= m_axis.axisStart() && place.first <= m_axis.axisStop();
+        if (isOn && comesBefore(own, place) && (nearest.second == 0 || comesBefore(place, nearest))) {
+            nearest = place;
         }
     });
-    std::sort(places.begin(), places.end());
-    std::vector<int> numbers;
-    numbers.reserve(places.size());
-    for (const auto& [position, number] : places) {
-        numbers.push_back(number);
-    }
-    return numbers;
+    return nearest.second;
 }
 
 bool XMarkerTop::chooseNext(int direction)
 {
-    const std::vector<int> numbers = visibleFromLeftToRight();
-    const auto current = std::find(numbers.begin(), numbers.end(), GetCurrentMarker());
-    const std::ptrdiff_t next = current - numbers.begin() + direction;
-    if (current == numbers.end() || next < 0 || next >= std::ssize(numbers)) {
+    const int number = nextMarker(GetCurrentMarker(), direction);
+    if (number == 0) {
         return false;
     }
-    const int number = numbers[static_cast<std::size_t>(next)];
     m_axis.reveal(GetMarker(number)->GetPosition());
     SetCurrentMarker(number);
     return true;

@@ -21,11 +21,12 @@ struct MarkerFlag;
 /// The markers of a horizontal axis, and what a user does with them. Some are flags with their names along the top of
 /// the area of the markers; the others are lines with a handle at the bottom of it.
 ///
-/// The mouse drags; Escape takes a drag back. Of the current marker, Left and Right move it by the time of about a
-/// pixel, with Shift by a tenth of it, Page Up and Page Down by a tenth of what is shown, Home and End to the ends;
-/// Ctrl with Left and Right makes the marker before or behind it the current one. Places are found once for as long as
-/// nothing changes, and markers on the same pixel are painted and found as one, so that thousands of them cost no more
-/// than there are pixels.
+/// The mouse drags; Escape takes a drag back, and so does a mouse that comes back without its button held. Of the
+/// current marker, Left and Right move it by the time of about a pixel, with Shift by a tenth of it, Page Up and Page
+/// Down by a tenth of what is shown, Home and End to the ends; Ctrl with Left and Right makes the marker before or
+/// behind it the current one, also where it is not seen itself. Places are found once for as long as nothing changes,
+/// and markers on the same pixel are painted and found as one, so that thousands of them cost no more than there are
+/// pixels.
 class MAPWIDGETS_EXPORT XMarkerTop : public MarkerList
 {
 public:
@@ -62,7 +63,11 @@ protected:
     /// The same, and puts it back where it was grabbed.
     void cancelDrag();
 
-    /// Whether a user may move the marker at this moment.
+    /// The nearest marker shown on the whole axis before a marker (`direction` -1) or behind it (1), wherever that one
+    /// is and whether or not it is shown; 0 for none.
+    int nextMarker(int number, int direction) const;
+
+    /// Whether a user may move the marker at this moment; not where its value is locked.
     bool canBeMoved(int number) const;
 
     /// Height of the flags.
@@ -81,6 +86,9 @@ protected:
 
     virtual bool isFlag(int number) const = 0;
     virtual QColor markerColor(int number) const = 0;
+
+    /// What is written when a user moves a marker to a position.
+    virtual double roundedPosition(double position) const { return position; }
 
     /// How far the arrow keys move, of something like `least`.
     virtual double keyStep(double least) const = 0;
@@ -101,8 +109,8 @@ private:
     void paintHandle(QPainter& painter, const PixelGrid& grid, int number) const;
     bool moveCurrent(const QKeyEvent& event);
     double target(const QKeyEvent& event, double position) const;
+    double heldOnAxis(double position) const;
     bool chooseNext(int direction);
-    std::vector<int> visibleFromLeftToRight() const;
 
     struct Places;
 

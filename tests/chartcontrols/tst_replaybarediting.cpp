@@ -1,9 +1,14 @@
 #include "tiedbar.h"
 
+#include <valuecore/value.h>
+
 #include <QMenu>
 #include <QSignalSpy>
 #include <QToolTip>
 #include <QtTest>
+
+#include <cmath>
+#include <functional>
 
 namespace {
 
@@ -67,7 +72,11 @@ void choose(QMenu& menu, const char* name)
     QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(action).center());
 }
 
+using Prepare = std::function<void(Edited&)>;
+
 } // namespace
+
+Q_DECLARE_METATYPE(Prepare)
 
 /// What a user does to position and bookmarks with keys, mouse and menu.
 class ReplayBarEditingTest : public QObject
@@ -82,11 +91,15 @@ private Q_SLOTS:
     void keysMoveABookmarkAndTellIt();
     void returnTakesThePositionToTheBookmark();
     void choosingRevealsWhatIsNotShown();
+    void choosingBeginsWhereTheCurrentMarkerIs_data();
+    void choosingBeginsWhereTheCurrentMarkerIs();
+    void deletingGoesOnToTheNeighbour();
 
     void aDragIsToldWhenItEnds();
     void aDragBackIsNoChange();
     void aClickThatTremblesMovesNoBookmark();
     void escapeTakesADragBack();
+    void aReleaseThatGotLostTakesADragBack();
     void aBookmarkThatIsLockedGoesBack();
     void aDragOutlastsTheBookmarksAsTheyWere();
     void theCursorTellsWhatCanBeDragged();
@@ -94,6 +107,9 @@ private Q_SLOTS:
 
     void aTimeThatADoubleCannotHoldIsKept();
     void aValueThatIsNoWholeNumberIsRounded();
+    void aUserMovesByWholeMicroseconds();
+    void aLockedValueIsNotMoved();
+    void aValueThatIsLockedWhileItIsDraggedStays();
 
     void theMenuOffersWhatCanBeDone_data();
     void theMenuOffersWhatCanBeDone();
@@ -102,6 +118,7 @@ private Q_SLOTS:
     void theMenuMovesThePosition();
     void theMenuOpensAtTheCurrentMarker();
     void aMenuRemovesNoOtherBookmark();
+    void aMenuLeavesAnotherBookmarkTheCurrentOne();
     void anEmptyBarHasNoMenu();
 
     void theToolTipTellsTheMoment();
@@ -198,6 +215,48 @@ void ReplayBarEditingTest::choosingRevealsWhatIsNotShown()
     QVERIFY(b.bar.visibleStop() <= b.bar.axisStop());
 }
 
+void ReplayBarEditingTest::choosingBeginsWhereTheCurrentMarkerIs_data()
+{
+    QTest::addColumn<Prepare>("prepare");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<int>("number");
+    const auto hide = Prepare([](Edited& b) { b.bar.GetMarker(VCReplayBar::PositionMarker)->SetShowMarker(false); });
+    const auto untie = Prepare([](Edited& b) { b.bar.SetCurrentPosition_ValuePath(QString()); });
+    const auto behind = Prepare([](Edited& b) { TiedBar::set(b.position.path(), begin + 120 * second); });
+    const auto before = Prepare([](Edited& b) { TiedBar::set(b.position.path(), begin - second); });
+    QTest::newRow("on from a hidden one") << hide << Qt::Key_Right << first + 1;
+    QTest::newRow("back from a hidden one") << hide << Qt::Key_Left << first;
+    QTest::newRow("on from one without a value") << untie << Qt::Key_Right << first;
+    QTest::newRow("back from behind the recording") << behind << Qt::Key_Left << first + 1;
+    QTest::newRow("on from behind the recording") << behind << Qt::Key_Right << VCReplayBar::PositionMarker;
+    QTest::newRow("on from before the recording") << before << Qt::Key_Right << first;
+    QTest::newRow("back from before the recording") << before << Qt::Key_Left << VCReplayBar::PositionMarker;
+}
+
+void ReplayBarEditingTest::choosingBeginsWhereTheCurrentMarkerIs()
+{
+    QFETCH(Prepare, prepare);
+    QFETCH(Qt::Key, key);
+    Edited b{30, 70};
+    prepare(b);
+    b.key(key, Qt::ControlModifier);
+    QTEST(b.bar.GetCurrentMarker(), "number");
+}
+
+void ReplayBarEditingTest::deletingGoesOnToTheNeighbour()
+{
+    Edited b{30, 20, 70, 60};
+    b.bar.SetCurrentMarker(first);
+    QStringList chosen;
+    for (int i = 0; i < 4; ++i) {
+        b.key(Qt::Key_Delete);
+        chosen << b.bar.GetMarker(b.bar.GetCurrentMarker())->GetName();
+    }
+    QCOMPARE(chosen, QStringList({"b60", "b70", "b20", ""}));
+    QCOMPARE(b.bar.GetCurrentMarker(), VCReplayBar::PositionMarker);
+    QCOMPARE(b.takeTold(), 4);
+}
+
 void ReplayBarEditingTest::aDragIsToldWhenItEnds()
 {
     Edited b{30, 20};
@@ -247,6 +306,24 @@ void ReplayBarEditingTest::escapeTakesADragBack()
     b.key(Qt::Key_Escape);
     b.release(80);
     QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 50);
+}
+
+void ReplayBarEditingTest::aReleaseThatGotLostTakesADragBack()
+{
+    Edited b{20};
+    const auto hover = [&b](int to) {
+        const QPointF place = b.headOf(to);
+        QMouseEvent move(QEvent::MouseMove, place, b.bar.mapToGlobal(place), Qt::NoButton, Qt::NoButton, {});
+        QCoreApplication::sendEvent(&b.bar, &move);
+    };
+    b.press(20);
+    b.moveTo(60);
+    hover(70);
+    QCOMPARE(b.seconds(), QList<int>{20});
+    hover(80);
+    b.release(80);
+    QCOMPARE(b.seconds(), QList<int>{20});
+    QCOMPARE(b.takeTold(), 0);
 }
 
 void ReplayBarEditingTest::aBookmarkThatIsLockedGoesBack()
@@ -318,6 +395,50 @@ void ReplayBarEditingTest::aValueThatIsNoWholeNumberIsRounded()
     QCOMPARE(b.bar.GetBookmarks().front().time, begin + 1);
 }
 
+// A value of the recorder has no grain.
+void ReplayBarEditingTest::aUserMovesByWholeMicroseconds()
+{
+    Edited b;
+    TiedBar::set(b.stop.path(), begin + 100 * second + 33);
+    const auto& value = *Tree::Instance()->Emplace(QStringLiteral("/Recorder"),
+                                                   std::make_unique<Value<double>>(QStringLiteral("Position")));
+    const auto remove = qScopeGuard([] { Tree::Instance()->Remove(QStringLiteral("/Recorder")); });
+    b.bar.SetCurrentPosition_ValuePath(value.GetPathName());
+    QVERIFY(b.bar.moveTo(VCReplayBar::PositionMarker, double(begin + 50 * second) + 0.75));
+    QVERIFY(value.GetValue() == double(begin + 50 * second + 1));
+    for (int to = 51; to < 60; ++to) {
+        b.drag(to - 1, to);
+        QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), to);
+        QVERIFY(value.GetValue() == std::round(value.GetValue()));
+    }
+}
+
+void ReplayBarEditingTest::aLockedValueIsNotMoved()
+{
+    Edited b;
+    TiedBar::value(b.position.path()).SetState(TValueState::Locked, nullptr);
+    b.key(Qt::Key_Right);
+    b.drag(50, 60);
+    QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 50);
+    b.moveTo(50);
+    QCOMPARE(b.bar.cursor().shape(), Qt::ArrowCursor);
+    QCOMPARE(offered(*b.openMenu(b.headOf(80))), QStringList({"SetBookmark", "MovePosition off"}));
+    TiedBar::value(b.position.path()).SetState(TValueState::Open, nullptr);
+    b.key(Qt::Key_Right);
+    QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 51);
+}
+
+void ReplayBarEditingTest::aValueThatIsLockedWhileItIsDraggedStays()
+{
+    Edited b;
+    b.press(50);
+    b.moveTo(60);
+    TiedBar::value(b.position.path()).SetState(TValueState::Locked, nullptr);
+    b.moveTo(70);
+    b.release(70);
+    QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 60);
+}
+
 void ReplayBarEditingTest::theMenuOffersWhatCanBeDone_data()
 {
     QTest::addColumn<int>("second");
@@ -386,6 +507,16 @@ void ReplayBarEditingTest::aMenuRemovesNoOtherBookmark()
     b.bar.SetBookmarks({}, false);
     choose(*other, "RemoveBookmark");
     QCOMPARE(b.takeTold(), 0);
+}
+
+void ReplayBarEditingTest::aMenuLeavesAnotherBookmarkTheCurrentOne()
+{
+    Edited b{20, 30, 80};
+    QMenu* const menu = b.openMenu(b.headOf(20));
+    b.bar.SetCurrentMarker(first + 2);
+    choose(*menu, "RemoveBookmark");
+    QCOMPARE(b.seconds(), QList<int>({30, 80}));
+    QCOMPARE(b.bar.GetMarker(b.bar.GetCurrentMarker())->GetName(), QStringLiteral("b80"));
 }
 
 void ReplayBarEditingTest::anEmptyBarHasNoMenu()

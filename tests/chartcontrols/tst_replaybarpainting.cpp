@@ -49,6 +49,7 @@ public:
 
     using VCReplayBar::labels;
     using VCReplayBar::markerColor;
+    using VCReplayBar::readings;
 
 private:
     const Moment m_start;
@@ -67,6 +68,11 @@ private Q_SLOTS:
     void flagsOnOnePixelLookLikeOne();
     void rangesAreSeen_data();
     void rangesAreSeen();
+    void aRangeIsSeenUnderCrowdedPoles();
+    void aRecordingOfOneMomentFillsTheBar();
+    void aBookmarkIsReadWhereThereIsButOneMoment();
+    void aLongNameEndsOnTheBar();
+    void aPositionOutsideIsReadWithItsDate();
     void colorsCanBeTold_data();
     void colorsCanBeTold();
     void labelsAreReadableAtEveryWidth_data();
@@ -147,6 +153,69 @@ void ReplayBarPaintingTest::rangesAreSeen()
     QCOMPARE(after.pixel(30, 20) != before.pixel(30, 20), isSeen);
     QCOMPARE(after.pixel(5, 20), before.pixel(5, 20));
     QCOMPARE(after.pixel(116, 20), before.pixel(116, 20));
+}
+
+void ReplayBarPaintingTest::aRangeIsSeenUnderCrowdedPoles()
+{
+    Bare b(121);
+    std::vector<BookmarkType> marks;
+    for (int at = 10; at < 60; ++at) {
+        marks.emplace_back(begin + at * second, QStringLiteral("b"));
+    }
+    b.bare.SetBookmarks(marks, false);
+    const QImage without = pictureOf(b.bare, 1);
+    b.bare.SetRangeVector({{begin + 5 * second, begin + 90 * second}});
+    const QImage with = pictureOf(b.bare, 1);
+    QVERIFY(with.pixel(30, 30) != without.pixel(30, 30));
+    QVERIFY(with.pixel(30, 30) != with.pixel(90, 30));
+}
+
+void ReplayBarPaintingTest::aRecordingOfOneMomentFillsTheBar()
+{
+    TiedBar b;
+    TiedBar::set(b.stop.path(), begin);
+    TiedBar::set(b.position.path(), begin);
+    b.bar.resize(600, 60);
+    const QImage image = pictureOf(b.bar, 1);
+    QCOMPARE(QColor(image.pixel(300, 50)), b.bar.palette().color(QPalette::Base));
+    QCOMPARE(QColor(image.pixel(595, 50)), b.bar.palette().color(QPalette::Window));
+    const QRect reading(400, 0, 190, b.bar.fontMetrics().height());
+    const QImage headline = image.copy(reading);
+    QImage empty(headline.size(), headline.format());
+    empty.fill(b.bar.palette().color(QPalette::Window));
+    QVERIFY(headline != empty);
+}
+
+void ReplayBarPaintingTest::aBookmarkIsReadWhereThereIsButOneMoment()
+{
+    TiedBar b;
+    TiedBar::set(b.stop.path(), begin);
+    b.bar.SetBookmarks({{begin, QStringLiteral("Tower")}}, false);
+    QCOMPARE(b.bar.markerAt(b.headOf(0)), VCReplayBar::FirstBookmarkMarker);
+    QCOMPARE(b.bar.markerAt(b.headOf(15)), VCReplayBar::FirstBookmarkMarker);
+}
+
+void ReplayBarPaintingTest::aLongNameEndsOnTheBar()
+{
+    Bare b(100);
+    const QString name(60, QLatin1Char('M'));
+    const auto pictureWith = [&b](const QString& text) {
+        b.bare.SetBookmarks({{begin + 20 * second, text}}, false);
+        b.bare.SetCurrentMarker(VCReplayBar::FirstBookmarkMarker);
+        return pictureOf(b.bare, 1);
+    };
+    const QString fitting = QFontMetricsF(b.bare.font()).elidedText(name, Qt::ElideRight, b.bare.width() - 8);
+    QCOMPARE(pictureWith(name), pictureWith(fitting));
+}
+
+void ReplayBarPaintingTest::aPositionOutsideIsReadWithItsDate()
+{
+    ReadBar bar(begin, begin + second, 300);
+    const Moment position(begin);
+    bar.SetCurrentPosition_ValuePath(position.path());
+    QCOMPARE(bar.readings().constFirst(), QStringLiteral("23:13:20.000000"));
+    TiedBar::set(position.path(), begin - second);
+    QCOMPARE(bar.readings(), QStringList{"2023-11-14 23:13:19.000000 CET"});
 }
 
 void ReplayBarPaintingTest::colorsCanBeTold_data()

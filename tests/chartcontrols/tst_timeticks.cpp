@@ -1,3 +1,5 @@
+#include "microseconds.h"
+
 #include <chartcontrols/timeticks_p.h>
 
 #include <QDateTime>
@@ -23,6 +25,8 @@ class TimeTicksTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void aMomentIsTheNearestWholeOne_data();
+    void aMomentIsTheNearestWholeOne();
     void distancesAreThoseOfClocks_data();
     void distancesAreThoseOfClocks();
     void ticksAreRoundInLocalTime_data();
@@ -41,6 +45,23 @@ private Q_SLOTS:
     void datesTellTheZone_data();
     void datesTellTheZone();
 };
+
+void TimeTicksTest::aMomentIsTheNearestWholeOne_data()
+{
+    QTest::addColumn<double>("moment");
+    QTest::addColumn<qint64>("whole");
+    QTest::newRow("below the middle") << 1'700'000'000'000'000.25 << qint64(1'700'000'000'000'000);
+    QTest::newRow("above the middle") << 1'700'000'000'000'000.75 << qint64(1'700'000'000'000'001);
+    QTest::newRow("more than there is") << 1e300 << qint64(9'200'000'000'000'000'000);
+    QTest::newRow("less than there is") << -1e300 << qint64(-9'200'000'000'000'000'000);
+}
+
+void TimeTicksTest::aMomentIsTheNearestWholeOne()
+{
+    QFETCH(double, moment);
+    QFETCH(qint64, whole);
+    QCOMPARE(qint64(timeticks::whole(moment)), whole);
+}
 
 void TimeTicksTest::distancesAreThoseOfClocks_data()
 {
@@ -65,7 +86,7 @@ void TimeTicksTest::distancesAreThoseOfClocks()
 {
     QFETCH(double, least);
     QFETCH(double, distance);
-    QCOMPARE(timeticks::distance(least), distance);
+    QCOMPARE(microseconds(timeticks::distance(least)), microseconds(distance));
 }
 
 void TimeTicksTest::ticksAreRoundInLocalTime_data()
@@ -84,7 +105,7 @@ void TimeTicksTest::ticksAreRoundInLocalTime()
     QFETCH(double, moment);
     QFETCH(double, distance);
     QFETCH(double, tick);
-    QCOMPARE(timeticks::first(moment, distance), tick);
+    QCOMPARE(microseconds(timeticks::first(moment, distance)), microseconds(tick));
 }
 
 void TimeTicksTest::ticksFollowTheClocks_data()

@@ -1,3 +1,4 @@
+#include "microseconds.h"
 #include "tiedbar.h"
 
 #include <controlwidgets/guicentral.h>
@@ -10,11 +11,6 @@ namespace {
 
 constexpr long long begin = TiedBar::begin;
 constexpr long long perPixel = TiedBar::perPixel;
-
-double asDouble(long long time)
-{
-    return static_cast<double>(time);
-}
 
 using Bar = TiedBar;
 using Bookmarks = std::vector<BookmarkType>;
@@ -36,6 +32,8 @@ std::size_t guiValues()
 
 } // namespace
 
+Q_DECLARE_METATYPE(Bookmarks)
+
 class VCReplayBarTest : public QObject
 {
     Q_OBJECT
@@ -55,6 +53,8 @@ private Q_SLOTS:
     void draggingABookmarkIsTold();
     void aBookmarkFollowsAnEditor();
     void aBookmarkThatStaysKeepsItsValue();
+    void theCurrentBookmarkIsFoundAgain_data();
+    void theCurrentBookmarkIsFoundAgain();
     void aDoubleClickSetsABookmarkWhereItIsAllowed();
     void aDoubleClickOnAMarkerSetsNone();
     void insertSetsABookmarkAtThePosition();
@@ -76,11 +76,11 @@ void VCReplayBarTest::followsStartAndStop()
 {
     Bar b;
     QCOMPARE(b.bar.objectName(), QStringLiteral("ZelkoReplayBar"));
-    QCOMPARE(b.bar.GetRecordingStart(), asDouble(begin));
-    QCOMPARE(b.bar.GetRecordingStop(), asDouble(begin + 100 * perPixel));
+    QCOMPARE(microseconds(b.bar.GetRecordingStart()), begin);
+    QCOMPARE(microseconds(b.bar.GetRecordingStop()), begin + 100 * perPixel);
     Bar::set(b.stop.path(), begin + 200 * perPixel);
-    QCOMPARE(b.bar.axisStop(), asDouble(begin + 200 * perPixel));
-    QCOMPARE(b.bar.pixelAt(asDouble(begin + 200 * perPixel)), 110);
+    QCOMPARE(microseconds(b.bar.axisStop()), begin + 200 * perPixel);
+    QCOMPARE(b.bar.pixelAt(b.bar.axisStop()), 110);
 }
 
 void VCReplayBarTest::aBarWithoutValuesIsEmpty()
@@ -107,7 +107,7 @@ void VCReplayBarTest::draggingThePositionWritesItsValue()
     Bar b;
     b.bar.GetMarker(1)->SetMoveable(true);
     b.drag(50, 70);
-    QCOMPARE(Bar::value(b.position.path()).GetValue(), asDouble(begin + 70 * perPixel));
+    QCOMPARE(microseconds(Bar::value(b.position.path()).GetValue()), begin + 70 * perPixel);
     b.drag(50, 90);
     QCOMPARE(b.secondOf(1), 70);
 }
@@ -190,7 +190,7 @@ void VCReplayBarTest::bookmarksAreMarkersWithValuesOfTheirOwn()
     QCOMPARE(b.secondOf(6), 30);
     QCOMPARE(b.secondOf(7), 20);
     QCOMPARE(b.bar.GetMarker(7)->GetName(), QStringLiteral("b20"));
-    QCOMPARE(Bar::value(b.bar.GetValueTreePath(7)).GetValue(), asDouble(begin + 20 * perPixel));
+    QCOMPARE(microseconds(Bar::value(b.bar.GetValueTreePath(7)).GetValue()), begin + 20 * perPixel);
     QVERIFY(b.bar.GetValueTreePath(6) != b.bar.GetValueTreePath(7));
 }
 
@@ -228,8 +228,35 @@ void VCReplayBarTest::aBookmarkThatStaysKeepsItsValue()
     const QString second = b.bar.GetValueTreePath(7);
     b.bar.SetBookmarks(Bar::bookmarks({40}), false);
     QCOMPARE(b.bar.GetValueTreePath(6), first);
-    QCOMPARE(Bar::value(first).GetValue(), asDouble(begin + 40 * perPixel));
+    QCOMPARE(microseconds(Bar::value(first).GetValue()), begin + 40 * perPixel);
     QVERIFY(!Tree::Instance()->GetItem(second));
+}
+
+void VCReplayBarTest::theCurrentBookmarkIsFoundAgain_data()
+{
+    QTest::addColumn<Bookmarks>("bookmarks");
+    QTest::addColumn<int>("number");
+    const BookmarkType current = Bar::bookmarks({40}).front();
+    QTest::newRow("as they were") << Bar::bookmarks({70, 40, 20}) << 7;
+    QTest::newRow("in order") << Bar::bookmarks({20, 40, 70}) << 7;
+    QTest::newRow("behind the others") << Bar::bookmarks({20, 70, 40}) << 8;
+    QTest::newRow("alone") << Bar::bookmarks({40}) << 6;
+    QTest::newRow("among more") << Bar::bookmarks({10, 20, 30, 40}) << 9;
+    QTest::newRow("twice") << Bookmarks{current, current} << 7;
+    QTest::newRow("gone") << Bar::bookmarks({20, 30, 70}) << 1;
+    QTest::newRow("with another text") << Bookmarks{{current.time, QStringLiteral("other")}} << 1;
+    QTest::newRow("at another time") << Bookmarks{{begin, current.text}} << 1;
+    QTest::newRow("none left") << Bookmarks{} << 1;
+}
+
+void VCReplayBarTest::theCurrentBookmarkIsFoundAgain()
+{
+    QFETCH(Bookmarks, bookmarks);
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({70, 40, 20}), false);
+    b.bar.SetCurrentMarker(7);
+    b.bar.SetBookmarks(bookmarks, false);
+    QTEST(b.bar.GetCurrentMarker(), "number");
 }
 
 void VCReplayBarTest::aDoubleClickSetsABookmarkWhereItIsAllowed()
@@ -360,7 +387,7 @@ void VCReplayBarTest::aRecordingThatIsGoneHasNoRange()
     b.bar.GetMarker(1)->SetMoveable(true);
     GuiCentral::Instance().RemoveValue((isStart ? b.start : b.stop).path());
     QCOMPARE(isStart ? b.bar.GetRecordingStart() : b.bar.GetRecordingStop(), 0.0);
-    QCOMPARE(b.bar.axisStart(), b.bar.axisStop());
+    QVERIFY(b.bar.axisStart() == b.bar.axisStop());
     QTest::mouseDClick(&b.bar, Qt::LeftButton, {}, b.headOf(20));
     QTest::keyClick(&b.bar, Qt::Key_Insert);
     QVERIFY(b.bar.GetBookmarks().empty());
@@ -394,6 +421,7 @@ void VCReplayBarTest::drawsWhateverItHolds_data()
     QTest::addColumn<long long>("stop");
     QTest::newRow("nothing") << 0LL << 0LL;
     QTest::newRow("the wrong way round") << begin << 0LL;
+    QTest::newRow("a single moment") << begin << begin;
     QTest::newRow("a microsecond") << begin << begin + 1;
     QTest::newRow("a minute") << begin << begin + 60'000'000;
     QTest::newRow("fifty years") << 0LL << begin;

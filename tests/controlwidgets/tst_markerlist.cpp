@@ -42,6 +42,7 @@ private Q_SLOTS:
     void standsWhereItsValueSays();
     void movingWritesTheValueInItsGrain();
     void movesNowhereThatTheValueRefuses();
+    void movesNowhereWhileItsValueIsLocked();
     void isNotVisibleWhenItsValueGoes();
     void letsGoOfTheOldValue();
     void passesOverNumbersThatAreNone();
@@ -119,6 +120,21 @@ void MarkerListTest::movesNowhereThatTheValueRefuses()
     QVERIFY(!marker.MoveTo(101));
     QVERIFY(!marker.MoveTo(qQNaN()));
     QCOMPARE(marker.GetPosition(), 0.0);
+}
+
+void MarkerListTest::movesNowhereWhileItsValueIsLocked()
+{
+    Marker& marker = m_markers->addMarker(1);
+    QVERIFY(!marker.IsLocked());
+    marker.SetValueTreePath(m_path);
+    QVERIFY(!marker.IsLocked());
+    value().SetState(TValueState::Locked, nullptr);
+    QVERIFY(marker.IsLocked());
+    QVERIFY(!marker.MoveTo(5));
+    QCOMPARE(value().GetValue(), 0.0);
+    value().SetState(TValueState::Open, nullptr);
+    QVERIFY(marker.MoveTo(5));
+    QCOMPARE(value().GetValue(), 5.0);
 }
 
 void MarkerListTest::isNotVisibleWhenItsValueGoes()

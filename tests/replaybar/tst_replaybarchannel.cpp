@@ -1,5 +1,6 @@
 #include "bookmarksite.h"
 #include "channelbranch.h"
+#include "microseconds.h"
 #include "shownreplaybar.h"
 #include "statesite.h"
 
@@ -17,7 +18,13 @@ using ZelkoGUI::ZelkoChannelModel;
 
 namespace {
 
+using State = ZelkoGlobal::ChannelAvailableState;
+
 const auto momentAt = ShownReplayBar::momentAt;
+const auto timeAt = ShownReplayBar::timeAt;
+
+// As a newer recorder may have it.
+constexpr auto unknownRecording = static_cast<Admin::RecordReplayAllModes>(6);
 
 /// Beside the channel C1 of the sub system north, which is stopped.
 struct Channel
@@ -69,6 +76,7 @@ struct Channel
 
 } // namespace
 
+Q_DECLARE_METATYPE(State)
 Q_DECLARE_METATYPE(Admin::RecordReplayMode)
 Q_DECLARE_METATYPE(Admin::RecordReplayAllModes)
 
@@ -83,6 +91,8 @@ private Q_SLOTS:
     void aPausedReplayLeavesThePosition();
     void followsReplaysAsTheyStartAndStop();
     void aFlagThatIsOffChangesNothing();
+    void aLostConnectionIsNotFollowed();
+    void aChannelThatIsGoneIsNotFollowed_data();
     void aChannelThatIsGoneIsNotFollowed();
     void takesUpAnotherChannel();
     void connectsTheChannelWhenItIsTold();
@@ -100,6 +110,11 @@ void ReplayBarChannelTest::followsTheStateOfTheChannel_data()
     QTest::newRow("nothing runs") << Recording::Stopped << Replay::Stopped << u"replay"_s;
     QTest::newRow("records") << Recording::NormalRecording << Replay::Stopped << u"replay"_s;
     QTest::newRow("replays") << Recording::Stopped << Replay::Running << u"waterfall"_s;
+    QTest::newRow("begins to replay") << Recording::Stopped << Replay::Started << u"waterfall"_s;
+    QTest::newRow("replays while it records") << Recording::NormalRecording << Replay::Running << u"waterfall"_s;
+    QTest::newRow("pauses a replay") << Recording::Stopped << Replay::Paused << u"replay"_s;
+    QTest::newRow("does what nobody knows") << unknownRecording << Replay::Stopped << u"nothing"_s;
+    QTest::newRow("pauses a replay beside what nobody knows") << unknownRecording << Replay::Paused << u"nothing"_s;
 }
 
 void ReplayBarChannelTest::followsTheStateOfTheChannel()
@@ -156,7 +171,33 @@ void ReplayBarChannelTest::aFlagThatIsOffChangesNothing()
     QCOMPARE(channel.tie(), u"replay"_s);
 }
 
+void ReplayBarChannelTest::aChannelThatIsGoneIsNotFollowed_data()
+{
+    QTest::addColumn<State>("state");
+    QTest::addColumn<QString>("tie");
+    QTest::newRow("ready") << ZelkoGlobal::ChannelReady << u"waterfall"_s;
+    QTest::newRow("not allowed to record") << ZelkoGlobal::ChannelRecordFlagOff << u"waterfall"_s;
+    QTest::newRow("not set") << ZelkoGlobal::ChannelNotSet << u"replay"_s;
+    QTest::newRow("without its values") << ZelkoGlobal::ChannelValuesMissing << u"replay"_s;
+    QTest::newRow("not connected") << ZelkoGlobal::ChannelDisconnected << u"replay"_s;
+}
+
 void ReplayBarChannelTest::aChannelThatIsGoneIsNotFollowed()
+{
+    QFETCH(State, state);
+    Channel channel;
+    channel.open();
+    Q_EMIT channel.model->si_availableChannelState(state);
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    QTEST(channel.tie(), "tie");
+    channel.setReplay(Admin::RecordReplayMode::Stopped);
+    QCOMPARE(channel.tie(), u"replay"_s);
+    Q_EMIT channel.model->si_availableChannelState(ZelkoGlobal::ChannelReady);
+    channel.setReplay(Admin::RecordReplayMode::Running);
+    QCOMPARE(channel.tie(), u"waterfall"_s);
+}
+
+void ReplayBarChannelTest::aLostConnectionIsNotFollowed()
 {
     Channel channel;
     channel.open();
@@ -198,12 +239,15 @@ void ReplayBarChannelTest::aRecordSetsThePositionOfTheChannel()
     channel.open(&site.model);
     site.store(twoBookmarks);
     channel.shown->widget->setRecord(u"R"_s, site.records.get(), u"D"_s);
-    QCOMPARE(channel.channel.value<double>("CurrentReplayPosition")->GetValue(), momentAt(0));
+    const auto& position = *channel.channel.value<double>("CurrentReplayPosition");
+    QCOMPARE(microseconds(position.GetValue()), timeAt(0));
     QCOMPARE(channel.shown->takePositions(), QList<quint64>{recordBegin});
     const double expected = channel.shown->hands.afterDrag(momentAt(0), momentAt(45));
     channel.shown->hands.dragPosition(momentAt(0), momentAt(45));
-    QCOMPARE(channel.channel.value<double>("CurrentReplayPosition")->GetValue(), std::round(expected));
-    QCOMPARE(channel.local.valueWaterfallTimestamp()->GetValue(), momentAt(10));
+    QCOMPARE(microseconds(position.GetValue()), microseconds(expected));
+    QVERIFY(position.GetValue() == std::round(position.GetValue()));
+    QCOMPARE(channel.shown->takePositions(), QList<quint64>{static_cast<quint64>(expected)});
+    QCOMPARE(microseconds(channel.local.valueWaterfallTimestamp()->GetValue()), timeAt(10));
 }
 
 void ReplayBarChannelTest::theChannelMayGoFirst()

@@ -2,6 +2,7 @@
 
 #include "bookmarksite.h"
 #include "iconpicture.h"
+#include "microseconds.h"
 #include "shownreplaybar.h"
 #include "updatecounter.h"
 
@@ -28,6 +29,7 @@ constexpr long long begin = ShownReplayBar::begin;
 constexpr long long second = ShownReplayBar::second;
 constexpr long long end = begin + 90 * second;
 const auto momentAt = ShownReplayBar::momentAt;
+const auto timeAt = ShownReplayBar::timeAt;
 constexpr quint64 all = std::numeric_limits<quint64>::max();
 
 /// By itself, with the bookmarks of records on the tree.
@@ -98,6 +100,7 @@ private Q_SLOTS:
     void thePositionBeginsAtTheStart();
     void theSameExtentLeavesThePosition();
     void aRecordThatGrowsTakesThePositionBack();
+    void theListHasTheRecordBeforeThePositionIsTold();
     void followsItsRecordOnly();
     void aResetWritesZeros();
     void losesItsRecord_data();
@@ -123,6 +126,7 @@ private Q_SLOTS:
     void buttonsFollowTheList();
     void applyTakesTheFocusBeforeItSends();
     void aBookmarkGoesToTheRecorderAndBack();
+    void noBookmarkIsSetUntilTheRecorderHasAnswered();
     void anExternalChangeWaitsForTheUser();
 
     void byItselfItHasNoChannel();
@@ -151,8 +155,8 @@ void ReplayBarWidgetTest::theWheelDoesNotZoom()
     const QPointF place = bar.rect().center();
     QWheelEvent wheel(place, bar.mapToGlobal(place), {}, {0, 240}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(&bar, &wheel);
-    QCOMPARE(bar.visibleStart(), bar.axisStart());
-    QCOMPARE(bar.visibleStop(), bar.axisStop());
+    QCOMPARE(microseconds(bar.visibleStart()), timeAt(0));
+    QCOMPARE(microseconds(bar.visibleStop()), timeAt(90));
 }
 
 void ReplayBarWidgetTest::showsARecordFromStartToStop()
@@ -160,8 +164,8 @@ void ReplayBarWidgetTest::showsARecordFromStartToStop()
     Dialog dialog;
     QCOMPARE(dialog.shown.bar().GetRecordingStop(), 0.0);
     dialog.showRecord();
-    QCOMPARE(dialog.shown.bar().GetRecordingStart(), momentAt(0));
-    QCOMPARE(dialog.shown.bar().GetRecordingStop(), momentAt(90));
+    QCOMPARE(microseconds(dialog.shown.bar().GetRecordingStart()), timeAt(0));
+    QCOMPARE(microseconds(dialog.shown.bar().GetRecordingStop()), timeAt(90));
     QCOMPARE(dialog.site.model.getSynchState(), BookmarkModel::SynchInSync);
 }
 
@@ -189,8 +193,8 @@ void ReplayBarWidgetTest::anIndexTellsTheExtent()
     record->SetIndexEntry(entries);
     dialog.site.store(record);
     dialog.showRecord(u"R"_s);
-    QCOMPARE(dialog.shown.bar().GetRecordingStart(), momentAt(first));
-    QCOMPARE(dialog.shown.bar().GetRecordingStop(), momentAt(last));
+    QCOMPARE(microseconds(dialog.shown.bar().GetRecordingStart()), timeAt(first));
+    QCOMPARE(microseconds(dialog.shown.bar().GetRecordingStop()), timeAt(last));
 }
 
 void ReplayBarWidgetTest::thePositionBeginsAtTheStart()
@@ -198,7 +202,7 @@ void ReplayBarWidgetTest::thePositionBeginsAtTheStart()
     Dialog dialog;
     dialog.site.store(BookmarkSite::Entries());
     dialog.showRecord(u"R"_s);
-    QCOMPARE(dialog.shown.position().GetPosition(), momentAt(0));
+    QCOMPARE(microseconds(dialog.shown.position().GetPosition()), timeAt(0));
     QCOMPARE(dialog.shown.takePositions(), QList<quint64>{recordBegin});
 }
 
@@ -210,7 +214,7 @@ void ReplayBarWidgetTest::theSameExtentLeavesThePosition()
     dialog.shown.setPosition(momentAt(30));
     dialog.shown.takePositions();
     dialog.showRecord(u"S"_s);
-    QCOMPARE(dialog.shown.position().GetPosition(), momentAt(30));
+    QCOMPARE(microseconds(dialog.shown.position().GetPosition()), timeAt(30));
     QCOMPARE(dialog.shown.takePositions(), QList<quint64>());
 }
 
@@ -221,9 +225,27 @@ void ReplayBarWidgetTest::aRecordThatGrowsTakesThePositionBack()
     dialog.shown.setPosition(momentAt(30));
     dialog.shown.takePositions();
     dialog.store(u"R"_s, begin, end + second);
-    QCOMPARE(dialog.shown.bar().GetRecordingStop(), momentAt(91));
-    QCOMPARE(dialog.shown.position().GetPosition(), momentAt(0));
+    QCOMPARE(microseconds(dialog.shown.bar().GetRecordingStop()), timeAt(91));
+    QCOMPARE(microseconds(dialog.shown.position().GetPosition()), timeAt(0));
     QCOMPARE(dialog.shown.takePositions(), QList<quint64>{recordBegin});
+}
+
+// Who is told the position may ask the list for the bookmarks there.
+void ReplayBarWidgetTest::theListHasTheRecordBeforeThePositionIsTold()
+{
+    Dialog dialog;
+    dialog.site.store(twoBookmarks);
+    QStringList told;
+    const QObject context;
+    connect(&dialog.site.model, &BookmarkModel::si_synchStateChanged, &context,
+            [&told](BookmarkModel::enSynchState state) { told << u"state %1"_s.arg(state); });
+    connect(dialog.shown.widget.get(), &ReplayBarWidget::si_currentPosChanged, &context, [&](quint64 position) {
+        told << u"position %1 with %2"_s.arg(position).arg(dialog.site.model.rowCount());
+    });
+    dialog.showRecord(u"R"_s);
+    QCOMPARE(told,
+             QStringList({u"state %1"_s.arg(BookmarkModel::SynchNoRecord),
+                          u"state %1"_s.arg(BookmarkModel::SynchInSync), u"position %1 with 2"_s.arg(recordBegin)}));
 }
 
 void ReplayBarWidgetTest::followsItsRecordOnly()
@@ -232,7 +254,7 @@ void ReplayBarWidgetTest::followsItsRecordOnly()
     dialog.showRecord();
     dialog.store(u"S"_s, begin, end + second);
     dialog.site.map->EraseAt(u"S"_s, nullptr);
-    QCOMPARE(dialog.shown.bar().GetRecordingStop(), momentAt(90));
+    QCOMPARE(microseconds(dialog.shown.bar().GetRecordingStop()), timeAt(90));
     QCOMPARE(dialog.shown.takePositions(), QList<quint64>());
 }
 
@@ -349,7 +371,7 @@ void ReplayBarWidgetTest::aDragOfThePositionIsTold()
     dialog.showRecord();
     const double expected = dialog.shown.hands.afterDrag(momentAt(0), momentAt(45));
     dialog.shown.hands.dragPosition(momentAt(0), momentAt(45));
-    QCOMPARE(dialog.shown.position().GetPosition(), expected);
+    QCOMPARE(microseconds(dialog.shown.position().GetPosition()), microseconds(expected));
     QCOMPARE(dialog.shown.takePositions(), QList<quint64>{static_cast<quint64>(expected)});
 }
 
@@ -433,7 +455,7 @@ void ReplayBarWidgetTest::hasButtonsForAListThatCanBeEditedOnly()
     QCOMPARE(shown.apply() != nullptr, hasButtons);
     QCOMPARE(shown.reset() != nullptr, hasButtons);
     QCOMPARE(shown.bar().GetBookmarks().size(), std::size_t(hasModel ? 2 : 0));
-    QCOMPARE(shown.bar().GetRecordingStop(), momentAt(90));
+    QCOMPARE(microseconds(shown.bar().GetRecordingStop()), timeAt(90));
 }
 
 void ReplayBarWidgetTest::buttonsFollowTheList_data()
@@ -472,6 +494,8 @@ void ReplayBarWidgetTest::buttonsFollowTheList()
                                          : u"reset bookmarks from ZELKO"_s);
     QCOMPARE(picture(dialog.shown.apply()->icon()), picture(QIcon(u":/Zelko/Bookmarks/ApplyBookmarks.svg"_s)));
     QCOMPARE(dialog.shown.apply()->toolTip(), u"send bookmarks to ZELKO"_s);
+    QCOMPARE(dialog.shown.apply()->accessibleName(), dialog.shown.apply()->toolTip());
+    QCOMPARE(reset.accessibleName(), reset.toolTip());
 }
 
 // The button loses the focus again as soon as it is disabled, which is before anything else can be seen of the sending.
@@ -498,23 +522,52 @@ void ReplayBarWidgetTest::aBookmarkGoesToTheRecorderAndBack()
 {
     Dialog dialog;
     dialog.showRecord(twoBookmarks);
+    constexpr int first = VCReplayBar::FirstBookmarkMarker;
+    const VCReplayBar& bar = dialog.shown.bar();
     BookmarkSite::Entries sent;
+    QStringList addressed;
     connect(&dialog.site.model, &BookmarkModel::si_updateBookmarks, this,
-            [&sent](const QString&, const BookmarkSite::Entries& bookmarks) { sent = bookmarks; });
+            [&](const QString& record, const BookmarkSite::Entries& bookmarks, const QString& device) {
+                sent = bookmarks;
+                addressed << record << device;
+            });
     dialog.shown.hands.dragFlag(momentAt(10), momentAt(45));
+    QCOMPARE(bar.GetCurrentMarker(), first);
     QCOMPARE(dialog.site.model.getSynchState(), BookmarkModel::SynchLocalChange);
     click(dialog.shown.apply());
     QCOMPARE(dialog.site.model.getSynchState(), BookmarkModel::SynchPending);
     QCOMPARE(bookmarkTexts(sent).constFirst(), u"20000000 b"_s);
     QCOMPARE(sent.size(), 2);
-    QVERIFY(!dialog.shown.bar().GetMarker(VCReplayBar::FirstBookmarkMarker)->IsEnabled());
+    QCOMPARE(addressed, QStringList({u"R"_s, u"D"_s}));
+    QVERIFY(!bar.GetMarker(first)->IsEnabled());
 
     dialog.site.store(sent);
-    QCOMPARE(dialog.shown.bar().GetBookmarks().front().text, u"b"_s);
+    QCOMPARE(bar.GetBookmarks().front().text, u"b"_s);
+    QCOMPARE(bar.GetCurrentMarker(), first + 1); // the list comes back in order
+    QCOMPARE(bar.GetMarker(first + 1)->GetName(), u"a"_s);
     dialog.site.timer.advance(2s);
     QCOMPARE(dialog.site.model.getSynchState(), BookmarkModel::SynchInSync);
-    QVERIFY(dialog.shown.bar().GetMarker(VCReplayBar::FirstBookmarkMarker)->IsEnabled());
+    QVERIFY(bar.GetMarker(first)->IsEnabled());
     QCOMPARE(bookmarkTexts(dialog.site.model.entries()), bookmarkTexts(sent));
+}
+
+void ReplayBarWidgetTest::noBookmarkIsSetUntilTheRecorderHasAnswered()
+{
+    Dialog dialog;
+    dialog.showRecord(twoBookmarks);
+    VCReplayBar& bar = dialog.shown.bar();
+    const auto doubleClick = [&] {
+        QTest::mouseDClick(&bar, Qt::LeftButton, {}, dialog.shown.hands.flagAt(momentAt(70)));
+    };
+    dialog.shown.hands.dragFlag(momentAt(10), momentAt(45));
+    click(dialog.shown.apply());
+    doubleClick();
+    bar.setFocus();
+    QTest::keyClick(&bar, Qt::Key_Insert);
+    QCOMPARE(bar.GetBookmarks().size(), std::size_t(2));
+    dialog.site.timer.advance(2s);
+    doubleClick();
+    QCOMPARE(bar.GetBookmarks().size(), std::size_t(3));
 }
 
 void ReplayBarWidgetTest::anExternalChangeWaitsForTheUser()

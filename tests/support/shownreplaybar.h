@@ -19,7 +19,8 @@ public:
     static constexpr long long second = 1'000'000;
 
     /// So many seconds behind the begin of the records of tests.
-    static double momentAt(long long seconds) { return static_cast<double>(begin + seconds * second); }
+    static qint64 timeAt(long long seconds) { return begin + seconds * second; }
+    static double momentAt(long long seconds) { return static_cast<double>(timeAt(seconds)); }
 
     explicit ShownReplayBar(std::unique_ptr<ZelkoGUI::ReplayBarWidget> made)
         : widget(std::move(made))

@@ -10,12 +10,13 @@
 
 /// A bar of a recording of 100 seconds, one second a pixel, that begins 10 pixels from the left; its position is at
 /// second 50.
-struct TiedBar
+template <typename Bar>
+struct TiedBarOf
 {
     static constexpr long long begin = 1'700'000'000'000'000;
     static constexpr long long perPixel = 1'000'000;
 
-    TiedBar()
+    TiedBarOf()
     {
         bar.SetPixOffset(10, 10);
         bar.resize(121, 60);
@@ -65,5 +66,7 @@ struct TiedBar
     const Moment start{begin};
     const Moment stop{begin + 100 * perPixel};
     const Moment position{begin + 50 * perPixel};
-    VCReplayBar bar{nullptr, "ZelkoReplayBar", true};
+    Bar bar{nullptr, "ZelkoReplayBar", true};
 };
+
+using TiedBar = TiedBarOf<VCReplayBar>;

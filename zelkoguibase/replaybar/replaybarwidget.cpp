@@ -87,6 +87,13 @@ QToolButton* createButton(const char* name, QWidget* parent)
     return button;
 }
 
+// A button with nothing but an icon has no name for those who cannot see it.
+void describe(QToolButton* button, const QString& text)
+{
+    button->setToolTip(text);
+    button->setAccessibleName(text);
+}
+
 } // namespace
 
 struct ReplayBarWidget::Private
@@ -181,7 +188,7 @@ void ReplayBarWidget::createButtons()
 {
     d->apply = createButton("ApplyBookmarks", this);
     d->apply->setIcon(QIcon(QStringLiteral(":/Zelko/Bookmarks/ApplyBookmarks.svg")));
-    d->apply->setToolTip(tr("send bookmarks to ZELKO"));
+    describe(d->apply, tr("send bookmarks to ZELKO"));
     d->reset = createButton("ResetBookmarks", this);
     connect(d->apply, &QToolButton::clicked, d->apply, qOverload<>(&QToolButton::setFocus));
     connect(d->apply, &QToolButton::clicked, d->bookmarks, &BookmarkModel::sl_synchronize);
@@ -316,8 +323,8 @@ void ReplayBarWidget::sl_bookmarkSynchStateChanged(BookmarkModel::enSynchState s
     d->reset->setEnabled(state == BookmarkModel::SynchLocalChange || isExternal);
     d->reset->setIcon(QIcon(isExternal ? QStringLiteral(":/Zelko/Bookmarks/RefreshBookmarks.svg")
                                        : QStringLiteral(":/Zelko/Bookmarks/ResetBookmarks.svg")));
-    d->reset->setToolTip(isExternal ? tr("bookmarks changed by an external application - reload from ZELKO")
-                                    : tr("reset bookmarks from ZELKO"));
+    describe(d->reset, isExternal ? tr("bookmarks changed by an external application - reload from ZELKO")
+                                  : tr("reset bookmarks from ZELKO"));
 }
 
 void ReplayBarWidget::sl_recordChanged(const QString& recordID)
