@@ -42,7 +42,8 @@ class TestCurrentDevice : public QObject
 private Q_SLOTS:
     void keepsTheCurrentDevice();
     void fallsBackOnTheFirstDevice();
-    void comesBackWithTheConnection();
+    void leavesADeviceThatASlotHasLost();
+    void comesBackWithTheFirstDevice();
     void needsAChannelDeviceToFollowAValue();
     void fallsBackOnTheLastRealChannelDevice();
     void doesNotFallBackOnAChannelDeviceThatIsGone();
@@ -50,12 +51,14 @@ private Q_SLOTS:
     void isReadyWithADevice();
     void connectsTheRecordsOfTheCurrentDevice();
     void tracesADeviceThatIsNotThere();
+    void takesNoDeviceForOneThatIsNotThere();
     void composesTheTooltip_data();
     void composesTheTooltip();
     void doesNotSupportXgWithoutANode();
     void fillsAnEmptyDeviceId();
     void leavesADeviceIdThatIsSet();
     void followsTheDeviceId();
+    void tellsTwiceOfADeviceIdThatIsEmptied();
     void onlyPassesTheDeviceIdOnBeforeItFollows();
 };
 
@@ -67,8 +70,11 @@ void TestCurrentDevice::keepsTheCurrentDevice()
     Followed followed(site);
     site.data->setConnected(u"north"_s, true);
     followed.model.setCurrentDevice(u"A2"_s);
-    a1.setAvailable(false);
     a3.setAvailable(true);
+    letTurnsPass();
+    QCOMPARE(followed.model.deviceList(), (QStringList{u"A1"_s, u"A2"_s, u"A3"_s}));
+    QCOMPARE(followed.model.currentDevice(), u"A2"_s);
+    a1.setAvailable(false);
     letTurnsPass();
     QCOMPARE(followed.model.deviceList(), (QStringList{u"A2"_s, u"A3"_s}));
     QCOMPARE(followed.model.currentDevice(), u"A2"_s);
@@ -88,19 +94,50 @@ void TestCurrentDevice::fallsBackOnTheFirstDevice()
     QCOMPARE(followed.model.currentDevice(), u"A1"_s);
 }
 
-void TestCurrentDevice::comesBackWithTheConnection()
+// The first of the list is chosen, and goes with the list while the records of the last one leave.
+void TestCurrentDevice::leavesADeviceThatASlotHasLost()
+{
+    const StateSite site;
+    a1.setAvailable(true);
+    a1.putRecords()->SetAt(u"R1"_s, zelko::recordmap::RecordMapData(makeRecord(u"R1"_s)), nullptr);
+    Followed followed(site);
+    site.data->setConnected(u"north"_s, true);
+    followed.log.take();
+    auto* const records = followed.model.recordModel();
+    connect(records, &QAbstractItemModel::modelReset, this, [&] {
+        a1.setAvailable(false);
+        Q_EMIT site.data->si_deviceNodeAdded(a1.path());
+    });
+    followed.model.setChannelDevice(u"B1"_s);
+    QCOMPARE(followed.model.currentDevice(), QString());
+    QCOMPARE(records->rowCount(), 0);
+    QCOMPARE(followed.log.take(), refreshed("") + refreshed(""));
+}
+
+// A connection that is lost takes its branch with it before it says so.
+void TestCurrentDevice::comesBackWithTheFirstDevice()
 {
     const StateSite site;
     a1.setAvailable(true);
     a2.setAvailable(true);
-    Followed followed(site);
+    FollowedByValue followed(site);
+    followed.model.setChannelDevice(u"A2"_s);
     site.data->setConnected(u"north"_s, true);
-    followed.model.setCurrentDevice(u"A2"_s);
-    site.data->setConnected(u"north"_s, false);
+    QCOMPARE(followed.model.currentDevice(), u"A2"_s);
     followed.log.take();
+
+    Tree::Instance()->Remove(u"/SubSystems/north"_s);
+    site.data->setConnected(u"north"_s, false);
+    letTurnsPass();
+    QCOMPARE(followed.log.take(), refreshed(""));
+    QCOMPARE(followed.model.currentDevice(), QString());
+
+    a1.setAvailable(true);
+    a2.setAvailable(true);
     site.data->setConnected(u"north"_s, true);
     QCOMPARE(followed.log.take(), refreshed("A1,A2"));
-    QCOMPARE(followed.model.currentDevice(), u"A2"_s);
+    QCOMPARE(followed.model.currentDevice(), u"A1"_s);
+    QCOMPARE(followed.deviceId().GetValue(), u"A2"_s);
 }
 
 void TestCurrentDevice::needsAChannelDeviceToFollowAValue()
@@ -150,10 +187,10 @@ void TestCurrentDevice::isNotReadyForTheChannelItself()
 {
     const StateSite site;
     a1.setAvailable(true);
-    const Followed followed(site);
+    Followed followed(site);
     site.data->setConnected(u"north"_s, true);
     QVERIFY(followed.model.isReady());
-    const_cast<ZelkoDeviceModel&>(followed.model).setCurrentDevice(u"ZelkoChannel"_s);
+    followed.model.setCurrentDevice(u"ZelkoChannel"_s);
     QCOMPARE(followed.model.deviceList(), QStringList{u"A1"_s});
     QVERIFY(!followed.model.isReady());
 }
@@ -215,6 +252,19 @@ void TestCurrentDevice::tracesADeviceThatIsNotThere()
     QCOMPARE(followed.model.currentDevice(), u"B1"_s);
     QCOMPARE(followed.model.deviceTooltip(), u"B1"_s);
     QCOMPARE(followed.model.recordModel()->rowCount(), 0);
+}
+
+// The node of the devices is no device, although the path of an empty name leads there.
+void TestCurrentDevice::takesNoDeviceForOneThatIsNotThere()
+{
+    const StateSite site;
+    a1.setAvailable(true);
+    Followed followed(site);
+    site.data->setConnected(u"north"_s, true);
+    const TraceTexts traces;
+    followed.model.setCurrentDevice(QString());
+    QVERIFY(traces.contain(u"invalid device path"_s));
+    QCOMPARE(followed.model.deviceTooltip(), QString());
 }
 
 void TestCurrentDevice::composesTheTooltip_data()
@@ -305,6 +355,27 @@ void TestCurrentDevice::followsTheDeviceId()
     QCOMPARE(followed.log.take(), QStringList{u"current A2"_s});
     letTurnsPass();
     QCOMPARE(followed.log.take(), QStringList());
+}
+
+// Once for no device, which is the current one then, and once for the value; a refresh chooses one again.
+void TestCurrentDevice::tellsTwiceOfADeviceIdThatIsEmptied()
+{
+    const StateSite site;
+    a1.setAvailable(true);
+    a2.setAvailable(true);
+    FollowedByValue followed(site);
+    followed.model.setChannelDevice(u"A2"_s);
+    site.data->setConnected(u"north"_s, true);
+    followed.log.take();
+    followed.deviceId().SetValue(QString(), nullptr);
+    QCOMPARE(followed.log.take(), (QStringList{u"current "_s, u"current "_s}));
+    QCOMPARE(followed.model.currentDevice(), QString());
+    QCOMPARE(followed.deviceId().GetValue(), QString());
+
+    a3.setAvailable(true);
+    letTurnsPass();
+    QCOMPARE(followed.log.take(), QStringList{u"current A1"_s} + refreshed("A1,A2,A3"));
+    QCOMPARE(followed.deviceId().GetValue(), u"A1"_s);
 }
 
 void TestCurrentDevice::onlyPassesTheDeviceIdOnBeforeItFollows()

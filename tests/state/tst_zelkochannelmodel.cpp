@@ -1,6 +1,7 @@
 #include <zelkoguibase/state/zelkochannelmodel.h>
 
 #include "channelsetting.h"
+#include "patience.h"
 #include "testrecords.h"
 
 #include <zelkobase/state/channelvalues.h>
@@ -24,9 +25,11 @@ private Q_SLOTS:
     void needsAllValues();
     void letsGoOfItsChannelSilently();
     void letsGoOfItsChannelWhenDisconnected();
+    void keepsItsChannelWhenAnotherSubSystemComesAndGoes();
     void takesUpAnotherChannel();
     void leavesTheChannelThatIsHeld();
     void takesUpTheHeldChannelAgainWhenItsValuesAreGone();
+    void leavesTheHeldChannelThatHasFoundItsValues();
     void takesUpTheNamedChannelOfADevice_data();
     void takesUpTheNamedChannelOfADevice();
     void doesNotTakeUpAChannelWithoutItsValue();
@@ -38,7 +41,9 @@ private Q_SLOTS:
     void tellsReplayStates_data();
     void tellsReplayStates();
     void tellsErrorCodes();
+    void passesOnOnlyTheLastOfABurstOfErrorCodes();
     void tellsTheConnection();
+    void tellsTheConnectionOnlyIfAllIsKnown_data();
     void tellsTheConnectionOnlyIfAllIsKnown();
     void knowsTheConnection();
     void ignoresOtherChanges();
@@ -177,6 +182,18 @@ void TestZelkoChannelModel::letsGoOfItsChannelWhenDisconnected()
     QCOMPARE(setting.log.take(), texts("reconnected 0, state 0"));
 }
 
+void TestZelkoChannelModel::keepsItsChannelWhenAnotherSubSystemComesAndGoes()
+{
+    ChannelSetting setting;
+    setting.takeUpChannel();
+    setting.site.data->setConnected(u"south"_s, true);
+    setting.site.data->setConnected(u"south"_s, false);
+    QCOMPARE(setting.log.take(), QStringList());
+    QCOMPARE(setting.model.channelId(), u"C1"_s);
+    QVERIFY(setting.model.isReady());
+    QVERIFY(setting.model.channelValues()->valueRecordId());
+}
+
 void TestZelkoChannelModel::takesUpAnotherChannel()
 {
     ChannelSetting setting;
@@ -218,10 +235,22 @@ void TestZelkoChannelModel::takesUpTheHeldChannelAgainWhenItsValuesAreGone()
     QCOMPARE(setting.log.take(), texts("state 3"));
     setting.channel.put(u"RecordID"_s);
     setting.channelId->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QCOMPARE(setting.log.take(), QStringList()); // nothing is gone
-    setting.model.setChannelId(QString(), QString());
-    setting.channelId->HasChanged(TChangeCode::ValueChanged, nullptr);
     QCOMPARE(setting.log.take(), texts("reconnected 0, state 0"));
+    setting.channelId->HasChanged(TChangeCode::ValueChanged, nullptr);
+    QCOMPARE(setting.log.take(), QStringList()); // nothing is gone
+}
+
+// Whoever has looked for the values meanwhile has found them, and nobody was told.
+void TestZelkoChannelModel::leavesTheHeldChannelThatHasFoundItsValues()
+{
+    ChannelSetting setting;
+    setting.channelId->SetValue(u"C1"_s, nullptr);
+    setting.channel.putAll();
+    setting.log.take();
+    QCOMPARE(setting.model.recordID(), QString());
+    setting.model.setChannelId(u"C1"_s, QString());
+    QCOMPARE(setting.log.take(), QStringList());
+    QCOMPARE(setting.model.getRecordingMode(), 4);
 }
 
 void TestZelkoChannelModel::takesUpTheNamedChannelOfADevice_data()
@@ -388,6 +417,21 @@ void TestZelkoChannelModel::tellsErrorCodes()
     QCOMPARE(setting.log.take(), QStringList());
 }
 
+void TestZelkoChannelModel::passesOnOnlyTheLastOfABurstOfErrorCodes()
+{
+    ChannelSetting setting;
+    setting.takeUpChannel();
+    setting.site.client->take();
+    auto& errorCode = *setting.channel.value<QString>("ErrorCode");
+    errorCode.SetValue(u"E1"_s, nullptr);
+    errorCode.SetValue(u"E2"_s, nullptr);
+    QCOMPARE(setting.site.client->take(), QStringList());
+    QStringList sent;
+    QTRY_VERIFY_WITH_TIMEOUT(!(sent += setting.site.client->take()).isEmpty(), patience);
+    QCOMPARE(sent, QStringList{u"ErrorCode=E2"_s});
+    QCOMPARE(setting.log.take(), texts("error E1, error E2"));
+}
+
 void TestZelkoChannelModel::tellsTheConnection()
 {
     ChannelSetting setting;
@@ -396,11 +440,24 @@ void TestZelkoChannelModel::tellsTheConnection()
     QCOMPARE(setting.log.take(), texts("connection 0 fine, connection 2 fine"));
 }
 
+void TestZelkoChannelModel::tellsTheConnectionOnlyIfAllIsKnown_data()
+{
+    QTest::addColumn<bool>("isStateMissing");
+    QTest::newRow("without the state") << true;
+    QTest::newRow("without the result") << false;
+}
+
 void TestZelkoChannelModel::tellsTheConnectionOnlyIfAllIsKnown()
 {
+    QFETCH(const bool, isStateMissing);
     ChannelSetting setting;
-    Tree::Instance()->Remove(setting.local.valueCCOConnectionResult()->GetPathName());
-    setting.local.valueCCOConnectionState()->SetCurrentKey(2, nullptr);
+    if (isStateMissing) {
+        Tree::Instance()->Remove(setting.local.valueCCOConnectionState()->GetPathName());
+        setting.local.valueCCOConnectionResult()->SetValue(u"fine"_s, nullptr);
+    } else {
+        Tree::Instance()->Remove(setting.local.valueCCOConnectionResult()->GetPathName());
+        setting.local.valueCCOConnectionState()->SetCurrentKey(2, nullptr);
+    }
     QCOMPARE(setting.log.take(), QStringList());
 }
 

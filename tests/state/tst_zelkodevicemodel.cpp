@@ -1,9 +1,12 @@
 #include <zelkoguibase/state/zelkodevicemodel.h>
 
 #include "devicemodelsetting.h"
+#include "testrecords.h"
 #include "tracemask.h"
 #include "tracetexts.h"
 #include "turns.h"
+
+#include <zelkobase/models/abstractrecordlistmodel.h>
 
 #include <QtTest>
 
@@ -53,6 +56,8 @@ private Q_SLOTS:
     void canLoseAllDevices();
     void isEmptyWhenDisconnected();
     void staysSilentWhileDisconnected();
+    void leavesOtherSubSystemsAlone();
+    void listsEachDeviceOnceWhenASlotRefreshes();
     void tellsWhereTheServerIs();
     void findsTheServerOnTheWorkstation();
     void findsAServerElsewhere_data();
@@ -264,6 +269,43 @@ void TestZelkoDeviceModel::staysSilentWhileDisconnected()
     Q_EMIT site.data->si_deviceNodeAdded(a2.path());
     QCOMPARE(followed.log.take(), QStringList());
     QCOMPARE(followed.model.currentDevice(), QString());
+}
+
+void TestZelkoDeviceModel::leavesOtherSubSystemsAlone()
+{
+    const StateSite site;
+    const ListedDevice elsewhere(u"south"_s, u"A1"_s);
+    a1.setAvailable(true);
+    elsewhere.setAvailable(true);
+    Followed followed(site);
+    site.data->setConnected(u"south"_s, true);
+    QCOMPARE(followed.log.take(), QStringList());
+    site.data->setConnected(u"north"_s, true);
+    QCOMPARE(followed.log.take(), refreshed("A1"));
+    Q_EMIT site.data->si_deviceNodeAdded(elsewhere.path());
+    site.data->setConnected(u"south"_s, false);
+    site.data->setConnected(u"south"_s, true);
+    QCOMPARE(followed.log.take(), QStringList());
+    QVERIFY(followed.model.isReady());
+}
+
+void TestZelkoDeviceModel::listsEachDeviceOnceWhenASlotRefreshes()
+{
+    const StateSite site;
+    a1.setAvailable(true);
+    a2.setAvailable(true);
+    a1.putRecords()->SetAt(u"R1"_s, zelko::recordmap::RecordMapData(makeRecord(u"R1"_s)), nullptr);
+    Followed followed(site);
+    site.data->setConnected(u"north"_s, true);
+    followed.log.take();
+    const auto* const records = followed.model.recordModel();
+    const auto once = static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection);
+    connect(
+        records, &QAbstractItemModel::modelReset, this, [&] { Q_EMIT site.data->si_deviceNodeAdded(a2.path()); }, once);
+    Q_EMIT site.data->si_deviceNodeAdded(a2.path());
+    QCOMPARE(followed.log.take(), refreshed("A1,A2") + refreshed("A1,A2"));
+    QCOMPARE(followed.model.currentDevice(), u"A1"_s);
+    QCOMPARE(records->rowCount(), 1);
 }
 
 void TestZelkoDeviceModel::tellsWhereTheServerIs()

@@ -50,7 +50,8 @@ struct ZelkoChannelModel::Private
 {
     Private(ZelkoChannelModel* model, const ZelkoCommon::LocalZelkoValues& localValues,
             const std::shared_ptr<AbstractServerConnectionData>& data)
-        : values(std::make_unique<ChannelValues>(localValues, data))
+        : subSystem(localValues.subSystem())
+        , values(std::make_unique<ChannelValues>(localValues, data))
         , channelIdValue(model)
         , recordingState(model)
         , replayState(model)
@@ -61,7 +62,8 @@ struct ZelkoChannelModel::Private
         , ccoResult(model)
     {}
 
-    bool valuesExist = false;
+    const QString subSystem;
+    bool valuesExist = false; // when they were looked for last
     const std::unique_ptr<ChannelValues> values;
     QString channelId;
     QString deviceId; // the last that was written
@@ -85,10 +87,21 @@ ZelkoChannelModel::ZelkoChannelModel(const ZelkoCommon::LocalZelkoValues& localV
     d->channelIdValue.GetFromTree(channelIdPath);
     connectByPath(d->ccoState, localValues.valueCCOConnectionState());
     connectByPath(d->ccoResult, localValues.valueCCOConnectionResult());
-    connect(connectionData.get(), &AbstractServerConnectionData::si_allTicsConnected, this,
-            &ZelkoChannelModel::observeChannelValues);
-    connect(connectionData.get(), &AbstractServerConnectionData::si_allTicsDisconnected, this,
-            &ZelkoChannelModel::sl_channelDisconnected);
+    using Data = AbstractServerConnectionData;
+    connectTo(connectionData.get(), &Data::si_allTicsConnected, &ZelkoChannelModel::observeChannelValues);
+    connectTo(connectionData.get(), &Data::si_allTicsDisconnected, &ZelkoChannelModel::sl_channelDisconnected);
+}
+
+// The connection data have all sub systems of the site, each with a connection of its own.
+template <typename Signal>
+void ZelkoChannelModel::connectTo(const AbstractServerConnectionData* data, Signal signal,
+                                  void (ZelkoChannelModel::*slot)())
+{
+    connect(data, signal, this, [this, slot](const QString& subSystem) {
+        if (subSystem == d->subSystem) {
+            (this->*slot)();
+        }
+    });
 }
 
 ZelkoChannelModel::~ZelkoChannelModel() = default;
@@ -104,7 +117,7 @@ void ZelkoChannelModel::setChannelId(const QString& channelId, const QString& de
 {
     if (channelId.isEmpty()) {
         resetChannelValues();
-    } else if (channelId != d->channelId || !d->values->valuesExist()) {
+    } else if (channelId != d->channelId || !d->valuesExist || !d->values->valuesExist()) {
         QString wanted = channelId; // may be the one that is held
         resetChannelValues();
         d->channelId = std::move(wanted);

@@ -28,7 +28,10 @@ namespace ZelkoGUI {
 ///
 /// Everything goes through values of the tree. Operations write, and return before the recorder has done anything; what
 /// it does comes as signals, to every client alike. A channel that an operation asks for something while its values are
-/// missing does nothing. What this object writes itself it does not hear of. GUI thread.
+/// missing does nothing. What this object writes itself it does not hear of.
+///
+/// The channel is one of the sub system of the local values. What the connection data tell of others means nothing
+/// here: with one of them lost, the channel stays. GUI thread.
 class ZELKOGUIBASE_EXPORT ZelkoChannelModel : public QObject, public IObserver
 {
     Q_OBJECT
@@ -47,7 +50,7 @@ public:
     void resetChannel(const QString& path);
 
     /// Takes up a channel; lets go of the one that there is for an empty ID. `device` as ChannelValues has it. Nothing
-    /// happens for the channel that is held as long as its values exist.
+    /// happens for the channel that is held, as long as its values exist and did so when they were looked for last.
     void setChannelId(const QString& channelId, const QString& device);
 
     /// Empty: no channel.
@@ -148,6 +151,9 @@ private Q_SLOTS:
     void sl_channelDisconnected();
 
 private:
+    template <typename Signal>
+    void connectTo(const ZelkoCommon::AbstractServerConnectionData* data, Signal signal,
+                   void (ZelkoChannelModel::*slot)());
     bool channelAvailable();
     void connectChannelValues();
     ZelkoGlobal::ChannelAvailableState stateOfRecordFlag() const;

@@ -92,7 +92,11 @@ ZelkoDeviceModel::ZelkoDeviceModel(const std::shared_ptr<AbstractServerConnectio
     connect(&d->refreshSoon, &QTimer::timeout, this, &ZelkoDeviceModel::refreshDevices);
     connect(connectionData.get(), &Data::si_allTicsConnected, this, &ZelkoDeviceModel::sl_zelkoConnected);
     connect(connectionData.get(), &Data::si_allTicsDisconnected, this, &ZelkoDeviceModel::sl_zelkoDisconnected);
-    connect(connectionData.get(), &Data::si_deviceNodeAdded, this, &ZelkoDeviceModel::refreshDevices);
+    connect(connectionData.get(), &Data::si_deviceNodeAdded, this, [this](const QString& path) {
+        if (path.startsWith(d->devicePath(QString()))) {
+            refreshDevices();
+        }
+    });
 }
 
 ZelkoDeviceModel::ZelkoDeviceModel(const std::shared_ptr<AbstractServerConnectionData>& connectionData,
@@ -148,18 +152,24 @@ bool ZelkoDeviceModel::GetServerVtConnectionData(ZelkoCommon::VtConnectData& dat
     return isFound;
 }
 
-void ZelkoDeviceModel::sl_zelkoConnected(const QString&)
+// The connection data have all sub systems of the site, each with a connection of its own.
+void ZelkoDeviceModel::sl_zelkoConnected(const QString& subSystem)
 {
+    if (subSystem != d->subSystem) {
+        return;
+    }
     traceError(QStringLiteral("******* Connected to ZELKO ******"), __LINE__);
     d->state = ConnectionState::Connected;
     d->clientNode.CreateOrGetNode(d->clientBasePath);
     refreshDevices();
 }
 
-void ZelkoDeviceModel::sl_zelkoDisconnected(const QString&)
+void ZelkoDeviceModel::sl_zelkoDisconnected(const QString& subSystem)
 {
-    d->state = ConnectionState::Disconnected;
-    resetDeviceValues();
+    if (subSystem == d->subSystem) {
+        d->state = ConnectionState::Disconnected;
+        resetDeviceValues();
+    }
 }
 
 void ZelkoDeviceModel::observeDeviceValues()
@@ -174,12 +184,14 @@ void ZelkoDeviceModel::resetDeviceValues()
     tellDevices();
 }
 
+// Slots may refresh, which makes the list anew.
 void ZelkoDeviceModel::tellDevices()
 {
     Q_EMIT devicesRefreshed();
-    Q_EMIT devicesRefreshed(d->devices);
+    Q_EMIT devicesRefreshed(QStringList(d->devices));
 }
 
+// Slots of the record model may refresh as well, so the list is filled in one go.
 void ZelkoDeviceModel::refreshDevices()
 {
     d->devices.clear();
@@ -187,31 +199,32 @@ void ZelkoDeviceModel::refreshDevices()
     d->records->disconnect();
     d->nodes.clear();
     d->availabilities.clear();
+    QStringList usable;
     for (TreeItem* const item : d->clientNode ? d->clientNode->GetTreeItems() : std::vector<TreeItem*>()) {
-        if (const Node* const node = item->GetNode(QString())) {
-            observeDevice(item->GetName(), node->GetPathName());
+        const Node* const node = item->GetNode(QString());
+        if (node && observeDevice(node->GetPathName())) {
+            usable.append(item->GetName());
         }
     }
+    d->devices = usable;
     updateCurrentDeviceAndNotify(previous);
 }
 
 // A device without its availability is followed all the same: when the value comes, its node tells of a new child.
-void ZelkoDeviceModel::observeDevice(const QString& name, const QString& path)
+bool ZelkoDeviceModel::observeDevice(const QString& path)
 {
     auto node = std::make_unique<NodeObservingPtr>(this);
     node->GetFromTree(path);
     if (!ZelkoCommon::isOfferedDevice(path)) {
-        return;
+        return false;
     }
     d->nodes.push_back(std::move(node));
     auto available = std::make_unique<ValueObservingPtr<Value<bool>>>(this);
     if (!available->GetFromTree(names::availablePath(path))) {
-        return;
-    }
-    if ((*available)->GetValue()) {
-        d->devices.append(name);
+        return false;
     }
     d->availabilities.push_back(std::move(available));
+    return (*d->availabilities.back())->GetValue();
 }
 
 void ZelkoDeviceModel::updateCurrentDeviceAndNotify(const QString& previous)
@@ -232,18 +245,29 @@ void ZelkoDeviceModel::updateCurrentDeviceAndNotify(const QString& previous)
     tellDevices();
 }
 
+// The name is copied, since it may be one of the list or the current one, and slots of the record model may refresh.
+// Where that has made another device the current one, nothing is left to be done for this one.
 void ZelkoDeviceModel::setCurrentDevice(const QString& device)
 {
     if (!d->followDevice) {
         return;
     }
-    d->currentDevice = device;
+    const QString wanted = device;
+    d->currentDevice = wanted;
     d->records->disconnect();
+    if (d->currentDevice == wanted) {
+        showDevice(wanted);
+    }
+}
+
+// Without a name the path would be that of all devices.
+void ZelkoDeviceModel::showDevice(const QString& device)
+{
     d->tooltip = device;
     const QString path = d->devicePath(device);
-    if (Tree::Instance()->Find<Node>(path)) {
-        d->records->connect(names::recordMapPath(path));
+    if (!device.isEmpty() && Tree::Instance()->Find<Node>(path)) {
         d->tooltip += composedTooltip(path);
+        d->records->connect(names::recordMapPath(path));
     } else {
         traceError(QStringLiteral("invalid device path"), __LINE__);
     }

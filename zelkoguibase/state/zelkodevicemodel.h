@@ -24,8 +24,12 @@ namespace ZelkoGUI {
 /// many changes there are. Every refresh chooses the current device anew, and so connects the record model anew: the
 /// device that was the current one if it can still be used, otherwise the first one.
 ///
-/// The sub system is the one that is the current one when the model is made; the connection data tell of no other. GUI
-/// thread.
+/// When the connection is lost, the devices leave the tree, and no device is the current one any more. It comes back
+/// with the first one, whichever it was before, and leaves a device ID that is set as it is: who wants his device back
+/// chooses it again.
+///
+/// The sub system is the one that is the current one when the model is made. What the connection data tell of others
+/// means nothing here: with one of them lost, this one's devices stay. GUI thread.
 class ZELKOGUIBASE_EXPORT ZelkoDeviceModel : public QObject, public IObserver
 {
     Q_OBJECT
@@ -95,8 +99,9 @@ private Q_SLOTS:
 
 private:
     void tellDevices();
-    void observeDevice(const QString& name, const QString& path);
+    bool observeDevice(const QString& path);
     void updateCurrentDeviceAndNotify(const QString& previous);
+    void showDevice(const QString& device);
     QString composedTooltip(const QString& devicePath) const;
 
     struct Private;
