@@ -23,6 +23,8 @@ void loopRecording()
                                         "the recorder does not record in a loop of seconds");
 }
 
+// It says of what kind the receivers are, and not where: they are named by neither address nor port. What replays to
+// somebody is a channel, whose manager is told where to come for the samples.
 ZelkoCommon::ServiceStatus replayToReceivers()
 {
     return ZelkoCommon::ServiceStatus::NotOffered;

@@ -62,6 +62,7 @@ bool OwnChannels::add(ChannelRegistry& registry, const Plan& plan, QString* erro
         return false;
     }
     auto* const manager = new OwnManager(plan.name, plan.source, m_speed);
+    const PortableServer::ServantBase_var guard(manager);
     m_managers.emplace_back(m_orb.rootPoa()->activate_object(manager));
     const Channel::Manager reference = manager->_this();
     const auto entered = registry.enter(*wish, reference, idOf(plan.name));

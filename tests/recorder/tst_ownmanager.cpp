@@ -49,6 +49,7 @@ class TestOwnManager : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init();
     void isAvailableWithItsSource();
     void isNotAvailableWithoutIt();
     void sendsAStreamToWhereItIsTold();
@@ -68,14 +69,13 @@ private:
     OwnManager* m_manager = nullptr;
     PortableServer::ServantBase_var m_guard;
     std::unique_ptr<FlowTaker> m_taker;
-
-private Q_SLOTS:
-    void init()
-    {
-        makeWith(endless);
-        m_taker = std::make_unique<FlowTaker>();
-    }
 };
+
+void TestOwnManager::init()
+{
+    makeWith(endless);
+    m_taker = std::make_unique<FlowTaker>();
+}
 
 void TestOwnManager::isAvailableWithItsSource()
 {

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void whatACallThrowsStaysInside();
     void aStatusOfOursIsNoAnswer();
     void successClearsTheText();
+    void aConnectionWithoutCodeSetsIsNotTriedAgain();
     void aKilledRecorderIsFoundAgain();
     void aStoppedRecorderCostsTheLimitAndIsFoundAgain();
     void withoutAnOrbNothingIsStarted();
@@ -359,6 +360,20 @@ void tst_RecorderService::successClearsTheText()
     site.peer.setAnswer("setRecordComment", 0);
     QCOMPARE(comment(service), 0UL);
     QCOMPARE(service.lastErrorText(), QString());
+}
+
+// They are told once for a connection; without them the recorder answers every text on it with an error.
+void tst_RecorderService::aConnectionWithoutCodeSetsIsNotTriedAgain()
+{
+    ServiceSite site;
+    PatientService service(site.proxy.port());
+    site.proxy.setCodeSetsHidden(true);
+    QCOMPARE(comment(service), code(ServiceStatus::NotTransmittable));
+    QVERIFY(site.proxy.damaged() > 0);
+    QCOMPARE(site.peer.calls(), QStringList());
+    site.proxy.setCodeSetsHidden(false);
+    QCOMPARE(comment(service), 0UL);
+    QCOMPARE(site.peer.calls(), QStringList("setRecordComment D1 R1 text"));
 }
 
 void tst_RecorderService::aKilledRecorderIsFoundAgain()

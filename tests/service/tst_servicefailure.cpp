@@ -82,6 +82,8 @@ void tst_ServiceFailure::whatEveryEndMeans_data()
     QTest::newRow("no room") << raise<NO_RESOURCES>(COMPLETED_NO) << Status::RecorderOverloaded;
     QTest::newRow("an ORB that has ended")
         << raise<BAD_INV_ORDER>(COMPLETED_NO, omni::BAD_INV_ORDER_ORBHasShutdown) << Status::NotStarted;
+    QTest::newRow("texts of which the recorder does not know what they are")
+        << raise<BAD_INV_ORDER>(COMPLETED_NO, omni::BAD_INV_ORDER_CodeSetNotKnownYet) << Status::NotTransmittable;
     QTest::newRow("a recorder that ends")
         << raise<BAD_INV_ORDER>(COMPLETED_NO, recorderEndsMinor) << Status::ShuttingDown;
     QTest::newRow("another exception of that number")

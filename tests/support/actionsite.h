@@ -123,6 +123,7 @@ public:
 
     RecorderProcess& recorder() { return *m_recorder; }
     ZelkoCommon::ServerConnectionData& data() { return *m_workplace->data(); }
+    const std::shared_ptr<ZelkoCommon::ServerConnectionData>& connection() const { return m_workplace->data(); }
     std::shared_ptr<ZelkoGUI::ZelkoGuiToServerCorbaHandler> handler() const { return m_workplace->handler(); }
     ZelkoGUI::GuiToServerAdminCorbaHandler& admin() { return m_workplace->admin(); }
     Controller& controller() const { return m_workplace->controller(); }

@@ -1,5 +1,6 @@
 #include <zelkobase/service/recorderservice.h>
 
+#include <zelkobase/orb/callbreaker.h>
 #include <zelkobase/orb/calldeadline.h>
 #include <zelkobase/service/servicefailure_p.h>
 #include <zelkobase/service/servicereference_p.h>
@@ -58,11 +59,16 @@ unsigned long RecorderService::Private::runWithinLimit(const Step& step)
 unsigned long RecorderService::Private::attempt(const Step& step, ServiceFailure& failure)
 {
     bool isFound = false;
+    CallBreaker breaker;
+    const CallBreaker::Scope scope(breaker);
     try {
         const unsigned long code = step(isFound);
         return code < firstClientStatus ? code : statusCode(ServiceStatus::BadAnswer); // ours never travel
     } catch (...) {
         failure = failureInFlight();
+    }
+    if (failure.isGarbled) {
+        breaker.breakCalls(); // what was agreed on once for this connection may be what is wrong; another is tried
     }
     if (!isFound) {
         failure.isNotExecuted = failure.status != ServiceStatus::Timeout;

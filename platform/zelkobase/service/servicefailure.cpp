@@ -78,6 +78,13 @@ bool saysThatItEnds(const CORBA::SystemException& exception)
     return std::string_view(exception._name()) == "BAD_INV_ORDER" && exception.minor() == recorderEndsMinor;
 }
 
+// The recorder did not understand what the first request of the connection said of its texts.
+bool missesCodeSets(const CORBA::SystemException& exception)
+{
+    return std::string_view(exception._name()) == "BAD_INV_ORDER" &&
+           exception.minor() == omni::BAD_INV_ORDER_CodeSetNotKnownYet;
+}
+
 Meaning meaningOf(std::string_view name)
 {
     static const std::map<std::string_view, Meaning> meanings{
@@ -115,12 +122,15 @@ ServiceFailure failureOf(const CORBA::SystemException& exception)
     failure.status = failure.isNotExecuted ? meaning.notExecuted : meaning.otherwise;
     if (saysThatItEnds(exception)) {
         failure.status = Status::ShuttingDown;
+    } else if (missesCodeSets(exception)) {
+        failure.status = Status::NotTransmittable;
     } else if (isTimeout(exception)) {
         failure.status = Status::Timeout;
         failure.isNotExecuted = false; // and a repetition would have no time left
     }
     failure.isConnectionCut = std::string_view(exception._name()) == "COMM_FAILURE";
     failure.isReferenceLost = losesReference(failure.status);
+    failure.isGarbled = failure.status == Status::NotTransmittable || failure.status == Status::BadAnswer;
     failure.detail = describe(exception);
     return failure;
 }

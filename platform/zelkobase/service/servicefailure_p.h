@@ -15,6 +15,7 @@ struct ServiceFailure
     bool isReferenceLost = false; ///< what was known of the way to the service does not hold any more
     bool isConnectionCut = false; ///< a connection broke that had stood
     bool isNotExecuted = false;   ///< the call was certainly not executed
+    bool isGarbled = false;       ///< one side did not make sense of what the other one sent
 };
 
 /// What the exception means that is being handled. Only within a handler.
