@@ -96,11 +96,17 @@ void BookmarkEditTimeDelegateTest::theRangeHoldsTheRecordAndTheBookmark_data()
     QTest::addColumn<int>("first");
     QTest::addColumn<int>("last");
     QTest::addColumn<QString>("format");
-    QTest::newRow("within the record") << 10 << 0 << 90 << timeOfDay;
-    QTest::newRow("before the record") << -10 << -10 << 90 << timeOfDay;
-    QTest::newRow("behind the record") << 100 << 0 << 100 << timeOfDay;
-    QTest::newRow("a day before the record") << -day << -day << 90 << dateAndTime;
-    QTest::newRow("a day behind the record") << day << 0 << day << dateAndTime;
+    QTest::addColumn<int>("length");
+    const auto row = [](const char* name, int second, int first, int last, const QString& format, int length = 90) {
+        QTest::newRow(name) << second << first << last << format << length;
+    };
+    row("within the record", 10, 0, 90, timeOfDay);
+    row("before the record", -10, -10, 90, timeOfDay);
+    row("behind the record", 100, 0, 100, timeOfDay);
+    row("a day before the record", -day, -day, 90, dateAndTime);
+    row("a day behind the record", day, 0, day, dateAndTime);
+    row("a record of one moment", 0, 0, 0, timeOfDay, 0);
+    row("behind a record of one moment", 10, 0, 10, timeOfDay, 0);
 }
 
 void BookmarkEditTimeDelegateTest::theRangeHoldsTheRecordAndTheBookmark()
@@ -108,7 +114,10 @@ void BookmarkEditTimeDelegateTest::theRangeHoldsTheRecordAndTheBookmark()
     QFETCH(const int, second);
     QFETCH(const int, first);
     QFETCH(const int, last);
-    m_site->show({bookmarkAt(second, "a")});
+    QFETCH(const int, length);
+    const auto record = BookmarkSite::record({bookmarkAt(second, "a")});
+    record->SetStopTime(bookmarkAt(length, {}).GetTimestamp());
+    m_site->show(record);
     Table table(m_site->model);
     const QDateTimeEdit* const editor = table.openTime(0);
     QVERIFY(editor != nullptr);

@@ -12,21 +12,6 @@ namespace {
 
 const QStringList inOrder = BookmarkSignalLog::inOrder();
 
-/// Tells of rows that move, as a sorted list would. The bookmarks stay where they are.
-class MovingModel final : public ZelkoGUI::BookmarkModel
-{
-public:
-    MovingModel()
-        : BookmarkModel(false)
-    {}
-
-    void move(int first, int last, int destination)
-    {
-        beginMoveRows({}, first, last, {}, destination);
-        endMoveRows();
-    }
-};
-
 using Use = std::function<void(BookmarkSite&)>;
 
 } // namespace
@@ -55,6 +40,7 @@ private Q_SLOTS:
     void aMapThatIsRemovedIsLetGo();
     void theMapIsOpenWhileTheListIs_data();
     void theMapIsOpenWhileTheListIs();
+    void aStateThatNobodyKnowsLocksTheMap();
 
     // From the model to the map
 
@@ -65,7 +51,6 @@ private Q_SLOTS:
     void aResetNumbersTheKeys_data();
     void aResetNumbersTheKeys();
     void onlyDifferencesOfAResetAreWritten();
-    void rowsThatMoveKeepTheirKeys();
     void whatIsSentMakesTheSameMap();
 };
 
@@ -235,6 +220,15 @@ void BookmarkModelConnectorTest::theMapIsOpenWhileTheListIs()
     QCOMPARE(traces.withSources(), QStringList());
 }
 
+void BookmarkModelConnectorTest::aStateThatNobodyKnowsLocksTheMap()
+{
+    connectMap(twoBookmarks);
+    Q_EMIT m_site->model.si_synchStateChanged(static_cast<BookmarkModel::enSynchState>(5));
+    QCOMPARE(m_map->GetState(), TValueState::Locked);
+    Q_EMIT m_site->model.si_synchStateChanged(BookmarkModel::SynchInSync);
+    QCOMPARE(m_map->GetState(), TValueState::Open);
+}
+
 void BookmarkModelConnectorTest::aTextKeepsItsKey()
 {
     connectMap(twoBookmarks);
@@ -333,23 +327,6 @@ void BookmarkModelConnectorTest::onlyDifferencesOfAResetAreWritten()
     QCOMPARE(observer.take(), std::vector{TChangeCode::ValueChanged});
     QCOMPARE(taken(), QStringList({"begin reset", "state 2", "end reset"}) + inOrder);
     m_map->DeleteObserver(&observer);
-}
-
-void BookmarkModelConnectorTest::rowsThatMoveKeepTheirKeys()
-{
-    MovingModel model;
-    m_site->store({bookmarkAt(1, "a"), bookmarkAt(2, "b"), bookmarkAt(3, "c")});
-    model.setRecord("R", m_site->records.get(), false, "D");
-    model.createItemMap(path());
-    m_map = mapAt(path());
-    countAnew();
-    model.move(0, 1, 3);
-    QCOMPARE(changes(), QStringList());
-    model.changeEntry(0, bookmarkAt(9, "row 0")); // which was row 2
-    QCOMPARE(changes(), QStringList{"1 2"});
-    set(0, bookmarkAt(9, "key 0"));
-    QCOMPARE(bookmarkTexts(model.entries()), QStringList({"9000000 row 0", "9000000 key 0", "3000000 c"}));
-    m_map->SetTransmitter(nullptr);
 }
 
 void BookmarkModelConnectorTest::whatIsSentMakesTheSameMap()

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void aTimeIsSetWithinTheRecord();
     void aRefusedTimeIsTracedIfWanted_data();
     void aRefusedTimeIsTracedIfWanted();
+    void theTimeOfAnUnfinishedRecordHasItsLimits_data() { aTimeOfAnUnfinishedRecordIsNotMarked_data(); }
     void theTimeOfAnUnfinishedRecordHasItsLimits();
     void theSameTimeIsNoChange();
     void microsecondsAreLostByAnEdit();
@@ -74,6 +75,7 @@ private Q_SLOTS:
     void whatIsNoEntryIsNotSet();
 
     void theButtonsRemoveAndAdd();
+    void theButtonsOfALockedListDoNothing_data() { rowsOfALockedListHaveNoButton_data(); }
     void theButtonsOfALockedListDoNothing();
     void aNewBookmarkStandsWhereItIsWanted_data();
     void aNewBookmarkStandsWhereItIsWanted();
@@ -81,6 +83,7 @@ private Q_SLOTS:
     void aNewBookmarkIsWithinAnyRecord();
 
 private:
+    void lock();
     QStringList taken() { return m_site->log.take(); }
     QVariant cell(int row, int column, int role = Qt::DisplayRole) const
     {
@@ -136,24 +139,38 @@ void BookmarkTableTest::aCellHasContentForRoles_data()
     QTest::addColumn<int>("column");
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("content");
+    QTest::addColumn<QString>("typed");
     const QDateTime time = atMillisecond(10'500);
-    QTest::newRow("time") << 0 << int{Qt::DisplayRole} << QVariant("23:13:30:500");
-    QTest::newRow("time to edit") << 0 << int{Qt::EditRole} << QVariant(time);
-    QTest::newRow("icon of a time") << 0 << int{Qt::DecorationRole} << QVariant();
-    QTest::newRow("tool tip of a time") << 0 << int{Qt::ToolTipRole} << QVariant("2023-11-14 23:13:30:500");
-    QTest::newRow("anything else of a time") << 0 << int{Qt::BackgroundRole} << QVariant();
-    QTest::newRow("text") << 1 << int{Qt::DisplayRole} << QVariant("a");
-    QTest::newRow("text to edit") << 1 << int{Qt::EditRole} << QVariant("a");
-    QTest::newRow("icon of a text") << 1 << int{Qt::DecorationRole} << QVariant();
-    QTest::newRow("tool tip of a text") << 1 << int{Qt::ToolTipRole} << QVariant("a");
-    QTest::newRow("anything else of a text") << 1 << int{Qt::BackgroundRole} << QVariant();
+    const auto row = [](const char* name, int column, int role, const QVariant& content, const QString& text = "a") {
+        QTest::newRow(name) << column << role << content << text;
+    };
+    const QString markup = "<b>loud</b> & clear";
+    row("time", 0, Qt::DisplayRole, "23:13:30:500");
+    row("time to edit", 0, Qt::EditRole, time);
+    row("icon of a time", 0, Qt::DecorationRole, {});
+    row("tool tip of a time", 0, Qt::ToolTipRole, "2023-11-14 23:13:30:500");
+    row("tool tip of the time of a text that looks like markup", 0, Qt::ToolTipRole, "2023-11-14 23:13:30:500", markup);
+    row("description of a time", 0, Qt::AccessibleDescriptionRole, {});
+    row("anything else of a time", 0, Qt::BackgroundRole, {});
+    row("text", 1, Qt::DisplayRole, "a");
+    row("text that looks like markup", 1, Qt::DisplayRole, markup, markup);
+    row("text to edit", 1, Qt::EditRole, "a");
+    row("text to edit that looks like markup", 1, Qt::EditRole, markup, markup);
+    row("icon of a text", 1, Qt::DecorationRole, {});
+    row("tool tip of a text", 1, Qt::ToolTipRole, "a");
+    row("tool tip of a text that looks like markup", 1, Qt::ToolTipRole, "<qt>&lt;b&gt;loud&lt;/b&gt; &amp; clear</qt>",
+        markup);
+    row("tool tip of a text with a sign of markup", 1, Qt::ToolTipRole, "a < b & c", "a < b & c");
+    row("description of a text", 1, Qt::AccessibleDescriptionRole, {});
+    row("anything else of a text", 1, Qt::BackgroundRole, {});
 }
 
 void BookmarkTableTest::aCellHasContentForRoles()
 {
     QFETCH(const int, column);
     QFETCH(const int, role);
-    m_site->show({makeBookmark(recordBegin + 10'500'999, "a")});
+    QFETCH(const QString, typed);
+    m_site->show({makeBookmark(recordBegin + 10'500'999, typed)});
     QTEST(cell(0, column, role), "content");
 }
 
@@ -180,20 +197,27 @@ void BookmarkTableTest::aTimeOutOfRangeIsMarked_data()
 {
     QTest::addColumn<int>("second");
     QTest::addColumn<QString>("toolTip");
-    QTest::newRow("at the start") << 0 << "2023-11-14 23:13:20:000";
-    QTest::newRow("before the start") << -1 << "2023-11-14 23:13:19:000<br><b>timestamp to low</b>";
-    QTest::newRow("at the stop") << 90 << "2023-11-14 23:14:50:000";
-    QTest::newRow("behind the stop") << 91 << "2023-11-14 23:14:51:000<br><b>timestamp to high</b>";
+    QTest::addColumn<QString>("problem");
+    const auto row = [](const char* name, int second, const char* toolTip, const char* problem) {
+        QTest::newRow(name) << second << QString(toolTip) << QString(problem);
+    };
+    row("at the start", 0, "2023-11-14 23:13:20:000", "");
+    row("before the start", -1, "2023-11-14 23:13:19:000<br><b>timestamp to low</b>", "timestamp to low");
+    row("at the stop", 90, "2023-11-14 23:14:50:000", "");
+    row("behind the stop", 91, "2023-11-14 23:14:51:000<br><b>timestamp to high</b>", "timestamp to high");
 }
 
 void BookmarkTableTest::aTimeOutOfRangeIsMarked()
 {
     QFETCH(const int, second);
     QFETCH(const QString, toolTip);
+    QFETCH(const QString, problem);
     m_site->show({bookmarkAt(second, "a")});
     QCOMPARE(cell(0, 0, Qt::ToolTipRole).toString(), toolTip);
     const QVariant icon = cell(0, 0, Qt::DecorationRole);
-    QCOMPARE(icon.isValid(), toolTip.contains(QLatin1Char('<')));
+    QCOMPARE(icon.isValid(), !problem.isEmpty());
+    QCOMPARE(cell(0, 0, Qt::AccessibleDescriptionRole).isValid(), icon.isValid());
+    QCOMPARE(cell(0, 0, Qt::AccessibleDescriptionRole).toString(), problem);
     if (icon.isValid()) {
         QCOMPARE(picture(icon.value<QIcon>()), picture(QIcon(":/Zelko/Cfg/Warning.svg")));
     }
@@ -252,18 +276,32 @@ void BookmarkTableTest::rowsOfALockedListHaveNoButton_data()
 {
     QTest::addColumn<bool>("readOnly");
     QTest::addColumn<bool>("hasRecord");
-    QTest::newRow("read only") << true << true;
-    QTest::newRow("not unlocked yet") << false << true;
-    QTest::newRow("no record") << false << false;
+    QTest::addColumn<bool>("wasSent");
+    QTest::newRow("read only") << true << true << false;
+    QTest::newRow("not unlocked yet") << false << true << false;
+    QTest::newRow("sent") << false << true << true;
+    QTest::newRow("no record") << false << false << false;
+}
+
+// As the row of the test wants it.
+void BookmarkTableTest::lock()
+{
+    QFETCH(const bool, readOnly);
+    QFETCH(const bool, hasRecord);
+    QFETCH(const bool, wasSent);
+    m_site.emplace(readOnly);
+    m_site->store(twoBookmarks);
+    m_site->model.setRecord(hasRecord ? "R" : "", m_site->records.get(), !wasSent, "D");
+    if (wasSent) {
+        m_site->edit(0, bookmarkAt(11, "a"));
+        m_site->model.sl_synchronize();
+    }
+    taken();
 }
 
 void BookmarkTableTest::rowsOfALockedListHaveNoButton()
 {
-    QFETCH(const bool, readOnly);
-    QFETCH(const bool, hasRecord);
-    m_site.emplace(readOnly);
-    m_site->store(twoBookmarks);
-    m_site->model.setRecord(hasRecord ? "R" : "", m_site->records.get(), true, "D");
+    lock();
     for (int section = 0; section < m_site->model.rowCount(); ++section) {
         for (const int role : {int{Qt::DecorationRole}, int{Qt::ToolTipRole}, int{Qt::DisplayRole}}) {
             QVERIFY(!m_site->model.headerData(section, Qt::Vertical, role).isValid());
@@ -329,8 +367,11 @@ void BookmarkTableTest::aRefusedTimeIsTracedIfWanted()
 // A record that goes on has no end that a bookmark could lie behind, but what is typed has.
 void BookmarkTableTest::theTimeOfAnUnfinishedRecordHasItsLimits()
 {
+    QFETCH(const int, status);
+    QFETCH(const bool, finished);
     const TraceTexts traces;
-    const auto record = makeRecord("R", 2);
+    const auto record = makeRecord("R", status);
+    record->SetFinished(finished);
     record->SetBookmarkEntry({bookmarkAt(100, "late")});
     m_site->show(record);
     QVERIFY(!m_site->model.timesOutOfRange());
@@ -420,14 +461,13 @@ void BookmarkTableTest::theButtonsRemoveAndAdd()
 
 void BookmarkTableTest::theButtonsOfALockedListDoNothing()
 {
-    m_site->show(twoBookmarks);
-    m_site->edit(0, bookmarkAt(11, "a"));
-    m_site->model.sl_synchronize();
-    taken();
-    m_site->model.sl_verticalHeaderClicked(0);
-    m_site->model.sl_verticalHeaderClicked(2);
+    lock();
+    const QStringList before = m_site->bookmarks();
+    for (int section = 0; section < m_site->model.rowCount(); ++section) {
+        m_site->model.sl_verticalHeaderClicked(section);
+    }
     QCOMPARE(taken(), QStringList());
-    QCOMPARE(m_site->model.entryCount(), 2);
+    QCOMPARE(m_site->bookmarks(), before);
 }
 
 void BookmarkTableTest::aNewBookmarkStandsWhereItIsWanted_data()
@@ -456,25 +496,26 @@ void BookmarkTableTest::aNewBookmarkStandsWhereItIsWanted()
 
 void BookmarkTableTest::aNewBookmarkIsWithinAnyRecord_data()
 {
-    QTest::addColumn<quint64>("cursor"); // all in microseconds behind the start of an even record
+    QTest::addColumn<qint64>("cursor"); // microseconds, as those of the bookmark
     QTest::addColumn<QString>("bookmark");
-    QTest::newRow("the start") << quint64{123} << "123 ";
-    QTest::newRow("before the start in the same millisecond") << quint64{50} << "123 ";
-    QTest::newRow("before the start") << quint64{0} << "123 ";
-    QTest::newRow("the last whole millisecond") << quint64{90'000'000} << "90000000 ";
-    QTest::newRow("the stop") << quint64{90'000'456} << "123 ";
+    QTest::newRow("the start") << qint64{123} << "123 ";
+    QTest::newRow("before the start in the same millisecond") << qint64{50} << "123 ";
+    QTest::newRow("where that millisecond begins") << qint64{0} << "123 ";
+    QTest::newRow("before that millisecond") << qint64{-1} << "123 ";
+    QTest::newRow("the last whole millisecond") << qint64{90'000'000} << "90000000 ";
+    QTest::newRow("the stop") << qint64{90'000'456} << "123 ";
 }
 
 // Of a record that neither begins nor ends with a whole millisecond.
 void BookmarkTableTest::aNewBookmarkIsWithinAnyRecord()
 {
-    QFETCH(const quint64, cursor);
+    QFETCH(const qint64, cursor);
     QFETCH(const QString, bookmark);
     const auto record = makeRecord("R");
     record->SetStartTime(recordBegin + 123);
     record->SetStopTime(recordBegin + 90'000'456);
     m_site->show(record);
-    m_site->model.sl_setNewBookmarkTime(recordBegin + cursor);
+    m_site->model.sl_setNewBookmarkTime(recordBegin + static_cast<quint64>(cursor));
     m_site->model.sl_verticalHeaderClicked(0);
     QCOMPARE(m_site->bookmarks(), QStringList{bookmark});
     QVERIFY(!m_site->model.timesOutOfRange());

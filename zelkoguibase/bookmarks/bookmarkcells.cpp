@@ -2,6 +2,7 @@
 
 #include "bookmarktimes_p.h"
 
+#include <widgetbase/plaintooltip.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 
 #include <QIcon>
@@ -56,6 +57,8 @@ QVariant BookmarkCells::time(const Entry& entry, const BookmarkTimes& times, boo
         return isOutOfRange ? warningIcon() : QVariant();
     case Qt::ToolTipRole:
         return timeToolTip(entry, times, isOutOfRange);
+    case Qt::AccessibleDescriptionRole: // the icon says nothing to whoever cannot see it
+        return isOutOfRange ? problem(entry, times) : QVariant();
     default:
         return {};
     }
@@ -63,8 +66,15 @@ QVariant BookmarkCells::time(const Entry& entry, const BookmarkTimes& times, boo
 
 QVariant BookmarkCells::text(const Entry& entry, int role)
 {
-    const bool isText = role == Qt::DisplayRole || role == Qt::EditRole || role == Qt::ToolTipRole;
-    return isText ? entry.GetBookmark() : QVariant();
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return entry.GetBookmark();
+    case Qt::ToolTipRole: // what anybody may have typed
+        return guiHelper::plainToolTip(entry.GetBookmark());
+    default:
+        return {};
+    }
 }
 
 QVariant BookmarkCells::title(int column, int role)

@@ -30,8 +30,8 @@ void setRange(QDateTimeEdit& editor, const BookmarkModel& bookmarks, const QDate
         first = std::min(first, time);
         last = std::max(last, time);
     }
-    editor.setDateTimeRange(first, last);
     editor.setDisplayFormat(BookmarkTimes::timeFormat(first, last));
+    editor.setDateTimeRange(first, last); // a format without a date makes a whole day of a range of one moment
 }
 
 } // namespace

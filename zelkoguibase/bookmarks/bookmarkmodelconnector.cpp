@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace ZelkoGUI {
 
@@ -67,7 +68,10 @@ struct BookmarkModelConnector::Private
     Working begin(Operation what);
     bool isOwnDoing();
     bool followsRows(int difference);
+    template <typename Write>
+    void writeRows(Operation what, int rows, Write write);
     void write(int row);
+    bool writeAll();
     bool takeChange(char type, unsigned int key);
     bool takeItem(unsigned int key);
     bool changeRow(int row, const BookmarkModel::Entry& entry);
@@ -77,6 +81,7 @@ struct BookmarkModelConnector::Private
     bool takeList(const BookmarkModel::Entries& entries, const QList<unsigned int>& mapKeys);
     void loseKeys();
     void rewriteLater();
+    void rewriteIfDue();
 
     BookmarkModelConnector* const owner;
     BookmarkModel* const model;
@@ -86,6 +91,7 @@ struct BookmarkModelConnector::Private
     int signalsToCome = 0; // of the model, for what the connector does to it
     BookmarkKeys keys;
     bool keysFit = true; // there is one for each bookmark of the model, in the order of the rows
+    bool isRewriteDue = false;
     bool removesMap = true;
 };
 
@@ -127,9 +133,45 @@ void BookmarkModelConnector::Private::loseKeys()
     rewriteLater();
 }
 
+// Calls `write` once for each row. A row writes one change to the log at most, and nobody hears of none. What is there
+// beyond is the doing of somebody who has heard of the row, and it was not read: the map is written anew. Whoever hears
+// of it may also change the model, or take the map away; the other rows are of no use then.
+template <typename Write>
+void BookmarkModelConnector::Private::writeRows(Operation what, int rows, Write write)
+{
+    const Working working = begin(what);
+    for (; rows > 0 && map && keysFit; --rows) {
+        const std::uint64_t before = map->GetChangeLog().NextNumber();
+        write();
+        if (map && map->GetChangeLog().NextNumber() > before + 1) {
+            loseKeys();
+        }
+    }
+}
+
 void BookmarkModelConnector::Private::write(int row)
 {
     map->SetAt(keys.keyOf(row), BookmarkMapData(keys.keyOf(row), model->entry(row)), nullptr);
+}
+
+// The bookmarks get their row numbers as keys. False if the map does not hold just them afterwards, since somebody who
+// has heard of it has changed it in turn.
+bool BookmarkModelConnector::Private::writeAll()
+{
+    const Working working = begin(Operation::WritingAll);
+    isRewriteDue = false;
+    QList<unsigned int> newKeys;
+    BookmarkItemMap::MapType items;
+    items.reserve(static_cast<std::size_t>(model->entryCount()));
+    for (const BookmarkModel::Entry& entry : model->entries()) {
+        const auto key = static_cast<unsigned int>(newKeys.size());
+        items.emplace(key, BookmarkMapData(key, entry));
+        newKeys.append(key);
+    }
+    keys.assign(newKeys);
+    keysFit = true;
+    map->Set(items, true, true, nullptr);
+    return !map || map->data() == items;
 }
 
 // False if the model refuses the change.
@@ -209,10 +251,21 @@ bool BookmarkModelConnector::Private::takeList(const BookmarkModel::Entries& ent
     return isTaken;
 }
 
-// Never within a notification: others still hear of what is taken back.
+// Never within a notification: others still hear of what is taken back. Once for however much there is.
 void BookmarkModelConnector::Private::rewriteLater()
 {
-    QTimer::singleShot(0, owner, &BookmarkModelConnector::sl_modelReset);
+    if (!std::exchange(isRewriteDue, true)) {
+        QTimer::singleShot(0, owner, [this] { rewriteIfDue(); });
+    }
+}
+
+// A reset may have written the map meanwhile. Whoever changes even this in turn would do so for ever: the model takes
+// what he wants, if it can be edited.
+void BookmarkModelConnector::Private::rewriteIfDue()
+{
+    if (std::exchange(isRewriteDue, false) && map && !isOwnDoing() && !writeAll() && keysFit) {
+        takeAll();
+    }
 }
 
 // Direct, so that the keys are in step with the rows within the model's own calls.
@@ -271,8 +324,9 @@ void BookmarkModelConnector::setRemoveMapOnDestruction(bool remove)
 void BookmarkModelConnector::sl_syncStateChanged(BookmarkModel::enSynchState state)
 {
     if (d->map) {
-        const bool isLocked = state == BookmarkModel::SynchNoRecord || state == BookmarkModel::SynchPending;
-        d->map->SetState(isLocked ? TValueState::Locked : TValueState::Open, this);
+        const bool isOpen = state == BookmarkModel::SynchInSync || state == BookmarkModel::SynchLocalChange ||
+                            state == BookmarkModel::SynchExternalChange;
+        d->map->SetState(isOpen ? TValueState::Open : TValueState::Locked, this);
     }
 }
 
@@ -281,41 +335,29 @@ void BookmarkModelConnector::sl_dataChanged(QModelIndex topLeft, QModelIndex bot
     if (!d->followsRows(0)) {
         return;
     }
-    const Working working = d->begin(Operation::WritingRows);
+    int row = topLeft.row();
     const int last = std::min(bottomRight.row(), d->keys.count() - 1);
-    for (int row = topLeft.row(); row <= last && d->map; ++row) {
-        d->write(row);
-    }
+    d->writeRows(Operation::WritingRows, last - row + 1, [&] { d->write(row++); });
 }
 
 void BookmarkModelConnector::sl_modelReset()
 {
-    if (d->isOwnDoing() || !d->map) {
-        return;
+    if (!d->isOwnDoing() && d->map && !d->writeAll()) {
+        d->loseKeys();
     }
-    const Working working = d->begin(Operation::WritingAll);
-    QList<unsigned int> keys;
-    BookmarkItemMap::MapType items;
-    items.reserve(static_cast<std::size_t>(d->model->entryCount()));
-    for (const BookmarkModel::Entry& entry : d->model->entries()) {
-        const auto key = static_cast<unsigned int>(keys.size());
-        items.emplace(key, BookmarkMapData(key, entry));
-        keys.append(key);
-    }
-    d->keys.assign(keys);
-    d->keysFit = true;
-    d->map->Set(items, true, true, nullptr);
 }
 
 void BookmarkModelConnector::sl_rowsInserted(QModelIndex, int first, int last)
 {
-    if (!d->followsRows(last - first + 1)) {
+    const int rows = last - first + 1;
+    if (!d->followsRows(rows)) {
         return;
     }
-    const Working working = d->begin(Operation::AddingRows);
-    for (int row = first; row <= last && d->map; ++row) {
+    int row = first;
+    d->writeRows(Operation::AddingRows, rows, [&] {
         d->keys.insert(row, d->map->AddEntry(d->model->entry(row), nullptr));
-    }
+        ++row;
+    });
 }
 
 void BookmarkModelConnector::sl_rowsRemoved(QModelIndex, int first, int last)
@@ -324,12 +366,11 @@ void BookmarkModelConnector::sl_rowsRemoved(QModelIndex, int first, int last)
     if (!d->followsRows(-rows)) {
         return;
     }
-    const Working working = d->begin(Operation::ErasingRows);
-    for (int left = rows; left > 0 && d->map; --left) {
+    d->writeRows(Operation::ErasingRows, rows, [&] {
         const unsigned int key = d->keys.keyOf(first);
         d->keys.remove(first);
         d->map->EraseAt(key, nullptr);
-    }
+    });
 }
 
 // The map has no order, so it stays as it is.

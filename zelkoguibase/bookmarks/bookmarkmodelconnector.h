@@ -15,7 +15,8 @@ namespace ZelkoGUI {
 /// The map is open for changes while the list can be edited, and locked otherwise.
 ///
 /// A bookmark keeps its key for as long as the model changes row by row; a model reset gives the rows their numbers as
-/// keys. What comes from one side is written to the other once, and never back.
+/// keys. What comes from one side is written to the other once, and never back. What somebody does to the map in answer
+/// to a change that he hears of is taken back in the next turn of the event loop, once: the model follows who insists.
 ///
 /// GUI thread only.
 class ZELKOGUIBASE_EXPORT BookmarkModelConnector : public QObject, public IObserver
