@@ -1,12 +1,12 @@
 #include <chartcontrols/vcreplaybar.h>
 
 #include <chartcontrols/replaybaraccessible_p.h>
+#include <chartcontrols/replaybarannouncer_p.h>
 #include <chartcontrols/replaybarheadline_p.h>
+#include <chartcontrols/replaybartrack_p.h>
 #include <chartcontrols/timeticks_p.h>
 #include <controlwidgets/guicentral.h>
-#include <mapwidgets/pixelgrid.h>
 
-#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -37,12 +37,6 @@ double toMoment(long long time)
     return static_cast<double>(time);
 }
 
-// Whether a text is darker than what it stands on tells which colours can be seen there.
-bool isDark(const QPalette& palette)
-{
-    return palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
-}
-
 // The notice of a deletion comes while the value still exists.
 bool isThere(const ValueObservingPtr<Value<double>>& value)
 {
@@ -60,6 +54,7 @@ VCReplayBar::VCReplayBar(QWidget* parent, const char* name, bool showRuler)
     : XRulerTop(parent)
     , XMarkerTop(static_cast<AxisBase&>(*this))
     , m_showRuler(showRuler)
+    , m_announcer(std::make_unique<ReplayBarAnnouncer>(*this))
 {
     ReplayBarAccessible::install(); // before anything is told of this object
     setObjectName(QLatin1String(name));
@@ -157,6 +152,7 @@ void VCReplayBar::SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool 
         showBookmark(index, bookmarks[index]);
     }
     m_isSettingBookmarks = false;
+    m_announcer->tell();
     update();
     if (notify) {
         Q_EMIT signalBookmarksChanged();
@@ -246,8 +242,11 @@ void VCReplayBar::removeIfStill(int number, const BookmarkType& bookmark)
 void VCReplayBar::markerChanged(int number, bool moved)
 {
     XMarkerTop::markerChanged(number, moved);
-    tellAccessible(number, moved);
-    if (!isFlag(number) || !moved || m_isSettingBookmarks) {
+    if (m_isSettingBookmarks) {
+        return; // they are half the old ones
+    }
+    m_announcer->tell();
+    if (!isFlag(number) || !moved) {
         return;
     }
     BookmarkType& bookmark = bookmarkOf(number);
@@ -266,20 +265,6 @@ void VCReplayBar::markerDropped(int number)
 {
     if (isFlag(number) && bookmarkOf(number).time != m_grabbed.time) {
         Q_EMIT signalBookmarksChanged();
-    }
-}
-
-void VCReplayBar::tellAccessible(int number, bool moved)
-{
-    if (number != GetCurrentMarker() || !QAccessible::isActive()) {
-        return;
-    }
-    if (moved) {
-        QAccessibleValueChangeEvent event(this, GetMarker(number)->GetPosition());
-        QAccessible::updateAccessibility(&event);
-    } else {
-        QAccessibleEvent event(this, QAccessible::DescriptionChanged);
-        QAccessible::updateAccessibility(&event);
     }
 }
 
@@ -302,9 +287,9 @@ int VCReplayBar::markerTop() const
 QColor VCReplayBar::markerColor(int number) const
 {
     if (isFlag(number)) {
-        return isDark(palette()) ? QColor(0xE8, 0xA8, 0x38) : QColor(0xF2, 0xB1, 0x3C);
+        return ReplayBarTrack::isDark(palette()) ? QColor(0xE8, 0xA8, 0x38) : QColor(0xF2, 0xB1, 0x3C);
     }
-    return isDark(palette()) ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC9, 0x2A, 0x2A);
+    return ReplayBarTrack::isDark(palette()) ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC9, 0x2A, 0x2A);
 }
 
 double VCReplayBar::keyStep(double least) const
@@ -374,64 +359,34 @@ void VCReplayBar::paintHeadline(QPainter& painter) const
     headline.paint(painter, pixelAt(visibleStart()), pixelAt(visibleStop()) + 1);
 }
 
-void VCReplayBar::paintRanges(QPainter& painter) const
+ReplayBarTrack VCReplayBar::track() const
 {
-    const PixelGrid grid(painter);
-    const QColor edge = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Highlight);
-    QColor inside = edge;
-    inside.setAlphaF(isDark(palette()) ? 0.55F : 0.3F);
-    const double leftBorder = placeAt(visibleStart());
-    const double rightBorder = placeAt(visibleStop());
-    for (const auto& [first, last] : m_ranges) {
-        const double from = placeAt(toMoment(first));
-        const double to = std::max(placeAt(toMoment(last)), from);
-        if (from > rightBorder || to < leftBorder) {
-            continue;
-        }
-        const double left = std::max(from, leftBorder);
-        const double right = std::min(to, rightBorder);
-        painter.fillRect(grid.rect({left, double(markerTop()), right - left + 1, height() - 1.0 - markerTop()}),
-                         inside);
-        for (const double place : {from, to}) {
-            if (place >= leftBorder && place <= rightBorder) {
-                painter.fillRect(grid.vertical(place, markerTop(), height() - 1), edge);
-            }
-        }
-    }
-}
-
-void VCReplayBar::paintTrack(QPainter& painter) const
-{
-    const PixelGrid grid(painter);
     const double left = placeAt(visibleStart());
     const double right = hasRecording() ? placeAt(visibleStop()) : width() - 1 - left;
-    const QRectF track = grid.rect({left, double(markerTop()), right - left + 1, double(height() - markerTop())});
-    const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
-    const double line = grid.width(1);
-    painter.fillRect(track, palette().color(group, hasFocus() ? QPalette::Highlight : QPalette::Mid));
-    painter.fillRect(track.adjusted(line, line, -line, -line), hasRecording()
-                                                                   ? palette().color(group, QPalette::Base)
-                                                                   : palette().color(group, QPalette::Window));
-    if (!hasRecording()) {
-        painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
-        painter.drawText(track, Qt::AlignCenter, fontMetrics().elidedText(tr("No recording"), Qt::ElideRight, width()));
-        return;
-    }
-    QColor tickColor = palette().color(group, QPalette::WindowText);
-    tickColor.setAlphaF(0.12F);
+    return {palette(), isEnabled(), hasFocus(), QRectF(QPointF(left, markerTop()), QPointF(right, height() - 1))};
+}
+
+void VCReplayBar::paintRecording(QPainter& painter) const
+{
+    const ReplayBarTrack track = this->track();
+    track.paintRecording(painter);
     for (const double tick : m_showRuler ? ticks() : std::vector<double>()) {
-        painter.fillRect(grid.vertical(placeAt(tick), markerTop() + line, height() - 1), tickColor);
+        track.paintTick(painter, placeAt(tick));
+    }
+    for (const auto& [first, last] : m_ranges) {
+        const double from = placeAt(toMoment(first));
+        track.paintRange(painter, from, std::max(placeAt(toMoment(last)), from));
     }
 }
 
 void VCReplayBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintTrack(painter);
     if (!hasRecording()) {
+        track().paintEmpty(painter, fontMetrics().elidedText(tr("No recording"), Qt::ElideRight, width()));
         return;
     }
-    paintRanges(painter);
+    paintRecording(painter);
     if (m_showRuler) {
         paintHeadline(painter);
         paintRuler(painter);

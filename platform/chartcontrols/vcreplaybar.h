@@ -5,10 +5,13 @@
 #include <mapwidgets/xmarkertop.h>
 #include <mapwidgets/xrulertop.h>
 
+#include <memory>
 #include <utility>
 #include <vector>
 
 class QMenu;
+class ReplayBarAnnouncer;
+struct ReplayBarTrack;
 
 /// A recording on an axis of time, from its start to its stop, in microseconds since the epoch: with a marker at the
 /// current position, marked ranges, and bookmarks. Start, stop and position are float values of the tree.
@@ -114,14 +117,14 @@ private:
     void showToolTip(QPoint place, QPoint screenPlace);
     QString toolTipOf(int number) const;
     QMenu* createMenu(int number, double moment);
-    void tellAccessible(int number, bool moved);
 
     void paintHeadline(QPainter& painter) const;
     QStringList readings() const;
-    void paintTrack(QPainter& painter) const;
-    void paintRanges(QPainter& painter) const;
+    ReplayBarTrack track() const;
+    void paintRecording(QPainter& painter) const;
 
     const bool m_showRuler;
+    const std::unique_ptr<ReplayBarAnnouncer> m_announcer;
     ValueObservingPtr<Value<double>> m_start{this};
     ValueObservingPtr<Value<double>> m_stop{this};
     std::vector<std::pair<long long, long long>> m_ranges;
