@@ -2,6 +2,8 @@
 
 #include <chartcontrols/vcreplaybar.h>
 
+#include <QKeySequence>
+
 namespace {
 
 QAccessibleInterface* createFor(const QString&, QObject* object)
@@ -71,4 +73,30 @@ QVariant ReplayBarAccessible::minimumStepSize() const
 void ReplayBarAccessible::setCurrentValue(const QVariant& value)
 {
     bar().moveTo(bar().GetCurrentMarker(), value.toDouble());
+}
+
+QStringList ReplayBarAccessible::actionNames() const
+{
+    QStringList names = QAccessibleWidget::actionNames();
+    if (bar().isEnabled()) {
+        names << increaseAction() << decreaseAction();
+    }
+    return names;
+}
+
+void ReplayBarAccessible::doAction(const QString& name)
+{
+    if (name != increaseAction() && name != decreaseAction()) {
+        QAccessibleWidget::doAction(name);
+    } else if (bar().isEnabled()) {
+        bar().moveBySteps(bar().GetCurrentMarker(), name == increaseAction() ? 1 : -1);
+    }
+}
+
+QStringList ReplayBarAccessible::keyBindingsForAction(const QString& name) const
+{
+    if (name == increaseAction() || name == decreaseAction()) {
+        return {QKeySequence(name == increaseAction() ? Qt::Key_Right : Qt::Key_Left).toString()};
+    }
+    return QAccessibleWidget::keyBindingsForAction(name);
 }

@@ -25,6 +25,11 @@ public:
     /// Moves the current marker, if a user may.
     void setCurrentValue(const QVariant& value) override;
 
+    /// To take the focus, and to move the current marker as the arrow keys do.
+    QStringList actionNames() const override;
+    void doAction(const QString& name) override;
+    QStringList keyBindingsForAction(const QString& name) const override;
+
 private:
     VCReplayBar& bar() const;
 };

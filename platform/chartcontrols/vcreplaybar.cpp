@@ -1,14 +1,14 @@
 #include <chartcontrols/vcreplaybar.h>
 
 #include <chartcontrols/replaybaraccessible_p.h>
+#include <chartcontrols/replaybarannouncer_p.h>
 #include <chartcontrols/replaybarheadline_p.h>
 #include <chartcontrols/replaybarmenu_p.h>
 #include <chartcontrols/replaybartooltip_p.h>
+#include <chartcontrols/replaybartrack_p.h>
 #include <chartcontrols/timeticks_p.h>
 #include <controlwidgets/guicentral.h>
-#include <mapwidgets/pixelgrid.h>
 
-#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -30,12 +30,6 @@ double toMoment(long long time)
     return static_cast<double>(time);
 }
 
-// Whether a text is darker than what it stands on tells which colours can be seen there.
-bool isDark(const QPalette& palette)
-{
-    return palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
-}
-
 // The notice of a deletion comes while the value still exists.
 bool isThere(const ValueObservingPtr<Value<double>>& value)
 {
@@ -53,6 +47,7 @@ VCReplayBar::VCReplayBar(QWidget* parent, const char* name, bool showRuler)
     : XRulerTop(parent)
     , XMarkerTop(static_cast<AxisBase&>(*this))
     , m_showRuler(showRuler)
+    , m_announcer(std::make_unique<ReplayBarAnnouncer>(*this))
 {
     ReplayBarAccessible::install(); // before anything is told of this object
     setObjectName(QLatin1String(name));
@@ -144,21 +139,16 @@ void VCReplayBar::AllowCreationOfBookMarks(bool allow)
 void VCReplayBar::SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify)
 {
     m_isSettingBookmarks = true;
-    const double position = GetMarker(GetCurrentMarker())->GetPosition();
     endDragUnlessKept(bookmarks);
     const int current = currentAmong(bookmarks);
-    const bool isKept = isFlag(current) == isFlag(GetCurrentMarker());
     setBookmarkCount(bookmarks.size());
     for (std::size_t index = 0; index < bookmarks.size(); ++index) {
         showBookmark(index, bookmarks[index]);
     }
     SetCurrentMarker(current);
     m_isSettingBookmarks = false;
+    m_announcer->tell();
     update();
-    m_toldMarker = isKept ? current : 0;
-    if (!isKept || GetMarker(current)->GetPosition() != position) {
-        tellOfCurrent(current, true);
-    }
     if (notify) {
         Q_EMIT signalBookmarksChanged();
     }
@@ -273,8 +263,11 @@ void VCReplayBar::removeBookmark(int number)
 void VCReplayBar::markerChanged(int number, bool moved)
 {
     XMarkerTop::markerChanged(number, moved);
-    tellOfCurrent(number, moved);
-    if (!isFlag(number) || !moved || m_isSettingBookmarks) {
+    if (m_isSettingBookmarks) {
+        return; // they are half the old ones
+    }
+    m_announcer->tell();
+    if (!isFlag(number) || !moved) {
         return;
     }
     BookmarkType& bookmark = bookmarkOf(number);
@@ -294,37 +287,6 @@ void VCReplayBar::markerDropped(int number)
     if (isFlag(number) && bookmarkOf(number).time != m_grabbed.time) {
         Q_EMIT signalBookmarksChanged();
     }
-}
-
-// While the bookmarks are replaced a number means now one of them and now another.
-void VCReplayBar::tellOfCurrent(int number, bool moved)
-{
-    if (m_isSettingBookmarks) {
-        return;
-    }
-    const int current = GetCurrentMarker();
-    const bool isOther = std::exchange(m_toldMarker, current) != current;
-    if (!isOther && number != current) {
-        return;
-    }
-    if (isOther || moved) {
-        tellValue();
-    }
-    if (isOther || !moved) {
-        tellDescription();
-    }
-}
-
-void VCReplayBar::tellValue()
-{
-    QAccessibleValueChangeEvent event(this, GetMarker(GetCurrentMarker())->GetPosition());
-    QAccessible::updateAccessibility(&event);
-}
-
-void VCReplayBar::tellDescription()
-{
-    QAccessibleEvent event(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&event);
 }
 
 QString VCReplayBar::positionText() const
@@ -347,9 +309,9 @@ int VCReplayBar::markerTop() const
 QColor VCReplayBar::markerColor(int number) const
 {
     if (isFlag(number)) {
-        return isDark(palette()) ? QColor(0xE8, 0xA8, 0x38) : QColor(0xF2, 0xB1, 0x3C);
+        return ReplayBarTrack::isDark(palette()) ? QColor(0xE8, 0xA8, 0x38) : QColor(0xF2, 0xB1, 0x3C);
     }
-    return isDark(palette()) ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC9, 0x2A, 0x2A);
+    return ReplayBarTrack::isDark(palette()) ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC9, 0x2A, 0x2A);
 }
 
 double VCReplayBar::keyStep(double least) const
@@ -426,62 +388,34 @@ void VCReplayBar::paintHeadline(QPainter& painter) const
     headline.paint(painter, pixelAt(visibleStart()), static_cast<int>(std::lround(rightBorder())) + 1);
 }
 
-void VCReplayBar::paintRanges(QPainter& painter) const
+ReplayBarTrack VCReplayBar::track() const
 {
-    const PixelGrid grid(painter);
-    const QColor edge = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Highlight);
-    QColor inside = edge;
-    inside.setAlphaF(isDark(palette()) ? 0.55F : 0.3F);
-    for (const auto& [first, last] : m_ranges) {
-        const double from = toMoment(first);
-        const double to = toMoment(std::max(first, last));
-        if (from > visibleStop() || to < visibleStart()) {
-            continue;
-        }
-        const double left = placeAt(std::max(from, visibleStart()));
-        const double right = placeAt(std::min(to, visibleStop()));
-        painter.fillRect(grid.rect({left, double(markerTop()), right - left + 1, height() - 1.0 - markerTop()}),
-                         inside);
-        for (const double moment : {from, to}) {
-            if (moment >= visibleStart() && moment <= visibleStop()) {
-                painter.fillRect(grid.vertical(placeAt(moment), markerTop(), height() - 1), edge);
-            }
-        }
-    }
+    const double left = placeAt(visibleStart());
+    return {palette(), isEnabled(), hasFocus(),
+            QRectF(QPointF(left, markerTop()), QPointF(rightBorder(), height() - 1))};
 }
 
-void VCReplayBar::paintTrack(QPainter& painter) const
+void VCReplayBar::paintRecording(QPainter& painter) const
 {
-    const PixelGrid grid(painter);
-    const double left = placeAt(visibleStart());
-    const QRectF track =
-        grid.rect({left, double(markerTop()), rightBorder() - left + 1, double(height() - markerTop())});
-    const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
-    const double line = grid.width(1);
-    painter.fillRect(track, palette().color(group, hasFocus() ? QPalette::Highlight : QPalette::Mid));
-    painter.fillRect(track.adjusted(line, line, -line, -line), hasRecording()
-                                                                   ? palette().color(group, QPalette::Base)
-                                                                   : palette().color(group, QPalette::Window));
-    if (!hasRecording()) {
-        painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
-        painter.drawText(track, Qt::AlignCenter, fontMetrics().elidedText(tr("No recording"), Qt::ElideRight, width()));
-        return;
-    }
-    QColor tickColor = palette().color(group, QPalette::WindowText);
-    tickColor.setAlphaF(0.12F);
+    const ReplayBarTrack track = this->track();
+    track.paintRecording(painter);
     for (const double tick : m_showRuler ? ticks() : std::vector<double>()) {
-        painter.fillRect(grid.vertical(placeAt(tick), markerTop() + line, height() - 1), tickColor);
+        track.paintTick(painter, placeAt(tick));
+    }
+    for (const auto& [first, last] : m_ranges) {
+        const double from = placeAt(toMoment(first));
+        track.paintRange(painter, from, std::max(placeAt(toMoment(last)), from));
     }
 }
 
 void VCReplayBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintTrack(painter);
     if (!hasRecording()) {
+        track().paintEmpty(painter, fontMetrics().elidedText(tr("No recording"), Qt::ElideRight, width()));
         return;
     }
-    paintRanges(painter);
+    paintRecording(painter);
     if (m_showRuler) {
         paintHeadline(painter);
         paintRuler(painter);

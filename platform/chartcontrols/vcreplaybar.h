@@ -5,8 +5,12 @@
 #include <mapwidgets/xmarkertop.h>
 #include <mapwidgets/xrulertop.h>
 
+#include <memory>
 #include <utility>
 #include <vector>
+
+class ReplayBarAnnouncer;
+struct ReplayBarTrack;
 
 /// A recording on an axis of time, from its start to its stop, in microseconds since the epoch: with a marker at the
 /// current position, marked ranges, and bookmarks. Start, stop and position are float values of the tree.
@@ -98,10 +102,6 @@ protected:
     /// What is read of the current marker beside the dates, the longest text first; empty where it is not shown.
     QStringList readings() const;
 
-    /// Tell programs that read the screen, if there are any, that value or description of the slider are others.
-    virtual void tellValue();
-    virtual void tellDescription();
-
 private:
     friend class ReplayBarMenu; // does what users do
 
@@ -122,19 +122,18 @@ private:
     bool hasRecording() const;
 
     void showToolTip(QPoint place, QPoint screenPlace);
-    void tellOfCurrent(int number, bool moved);
 
     void paintHeadline(QPainter& painter) const;
-    void paintTrack(QPainter& painter) const;
-    void paintRanges(QPainter& painter) const;
+    ReplayBarTrack track() const;
+    void paintRecording(QPainter& painter) const;
 
     const bool m_showRuler;
+    const std::unique_ptr<ReplayBarAnnouncer> m_announcer;
     ValueObservingPtr<Value<double>> m_start{this};
     ValueObservingPtr<Value<double>> m_stop{this};
     std::vector<std::pair<long long, long long>> m_ranges;
     std::vector<BookmarkType> m_bookmarks;
     std::vector<QString> m_bookmarkPaths; ///< of the values that the markers of the bookmarks are tied to
-    int m_toldMarker = PositionMarker;    ///< the current one, as far as programs that read the screen know
     BookmarkType m_grabbed;               ///< the bookmark that the mouse holds, as it was when it was grabbed
     bool m_allowCreation = false;
     bool m_isSettingBookmarks = false;

@@ -375,13 +375,18 @@ bool XMarkerTop::keyOnMarker(const QKeyEvent& event)
     return moveCurrent(event);
 }
 
+double XMarkerTop::arrowStep(int partsOfPixel) const
+{
+    const double extent = m_axis.visibleStop() - m_axis.visibleStart();
+    const double pixels = m_axis.placeAt(m_axis.visibleStop()) - m_axis.placeAt(m_axis.visibleStart());
+    return keyStep(extent / std::max(pixels, 1.0) / partsOfPixel);
+}
+
 // The position itself for keys that do not move.
 double XMarkerTop::target(const QKeyEvent& event, double position) const
 {
     const double extent = m_axis.visibleStop() - m_axis.visibleStart();
-    const double pixels = m_axis.placeAt(m_axis.visibleStop()) - m_axis.placeAt(m_axis.visibleStart());
-    const bool isFine = event.modifiers().testFlag(Qt::ShiftModifier);
-    const double step = keyStep(extent / std::max(pixels, 1.0) / (isFine ? fineStepsPerStep : 1));
+    const double step = arrowStep(event.modifiers().testFlag(Qt::ShiftModifier) ? fineStepsPerStep : 1);
     switch (event.key()) {
     case Qt::Key_Left:
     case Qt::Key_Down:
@@ -418,6 +423,11 @@ bool XMarkerTop::moveTo(int number, double position)
     const double held = heldOnAxis(position);
     m_axis.reveal(held);
     return GetMarker(number)->MoveTo(held);
+}
+
+bool XMarkerTop::moveBySteps(int number, int steps)
+{
+    return canBeMoved(number) && moveTo(number, GetMarker(number)->GetPosition() + steps * arrowStep(1));
 }
 
 double XMarkerTop::heldOnAxis(double position) const

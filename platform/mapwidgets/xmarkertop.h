@@ -42,6 +42,9 @@ public:
     /// What a user does who moves the marker: held within the axis, and shown. False if he may not at this moment.
     bool moveTo(int number, double position);
 
+    /// The same by so many steps of Right, or of Left where they are negative.
+    bool moveBySteps(int number, int steps);
+
 protected:
     /// `axis` is the widget that the markers stand on, which outlives this object.
     explicit XMarkerTop(AxisBase& axis);
@@ -108,6 +111,7 @@ private:
     void paintFlag(QPainter& painter, const PixelGrid& grid, const MarkerFlag& flag) const;
     void paintHandle(QPainter& painter, const PixelGrid& grid, int number) const;
     bool moveCurrent(const QKeyEvent& event);
+    double arrowStep(int partsOfPixel) const;
     double target(const QKeyEvent& event, double position) const;
     double heldOnAxis(double position) const;
     bool chooseNext(int direction);

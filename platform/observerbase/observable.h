@@ -46,5 +46,5 @@ protected:
 
 private:
     struct List;
-    std::unique_ptr<List> m_list;
+    std::shared_ptr<List> m_list;
 };

@@ -10,13 +10,12 @@
 
 /// A bar of a recording of 100 seconds, one second a pixel, that begins 10 pixels from the left; its position is at
 /// second 50.
-template <typename Bar>
-struct TiedBarOf
+struct TiedBar
 {
     static constexpr long long begin = 1'700'000'000'000'000;
     static constexpr long long perPixel = 1'000'000;
 
-    TiedBarOf()
+    TiedBar()
     {
         bar.SetPixOffset(10, 10);
         bar.resize(121, 60);
@@ -66,7 +65,5 @@ struct TiedBarOf
     const Moment start{begin};
     const Moment stop{begin + 100 * perPixel};
     const Moment position{begin + 50 * perPixel};
-    Bar bar{nullptr, "ZelkoReplayBar", true};
+    VCReplayBar bar{nullptr, "ZelkoReplayBar", true};
 };
-
-using TiedBar = TiedBarOf<VCReplayBar>;
