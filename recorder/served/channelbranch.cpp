@@ -31,6 +31,30 @@ ValueSelection* putReplayState(Tree& tree, const QString& path)
                      static_cast<int>(Admin::RecordReplayMode::Stopped));
 }
 
+template <typename Path>
+void putStates(ChannelBranch& branch, Tree& tree, const Path& at)
+{
+    branch.recordingState = putStates(tree, at(names::allRecordReplayModes), Admin::RecordReplayAllModesInfo().words(),
+                                      static_cast<int>(Admin::RecordReplayAllModes::Stopped));
+    branch.replayState = putReplayState(tree, at(names::replayMode));
+    branch.guiReplayState = putReplayState(tree, at(names::recordReplayModes));
+    branch.errorCode = putValue<TextValue>(tree, at(names::errorCode));
+    branch.channelName = putValue<TextValue>(tree, at(names::channelName));
+    branch.recordFlag = putValue<BoolValue>(tree, at(names::recordFlag));
+    branch.replayFlag = putValue<BoolValue>(tree, at(names::replayFlag));
+    branch.dataRateClass = putValue<TextValue>(tree, at(names::dataRateClass));
+}
+
+template <typename Path>
+void putWishes(ChannelBranch& branch, Tree& tree, const Path& at)
+{
+    branch.deviceId = putValue<TextValue>(tree, at(names::deviceId));
+    branch.recordName = putValue<TextValue>(tree, at(names::recordName));
+    branch.recordTimeout = putValue<IntValue>(tree, at(names::recordTimeout));
+    branch.fileSizeInKB = putValue<IntValue>(tree, at(names::fileSizeInKB));
+    branch.position = putValue<Value<double>>(tree, at(names::currentReplayPosition));
+}
+
 } // namespace
 
 QString ChannelBranch::pathOf(const QString& channelId)
@@ -41,21 +65,8 @@ QString ChannelBranch::pathOf(const QString& channelId)
 ChannelBranch::ChannelBranch(Tree& tree, const QString& channelId)
 {
     const auto at = [node = pathOf(channelId)](QLatin1String name) { return names::join(node, name); };
-    recordingState = putStates(tree, at(names::allRecordReplayModes), Admin::RecordReplayAllModesInfo().words(),
-                               static_cast<int>(Admin::RecordReplayAllModes::Stopped));
-    replayState = putReplayState(tree, at(names::replayMode));
-    guiReplayState = putReplayState(tree, at(names::recordReplayModes));
-    errorCode = putValue<TextValue>(tree, at(names::errorCode));
-    channelName = putValue<TextValue>(tree, at(names::channelName));
-    recordFlag = putValue<BoolValue>(tree, at(names::recordFlag));
-    replayFlag = putValue<BoolValue>(tree, at(names::replayFlag));
-    dataRateClass = putValue<TextValue>(tree, at(names::dataRateClass));
-
-    deviceId = putValue<TextValue>(tree, at(names::deviceId));
-    recordName = putValue<TextValue>(tree, at(names::recordName));
-    recordTimeout = putValue<IntValue>(tree, at(names::recordTimeout));
-    fileSizeInKB = putValue<IntValue>(tree, at(names::fileSizeInKB));
-    position = putValue<Value<double>>(tree, at(names::currentReplayPosition));
+    putStates(*this, tree, at);
+    putWishes(*this, tree, at);
 
     fileSize = putValue<Value<qint64>>(tree, at(names::fileSize));
     startTime = putValue<Value<qint64>>(tree, at(names::startTime));

@@ -35,7 +35,9 @@ struct ChannelBranch
     /// @{
     TextValue* deviceId;     ///< that records and replays; empty: any
     TextValue* recordName;   ///< of the next recording; empty: the channel's
-    IntValue* recordTimeout; ///< seconds after which a recording ends by itself; 0: it does not
+    IntValue* recordTimeout; ///< seconds from its first data after which a recording ends by itself; 0: it does not.
+                             ///< One without any data ends with an error after these seconds, but never before the
+                             ///< patience of the recorder is over, also with 0
     IntValue* fileSizeInKB;  ///< units of 1024 bytes; a recording ends before it is larger. 0: it does not
     Value<double>* position; ///< the moment that is being replayed, or where the next replay begins
     /// @}

@@ -24,7 +24,7 @@ namespace {
 QString exportId(const QString& device, const QString& recordID, const QString& path, const ZELKO_RecordData& record)
 {
     const QStringList parts{device, recordID, path, ZELKO_RecordData::DataFormatToName(record.GetDataFormat())};
-    return parts.join(zelko::names::recordIdSeparator);
+    return parts.join(zelko::names::idSeparator);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <recorder/served/putvalue.h>
 #include <recorder/served/replays.h>
+#include <recorder/served/replaystep.h>
 
 #include <zelkobase/names/valuenames.h>
 
@@ -10,9 +11,6 @@ namespace ZelkoRecorder {
 namespace names = zelko::names;
 
 namespace {
-
-// Often enough for a marker that moves, seldom enough for many clients.
-constexpr std::chrono::milliseconds showEvery{100};
 
 template <typename T, typename Content>
 void set(T* value, const Content& content)
@@ -32,7 +30,7 @@ ReplayValues::ReplayValues(Tree& tree, const QString& device, const Replays& rep
     m_recordID = putValue<TextValue>(tree, names::join(node, names::recordId));
     m_position = putValue<Value<qint64>>(tree, names::join(node, names::currentReplayPosition));
     m_count = putValue<IntValue>(tree, names::join(node, names::noOfReplays));
-    m_timer.setInterval(showEvery);
+    m_timer.setInterval(replayStep);
     connect(&m_timer, &QTimer::timeout, this, [this] { show(); });
     connect(&replays, &Replays::changed, this, [this](const QString& id) { note(id); });
 }

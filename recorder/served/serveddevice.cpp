@@ -211,7 +211,7 @@ void ServedDevice::Private::Update(Observable* source, TChangeCode code)
     } else if (source == syncOneRecord.get()) {
         synchronizeOne(syncOneRecord->GetValue());
     } else if (source == deleteRecordingList.get()) {
-        deleteRecords(deleteRecordingList->GetValue().split(zelko::names::recordIdSeparator, Qt::SkipEmptyParts));
+        deleteRecords(deleteRecordingList->GetValue().split(zelko::names::idSeparator, Qt::SkipEmptyParts));
     } else if (source == setRecordIdle.get()) {
         setIdle(setRecordIdle->GetValue());
     }

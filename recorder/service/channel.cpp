@@ -238,6 +238,7 @@ Channel::Verdict Channel::setDevices(const QStringList& devices)
         m_allowedDevices = before;
         return Verdict::NoDevice;
     }
+    Q_EMIT changed();
     return Verdict::Done;
 }
 
@@ -317,7 +318,38 @@ void Channel::beginFlow()
             source->start(manager, id, address, port);
             return true;
         },
-        [this](const ManagerCaller::Outcome& outcome) { m_machine.flowStarted(outcome.done, outcome.why); });
+        [this](const ManagerCaller::Outcome& outcome) {
+            m_machine.flowStarted(outcome.done, outcome.why);
+            awaitData();
+        });
+}
+
+// The first data have as much time as the recording, and never less than a slow source may need.
+void Channel::awaitData()
+{
+    if (m_machine.state() == ChannelMachine::State::Recording && !m_machine.hasData()) {
+        m_durationTimer.start(
+            std::max<std::chrono::milliseconds>(std::chrono::seconds(m_recording.seconds), m_options.dataPatience));
+    }
+}
+
+void Channel::noteFirstData()
+{
+    if (m_machine.dataCame()) {
+        m_durationTimer.stop();
+        if (m_recording.seconds > 0) {
+            m_durationTimer.start(std::chrono::seconds(m_recording.seconds));
+        }
+    }
+}
+
+void Channel::noteTimeIsOver()
+{
+    if (m_machine.hasData()) {
+        m_machine.timeIsOver();
+    } else {
+        m_machine.dataMissing(QStringLiteral("no data have come"));
+    }
 }
 
 bool Channel::openReceiver(QString* error)
@@ -334,34 +366,31 @@ bool Channel::openReceiver(QString* error)
     return true;
 }
 
+// Called on the thread of the receiver.
 ChannelReceiver::Listener Channel::receiverListener()
 {
     ChannelReceiver::Listener listener;
-    listener.born = [this](const QString& id) {
-        m_news.post([this, id] {
-            m_recordID = id;
-            m_devices.recordBegins(
-                m_device, id, [this] { m_machine.timeIsOver(); }, m_receiver->edits());
-        });
-    };
-    listener.changed = [this](const RecordPointer& record) {
-        m_news.post([this, record] {
-            m_devices.recordChanged(m_device, record);
-            Q_EMIT recordChanged(record);
-        });
-    };
-    listener.dataCame = [this] {
-        m_news.post([this] {
-            if (m_machine.dataCame() && m_recording.seconds > 0) {
-                m_durationTimer.start(std::chrono::seconds(m_recording.seconds));
-            }
-        });
-    };
+    listener.born = [this](const QString& id) { m_news.post([this, id] { beginRecord(id); }); };
+    listener.changed = [this](const RecordPointer& record) { m_news.post([this, record] { changeRecord(record); }); };
+    listener.dataCame = [this] { m_news.post([this] { noteFirstData(); }); };
     listener.dataEnded = [this] { m_news.post([this] { m_machine.dataEnded(); }); };
     listener.full = [this] { m_news.post([this] { m_machine.timeIsOver(); }); };
     listener.diskRefused = [this](const QString& why) { m_news.post([this, why] { m_machine.diskRefused(why); }); };
     listener.closed = [this](const QString& id) { m_news.post([this, id] { endRecord(id); }); };
     return listener;
+}
+
+void Channel::beginRecord(const QString& recordID)
+{
+    m_recordID = recordID;
+    m_devices.recordBegins(
+        m_device, recordID, [this] { m_machine.timeIsOver(); }, m_receiver->edits());
+}
+
+void Channel::changeRecord(const RecordPointer& record)
+{
+    m_devices.recordChanged(m_device, record);
+    Q_EMIT recordChanged(record);
 }
 
 ZELKO_XML::ZELKO_RecordData Channel::birth() const

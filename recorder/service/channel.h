@@ -34,13 +34,14 @@ public:
         QString toldAddress = QStringLiteral("127.0.0.1");   ///< where managers are told to send them
         std::chrono::milliseconds callLimit{5000};           ///< of each call to a manager
         std::chrono::milliseconds pingInterval{10000};       ///< from one sign of life of a manager to the next
+        std::chrono::milliseconds dataPatience{60000};       ///< with a source that was started, until its first data
         ReplayStream::Options replay;
     };
 
     /// What a recording is to be.
     struct Recording
     {
-        int seconds = 0;       ///< 0: until it is stopped
+        int seconds = 0;       ///< from its first data on; 0: until it is stopped
         QString name;          ///< of the record; empty: that of the channel
         QString device;        ///< empty: as the manager prefers
         quint64 mostBytes = 0; ///< of samples; 0: no limit
@@ -86,7 +87,8 @@ public:
     /// @name Wishes of the manager, and of clients
     /// NotAble, and nothing happens, for what cannot be done with a channel of the recorder's own.
     /// @{
-    /// Done means that it was begun: whatever fails later the manager is told, and `failed` tells it.
+    /// Done means that it was begun: whatever fails later the manager is told, and `failed` tells it. That is so, too,
+    /// when no data have come after the length of the recording or, if that is longer, the options' patience.
     Verdict startRecording(const Recording& recording);
     /// An empty name leaves the record the one that it has; with any other it is answered when the record has the name,
     /// durably. NotRecording, too, for a name that comes when the record is as good as closed; NotStored for one that
@@ -145,7 +147,12 @@ private:
 
     void beginFlow();
     bool openReceiver(QString* error);
+    void awaitData();
+    void noteFirstData();
+    void noteTimeIsOver();
     ChannelReceiver::Listener receiverListener();
+    void beginRecord(const QString& recordID);
+    void changeRecord(const RecordPointer& record);
     ZELKO_XML::ZELKO_RecordData birth() const;
     QString chooseDevice(const QString& wanted) const;
     void rename(const Answer& answer);
@@ -165,7 +172,7 @@ private:
     QString m_recordID;
     std::shared_ptr<FlowSource> m_source; // what the manager said when it connected
     ChannelMachine m_machine{*this};
-    LongTimer m_durationTimer{[this] { m_machine.timeIsOver(); }};
+    LongTimer m_durationTimer{[this] { noteTimeIsOver(); }};
     QTimer m_pingTimer;
     Mailbox m_news;
     ManagerCaller m_caller;

@@ -122,6 +122,14 @@ void ChannelMachine::dataEnded()
     stopOnOwnAccord();
 }
 
+void ChannelMachine::dataMissing(const QString& why)
+{
+    if (m_state == State::Recording && !m_dataCame) {
+        m_work.tellFault(Fault::NoFlow, why);
+        stopOnOwnAccord();
+    }
+}
+
 void ChannelMachine::diskRefused(const QString& why)
 {
     if (m_state == State::Starting || m_state == State::Recording) {

@@ -24,7 +24,7 @@ public:
     enum class Fault {
         NotAvailable = 1, ///< the manager did not say that the source is available
         NotConnected = 2, ///< it did not connect
-        NoFlow = 3,       ///< it did not start the flow, or there is no socket for it
+        NoFlow = 3,       ///< it did not start the flow, there is no socket for it, or no data have come
         Disk = 4          ///< the disk takes no more
     };
 
@@ -84,6 +84,7 @@ public:
     void flowStarted(bool done, const QString& why);
     bool dataCame();                      ///< false if it means nothing: not the first, or the recording is ending
     void dataEnded();                     ///< the source itself has stopped
+    void dataMissing(const QString& why); ///< they have not come in time; means nothing once they have
     void diskRefused(const QString& why); ///< nothing more can be recorded
     void timeIsOver();                    ///< the recording has its length
     void flowStopped();

@@ -1,5 +1,6 @@
 #include <recorder/service/channelpanel.h>
 
+#include <recorder/served/replaystep.h>
 #include <recorder/source/cleantext.h>
 
 #include <valuecore/tree.h>
@@ -16,9 +17,6 @@ using ReplayState = ChannelReplay::State;
 using ZELKO_XML::ZELKO_RecordData;
 
 namespace {
-
-// Often enough for a marker that moves, seldom enough for many clients.
-constexpr std::chrono::milliseconds showEvery{100};
 
 constexpr quint64 bytesPerKB = 1024;
 
@@ -69,10 +67,9 @@ ChannelPanel::ChannelPanel(Tree& tree, Channel& channel, QObject* parent)
     }
     connect(&channel, &Channel::changed, this, [this] { show(); });
     connect(&channel, &Channel::recordChanged, this, [this](const RecordPointer& record) { showRecord(record); });
-    connect(&channel, &Channel::failed, this, [this](const QString& why) { set(m_branch.errorCode, why); });
+    connect(&channel, &Channel::failed, this, [this](const QString& why) { tellError(why); });
     connect(&m_positionTimer, &QTimer::timeout, this, [this] { showPosition(); });
-    m_positionTimer.setInterval(showEvery);
-    set(m_branch.deviceId, channel.device());
+    m_positionTimer.setInterval(replayStep);
     show();
 }
 
@@ -101,6 +98,7 @@ void ChannelPanel::Update(Observable* source, TChangeCode code)
             m_wishes.push_back({state, state->GetCurrentKey()});
         }
     }
+    m_isDeviceChosen = m_isDeviceChosen || source == m_branch.deviceId;
     if (!std::exchange(m_isGranting, true)) {
         QMetaObject::invokeMethod(this, &ChannelPanel::grantWishes, Qt::QueuedConnection);
     }
@@ -184,7 +182,17 @@ void ChannelPanel::startReplay()
 void ChannelPanel::note(Verdict verdict)
 {
     if (verdict != Verdict::Done) {
-        set(m_branch.errorCode, verdictText(verdict));
+        tellError(verdictText(verdict));
+    }
+}
+
+// Whoever asks for the same thing twice is to hear twice why he does not get it.
+void ChannelPanel::tellError(const QString& text)
+{
+    if (m_branch.errorCode->GetValue() == text) {
+        m_branch.errorCode->HasChanged(TChangeCode::ValueChanged, this);
+    } else {
+        set(m_branch.errorCode, text);
     }
 }
 
@@ -212,6 +220,7 @@ void ChannelPanel::show()
     set(m_branch.recordFlag, settings.canRecord);
     set(m_branch.replayFlag, settings.canReplay);
     set(m_branch.dataRateClass, ZELKO_RecordData::DataRateToName(settings.dataRate));
+    showDevice();
     m_branch.recordingState->SetCurrentKey(static_cast<int>(m_channel.recordingState()), this);
 
     const auto replayState = static_cast<int>(m_channel.replay().state());
@@ -222,6 +231,15 @@ void ChannelPanel::show()
         m_positionTimer.stop();
     } else if (!m_positionTimer.isActive()) {
         m_positionTimer.start();
+    }
+}
+
+// What records or replays keeps the device that it has.
+void ChannelPanel::showDevice()
+{
+    const bool isAtRest = m_channel.recordingState() == RecordingState::Stopped && m_channel.replay().isIdle();
+    if (isAtRest && !m_isDeviceChosen) {
+        set(m_branch.deviceId, m_channel.device());
     }
 }
 

@@ -20,7 +20,10 @@ namespace ZelkoRecorder {
 /// recording state, "start requested" and "recording" begin a recording, "continuous recording" one in a loop of the
 /// size that is asked for, and "stopping" and "stopped" end it; of the replay state, "replay started" and "running"
 /// begin or continue a replay, "pausing" and "paused" hold it, "stopping" and "stopped" end it. Wishes are granted in
-/// the order in which they came, and never within the notification by which they come.
+/// the order in which they came, and never within the notification by which they come. A wish that is refused for the
+/// same reason as the one before it has the error code tell it again.
+///
+/// As long as no client has written a device, the device ID is the one that a recording would take without any.
 ///
 /// Lives on the thread of the tree.
 class ChannelPanel : public QObject, private IObserver
@@ -49,9 +52,11 @@ private:
     void startRecording(bool isLoop);
     void startReplay();
     void note(Channel::Verdict verdict);
+    void tellError(const QString& text);
     void tidy();
     void tidyText(TextValue* value);
     void show();
+    void showDevice();
     void showRecord(const RecordPointer& record);
     void showPosition();
 
@@ -64,7 +69,8 @@ private:
     const BookmarkBounds m_bookmarkBounds;
     std::vector<Observable*> m_observed;
     std::vector<Wish> m_wishes;
-    bool m_isGranting = false; // soon
+    bool m_isGranting = false;     // soon
+    bool m_isDeviceChosen = false; // by a client
     QTimer m_positionTimer;
 };
 

@@ -117,23 +117,31 @@ bool ChannelReplay::start(const Wish& wish)
     m_hasBegun = false;
     m_isConnected = false;
     enter(State::Started);
+    askManager();
+    return true;
+}
+
+void ChannelReplay::askManager()
+{
     m_caller.call(
-        [id = m_channelId, device = wish.device.toStdString()](ManagerPtr manager) {
+        [id = m_channelId, device = m_wish.device.toStdString()](ManagerPtr manager) {
             QD_ZLK::StringSeq devices;
             devices.length(1);
             devices[0] = device.c_str();
             return bool{manager->isAvailableForReplay(id.c_str(), devices)};
         },
-        [this](const ManagerCaller::Outcome& outcome) {
-            if (m_state == State::Stopping) {
-                rest();
-            } else if (!outcome.done) {
-                fail(QStringLiteral("the channel is not available for a replay"));
-            } else if (m_state == State::Started) {
-                connectManager();
-            }
-        });
-    return true;
+        [this](const ManagerCaller::Outcome& outcome) { asked(outcome); });
+}
+
+void ChannelReplay::asked(const ManagerCaller::Outcome& outcome)
+{
+    if (m_state == State::Stopping) {
+        rest();
+    } else if (!outcome.done) {
+        fail(QStringLiteral("the channel is not available for a replay"));
+    } else if (m_state == State::Started) {
+        connectManager();
+    }
 }
 
 bool ChannelReplay::openSocket()

@@ -80,6 +80,8 @@ Q_SIGNALS:
 private:
     void enter(State state);
     void fail(const QString& why);
+    void askManager();
+    void asked(const ManagerCaller::Outcome& outcome);
     bool openSocket();
     void connectManager();
     void connected(const ManagerCaller::Outcome& outcome);

@@ -29,7 +29,7 @@ void throwChanUnlessDone(Verdict verdict)
     case Verdict::Removed:
         throwChan(Contract::CHAN_REMOVED, "the channel was removed");
     case Verdict::Busy:
-        throwChan(Contract::CHAN_BUSY, "the channel is recording");
+        throwChan(Contract::CHAN_BUSY, "the channel is busy");
     case Verdict::NotRecording:
         throwChan(Contract::CHAN_NOT_RECORDING, "the channel is not recording");
     case Verdict::NoDevice:
@@ -275,7 +275,7 @@ void ChannelServant::askOrThrowGen(Wish wish) const
         throw QD_ZLK::exGen(QD_ZLK::GEN_NOT_PERMITTED, "the channel is the recorder's own");
     }
     if (verdict != Verdict::Done) {
-        throw QD_ZLK::exGen(QD_ZLK::GEN_NO_RESOURCES, "the channel is recording");
+        throw QD_ZLK::exGen(QD_ZLK::GEN_NO_RESOURCES, "the channel is busy");
     }
 }
 

@@ -66,6 +66,7 @@ void TestChannelMachine::happen(ChannelMachine& machine, const QString& what)
         {"dry", [](ChannelMachine& m) { m.flowStarted(false, "no"); }},
         {"data", [](ChannelMachine& m) { m.dataCame(); }},
         {"end", [](ChannelMachine& m) { m.dataEnded(); }},
+        {"missing", [](ChannelMachine& m) { m.dataMissing("nothing"); }},
         {"disk", [](ChannelMachine& m) { m.diskRefused("full"); }},
         {"time", [](ChannelMachine& m) { m.timeIsOver(); }},
         {"stopped", [](ChannelMachine& m) { m.flowStopped(); }},
@@ -108,6 +109,15 @@ void TestChannelMachine::goesItsWay_data()
                                      << beginning + "stopping stopFlow closeRecord disconnect finished" << State::Idle;
     QTest::newRow("the time is over") << begun + "time stopped closed"
                                       << beginning + "stopping stopFlow closeRecord disconnect finished" << State::Idle;
+    QTest::newRow("no data come") << "start asked connected flows missing stopped closed"
+                                  << "ask connect startFlow|fault 3 nothing|stopping stopFlow closeRecord disconnect "
+                                     "finished"
+                                  << State::Idle;
+    QTest::newRow("data that have come are not missing")
+        << begun + "missing" << beginning.trimmed() << State::Recording;
+    QTest::newRow("data that are not awaited are not missing")
+        << "missing start missing asked missing connected missing flows stop missing"
+        << "ask connect startFlow stopFlow" << State::Stopping;
     QTest::newRow("the disk is full") << begun + "disk stopped closed"
                                       << beginning.trimmed() +
                                              "|fault 4 full|stopping stopFlow closeRecord disconnect finished"

@@ -20,21 +20,29 @@ class TestChannelPanel : public ChannelTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { enterAnew(); }
     void cleanup() { end(); }
     void showsAChannelAtRest();
     void goesWithTheChannel();
     void goesThroughTheStatesOfARecording();
     void namesTheRecordAsItIsAsked();
     void recordsWithTheDeviceThatIsAskedFor();
+    void followsTheDevicesOfTheManager();
+    void keepsTheDeviceOfARecording();
+    void leavesTheDeviceThatAClientHasChosen();
     void tellsOfTheRecordThatIsMade();
     void stopsBeforeDataHaveCome();
     void endsARecordingWhenItsTimeIsOver();
+    void endsARecordingToWhichNoDataCome_data();
+    void endsARecordingToWhichNoDataCome();
+    void waitsForDataAsLongAsTheRecordingIs();
     void endsARecordingAtItsSize();
     void recordsInALoop();
     void followsRecordingsThatTheManagerBegins();
     void refusesWhatCannotBeRecorded_data();
     void refusesWhatCannotBeRecorded();
+    void refusesWishesDuringARecording();
+    void tellsTheSameFaultTwice();
     void tellsWhatWentWrong_data();
     void tellsWhatWentWrong();
     void forgetsWhatWentWrongWithTheNextStart();
@@ -44,12 +52,7 @@ private Q_SLOTS:
     void followsTheSettingsOfTheManager();
 
 private:
-    // As a client does: the panel hears of it.
-    template <typename T, typename Content>
-    void write(const char* name, const Content& content) const
-    {
-        m_shown->find<Value<T>>(name)->SetValue(content, nullptr);
-    }
+    void enterAnew(const ZelkoRecorder::ServiceHost::Options& options = {});
     void writeRecordingState(int key) const { m_shown->recordingState()->SetCurrentKey(key, nullptr); }
     // Until data can come.
     void startByValue()
@@ -58,14 +61,23 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT(m_manager->calls().contains("start"), patience);
     }
     QString state() const { return m_shown->recording(); }
+    // As the manager does: the only one that may record.
+    void setDevice(const char* device) const
+    {
+        QD_ZLK::StringSeqSeq devices;
+        devices.length(1);
+        devices[0].length(1);
+        devices[0][0] = device;
+        QCOMPARE(endingOf([&] { m_registered.channel->setZelkoDevices(devices); }), u"done"_s);
+    }
 
     Registered m_registered;
     std::unique_ptr<ShownChannel> m_shown;
 };
 
-void TestChannelPanel::init()
+void TestChannelPanel::enterAnew(const ZelkoRecorder::ServiceHost::Options& options)
 {
-    begin();
+    begin(options);
     m_registered = enter("Antenne 1");
     m_shown = std::make_unique<ShownChannel>(m_recorder->recorder.tree(), QString(), m_registered.id);
 }
@@ -120,7 +132,7 @@ void TestChannelPanel::goesThroughTheStatesOfARecording()
 
 void TestChannelPanel::namesTheRecordAsItIsAsked()
 {
-    write<QString>("RecordName", u"Morgen"_s);
+    m_shown->write<QString>("RecordName", u"Morgen"_s);
     startByValue();
     send({0});
     QTRY_VERIFY_WITH_TIMEOUT(onlyRecord(), patience);
@@ -129,9 +141,44 @@ void TestChannelPanel::namesTheRecordAsItIsAsked()
 
 void TestChannelPanel::recordsWithTheDeviceThatIsAskedFor()
 {
-    write<QString>("DeviceID", u"D2"_s);
+    m_shown->write<QString>("DeviceID", u"D2"_s);
     startByValue();
     QCOMPARE(m_manager->calls().first(), u"available D2"_s);
+}
+
+void TestChannelPanel::followsTheDevicesOfTheManager()
+{
+    setDevice("D2");
+    QCOMPARE(m_shown->text("DeviceID"), u"D2"_s);
+    setDevice("D1");
+    QCOMPARE(m_shown->text("DeviceID"), u"D1"_s);
+    setDevice("D2");
+    startByValue();
+    QCOMPARE(m_manager->calls().first(), u"available D2"_s);
+    QCOMPARE(m_shown->error(), QString());
+}
+
+void TestChannelPanel::keepsTheDeviceOfARecording()
+{
+    startByValue();
+    setDevice("D2");
+    QCOMPARE(m_shown->text("DeviceID"), u"D1"_s);
+    writeRecordingState(stopRequested);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_shown->text("DeviceID"), u"D2"_s, patience);
+}
+
+void TestChannelPanel::leavesTheDeviceThatAClientHasChosen()
+{
+    m_shown->write<QString>("DeviceID", u"D2"_s);
+    setDevice("D1");
+    QCOMPARE(m_shown->text("DeviceID"), u"D2"_s);
+    writeRecordingState(startRequested);
+    QTRY_COMPARE_WITH_TIMEOUT(m_shown->error(), u"there is no such device for the channel"_s, patience);
+    m_shown->write<QString>("DeviceID", QString());
+    startByValue();
+    QCOMPARE(m_manager->calls().first(), u"available D1"_s);
+    QCOMPARE(m_shown->text("DeviceID"), QString());
 }
 
 void TestChannelPanel::tellsOfTheRecordThatIsMade()
@@ -163,7 +210,7 @@ void TestChannelPanel::stopsBeforeDataHaveCome()
 
 void TestChannelPanel::endsARecordingWhenItsTimeIsOver()
 {
-    write<int>("RecordTimeout", 1);
+    m_shown->write<int>("RecordTimeout", 1);
     startByValue();
     send({0});
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
@@ -171,10 +218,46 @@ void TestChannelPanel::endsARecordingWhenItsTimeIsOver()
     QCOMPARE(m_shown->error(), QString());
 }
 
+void TestChannelPanel::endsARecordingToWhichNoDataCome_data()
+{
+    QTest::addColumn<int>("timeout");
+    QTest::newRow("with a timeout") << 1;
+    QTest::newRow("without one") << 0;
+}
+
+void TestChannelPanel::endsARecordingToWhichNoDataCome()
+{
+    QFETCH(const int, timeout);
+    ZelkoRecorder::ServiceHost::Options options;
+    options.channels.channel.dataPatience = std::chrono::milliseconds(1);
+    end();
+    enterAnew(options);
+    m_shown->write<int>("RecordTimeout", timeout);
+    writeRecordingState(startRequested);
+    QTRY_COMPARE_WITH_TIMEOUT(m_shown->error(), u"no data have come"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->calls().last(), u"finished D1 "_s, patience);
+    QVERIFY(m_manager->calls().contains("fault 3: no data have come"));
+    QVERIFY(!onlyRecord());
+}
+
+void TestChannelPanel::waitsForDataAsLongAsTheRecordingIs()
+{
+    ZelkoRecorder::ServiceHost::Options options;
+    options.channels.channel.dataPatience = std::chrono::milliseconds(1);
+    end();
+    enterAnew(options);
+    m_shown->write<int>("RecordTimeout", 3600);
+    startByValue();
+    send({0});
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"recording"_s, patience);
+    QCOMPARE(m_shown->error(), QString());
+}
+
 // Frames of 400 bytes: a part of the third is what still fits.
 void TestChannelPanel::endsARecordingAtItsSize()
 {
-    write<int>("FileSizeInKB", 1);
+    m_shown->write<int>("FileSizeInKB", 1);
     startByValue();
     send({0, 1, 2});
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
@@ -189,7 +272,7 @@ void TestChannelPanel::endsARecordingAtItsSize()
 void TestChannelPanel::recordsInALoop()
 {
     const ChoiceLog log(m_shown->recordingState());
-    write<int>("FileSizeInKB", 4);
+    m_shown->write<int>("FileSizeInKB", 4);
     writeRecordingState(continuousRecording);
     QTRY_VERIFY_WITH_TIMEOUT(m_manager->calls().contains("start"), patience);
     for (quint32 frame = 0; frame < 30; ++frame) {
@@ -240,11 +323,52 @@ void TestChannelPanel::refusesWhatCannotBeRecorded()
     QFETCH(const bool, canRecord);
     QFETCH(const QString, error);
     QCOMPARE(endingOf([&] { m_registered.channel->setRecordFlag(canRecord); }), u"done"_s);
-    write<QString>("DeviceID", device);
+    m_shown->write<QString>("DeviceID", device);
     writeRecordingState(key);
     QTRY_COMPARE_WITH_TIMEOUT(m_shown->error(), error, patience);
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
     QCOMPARE(m_manager->calls(), QStringList());
+}
+
+// Each start is told why it is refused, and each state goes back to what is the case.
+void TestChannelPanel::refusesWishesDuringARecording()
+{
+    QCOMPARE(endingOf([&] { m_registered.channel->setReplayFlag(true); }), u"done"_s);
+    startByValue();
+    send({0});
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"recording"_s, patience);
+    QStringList errors;
+    Watch watch([&] { errors.append(m_shown->error()); });
+    watch.on(m_shown->find<ValueBase>("ErrorCode"));
+    const QString busy = u"the channel is busy"_s;
+    writeRecordingState(startRequested);
+    QTRY_COMPARE_WITH_TIMEOUT(errors, QStringList{busy}, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"recording"_s, patience);
+    writeRecordingState(continuousRecording);
+    QTRY_COMPARE_WITH_TIMEOUT(errors, (QStringList{busy, busy}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"recording"_s, patience);
+    m_shown->replayState()->SetCurrentKey(4, nullptr);
+    QTRY_COMPARE_WITH_TIMEOUT(errors.count(busy), 3, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_shown->replay(), u"stopped"_s, patience);
+    QCOMPARE(m_shown->error(), busy);
+
+    send({1});
+    writeRecordingState(stopRequested);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isFinished(), patience);
+    QCOMPARE(m_shown->number("FileSize"), 800);
+}
+
+void TestChannelPanel::tellsTheSameFaultTwice()
+{
+    int errors = 0;
+    Watch watch([&] { ++errors; });
+    watch.on(m_shown->find<ValueBase>("ErrorCode"));
+    for (int fault = 1; fault <= 2; ++fault) {
+        QCOMPARE(endingOf([&] { m_registered.channel->channelError("no antenna"); }), u"done"_s);
+        QCOMPARE(m_shown->error(), u"no antenna"_s);
+        QCOMPARE(errors, fault);
+    }
 }
 
 void TestChannelPanel::tellsWhatWentWrong_data()
@@ -305,10 +429,10 @@ void TestChannelPanel::setsBackWhatIsNoState()
 
 void TestChannelPanel::setsBackWhatMakesNoSense()
 {
-    write<QString>("RecordName", QString(5000, u'x'));
-    write<QString>("RecordID", u"two\nlines"_s);
-    write<int>("RecordTimeout", -1);
-    write<int>("FileSizeInKB", -7);
+    m_shown->write<QString>("RecordName", QString(5000, u'x'));
+    m_shown->write<QString>("RecordID", u"two\nlines"_s);
+    m_shown->write<int>("RecordTimeout", -1);
+    m_shown->write<int>("FileSizeInKB", -7);
     QTRY_COMPARE_WITH_TIMEOUT(m_shown->text("RecordName").size(), 1000, patience);
     QCOMPARE(m_shown->text("RecordID"), u"two lines"_s);
     QCOMPARE(m_shown->find<Value<int>>("RecordTimeout")->GetValue(), 0);

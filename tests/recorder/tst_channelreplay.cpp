@@ -32,7 +32,8 @@ private Q_SLOTS:
     void tellsTheManagerOfEachStep();
     void movesAndHoldsThePosition();
     void beginsAtThePosition();
-    void beginsAnewBehindTheEnd();
+    void beginsAnewOutsideOfTheRecord_data();
+    void beginsAnewOutsideOfTheRecord();
     void tellsOfTheRecordThatIsReplayed();
     void followsWhoPausesAndStopsElsewhere();
     void refusesWhatCannotBeReplayed_data();
@@ -50,14 +51,21 @@ private Q_SLOTS:
     void refusesCallsThatCannotBe();
 
 private:
-    template <typename T, typename Content>
-    void write(const char* name, const Content& content) const
-    {
-        m_shown->find<Value<T>>(name)->SetValue(content, nullptr);
-    }
-    void choose(const QString& record) const { write<QString>("RecordID", record); }
+    void choose(const QString& record) const { m_shown->write<QString>("RecordID", record); }
     void writeState(int key) const { m_shown->replayState()->SetCurrentKey(key, nullptr); }
     QString state() const { return m_shown->replay(); }
+    template <typename Call>
+    static QString refusalOf(Call call)
+    {
+        return onCallerThread([&] {
+            try {
+                call();
+            } catch (const QD_ZLK::IF_ZLK_c_Chan::exChan& refusal) {
+                return ZelkoCommon::fromCorba(refusal.text.in());
+            }
+            return QString();
+        });
+    }
     void run(const QString& record);
     bool isReplayed(const QString& id) const
     {
@@ -159,19 +167,31 @@ void TestChannelReplay::movesAndHoldsThePosition()
 
 void TestChannelReplay::beginsAtThePosition()
 {
-    write<double>("CurrentReplayPosition", 10'500'000.0);
+    m_shown->write<double>("CurrentReplayPosition", 10'500'000.0);
     run(brief);
     QTRY_VERIFY_WITH_TIMEOUT(m_receiver->hasEnded(), patience);
     QCOMPARE(m_receiver->samples().size(), 2000);
     QCOMPARE(m_receiver->frames().constFirst().time, 10'500'000U);
 }
 
-void TestChannelReplay::beginsAnewBehindTheEnd()
+void TestChannelReplay::beginsAnewOutsideOfTheRecord_data()
 {
-    write<double>("CurrentReplayPosition", 11'000'000.0);
+    QTest::addColumn<double>("position");
+    QTest::newRow("at its end") << 11'000'000.0;
+    QTest::newRow("before all time") << -1.0;
+    QTest::newRow("behind all numbers of microseconds") << 1e300;
+    QTest::newRow("at no end") << qInf();
+    QTest::newRow("at no beginning") << -qInf();
+}
+
+void TestChannelReplay::beginsAnewOutsideOfTheRecord()
+{
+    QFETCH(const double, position);
+    m_shown->write<double>("CurrentReplayPosition", position);
     run(brief);
     QTRY_VERIFY_WITH_TIMEOUT(m_receiver->hasEnded(), patience);
     QCOMPARE(m_receiver->samples().size(), 4000);
+    QCOMPARE(m_receiver->frames().constFirst().time, 10'000'000U);
 }
 
 void TestChannelReplay::tellsOfTheRecordThatIsReplayed()
@@ -222,7 +242,7 @@ void TestChannelReplay::refusesWhatCannotBeReplayed()
     QFETCH(const bool, canReplay);
     QFETCH(const QString, error);
     QCOMPARE(endingOf([&] { m_registered.channel->setReplayFlag(canReplay); }), u"done"_s);
-    write<QString>("DeviceID", device);
+    m_shown->write<QString>("DeviceID", device);
     choose(record);
     writeState(running);
     const auto isRefused = [&] {
@@ -245,6 +265,7 @@ void TestChannelReplay::refusesARecordingMeanwhile()
     QCOMPARE(state(), u"running"_s);
     QCOMPARE(endingOf([&] { m_registered.channel->removeChannel(); }), u"busy"_s);
     QCOMPARE(endingOf([&] { m_registered.channel->setReplayFlag(false); }), u"busy"_s);
+    QCOMPARE(refusalOf([&] { m_registered.channel->removeChannel(); }), u"the channel is busy"_s);
 }
 
 void TestChannelReplay::tellsWhatWentWrong_data()

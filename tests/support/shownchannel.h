@@ -24,6 +24,12 @@ public:
     {
         return m_tree.Find<T>(m_path + QString::fromLatin1(name));
     }
+    /// As a client does: whoever keeps the tree hears of it.
+    template <typename T, typename Content>
+    void write(const char* name, const Content& content) const
+    {
+        find<Value<T>>(name)->SetValue(content, nullptr);
+    }
     /// Whether the last of its values is there.
     bool isThere() const { return find<Value<QString>>("RecordID"); }
 

@@ -2,9 +2,9 @@
 #include <peerprocess.h>
 #include <recorderclient.h>
 #include <recorderprocess.h>
+#include <storedbytes.h>
 #include <storedrecord.h>
 
-#include <QDirIterator>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -63,7 +63,6 @@ private:
         const Record record = onlyRecord();
         return record && record->GetRecordStatus() == status;
     }
-    qint64 storedBytes() const;
     void verifyClosed(quint64 bytes) const;
 
     std::unique_ptr<ZelkoCommon::Orb> m_orb;
@@ -109,26 +108,12 @@ QString TestChannelManager::enterAndBegin(PeerProcess& manager, const QStringLis
     return id;
 }
 
-// A datagram may be lost, and a frame that comes twice is left out: each is sent until its samples are there.
 void TestChannelManager::send(PeerProcess& manager, std::initializer_list<int> frames)
 {
     for (const int number : frames) {
-        const qint64 before = storedBytes();
-        const auto isStored = [&] {
-            return manager.ask(QStringLiteral("send %1").arg(number)) == done && storedBytes() > before;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(isStored(), patience);
+        const auto sends = [&] { return manager.ask(QStringLiteral("send %1").arg(number)) == done; };
+        QVERIFY(sendUntilStored(m_store->path(), sends));
     }
-}
-
-qint64 TestChannelManager::storedBytes() const
-{
-    qint64 bytes = 0;
-    QDirIterator files(m_store->path(), {QStringLiteral("*.dat")}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        bytes += QFileInfo(files.next()).size();
-    }
-    return bytes;
 }
 
 // The client and the disk tell the same, and the record ends where its index and its samples do.
@@ -142,7 +127,7 @@ void TestChannelManager::verifyClosed(quint64 bytes) const
     QCOMPARE(stored, *shown);
     QVERIFY(stored.GetFinished());
     QCOMPARE(quint64(stored.GetSize()), bytes);
-    QCOMPARE(quint64(storedBytes()), bytes);
+    QCOMPARE(quint64(storedBytes(m_store->path())), bytes);
     QCOMPARE(quint64(stored.GetIndexEntry().constLast().GetRecordOffset()), bytes);
     QCOMPARE(stored.GetStopTime(), stored.GetIndexEntry().constLast().GetTimestamp());
 }

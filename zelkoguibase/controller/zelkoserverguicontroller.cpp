@@ -356,7 +356,7 @@ bool ZelkoServerGUIController::isDeleteRecordAvailable(const QStringList& record
 
 void ZelkoServerGUIController::deleteRecording(const QStringList& recordIDs, const QString&)
 {
-    DeviceValues::write(d->values.deleteList, recordIDs.join(names::recordIdSeparator));
+    DeviceValues::write(d->values.deleteList, recordIDs.join(names::idSeparator));
 }
 
 bool ZelkoServerGUIController::isResynchRecordListAvailable() const

@@ -312,7 +312,7 @@ const std::unique_ptr<ChannelValues>& ZelkoChannelModel::channelValues() const
 void ZelkoChannelModel::sl_setAvailableDevices(const QStringList& devices)
 {
     if (d->availableDevices) {
-        d->availableDevices->SetValue(devices.join(zelko::names::recordIdSeparator), nullptr);
+        d->availableDevices->SetValue(devices.join(zelko::names::idSeparator), nullptr);
     }
 }
 

@@ -175,8 +175,8 @@ inline constexpr QLatin1String allRecordsHaveChanged("AllRecordsHaveChanged");
 inline constexpr QLatin1String oneRecordHasChanged("OneRecordHasChanged");
 /// @}
 
-/// Separates the record IDs of a list that is one text.
-inline constexpr QLatin1Char recordIdSeparator('@');
+/// Separates the IDs of a list, of records or of devices, that is one text.
+inline constexpr QLatin1Char idSeparator('@');
 
 /// The item `name` below `path`, with one "/" in between, whether `path` ends in one or not.
 inline QString join(const QString& path, QLatin1String name)
