@@ -8,6 +8,7 @@
 #include <recorder/served/servedrecorder.h>
 #include <recorder/served/sessioncallers.h>
 #include <recorder/served/writepolicy.h>
+#include <recorder/service/ownchannels.h>
 #include <recorder/service/servedchanneldevices.h>
 #include <recorder/service/servicehost.h>
 #include <recorder/store/recorderlog.h>
@@ -19,6 +20,7 @@
 #include <QDir>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <utility>
@@ -103,6 +105,12 @@ std::unique_ptr<ServiceHost> serveCalls(ZelkoCommon::Orb& orb, ServedRecorder& r
                                          serviceOptions);
 }
 
+bool addChannels(OwnChannels& channels, ServiceHost& service, const RecorderOptions& options, QString* error)
+{
+    return std::all_of(options.channels.cbegin(), options.channels.cend(),
+                       [&](const OwnChannels::Plan& plan) { return channels.add(service.channels(), plan, error); });
+}
+
 // Nothing is recorded before store and port are known to be ours, and the devices are on the tree before anybody can
 // ask for it.
 int serve(const RecorderOptions& options)
@@ -123,7 +131,11 @@ int serve(const RecorderOptions& options)
     TreeLinkServer server(orb, recorder.tree(), {}, writePolicy(), admission(authenticator));
     logSessions(server, refusals);
     auto channelDevices = std::make_unique<ServedChannelDevices>(recorder);
+    OwnChannels channels(orb, options.pace.speed);
     auto service = serveCalls(orb, recorder, *channelDevices, server, options);
+    if (!addChannels(channels, *service, options, &error)) {
+        return end({error, cannotServe});
+    }
     qCInfo(recorderLog).noquote() << "serving sub system" << options.subSystem << "at" << options.listenAddress
                                   << "port" << orb.port() << (orb.usesTls() ? "through TLS" : "without TLS");
     std::printf("READY port=%d\n", int{orb.port()});

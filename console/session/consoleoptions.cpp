@@ -83,6 +83,12 @@ QStringList ConsoleOptions::defaultDevices()
     return {QStringLiteral("Recorder1"), QStringLiteral("Recorder2")};
 }
 
+QStringList ConsoleOptions::defaultChannels()
+{
+    return {QStringLiteral("Channel 1=generator:fm,rate=48000,frequency=145500000,bandwidth=12500,"
+                           "noise=-50")};
+}
+
 QStringList ConsoleOptions::defaultSources()
 {
     return {
@@ -108,6 +114,7 @@ EmbeddedRecorderOptions ConsoleOptions::recorderOptions(const QString& programFo
     options.subSystem = QStringLiteral("local");
     options.devices = defaultDevices();
     options.sources = sources.isEmpty() ? defaultSources() : sources;
+    options.channels = defaultChannels();
     return options;
 }
 

@@ -31,6 +31,9 @@ struct ConsoleOptions
     static QStringList defaultSources();
     static QStringList defaultDevices();
 
+    /// A channel with a generated signal that never ends, so that there is something to record from at any time.
+    static QStringList defaultChannels();
+
     /// How the recorder is to be started; the program is expected in `programFolder`. Another console may use the store
     /// where the command line names none.
     EmbeddedRecorderOptions recorderOptions(const QString& programFolder) const;

@@ -91,6 +91,9 @@ QStringList EmbeddedRecorder::Private::arguments(const QString& usersFile) const
     for (const QString& source : options.sources) {
         list << QStringLiteral("--source") << source;
     }
+    for (const QString& channel : options.channels) {
+        list << QStringLiteral("--channel") << channel;
+    }
     if (!usersFile.isEmpty()) {
         list << QStringLiteral("--users") << usersFile;
     }

@@ -16,8 +16,9 @@ struct EmbeddedRecorderOptions
     QString program;     ///< path of the recorder server
     QString storeFolder; ///< is created when it is missing
     QString subSystem;
-    QStringList devices; ///< empty: the recorder's own default
-    QStringList sources; ///< descriptions, each may begin with "DEVICE="; after a restart only what is missing
+    QStringList devices;  ///< empty: the recorder's own default
+    QStringList sources;  ///< descriptions, each may begin with "DEVICE="; after a restart only what is missing
+    QStringList channels; ///< of its own, each "NAME=" and the description of a source
 
     /// Its users; without them it takes every client for a viewer.
     std::shared_ptr<RecorderUsers> users = {};

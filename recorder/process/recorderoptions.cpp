@@ -41,6 +41,10 @@ void addOptions(QCommandLineParser& parser)
         "What a device, the first one if none is named, records at once; several are recorded one after the "
         "other. A generator, \"generator:fm,rate=48000,seconds=5\", or a SigMF file.",
         "[device=]description");
+    add("channel",
+        "A channel of its own, with a source in place of a receiver, from which clients record when they like and to "
+        "which they replay; may be given more than once. Without a source: \"generator:fm\".",
+        "name[=description]");
     add("speed", "Seconds of signal recorded in a second; 0 for as fast as possible.", "factor", "1");
     add("index-interval", "Seconds of signal between two entries of a record's index.", "seconds", "1");
     add("populate", "Prepared records of each device, for load tests.", "count", "0");
@@ -119,6 +123,19 @@ QHash<QString, QStringList> sources(const QCommandLineParser& parser, const QStr
         byDevice[named ? text.left(cut) : devices.first()].append(named ? text.mid(cut + 1) : text);
     }
     return byDevice;
+}
+
+// A name has no "=", descriptions have some of their own.
+QList<OwnChannels::Plan> channels(const QCommandLineParser& parser)
+{
+    QList<OwnChannels::Plan> plans;
+    for (const QString& text : parser.values(QStringLiteral("channel"))) {
+        const qsizetype cut = text.indexOf(QLatin1Char('='));
+        const OwnChannels::Plan plan = cut < 0 ? OwnChannels::Plan{text, QStringLiteral("generator:fm")}
+                                               : OwnChannels::Plan{text.left(cut), text.mid(cut + 1)};
+        plans.append(plan);
+    }
+    return plans;
 }
 
 QString subSystem(const QCommandLineParser& parser)
@@ -208,6 +225,7 @@ RecorderOptions read(const QCommandLineParser& parser)
     options.subSystem = subSystem(parser);
     options.devices = devices(parser);
     options.sources = sources(parser, options.devices);
+    options.channels = channels(parser);
     if (parser.isSet(QStringLiteral("once"))) {
         options.repeat = RecordingThread::Repeat::Unfinished;
     }

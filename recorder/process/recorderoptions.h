@@ -2,6 +2,7 @@
 
 #include <recorder/served/recordchurn.h>
 #include <recorder/served/recordingthread.h>
+#include <recorder/service/ownchannels.h>
 #include <recorder/store/recording.h>
 
 #include <credentials/role.h>
@@ -42,6 +43,8 @@ struct RecorderOptions
     quint16 port = 8004;
     /// By device, in the order given.
     QHash<QString, QStringList> sources;
+    /// Channels of the recorder's own.
+    QList<OwnChannels::Plan> channels;
     /// For each device.
     int preparedRecords = 0;
     ChurnPlan churn;

@@ -149,14 +149,31 @@ Channel::Verdict Channel::remove()
     if (m_machine.isRemoved()) {
         return Verdict::Removed;
     }
+    if (m_wish.isOwn) {
+        return Verdict::NotAble;
+    }
     return m_replay.isIdle() && m_machine.remove() ? Verdict::Done : Verdict::Busy;
 }
 
-void Channel::removeForced()
+Channel::Verdict Channel::removeForced()
 {
-    if (!m_machine.isRemoved()) {
-        m_machine.removeForced();
+    if (m_machine.isRemoved()) {
+        return Verdict::Removed;
     }
+    if (m_wish.isOwn) {
+        return Verdict::NotAble;
+    }
+    m_machine.removeForced();
+    return Verdict::Done;
+}
+
+Channel::Verdict Channel::setManager(const Manager& manager)
+{
+    if (m_wish.isOwn) {
+        return Verdict::NotAble;
+    }
+    m_caller.setManager(manager);
+    return Verdict::Done;
 }
 
 void Channel::fault(const QString& text)
@@ -168,6 +185,9 @@ void Channel::fault(const QString& text)
 
 Channel::Verdict Channel::setFormat(ChannelWish::DataFormat format)
 {
+    if (m_wish.isOwn) {
+        return Verdict::NotAble;
+    }
     if (!m_machine.isIdle()) {
         return Verdict::Busy;
     }

@@ -84,6 +84,7 @@ public:
     ChannelReplay& replay() { return m_replay; }
 
     /// @name Wishes of the manager, and of clients
+    /// NotAble, and nothing happens, for what cannot be done with a channel of the recorder's own.
     /// @{
     /// Done means that it was begun: whatever fails later the manager is told, and `failed` tells it.
     Verdict startRecording(const Recording& recording);
@@ -94,10 +95,10 @@ public:
     /// Done means that it was begun. An empty device is the one that would record.
     Verdict startReplay(const ChannelReplay::Wish& wish);
     Verdict remove();
-    void removeForced();
+    Verdict removeForced();
     void fault(const QString& text); ///< ends a recording under way
     void dataStopped() { m_machine.dataEnded(); }
-    void setManager(const Manager& manager) { m_caller.setManager(manager); }
+    Verdict setManager(const Manager& manager);
     /// What the next recording is to be. Those that are refused while one is under way say so.
     Verdict setFormat(ChannelWish::DataFormat format);
     Verdict setDataRate(ChannelWish::DataRate dataRate);

@@ -1,7 +1,11 @@
 #include <recorder/service/channelframe.h>
 
+#include <zelkobase/data/indexentry.h>
+
+#include <QByteArray>
 #include <QtEndian>
 
+#include <algorithm>
 #include <cstring>
 
 namespace ZelkoRecorder {
@@ -58,6 +62,26 @@ void ChannelFrame::writeHead(char* bytes) const
     qToLittleEndian(centreFrequency, bytes + 32);
     qToLittleEndian(sampleRate, bytes + 40);
     qToLittleEndian(bandwidth, bytes + 48);
+}
+
+ChannelFrame ChannelFrame::at(const ZELKO_XML::IndexEntry& entry)
+{
+    ChannelFrame frame;
+    frame.time = std::min(entry.GetTimestamp(), latestTime);
+    frame.centreFrequency = std::min(entry.GetTunerFrequency(), mostHertz);
+    frame.sampleRate = std::min(entry.GetSampleRate(), mostHertz);
+    frame.bandwidth = std::min(entry.GetBandwidth(), mostHertz);
+    return frame;
+}
+
+void ChannelFrame::appendTo(QByteArray* bytes, std::string_view samples) const
+{
+    ChannelFrame head = *this;
+    head.sampleBytes = static_cast<quint32>(samples.size());
+    const qsizetype begin = bytes->size();
+    bytes->resize(begin + static_cast<qsizetype>(headSize));
+    head.writeHead(bytes->data() + begin);
+    bytes->append(samples.data(), static_cast<qsizetype>(samples.size()));
 }
 
 } // namespace ZelkoRecorder

@@ -6,6 +6,12 @@
 #include <optional>
 #include <string_view>
 
+class QByteArray;
+
+namespace ZELKO_XML {
+class IndexEntry;
+}
+
 namespace ZelkoRecorder {
 
 /// One frame of the data of a channel: a head of `headSize` bytes, and samples. All numbers are little-endian:
@@ -43,6 +49,12 @@ struct ChannelFrame
 
     /// Writes the head to `headSize` bytes.
     void writeHead(char* bytes) const;
+
+    /// A frame without samples, with time and tuning of an index entry as far as a frame can have them.
+    static ChannelFrame at(const ZELKO_XML::IndexEntry& entry);
+
+    /// Puts this frame with these samples, at most `mostSamples` bytes, behind `bytes`; their number need not be set.
+    void appendTo(QByteArray* bytes, std::string_view samples) const;
 
     bool operator==(const ChannelFrame&) const = default;
 };

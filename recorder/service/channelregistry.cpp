@@ -4,6 +4,8 @@
 #include <recorder/source/cleantext.h>
 #include <recorder/store/recorderlog.h>
 
+#include <zelkobase/orb/hostaddress.h>
+
 #include <QUuid>
 
 #include <algorithm>
@@ -35,13 +37,14 @@ ChannelRegistry::~ChannelRegistry()
     m_channels.clear();
 }
 
-ChannelRegistry::Entered ChannelRegistry::enter(const ChannelWish& wish, const Channel::Manager& manager)
+ChannelRegistry::Entered ChannelRegistry::enter(const ChannelWish& wish, const Channel::Manager& manager,
+                                                const QString& id)
 {
     if (auto problem = problemWith(wish)) {
         return {QString(), std::move(problem)};
     }
-    const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    auto channel = std::make_unique<Channel>(id, wish, manager, m_devices, m_options.channel);
+    const QString newId = id.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces) : id;
+    auto channel = std::make_unique<Channel>(newId, wish, manager, m_devices, optionsFor(wish));
     connect(channel.get(), &Channel::gone, this, [this](const QString& goneId) {
         const auto found = m_channels.find(goneId);
         qCInfo(recorderLog).noquote() << "channel" << goneId << "is gone";
@@ -49,10 +52,19 @@ ChannelRegistry::Entered ChannelRegistry::enter(const ChannelWish& wish, const C
         found->second.release()->deleteLater();
         m_channels.erase(found);
     });
-    m_channels.emplace(id, std::move(channel));
-    m_publish(id);
-    qCInfo(recorderLog).noquote() << "channel" << id << "registered as" << wish.name;
-    return {id, std::nullopt};
+    m_channels.emplace(newId, std::move(channel));
+    m_publish(newId);
+    qCInfo(recorderLog).noquote() << "channel" << newId << "registered as" << wish.name;
+    return {newId, std::nullopt};
+}
+
+Channel::Options ChannelRegistry::optionsFor(const ChannelWish& wish) const
+{
+    Channel::Options options = m_options.channel;
+    if (wish.peer.empty()) {
+        options.listenAddress = options.toldAddress = QLatin1String(ZelkoCommon::loopbackAddress);
+    }
+    return options;
 }
 
 Channel* ChannelRegistry::find(const QString& id) const

@@ -49,8 +49,10 @@ public:
     /// recordings.
     ~ChannelRegistry() override;
 
-    /// Names are 1 to 128 characters on one line, each used once at a time. The device that is preferred is there.
-    Entered enter(const ChannelWish& wish, const Channel::Manager& manager);
+    /// Names are 1 to 128 characters on one line, each used once at a time. The device that is preferred is there. A
+    /// manager in this process is talked to at the loopback address, wherever others are. `id` is one that no other
+    /// channel has; empty: one is made.
+    Entered enter(const ChannelWish& wish, const Channel::Manager& manager, const QString& id = QString());
 
     /// Null for a channel that was removed, or never was.
     Channel* find(const QString& id) const;
@@ -63,6 +65,7 @@ public:
 
 private:
     std::optional<Refusal> problemWith(const ChannelWish& wish) const;
+    Channel::Options optionsFor(const ChannelWish& wish) const;
     static bool canBeName(const QString& name);
     bool isUsed(const QString& name) const;
     void sayGoodbye();

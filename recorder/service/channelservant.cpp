@@ -92,7 +92,12 @@ void ChannelServant::removeChannel()
 
 void ChannelServant::removeChannelForced()
 {
-    tell([](Channel& channel) { channel.removeForced(); });
+    m_rights.require(Action::UseChannels);
+    const Verdict verdict = ask([](Channel& channel) { return channel.removeForced(); });
+    throwIfRemoved(verdict);
+    if (verdict == Verdict::NotAble) {
+        throw CORBA::NO_PERMISSION(0, CORBA::COMPLETED_NO); // the contract has no exception for it
+    }
 }
 
 void ChannelServant::setCallBackInterface(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager)
@@ -102,10 +107,7 @@ void ChannelServant::setCallBackInterface(QD_ZLK::IF_ZLK_c_ChanMan_ptr manager)
         throw QD_ZLK::exGen(QD_ZLK::GEN_BAD_PARAMETER, "there is no manager to call back");
     }
     const Channel::Manager kept = QD_ZLK::IF_ZLK_c_ChanMan::_duplicate(manager);
-    askOrThrowGen([kept](Channel& channel) {
-        channel.setManager(kept);
-        return Verdict::Done;
-    });
+    askOrThrowGen([kept](Channel& channel) { return channel.setManager(kept); });
 }
 
 void ChannelServant::setDataRateClass(QD_ZLK::DataRateClass dataRate)
@@ -269,6 +271,9 @@ void ChannelServant::askOrThrowGen(Wish wish) const
     requireOrThrowGen();
     const Verdict verdict = ask(std::move(wish));
     throwIfRemoved(verdict);
+    if (verdict == Verdict::NotAble) {
+        throw QD_ZLK::exGen(QD_ZLK::GEN_NOT_PERMITTED, "the channel is the recorder's own");
+    }
     if (verdict != Verdict::Done) {
         throw QD_ZLK::exGen(QD_ZLK::GEN_NO_RESOURCES, "the channel is recording");
     }

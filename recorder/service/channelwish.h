@@ -21,6 +21,7 @@ struct ChannelWish
     bool canRecord = false;
     bool canReplay = false; ///< its manager takes the samples of replays
     std::string peer;       ///< address that it called from; empty: this process
+    bool isOwn = false;     ///< of the recorder itself: it keeps its manager and its format, and nobody removes it
 };
 
 } // namespace ZelkoRecorder

@@ -166,13 +166,7 @@ bool ReplayStream::takeFrame(quint64 offset)
         m_ending.end = End::Damaged;
         return false;
     }
-    const IndexEntry entry = m_timeline->entryAt(m_offset);
-    ChannelFrame frame;
-    frame.time = std::min(entry.GetTimestamp(), ChannelFrame::latestTime);
-    frame.centreFrequency = std::min(entry.GetTunerFrequency(), ChannelFrame::mostHertz);
-    frame.sampleRate = std::min(entry.GetSampleRate(), ChannelFrame::mostHertz);
-    frame.bandwidth = std::min(entry.GetBandwidth(), ChannelFrame::mostHertz);
-    queueFrame(frame, samples);
+    queueFrame(ChannelFrame::at(m_timeline->entryAt(m_offset)), samples);
     m_offset = end;
     return true;
 }
@@ -181,11 +175,7 @@ void ReplayStream::queueFrame(const ChannelFrame& frame, const QByteArray& sampl
 {
     ChannelFrame head = frame;
     head.number = m_number++;
-    head.sampleBytes = static_cast<quint32>(samples.size());
-    const qsizetype begin = m_waiting.size();
-    m_waiting.resize(begin + static_cast<qsizetype>(ChannelFrame::headSize));
-    head.writeHead(m_waiting.data() + begin);
-    m_waiting += samples;
+    head.appendTo(&m_waiting, {samples.constData(), static_cast<std::size_t>(samples.size())});
 }
 
 // A frame that began at one entry of the index and went on behind the next would claim a time that its samples do not

@@ -4,7 +4,6 @@
 #include <recorder/store/thinindex.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace ZelkoRecorder {
 
@@ -35,10 +34,10 @@ Recording::Recording(const DeviceStore& store, SignalSource& source, const ZELKO
     , m_listener(std::move(listener))
     , m_timeline(source.description(), birth.GetStartTime())
     , m_bytesPerFrame(source.description().format.bytesPerFrame())
-    , m_begin(clock.now())
+    , m_signalPace(pace.speed, source.description().sampleRate, clock)
     , m_birth(birth)
     , m_buffer(static_cast<std::size_t>(std::max(bufferBytes, m_bytesPerFrame)))
-    , m_lastStep(m_begin)
+    , m_lastStep(clock.now())
     , m_indexFrames(framesIn(pace.indexInterval, source.description().sampleRate))
     , m_nextIndexFrame(m_indexFrames)
 {
@@ -82,7 +81,7 @@ bool Recording::recordAll(const std::stop_token& stop, QString* error)
         if (!waitForFrames(stop, boundary)) {
             return true;
         }
-        if (readTo(std::min(boundary, framesDue())) == 0) {
+        if (readTo(std::min(boundary, m_signalPace.framesDue())) == 0) {
             m_signalEnded = true;
             break;
         }
@@ -106,16 +105,6 @@ qint64 Recording::nextBoundary() const
     return segment < 0 ? m_nextIndexFrame : std::min(segment, m_nextIndexFrame);
 }
 
-// Frames that the signal has had time for, beginning with the recording.
-qint64 Recording::framesDue() const
-{
-    if (m_pace.speed <= 0) {
-        return std::numeric_limits<qint64>::max();
-    }
-    const double seconds = std::chrono::duration<double>(m_clock.now() - m_begin).count();
-    return static_cast<qint64>(seconds * m_pace.speed * static_cast<double>(m_source.description().sampleRate));
-}
-
 // Returns when `frame` is due, or some frames have gathered; false when to stop.
 bool Recording::waitForFrames(const std::stop_token& stop, qint64 frame)
 {
@@ -123,7 +112,7 @@ bool Recording::waitForFrames(const std::stop_token& stop, qint64 frame)
     constexpr std::chrono::milliseconds patience{1};
     while (!stop.stop_requested()) {
         makeEdits(m_edits->take());
-        const qint64 due = framesDue();
+        const qint64 due = m_signalPace.framesDue();
         if (due >= frame || (due > m_frame && m_clock.now() >= gathered)) {
             return true;
         }

@@ -5,6 +5,7 @@
 #include <recorder/store/editqueue.h>
 #include <recorder/store/recordingclock.h>
 #include <recorder/store/recordwriter.h>
+#include <recorder/store/signalpace.h>
 #include <recorder/store/signaltimeline.h>
 
 #include <chrono>
@@ -61,7 +62,6 @@ public:
 private:
     bool recordAll(const std::stop_token& stop, QString* error);
     qint64 nextBoundary() const;
-    qint64 framesDue() const;
     bool waitForFrames(const std::stop_token& stop, qint64 frame);
     qint64 readTo(qint64 frame);
     void noteIndexEntry();
@@ -78,7 +78,7 @@ private:
     const Listener m_listener;
     const SignalTimeline m_timeline;
     const qint64 m_bytesPerFrame;
-    const RecordingClock::TimePoint m_begin;
+    const SignalPace m_signalPace;
     ZELKO_XML::ZELKO_RecordData m_birth;
     EditQueue m_noEdits;
     EditQueue* m_edits = &m_noEdits;

@@ -73,6 +73,7 @@ private Q_SLOTS:
         const auto recorder = ConsoleOptions().recorderOptions(QStringLiteral("/opt/bin"));
         QCOMPARE(recorder.program, QStringLiteral("/opt/bin/zelko-recorder"));
         QCOMPARE(recorder.sources, ConsoleOptions::defaultSources());
+        QCOMPARE(recorder.channels, ConsoleOptions::defaultChannels());
         QVERIFY(!recorder.storeFolder.isEmpty());
         for (const QString& source : recorder.sources) {
             QVERIFY2(recorder.devices.contains(source.section(QLatin1Char('='), 0, 0)), qPrintable(source));

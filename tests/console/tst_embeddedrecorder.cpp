@@ -157,6 +157,21 @@ private Q_SLOTS:
         QCOMPARE(missingOnly, QList<bool>({false, false, true, true}));
     }
 
+    void asksForItsChannels()
+    {
+        const QTemporaryDir folder;
+        auto options = recorderStart(folder);
+        options.channels = QStringList{QStringLiteral("Channel 1=generator:fm"), QStringLiteral("B")};
+        const QString log = folder.filePath(QStringLiteral("log"));
+        options.program = script(folder, "printf '%s\\n' \"$@\" > " + log.toUtf8() + "; exit 1");
+        EmbeddedRecorder recorder(options);
+        recorder.start();
+        QTRY_COMPARE_WITH_TIMEOUT(recorder.state(), State::Failed, patience);
+        const QByteArrayList given = linesOf(log);
+        const qsizetype first = given.indexOf("--channel");
+        QCOMPARE(given.mid(first, 4), QByteArrayList({"--channel", "Channel 1=generator:fm", "--channel", "B"}));
+    }
+
     void givesUpOnARecorderThatDoesNotGetReady()
     {
         const QTemporaryDir folder;

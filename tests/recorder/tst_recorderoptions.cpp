@@ -17,6 +17,9 @@ private Q_SLOTS:
     void readsHowToTalkThroughTls();
     void givesSourcesToDevices_data();
     void givesSourcesToDevices();
+    void givesChannelsTheirSources_data();
+    void givesChannelsTheirSources();
+    void takesSeveralChannels();
     void makesExportFoldersAbsolute();
     void refusesBadOptions_data();
     void refusesBadOptions();
@@ -41,6 +44,7 @@ void TestRecorderOptions::hasDefaults()
     QCOMPARE(options->listenAddress, QStringLiteral("127.0.0.1"));
     QCOMPARE(options->port, quint16{8004});
     QVERIFY(options->sources.isEmpty());
+    QVERIFY(options->channels.isEmpty());
     QCOMPARE(options->preparedRecords, 0);
     QCOMPARE(options->churn.perSecond, 0.0);
     QCOMPARE(options->churn.changes, qint64{0});
@@ -128,6 +132,48 @@ void TestRecorderOptions::givesSourcesToDevices()
     QVERIFY2(options, qPrintable(m_ending.text));
     QCOMPARE(options->sources.size(), 1);
     QCOMPARE(options->sources.value(device), QStringList{description});
+}
+
+void TestRecorderOptions::givesChannelsTheirSources_data()
+{
+    QTest::addColumn<QString>("channel");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("source");
+    QTest::newRow("without a source") << "Channel 1"
+                                      << "Channel 1"
+                                      << "generator:fm";
+    QTest::newRow("with one") << "Channel 1=generator:noise"
+                              << "Channel 1"
+                              << "generator:noise";
+    QTest::newRow("an equals sign of its own") << "A=generator:fm,rate=48000"
+                                               << "A"
+                                               << "generator:fm,rate=48000";
+    QTest::newRow("a capture") << "A=sigmf:/x=y"
+                               << "A"
+                               << "sigmf:/x=y";
+    QTest::newRow("no name") << "=generator:fm"
+                             << ""
+                             << "generator:fm";
+}
+
+void TestRecorderOptions::givesChannelsTheirSources()
+{
+    QFETCH(const QString, channel);
+    QFETCH(const QString, name);
+    QFETCH(const QString, source);
+    const auto options = parse({QStringLiteral("--store=/s"), QStringLiteral("--channel"), channel}, &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->channels, QList<OwnChannels::Plan>({{name, source}}));
+}
+
+void TestRecorderOptions::takesSeveralChannels()
+{
+    const auto options = parse(
+        {QStringLiteral("--store=/s"), QStringLiteral("--channel=B"), QStringLiteral("--channel=A=generator:noise")},
+        &m_ending);
+    QVERIFY2(options, qPrintable(m_ending.text));
+    QCOMPARE(options->channels, QList<OwnChannels::Plan>({{QStringLiteral("B"), QStringLiteral("generator:fm")},
+                                                          {QStringLiteral("A"), QStringLiteral("generator:noise")}}));
 }
 
 void TestRecorderOptions::makesExportFoldersAbsolute()

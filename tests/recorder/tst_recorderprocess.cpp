@@ -17,6 +17,14 @@ using ZelkoRecorder::DeviceStore;
 using ZelkoRecorder::RecordPointer;
 using Status = ZELKO_RecordData::RecordStatus;
 
+namespace {
+
+// Of a channel's recording state.
+constexpr int startRequested = 0;
+constexpr int stopRequested = 3;
+
+} // namespace
+
 class TestRecorderProcess : public QObject
 {
     Q_OBJECT
@@ -41,6 +49,8 @@ private Q_SLOTS:
     void servesWhileItLoads();
     void recordsACaptureOnceAlthoughItIsKilled();
     void changesPreparedRecords();
+    void recordsFromAChannelOfItsOwn();
+    void closesTheRecordOfItsChannelOnASignal();
 
 private:
     RecorderClient& connectTo(quint16 port)
@@ -132,6 +142,14 @@ void TestRecorderProcess::endsWithTheRightCode_data()
     QTest::newRow("an address of another machine")
         << QStringList{QStringLiteral("--port=0"), QStringLiteral("--listen=192.0.2.7"), QStringLiteral("--store"),
                        QTemporaryDir().path()}
+        << 1 << false;
+    QTest::newRow("a channel without a source that there is")
+        << QStringList{QStringLiteral("--port=0"), QStringLiteral("--channel=A=generator:colour"),
+                       QStringLiteral("--store"), QTemporaryDir().path()}
+        << 1 << false;
+    QTest::newRow("two channels of one name")
+        << QStringList{QStringLiteral("--port=0"), QStringLiteral("--channel=A"), QStringLiteral("--channel=A"),
+                       QStringLiteral("--store"), QTemporaryDir().path()}
         << 1 << false;
 }
 
@@ -297,6 +315,40 @@ void TestRecorderProcess::changesPreparedRecords()
     const QString id = client.values().ids().first();
     const quint64 size = client.values().record(id)->GetSize();
     QTRY_VERIFY(client.values().record(id)->GetSize() > size + 4096);
+}
+
+void TestRecorderProcess::recordsFromAChannelOfItsOwn()
+{
+    QVERIFY(m_recorder->start(withStore(QStringLiteral("--channel Own=generator:fm,rate=8000"))));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.values().isLoaded() && client.channelIds().size() == 1);
+    const ShownChannel channel = client.channel(client.channelIds().constFirst());
+    QTRY_VERIFY(channel.isThere());
+    QCOMPARE(channel.text("ChannelName"), QStringLiteral("Own"));
+    client.select(channel.recordingState(), startRequested);
+    QTRY_VERIFY(channel.number("FileSize") > 0);
+    const QString id = channel.text("RecordID");
+    client.select(channel.recordingState(), stopRequested);
+    QTRY_VERIFY(client.values().record(id) && client.values().record(id)->GetRecordStatus() == Status::Finished);
+    QCOMPARE(client.values().record(id)->GetRecordName(), QStringLiteral("Own"));
+}
+
+void TestRecorderProcess::closesTheRecordOfItsChannelOnASignal()
+{
+    QVERIFY(m_recorder->start(withStore(QStringLiteral("--channel Own"))));
+    RecorderClient& client = connectTo(m_recorder->port());
+    QTRY_VERIFY(client.values().isLoaded() && client.channelIds().size() == 1);
+    const ShownChannel channel = client.channel(client.channelIds().constFirst());
+    QTRY_VERIFY(channel.isThere());
+    client.select(channel.recordingState(), startRequested);
+    QTRY_VERIFY(channel.number("FileSize") > 0);
+    const QString id = channel.text("RecordID");
+    m_recorder->send(SIGTERM);
+    QCOMPARE(m_recorder->exitCode(), 0);
+    QString error;
+    const RecordPointer record = DeviceStore(device()).read(id, &error);
+    QVERIFY2(record, qPrintable(error));
+    QCOMPARE(record->GetRecordStatus(), Status::Finished);
 }
 
 QTEST_GUILESS_MAIN(TestRecorderProcess)

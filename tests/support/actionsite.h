@@ -150,6 +150,7 @@ public:
 
     RecorderProcess& recorder() { return *m_recorder; }
     ZelkoCommon::ServerConnectionData& data() { return *m_data; }
+    std::shared_ptr<ZelkoCommon::ServerConnectionData> connection() const { return m_data; }
     std::shared_ptr<ZelkoGUI::ZelkoGuiToServerCorbaHandler> handler() const { return m_handler; }
     ZelkoGUI::GuiToServerAdminCorbaHandler& admin() { return *m_admin; }
     Controller& controller() const { return *m_controller; }

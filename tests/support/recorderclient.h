@@ -4,6 +4,7 @@
 #include <shownchannel.h>
 #include <testusers.h>
 
+#include <valuecore/node.h>
 #include <zelkobase/connection/ivtclient.h>
 #include <zelkobase/connection/treelink.h>
 #include <zelkobase/maps/itemmaptypes.h>
@@ -35,6 +36,20 @@ public:
     ShownChannel channel(const QString& id)
     {
         return {m_tree, ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem()), id};
+    }
+
+    /// The IDs of the channels that the recorder shows.
+    QStringList channelIds()
+    {
+        const auto* const channels = dynamic_cast<const Node*>(m_tree.GetItem(
+            ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem()) + QStringLiteral("/ZELKO/Channel")));
+        QStringList ids;
+        if (channels) {
+            for (const auto& item : channels->GetTreeItems()) {
+                ids.append(item->GetName());
+            }
+        }
+        return ids;
     }
 
     /// Sets a value here, from where it travels to the recorder.
