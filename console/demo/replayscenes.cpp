@@ -48,6 +48,7 @@ void paintReplayScenes(ScenePainter& painter)
 {
     paintDeviceCombo(painter);
     paintConsole(painter);
+    paintReplayConsoleScenes(painter);
     paintReplayBarScenes(painter);
     paintReplayWidgetScenes(painter);
 }

@@ -40,6 +40,9 @@ void paintRecordListScenes(ScenePainter& painter);
 /// Channels, devices and replays: the device to work on, by itself and in the console.
 void paintReplayScenes(ScenePainter& painter);
 
+/// The console with a channel: at rest, recording, replaying, out of reach; and without one.
+void paintReplayConsoleScenes(ScenePainter& painter);
+
 /// The replay bar at three widths with none, few and many bookmarks, and in use.
 void paintReplayBarScenes(ScenePainter& painter);
 

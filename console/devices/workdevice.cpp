@@ -28,6 +28,9 @@ WorkDevice::WorkDevice(const std::shared_ptr<ZelkoCommon::AbstractServerConnecti
     setStatusTip(tr("The device that this workstation records and replays on."));
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->addWidget(m_label);
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(0);
+    connect(&m_soon, &QTimer::timeout, this, &WorkDevice::updateVisible);
     updateVisible();
 }
 
@@ -41,6 +44,7 @@ void WorkDevice::setSubSystem(const QString& subSystem)
     m_subSystem = subSystem;
     delete m_combo; // a box stays with its sub system
     m_combo = subSystem.isEmpty() ? nullptr : makeCombo();
+    updateBusy();
     updateVisible();
 }
 
@@ -56,11 +60,31 @@ DeviceCombo* WorkDevice::makeCombo()
     m_label->setBuddy(combo);
     connect(combo, &QComboBox::activated, this,
             [this] { Q_EMIT chosen(m_combo->GetSelectedSubsystem(), m_combo->GetSelectedDevice()); });
-    connect(combo->model(), &QAbstractItemModel::rowsInserted, this, &WorkDevice::updateVisible);
-    connect(combo->model(), &QAbstractItemModel::rowsRemoved, this, &WorkDevice::updateVisible);
+    connect(combo->model(), &QAbstractItemModel::rowsInserted, &m_soon, qOverload<>(&QTimer::start));
+    connect(combo->model(), &QAbstractItemModel::rowsRemoved, &m_soon, qOverload<>(&QTimer::start));
     return combo;
 }
 
+void WorkDevice::setBusy(bool isRecording, bool isReplaying)
+{
+    m_isRecording = isRecording;
+    m_isReplaying = isReplaying;
+    updateBusy();
+}
+
+// Of the two whatever is said last holds in the box.
+void WorkDevice::updateBusy()
+{
+    if (m_combo && m_isRecording) {
+        m_combo->SetReplayOn(m_isReplaying);
+        m_combo->SetRecordingOn(true);
+    } else if (m_combo) {
+        m_combo->SetRecordingOn(false);
+        m_combo->SetReplayOn(m_isReplaying);
+    }
+}
+
+// The box is empty for a moment whenever it is filled anew: one that were hidden then would lose the focus.
 void WorkDevice::updateVisible()
 {
     setVisible(m_combo && m_combo->count() > 0);

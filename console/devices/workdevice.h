@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -32,6 +33,9 @@ public:
     /// Offers the devices of a sub system; none for an empty name.
     void setSubSystem(const QString& subSystem);
 
+    /// While the channel of the workstation records or replays, no other device is chosen.
+    void setBusy(bool isRecording, bool isReplaying);
+
     /// The box; null without a sub system. Another sub system has another one.
     ZelkoCommon::DeviceCombo* combo() const { return m_combo; }
 
@@ -42,10 +46,14 @@ Q_SIGNALS:
 
 private:
     ZelkoCommon::DeviceCombo* makeCombo();
+    void updateBusy();
     void updateVisible();
 
     ZelkoCommon::DeviceHandler* const m_handler;
     QString m_subSystem;
+    bool m_isRecording = false;
+    bool m_isReplaying = false;
+    QTimer m_soon;
     QHBoxLayout* m_layout;
     QLabel* m_label;
     ZelkoCommon::DeviceCombo* m_combo = nullptr;

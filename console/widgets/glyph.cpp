@@ -29,6 +29,10 @@ ColorPair colorsOf(Glyph glyph)
     case Glyph::Person:
     case Glyph::Empty:
         break;
+    case Glyph::Play:
+    case Glyph::Pause:
+    case Glyph::Stop:
+        return {qRgb(36, 41, 47), qRgb(226, 230, 235)};
     }
     return {qRgb(101, 109, 118), qRgb(150, 160, 170)};
 }
@@ -84,6 +88,19 @@ void paintPerson(QPainter& painter)
     painter.drawPath(shoulders);
 }
 
+void paintPlay(QPainter& painter, const QColor& color)
+{
+    painter.setPen(QPen(color, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolygon(QPolygonF({{4.6, 3.4}, {12.4, 8}, {4.6, 12.6}}));
+}
+
+void paintPause(QPainter& painter)
+{
+    for (const double left : {3.8, 9.2}) {
+        painter.drawRoundedRect(QRectF(left, 3, 3, 10), 0.8, 0.8);
+    }
+}
+
 void paintSheet(QPainter& painter, const QColor& color)
 {
     painter.setPen(QPen(color, 1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -114,6 +131,13 @@ void paintShape(QPainter& painter, Glyph glyph, const QColor& color, const QColo
         return paintPerson(painter);
     case Glyph::Empty:
         return paintSheet(painter, color);
+    case Glyph::Play:
+        return paintPlay(painter, color);
+    case Glyph::Pause:
+        return paintPause(painter);
+    case Glyph::Stop:
+        painter.drawRoundedRect(QRectF(3.4, 3.4, 9.2, 9.2), 1, 1);
+        return;
     }
 }
 
@@ -130,6 +154,9 @@ public:
         if (mode == QIcon::Selected) {
             paintGlyph(*painter, rect, m_glyph, palette.color(QPalette::HighlightedText),
                        palette.color(QPalette::Highlight));
+        } else if (mode == QIcon::Disabled) {
+            paintGlyph(*painter, rect, m_glyph, palette.color(QPalette::Disabled, QPalette::ButtonText),
+                       palette.color(QPalette::Button));
         } else {
             paintGlyph(*painter, rect, m_glyph, glyphColor(m_glyph, palette), palette.color(QPalette::Base));
         }

@@ -19,7 +19,10 @@ enum class Glyph {
     Recording, ///< plain disc
     Locked,    ///< padlock
     Person,    ///< head and shoulders
-    Empty      ///< a sheet without lines
+    Empty,     ///< a sheet without lines
+    Play,      ///< triangle to the right
+    Pause,     ///< two bars
+    Stop       ///< square
 };
 
 /// The sign for the state of a sub system.

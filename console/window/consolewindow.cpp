@@ -6,6 +6,7 @@
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtable.h>
+#include <console/replay/replaydeck.h>
 #include <console/session/consoleuser.h>
 #include <console/session/session.h>
 #include <console/widgets/connectionbadge.h>
@@ -68,6 +69,7 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
     , m_deviceModel(new DeviceListModel(this))
     , m_devices(new DeviceListView(m_deviceModel))
     , m_records(new RecordPane(session->connectionData()))
+    , m_replay(new ReplayDeck(session->connectionData(), m_records))
     , m_splitter(new QSplitter(Qt::Horizontal))
     , m_badge(new ConnectionBadge)
     , m_userMenu(new UserMenu(user, this))
@@ -99,7 +101,7 @@ ConsoleWindow::~ConsoleWindow() = default;
 QWidget* ConsoleWindow::makeContent()
 {
     m_splitter->addWidget(makeDevicePane());
-    m_splitter->addWidget(m_records);
+    m_splitter->addWidget(makeWorkPane());
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setChildrenCollapsible(false);
     m_splitter->setHandleWidth(10);
@@ -123,6 +125,17 @@ QWidget* ConsoleWindow::makeDevicePane()
     layout->setSpacing(6);
     layout->addWidget(title);
     layout->addWidget(m_devices, 1);
+    return pane;
+}
+
+QWidget* ConsoleWindow::makeWorkPane()
+{
+    auto* const pane = new QWidget;
+    auto* const layout = new QVBoxLayout(pane);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    layout->addWidget(m_records, 1);
+    layout->addWidget(m_replay);
     return pane;
 }
 
@@ -193,6 +206,7 @@ void ConsoleWindow::showChoice()
     const SubSystemStatus status = m_session->status(subSystem);
     m_records->setDevice(subSystem, m_devices->chosenDevice());
     m_records->setStatus(status);
+    m_replay->setSubSystem(subSystem);
     m_user->workAt(subSystem); // after the device: nothing is selected when the rights become others
     m_badge->show(subSystem, status);
 }
@@ -223,6 +237,7 @@ void ConsoleWindow::writeNotSent(const QString& subSystem, const QString& reason
 void ConsoleWindow::restorePlaces()
 {
     m_records->recordTable()->restoreSorting(*m_settings);
+    m_replay->restorePlaces(*m_settings);
     if (!restoreGeometry(m_settings->value(geometryKey).toByteArray())) {
         resize(firstSize);
     }
@@ -232,6 +247,7 @@ void ConsoleWindow::restorePlaces()
 void ConsoleWindow::closeEvent(QCloseEvent* event)
 {
     m_records->savePlaces(*m_settings);
+    m_replay->savePlaces(*m_settings);
     m_settings->setValue(geometryKey, saveGeometry());
     m_settings->setValue(splitterKey, m_splitter->saveState());
     QMainWindow::closeEvent(event);

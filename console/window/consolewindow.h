@@ -14,13 +14,15 @@ class ConsoleUser;
 class DeviceListModel;
 class DeviceListView;
 class RecordPane;
+class ReplayDeck;
 class Session;
 class UserMenu;
 class UserMessages;
 
 /// The console's main window: devices on the left, the recordings of the chosen one on the right with what can be done
-/// to them, the user in the corner, the state of the connection below. While it lives, messages for the user are shown
-/// in a box of it, and so is what a recorder refused or was not sent.
+/// to them, below them the selected one on a bar with the channel to record and replay on, the user in the corner, the
+/// state of the connection below. While it lives, messages for the user are shown in a box of it, and so is what a
+/// recorder refused or was not sent.
 class ConsoleWindow : public QMainWindow
 {
     Q_OBJECT
@@ -33,6 +35,7 @@ public:
 
     DeviceListView* devices() const { return m_devices; }
     RecordPane* records() const { return m_records; }
+    ReplayDeck* replay() const { return m_replay; }
     ConnectionBadge* badge() const { return m_badge; }
     UserMenu* userMenu() const { return m_userMenu; }
     UserMessages* messages() const { return m_messages.get(); }
@@ -46,6 +49,7 @@ protected:
 private:
     QWidget* makeContent();
     QWidget* makeDevicePane();
+    QWidget* makeWorkPane();
     void makeMenus();
     void makeUserButton();
     void makeStatusBar();
@@ -61,6 +65,7 @@ private:
     DeviceListModel* m_deviceModel;
     DeviceListView* m_devices;
     RecordPane* m_records;
+    ReplayDeck* m_replay;
     QSplitter* m_splitter;
     ConnectionBadge* m_badge;
     UserMenu* m_userMenu;

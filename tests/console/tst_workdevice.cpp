@@ -74,6 +74,24 @@ struct Setting
     QObject context;
 };
 
+/// A console of that site.
+struct Console
+{
+    explicit Console(Site& site)
+        : settings(folder.filePath(u"s.ini"_s), QSettings::IniFormat)
+    {
+        site.knowUsers();
+        user = std::make_unique<ConsoleUser>(site);
+        window = std::make_unique<ConsoleWindow>(&site, user.get(), &settings);
+        window->show();
+    }
+
+    const QTemporaryDir folder;
+    QSettings settings;
+    std::unique_ptr<ConsoleUser> user;
+    std::unique_ptr<ConsoleWindow> window;
+};
+
 } // namespace
 
 class TestWorkDevice : public QObject
@@ -87,6 +105,9 @@ private Q_SLOTS:
     void remembersTheChoiceOfEachSubSystem();
     void followsTheLocalValue();
     void isNotSeenWhileThereAreNoDevices();
+    void keepsTheFocusWhenTheListIsFilledAnew();
+    void isDisabledWhileTheChannelIsBusy_data();
+    void isDisabledWhileTheChannelIsBusy();
     void isChosenByKeys();
     void doesNotTellOfADeviceThatTakesThePlaceOfAnother();
     void cutsLongNames();
@@ -146,11 +167,47 @@ void TestWorkDevice::isNotSeenWhileThereAreNoDevices()
 {
     Setting setting;
     setting.site.lose(u"north"_s, u"it was killed"_s);
-    QVERIFY(!setting.work.isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(!setting.work.isVisible(), patience);
     setting.site.addDevice(u"north"_s, u"A1"_s);
     setting.site.connectTo(u"north"_s);
-    QVERIFY(setting.work.isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(setting.work.isVisible(), patience);
     QCOMPARE(setting.items(), QStringList{u"A1"_s});
+}
+
+void TestWorkDevice::keepsTheFocusWhenTheListIsFilledAnew()
+{
+    Setting setting;
+    QVERIFY(setting.isActive());
+    setting.combo().setFocus();
+    setting.site.addDevice(u"north"_s, u"A4"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(setting.combo().count(), 3, patience);
+    letTurnsPass();
+    QVERIFY(setting.combo().hasFocus());
+}
+
+void TestWorkDevice::isDisabledWhileTheChannelIsBusy_data()
+{
+    QTest::addColumn<bool>("isRecording");
+    QTest::addColumn<bool>("isReplaying");
+    QTest::addColumn<bool>("isEnabled");
+    QTest::newRow("at rest") << false << false << true;
+    QTest::newRow("recording") << true << false << false;
+    QTest::newRow("replaying") << false << true << false;
+    QTest::newRow("both") << true << true << false;
+}
+
+void TestWorkDevice::isDisabledWhileTheChannelIsBusy()
+{
+    QFETCH(bool, isRecording);
+    QFETCH(bool, isReplaying);
+    QFETCH(bool, isEnabled);
+    Setting setting;
+    setting.work.setBusy(isRecording, isReplaying);
+    QCOMPARE(setting.combo().isEnabled(), isEnabled);
+    setting.work.setSubSystem(u"south"_s);
+    QCOMPARE(setting.combo().isEnabled(), isEnabled);
+    setting.work.setBusy(false, false);
+    QVERIFY(setting.combo().isEnabled());
 }
 
 void TestWorkDevice::isChosenByKeys()
@@ -187,12 +244,8 @@ void TestWorkDevice::cutsLongNames()
 void TestWorkDevice::standsInTheWindow()
 {
     Site site;
-    const QTemporaryDir folder;
-    QSettings settings(folder.filePath(u"s.ini"_s), QSettings::IniFormat);
-    site.knowUsers();
-    ConsoleUser user(site);
-    ConsoleWindow window(&site, &user, &settings);
-    window.show();
+    const Console console(site);
+    ConsoleWindow& window = *console.window;
     const WorkDevice& work = *window.records()->workDevice();
     QVERIFY(work.isVisible());
     QCOMPARE(Setting::itemsOf(*work.combo()), (QStringList{u"A1"_s, u"A2"_s}));
@@ -217,12 +270,8 @@ void TestWorkDevice::leavesTheListsLevel()
     font.setPointSize(pointSize);
     QApplication::setFont(font);
     Site site;
-    const QTemporaryDir folder;
-    QSettings settings(folder.filePath(u"s.ini"_s), QSettings::IniFormat);
-    site.knowUsers();
-    ConsoleUser user(site);
-    ConsoleWindow window(&site, &user, &settings);
-    window.show();
+    const Console console(site);
+    ConsoleWindow& window = *console.window;
     const auto topOf = [&window](const QWidget& part) { return part.mapTo(&window, QPoint()).y(); };
     const int top = topOf(*window.devices());
     QCOMPARE(topOf(*window.records()->table()), top);
@@ -236,12 +285,8 @@ void TestWorkDevice::leavesTheListsLevel()
 void TestWorkDevice::showsTheRecordsOfTheDeviceThatIsChosen()
 {
     Site site;
-    const QTemporaryDir folder;
-    QSettings settings(folder.filePath(u"s.ini"_s), QSettings::IniFormat);
-    site.knowUsers();
-    ConsoleUser user(site);
-    ConsoleWindow window(&site, &user, &settings);
-    window.show();
+    const Console console(site);
+    ConsoleWindow& window = *console.window;
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window, patience));
     DeviceCombo& combo = *window.records()->workDevice()->combo();

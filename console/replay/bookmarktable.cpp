@@ -1,0 +1,206 @@
+#include <console/replay/bookmarktable.h>
+
+#include <console/widgets/roomystyle.h>
+
+#include <widgetbase/viewportnote.h>
+#include <zelkoguibase/bookmarks/bookmarkedittimedelegate.h>
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
+
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <functional>
+
+namespace ZelkoConsole {
+
+using ZelkoGUI::BookmarkModel;
+
+namespace {
+
+// With those there is room to work, and the list of records stays what the window is about.
+constexpr int shownRows = 4;
+constexpr int shownCharacters = 46;
+constexpr int fewestCharacters = 30;
+
+} // namespace
+
+BookmarkTable::BookmarkTable(QWidget* parent)
+    : QTableView(parent)
+    , m_note(new guiHelper::ViewportNote(this))
+{
+    setObjectName(QStringLiteral("bookmarkTable"));
+    setAccessibleName(tr("Bookmarks"));
+    RoomyStyle::apply(this);
+    RoomyStyle::apply(horizontalHeader());
+    setItemDelegateForColumn(BookmarkModel::TimeColumn, new ZelkoGUI::BookmarkEditTimeDelegate(this));
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                    QAbstractItemView::AnyKeyPressed);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setTabKeyNavigation(false); // Tab goes on to the next part of the window
+    setShowGrid(false);
+    setAlternatingRowColors(true);
+    setCornerButtonEnabled(false);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(RoomyStyle::rowHeight(this));
+    verticalHeader()->setSectionsClickable(true);
+    connect(verticalHeader(), &QHeaderView::sectionClicked, this, &BookmarkTable::sectionClicked);
+    connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (isAddRow(index)) {
+            add();
+        }
+    });
+    look();
+}
+
+BookmarkTable::~BookmarkTable() = default;
+
+void BookmarkTable::setBookmarks(BookmarkModel* bookmarks)
+{
+    if (m_bookmarks) {
+        m_bookmarks->disconnect(this);
+    }
+    m_bookmarks = bookmarks;
+    setModel(bookmarks);
+    if (bookmarks) {
+        connect(bookmarks, &QAbstractItemModel::modelReset, this, &BookmarkTable::look);
+        connect(bookmarks, &QAbstractItemModel::rowsInserted, this, &BookmarkTable::look);
+        connect(bookmarks, &QAbstractItemModel::rowsRemoved, this, &BookmarkTable::look);
+        // Which may come in the middle of a reset, when no row can be hidden.
+        connect(bookmarks, &BookmarkModel::si_synchStateChanged, this, &BookmarkTable::look, Qt::QueuedConnection);
+    }
+    look();
+}
+
+QString BookmarkTable::note() const
+{
+    return m_note->isHidden() ? QString() : m_note->text();
+}
+
+bool BookmarkTable::isEditable() const
+{
+    if (!m_bookmarks) {
+        return false;
+    }
+    const auto state = m_bookmarks->getSynchState();
+    return state != BookmarkModel::SynchNoRecord && state != BookmarkModel::SynchPending;
+}
+
+// The row behind the last bookmark offers to add one, which makes no sense where nobody can.
+void BookmarkTable::look()
+{
+    const bool offersRow =
+        m_bookmarks && !m_bookmarks->readOnly() && m_bookmarks->getSynchState() != BookmarkModel::SynchNoRecord;
+    if (m_bookmarks) {
+        setRowHidden(m_bookmarks->entryCount(), !offersRow);
+    }
+    const QString text = noteNow();
+    m_note->setText(text);
+    m_note->setVisible(!text.isEmpty());
+    setAccessibleDescription(text);
+    widenTimes();
+}
+
+// No narrower than a time of day, so that nothing jumps where there are no bookmarks.
+void BookmarkTable::widenTimes()
+{
+    const int least = fontMetrics().horizontalAdvance(QStringLiteral("00:00:00:000")) + 2 * RoomyStyle::cellMargin();
+    setColumnWidth(BookmarkModel::TimeColumn, std::max(least, sizeHintForColumn(BookmarkModel::TimeColumn)));
+}
+
+// The row behind the last bookmark offers to add one, which makes no sense where nobody can. It is hidden by its
+// number, which may be that of a bookmark by now.
+void BookmarkTable::offerRow()
+{
+    for (int row = 0; row < m_bookmarks->entryCount(); ++row) {
+        setRowHidden(row, false);
+    }
+    const bool isOffered = !m_bookmarks->readOnly() && m_bookmarks->getSynchState() != BookmarkModel::SynchNoRecord;
+    setRowHidden(m_bookmarks->entryCount(), !isOffered);
+}
+
+QString BookmarkTable::noteNow() const
+{
+    if (!m_bookmarks || m_bookmarks->getSynchState() == BookmarkModel::SynchNoRecord) {
+        return tr("Choose one record to see its bookmarks.");
+    }
+    if (m_bookmarks->entryCount() > 0) {
+        return {};
+    }
+    return m_bookmarks->readOnly() ? tr("No bookmarks.")
+                                   : tr("No bookmarks: Insert or a double click on the bar sets one.");
+}
+
+bool BookmarkTable::isAddRow(const QModelIndex& index) const
+{
+    return m_bookmarks && index.isValid() && index.row() >= m_bookmarks->entryCount();
+}
+
+void BookmarkTable::sectionClicked(int section)
+{
+    if (m_bookmarks && section >= m_bookmarks->entryCount()) {
+        add();
+    } else if (m_bookmarks) {
+        m_bookmarks->sl_verticalHeaderClicked(section);
+    }
+}
+
+// What is new has a time already, and waits for its text.
+void BookmarkTable::add()
+{
+    if (!isEditable()) {
+        return;
+    }
+    const int row = m_bookmarks->entryCount();
+    m_bookmarks->sl_verticalHeaderClicked(row);
+    const QModelIndex text = m_bookmarks->index(row, BookmarkModel::TextColumn);
+    setCurrentIndex(text);
+    edit(text);
+}
+
+// From the last on, so that the others keep their rows.
+void BookmarkTable::remove()
+{
+    QList<int> rows;
+    for (const QModelIndex& index : selectionModel()->selectedIndexes()) {
+        if (!isAddRow(index) && !rows.contains(index.row())) {
+            rows.append(index.row());
+        }
+    }
+    std::sort(rows.begin(), rows.end(), std::greater<>());
+    for (const int row : rows) {
+        m_bookmarks->removeEntry(row);
+    }
+}
+
+void BookmarkTable::keyPressEvent(QKeyEvent* event)
+{
+    const bool isPlain = event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isPlain || !isEditable()) {
+        QTableView::keyPressEvent(event);
+    } else if (event->key() == Qt::Key_Delete) {
+        remove();
+    } else if (event->key() == Qt::Key_Insert ||
+               (isAddRow(currentIndex()) && (isReturn || event->key() == Qt::Key_F2))) {
+        add();
+    } else {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+QSize BookmarkTable::sizeHint() const
+{
+    const int height = horizontalHeader()->sizeHint().height() + shownRows * verticalHeader()->defaultSectionSize();
+    return {fontMetrics().averageCharWidth() * shownCharacters, height + 2 * frameWidth()};
+}
+
+QSize BookmarkTable::minimumSizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * fewestCharacters, sizeHint().height()};
+}
+
+} // namespace ZelkoConsole

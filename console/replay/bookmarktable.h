@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QPointer>
+#include <QTableView>
+
+namespace guiHelper {
+class ViewportNote;
+}
+
+namespace ZelkoGUI {
+class BookmarkModel;
+}
+
+namespace ZelkoConsole {
+
+/// The bookmarks of a record as a table to edit. The vertical header adds and takes away, as its signs say, and so do
+/// Insert and Delete; F2, a double click and typing edit. Where there is nothing, it says why.
+class BookmarkTable : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit BookmarkTable(QWidget* parent = nullptr);
+    ~BookmarkTable() override;
+
+    /// Null for none. Not owned, and may go first.
+    void setBookmarks(ZelkoGUI::BookmarkModel* bookmarks);
+
+    /// What it says where there are no bookmarks; empty while there are.
+    QString note() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void sectionClicked(int section);
+    void add();
+    void remove();
+    void look();
+    void offerRow();
+    void widenTimes();
+    QString noteNow() const;
+    bool isAddRow(const QModelIndex& index) const;
+    bool isEditable() const;
+
+    QPointer<ZelkoGUI::BookmarkModel> m_bookmarks;
+    guiHelper::ViewportNote* m_note;
+};
+
+} // namespace ZelkoConsole

@@ -1,0 +1,106 @@
+#include <console/replay/replaycontrols.h>
+
+#include <console/channel/workchannel.h>
+#include <console/widgets/usable.h>
+
+#include <zelkoguibase/state/zelkochannelmodel.h>
+
+#include <QHBoxLayout>
+#include <QToolButton>
+
+namespace ZelkoConsole {
+
+namespace {
+
+QToolButton* makeButton(const char* objectName, Glyph glyph)
+{
+    auto* const button = new QToolButton;
+    button->setObjectName(QLatin1String(objectName));
+    button->setIcon(glyphIcon(glyph));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+void name(QToolButton& button, const QString& text)
+{
+    button.setToolTip(text);
+    button.setAccessibleName(text);
+}
+
+} // namespace
+
+ReplayControls::ReplayControls(QWidget* parent)
+    : QWidget(parent)
+    , m_play(makeButton("startReplay", Glyph::Play))
+    , m_pause(makeButton("pauseReplay", Glyph::Pause))
+    , m_stop(makeButton("stopReplay", Glyph::Stop))
+{
+    setObjectName(QStringLiteral("replayControls"));
+    name(*m_pause, tr("Pause the replay"));
+    name(*m_stop, tr("Stop the replay"));
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    for (QToolButton* const button : {m_play, m_pause, m_stop}) {
+        layout->addWidget(button);
+    }
+    connect(m_play, &QToolButton::clicked, this, &ReplayControls::play);
+    connect(m_pause, &QToolButton::clicked, this, [this] {
+        if (m_channel) {
+            m_channel->model()->setReplayPaused();
+        }
+    });
+    connect(m_stop, &QToolButton::clicked, this, [this] {
+        if (m_channel) {
+            m_channel->model()->setReplayIdle();
+        }
+    });
+    update();
+}
+
+void ReplayControls::setChannel(WorkChannel* channel)
+{
+    if (m_channel) {
+        m_channel->disconnect(this);
+    }
+    m_channel = channel;
+    if (channel) {
+        connect(channel, &WorkChannel::changed, this, &ReplayControls::update);
+    }
+    update();
+}
+
+void ReplayControls::setSelected(int count)
+{
+    m_selected = count;
+    update();
+}
+
+void ReplayControls::update()
+{
+    const ChannelSituation situation = m_channel ? m_channel->situation() : ChannelSituation();
+    const bool goesOn = situation.isReplayHeld();
+    name(*m_play, goesOn ? tr("Continue the replay") : tr("Replay the record"));
+    setUsable(
+        {{m_pause, tr("Holds the replay where it is."), whyNoPause(situation)},
+         {m_play,
+          goesOn ? tr("Has the replay go on.") : tr("Replays the record from the position on the bar below the list."),
+          whyNoReplay(situation, m_selected)},
+         {m_stop, tr("Ends the replay."), whyNoReplayStop(situation)}});
+    setVisible(m_channel && m_channel->isOffered());
+}
+
+void ReplayControls::play()
+{
+    if (!m_channel) {
+        return;
+    }
+    if (m_channel->model()->isPaused()) {
+        m_channel->model()->setReplayRunning();
+    } else {
+        Q_EMIT startWanted();
+    }
+}
+
+} // namespace ZelkoConsole

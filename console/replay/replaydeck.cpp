@@ -1,0 +1,304 @@
+#include <console/replay/replaydeck.h>
+
+#include <console/channel/channelpanel.h>
+#include <console/devices/workdevice.h>
+#include <console/records/recordpane.h>
+#include <console/records/recordsituation.h>
+#include <console/replay/bookmarktable.h>
+#include <console/replay/replaycontrols.h>
+
+#include <host/userrights.h>
+#include <zelkobase/data/recordextent.h>
+#include <zelkobase/names/valuenames.h>
+#include <zelkobase/state/channelvalues.h>
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
+#include <zelkoguibase/replaybar/replaybarwidget.h>
+#include <zelkoguibase/state/zelkochannelmodel.h>
+
+#include <QHBoxLayout>
+#include <QSettings>
+#include <QToolButton>
+
+#include <utility>
+
+namespace ZelkoConsole {
+
+using ZelkoGUI::BookmarkModel;
+using ZelkoGUI::ReplayBarWidget;
+using ZelkoGUI::ZelkoChannelModel;
+
+namespace {
+
+constexpr QLatin1String bookmarksKey("window/bookmarks");
+
+QToolButton* makeFoldButton()
+{
+    auto* const button = new QToolButton;
+    button->setObjectName(QStringLiteral("showBookmarks"));
+    button->setIcon(QIcon(QStringLiteral(":/Zelko/RecordList/Bookmarks.svg")));
+    button->setCheckable(true);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setToolTip(ReplayDeck::tr("Show the bookmarks"));
+    button->setAccessibleName(button->toolTip());
+    button->setStatusTip(ReplayDeck::tr("Shows the bookmarks of the record as a list, or hides it."));
+    return button;
+}
+
+// Where a replay is about to begin, unless that is in the record already.
+bool isIn(const ZELKO_XML::RecordExtent& extent, double position)
+{
+    return position >= static_cast<double>(extent.start) && position <= static_cast<double>(extent.stop);
+}
+
+} // namespace
+
+QString ReplayDeck::bookmarkMapPath()
+{
+    return zelko::names::join(zelko::names::zelkoLocal, QLatin1String("RecordBookmarks"));
+}
+
+ReplayDeck::ReplayDeck(const WorkChannel::Connection& connection, RecordPane* records, QWidget* parent)
+    : QWidget(parent)
+    , m_connection(connection)
+    , m_records(*records)
+    , m_controller(records->controller())
+    , m_controls(new ReplayControls)
+    , m_fold(makeFoldButton())
+    , m_panel(new ChannelPanel)
+    , m_table(new BookmarkTable)
+    , m_barRow(new QHBoxLayout)
+{
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(0);
+    arrange();
+    connectParts();
+    followRecords();
+    look();
+}
+
+ReplayDeck::~ReplayDeck()
+{
+    m_table->setBookmarks(nullptr);
+    m_bar.reset();
+}
+
+void ReplayDeck::arrange()
+{
+    m_barRow->setSpacing(6);
+    m_barRow->addWidget(m_controls);
+    m_barRow->addWidget(m_fold);
+    auto* const below = new QHBoxLayout;
+    below->setSpacing(12);
+    below->addWidget(m_panel, 3);
+    below->addWidget(m_table, 2);
+    auto* const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(6);
+    rows->addLayout(m_barRow);
+    rows->addLayout(below);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed); // what is to spare is the list's
+    m_table->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_table->hide();
+}
+
+void ReplayDeck::connectParts()
+{
+    connect(&m_soon, &QTimer::timeout, this, &ReplayDeck::look);
+    connect(m_fold, &QToolButton::toggled, m_table, &QWidget::setVisible);
+    connect(m_controls, &ReplayControls::startWanted, this, &ReplayDeck::startReplay);
+    connect(UserRights::Instance(), &UserRights::UpdateUserRights, this, [this] { m_soon.start(); });
+}
+
+// A record that went with its connection is selected still when it comes back.
+void ReplayDeck::followRecords()
+{
+    const auto soon = [this] { m_soon.start(); };
+    connect(m_controller, &ZelkoGUI::IZelkoGUIController::si_selectedRecordsChanged, this, soon);
+    connect(m_controller, &ZelkoGUI::IZelkoGUIController::si_activeDeviceChanged, this, soon);
+    const ZelkoCommon::AbstractRecordListModel* const records = m_controller->recordListModel();
+    connect(records, &QAbstractItemModel::rowsInserted, this, soon);
+    connect(records, &QAbstractItemModel::modelReset, this, soon);
+}
+
+void ReplayDeck::setSubSystem(const QString& subSystem)
+{
+    if (subSystem == m_subSystem) {
+        return;
+    }
+    m_subSystem = subSystem;
+    m_bar.reset(); // it knows the channel
+    m_panel->setChannel(nullptr);
+    m_controls->setChannel(nullptr);
+    m_channel = subSystem.isEmpty() ? nullptr : std::make_unique<WorkChannel>(subSystem, m_connection);
+    if (m_channel) {
+        followChannel(*m_channel);
+    }
+    look();
+    showChannel();
+}
+
+void ReplayDeck::followChannel(WorkChannel& channel)
+{
+    m_panel->setChannel(&channel);
+    m_controls->setChannel(&channel);
+    connect(&channel, &WorkChannel::changed, this, [this] {
+        updateBar();
+        showChannel();
+    });
+}
+
+void ReplayDeck::look()
+{
+    updateBar();
+    showSelected();
+}
+
+// Not while bookmarks were changed and not sent, unless nobody can send them any more: another bar has its record set,
+// and that takes those of the recorder.
+void ReplayDeck::updateBar()
+{
+    WorkChannel* const beside = m_channel && m_channel->isOffered() ? m_channel.get() : nullptr;
+    const bool hasRightModel = m_bookmarks && m_bookmarks->readOnly() == !mayChangeAnything();
+    const bool isUnsent = m_bookmarks && m_bookmarks->getSynchState() == BookmarkModel::SynchLocalChange;
+    if (hasRightModel && m_bar && (beside == m_beside || isUnsent)) {
+        return;
+    }
+    m_bar.reset();
+    if (!hasRightModel) {
+        makeBookmarks();
+    }
+    makeBar(beside);
+    m_shown = {};
+    showSelected();
+}
+
+void ReplayDeck::makeBookmarks()
+{
+    m_table->setBookmarks(nullptr);
+    m_bookmarks.reset(); // with its map, whose place the next one takes
+    m_bookmarks = std::make_unique<BookmarkModel>(!mayChangeAnything());
+    m_bookmarks->createItemMap(bookmarkMapPath());
+    m_table->setBookmarks(m_bookmarks.get());
+    connect(m_bookmarks.get(), &BookmarkModel::si_updateBookmarks, m_controller,
+            &ZelkoGUI::IZelkoGUIController::sl_setBookmarkEntries);
+    connect(m_bookmarks.get(), &BookmarkModel::si_synchStateChanged, this, [this] { m_soon.start(); });
+}
+
+void ReplayDeck::makeBar(WorkChannel* beside)
+{
+    m_beside = beside;
+    if (beside) {
+        m_bar = std::make_unique<ReplayBarWidget>(beside->localValues(), beside->model(), m_bookmarks.get());
+        connect(beside->model(), &ZelkoChannelModel::si_availableChannelState, m_bar.get(),
+                [this] { takeUpPosition(); });
+    } else {
+        m_bar = std::make_unique<ReplayBarWidget>(m_bookmarks.get());
+    }
+    m_bar->setObjectName(QStringLiteral("replayBar"));
+    connect(m_bar.get(), &ReplayBarWidget::si_currentPosChanged, m_bookmarks.get(),
+            &BookmarkModel::sl_setNewBookmarkTime);
+    m_barRow->insertWidget(1, m_bar.get(), 1);
+    tabThroughBar();
+    if (beside) {
+        takeUpPosition();
+    }
+}
+
+// From the left to the right, though the bar is made last.
+void ReplayDeck::tabThroughBar()
+{
+    QWidget* before = m_controls->stopButton();
+    QWidgetList parts = m_bar->findChildren<QWidget*>();
+    parts.append(m_fold);
+    for (QWidget* const part : parts) {
+        if (part->focusPolicy() != Qt::NoFocus) {
+            setTabOrder(std::exchange(before, part), part);
+        }
+    }
+}
+
+// A channel that only replays has a position as well. Where the position of the channel is none of the record that is
+// shown, no replay of that could begin there.
+void ReplayDeck::takeUpPosition()
+{
+    ZelkoChannelModel& model = *m_beside->model();
+    if (model.channelState() == ZelkoGlobal::ChannelRecordFlagOff) {
+        m_bar->connectSignals();
+    }
+    const auto& position = model.channelValues()->valueCurrentReplayPosition();
+    const auto record = m_controller ? m_controller->recordListModel()->getRecordData(m_shown.record) : nullptr;
+    if (!record || !position || model.isReplaying() || model.isPaused()) {
+        return;
+    }
+    const ZELKO_XML::RecordExtent extent = ZELKO_XML::recordExtent(*record);
+    if (!isIn(extent, position->GetValue())) {
+        position->SetValue(static_cast<double>(extent.start), nullptr);
+    }
+}
+
+ReplayDeck::Shown ReplayDeck::selected() const
+{
+    const QStringList records = m_controller ? m_controller->selectedRecords() : QStringList();
+    return records.size() == 1 ? Shown{records.constFirst(), m_controller->activeDevice()} : Shown();
+}
+
+void ReplayDeck::showSelected()
+{
+    const Shown wanted = selected();
+    m_controls->setSelected(m_controller ? static_cast<int>(m_controller->selectedRecords().size()) : 0);
+    const bool isBack = m_bookmarks->getSynchState() == BookmarkModel::SynchNoRecord && !wanted.record.isEmpty() &&
+                        m_controller->recordListModel()->hasRecord(wanted.record);
+    if (wanted == m_shown && !isBack) {
+        return;
+    }
+    m_shown = wanted;
+    if (wanted.record.isEmpty()) {
+        m_bar->resetRecord();
+    } else {
+        m_bar->setRecord(wanted.record, m_controller->recordListModel(), wanted.device);
+    }
+}
+
+void ReplayDeck::showChannel()
+{
+    const ChannelSituation situation = m_channel ? m_channel->situation() : ChannelSituation();
+    m_records.workDevice()->setBusy(situation.hasRecording(), situation.hasReplay());
+    m_bar->setPositionMovable(!situation.hasReplay());
+}
+
+// The device is the one that has the record, whichever the workstation records on.
+void ReplayDeck::startReplay()
+{
+    const auto record = m_controller ? m_controller->recordListModel()->getRecordData(m_shown.record) : nullptr;
+    if (!record || !m_channel) {
+        return;
+    }
+    ZelkoChannelModel& model = *m_channel->model();
+    model.setDeviceID(m_shown.device);
+    model.setRecordData(*record);
+    model.setReplayRunning();
+}
+
+void ReplayDeck::showBookmarks(bool show)
+{
+    m_fold->setChecked(show);
+}
+
+bool ReplayDeck::areBookmarksShown() const
+{
+    return m_fold->isChecked();
+}
+
+void ReplayDeck::savePlaces(QSettings& settings) const
+{
+    settings.setValue(bookmarksKey, areBookmarksShown());
+}
+
+void ReplayDeck::restorePlaces(const QSettings& settings)
+{
+    showBookmarks(settings.value(bookmarksKey).toBool());
+}
+
+} // namespace ZelkoConsole

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <console/channel/workchannel.h>
+
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+class QHBoxLayout;
+class QSettings;
+class QToolButton;
+
+namespace ZelkoGUI {
+class BookmarkModel;
+class ReplayBarWidget;
+class ZelkoServerGUIController;
+} // namespace ZelkoGUI
+
+namespace ZelkoConsole {
+
+class BookmarkTable;
+class ChannelPanel;
+class RecordPane;
+class ReplayControls;
+
+/// What stands under a record list: the record that is selected there on a replay bar, with its bookmarks to edit,
+/// beside the channel that the workstation records and replays on. Where the recorder serves no channel the bar stands
+/// by itself. Bookmarks go out through the controller of the list; their table can be folded away.
+class ReplayDeck : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Where the bookmarks of the record are mirrored on the client's tree, for whatever else runs on the workstation.
+    static QString bookmarkMapPath();
+
+    /// `records` outlives this object, or goes while nothing is asked of it any more.
+    ReplayDeck(const WorkChannel::Connection& connection, RecordPane* records, QWidget* parent = nullptr);
+    ~ReplayDeck() override;
+
+    /// Works with the channels of a sub system; with none for an empty name.
+    void setSubSystem(const QString& subSystem);
+
+    /// @name Whether the table of the bookmarks is unfolded; not at first
+    /// @{
+    void showBookmarks(bool show);
+    bool areBookmarksShown() const;
+    void savePlaces(QSettings& settings) const;
+    void restorePlaces(const QSettings& settings);
+    /// @}
+
+    /// Null without a sub system. Another sub system has another one.
+    WorkChannel* channel() const { return m_channel.get(); }
+
+    /// @name The parts. Bar and model are others when the user may do other things; the bar, when channels come or go
+    /// @{
+    ZelkoGUI::ReplayBarWidget* bar() const { return m_bar.get(); }
+    ZelkoGUI::BookmarkModel* bookmarks() const { return m_bookmarks.get(); }
+    BookmarkTable* table() const { return m_table; }
+    ChannelPanel* panel() const { return m_panel; }
+    ReplayControls* controls() const { return m_controls; }
+    QToolButton* bookmarkButton() const { return m_fold; }
+    /// @}
+
+private:
+    struct Shown
+    {
+        QString record; // empty: none
+        QString device;
+
+        bool operator==(const Shown&) const = default;
+    };
+
+    void arrange();
+    void connectParts();
+    void followRecords();
+    void look();
+    void updateBar();
+    void makeBookmarks();
+    void makeBar(WorkChannel* beside);
+    void tabThroughBar();
+    void followChannel(WorkChannel& channel);
+    Shown selected() const;
+    void showSelected();
+    void showChannel();
+    void takeUpPosition();
+    void startReplay();
+
+    const WorkChannel::Connection m_connection;
+    RecordPane& m_records;
+    const QPointer<ZelkoGUI::ZelkoServerGUIController> m_controller;
+    QString m_subSystem;
+    Shown m_shown;
+    QTimer m_soon;
+    std::unique_ptr<WorkChannel> m_channel;
+    WorkChannel* m_beside = nullptr; // the channel that the bar was made for
+    std::unique_ptr<ZelkoGUI::BookmarkModel> m_bookmarks;
+    std::unique_ptr<ZelkoGUI::ReplayBarWidget> m_bar;
+    ReplayControls* m_controls;
+    QToolButton* m_fold;
+    ChannelPanel* m_panel;
+    BookmarkTable* m_table;
+    QHBoxLayout* m_barRow;
+};
+
+} // namespace ZelkoConsole
