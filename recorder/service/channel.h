@@ -172,6 +172,7 @@ private:
     QString m_recordID;
     std::shared_ptr<FlowSource> m_source; // what the manager said when it connected
     ChannelMachine m_machine{*this};
+    // Until the first data, and from there to the end.
     LongTimer m_durationTimer{[this] { noteTimeIsOver(); }};
     QTimer m_pingTimer;
     Mailbox m_news;

@@ -23,7 +23,7 @@ namespace ZelkoRecorder {
 /// the order in which they came, and never within the notification by which they come. A wish that is refused for the
 /// same reason as the one before it has the error code tell it again.
 ///
-/// As long as no client has written a device, the device ID is the one that a recording would take without any.
+/// As long as no client has written another device, the device ID is the one that a recording would take without any.
 ///
 /// Lives on the thread of the tree.
 class ChannelPanel : public QObject, private IObserver
