@@ -1,7 +1,7 @@
 #include <zelkobase/models/abstractrecordlistmodel.h>
 
+#include "keptcells_p.h"
 #include "recordcolumns_p.h"
-#include "sortkeys_p.h"
 
 namespace ZelkoCommon {
 namespace {
@@ -25,49 +25,41 @@ bool isSortRole(int role)
     return role == AbstractRecordListModel::SortRole || role == Qt::UserRole;
 }
 
-bool hasContent(int role)
+bool isValueRole(int role)
 {
-    switch (role) {
-    case Qt::DisplayRole:
-    case AbstractRecordListModel::SortRole:
-    case AbstractRecordListModel::ValueRole:
-    case Qt::UserRole:
-    case Qt::UserRole + 1:
-        return true;
-    default:
-        return false;
-    }
+    return role == AbstractRecordListModel::ValueRole || role == Qt::UserRole + 1;
 }
 
 } // namespace
 
 AbstractRecordListModel::AbstractRecordListModel(QObject* parent)
     : QAbstractTableModel(parent)
-    , m_sortKeys(std::make_unique<SortKeys>(
-          [this](int row, int column) { return cell(row, static_cast<Column>(column), SortRole); }))
+    , m_sortKeys(std::make_unique<KeptCells>(
+          ColumnCount, [this](int row, int column) { return cell(row, static_cast<Column>(column), SortRole); }))
+    , m_values(std::make_unique<KeptCells>(
+          ColumnCount, [this](int row, int column) { return cell(row, static_cast<Column>(column), ValueRole); }))
 {
     registerMetaTypes();
-    keepSortKeysUpToDate();
+    keepUpToDate(*m_sortKeys);
+    keepUpToDate(*m_values);
 }
 
 AbstractRecordListModel::~AbstractRecordListModel() = default;
 
-// Nobody was connected before, so whoever is told of a change and sorts is given the keys behind it.
-void AbstractRecordListModel::keepSortKeysUpToDate()
+// Nobody was connected before, so whoever is told of a change and sorts or filters is given the cells behind it.
+void AbstractRecordListModel::keepUpToDate(KeptCells& cells)
 {
     using Model = QAbstractItemModel;
-    connect(this, &Model::dataChanged, this, [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
+    connect(this, &Model::dataChanged, this, [&cells](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
         if (topLeft.isValid() && bottomRight.isValid()) {
-            m_sortKeys->cellsChanged(topLeft.row(), bottomRight.row(), topLeft.column(), bottomRight.column());
+            cells.cellsChanged(topLeft.row(), bottomRight.row(), topLeft.column(), bottomRight.column());
         } else {
-            m_sortKeys->forget(); // where, nobody says
+            cells.forget(); // where, nobody says
         }
     });
     connect(this, &Model::rowsInserted, this,
-            [this](const QModelIndex&, int first, int last) { m_sortKeys->rowsInserted(first, last); });
-    const auto onAny = [this](auto... changes) {
-        (connect(this, changes, this, [this] { m_sortKeys->forget(); }), ...);
-    };
+            [&cells](const QModelIndex&, int first, int last) { cells.rowsInserted(first, last); });
+    const auto onAny = [&](auto... changes) { (connect(this, changes, this, [&cells] { cells.forget(); }), ...); };
     onAny(&Model::layoutChanged, &Model::modelReset, &Model::rowsRemoved, &Model::rowsMoved);
 }
 
@@ -90,20 +82,34 @@ QModelIndex AbstractRecordListModel::index(int row, int column, const QModelInde
 
 QVariant AbstractRecordListModel::data(const QModelIndex& index, int role) const
 {
-    if (isSortRole(role) && index.model() == this && m_sortKeys->keeps(index.row(), index.column())) {
-        return m_sortKeys->key(index.row());
+    const int row = index.row();
+    const int column = index.column();
+    if (isSortRole(role) && index.model() == this && m_sortKeys->keeps(row, column)) {
+        return m_sortKeys->cell(row, column);
     }
-    const bool exists = index.isValid() && index.model() == this && index.row() < recordCount();
-    if (!exists) {
+    if (isValueRole(role) && index.model() == this && m_values->keeps(row, column)) {
+        return m_values->cellOfWalk(row, column);
+    }
+    const bool exists = index.isValid() && index.model() == this && row < recordCount();
+    return exists ? existingCell(row, static_cast<Column>(column), role) : QVariant();
+}
+
+QVariant AbstractRecordListModel::existingCell(int row, Column column, int role) const
+{
+    if (isSortRole(role)) {
+        return m_sortKeys->ask(row, column, recordCount());
+    }
+    if (isValueRole(role)) {
+        return m_values->ask(row, column, recordCount());
+    }
+    switch (role) {
+    case Qt::DisplayRole:
+        return cell(row, column, role);
+    case Qt::TextAlignmentRole:
+        return alignment(recordColumn(column));
+    default:
         return {};
     }
-    if (role == Qt::TextAlignmentRole) {
-        return alignment(recordColumn(index.column()));
-    }
-    if (isSortRole(role)) {
-        return m_sortKeys->ask(index.row(), index.column(), recordCount());
-    }
-    return hasContent(role) ? cell(index.row(), static_cast<Column>(index.column()), role) : QVariant();
 }
 
 QVariant AbstractRecordListModel::cell(int row, Column column, int role) const

@@ -9,7 +9,7 @@
 
 namespace ZelkoCommon {
 
-class SortKeys;
+class KeptCells;
 
 /// A table of records, one row each, whatever they come from. A derived class supplies the records and emits the
 /// signals; this one says what stands in the columns. Sorting and filtering are the business of a proxy.
@@ -124,9 +124,11 @@ public:
     virtual int recordCount() const = 0;
 
 private:
-    void keepSortKeysUpToDate();
+    QVariant existingCell(int row, Column column, int role) const;
+    void keepUpToDate(KeptCells& cells);
 
-    const std::unique_ptr<SortKeys> m_sortKeys;
+    const std::unique_ptr<KeptCells> m_sortKeys;
+    const std::unique_ptr<KeptCells> m_values;
 };
 
 } // namespace ZelkoCommon

@@ -322,6 +322,35 @@ private Q_SLOTS:
         QVERIFY(isSorted());
     }
 
+    void valuesAreThoseOfTheRecordsAfterEveryChange()
+    {
+        const auto idOf = [](int number) { return QStringLiteral("r%1").arg(number); };
+        ListedRecords model;
+        for (int number = 0; number < 2000; ++number) {
+            model.add(makeRecord(idOf(number), 2, static_cast<quint64>(number)));
+        }
+        const auto areRight = [&] { // asked so often that the columns are kept
+            for (int row = 0; row < model.recordCount(); ++row) {
+                const auto record = model.recordData(row);
+                const auto value = [&](int column) { return model.index(row, column).data(Model::ValueRole); };
+                if (value(Model::RecordIDColumn) != QVariant(record->GetRecordID()) ||
+                    value(Model::SizeColumn) != QVariant(static_cast<double>(record->GetSize()))) {
+                    return false;
+                }
+            }
+            return true;
+        };
+        QVERIFY(areRight());
+        model.change(makeRecord(idOf(1000), 2, 1));
+        QVERIFY(areRight());
+        model.add(makeRecord(idOf(5000), 2, 5000));
+        QVERIFY(areRight());
+        model.remove(idOf(3));
+        QVERIFY(areRight());
+        model.replace({idOf(2), idOf(1)});
+        QVERIFY(areRight());
+    }
+
     void aChangeNobodyKnowsWhereIsNoneOfAnUnsortedList()
     {
         ListedRecords model({QStringLiteral("A")});
