@@ -54,10 +54,10 @@ public:
             const QString path = CountedValues::path(i, QStringLiteral("/SubSystems/bench"));
             m_listeners.push_back(std::make_unique<CountedListener>(&m_tree, path, m_heard));
         }
-        runUntil(m_heard.last + CountedValues::ChangesPerSecond / 10);
+        runUntil(1);
     }
 
-    /// Runs the event loop until a value has been changed to `count`, or the one after it.
+    /// Runs the event loop until the other end is known to have made `count` changes in its life.
     void runUntil(double count)
     {
         QEventLoop loop;
