@@ -1,5 +1,7 @@
 #include "bookmarkcells_p.h"
 
+#include "bookmarktimes_p.h"
+
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 
 #include <QIcon>
@@ -27,27 +29,33 @@ QVariant addIcon()
     return *icon;
 }
 
-} // namespace
-
-void BookmarkCells::setExtent(const ZELKO_XML::RecordExtent& extent)
+QString problem(const BookmarkCells::Entry& entry, const BookmarkTimes& times)
 {
-    m_extent = extent;
-    m_first = BookmarkModel::datetimeFromEntry(extent.start);
-    m_last = BookmarkModel::datetimeFromEntry(extent.stop);
+    return times.isBefore(entry.GetTimestamp()) ? BookmarkModel::tr("timestamp to low")
+                                                : BookmarkModel::tr("timestamp to high");
 }
 
-QVariant BookmarkCells::time(const Entry& entry, bool isOutOfRange, int role) const
+// The only markup in it is its own.
+QString timeToolTip(const BookmarkCells::Entry& entry, const BookmarkTimes& times, bool isOutOfRange)
+{
+    const QString time = BookmarkTimes::longTime(BookmarkModel::datetimeFromEntry(entry));
+    return isOutOfRange ? time + QStringLiteral("<br><b>") + problem(entry, times) + QStringLiteral("</b>") : time;
+}
+
+} // namespace
+
+QVariant BookmarkCells::time(const Entry& entry, const BookmarkTimes& times, bool isOutOfRange, int role)
 {
     const QDateTime time = BookmarkModel::datetimeFromEntry(entry);
     switch (role) {
     case Qt::DisplayRole:
-        return shortTime(time);
+        return times.shortTime(time);
     case Qt::EditRole:
-        return time.isValid() ? time : m_first;
+        return time.isValid() ? time : times.first();
     case Qt::DecorationRole:
         return isOutOfRange ? warningIcon() : QVariant();
     case Qt::ToolTipRole:
-        return toolTip(entry, isOutOfRange);
+        return timeToolTip(entry, times, isOutOfRange);
     default:
         return {};
     }
@@ -78,27 +86,6 @@ QVariant BookmarkCells::button(bool adds, int role)
     default:
         return {};
     }
-}
-
-QString BookmarkCells::longTime(const QDateTime& time)
-{
-    return time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss:zzz"));
-}
-
-QString BookmarkCells::shortTime(const QDateTime& time) const
-{
-    return m_first.date() == m_last.date() ? time.toString(QStringLiteral("hh:mm:ss:zzz")) : longTime(time);
-}
-
-QString BookmarkCells::toolTip(const Entry& entry, bool isOutOfRange) const
-{
-    QString time = longTime(BookmarkModel::datetimeFromEntry(entry));
-    if (!isOutOfRange) {
-        return time;
-    }
-    const QString problem = entry.GetTimestamp() < m_extent.start ? BookmarkModel::tr("timestamp to low")
-                                                                  : BookmarkModel::tr("timestamp to high");
-    return time + QStringLiteral("<br><b>") + problem + QStringLiteral("</b>");
 }
 
 } // namespace ZelkoGUI

@@ -1,5 +1,7 @@
 #include <zelkoguibase/bookmarks/bookmarkedittimedelegate.h>
 
+#include "bookmarktimes_p.h"
+
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 
 #include <QAbstractProxyModel>
@@ -29,8 +31,7 @@ void setRange(QDateTimeEdit& editor, const BookmarkModel& bookmarks, const QDate
         last = std::max(last, time);
     }
     editor.setDateTimeRange(first, last);
-    editor.setDisplayFormat(first.date() == last.date() ? QStringLiteral("hh:mm:ss:zzz")
-                                                        : QStringLiteral("yyyy-MM-dd hh:mm:ss:zzz"));
+    editor.setDisplayFormat(BookmarkTimes::timeFormat(first, last));
 }
 
 } // namespace

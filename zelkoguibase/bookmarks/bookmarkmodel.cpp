@@ -3,12 +3,12 @@
 #include "bookmarkbars_p.h"
 #include "bookmarkcells_p.h"
 #include "bookmarklist_p.h"
+#include "bookmarkrecord_p.h"
+#include "bookmarktimes_p.h"
 
 #include <chartcontrols/vcreplaybar.h>
 #include <observerbase/datetime.h>
-#include <observerbase/errorhandler.h>
-#include <observerbase/trace.h>
-#include <zelkobase/data/recordstate.h>
+#include <zelkobase/data/zelko_recorddata.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/bookmarks/bookmarkmodelconnector.h>
 
@@ -19,12 +19,6 @@ namespace ZelkoGUI {
 using ZelkoCommon::AbstractRecordListModel;
 
 namespace {
-
-// Whether the record has an end that a bookmark can lie behind.
-bool hasLimits(const ZELKO_XML::ZELKO_RecordData& record)
-{
-    return ZELKO_XML::isFinished(record) && !ZELKO_XML::isBeingRecorded(record);
-}
 
 void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
 {
@@ -50,30 +44,24 @@ struct BookmarkModel::Private
     template <typename Change>
     void reset(Change change);
 
-    std::shared_ptr<const ZELKO_XML::ZELKO_RecordData> record() const;
     void followRecordModel(AbstractRecordListModel* model);
     void refresh();
     void takeEntries(const Entries& entries);
-    void updateLimits(const ZELKO_XML::ZELKO_RecordData* record);
+    void updateLimits(const BookmarkRecord::Data* data);
 
     void changed();
     void showOnBars() { bars.show(list.entries(), isEditable()); }
     void change(int row, const Entry& entry);
     void setTime(int row, const QDateTime& time);
     void setText(int row, const QString& text);
-    quint64 newEntryTime() const;
-    void traceRefused(const QDateTime& time) const;
 
     BookmarkModel* const owner;
     const bool isReadOnly;
     BookmarkBars bars;
-    AbstractRecordListModel* recordModel = nullptr;
-    QString recordID;
-    QString deviceID;
+    BookmarkRecord record;
+    BookmarkTimes times;
     BookmarkList list;
     enSynchState state = SynchNoRecord;
-    ZELKO_XML::RecordExtent extent{0, 0};
-    BookmarkCells cells;
     quint64 newBookmarkTime = 0;
     SingleShot singleShot = callLater;
     bool isResetting = false;
@@ -135,21 +123,9 @@ void BookmarkModel::Private::reset(Change change)
     owner->endResetModel();
 }
 
-std::shared_ptr<const ZELKO_XML::ZELKO_RecordData> BookmarkModel::Private::record() const
-{
-    return recordModel ? recordModel->getRecordData(recordID) : nullptr;
-}
-
 void BookmarkModel::Private::followRecordModel(AbstractRecordListModel* model)
 {
-    if (model == recordModel) {
-        return;
-    }
-    if (recordModel) {
-        QObject::disconnect(recordModel, nullptr, owner, nullptr);
-    }
-    recordModel = model;
-    if (model) {
+    if (record.lookIn(model, owner) && model) {
         connect(model, &AbstractRecordListModel::si_recordChanged, owner, &BookmarkModel::sl_recordChanged);
         connect(model, &AbstractRecordListModel::si_recordDeleted, owner, &BookmarkModel::sl_recordDeleted);
         connect(model, &AbstractRecordListModel::si_allRecordsChanged, owner, &BookmarkModel::sl_allRecordsChanged);
@@ -160,7 +136,7 @@ void BookmarkModel::Private::followRecordModel(AbstractRecordListModel* model)
 // What a user has changed is left alone.
 void BookmarkModel::Private::refresh()
 {
-    const auto data = record();
+    const auto data = record.data();
     updateLimits(data.get());
     if (!data) {
         reset([this] {
@@ -183,11 +159,10 @@ void BookmarkModel::Private::takeEntries(const Entries& entries)
     announceHeader();
 }
 
-void BookmarkModel::Private::updateLimits(const ZELKO_XML::ZELKO_RecordData* record)
+void BookmarkModel::Private::updateLimits(const BookmarkRecord::Data* data)
 {
-    extent = record ? ZELKO_XML::recordExtent(*record) : ZELKO_XML::RecordExtent{0, 0};
-    list.setLimits(record && hasLimits(*record) ? std::optional(extent) : std::nullopt);
-    cells.setExtent(extent);
+    times.setExtent(BookmarkRecord::extent(data));
+    list.setLimits(BookmarkRecord::limits(data));
 }
 
 void BookmarkModel::Private::changed()
@@ -204,11 +179,10 @@ void BookmarkModel::Private::change(int row, const Entry& entry)
     }
 }
 
-// The limits hold for a record that is not finished too: what is typed is not behind what was recorded by now.
 void BookmarkModel::Private::setTime(int row, const QDateTime& time)
 {
-    if (!time.isValid() || time < cells.first() || time > cells.last()) {
-        traceRefused(time);
+    if (!times.accepts(time)) {
+        times.traceRefused(time);
         return;
     }
     Entry entry = list.entries()[row];
@@ -224,24 +198,6 @@ void BookmarkModel::Private::setText(int row, const QString& text)
     change(row, entry);
 }
 
-// Past the end of the record it is the start as well: a position that is not of this record says nothing about it.
-quint64 BookmarkModel::Private::newEntryTime() const
-{
-    const bool isWithin =
-        newBookmarkTime >= toBookmarkEntry(cells.first()) && newBookmarkTime <= toBookmarkEntry(cells.last());
-    return isWithin ? newBookmarkTime : extent.start;
-}
-
-void BookmarkModel::Private::traceRefused(const QDateTime& time) const
-{
-    if (ErrorHandler::Instance()->traces(ErrorHandler::TraceWarning)) {
-        _Q_Trace(QStringLiteral("BookmarkModel::setTime(%1) - invalid (min=%2,max=%3)")
-                     .arg(BookmarkCells::longTime(time), BookmarkCells::longTime(cells.first()),
-                          BookmarkCells::longTime(cells.last())),
-                 __FILE__, __LINE__);
-    }
-}
-
 BookmarkModel::BookmarkModel(bool readOnly, QObject* parent)
     : QAbstractTableModel(parent)
     , d(std::make_unique<Private>(this, readOnly))
@@ -253,8 +209,7 @@ void BookmarkModel::setRecord(const QString& recordID, AbstractRecordListModel* 
                               const QString& deviceID)
 {
     d->reset([&] {
-        d->recordID = recordID;
-        d->deviceID = deviceID;
+        d->record.setIDs(recordID, deviceID);
         d->followRecordModel(model);
         d->setState(SynchNoRecord);
         d->refresh();
@@ -329,12 +284,12 @@ bool BookmarkModel::readOnly() const
 
 QDateTime BookmarkModel::minDateTime() const
 {
-    return d->cells.first();
+    return d->times.first();
 }
 
 QDateTime BookmarkModel::maxDateTime() const
 {
-    return d->cells.last();
+    return d->times.last();
 }
 
 int BookmarkModel::entryCount() const
@@ -460,8 +415,9 @@ QVariant BookmarkModel::data(const QModelIndex& index, int role) const
         return {};
     }
     const Entry& bookmark = entry(index.row());
-    return index.column() == TimeColumn ? d->cells.time(bookmark, d->list.isOutOfRange(index.row()), role)
-                                        : BookmarkCells::text(bookmark, role);
+    return index.column() == TimeColumn
+               ? BookmarkCells::time(bookmark, d->times, d->list.isOutOfRange(index.row()), role)
+               : BookmarkCells::text(bookmark, role);
 }
 
 QVariant BookmarkModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -495,7 +451,7 @@ void BookmarkModel::sl_synchronize()
     }
     d->setState(SynchPending);
     d->announceHeader();
-    Q_EMIT si_updateBookmarks(d->recordID, d->list.normalized(), d->deviceID);
+    Q_EMIT si_updateBookmarks(d->record.recordID(), d->list.normalized(), d->record.deviceID());
     d->unlockLater();
     d->announceWholeList();
 }
@@ -518,7 +474,7 @@ void BookmarkModel::sl_verticalHeaderClicked(int section)
         return;
     }
     Entry entry;
-    entry.SetTimestamp(d->newEntryTime());
+    entry.SetTimestamp(d->times.startUnlessWithin(d->newBookmarkTime));
     entry.SetBookmark(QStringLiteral(""));
     appendEntry(entry);
 }
@@ -552,14 +508,14 @@ void BookmarkModel::sl_removeOutOfRange()
 
 void BookmarkModel::sl_recordChanged(const QString& recordID)
 {
-    if (recordID == d->recordID) {
+    if (recordID == d->record.recordID()) {
         sl_allRecordsChanged();
     }
 }
 
 void BookmarkModel::sl_recordDeleted(const QString& recordID)
 {
-    if (recordID == d->recordID) {
+    if (recordID == d->record.recordID()) {
         resetRecord();
     }
 }
