@@ -1,9 +1,9 @@
 #pragma once
 
-#include "listedrecords.h"
+#include "toldrecords.h"
 
-/// A record list whose records have comments, and that tells of its changes as that of a device does.
-class CommentedRecords final : public ListedRecords
+/// A record list whose records have comments.
+class CommentedRecords final : public ToldRecords
 {
 public:
     using Comments = QVector<ZELKO_XML::HistoryEntry>;
@@ -28,27 +28,8 @@ public:
     CommentedRecords() = default;
     CommentedRecords(const QString& id, const Comments& comments) { add(record(id, comments)); }
 
+    using ToldRecords::store;
     void store(const QString& id, const Comments& comments) { store(record(id, comments)); }
-    void store(const RecordDataPtr& record)
-    {
-        const QString id = record->GetRecordID();
-        if (hasRecord(id)) {
-            change(record);
-        } else {
-            add(record);
-        }
-        Q_EMIT si_recordChanged(id);
-    }
-    void drop(const QString& id)
-    {
-        remove(id);
-        Q_EMIT si_recordDeleted(id);
-    }
-    void replaceAll(const QStringList& ids)
-    {
-        replace(ids);
-        Q_EMIT si_allRecordsChanged();
-    }
 };
 
 /// Two comments, and how they are shown.
