@@ -266,6 +266,8 @@ void HistoryModelTest::whatIsNoCellHasNothing()
 
 void HistoryModelTest::columnsHaveTitles()
 {
+    QVERIFY(!m_model->headerData(0, Qt::Horizontal).isValid()); // of no record
+    show();
     QCOMPARE(m_model->headerData(0, Qt::Horizontal).toString(), u"Date and Time"_s);
     QCOMPARE(m_model->headerData(1, Qt::Horizontal).toString(), u"Text"_s);
     QVERIFY(!m_model->headerData(2, Qt::Horizontal).isValid());

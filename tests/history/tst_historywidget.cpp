@@ -265,11 +265,13 @@ void HistoryWidgetTest::theScrollPositionStaysWhileTheListChanges()
 void HistoryWidgetTest::columnsAreKeptForTheNextTime()
 {
     m_table->view.setColumnWidth(0, 210);
+    m_widget->resize(800, 400);
     m_table.reset();
     m_widget.reset();
     m_configuration->readAgain();
     open();
     QCOMPARE(m_table->view.columnWidth(0), 210);
+    QCOMPARE(m_table->view.columnWidth(1), m_table->view.viewport()->width() - 210);
 }
 
 void HistoryWidgetTest::theSameRecordOfAnotherListIsNotSet()

@@ -273,7 +273,7 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const
 QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation == Qt::Horizontal) {
-        return title(section, role);
+        return d->isPresent ? title(section, role) : QVariant();
     }
     if (section < 0 || section >= rowCount()) {
         return {};

@@ -18,9 +18,9 @@ namespace ZelkoGUI {
 /// The model changes no record: it emits what is to be added or deleted, and shows what became of it when the record
 /// changes in the record model. A comment that was written stays as it is; it can only be deleted.
 ///
-/// There are no rows at all without a record: with an empty ID, a null record model, or one that did not have the
-/// record when it last told of a change. What was typed into the last row, and not sent, stays while the list changes,
-/// and goes with the record.
+/// There are no rows and no titles at all without a record: with an empty ID, a null record model, or one that did not
+/// have the record when it last told of a change. What was typed into the last row, and not sent, stays while the list
+/// changes, and goes with the record.
 ///
 /// GUI thread only. The record model is not owned and may go first.
 class ZELKOGUIBASE_EXPORT HistoryModel : public QAbstractTableModel

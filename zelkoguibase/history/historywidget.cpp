@@ -52,6 +52,8 @@ QTableView* HistoryWidget::createView()
     m_columnHandler =
         new guiHelper::QHeaderViewColumnHandler(view->horizontalHeader(), QStringLiteral("HistoryTable"), this);
     m_columnHandler->restoreColumnStatus();
+    // A width that a stretched column was given is its least one; the texts are to take what the window has.
+    view->horizontalHeader()->resizeSection(HistoryModel::TextColumn, view->horizontalHeader()->minimumSectionSize());
     connect(m_model, &HistoryModel::si_edit, view, &QTableView::setCurrentIndex);
     connect(m_model, &HistoryModel::si_edit, view, qOverload<const QModelIndex&>(&QTableView::edit));
     connect(view->verticalHeader(), &QHeaderView::sectionClicked, m_model, &HistoryModel::sl_verticalHeaderClicked);
