@@ -14,9 +14,10 @@ struct Capability
     void (*paint)(ScenePainter& painter);
 };
 
-constexpr std::array capabilities{Capability{"spine", paintSpineScenes}, Capability{"actions", paintActionScenes},
-                                  Capability{"platform", paintPlatformScenes}, Capability{"list", paintListScenes},
-                                  Capability{"replay", paintReplayScenes}};
+constexpr std::array capabilities{
+    Capability{"spine", paintSpineScenes},       Capability{"actions", paintActionScenes},
+    Capability{"platform", paintPlatformScenes}, Capability{"list", paintListScenes},
+    Capability{"replay", paintReplayScenes},     Capability{"windows", paintRecordWindowScenes}};
 
 } // namespace
 

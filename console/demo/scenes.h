@@ -49,4 +49,7 @@ void paintReplayBarScenes(ScenePainter& painter);
 /// The replay bar of a record with its buttons: in step with the recorder, and not.
 void paintReplayWidgetScenes(ScenePainter& painter);
 
+/// The windows on a record: its comments, its bookmarks, a copy of a part of it.
+void paintRecordWindowScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

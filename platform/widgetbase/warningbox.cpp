@@ -12,18 +12,28 @@ QString asMarkup(const QString& text)
     return text.isEmpty() ? text : Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
 }
 
-} // namespace
-
-// QMessageBox::warning() has its box on the stack, where a parent that goes would delete it a second time.
-QMessageBox::StandardButton warn(QWidget* parent, const QString& title, const QString& text,
-                                 QMessageBox::StandardButtons buttons, const QString& explanation)
+// The boxes of QMessageBox stand on the stack, where a parent that goes would delete them a second time.
+QMessageBox::StandardButton answerTo(const QPointer<QMessageBox>& box, const QString& explanation)
 {
-    const QPointer<QMessageBox> box = new QMessageBox(QMessageBox::Warning, title, text, buttons, parent);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(asMarkup(explanation));
     const int answer = box->exec();
     delete box;
     return static_cast<QMessageBox::StandardButton>(answer);
+}
+
+} // namespace
+
+QMessageBox::StandardButton warn(QWidget* parent, const QString& title, const QString& text,
+                                 QMessageBox::StandardButtons buttons, const QString& explanation)
+{
+    return answerTo(new QMessageBox(QMessageBox::Warning, title, text, buttons, parent), explanation);
+}
+
+QMessageBox::StandardButton ask(QWidget* parent, const QString& title, const QString& text,
+                                QMessageBox::StandardButtons buttons)
+{
+    return answerTo(new QMessageBox(QMessageBox::Question, title, text, buttons, parent), QString());
 }
 
 } // namespace guiHelper

@@ -15,4 +15,8 @@ WIDGETBASE_EXPORT QMessageBox::StandardButton warn(QWidget* parent, const QStrin
                                                    QMessageBox::StandardButtons buttons,
                                                    const QString& explanation = QString());
 
+/// The same for QMessageBox::question(), without an explanation and without a default of its own.
+WIDGETBASE_EXPORT QMessageBox::StandardButton ask(QWidget* parent, const QString& title, const QString& text,
+                                                  QMessageBox::StandardButtons buttons);
+
 } // namespace guiHelper

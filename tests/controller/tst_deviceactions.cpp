@@ -3,6 +3,7 @@
 #include "controllersite.h"
 #include "dialoganswers.h"
 #include "faultproxy.h"
+#include "ownconfiguration.h"
 #include "patience.h"
 #include "servicepeer.h"
 #include "testrecords.h"
@@ -126,6 +127,7 @@ private:
     void deleteSelected();
     void rename(const std::function<void(QInputDialog*)>& answer);
 
+    const OwnConfiguration m_configuration;
     std::optional<Service> m_service;
     std::optional<ControllerSite> m_site;
     std::optional<DeviceBranch> m_branch;

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void textsAreShownAsTheyAre();
     void withoutAnExplanationThereIsNone();
     void theParentMayGoWhileTheBoxIsOpen();
+    void aQuestionIsAskedTheSameWay();
 
 private:
     static QMessageBox* boxIn(QWidget* window)
@@ -89,6 +90,23 @@ void WarningBoxTest::theParentMayGoWhileTheBoxIsOpen()
              QMessageBox::NoButton);
     QVERIFY(answer.wasGiven());
     QVERIFY(!parent);
+}
+
+void WarningBoxTest::aQuestionIsAskedTheSameWay()
+{
+    QWidget parent;
+    const DialogAnswer answer([&](QWidget* window) {
+        QCOMPARE(window->parentWidget(), &parent);
+        QCOMPARE(boxIn(window)->icon(), QMessageBox::Question);
+        QCOMPARE(boxIn(window)->text(), QStringLiteral("<b>Sure?</b>"));
+        QCOMPARE(boxIn(window)->textFormat(), Qt::PlainText);
+        QVERIFY(!window->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")));
+        press(window, QMessageBox::No);
+    });
+    QCOMPARE(guiHelper::ask(&parent, QStringLiteral("Title"), QStringLiteral("<b>Sure?</b>"),
+                            QMessageBox::Yes | QMessageBox::No),
+             QMessageBox::No);
+    QVERIFY(answer.wasGiven());
 }
 
 QTEST_MAIN(WarningBoxTest)

@@ -5,6 +5,7 @@
 #include "deletablestate_p.h"
 #include "devicesearch_p.h"
 #include "devicevalues_p.h"
+#include "recorddialogs_p.h"
 #include "requestfailure_p.h"
 #include "waitcursor_p.h"
 
@@ -54,6 +55,7 @@ struct ZelkoServerGUIController::Private
         , recordModel(new RecordItemMapModel(owner))
         , values(owner)
         , search(owner)
+        , dialogs(owner)
     {}
 
     void lookUp();
@@ -69,6 +71,7 @@ struct ZelkoServerGUIController::Private
     RecordItemMapModel* const recordModel;
     DeviceValues values;
     DeviceSearch search;
+    RecordDialogs dialogs;
     QHash<QString, bool> pendingFlags;
     std::shared_ptr<ErrorDescriptor> errorDescriptor;
     bool offersOverview = true;
@@ -254,7 +257,7 @@ void ZelkoServerGUIController::resetAll(bool notify)
     if (notify) {
         Q_EMIT si_activeDeviceChanged(activeDevice(), activeSubsystem());
     }
-    resetDialogs();
+    d->dialogs.reset();
 }
 
 // Changes of the device's values
@@ -414,7 +417,7 @@ bool ZelkoServerGUIController::isHistoryAvailable(const QString& recordID) const
 void ZelkoServerGUIController::showHistory(const QString& recordID)
 {
     resynchRecord(recordID, QString());
-    openHistoryDialog(recordID);
+    d->dialogs.showHistory(recordID);
 }
 
 bool ZelkoServerGUIController::isEditBookmarksAvailable(const QString& recordID) const
@@ -425,7 +428,7 @@ bool ZelkoServerGUIController::isEditBookmarksAvailable(const QString& recordID)
 void ZelkoServerGUIController::editBookmarks(const QString& recordID)
 {
     resynchRecord(recordID, QString());
-    openBookmarkDialog(recordID);
+    d->dialogs.showBookmarks(recordID);
 }
 
 bool ZelkoServerGUIController::isCopyRecordAvailable(const QString& recordID) const
@@ -437,7 +440,7 @@ bool ZelkoServerGUIController::isCopyRecordAvailable(const QString& recordID) co
 void ZelkoServerGUIController::copyRecord(const QString& recordID)
 {
     resynchRecord(recordID, QString());
-    openCopyDialog(recordID);
+    d->dialogs.showCopy(recordID);
 }
 
 bool ZelkoServerGUIController::isEditRecordAvailable(const QString& recordID) const
@@ -448,7 +451,7 @@ bool ZelkoServerGUIController::isEditRecordAvailable(const QString& recordID) co
 void ZelkoServerGUIController::editRecord(const QString& recordID)
 {
     resynchRecord(recordID, QString());
-    openEditDialog(recordID);
+    d->dialogs.showEdit(recordID);
 }
 
 bool ZelkoServerGUIController::isSpectrumOverviewAvailable(const QString& recordID) const

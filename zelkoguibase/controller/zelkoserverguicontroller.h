@@ -23,6 +23,10 @@ class ZelkoGuiToServerCorbaHandler;
 /// whether the device is an extended one, and its address are observed; a command value or the record map that went
 /// alone would only be missed the next time that it is needed.
 ///
+/// Its windows on a record, for the comments, the bookmarks, a copy and for both of these, have the dialog parent of
+/// their first use. Each is kept for the life of the controller, or of that parent, and shows the record of its last
+/// use. The windows are independent of each other; all are emptied and hidden when the device is another one.
+///
 /// GUI thread only, as the tree's.
 class ZELKOGUIBASE_EXPORT ZelkoServerGUIController : public IZelkoGUIController, public IObserver
 {
@@ -149,20 +153,9 @@ private:
     unsigned long setDeletableFlags(const QStringList& recordIDs, bool flag);
     void renameAsked(const QString& recordID);
 
-    /// @name Where the windows on a record have their place
-    /// What is known of the record was asked for anew before. Each is made on the first use and then kept; the spectrum
-    /// overview is one of its own per use. A window's class is known here only: a place without one opens nothing, and
-    /// its action ends with the record having been asked for.
-    /// @{
-    void openHistoryDialog(const QString& /*recordID*/) {}
-    void openBookmarkDialog(const QString& /*recordID*/) {}
-    void openCopyDialog(const QString& /*recordID*/) {}
-    void openEditDialog(const QString& /*recordID*/) {}
+    /// Where the spectrum overview of a record has its place, one window per use: as long as there is none, the action
+    /// ends with the record having been asked for.
     void openSpectrumOverview(const QString& /*recordID*/) {}
-
-    /// Takes the record away from those that are kept, and hides them.
-    void resetDialogs() {}
-    /// @}
 
     struct Private;
     const std::unique_ptr<Private> d;

@@ -1,0 +1,162 @@
+#include <console/demo/paintedbar.h>
+#include <console/demo/scenepainter.h>
+#include <console/demo/scenes.h>
+#include <console/hands/dialoganswer.h>
+
+#include <valuecore/tree.h>
+#include <zelkobase/maps/recorditemmap.h>
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
+#include <zelkoguibase/editrecord/editrecorddialog.h>
+#include <zelkoguibase/history/historydialog.h>
+#include <zelkoguibase/recordlist/recorditemmapmodel.h>
+
+#include <QHeaderView>
+#include <QTableView>
+
+namespace ZelkoConsole {
+namespace {
+
+using zelko::recordmap::RecordItemMap;
+using ZelkoGUI::EditRecordDialog;
+using ZelkoGUI::HistoryDialog;
+using Record = ZELKO_XML::ZELKO_RecordData;
+
+constexpr auto branch = QLatin1String("/Painted");
+constexpr auto ordinary = QLatin1String("R");
+constexpr auto empty = QLatin1String("E");
+constexpr auto overlong = QLatin1String("L");
+
+quint64 momentAt(int minute)
+{
+    return static_cast<quint64>(PaintedBar::begin + minute * 60 * PaintedBar::second);
+}
+
+ZELKO_XML::BookmarkEntry mark(int minute, const QString& text)
+{
+    ZELKO_XML::BookmarkEntry entry;
+    entry.SetTimestamp(momentAt(minute));
+    entry.SetBookmark(text);
+    return entry;
+}
+
+ZELKO_XML::HistoryEntry comment(int minute, const QString& text)
+{
+    ZELKO_XML::HistoryEntry entry;
+    entry.SetTimestamp(momentAt(minute));
+    entry.SetHistoryEntry(text);
+    return entry;
+}
+
+/// The records of a device: an ordinary one of an hour, one with nothing in it, and one whose texts are too long.
+class PaintedRecords
+{
+public:
+    PaintedRecords()
+    {
+        m_model.connect(branch + QStringLiteral("/Map"));
+        store(ordinary, QStringLiteral("Airport tower"),
+              {comment(62, QStringLiteral("Second voice from minute 41 on")),
+               comment(95, QStringLiteral("Heard again by the night shift, see the log of the 5th of May")),
+               comment(240, QStringLiteral("To be kept"))},
+              {mark(6, QStringLiteral("Tower")), mark(14, QStringLiteral("Answer")),
+               mark(41, QStringLiteral("Ground, second voice"))});
+        store(empty, QString(), {}, {});
+        const QString text = QStringLiteral("a text that goes on and on ").repeated(20);
+        store(overlong, text, {comment(62, text)}, {mark(6, text), mark(14, QStringLiteral("Answer"))});
+    }
+    ~PaintedRecords() { Tree::Instance()->Remove(branch); }
+    PaintedRecords(const PaintedRecords&) = delete;
+    PaintedRecords& operator=(const PaintedRecords&) = delete;
+
+    ZelkoGUI::RecordItemMapModel* model() { return &m_model; }
+    void remove(const QString& id) { m_map.EraseAt(id, nullptr); }
+
+private:
+    void store(const QString& id, const QString& name, const QVector<ZELKO_XML::HistoryEntry>& comments,
+               const QVector<ZELKO_XML::BookmarkEntry>& bookmarks)
+    {
+        auto record = std::make_shared<Record>();
+        record->SetRecordID(id);
+        record->SetRecordName(name);
+        record->SetStartTime(momentAt(0));
+        record->SetStopTime(momentAt(id == empty ? 0 : 60));
+        record->SetStopPosition(id == empty ? 0 : 1'200'000'000);
+        record->SetRecordStatus(Record::RecordStatus::Finished);
+        record->SetHistoryEntry(comments);
+        record->SetBookmarkEntry(bookmarks);
+        m_map.Add(zelko::recordmap::RecordMapData(record), nullptr);
+    }
+
+    RecordItemMap& m_map =
+        *Tree::Instance()->Emplace(branch, std::make_unique<RecordItemMap>(QStringLiteral("Map"), TValueState::Open));
+    ZelkoGUI::RecordItemMapModel m_model{nullptr};
+};
+
+// With a comment that is being deleted, and one that was typed and not sent.
+void paintHistoryInUse(ScenePainter& painter, HistoryDialog& dialog)
+{
+    auto* const table = dialog.findChild<QTableView*>(QStringLiteral("HistoryTableView"));
+    Q_EMIT table->verticalHeader()->sectionClicked(1);
+    table->model()->setData(table->model()->index(3, 1), QStringLiteral("Checked on the 6th of May"));
+    painter.paint(dialog, "history-in-use");
+}
+
+void paintHistory(ScenePainter& painter)
+{
+    PaintedRecords records;
+    HistoryDialog dialog;
+    dialog.show();
+    painter.paint(dialog, "history-without-a-record");
+    dialog.setRecord(ordinary, records.model());
+    painter.paint(dialog, "history");
+    paintHistoryInUse(painter, dialog);
+    dialog.setRecord(empty, records.model());
+    painter.paint(dialog, "history-of-an-empty-record");
+    dialog.setRecord(overlong, records.model());
+    painter.paint(dialog, "history-overlong");
+    const DialogAnswer answer([&](QWidget* box) { painter.paint(*box, "history-deleted-box"); });
+    records.remove(overlong);
+}
+
+void paintEdit(ScenePainter& painter, int options, const char* scene)
+{
+    PaintedRecords records;
+    EditRecordDialog dialog(EditRecordDialog::Options(QFlag(options)), nullptr);
+    const auto paint = [&](const QString& id, const char* state) {
+        dialog.setRecord(id, records.model(), false, QString());
+        painter.paint(dialog, qPrintable(QLatin1String(scene) + QLatin1String(state)));
+    };
+    dialog.show();
+    paint(ordinary, "");
+    paint(empty, "-of-an-empty-record");
+    paint(overlong, "-overlong");
+    dialog.resetRecord();
+    painter.paint(dialog, qPrintable(QLatin1String(scene) + QLatin1String("-without-a-record")));
+}
+
+// Out of order and out of range, with part of the record chosen.
+void paintEditInUse(ScenePainter& painter)
+{
+    PaintedRecords records;
+    EditRecordDialog dialog(EditRecordDialog::Options(QFlag(255)), nullptr);
+    dialog.show();
+    dialog.setRecord(ordinary, records.model(), false, QString());
+    dialog.bookmarkModel()->appendEntry(mark(75, QStringLiteral("Behind the end")));
+    dialog.bookmarkModel()->changeEntry(0, mark(20, QStringLiteral("Moved")));
+    painter.paint(dialog, "edit-record-in-use");
+    const DialogAnswer answer([&](QWidget* box) { painter.paint(*box, "edit-record-box"); });
+    dialog.accept();
+}
+
+} // namespace
+
+void paintRecordWindowScenes(ScenePainter& painter)
+{
+    paintHistory(painter);
+    paintEdit(painter, 30, "edit-bookmarks");
+    paintEdit(painter, 29, "copy-record");
+    paintEdit(painter, 255, "edit-record");
+    paintEditInUse(painter);
+}
+
+} // namespace ZelkoConsole

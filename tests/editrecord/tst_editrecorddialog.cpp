@@ -1,0 +1,582 @@
+#include <zelkoguibase/editrecord/editrecorddialog.h>
+
+#include "copyablerecord.h"
+#include "dialoganswers.h"
+#include "handtimer.h"
+#include "patience.h"
+#include "replaybarhands.h"
+#include "testbookmarks.h"
+#include "toldrecords.h"
+
+#include <resources/zelkoicons.h>
+#include <zelkoguibase/bookmarks/bookmarkedittimedelegate.h>
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
+#include <zelkoguibase/editrecord/copyrecordwidget.h>
+#include <zelkoguibase/replaybar/replaybarwidget.h>
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QTableView>
+#include <QToolButton>
+#include <QtTest>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using ZelkoConsole::DialogAnswer;
+using ZelkoGUI::BookmarkModel;
+using ZelkoGUI::EditRecordDialog;
+using Options = EditRecordDialog::Options;
+using State = BookmarkModel::enSynchState;
+
+namespace {
+
+constexpr int bookmarkOptions = 30;
+constexpr int copyOptions = 29;
+constexpr int allOptions = 255;
+
+} // namespace
+
+/// The window on a record in its three uses: for its bookmarks, for a copy of a part of it, and for both.
+class EditRecordDialogTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { registerZelkoIcons(); }
+    void init()
+    {
+        m_timer.emplace();
+        m_records.emplace();
+        store(twoBookmarks);
+    }
+    void cleanup()
+    {
+        m_dialog.reset();
+        m_records.reset();
+        m_timer.reset();
+    }
+
+    void itHasThePartsOfItsOptions_data();
+    void itHasThePartsOfItsOptions();
+    void itIsAsLargeAsItsPartsNeed_data();
+    void itIsAsLargeAsItsPartsNeed();
+    void itsPartsStandOneBelowTheOther();
+    void theTableIsMadeForBookmarks();
+    void theLabelNamesTheRecord_data();
+    void theLabelNamesTheRecord();
+    void withoutARecordItIsEmpty();
+    void anOverlongNameDoesNotWidenTheWindow();
+
+    void bookmarksCanBeEditedAfterTheDelay();
+    void theButtonsShowForAListThatNeedsThem_data();
+    void theButtonsShowForAListThatNeedsThem();
+    void normalizePutsTheListInOrder();
+    void cutRemovesWhatLiesOutside();
+    void aNewBookmarkStandsAtThePositionOfTheBar();
+    void bookmarksAreAddedAndDeletedWithKeys();
+    void aTimeIsEditedWithinTheRecord();
+    void bookmarksAreSent();
+    void aPartIsCopied();
+    void aCopyNeedsANameIfSaid_data();
+    void aCopyNeedsANameIfSaid();
+    void returnInTheNameDoesNotCloseTheWindow();
+
+    void closingAsksAboutChanges_data();
+    void closingAsksAboutChanges();
+    void escapeAsksAboutChangesToo();
+    void withoutChangesNothingIsAsked();
+    void withoutPromptNothingIsAsked();
+    void aReadOnlyWindowNeverAsks();
+    void itMayGoWhileTheQuestionIsOpen();
+
+    void aDeletedRecordEmptiesItWithoutAWord();
+    void anotherRecordMayBeDeleted();
+    void theModelMayGo();
+    void anotherModelIsFollowed();
+    void theSameWindowShowsAnotherRecord();
+
+private:
+    void store(const BookmarkModel::Entries& bookmarks, const QString& id = u"R"_s)
+    {
+        const auto record = makeCopyable(id);
+        record->SetBookmarkEntry(bookmarks);
+        m_records->store(record);
+    }
+
+    /// With the record R of the device D, whose bookmarks can be edited at once.
+    void open(int options)
+    {
+        m_dialog = std::make_unique<EditRecordDialog>(Options(QFlag(options)));
+        model().setSingleShot(m_timer->singleShot());
+        connect(m_dialog.get(), &EditRecordDialog::si_copyRecord, this,
+                [this](const QString& id, quint64 from, quint64 to, const QString& name) {
+                    m_told << u"copy %1 %2-%3 %4"_s.arg(id).arg(from).arg(to).arg(name);
+                });
+        connect(m_dialog.get(), &EditRecordDialog::si_setBookmarkEntries, this,
+                [this](const QString& id, const BookmarkModel::Entries& bookmarks, const QString& device) {
+                    m_told << u"bookmarks %1 of %2: "_s.arg(id, device) + bookmarkTexts(bookmarks).join(u", "_s);
+                });
+        m_dialog->setRecord(u"R"_s, &*m_records, false, u"D"_s);
+        m_dialog->show();
+        m_dialog->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_dialog.get(), patience));
+        m_told.clear();
+    }
+    void openChanged(int options)
+    {
+        open(options);
+        QVERIFY(model().changeEntry(0, bookmarkAt(5, u"moved"_s)));
+    }
+
+    template <typename Part>
+    Part* part(const char* name) const
+    {
+        return m_dialog->findChild<Part*>(QLatin1String(name));
+    }
+    BookmarkModel& model() const { return *m_dialog->bookmarkModel(); }
+    QTableView& table() const { return *part<QTableView>("BookmarkTableView"); }
+    QDialogButtonBox& box() const { return *part<QDialogButtonBox>("DialogButtonBox"); }
+    QPushButton* normalize() const { return part<QPushButton>("NormalizeButton"); }
+    QPushButton* cut() const { return part<QPushButton>("ApplyRangeButton"); }
+    QLabel* info() const { return m_dialog->findChild<QLabel*>(u"RecordInfoLabel"_s, Qt::FindDirectChildrenOnly); }
+    void clickOk() const { QTest::mouseClick(box().button(QDialogButtonBox::Ok), Qt::LeftButton); }
+    QStringList told() { return std::exchange(m_told, {}); }
+    void verifyEmpty() const
+    {
+        QCOMPARE(model().getSynchState(), State::SynchNoRecord);
+        QCOMPARE(model().entryCount(), 0);
+        QCOMPARE(info()->text(), u"Record:"_s);
+        QCOMPARE(info()->toolTip(), QString());
+    }
+
+    std::optional<HandTimer> m_timer;
+    std::optional<ToldRecords> m_records;
+    std::unique_ptr<EditRecordDialog> m_dialog;
+    QStringList m_told;
+};
+
+void EditRecordDialogTest::itHasThePartsOfItsOptions_data()
+{
+    QTest::addColumn<int>("options");
+    QTest::addColumn<QStringList>("parts");
+    const QString copy = u"copy"_s;
+    QTest::newRow("nothing") << 0 << QStringList{u"close"_s};
+    QTest::newRow("the name of the record") << 16 << QStringList{u"label"_s, u"close"_s};
+    QTest::newRow("the axis of time") << 4 << QStringList{u"bar"_s, u"close"_s};
+    QTest::newRow("the copy") << 1 << QStringList{copy, u"close"_s};
+    QTest::newRow("the bookmarks") << 2 << QStringList{u"table"_s, u"ok"_s, u"edit"_s};
+    QTest::newRow("for bookmarks") << bookmarkOptions
+                                   << QStringList{u"table"_s, u"bar"_s, u"label"_s, u"ok"_s, u"edit"_s};
+    QTest::newRow("for a copy") << copyOptions << QStringList{u"bar"_s, copy, u"label"_s, u"close"_s};
+    QTest::newRow("for all") << allOptions << QStringList{u"table"_s, u"bar"_s, copy, u"label"_s, u"ok"_s, u"edit"_s};
+}
+
+void EditRecordDialogTest::itHasThePartsOfItsOptions()
+{
+    QFETCH(const int, options);
+    open(options);
+    QStringList parts;
+    const auto note = [&](bool isThere, const QString& name) {
+        parts << (isThere ? QStringList{name} : QStringList());
+    };
+    note(part<QTableView>("BookmarkTableView"), u"table"_s);
+    note(part<ZelkoGUI::ReplayBarWidget>("ReplayBarWidget"), u"bar"_s);
+    note(part<ZelkoGUI::CopyRecordWidget>("CopyRecordWidget"), u"copy"_s);
+    note(info(), u"label"_s);
+    note(box().standardButtons() == QDialogButtonBox::Close, u"close"_s);
+    note(box().standardButtons() == QDialogButtonBox::Ok, u"ok"_s);
+    note(normalize() && cut(), u"edit"_s);
+    QTEST(parts, "parts");
+    QCOMPARE(model().readOnly(), !parts.contains(u"table"_s));
+}
+
+void EditRecordDialogTest::itIsAsLargeAsItsPartsNeed_data()
+{
+    QTest::addColumn<int>("options");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("with nothing in it") << 0 << QSize(200, 200);
+    QTest::newRow("with the axis of time") << 4 << QSize(500, 200);
+    QTest::newRow("with bookmarks") << 2 << QSize(500, 500);
+    QTest::newRow("for all") << allOptions << QSize(500, 500);
+}
+
+void EditRecordDialogTest::itIsAsLargeAsItsPartsNeed()
+{
+    QFETCH(const int, options);
+    const EditRecordDialog dialog(Options(QFlag(options)), nullptr);
+    QTEST(dialog.size(), "size");
+    QCOMPARE(dialog.objectName(), u"EditRecordDialog"_s);
+    QCOMPARE(dialog.windowTitle(), u"Edit Record"_s);
+    QVERIFY(dialog.isSizeGripEnabled());
+    QVERIFY(dialog.promptUnsavedChanged());
+    QVERIFY(dialog.windowFlags().testFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint));
+}
+
+void EditRecordDialogTest::itsPartsStandOneBelowTheOther()
+{
+    open(allOptions);
+    const QList<const QWidget*> parts{part<QWidget>("CopyRecordWidget"), part<QWidget>("ReplayBarWidget"), &table(),
+                                      info(), &box()};
+    for (int i = 1; i < parts.size(); ++i) {
+        QVERIFY(parts[i - 1]->geometry().bottom() < parts[i]->geometry().top());
+    }
+}
+
+void EditRecordDialogTest::theTableIsMadeForBookmarks()
+{
+    open(bookmarkOptions);
+    QCOMPARE(table().model(), &model());
+    QVERIFY(table().alternatingRowColors());
+    QVERIFY(!table().isSortingEnabled());
+    QCOMPARE(table().selectionMode(), QAbstractItemView::SingleSelection);
+    QVERIFY(table().horizontalHeader()->stretchLastSection());
+    QVERIFY(qobject_cast<ZelkoGUI::BookmarkEditTimeDelegate*>(table().itemDelegateForColumn(0)));
+    QVERIFY(!table().accessibleName().isEmpty());
+    QVERIFY(table().columnWidth(0) > table().fontMetrics().horizontalAdvance(u"2023-11-14 23:13:20:000"_s) + 20);
+    QCOMPARE(normalize()->text(), u"Normalize"_s);
+    QCOMPARE(normalize()->toolTip(), u"create unique timestamps in the correct sequence"_s);
+    QCOMPARE(cut()->text(), u"Cut Range"_s);
+    QCOMPARE(cut()->toolTip(), u"remove all entries which do not fit into the record range"_s);
+    QVERIFY(!normalize()->icon().isNull() && !cut()->icon().isNull());
+}
+
+void EditRecordDialogTest::theLabelNamesTheRecord_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("a name") << u"Tower"_s << u"Record: Tower"_s;
+    QTest::newRow("no name") << QString() << u"Record: n/a"_s;
+    QTest::newRow("what looks like markup") << u"<b>Tower</b>"_s << u"Record: <b>Tower</b>"_s;
+}
+
+void EditRecordDialogTest::theLabelNamesTheRecord()
+{
+    QFETCH(const QString, name);
+    open(16);
+    const auto record = makeCopyable();
+    record->SetRecordName(name);
+    m_records->store(record);
+    QTEST(info()->text(), "text");
+    QCOMPARE(info()->textFormat(), Qt::PlainText);
+    QCOMPARE(info()->toolTip(), u"Record ID:R"_s);
+}
+
+void EditRecordDialogTest::withoutARecordItIsEmpty()
+{
+    open(allOptions);
+    m_dialog->resetRecord();
+    verifyEmpty();
+    m_dialog->setRecord(u"S"_s, &*m_records, false, QString());
+    verifyEmpty();
+}
+
+void EditRecordDialogTest::anOverlongNameDoesNotWidenTheWindow()
+{
+    open(allOptions);
+    const int before = m_dialog->minimumSizeHint().width();
+    const auto record = makeCopyable();
+    record->SetRecordName(QString(10'000, u'x'));
+    record->SetBookmarkEntry({bookmarkAt(5, QString(10'000, u'y'))});
+    m_records->store(record);
+    QVERIFY(m_dialog->minimumSizeHint().width() <= before);
+}
+
+void EditRecordDialogTest::bookmarksCanBeEditedAfterTheDelay()
+{
+    open(bookmarkOptions);
+    m_dialog->setRecord(u"R"_s, &*m_records, true, u"D"_s);
+    QCOMPARE(model().getSynchState(), State::SynchPending);
+    m_timer->advance(BookmarkModel::UnlockDelay);
+    QCOMPARE(model().getSynchState(), State::SynchInSync);
+}
+
+void EditRecordDialogTest::theButtonsShowForAListThatNeedsThem_data()
+{
+    QTest::addColumn<BookmarkModel::Entries>("bookmarks");
+    QTest::addColumn<bool>("isSorted");
+    QTest::addColumn<bool>("isWithin");
+    QTest::newRow("a clean list") << twoBookmarks << true << true;
+    QTest::newRow("no list") << BookmarkModel::Entries() << true << true;
+    QTest::newRow("out of order") << BookmarkModel::Entries{bookmarkAt(20, u"b"_s), bookmarkAt(10, u"a"_s)} << false
+                                  << true;
+    QTest::newRow("behind the record") << BookmarkModel::Entries{bookmarkAt(10, u"a"_s), bookmarkAt(91, u"b"_s)} << true
+                                       << false;
+    QTest::newRow("both") << BookmarkModel::Entries{bookmarkAt(91, u"b"_s), bookmarkAt(10, u"a"_s)} << false << false;
+}
+
+void EditRecordDialogTest::theButtonsShowForAListThatNeedsThem()
+{
+    QFETCH(const BookmarkModel::Entries, bookmarks);
+    open(bookmarkOptions);
+    QVERIFY(!normalize()->isVisible());
+    QVERIFY(!cut()->isVisible());
+    model().setEntries(bookmarks);
+    QTEST(!normalize()->isVisible(), "isSorted");
+    QTEST(!cut()->isVisible(), "isWithin");
+    m_dialog->resetRecord();
+    QVERIFY(!normalize()->isVisible());
+    QVERIFY(!cut()->isVisible());
+}
+
+void EditRecordDialogTest::normalizePutsTheListInOrder()
+{
+    open(bookmarkOptions);
+    model().setEntries({bookmarkAt(20, u"b"_s), bookmarkAt(10, u"a"_s)});
+    QTest::mouseClick(normalize(), Qt::LeftButton);
+    QCOMPARE(bookmarkTexts(model().entries()), textsOfTwo);
+    QVERIFY(!normalize()->isVisible());
+    QVERIFY(m_dialog->isVisible());
+}
+
+void EditRecordDialogTest::cutRemovesWhatLiesOutside()
+{
+    open(bookmarkOptions);
+    model().setEntries({bookmarkAt(-1, u"early"_s), bookmarkAt(10, u"a"_s), bookmarkAt(91, u"late"_s)});
+    QTest::mouseClick(cut(), Qt::LeftButton);
+    QCOMPARE(bookmarkTexts(model().entries()), QStringList{u"10000000 a"_s});
+    QVERIFY(!cut()->isVisible());
+    QVERIFY(m_dialog->isVisible());
+}
+
+void EditRecordDialogTest::aNewBookmarkStandsAtThePositionOfTheBar()
+{
+    open(bookmarkOptions);
+    auto& bar = *part<VCReplayBar>("ZelkoReplayBar");
+    ReplayBarHands hands(bar);
+    const double from = static_cast<double>(recordBegin);
+    const double to = from + 45e6;
+    const double position = hands.afterDrag(from, to);
+    hands.dragPosition(from, to);
+    const QHeaderView* const header = table().verticalHeader();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      {header->width() / 2, header->sectionViewportPosition(2) + header->sectionSize(2) / 2});
+    QCOMPARE(model().entryCount(), 3);
+    QCOMPARE(model().entry(2).GetTimestamp(), static_cast<quint64>(position));
+}
+
+void EditRecordDialogTest::bookmarksAreAddedAndDeletedWithKeys()
+{
+    open(bookmarkOptions);
+    table().setFocus();
+    table().setCurrentIndex(model().index(0, 1));
+    QTest::keyClick(&table(), Qt::Key_Insert);
+    QCOMPARE(model().entryCount(), 3);
+    QTest::keyClick(&table(), Qt::Key_Up);
+    QTest::keyClicks(&table(), u"n"_s);
+    QWidget* const editor = table().indexWidget(model().index(2, 1));
+    QVERIFY(editor);
+    QTest::keyClicks(editor, u"ew"_s);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(model().entry(2).GetBookmark(), u"new"_s, patience);
+    QVERIFY(m_dialog->isVisible());
+    table().setCurrentIndex(model().index(0, 0));
+    QTest::keyClick(&table(), Qt::Key_Delete);
+    QCOMPARE(bookmarkTexts(model().entries()), QStringList({u"20000000 b"_s, u"0 new"_s}));
+}
+
+void EditRecordDialogTest::aTimeIsEditedWithinTheRecord()
+{
+    open(bookmarkOptions);
+    table().edit(model().index(0, 0));
+    auto* const editor = qobject_cast<QDateTimeEdit*>(table().indexWidget(model().index(0, 0)));
+    QVERIFY(editor);
+    QCOMPARE(editor->minimumDateTime(), model().minDateTime());
+    editor->setSelectedSection(QDateTimeEdit::SecondSection);
+    QTest::keyClick(editor, Qt::Key_Up);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(bookmarkTexts(model().entries()).first(), u"11000000 a"_s, patience);
+}
+
+void EditRecordDialogTest::bookmarksAreSent()
+{
+    openChanged(bookmarkOptions);
+    QTest::mouseClick(part<QToolButton>("ApplyBookmarks"), Qt::LeftButton);
+    QCOMPARE(told(), QStringList{u"bookmarks R of D: 5000000 moved, 20000000 b"_s});
+}
+
+void EditRecordDialogTest::aPartIsCopied()
+{
+    open(copyOptions);
+    QTest::mouseClick(part<QToolButton>("SaveButton"), Qt::LeftButton);
+    QCOMPARE(told(), QStringList{u"copy R 1000-901000 name of R_Copy"_s});
+    QVERIFY(m_dialog->isVisible());
+    const auto begin = static_cast<long long>(recordBegin);
+    QCOMPARE(part<VCReplayBar>("ZelkoReplayBar")->GetRangeVector(),
+             (std::vector<std::pair<long long, long long>>{{begin, begin + 90'000'000}}));
+}
+
+void EditRecordDialogTest::aCopyNeedsANameIfSaid_data()
+{
+    QTest::addColumn<int>("options");
+    QTest::addColumn<bool>("canBeSaved");
+    QTest::newRow("said") << 9 << false;
+    QTest::newRow("not said") << 1 << true;
+}
+
+void EditRecordDialogTest::aCopyNeedsANameIfSaid()
+{
+    QFETCH(const int, options);
+    open(options);
+    QVERIFY(part<QToolButton>("SaveButton")->isEnabled());
+    part<QLineEdit>("RecordNameEdit")->selectAll();
+    QTest::keyClick(part<QLineEdit>("RecordNameEdit"), Qt::Key_Delete);
+    QTEST(part<QToolButton>("SaveButton")->isEnabled(), "canBeSaved");
+}
+
+void EditRecordDialogTest::returnInTheNameDoesNotCloseTheWindow()
+{
+    open(allOptions);
+    for (const char* const name : {"RecordNameEdit", "DateTimeEdit"}) {
+        QTest::keyClick(part<QWidget>(name), Qt::Key_Return);
+        QTest::keyClick(part<QWidget>(name), Qt::Key_Enter);
+        QVERIFY(m_dialog->isVisible());
+    }
+}
+
+void EditRecordDialogTest::closingAsksAboutChanges_data()
+{
+    QTest::addColumn<QMessageBox::StandardButton>("button");
+    QTest::addColumn<bool>("stays");
+    QTest::addColumn<QStringList>("sent");
+    QTest::addColumn<State>("state");
+    const QStringList bookmarks{u"bookmarks R of D: 5000000 moved, 20000000 b"_s};
+    QTest::newRow("yes") << QMessageBox::Yes << false << bookmarks << State::SynchPending;
+    QTest::newRow("no") << QMessageBox::No << false << QStringList() << State::SynchLocalChange;
+    QTest::newRow("cancel") << QMessageBox::Cancel << true << QStringList() << State::SynchLocalChange;
+}
+
+void EditRecordDialogTest::closingAsksAboutChanges()
+{
+    QFETCH(const QMessageBox::StandardButton, button);
+    openChanged(bookmarkOptions);
+    const DialogAnswer answer([&](QWidget* window) {
+        auto* const question = qobject_cast<QMessageBox*>(window);
+        QVERIFY(question);
+        QCOMPARE(question->parentWidget(), m_dialog.get());
+        QCOMPARE(question->icon(), QMessageBox::Question);
+        QCOMPARE(question->windowTitle(), u"Save Bookmarks"_s);
+        QCOMPARE(question->text(), u"The changes made to the bookmarks have not been saved. Do you want to save them "
+                                   "before closing the window?"_s);
+        QCOMPARE(question->standardButtons(), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        answers::clickOn(question, button);
+    });
+    clickOk();
+    QVERIFY(answer.wasGiven());
+    QTEST(m_dialog->isVisible(), "stays");
+    QTEST(told(), "sent");
+    QTEST(model().getSynchState(), "state");
+}
+
+void EditRecordDialogTest::escapeAsksAboutChangesToo()
+{
+    openChanged(bookmarkOptions);
+    {
+        const DialogAnswer answer(answers::click(QMessageBox::Cancel));
+        QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
+        QVERIFY(answer.wasGiven());
+        QVERIFY(m_dialog->isVisible());
+    }
+    const DialogAnswer answer(answers::click(QMessageBox::No));
+    QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
+    QVERIFY(answer.wasGiven());
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(told(), QStringList());
+}
+
+void EditRecordDialogTest::withoutChangesNothingIsAsked()
+{
+    open(bookmarkOptions);
+    clickOk();
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_dialog->result(), int{QDialog::Accepted});
+    QCOMPARE(told(), QStringList());
+}
+
+void EditRecordDialogTest::withoutPromptNothingIsAsked()
+{
+    openChanged(bookmarkOptions);
+    m_dialog->setPromptUnsavedChanged(false);
+    QVERIFY(!m_dialog->promptUnsavedChanged());
+    clickOk();
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(told(), QStringList());
+}
+
+void EditRecordDialogTest::aReadOnlyWindowNeverAsks()
+{
+    open(copyOptions);
+    QVERIFY(!normalize() && !cut());
+    QTest::mouseClick(box().button(QDialogButtonBox::Close), Qt::LeftButton);
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_dialog->result(), int{QDialog::Rejected});
+}
+
+void EditRecordDialogTest::itMayGoWhileTheQuestionIsOpen()
+{
+    openChanged(bookmarkOptions);
+    EditRecordDialog& dialog = *m_dialog;
+    const DialogAnswer answer([this](QWidget*) { m_dialog.reset(); });
+    dialog.accept();
+    QVERIFY(answer.wasGiven());
+    QCOMPARE(told(), QStringList());
+}
+
+void EditRecordDialogTest::aDeletedRecordEmptiesItWithoutAWord()
+{
+    openChanged(allOptions);
+    const DialogAnswer answer([](QWidget*) {});
+    m_records->drop(u"R"_s);
+    QVERIFY(!answer.wasGiven());
+    verifyEmpty();
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(!part<QLineEdit>("RecordNameEdit")->isEnabled());
+    QCOMPARE(told(), QStringList());
+}
+
+void EditRecordDialogTest::anotherRecordMayBeDeleted()
+{
+    store({}, u"S"_s);
+    open(allOptions);
+    m_records->drop(u"S"_s);
+    QCOMPARE(info()->text(), u"Record: name of R"_s);
+    QCOMPARE(model().entryCount(), 2);
+}
+
+void EditRecordDialogTest::theModelMayGo()
+{
+    open(allOptions);
+    m_records.reset();
+    verifyEmpty();
+}
+
+void EditRecordDialogTest::anotherModelIsFollowed()
+{
+    ToldRecords others;
+    others.store(makeCopyable(u"S"_s));
+    open(allOptions);
+    m_dialog->setRecord(u"S"_s, &others, false, QString());
+    m_records.reset();
+    QCOMPARE(info()->text(), u"Record: name of S"_s);
+    others.replaceAll({});
+    QCOMPARE(info()->text(), u"Record:"_s);
+    others.replaceAll({u"S"_s});
+    QCOMPARE(info()->text(), u"Record: name of S"_s);
+    others.drop(u"S"_s);
+    verifyEmpty();
+}
+
+void EditRecordDialogTest::theSameWindowShowsAnotherRecord()
+{
+    store({bookmarkAt(30, u"c"_s)}, u"S"_s);
+    open(allOptions);
+    m_dialog->setRecord(u"S"_s, &*m_records, false, u"E"_s);
+    QCOMPARE(bookmarkTexts(model().entries()), QStringList{u"30000000 c"_s});
+    model().clear();
+    QTest::mouseClick(part<QToolButton>("ApplyBookmarks"), Qt::LeftButton);
+    QTest::mouseClick(part<QToolButton>("SaveButton"), Qt::LeftButton);
+    QCOMPARE(told(), QStringList({u"bookmarks S of E: "_s, u"copy S 1000-901000 name of S_Copy"_s}));
+}
+
+QTEST_MAIN(EditRecordDialogTest)
+#include "tst_editrecorddialog.moc"
