@@ -82,6 +82,7 @@ bool SourceFlow::takeFrame(qint64 due)
 {
     ChannelFrame frame = ChannelFrame::at(m_timeline.indexEntryAt(m_position));
     const qint64 frames = m_source->read(m_samples.data(), framesUntil(due));
+    m_number += isBehindHole() ? 1U : 0U;
     frame.number = m_number++;
     frame.isLast = frames == 0;
     m_bytes.clear();
@@ -95,6 +96,16 @@ qint64 SourceFlow::framesUntil(qint64 due) const
     const qint64 segment = m_timeline.nextSegment(m_position);
     const qint64 end = segment < 0 ? due : std::min(due, segment);
     return std::min(end - m_position, static_cast<qint64>(m_samples.size()) / m_bytesPerFrame);
+}
+
+// Times are rounded down, so that two samples may seem to be a microsecond further apart than they are.
+bool SourceFlow::isBehindHole() const
+{
+    if (m_position == 0) {
+        return false;
+    }
+    const quint64 next = m_timeline.timeAt(m_position - 1) + m_source->description().microsecondsAt(1) + 1;
+    return m_timeline.timeAt(m_position) > next;
 }
 
 } // namespace ZelkoRecorder

@@ -16,7 +16,8 @@ namespace ZelkoRecorder {
 /// Plays a source into a channel: its samples go in frames of stream 0 to a port of this host, as they come due, until
 /// the signal ends or nobody takes them. On a thread of its own.
 ///
-/// A frame holds samples of one tuning. The last one of a signal that ends is empty and says so.
+/// A frame holds samples of one tuning. A number is left out where the signal has a hole in time. The last frame of a
+/// signal that ends is empty and says so.
 class SourceFlow
 {
 public:
@@ -40,6 +41,7 @@ private:
     bool send(const FlowConnection& connection, const std::stop_token& stop) const;
     bool takeFrame(qint64 due);
     qint64 framesUntil(qint64 due) const;
+    bool isBehindHole() const;
 
     const std::unique_ptr<SignalSource> m_source;
     const quint16 m_port;

@@ -39,6 +39,7 @@ private Q_SLOTS:
     void beginsTheSourceAnewWithEachRecording();
     void endsTheRecordingWithTheSource();
     void keepsTheTimesOfACapture();
+    void keepsTheHolesOfACapture();
     void endsTheRecordingWhenItsTimeIsOver();
     void endsTheRecordingAtItsSize();
     void recordsInALoop();
@@ -192,6 +193,26 @@ void TestOwnChannels::keepsTheTimesOfACapture()
     QCOMPARE(recordedBytes(), QByteArray("0123456789abcdef"));
     QCOMPARE(recorded()->GetStartTime(), 1'624'058'271'163'959U);
     QCOMPARE(recorded()->GetStopTime(), 1'624'058'271'167'959U);
+}
+
+void TestOwnChannels::keepsTheHolesOfACapture()
+{
+    const QTemporaryDir folder;
+    const QString stem = folder.filePath(u"capture"_s);
+    SigmfPair pair;
+    pair.captures.append(QJsonObject{
+        {"core:sample_start", 2}, {"core:frequency", 145000000.0}, {"core:datetime", "2021-06-18T23:17:55Z"}});
+    QVERIFY(pair.write(stem));
+    begin(stem + u".sigmf-meta"_s);
+    record(StartRequested);
+    QTRY_VERIFY_WITH_TIMEOUT(isRecorded(), patience);
+    QCOMPARE(recordedBytes(), QByteArray("0123456789abcdef"));
+    QStringList entries;
+    for (const auto& entry : std::as_const(*recorded()).GetIndexEntry()) {
+        entries.append(u"%1 at %2"_s.arg(entry.GetRecordOffset()).arg(entry.GetTimestamp()));
+    }
+    QCOMPARE(entries, (QStringList{"0 at 1624058271163959", "8 at 1624058271165959", "8 at 1624058275000000",
+                                   "16 at 1624058275002000"}));
 }
 
 void TestOwnChannels::endsTheRecordingWhenItsTimeIsOver()

@@ -25,6 +25,8 @@ private Q_SLOTS:
     void saysWhatTheSamplesAre();
     void takesTheTimesOfTheSignal();
     void sendsNoFrameAcrossATuning();
+    void leavesOutANumberWhereTimeIsMissing_data();
+    void leavesOutANumberWhereTimeIsMissing();
     void keepsFramesSmall();
     void endsWithTheSignal();
     void endsWithASourceThatFails();
@@ -111,6 +113,35 @@ void TestSourceFlow::sendsNoFrameAcrossATuning()
     QCOMPARE(frames[1].sampleBytes, 280U);
     QCOMPARE(frames[1].centreFrequency, 146'000'000U);
     QCOMPARE(frames[1].time, 10'030'000U);
+    QCOMPARE(m_taker->samples(), CountingSource::bytes(100));
+}
+
+void TestSourceFlow::leavesOutANumberWhereTimeIsMissing_data()
+{
+    QTest::addColumn<quint64>("rate");
+    QTest::addColumn<quint64>("secondStart"); // 30 frames behind the first; 0: follows from it
+    QTest::addColumn<QVector<quint32>>("numbers");
+    QTest::newRow("no hole") << quint64{1000} << quint64{77'030'000} << QVector<quint32>{0, 1, 2};
+    QTest::newRow("no time of its own") << quint64{1000} << quint64{0} << QVector<quint32>{0, 1, 2};
+    QTest::newRow("times that are rounded") << quint64{48'000} << quint64{77'000'625} << QVector<quint32>{0, 1, 2};
+    QTest::newRow("a hole") << quint64{1000} << quint64{78'000'000} << QVector<quint32>{0, 2, 3};
+    QTest::newRow("time that has been before") << quint64{1000} << quint64{77'010'000} << QVector<quint32>{0, 1, 2};
+}
+
+void TestSourceFlow::leavesOutANumberWhereTimeIsMissing()
+{
+    QFETCH(const quint64, rate);
+    QFETCH(const quint64, secondStart);
+    SourceDescription signal = CountingSource::signal(100, rate);
+    signal.segments[0].startTime = 77'000'000;
+    signal.segments.append({30, 145'000'000, secondStart});
+    start(signal, 0);
+    QVERIFY(advanceUntil([this] { return m_taker->hasLast(); }));
+    QVector<quint32> numbers;
+    for (const ChannelFrame& frame : m_taker->frames()) {
+        numbers.append(frame.number);
+    }
+    QTEST(numbers, "numbers");
     QCOMPARE(m_taker->samples(), CountingSource::bytes(100));
 }
 
