@@ -305,6 +305,8 @@ void TestSharedBookmarks::whatAnotherDoesIsTakenWithoutAnAnswer()
     QCOMPARE(changesAtOther(), static_cast<quint64>(sent.size()));
     QVERIFY2(m_model->shows(list), qPrintable(m_model->bar()));
     QCOMPARE(m_model->state(), "SynchLocalChange");
+    const auto stored = m_site->stored(record); // until the list is sent
+    QCOMPARE(bookmarkTexts(stored.GetBookmarkEntry()), textsOfTwo);
 }
 
 void TestSharedBookmarks::whatIsRefusedIsTakenBackOnce_data()
