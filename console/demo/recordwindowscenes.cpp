@@ -4,6 +4,7 @@
 #include <console/hands/dialoganswer.h>
 
 #include <valuecore/tree.h>
+#include <vornappstartup/cfgcenter.h>
 #include <zelkobase/maps/recorditemmap.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/editrecord/editrecorddialog.h>
@@ -12,6 +13,7 @@
 
 #include <QHeaderView>
 #include <QTableView>
+#include <QTemporaryDir>
 
 namespace ZelkoConsole {
 namespace {
@@ -46,6 +48,19 @@ ZELKO_XML::HistoryEntry comment(int minute, const QString& text)
     entry.SetHistoryEntry(text);
     return entry;
 }
+
+/// A user's configuration that goes with the pictures: windows keep the layout of their columns there.
+class PaintedConfiguration
+{
+public:
+    PaintedConfiguration() { CfgCenter::SetFile(ICfg::UserView, m_folder.filePath(QStringLiteral("user.ini"))); }
+    ~PaintedConfiguration() { CfgCenter::SetFile(ICfg::UserView, QString()); }
+    PaintedConfiguration(const PaintedConfiguration&) = delete;
+    PaintedConfiguration& operator=(const PaintedConfiguration&) = delete;
+
+private:
+    const QTemporaryDir m_folder;
+};
 
 /// The records of a device: an ordinary one of an hour, one with nothing in it, and one whose texts are too long.
 class PaintedRecords
@@ -152,6 +167,7 @@ void paintEditInUse(ScenePainter& painter)
 
 void paintRecordWindowScenes(ScenePainter& painter)
 {
+    const PaintedConfiguration configuration;
     paintHistory(painter);
     paintEdit(painter, 30, "edit-bookmarks");
     paintEdit(painter, 29, "copy-record");
