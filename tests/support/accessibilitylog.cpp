@@ -48,7 +48,12 @@ class LoggingBridgePlugin final : public QAccessibleBridgePlugin
     Q_PLUGIN_METADATA(IID QAccessibleBridgeFactoryInterface_iid FILE "accessibilitylog.json")
 
 public:
-    QAccessibleBridge* create(const QString&) override { return new LoggingBridge; }
+    // Qt asks once, owns what it gets, and forgets it at its end: known from here it is no leak.
+    QAccessibleBridge* create(const QString&) override
+    {
+        static QAccessibleBridge* const bridge = new LoggingBridge;
+        return bridge;
+    }
 };
 
 Q_IMPORT_PLUGIN(LoggingBridgePlugin)
