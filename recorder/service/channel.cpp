@@ -324,10 +324,12 @@ void Channel::beginFlow()
         });
 }
 
-// The first data have as much time as the recording, and never less than a slow source may need.
+// The first data have as much time as the recording, and never less than a slow source may need. Without a time that it
+// is to last a recording waits for a signal that may come tomorrow, until somebody stops it.
 void Channel::awaitData()
 {
-    if (m_machine.state() == ChannelMachine::State::Recording && !m_machine.hasData()) {
+    const bool isWaiting = m_machine.state() == ChannelMachine::State::Recording && !m_machine.hasData();
+    if (isWaiting && m_recording.seconds > 0) {
         m_durationTimer.start(
             std::max<std::chrono::milliseconds>(std::chrono::seconds(m_recording.seconds), m_options.dataPatience));
     }

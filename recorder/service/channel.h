@@ -88,7 +88,8 @@ public:
     /// NotAble, and nothing happens, for what cannot be done with a channel of the recorder's own.
     /// @{
     /// Done means that it was begun: whatever fails later the manager is told, and `failed` tells it. That is so, too,
-    /// when no data have come after the length of the recording or, if that is longer, the options' patience.
+    /// when no data have come after the length of the recording or, if that is longer, the options' patience. Without a
+    /// length it waits for data until it is stopped.
     Verdict startRecording(const Recording& recording);
     /// An empty name leaves the record the one that it has; with any other it is answered when the record has the name,
     /// durably. NotRecording, too, for a name that comes when the record is as good as closed; NotStored for one that

@@ -95,6 +95,7 @@ void TestChannelBranch::hasAValueForEachName_data()
     row("DataFormat", m_branch.dataFormat);
     row("IsDeletable", m_branch.isDeletable);
     row("RecordID", m_branch.recordId);
+    row("Bookmarks", m_branch.bookmarks);
 }
 
 void TestChannelBranch::hasAValueForEachName()
@@ -107,7 +108,7 @@ void TestChannelBranch::hasAValueForEachName()
 
 void TestChannelBranch::hasNothingElse()
 {
-    QCOMPARE(names().size(), 24);
+    QCOMPARE(names().size(), 25);
 }
 
 // By the keys, which travel, and the words that people read.

@@ -33,8 +33,8 @@ private Q_SLOTS:
     void tellsOfTheRecordThatIsMade();
     void stopsBeforeDataHaveCome();
     void endsARecordingWhenItsTimeIsOver();
-    void endsARecordingToWhichNoDataCome_data();
     void endsARecordingToWhichNoDataCome();
+    void waitsForDataAsLongAsTheRecordingIs_data();
     void waitsForDataAsLongAsTheRecordingIs();
     void endsARecordingAtItsSize();
     void recordsInALoop();
@@ -218,21 +218,13 @@ void TestChannelPanel::endsARecordingWhenItsTimeIsOver()
     QCOMPARE(m_shown->error(), QString());
 }
 
-void TestChannelPanel::endsARecordingToWhichNoDataCome_data()
-{
-    QTest::addColumn<int>("timeout");
-    QTest::newRow("with a timeout") << 1;
-    QTest::newRow("without one") << 0;
-}
-
 void TestChannelPanel::endsARecordingToWhichNoDataCome()
 {
-    QFETCH(const int, timeout);
     ZelkoRecorder::ServiceHost::Options options;
     options.channels.channel.dataPatience = std::chrono::milliseconds(1);
     end();
     enterAnew(options);
-    m_shown->write<int>("RecordTimeout", timeout);
+    m_shown->write<int>("RecordTimeout", 1);
     writeRecordingState(startRequested);
     QTRY_COMPARE_WITH_TIMEOUT(m_shown->error(), u"no data have come"_s, patience);
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
@@ -241,13 +233,21 @@ void TestChannelPanel::endsARecordingToWhichNoDataCome()
     QVERIFY(!onlyRecord());
 }
 
+void TestChannelPanel::waitsForDataAsLongAsTheRecordingIs_data()
+{
+    QTest::addColumn<int>("timeout");
+    QTest::newRow("an hour") << 3600;
+    QTest::newRow("without an end") << 0;
+}
+
 void TestChannelPanel::waitsForDataAsLongAsTheRecordingIs()
 {
+    QFETCH(const int, timeout);
     ZelkoRecorder::ServiceHost::Options options;
     options.channels.channel.dataPatience = std::chrono::milliseconds(1);
     end();
     enterAnew(options);
-    m_shown->write<int>("RecordTimeout", 3600);
+    m_shown->write<int>("RecordTimeout", timeout);
     startByValue();
     send({0});
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"recording"_s, patience);
