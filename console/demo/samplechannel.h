@@ -50,7 +50,7 @@ private:
     template <typename T>
     void put(std::initializer_list<QLatin1String> valueNames) const;
 
-    const QString m_path;
+    QString m_path;
 };
 
 } // namespace ZelkoConsole

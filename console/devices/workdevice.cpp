@@ -56,6 +56,10 @@ DeviceCombo* WorkDevice::makeCombo()
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setMinimumContentsLength(shownCharacters);
     combo->SetDevice_ValuePath(deviceId->GetPathName());
+    if (const QString& device = combo->GetSelectedDevice(); !device.isEmpty()) {
+        deviceId->SetValue(device,
+                           nullptr); // the box does not write what it had chosen before it was tied to the value
+    }
     m_layout->addWidget(combo);
     m_label->setBuddy(combo);
     connect(combo, &QComboBox::activated, this,

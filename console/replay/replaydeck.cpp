@@ -1,12 +1,13 @@
 #include <console/replay/replaydeck.h>
 
-#include <console/channel/channelpanel.h>
+#include <console/channel/workchannelpanel.h>
 #include <console/devices/workdevice.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordsituation.h>
-#include <console/replay/bookmarktable.h>
+#include <console/replay/bookmarktableview.h>
 #include <console/replay/replaycontrols.h>
 
+#include <chartcontrols/vcreplaybar.h>
 #include <host/userrights.h>
 #include <zelkobase/data/recordextent.h>
 #include <zelkobase/names/valuenames.h>
@@ -17,6 +18,9 @@
 #include <zelkoguibase/state/zelkochannelmodel.h>
 
 #include <QHBoxLayout>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
 #include <QSettings>
 #include <QToolButton>
 
@@ -66,8 +70,8 @@ ReplayDeck::ReplayDeck(const WorkChannel::Connection& connection, RecordPane* re
     , m_controller(records->controller())
     , m_controls(new ReplayControls)
     , m_fold(makeFoldButton())
-    , m_panel(new ChannelPanel)
-    , m_table(new BookmarkTable)
+    , m_panel(new WorkChannelPanel)
+    , m_table(new BookmarkTableView)
     , m_barRow(new QHBoxLayout)
 {
     m_soon.setSingleShot(true);
@@ -151,8 +155,39 @@ void ReplayDeck::followChannel(WorkChannel& channel)
 
 void ReplayDeck::look()
 {
+    if (m_isAsking) {
+        return; // whoever asks looks then
+    }
+    if (selected() != m_shown) {
+        settleBookmarks();
+    }
     updateBar();
     showSelected();
+}
+
+bool ReplayDeck::isUnsent() const
+{
+    return m_bookmarks && m_bookmarks->getSynchState() == BookmarkModel::SynchLocalChange;
+}
+
+void ReplayDeck::settleBookmarks()
+{
+    if (m_isAsking || !isUnsent()) {
+        return;
+    }
+    const QScopedValueRollback asking(m_isAsking, true);
+    QMessageBox box(QMessageBox::Question, tr("Bookmarks"),
+                    tr("The bookmarks of the record were changed and are not sent yet."), QMessageBox::NoButton,
+                    window());
+    box.setInformativeText(tr("Send them to the recorder?"));
+    const QPushButton* const send = box.addButton(tr("&Send"), QMessageBox::AcceptRole);
+    box.addButton(QMessageBox::Discard);
+    box.exec();
+    if (box.clickedButton() == send) {
+        m_bookmarks->sl_synchronize();
+    } else {
+        m_bookmarks->sl_reset();
+    }
 }
 
 // Not while bookmarks were changed and not sent, unless nobody can send them any more: another bar has its record set,
@@ -161,8 +196,7 @@ void ReplayDeck::updateBar()
 {
     WorkChannel* const beside = m_channel && m_channel->isOffered() ? m_channel.get() : nullptr;
     const bool hasRightModel = m_bookmarks && m_bookmarks->readOnly() == !mayChangeAnything();
-    const bool isUnsent = m_bookmarks && m_bookmarks->getSynchState() == BookmarkModel::SynchLocalChange;
-    if (hasRightModel && m_bar && (beside == m_beside || isUnsent)) {
+    if (hasRightModel && m_bar && (beside == m_beside || isUnsent())) {
         return;
     }
     m_bar.reset();
@@ -279,6 +313,17 @@ void ReplayDeck::startReplay()
     model.setDeviceID(m_shown.device);
     model.setRecordData(*record);
     model.setReplayRunning();
+}
+
+void ReplayDeck::goToBar()
+{
+    m_bar->findChild<VCReplayBar*>()->setFocus();
+}
+
+void ReplayDeck::goToBookmarks()
+{
+    showBookmarks(true);
+    m_table->setFocus();
 }
 
 void ReplayDeck::showBookmarks(bool show)

@@ -20,8 +20,8 @@ class ZelkoServerGUIController;
 
 namespace ZelkoConsole {
 
-class BookmarkTable;
-class ChannelPanel;
+class BookmarkTableView;
+class WorkChannelPanel;
 class RecordPane;
 class ReplayControls;
 
@@ -40,6 +40,10 @@ public:
     ReplayDeck(const WorkChannel::Connection& connection, RecordPane* records, QWidget* parent = nullptr);
     ~ReplayDeck() override;
 
+    /// Where bookmarks were changed and not sent, asks whether they are to be; blocks as long as the user takes. To be
+    /// called before the records that are shown go. Where only the selection changes, that is asked without it.
+    void settleBookmarks();
+
     /// Works with the channels of a sub system; with none for an empty name.
     void setSubSystem(const QString& subSystem);
 
@@ -51,6 +55,12 @@ public:
     void restorePlaces(const QSettings& settings);
     /// @}
 
+    /// @name For the keyboard
+    /// @{
+    void goToBar();
+    void goToBookmarks(); ///< unfolds them
+    /// @}
+
     /// Null without a sub system. Another sub system has another one.
     WorkChannel* channel() const { return m_channel.get(); }
 
@@ -58,8 +68,8 @@ public:
     /// @{
     ZelkoGUI::ReplayBarWidget* bar() const { return m_bar.get(); }
     ZelkoGUI::BookmarkModel* bookmarks() const { return m_bookmarks.get(); }
-    BookmarkTable* table() const { return m_table; }
-    ChannelPanel* panel() const { return m_panel; }
+    BookmarkTableView* table() const { return m_table; }
+    WorkChannelPanel* panel() const { return m_panel; }
     ReplayControls* controls() const { return m_controls; }
     QToolButton* bookmarkButton() const { return m_fold; }
     /// @}
@@ -77,6 +87,7 @@ private:
     void connectParts();
     void followRecords();
     void look();
+    bool isUnsent() const;
     void updateBar();
     void makeBookmarks();
     void makeBar(WorkChannel* beside);
@@ -93,6 +104,7 @@ private:
     const QPointer<ZelkoGUI::ZelkoServerGUIController> m_controller;
     QString m_subSystem;
     Shown m_shown;
+    bool m_isAsking = false;
     QTimer m_soon;
     std::unique_ptr<WorkChannel> m_channel;
     WorkChannel* m_beside = nullptr; // the channel that the bar was made for
@@ -100,8 +112,8 @@ private:
     std::unique_ptr<ZelkoGUI::ReplayBarWidget> m_bar;
     ReplayControls* m_controls;
     QToolButton* m_fold;
-    ChannelPanel* m_panel;
-    BookmarkTable* m_table;
+    WorkChannelPanel* m_panel;
+    BookmarkTableView* m_table;
     QHBoxLayout* m_barRow;
 };
 

@@ -154,6 +154,8 @@ void ConsoleWindow::makeMenus()
     constexpr auto focus = qOverload<>(&QWidget::setFocus);
     addMenuAction(view, tr("Go to &Devices"), Qt::CTRL | Qt::Key_1, m_devices, focus);
     addMenuAction(view, tr("Go to &Records"), Qt::CTRL | Qt::Key_2, m_records->table(), focus);
+    addMenuAction(view, tr("Go to Replay &Bar"), Qt::CTRL | Qt::Key_3, m_replay, &ReplayDeck::goToBar);
+    addMenuAction(view, tr("Go to Book&marks"), Qt::CTRL | Qt::Key_4, m_replay, &ReplayDeck::goToBookmarks);
 
     menuBar()->addMenu(m_userMenu);
 
@@ -203,6 +205,9 @@ void ConsoleWindow::showAbout()
 void ConsoleWindow::showChoice()
 {
     const QString subSystem = m_devices->chosenSubSystem();
+    if (m_records->controller()->activeDevice() != m_devices->chosenDevice()) {
+        m_replay->settleBookmarks();
+    }
     const SubSystemStatus status = m_session->status(subSystem);
     m_records->setDevice(subSystem, m_devices->chosenDevice());
     m_records->setStatus(status);
@@ -246,6 +251,7 @@ void ConsoleWindow::restorePlaces()
 
 void ConsoleWindow::closeEvent(QCloseEvent* event)
 {
+    m_replay->settleBookmarks();
     m_records->savePlaces(*m_settings);
     m_replay->savePlaces(*m_settings);
     m_settings->setValue(geometryKey, saveGeometry());

@@ -1,5 +1,4 @@
-#include "patience.h"
-#include "recordlistsetting.h"
+#include "consolewindowsetting.h"
 
 #include <console/demo/shownrecords.h>
 #include <console/devices/devicelistview.h>
@@ -33,41 +32,7 @@
 #include <QToolBar>
 
 using namespace ZelkoConsole;
-
-namespace {
-
-struct Setting : RecordListSetting
-{
-    explicit Setting(int count = 0)
-        : RecordListSetting(count)
-        , settings(folder.filePath(QStringLiteral("s.ini")), QSettings::IniFormat)
-    {
-        open();
-    }
-
-    void open()
-    {
-        window.reset();
-        if (!user) {
-            site.knowUsers();
-            user = std::make_unique<ConsoleUser>(site);
-        }
-        window = std::make_unique<ConsoleWindow>(&site, user.get(), &settings);
-        window->show();
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get(), patience));
-        QTRY_VERIFY_WITH_TIMEOUT(window->records()->controller()->isConnected(), patience);
-    }
-
-    int rows() const { return window->records()->table()->model()->rowCount(); }
-
-    QTemporaryDir folder;
-    QSettings settings;
-    std::unique_ptr<ConsoleUser> user;
-    std::unique_ptr<ConsoleWindow> window;
-};
-
-} // namespace
+using Setting = ConsoleWindowSetting;
 
 class TestConsoleWindow : public QObject
 {

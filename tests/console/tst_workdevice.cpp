@@ -140,6 +140,7 @@ void TestWorkDevice::offersTheDevicesOfTheSubSystem()
 void TestWorkDevice::keepsTheChoiceInTheLocalValues()
 {
     Setting setting;
+    QCOMPARE(Setting::kept(u"north"_s), u"A1"_s);
     setting.combo().setCurrentIndex(1);
     QCOMPARE(Setting::kept(u"north"_s), u"A2"_s);
     QCOMPARE(Setting::kept(u"south"_s), QString());

@@ -1,4 +1,4 @@
-#include <console/replay/bookmarktable.h>
+#include <console/replay/bookmarktableview.h>
 
 #include <console/widgets/roomystyle.h>
 
@@ -25,7 +25,7 @@ constexpr int fewestCharacters = 30;
 
 } // namespace
 
-BookmarkTable::BookmarkTable(QWidget* parent)
+BookmarkTableView::BookmarkTableView(QWidget* parent)
     : QTableView(parent)
     , m_note(new guiHelper::ViewportNote(this))
 {
@@ -47,7 +47,7 @@ BookmarkTable::BookmarkTable(QWidget* parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(RoomyStyle::rowHeight(this));
     verticalHeader()->setSectionsClickable(true);
-    connect(verticalHeader(), &QHeaderView::sectionClicked, this, &BookmarkTable::sectionClicked);
+    connect(verticalHeader(), &QHeaderView::sectionClicked, this, &BookmarkTableView::sectionClicked);
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         if (isAddRow(index)) {
             add();
@@ -56,31 +56,30 @@ BookmarkTable::BookmarkTable(QWidget* parent)
     look();
 }
 
-BookmarkTable::~BookmarkTable() = default;
+BookmarkTableView::~BookmarkTableView() = default;
 
-void BookmarkTable::setBookmarks(BookmarkModel* bookmarks)
+void BookmarkTableView::setBookmarks(BookmarkModel* bookmarks)
 {
+    setModel(bookmarks);
     if (m_bookmarks) {
         m_bookmarks->disconnect(this);
     }
     m_bookmarks = bookmarks;
-    setModel(bookmarks);
     if (bookmarks) {
-        connect(bookmarks, &QAbstractItemModel::modelReset, this, &BookmarkTable::look);
-        connect(bookmarks, &QAbstractItemModel::rowsInserted, this, &BookmarkTable::look);
-        connect(bookmarks, &QAbstractItemModel::rowsRemoved, this, &BookmarkTable::look);
-        // Which may come in the middle of a reset, when no row can be hidden.
-        connect(bookmarks, &BookmarkModel::si_synchStateChanged, this, &BookmarkTable::look, Qt::QueuedConnection);
+        connect(bookmarks, &QAbstractItemModel::modelReset, this, &BookmarkTableView::look);
+        connect(bookmarks, &QAbstractItemModel::rowsInserted, this, &BookmarkTableView::look);
+        connect(bookmarks, &QAbstractItemModel::rowsRemoved, this, &BookmarkTableView::look);
+        connect(bookmarks, &BookmarkModel::si_synchStateChanged, this, &BookmarkTableView::look);
     }
     look();
 }
 
-QString BookmarkTable::note() const
+QString BookmarkTableView::note() const
 {
     return m_note->isHidden() ? QString() : m_note->text();
 }
 
-bool BookmarkTable::isEditable() const
+bool BookmarkTableView::isEditable() const
 {
     if (!m_bookmarks) {
         return false;
@@ -89,14 +88,11 @@ bool BookmarkTable::isEditable() const
     return state != BookmarkModel::SynchNoRecord && state != BookmarkModel::SynchPending;
 }
 
-// The row behind the last bookmark offers to add one, which makes no sense where nobody can.
-void BookmarkTable::look()
+// The header offers to add and to take away, which makes no sense where nobody can.
+void BookmarkTableView::look()
 {
-    const bool offersRow =
-        m_bookmarks && !m_bookmarks->readOnly() && m_bookmarks->getSynchState() != BookmarkModel::SynchNoRecord;
-    if (m_bookmarks) {
-        setRowHidden(m_bookmarks->entryCount(), !offersRow);
-    }
+    verticalHeader()->setVisible(m_bookmarks && !m_bookmarks->readOnly() &&
+                                 m_bookmarks->getSynchState() != BookmarkModel::SynchNoRecord);
     const QString text = noteNow();
     m_note->setText(text);
     m_note->setVisible(!text.isEmpty());
@@ -105,24 +101,13 @@ void BookmarkTable::look()
 }
 
 // No narrower than a time of day, so that nothing jumps where there are no bookmarks.
-void BookmarkTable::widenTimes()
+void BookmarkTableView::widenTimes()
 {
     const int least = fontMetrics().horizontalAdvance(QStringLiteral("00:00:00:000")) + 2 * RoomyStyle::cellMargin();
     setColumnWidth(BookmarkModel::TimeColumn, std::max(least, sizeHintForColumn(BookmarkModel::TimeColumn)));
 }
 
-// The row behind the last bookmark offers to add one, which makes no sense where nobody can. It is hidden by its
-// number, which may be that of a bookmark by now.
-void BookmarkTable::offerRow()
-{
-    for (int row = 0; row < m_bookmarks->entryCount(); ++row) {
-        setRowHidden(row, false);
-    }
-    const bool isOffered = !m_bookmarks->readOnly() && m_bookmarks->getSynchState() != BookmarkModel::SynchNoRecord;
-    setRowHidden(m_bookmarks->entryCount(), !isOffered);
-}
-
-QString BookmarkTable::noteNow() const
+QString BookmarkTableView::noteNow() const
 {
     if (!m_bookmarks || m_bookmarks->getSynchState() == BookmarkModel::SynchNoRecord) {
         return tr("Choose one record to see its bookmarks.");
@@ -134,12 +119,12 @@ QString BookmarkTable::noteNow() const
                                    : tr("No bookmarks: Insert or a double click on the bar sets one.");
 }
 
-bool BookmarkTable::isAddRow(const QModelIndex& index) const
+bool BookmarkTableView::isAddRow(const QModelIndex& index) const
 {
     return m_bookmarks && index.isValid() && index.row() >= m_bookmarks->entryCount();
 }
 
-void BookmarkTable::sectionClicked(int section)
+void BookmarkTableView::sectionClicked(int section)
 {
     if (m_bookmarks && section >= m_bookmarks->entryCount()) {
         add();
@@ -149,7 +134,7 @@ void BookmarkTable::sectionClicked(int section)
 }
 
 // What is new has a time already, and waits for its text.
-void BookmarkTable::add()
+void BookmarkTableView::add()
 {
     if (!isEditable()) {
         return;
@@ -162,7 +147,7 @@ void BookmarkTable::add()
 }
 
 // From the last on, so that the others keep their rows.
-void BookmarkTable::remove()
+void BookmarkTableView::remove()
 {
     QList<int> rows;
     for (const QModelIndex& index : selectionModel()->selectedIndexes()) {
@@ -176,7 +161,7 @@ void BookmarkTable::remove()
     }
 }
 
-void BookmarkTable::keyPressEvent(QKeyEvent* event)
+void BookmarkTableView::keyPressEvent(QKeyEvent* event)
 {
     const bool isPlain = event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -192,13 +177,13 @@ void BookmarkTable::keyPressEvent(QKeyEvent* event)
     }
 }
 
-QSize BookmarkTable::sizeHint() const
+QSize BookmarkTableView::sizeHint() const
 {
     const int height = horizontalHeader()->sizeHint().height() + shownRows * verticalHeader()->defaultSectionSize();
     return {fontMetrics().averageCharWidth() * shownCharacters, height + 2 * frameWidth()};
 }
 
-QSize BookmarkTable::minimumSizeHint() const
+QSize BookmarkTableView::minimumSizeHint() const
 {
     return {fontMetrics().averageCharWidth() * fewestCharacters, sizeHint().height()};
 }

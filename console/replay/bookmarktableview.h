@@ -15,13 +15,13 @@ namespace ZelkoConsole {
 
 /// The bookmarks of a record as a table to edit. The vertical header adds and takes away, as its signs say, and so do
 /// Insert and Delete; F2, a double click and typing edit. Where there is nothing, it says why.
-class BookmarkTable : public QTableView
+class BookmarkTableView : public QTableView
 {
     Q_OBJECT
 
 public:
-    explicit BookmarkTable(QWidget* parent = nullptr);
-    ~BookmarkTable() override;
+    explicit BookmarkTableView(QWidget* parent = nullptr);
+    ~BookmarkTableView() override;
 
     /// Null for none. Not owned, and may go first.
     void setBookmarks(ZelkoGUI::BookmarkModel* bookmarks);
@@ -40,7 +40,6 @@ private:
     void add();
     void remove();
     void look();
-    void offerRow();
     void widenTimes();
     QString noteNow() const;
     bool isAddRow(const QModelIndex& index) const;

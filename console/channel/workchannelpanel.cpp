@@ -1,4 +1,4 @@
-#include <console/channel/channelpanel.h>
+#include <console/channel/workchannelpanel.h>
 
 #include <console/channel/recordingsettings.h>
 #include <console/channel/workchannel.h>
@@ -32,7 +32,7 @@ QPushButton* makeButton(const char* objectName, const QString& text, Glyph glyph
 
 } // namespace
 
-ChannelPanel::ChannelPanel(QWidget* parent)
+WorkChannelPanel::WorkChannelPanel(QWidget* parent)
     : QWidget(parent)
     , m_choice(new QComboBox)
     , m_record(makeButton("startRecording", tr("Re&cord"), Glyph::Recording))
@@ -41,7 +41,7 @@ ChannelPanel::ChannelPanel(QWidget* parent)
     , m_state(new guiHelper::ElidedLabel)
     , m_settings(new RecordingSettings)
 {
-    setObjectName(QStringLiteral("channelPanel"));
+    setObjectName(QStringLiteral("workChannelPanel"));
     m_choice->setObjectName(QStringLiteral("workChannel"));
     m_choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_choice->setMinimumContentsLength(shownCharacters);
@@ -54,9 +54,9 @@ ChannelPanel::ChannelPanel(QWidget* parent)
     update();
 }
 
-ChannelPanel::~ChannelPanel() = default;
+WorkChannelPanel::~WorkChannelPanel() = default;
 
-void ChannelPanel::arrange()
+void WorkChannelPanel::arrange()
 {
     auto* const label = new QLabel(tr("Cha&nnel:"));
     label->setBuddy(m_choice);
@@ -80,31 +80,31 @@ void ChannelPanel::arrange()
     rows->addStretch(1);
 }
 
-void ChannelPanel::connectParts()
+void WorkChannelPanel::connectParts()
 {
     connect(m_choice, &QComboBox::activated, this, [this](int index) {
         if (m_channel) {
             m_channel->choose(m_choice->itemData(index).toString());
         }
     });
-    connect(m_record, &QPushButton::clicked, this, &ChannelPanel::record);
-    connect(m_stop, &QPushButton::clicked, this, &ChannelPanel::stop);
+    connect(m_record, &QPushButton::clicked, this, &WorkChannelPanel::record);
+    connect(m_stop, &QPushButton::clicked, this, &WorkChannelPanel::stop);
 }
 
-void ChannelPanel::setChannel(WorkChannel* channel)
+void WorkChannelPanel::setChannel(WorkChannel* channel)
 {
     if (m_channel) {
         m_channel->disconnect(this);
     }
     m_channel = channel;
     if (channel) {
-        connect(channel, &WorkChannel::changed, this, &ChannelPanel::update);
+        connect(channel, &WorkChannel::changed, this, &WorkChannelPanel::update);
     }
     m_settings->setChannel(channel);
     update();
 }
 
-void ChannelPanel::update()
+void WorkChannelPanel::update()
 {
     if (m_channel) {
         showChoice();
@@ -115,7 +115,7 @@ void ChannelPanel::update()
 }
 
 // Filled anew only where it is another list, so that one that is open stays so.
-void ChannelPanel::showChoice()
+void WorkChannelPanel::showChoice()
 {
     ServedChannels::Channels shown;
     for (int index = 0; index < m_choice->count(); ++index) {
@@ -131,7 +131,7 @@ void ChannelPanel::showChoice()
     m_choice->setEnabled(m_choice->count() > 0);
 }
 
-void ChannelPanel::showState()
+void WorkChannelPanel::showState()
 {
     const ChannelSituation situation = m_channel ? m_channel->situation() : ChannelSituation();
     setUsable(
@@ -141,19 +141,19 @@ void ChannelPanel::showState()
     paintSign();
 }
 
-void ChannelPanel::paintSign()
+void WorkChannelPanel::paintSign()
 {
     const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
     const Glyph glyph = stateGlyph(m_channel ? m_channel->situation() : ChannelSituation());
     m_sign->setPixmap(glyphIcon(glyph).pixmap(QSize(side, side), devicePixelRatio()));
 }
 
-QString ChannelPanel::stateText() const
+QString WorkChannelPanel::stateText() const
 {
     return m_state->text();
 }
 
-void ChannelPanel::changeEvent(QEvent* event)
+void WorkChannelPanel::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
@@ -161,7 +161,7 @@ void ChannelPanel::changeEvent(QEvent* event)
     }
 }
 
-void ChannelPanel::record()
+void WorkChannelPanel::record()
 {
     if (m_channel) {
         m_settings->commit();
@@ -169,7 +169,7 @@ void ChannelPanel::record()
     }
 }
 
-void ChannelPanel::stop()
+void WorkChannelPanel::stop()
 {
     if (m_channel) {
         m_channel->model()->stopRecording();

@@ -19,14 +19,14 @@ class WorkChannel;
 /// The channel that the workstation works on: which one it is, a recording started and stopped, what the next one is
 /// to be, and what the channel does in one line. What cannot be done is disabled, and its status tip says why. Without
 /// a channel to work with there is nothing to see of this.
-class ChannelPanel : public QWidget
+class WorkChannelPanel : public QWidget
 {
     Q_OBJECT
 
 public:
     /// Without a channel at first.
-    explicit ChannelPanel(QWidget* parent = nullptr);
-    ~ChannelPanel() override;
+    explicit WorkChannelPanel(QWidget* parent = nullptr);
+    ~WorkChannelPanel() override;
 
     /// Null for none. Not owned.
     void setChannel(WorkChannel* channel);

@@ -1,0 +1,228 @@
+#include "patience.h"
+#include "recorderstart.h"
+#include "replaybarhands.h"
+#include "storedrecord.h"
+#include "turns.h"
+
+#include <console/channel/recordingsettings.h>
+#include <console/channel/workchannelpanel.h>
+#include <console/demo/shownrecords.h>
+#include <console/hands/dialoganswer.h>
+#include <console/hands/operatorhands.h>
+#include <console/records/recordpane.h>
+#include <console/replay/replaycontrols.h>
+#include <console/replay/replaydeck.h>
+#include <console/session/consolesession.h>
+#include <console/session/consoleuser.h>
+#include <console/window/consolewindow.h>
+
+#include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkobase/orb/orb.h>
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
+#include <zelkoguibase/replaybar/replaybarwidget.h>
+
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+
+using namespace ZelkoConsole;
+using namespace Qt::StringLiterals;
+using Model = ZelkoCommon::AbstractRecordListModel;
+using ZelkoGUI::BookmarkModel;
+
+namespace {
+
+const QString device = u"Recorder1"_s;
+const QString lengthy = u"Long"_s; // an hour
+
+EmbeddedRecorderOptions withChannel(const QTemporaryDir& store)
+{
+    EmbeddedRecorderOptions options = recorderStart(store);
+    options.channels = {u"Channel 1=generator:fm,rate=48000,frequency=145500000,bandwidth=12500"_s};
+    return options;
+}
+
+/// A store with a record of an hour.
+struct Store
+{
+    Store()
+    {
+        const QString path = folder.filePath(u"store/"_s + device);
+        if (!ZelkoTest::storeRecord(path, ZelkoTest::hourLongRecord(lengthy), 4000)) {
+            qWarning("the record for the test cannot be stored");
+        }
+    }
+    const QTemporaryDir folder;
+};
+
+/// A console with a recorder of its own, which has a channel and such a store.
+struct Console : private Store
+{
+    explicit Console(ZelkoCommon::Orb& orb)
+        : session(orb, withChannel(folder))
+        , settings(folder.filePath(u"s.ini"_s), QSettings::IniFormat)
+        , user(session)
+        , window(&session, &user, &settings)
+    {
+        window.show();
+        window.activateWindow();
+    }
+
+    bool isReady() const
+    {
+        return QTest::qWaitFor([this] { return panel().recordButton()->isEnabled() && rowOf(lengthy) >= 0; }, patience);
+    }
+    ReplayDeck& deck() const { return *window.replay(); }
+    const WorkChannelPanel& panel() const { return *deck().panel(); }
+    QString state() const { return panel().stateText(); }
+    VCReplayBar& bar() const { return *deck().bar()->findChild<VCReplayBar*>(u"ZelkoReplayBar"_s); }
+    double position() const { return bar().GetMarker(VCReplayBar::PositionMarker)->GetPosition(); }
+    QTableView& table() const { return *window.records()->table(); }
+    const Model& records() const { return *window.records()->controller()->recordListModel(); }
+    QToolButton& play() const { return *deck().controls()->playButton(); }
+
+    int rowOf(const QString& id) const { return static_cast<int>(shownrecords::ids(*table().model()).indexOf(id)); }
+
+    /// Has the record of an hour shown, and ready to be replayed.
+    bool choose()
+    {
+        operatorhands::clickRow(table(), rowOf(lengthy));
+        return QTest::qWaitFor([this] { return play().isEnabled() && bar().GetRecordingStart() > 0; }, patience);
+    }
+    qsizetype storedBookmarks() const
+    {
+        const auto record = records().getRecordData(lengthy);
+        return record ? std::as_const(*record).GetBookmarkEntry().size() : 0;
+    }
+    QString statusOf(const QString& name) const
+    {
+        const QAbstractItemModel& model = *table().model();
+        const auto found = model.match(model.index(0, Model::NameColumn), Qt::DisplayRole, name, 1, Qt::MatchExactly);
+        return found.isEmpty() ? QString() : found.constFirst().siblingAtColumn(Model::StatusColumn).data().toString();
+    }
+
+    ConsoleSession session;
+    QSettings settings;
+    ConsoleUser user;
+    ConsoleWindow window;
+};
+
+void click(QWidget& widget)
+{
+    QTest::mouseClick(&widget, Qt::LeftButton);
+}
+
+} // namespace
+
+// A console on the recorder as it is built.
+class TestReplayConsole : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { m_orb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions()); }
+    void cleanupTestCase() { m_orb.reset(); }
+    void recordsUnderTheNameThatIsTyped();
+    void replaysTheRecordThatIsSelected();
+    void storesTheBookmarksThatAreSent();
+    void sendsBookmarksThatWouldBeLost();
+    void leavesTheChannelAloneForAViewer();
+
+private:
+    std::unique_ptr<ZelkoCommon::Orb> m_orb;
+};
+
+void TestReplayConsole::recordsUnderTheNameThatIsTyped()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    operatorhands::type(*console.panel().settings()->name(), u"By hand"_s);
+    click(*console.panel().recordButton());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Recording"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(console.statusOf(u"By hand"_s), u"recording"_s, patience);
+    click(*console.panel().stopButton());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Stopped"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(console.statusOf(u"By hand"_s), u"finished"_s, patience);
+}
+
+void TestReplayConsole::replaysTheRecordThatIsSelected()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    const double begin = console.bar().GetRecordingStart();
+    QCOMPARE(console.position(), begin);
+    click(console.play());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Replaying"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.position() > begin, patience);
+    click(*console.deck().controls()->pauseButton());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Replay paused"_s, patience);
+    const double held = console.position();
+    click(console.play());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Replaying"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.position() > held, patience);
+    click(*console.deck().controls()->stopButton());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Stopped"_s, patience);
+}
+
+void TestReplayConsole::storesTheBookmarksThatAreSent()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    console.bar().setFocus();
+    QTest::keyClick(&console.bar(), Qt::Key_Insert);
+    QCOMPARE(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchLocalChange);
+    click(*console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(console.storedBookmarks(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchInSync, patience);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
+}
+
+void TestReplayConsole::sendsBookmarksThatWouldBeLost()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    console.bar().setFocus();
+    QTest::keyClick(&console.bar(), Qt::Key_Insert);
+    const DialogAnswer answer([](QWidget* dialog) {
+        const auto& box = *qobject_cast<QMessageBox*>(dialog);
+        for (QAbstractButton* const button : box.buttons()) {
+            if (box.buttonRole(button) == QMessageBox::AcceptRole) {
+                return QTest::mouseClick(button, Qt::LeftButton);
+            }
+        }
+    });
+    console.table().setFocus();
+    console.table().clearSelection();
+    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(console.storedBookmarks(), 1, patience);
+}
+
+void TestReplayConsole::leavesTheChannelAloneForAViewer()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    const QSignalSpy refused(&console.session, &Session::writeRefused);
+    QVERIFY(console.user.switchTo(u"viewer"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(console.deck().bookmarks()->readOnly() && console.state() == u"Stopped"_s &&
+                                 console.rowOf(lengthy) >= 0,
+                             patience);
+    operatorhands::clickRow(console.table(), console.rowOf(lengthy));
+    QTRY_VERIFY_WITH_TIMEOUT(console.bar().GetRecordingStart() > 0, patience);
+    QVERIFY(!console.play().isEnabled());
+    QVERIFY(!console.panel().recordButton()->isEnabled());
+    QVERIFY(console.user.switchTo(u"operator"_s)); // what was refused before would be told by then
+    QTRY_VERIFY_WITH_TIMEOUT(console.panel().recordButton()->isEnabled(), patience);
+    QCOMPARE(refused.size(), 0);
+}
+
+QTEST_MAIN(TestReplayConsole)
+#include "tst_replayconsole.moc"

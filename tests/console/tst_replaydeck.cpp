@@ -1,0 +1,369 @@
+#include "channelconsole.h"
+#include "replaybarhands.h"
+#include "testbookmarks.h"
+
+#include <console/hands/dialoganswer.h>
+#include <console/replay/bookmarktableview.h>
+#include <console/replay/replaycontrols.h>
+
+#include <zelkobase/maps/bookmarkitemmap.h>
+#include <zelkobase/state/localzelkovalues.h>
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
+#include <zelkoguibase/replaybar/replaybarwidget.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QToolButton>
+
+using namespace ZelkoConsole;
+using namespace Qt::StringLiterals;
+using Replay = SampleChannel::Replay;
+using zelko::bookmarkmap::BookmarkItemMap;
+using ZelkoGUI::BookmarkModel;
+
+namespace {
+
+constexpr quint64 second = 1'000'000;
+
+VCReplayBar& barOf(const DeckConsole& console)
+{
+    return *console.deck().bar()->findChild<VCReplayBar*>(u"ZelkoReplayBar"_s);
+}
+
+quint64 shownPosition(const DeckConsole& console)
+{
+    return static_cast<quint64>(barOf(console).GetMarker(VCReplayBar::PositionMarker)->GetPosition());
+}
+
+void clickRecord(const DeckConsole& console, int number, Qt::KeyboardModifiers modifiers = {})
+{
+    QTableView& table = *console.window->records()->table();
+    const QModelIndexList found =
+        table.model()->match(table.model()->index(0, ZelkoCommon::AbstractRecordListModel::RecordIDColumn),
+                             Qt::DisplayRole, RecordListSetting::id(number), 1, Qt::MatchExactly);
+    QCOMPARE(found.size(), 1);
+    operatorhands::clickRow(table, found.constFirst().row(), modifiers);
+}
+
+bool isShown(const DeckConsole& console, int number)
+{
+    return QTest::qWaitFor(
+        [&] { return barOf(console).GetRecordingStart() == static_cast<double>(DeckConsole::beginOf(number)); },
+        patience);
+}
+
+void choose(const DeckConsole& console, int number)
+{
+    clickRecord(console, number);
+    QVERIFY(isShown(console, number));
+}
+
+void click(QToolButton* button)
+{
+    QVERIFY(button->isEnabled());
+    QTest::mouseClick(button, Qt::LeftButton);
+}
+
+int bookmarksOnTree()
+{
+    const auto* const map = Tree::Instance()->Find<BookmarkItemMap>(ReplayDeck::bookmarkMapPath());
+    return map ? static_cast<int>(map->data().size()) : -1;
+}
+
+} // namespace
+
+// What stands under the record list of a console, with real events.
+class TestReplayDeck : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsTheOneRecordThatIsSelected();
+    void putsThePositionToTheBeginOfTheRecord();
+    void replaysTheRecord();
+    void holdsAndEndsAReplay();
+    void replaysNothingWithoutARecord();
+    void movesThePositionWithTheReplay();
+    void setsABookmarkWhereTheReplayStands();
+    void setsABookmarkThatTheTableShows();
+    void mirrorsTheBookmarksOnTheTree();
+    void letsAViewerChangeNothing();
+    void standsByItselfWithoutAChannel();
+    void keepsWhatWasNotSentWhenAChannelComes();
+    void asksBeforeItDropsWhatWasNotSent();
+    void isReachedByKeys();
+    void followsAChannelThatOnlyReplays();
+    void showsTheRecordAgainAfterAReconnection();
+    void foldsTheBookmarksAway();
+    void goesFromPartToPartByTab();
+    void leavesTheListMostOfTheWindow();
+};
+
+void TestReplayDeck::showsTheOneRecordThatIsSelected()
+{
+    ChannelConsole console(3);
+    QCOMPARE(barOf(console).GetRecordingStart(), 0.0);
+    choose(console, 2);
+    QCOMPARE(barOf(console).GetRecordingStop(), static_cast<double>(DeckConsole::beginOf(2) + 3 * second));
+    clickRecord(console, 1, Qt::ControlModifier);
+    QTRY_COMPARE_WITH_TIMEOUT(barOf(console).GetRecordingStart(), 0.0, patience);
+    QCOMPARE(console.deck().controls()->playButton()->statusTip(), u"More than one record is selected."_s);
+    choose(console, 0);
+}
+
+void TestReplayDeck::putsThePositionToTheBeginOfTheRecord()
+{
+    ChannelConsole console(3);
+    choose(console, 1);
+    QCOMPARE(console.channel.position(), DeckConsole::beginOf(1));
+    QCOMPARE(shownPosition(console), DeckConsole::beginOf(1));
+}
+
+void TestReplayDeck::replaysTheRecord()
+{
+    ChannelConsole console(3);
+    choose(console, 2);
+    ReplayBarHands hands(barOf(console));
+    const auto begin = static_cast<double>(DeckConsole::beginOf(2));
+    hands.dragPosition(begin, begin + 1'500'000);
+    const quint64 position = console.channel.position();
+    QVERIFY(position > DeckConsole::beginOf(2));
+    click(console.deck().controls()->playButton());
+    QCOMPARE(console.channel.replay(), Replay::Running);
+    QCOMPARE(console.channel.record(), RecordListSetting::id(2));
+    QCOMPARE(console.channel.device(), console.device);
+    QCOMPARE(console.channel.position(), position);
+}
+
+void TestReplayDeck::holdsAndEndsAReplay()
+{
+    ChannelConsole console(1);
+    const ReplayControls& controls = *console.deck().controls();
+    console.channel.setReplay(Replay::Running);
+    QTRY_VERIFY_WITH_TIMEOUT(controls.pauseButton()->isEnabled(), patience);
+    QVERIFY(!controls.playButton()->isEnabled());
+    controls.pauseButton()->setFocus();
+    QTest::keyClick(controls.pauseButton(), Qt::Key_Space);
+    QCOMPARE(console.channel.replay(), Replay::Paused);
+    QTRY_VERIFY_WITH_TIMEOUT(controls.playButton()->hasFocus(), patience);
+    QCOMPARE(controls.playButton()->accessibleName(), u"Continue the replay"_s);
+    QTest::keyClick(controls.playButton(), Qt::Key_Space);
+    QCOMPARE(console.channel.replay(), Replay::Running);
+    QCOMPARE(console.channel.record(), QString()); // whatever it was, it goes on
+    click(controls.stopButton());
+    QCOMPARE(console.channel.replay(), Replay::Stopped);
+}
+
+void TestReplayDeck::replaysNothingWithoutARecord()
+{
+    ChannelConsole console(1);
+    const ReplayControls& controls = *console.deck().controls();
+    QVERIFY(!controls.playButton()->isEnabled());
+    QCOMPARE(controls.playButton()->statusTip(), u"No record is selected."_s);
+    choose(console, 0);
+    QVERIFY(controls.playButton()->isEnabled());
+    console.channel.setMayReplay(false);
+    QTRY_COMPARE_WITH_TIMEOUT(controls.playButton()->statusTip(), u"This channel does not replay."_s, patience);
+}
+
+void TestReplayDeck::movesThePositionWithTheReplay()
+{
+    ChannelConsole console(3);
+    choose(console, 2);
+    console.channel.setReplay(Replay::Running);
+    console.channel.setPosition(DeckConsole::beginOf(2) + second);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2) + second, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!barOf(console).GetMarker(VCReplayBar::PositionMarker)->IsMoveable(), patience);
+    console.channel.setReplay(Replay::Paused);
+    console.channel.setPosition(DeckConsole::beginOf(2) + second + 5);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2) + second + 5, patience);
+    console.channel.setReplay(Replay::Stopped);
+    QTRY_VERIFY_WITH_TIMEOUT(barOf(console).GetMarker(VCReplayBar::PositionMarker)->IsMoveable(), patience);
+    QCOMPARE(shownPosition(console), DeckConsole::beginOf(2) + second + 5);
+}
+
+void TestReplayDeck::setsABookmarkWhereTheReplayStands()
+{
+    ChannelConsole console(3);
+    choose(console, 2);
+    console.channel.setReplay(Replay::Running);
+    console.channel.setPosition(DeckConsole::beginOf(2) + second);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2) + second, patience);
+    console.deck().showBookmarks(true);
+    console.deck().table()->setFocus();
+    QTest::keyClick(console.deck().table(), Qt::Key_Insert);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
+    QCOMPARE(console.deck().bookmarks()->entry(0).GetTimestamp(), DeckConsole::beginOf(2) + second);
+}
+
+void TestReplayDeck::setsABookmarkThatTheTableShows()
+{
+    ChannelConsole console(3);
+    choose(console, 1);
+    barOf(console).setFocus();
+    QTest::keyClick(&barOf(console), Qt::Key_Insert);
+    QCOMPARE(console.deck().table()->model()->rowCount(), 2);
+    QVERIFY(console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s)->isEnabled());
+    click(console.deck().bar()->findChild<QToolButton*>(u"ResetBookmarks"_s));
+    QCOMPARE(console.deck().table()->model()->rowCount(), 1);
+}
+
+void TestReplayDeck::mirrorsTheBookmarksOnTheTree()
+{
+    ChannelConsole console(2);
+    QCOMPARE(bookmarksOnTree(), 0);
+    const auto record = RecordListSetting::record(1);
+    record->SetBookmarkEntry({makeBookmark(DeckConsole::beginOf(1) + 1, u"a"_s)});
+    console.site.setRecord(console.north, console.device, record);
+    choose(console, 1);
+    QCOMPARE(bookmarksOnTree(), 1);
+    choose(console, 0);
+    QCOMPARE(bookmarksOnTree(), 0);
+}
+
+void TestReplayDeck::letsAViewerChangeNothing()
+{
+    ChannelConsole console(2);
+    QVERIFY(console.user->switchTo(u"viewer"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(console.deck().bookmarks()->readOnly(), patience);
+    choose(console, 1);
+    QVERIFY(!console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s));
+    barOf(console).setFocus();
+    QTest::keyClick(&barOf(console), Qt::Key_Insert);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 0);
+    for (const QToolButton* const button : console.deck().controls()->findChildren<QToolButton*>()) {
+        QVERIFY(!button->isEnabled());
+        QCOMPARE(button->statusTip(), u"User viewer may not do this."_s);
+    }
+    QCOMPARE(bookmarksOnTree(), 0);
+    QVERIFY(console.user->switchTo(u"operator"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(!console.deck().bookmarks()->readOnly(), patience);
+    QVERIFY(isShown(console, 1));
+}
+
+void TestReplayDeck::standsByItselfWithoutAChannel()
+{
+    DeckConsole console(3);
+    QVERIFY(!console.deck().controls()->isVisible());
+    choose(console, 2);
+    QCOMPARE(shownPosition(console), DeckConsole::beginOf(2));
+    ReplayBarHands hands(barOf(console));
+    const auto begin = static_cast<double>(DeckConsole::beginOf(2));
+    hands.dragPosition(begin, begin + 1'000'000);
+    const quint64 position = shownPosition(console);
+    QVERIFY(position > DeckConsole::beginOf(2));
+    QTest::keyClick(&barOf(console), Qt::Key_Insert);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
+    QCOMPARE(console.deck().bookmarks()->entry(0).GetTimestamp(), position);
+}
+
+void TestReplayDeck::keepsWhatWasNotSentWhenAChannelComes()
+{
+    DeckConsole console(2);
+    choose(console, 1);
+    barOf(console).setFocus();
+    QTest::keyClick(&barOf(console), Qt::Key_Insert);
+    const SampleChannel channel = console.addChannel("C1", "Antenna");
+    QTRY_VERIFY_WITH_TIMEOUT(console.panel().isVisible(), patience);
+    letTurnsPass();
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
+    click(console.deck().bar()->findChild<QToolButton*>(u"ResetBookmarks"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(channel.position(), DeckConsole::beginOf(1), patience); // the bar is beside it by now
+}
+
+void TestReplayDeck::asksBeforeItDropsWhatWasNotSent()
+{
+    ChannelConsole console(2);
+    choose(console, 1);
+    barOf(console).setFocus();
+    QTest::keyClick(&barOf(console), Qt::Key_Insert);
+    const QSignalSpy sent(console.deck().bookmarks(), &BookmarkModel::si_updateBookmarks);
+    const DialogAnswer answer([](QWidget* dialog) {
+        QTest::mouseClick(qobject_cast<QMessageBox*>(dialog)->button(QMessageBox::Discard), Qt::LeftButton);
+    });
+    choose(console, 0);
+    QVERIFY(answer.wasGiven());
+    QCOMPARE(sent.size(), 0);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 0);
+}
+
+void TestReplayDeck::isReachedByKeys()
+{
+    const ChannelConsole console(1);
+    QTest::keyClick(console.window.get(), Qt::Key_3, Qt::ControlModifier);
+    QTRY_VERIFY_WITH_TIMEOUT(barOf(console).hasFocus(), patience);
+    QTest::keyClick(console.window.get(), Qt::Key_4, Qt::ControlModifier);
+    QTRY_VERIFY_WITH_TIMEOUT(console.deck().table()->hasFocus(), patience);
+}
+
+void TestReplayDeck::followsAChannelThatOnlyReplays()
+{
+    DeckConsole console(2);
+    const SampleChannel channel = console.addChannel("C1", "Antenna");
+    channel.setMayRecord(false);
+    QTRY_VERIFY_WITH_TIMEOUT(console.panel().isVisible(), patience);
+    choose(console, 1);
+    QCOMPARE(channel.position(), DeckConsole::beginOf(1));
+    QVERIFY(console.deck().controls()->playButton()->isEnabled());
+    channel.setReplay(Replay::Running);
+    channel.setPosition(DeckConsole::beginOf(1) + second);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(1) + second, patience);
+}
+
+void TestReplayDeck::showsTheRecordAgainAfterAReconnection()
+{
+    ChannelConsole console(2);
+    choose(console, 1);
+    console.lose();
+    QTRY_COMPARE_WITH_TIMEOUT(barOf(console).GetRecordingStart(), 0.0, patience);
+    console.channel = console.addChannel("C1", "Antenna");
+    console.comeBack(2);
+    QVERIFY(isShown(console, 1));
+    QTRY_COMPARE_WITH_TIMEOUT(console.channel.position(), DeckConsole::beginOf(1), patience);
+    QCOMPARE(shownPosition(console), DeckConsole::beginOf(1));
+}
+
+void TestReplayDeck::foldsTheBookmarksAway()
+{
+    ChannelConsole console(1);
+    QVERIFY(!console.deck().table()->isVisible());
+    click(console.deck().bookmarkButton());
+    QVERIFY(console.deck().table()->isVisible());
+    console.window->close();
+    console.open();
+    QVERIFY(console.deck().table()->isVisible());
+    click(console.deck().bookmarkButton());
+    QVERIFY(!console.deck().table()->isVisible());
+}
+
+void TestReplayDeck::goesFromPartToPartByTab()
+{
+    ChannelConsole console(1);
+    choose(console, 0);
+    console.deck().showBookmarks(true);
+    const QWidget* const bar = &barOf(console);
+    console.deck().controls()->playButton()->setFocus();
+    QList<const QWidget*> visited;
+    while (visited.size() < 10 && !console.deck().table()->hasFocus()) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        visited.append(QApplication::focusWidget());
+    }
+    const RecordingSettings& settings = *console.panel().settings();
+    QCOMPARE(visited, (QList<const QWidget*>{bar, console.deck().bookmarkButton(), &console.choice(), settings.name(),
+                                             settings.timeout(), settings.fileSize(), &console.record(),
+                                             console.deck().table()}));
+}
+
+void TestReplayDeck::leavesTheListMostOfTheWindow()
+{
+    ChannelConsole console(30);
+    console.window->resize(1280, 800);
+    console.deck().showBookmarks(true);
+    letTurnsPass();
+    QVERIFY(console.window->records()->table()->height() > console.window->height() / 2);
+    QVERIFY(console.deck().height() < console.window->height() / 3);
+}
+
+QTEST_MAIN(TestReplayDeck)
+#include "tst_replaydeck.moc"
