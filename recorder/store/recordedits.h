@@ -14,7 +14,7 @@ using RecordEdit = std::function<StoreStatus(ZELKO_XML::ZELKO_RecordData&)>;
 /// @name Bounds, in UTF-16 units and in entries
 /// @{
 inline constexpr qsizetype longestRecordName = 1024;
-inline constexpr qsizetype longestRecordText = 4096;
+inline constexpr qsizetype longestRecordText = 10'000;
 inline constexpr qsizetype mostBookmarks = 10'000;
 inline constexpr qsizetype mostComments = 10'000;
 /// @}

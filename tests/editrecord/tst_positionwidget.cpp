@@ -175,6 +175,7 @@ void PositionWidgetTest::theDateIsShownWhereItMayChange_data()
 {
     QTest::addColumn<quint64>("stop");
     QTest::addColumn<QString>("text");
+    QTest::newRow("a moment") << recordBegin << u"23:13:20:000"_s;
     QTest::newRow("within a day") << recordEnd << u"23:13:20:000"_s;
     QTest::newRow("over midnight") << recordBegin + 3600 * second << u"2023-11-14 23:13:20:000"_s;
     QTest::newRow("over a year") << recordBegin + 370 * 24 * 3600 * second << u"2023-11-14 23:13:20:000"_s;

@@ -249,11 +249,11 @@ void TestRecordChanges::refusesWhatIsTooMany()
 void TestRecordChanges::staysReadableWhateverIsAdded()
 {
     const QString worst(longestRecordText, QChar(1));
-    QCOMPARE(changes().make(id, bookmarksEdit(QVector<BookmarkEntry>(1000, bookmark(1, worst)))).status,
+    QCOMPARE(changes().make(id, bookmarksEdit(QVector<BookmarkEntry>(400, bookmark(1, worst)))).status,
              StoreStatus::Done);
-    QCOMPARE(changes().make(id, bookmarksEdit(QVector<BookmarkEntry>(2000, bookmark(1, worst)))).status,
+    QCOMPARE(changes().make(id, bookmarksEdit(QVector<BookmarkEntry>(800, bookmark(1, worst)))).status,
              StoreStatus::TooMany);
-    QCOMPARE(stored().GetBookmarkEntry().size(), 1000);
+    QCOMPARE(stored().GetBookmarkEntry().size(), 400);
 }
 
 void TestRecordChanges::changesNothingWhenTheFolderIsNotSynced()
