@@ -3,8 +3,8 @@
 #include "consolewindowsetting.h"
 #include "turns.h"
 
-#include <console/channel/workchannelpanel.h>
 #include <console/channel/recordingsettings.h>
+#include <console/channel/workchannelpanel.h>
 #include <console/demo/samplechannel.h>
 #include <console/devices/workdevice.h>
 #include <console/hands/operatorhands.h>
