@@ -9,8 +9,8 @@
 #include <chartcontrols/vcreplaybar.h>
 #include <observerbase/datetime.h>
 #include <zelkobase/data/zelko_recorddata.h>
-#include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/bookmarks/bookmarkmodelconnector.h>
+#include <zelkoguibase/recordlist/followrecords_p.h>
 
 #include <QTimer>
 
@@ -135,10 +135,8 @@ void BookmarkModel::Private::reset(Change change)
 void BookmarkModel::Private::followRecordModel(AbstractRecordListModel* model)
 {
     if (record.lookIn(model, owner) && model) {
-        connect(model, &AbstractRecordListModel::si_recordChanged, owner, &BookmarkModel::sl_recordChanged);
-        connect(model, &AbstractRecordListModel::si_recordDeleted, owner, &BookmarkModel::sl_recordDeleted);
-        connect(model, &AbstractRecordListModel::si_allRecordsChanged, owner, &BookmarkModel::sl_allRecordsChanged);
-        connect(model, &QObject::destroyed, owner, &BookmarkModel::sl_modelDeleted);
+        connectRecords(model, owner, &BookmarkModel::sl_recordChanged, &BookmarkModel::sl_recordDeleted,
+                       &BookmarkModel::sl_allRecordsChanged, &BookmarkModel::sl_modelDeleted);
     }
 }
 

@@ -3,9 +3,9 @@
 #include "rangetexts_p.h"
 #include "recordspan_p.h"
 
-#include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/editrecord/positionwidget.h>
+#include <zelkoguibase/recordlist/followrecords_p.h>
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 
 #include <QGridLayout>
@@ -222,19 +222,8 @@ void CopyRecordWidget::resetRecord()
 
 void CopyRecordWidget::follow(AbstractRecordListModel* model)
 {
-    if (model == d->records) {
-        return;
-    }
-    if (d->records) {
-        QObject::disconnect(d->records, nullptr, this, nullptr);
-    }
-    d->records = model;
-    if (model) {
-        connect(model, &AbstractRecordListModel::si_recordChanged, this, &CopyRecordWidget::sl_recordChanged);
-        connect(model, &AbstractRecordListModel::si_recordDeleted, this, &CopyRecordWidget::sl_recordDeleted);
-        connect(model, &AbstractRecordListModel::si_allRecordsChanged, this, &CopyRecordWidget::sl_allRecordsChanged);
-        connect(model, &QObject::destroyed, this, &CopyRecordWidget::sl_modelDeleted);
-    }
+    followRecords(d->records, model, this, &CopyRecordWidget::sl_recordChanged, &CopyRecordWidget::sl_recordDeleted,
+                  &CopyRecordWidget::sl_allRecordsChanged, &CopyRecordWidget::sl_modelDeleted);
 }
 
 // The window of this may have a default button, which is not what somebody means who ends a name or a time.

@@ -4,10 +4,10 @@
 #include <widgetbase/plaintooltip.h>
 #include <widgetbase/rowheaderkeys.h>
 #include <widgetbase/warningbox.h>
-#include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/bookmarks/bookmarkedittimedelegate.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/editrecord/copyrecordwidget.h>
+#include <zelkoguibase/recordlist/followrecords_p.h>
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 
 #include <QDialogButtonBox>
@@ -173,19 +173,8 @@ void EditRecordDialog::resetRecord()
 
 void EditRecordDialog::follow(AbstractRecordListModel* model)
 {
-    if (model == m_recordModel) {
-        return;
-    }
-    if (m_recordModel) {
-        QObject::disconnect(m_recordModel, nullptr, this, nullptr);
-    }
-    m_recordModel = model;
-    if (model) {
-        connect(model, &AbstractRecordListModel::si_recordChanged, this, &EditRecordDialog::sl_recordChanged);
-        connect(model, &AbstractRecordListModel::si_recordDeleted, this, &EditRecordDialog::sl_recordDeleted);
-        connect(model, &AbstractRecordListModel::si_allRecordsChanged, this, &EditRecordDialog::sl_allRecordsChanged);
-        connect(model, &QObject::destroyed, this, &EditRecordDialog::sl_modelDeleted);
-    }
+    followRecords(m_recordModel, model, this, &EditRecordDialog::sl_recordChanged, &EditRecordDialog::sl_recordDeleted,
+                  &EditRecordDialog::sl_allRecordsChanged, &EditRecordDialog::sl_modelDeleted);
 }
 
 void EditRecordDialog::setPromptUnsavedChanged(bool prompt)

@@ -5,8 +5,8 @@
 #include <widgetbase/elidedlabel.h>
 #include <widgetbase/plaintooltip.h>
 #include <widgetbase/warningbox.h>
-#include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkoguibase/history/historywidget.h>
+#include <zelkoguibase/recordlist/followrecords_p.h>
 
 #include <QDialogButtonBox>
 #include <QPointer>
@@ -68,19 +68,8 @@ void HistoryDialog::resetRecord()
 
 void HistoryDialog::follow(AbstractRecordListModel* model)
 {
-    if (model == m_recordModel) {
-        return;
-    }
-    if (m_recordModel) {
-        QObject::disconnect(m_recordModel, nullptr, this, nullptr);
-    }
-    m_recordModel = model;
-    if (model) {
-        connect(model, &AbstractRecordListModel::si_recordChanged, this, &HistoryDialog::sl_recordChanged);
-        connect(model, &AbstractRecordListModel::si_recordDeleted, this, &HistoryDialog::sl_recordDeleted);
-        connect(model, &AbstractRecordListModel::si_allRecordsChanged, this, &HistoryDialog::sl_allRecordsChanged);
-        connect(model, &QObject::destroyed, this, &HistoryDialog::sl_modelDeleted);
-    }
+    followRecords(m_recordModel, model, this, &HistoryDialog::sl_recordChanged, &HistoryDialog::sl_recordDeleted,
+                  &HistoryDialog::sl_allRecordsChanged, &HistoryDialog::sl_modelDeleted);
 }
 
 void HistoryDialog::sl_recordChanged(const QString& recordID)

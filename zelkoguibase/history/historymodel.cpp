@@ -1,7 +1,7 @@
 #include <zelkoguibase/history/historymodel.h>
 
 #include <observerbase/datetime.h>
-#include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkoguibase/recordlist/followrecords_p.h>
 
 #include <QHash>
 #include <QIcon>
@@ -129,19 +129,8 @@ void HistoryModel::Private::take(const QString& id, AbstractRecordListModel* mod
 
 void HistoryModel::Private::follow(AbstractRecordListModel* model)
 {
-    if (model == recordModel) {
-        return;
-    }
-    if (recordModel) {
-        QObject::disconnect(recordModel, nullptr, owner, nullptr);
-    }
-    recordModel = model;
-    if (model) {
-        connect(model, &AbstractRecordListModel::si_recordChanged, owner, &HistoryModel::sl_recordChanged);
-        connect(model, &AbstractRecordListModel::si_recordDeleted, owner, &HistoryModel::sl_recordDeleted);
-        connect(model, &AbstractRecordListModel::si_allRecordsChanged, owner, &HistoryModel::sl_allRecordsChanged);
-        connect(model, &QObject::destroyed, owner, &HistoryModel::sl_modelDeleted);
-    }
+    followRecords(recordModel, model, owner, &HistoryModel::sl_recordChanged, &HistoryModel::sl_recordDeleted,
+                  &HistoryModel::sl_allRecordsChanged, &HistoryModel::sl_modelDeleted);
 }
 
 // Whether the record is there is remembered: it leaves its list a moment before it is told, and a view must not find

@@ -1,5 +1,6 @@
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 
+#include <zelkoguibase/recordlist/followrecords_p.h>
 #include <zelkoguibase/state/zelkochannelmodel.h>
 
 #include <chartcontrols/vcreplaybar.h>
@@ -7,7 +8,6 @@
 #include <valuecore/valueptr.h>
 #include <valuecore/valuetypes.h>
 #include <zelkobase/data/recordextent.h>
-#include <zelkobase/models/abstractrecordlistmodel.h>
 #include <zelkobase/state/channelvalues.h>
 #include <zelkobase/state/localzelkovalues.h>
 
@@ -211,27 +211,12 @@ void ReplayBarWidget::resetReplayBarValues()
 void ReplayBarWidget::setRecord(const QString& recordID, AbstractRecordListModel* model, const QString& deviceID)
 {
     d->recordID = recordID;
-    if (model != d->records) {
-        connectRecords(model);
-    }
+    followRecords(d->records, model, this, &ReplayBarWidget::sl_recordChanged, &ReplayBarWidget::sl_recordDeleted,
+                  &ReplayBarWidget::sl_allRecordsChanged, &ReplayBarWidget::sl_modelDeleted);
     if (d->bookmarks) {
         d->bookmarks->setRecord(recordID, model, false, deviceID);
     }
     updateRecordPositions();
-}
-
-void ReplayBarWidget::connectRecords(AbstractRecordListModel* model)
-{
-    if (d->records) {
-        d->records->disconnect(this);
-    }
-    d->records = model;
-    if (model != nullptr) {
-        connect(model, &AbstractRecordListModel::si_recordChanged, this, &ReplayBarWidget::sl_recordChanged);
-        connect(model, &AbstractRecordListModel::si_recordDeleted, this, &ReplayBarWidget::sl_recordDeleted);
-        connect(model, &AbstractRecordListModel::si_allRecordsChanged, this, &ReplayBarWidget::sl_allRecordsChanged);
-        connect(model, &QObject::destroyed, this, &ReplayBarWidget::sl_modelDeleted);
-    }
 }
 
 void ReplayBarWidget::resetRecord()

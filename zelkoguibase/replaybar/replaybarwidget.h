@@ -89,7 +89,6 @@ private:
     void createWidget();
     void createBar();
     void createButtons();
-    void connectRecords(ZelkoCommon::AbstractRecordListModel* model);
     void connectChannel();
     void disconnectChannel();
     void resetReplayBarValues();
