@@ -31,9 +31,11 @@ SourceFlow::~SourceFlow() = default;
 
 void SourceFlow::run(const std::stop_token& stop)
 {
-    const auto connection = FlowConnection::open(m_port);
+    const auto connection = FlowConnection::open(m_port, stop);
     if (!connection) {
-        fail(QStringLiteral("nobody takes the data of the source"));
+        if (!stop.stop_requested()) {
+            fail(QStringLiteral("nobody takes the data of the source"));
+        }
         return;
     }
     while (sendDue(*connection, stop)) {

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void endsWhileNobodyTakesIt();
     void closesTheConnectionInTheEnd();
     void tellsThatNobodyListens();
+    void endsBeforeThereIsRoomForIt();
 
 private:
     void start(const SourceDescription& signal, double speed = 1, qint64 failsAt = -1)
@@ -215,6 +216,18 @@ void TestSourceFlow::tellsThatNobodyListens()
                           SourceFlow::Start{freePort(), 0, 0}, keepFault(), m_clock);
     const QStringList told{QStringLiteral("nobody takes the data of the source")};
     QTRY_COMPARE_WITH_TIMEOUT(m_told, told, patience);
+}
+
+// The taker takes no connection, and the system keeps two.
+void TestSourceFlow::endsBeforeThereIsRoomForIt()
+{
+    const auto first = FlowConnection::open(m_taker->port());
+    const auto second = FlowConnection::open(m_taker->port());
+    QVERIFY(first && second);
+    start(CountingSource::signal(-1));
+    m_flow.reset();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_told, QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestSourceFlow)
