@@ -134,12 +134,14 @@ QString stateText(const ChannelSituation& situation)
     return situation.error.isEmpty() ? doing : tr("%1: %2").arg(doing, situation.error);
 }
 
+// An error that comes while the channel works is as a rule a wish that was refused: the work goes on.
 Glyph stateGlyph(const ChannelSituation& situation)
 {
     if (!situation.isThere()) {
         return situation.state == ZelkoGlobal::ChannelNotSet ? Glyph::Idle : Glyph::Bad;
     }
-    return situation.error.isEmpty() ? doingGlyph(situation) : Glyph::Bad;
+    const bool isBusy = situation.hasRecording() || situation.hasReplay();
+    return isBusy || situation.error.isEmpty() ? doingGlyph(situation) : Glyph::Bad;
 }
 
 QString whyNoRecording(const ChannelSituation& situation)

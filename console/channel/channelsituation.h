@@ -40,7 +40,8 @@ struct ChannelSituation
     bool isReplayHeld() const;
 };
 
-/// What the channel does, or why nothing can be done with it, in one line.
+/// What the channel does, or why nothing can be done with it, in one line. An error stands behind what it does, and is
+/// the sign of a channel at rest only.
 QString stateText(const ChannelSituation& situation);
 Glyph stateGlyph(const ChannelSituation& situation);
 

@@ -14,6 +14,7 @@ BookmarkBounds::BookmarkBounds(BookmarkItemMap* map, QObject* parent)
     , m_position(map->GetChangeLog().NextNumber())
 {
     m_map = map;
+    noteKeys();
 }
 
 BookmarkBounds::~BookmarkBounds() = default;
@@ -32,15 +33,30 @@ void BookmarkBounds::tidy()
     if (!m_map) {
         return;
     }
-    Keys written = writtenKeys();
+    const Keys written = writtenKeys();
     for (const unsigned int key : written) {
         if (!isSound(key)) {
             m_map->EraseAt(key, this);
         }
     }
-    for (; m_map->Size() > static_cast<std::uint64_t>(mostBookmarks) && !written.empty(); written.pop_back()) {
-        m_map->EraseAt(written.back(), this);
+    eraseTooMany(written);
+    noteKeys();
+}
+
+// A bookmark that was there before has its place, also when it is changed.
+void BookmarkBounds::eraseTooMany(const Keys& written)
+{
+    for (auto key = written.rbegin(); m_map->Size() > std::uint64_t{mostBookmarks} && key != written.rend(); ++key) {
+        if (!m_known.contains(*key)) {
+            m_map->EraseAt(*key, this);
+        }
     }
+}
+
+void BookmarkBounds::noteKeys()
+{
+    const Keys keys = m_map->IndexVector();
+    m_known = {keys.begin(), keys.end()};
 }
 
 // Since the last time, in order; those of all items where more was written than the log keeps.

@@ -6,14 +6,14 @@
 
 #include <QObject>
 
+#include <set>
 #include <vector>
 
 namespace ZelkoRecorder {
 
 /// Keeps a bookmark map that clients write within what a record can have: no more than `mostBookmarks`, each with a
 /// text of no more than `longestRecordText`, and each under its own key. What goes beyond that is erased again in the
-/// next turn of the event loop, for every client, whoever wrote it; where there are too many it is what was written
-/// last.
+/// next turn of the event loop, for every client, whoever wrote it; where there are too many it is what was added last.
 ///
 /// Lives on the thread of the tree.
 class BookmarkBounds : public QObject, private IObserver
@@ -30,12 +30,15 @@ private:
 
     void Update(Observable* source, TChangeCode code) override;
     void tidy();
+    void eraseTooMany(const Keys& written);
     Keys writtenKeys();
+    void noteKeys();
     bool isSound(unsigned int key) const;
 
     ValueObservingPtr<zelko::bookmarkmap::BookmarkItemMap> m_map{this};
-    std::uint64_t m_position; ///< in the log of the map
-    bool m_isTidying = false; ///< soon
+    std::uint64_t m_position;       ///< in the log of the map
+    std::set<unsigned int> m_known; ///< the keys that were there when it was tidied last
+    bool m_isTidying = false;       ///< soon
 };
 
 } // namespace ZelkoRecorder

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <stop_token>
 
 namespace ZelkoRecorder {
 
@@ -18,8 +19,9 @@ public:
         End      ///< there is nobody any more
     };
 
-    /// Connects to a port of this host. Null if nobody listens there.
-    static std::unique_ptr<FlowConnection> open(quint16 port);
+    /// Connects to a port of this host, and waits until whoever listens there has room for it. Null if nobody listens
+    /// there, and when `stop` is requested before it is done.
+    static std::unique_ptr<FlowConnection> open(quint16 port, const std::stop_token& stop = {});
     ~FlowConnection();
     FlowConnection(const FlowConnection&) = delete;
     FlowConnection& operator=(const FlowConnection&) = delete;

@@ -7,6 +7,7 @@
 
 #include <zelkobase/orb/orb.h>
 
+#include <QPointer>
 #include <QUuid>
 
 #include <optional>
@@ -47,10 +48,12 @@ OwnChannels::OwnChannels(ZelkoCommon::Orb& orb, double speed)
     , m_speed(speed)
 {}
 
+// A channel that could not say goodbye has left its flow running, which has nobody to tell any more.
 OwnChannels::~OwnChannels()
 {
-    for (const PortableServer::ObjectId_var& manager : m_managers) {
-        m_orb.rootPoa()->deactivate_object(manager);
+    for (const Served& served : m_managers) {
+        served.manager->goingDown();
+        m_orb.rootPoa()->deactivate_object(served.id);
     }
 }
 
@@ -61,15 +64,28 @@ bool OwnChannels::add(ChannelRegistry& registry, const Plan& plan, QString* erro
         *error = QStringLiteral("channel \"%1\" cannot have the source \"%2\": %3").arg(plan.name, plan.source, *error);
         return false;
     }
-    auto* const manager = new OwnManager(plan.name, plan.source, m_speed);
+    const QString id = idOf(plan.name);
+    auto* const manager = new OwnManager(plan.name, plan.source, m_speed, faultOf(registry, id));
     const PortableServer::ServantBase_var guard(manager);
-    m_managers.emplace_back(m_orb.rootPoa()->activate_object(manager));
+    m_managers.push_back({m_orb.rootPoa()->activate_object(manager), manager});
     const Channel::Manager reference = manager->_this();
-    const auto entered = registry.enter(*wish, reference, idOf(plan.name));
+    const auto entered = registry.enter(*wish, reference, id);
     if (entered.refusal) {
         *error = entered.refusal->text;
     }
     return !entered.refusal;
+}
+
+// The flow tells it on its own thread, and the registry may be gone when its turn comes.
+SourceFlow::Failed OwnChannels::faultOf(ChannelRegistry& registry, const QString& channelId)
+{
+    return [this, channels = QPointer(&registry), channelId](const QString& why) {
+        m_faults.post([channels, channelId, why] {
+            if (Channel* const channel = channels ? channels->find(channelId) : nullptr) {
+                channel->fault(why);
+            }
+        });
+    };
 }
 
 QString OwnChannels::idOf(const QString& name)

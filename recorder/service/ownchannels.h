@@ -1,5 +1,8 @@
 #pragma once
 
+#include <recorder/served/mailbox.h>
+#include <recorder/service/sourceflow.h>
+
 #include <zelkoidl/recorderservice.hh>
 
 #include <QString>
@@ -13,9 +16,11 @@ class Orb;
 namespace ZelkoRecorder {
 
 class ChannelRegistry;
+class OwnManager;
 
 /// The channels that a recorder has of its own, beside those that managers register: each has a source in place of a
-/// receiver. Lives on the recorder's thread.
+/// receiver. A source that fails, or whose data nobody takes, is a fault of its channel. Lives on the recorder's
+/// thread.
 class OwnChannels
 {
 public:
@@ -45,9 +50,18 @@ public:
     static QString idOf(const QString& name);
 
 private:
+    struct Served
+    {
+        PortableServer::ObjectId_var id;
+        OwnManager* manager; // lives as long as the ID is active
+    };
+
+    SourceFlow::Failed faultOf(ChannelRegistry& registry, const QString& channelId);
+
     ZelkoCommon::Orb& m_orb;
     const double m_speed;
-    std::vector<PortableServer::ObjectId_var> m_managers;
+    Mailbox m_faults; // of the flows
+    std::vector<Served> m_managers;
 };
 
 } // namespace ZelkoRecorder

@@ -7,6 +7,8 @@
 
 #include <QDateTime>
 
+#include <utility>
+
 namespace ZelkoRecorder {
 
 using Contract = QD_ZLK::IF_ZLK_c_ChanMan;
@@ -22,10 +24,11 @@ constexpr qint64 microsecondsPerMillisecond = 1000;
 
 } // namespace
 
-OwnManager::OwnManager(const QString& name, const QString& source, double speed)
+OwnManager::OwnManager(const QString& name, const QString& source, double speed, SourceFlow::Failed failed)
     : m_name(name)
     , m_source(source)
     , m_speed(speed)
+    , m_failed(std::move(failed))
 {}
 
 OwnManager::~OwnManager() = default;
@@ -73,7 +76,7 @@ void OwnManager::startDataFlowNG(const char*, const char*, CORBA::Long portNumbe
     start.time = static_cast<quint64>(QDateTime::currentMSecsSinceEpoch() * microsecondsPerMillisecond);
     start.speed = m_speed;
     m_flow.reset();
-    m_flow = std::make_unique<SourceFlow>(openSource(), start);
+    m_flow = std::make_unique<SourceFlow>(openSource(), start, m_failed);
 }
 
 void OwnManager::stopDataFlow(const char*)

@@ -20,8 +20,8 @@ class OwnManager final : public POA_QD_ZLK::IF_ZLK_c_ChanMan, public PortableSer
 {
 public:
     /// `source` is a text as SourceFactory takes it. `speed`: seconds of its signal in a second, 0 for as fast as can
-    /// be. `name` is for the log.
-    OwnManager(const QString& name, const QString& source, double speed);
+    /// be. `name` is for the log. `failed` is told, as SourceFlow does, when a flow breaks off; not after `goingDown`.
+    OwnManager(const QString& name, const QString& source, double speed, SourceFlow::Failed failed);
     ~OwnManager() override;
 
     CORBA::Boolean isAvailableForRecord(const char* channelId, const QD_ZLK::StringSeq& devices) override;
@@ -56,6 +56,7 @@ private:
     const QString m_name;
     const QString m_source;
     const double m_speed;
+    const SourceFlow::Failed m_failed;
     std::unique_ptr<SourceFlow> m_flow; // while data are to flow
     std::unique_ptr<ReplaySink> m_sink; // while a replay is connected
 };

@@ -22,7 +22,7 @@ ReplaySink::~ReplaySink() = default;
 
 void ReplaySink::run(const std::stop_token& stop)
 {
-    const auto connection = FlowConnection::open(m_port);
+    const auto connection = FlowConnection::open(m_port, stop);
     std::vector<char> buffer(bufferSize);
     bool goesOn = connection != nullptr;
     while (goesOn && !stop.stop_requested()) {

@@ -1,7 +1,6 @@
 #include <recorder/service/sourceflow.h>
 
 #include <recorder/service/channelframe.h>
-#include <recorder/store/recorderlog.h>
 
 #include <algorithm>
 
@@ -16,10 +15,11 @@ constexpr std::chrono::milliseconds gatherTime{20};
 
 } // namespace
 
-SourceFlow::SourceFlow(std::unique_ptr<SignalSource> source, const Start& start, RecordingClock& clock)
+SourceFlow::SourceFlow(std::unique_ptr<SignalSource> source, const Start& start, Failed failed, RecordingClock& clock)
     : m_source(std::move(source))
     , m_port(start.port)
     , m_timeline(m_source->description(), start.time)
+    , m_failed(std::move(failed))
     , m_clock(clock)
     , m_pace(start.speed, m_source->description().sampleRate, clock)
     , m_bytesPerFrame(m_source->description().format.bytesPerFrame())
@@ -31,16 +31,25 @@ SourceFlow::~SourceFlow() = default;
 
 void SourceFlow::run(const std::stop_token& stop)
 {
-    const auto connection = FlowConnection::open(m_port);
+    const auto connection = FlowConnection::open(m_port, stop);
     if (!connection) {
-        qCWarning(recorderLog) << "nobody takes the data of a source at port" << m_port;
+        if (!stop.stop_requested()) {
+            fail(QStringLiteral("nobody takes the data of the source"));
+        }
         return;
     }
     while (sendDue(*connection, stop)) {
         m_clock.wait(stop, gatherTime);
     }
-    if (!m_source->errorText().isEmpty()) {
-        qCWarning(recorderLog).noquote() << "the source of a channel has failed:" << m_source->errorText();
+    if (hasSourceFailed()) {
+        fail(QStringLiteral("the source has failed: %1").arg(m_source->errorText()));
+    }
+}
+
+void SourceFlow::fail(const QString& why) const
+{
+    if (m_failed) {
+        m_failed(why);
     }
 }
 
@@ -77,7 +86,7 @@ bool SourceFlow::send(const FlowConnection& connection, const std::stop_token& s
     return true;
 }
 
-// False when it is the last.
+// False when it is the last. A signal that breaks off has not come to its end: then there is no last one either.
 bool SourceFlow::takeFrame(qint64 due)
 {
     ChannelFrame frame = ChannelFrame::at(m_timeline.indexEntryAt(m_position));
@@ -86,6 +95,9 @@ bool SourceFlow::takeFrame(qint64 due)
     frame.number = m_number++;
     frame.isLast = frames == 0;
     m_bytes.clear();
+    if (frame.isLast && hasSourceFailed()) {
+        return false;
+    }
     frame.appendTo(&m_bytes, {m_samples.data(), static_cast<std::size_t>(frames * m_bytesPerFrame)});
     m_position += frames;
     return !frame.isLast;

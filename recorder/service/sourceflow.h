@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -17,7 +18,7 @@ namespace ZelkoRecorder {
 /// the signal ends or nobody takes them. On a thread of its own.
 ///
 /// A frame holds samples of one tuning. A number is left out where the signal has a hole in time. The last frame of a
-/// signal that ends is empty and says so.
+/// signal that ends is empty and says so; a source that fails has none.
 class SourceFlow
 {
 public:
@@ -28,8 +29,13 @@ public:
         double speed = 1; ///< seconds of the signal in a second; 0: as fast as they are taken
     };
 
-    /// `clock` outlives the flow.
-    SourceFlow(std::unique_ptr<SignalSource> source, const Start& start,
+    /// Told why the flow came to nothing or breaks off, a text for people: nobody listens at the port, or the source
+    /// has failed. At most once, on the thread of the flow, before the connection is closed; never because of the end
+    /// of the flow itself.
+    using Failed = std::function<void(const QString& why)>;
+
+    /// `failed` may be null. `clock` outlives the flow.
+    SourceFlow(std::unique_ptr<SignalSource> source, const Start& start, Failed failed,
                RecordingClock& clock = RecordingClock::steady());
 
     /// Ends the flow behind a whole frame, or in one that nobody takes; waits for the thread.
@@ -40,12 +46,15 @@ private:
     bool sendDue(const FlowConnection& connection, const std::stop_token& stop);
     bool send(const FlowConnection& connection, const std::stop_token& stop) const;
     bool takeFrame(qint64 due);
+    bool hasSourceFailed() const { return !m_source->errorText().isEmpty(); }
+    void fail(const QString& why) const;
     qint64 framesUntil(qint64 due) const;
     bool isBehindHole() const;
 
     const std::unique_ptr<SignalSource> m_source;
     const quint16 m_port;
     const SignalTimeline m_timeline;
+    const Failed m_failed;
     RecordingClock& m_clock;
     const SignalPace m_pace;
     const qint64 m_bytesPerFrame; // of the signal: the values of one moment

@@ -68,6 +68,13 @@ ChannelSituation failed()
     return situation;
 }
 
+// Somebody has asked for more than it does already.
+ChannelSituation refusedMore(ChannelSituation situation)
+{
+    situation.error = u"the channel is busy"_s;
+    return situation;
+}
+
 /// What can be done: "record stop settings replay pause halt".
 QString possible(const ChannelSituation& situation)
 {
@@ -135,6 +142,11 @@ void TestChannelSituation::saysHowItIsAndWhatCanBeDone_data()
         << replaying(8) << u"In a state that this console does not know"_s << Glyph::Busy << u"settings halt"_s;
 
     QTest::newRow("something went wrong") << failed() << u"Stopped: the disk does not take it"_s << Glyph::Bad << all;
+    QTest::newRow("refused more while it records")
+        << refusedMore(recording(Recording::NormalRecording)) << u"Recording: the channel is busy"_s << Glyph::Recording
+        << recordingCan;
+    QTest::newRow("refused more while it replays")
+        << refusedMore(replaying(Replay::Running)) << u"Replaying: the channel is busy"_s << Glyph::Play << runningCan;
     QTest::newRow("does not record") << without(&ChannelSituation::canRecord) << u"Stopped, does not record"_s
                                      << Glyph::Idle << u"replay"_s;
     QTest::newRow("does not replay") << without(&ChannelSituation::canReplay) << u"Stopped"_s << Glyph::Idle

@@ -59,6 +59,8 @@ private Q_SLOTS:
     void erasesOutsideOfTheNotification();
     void keepsAsManyAsARecordHas();
     void erasesWhatWasWrittenLast();
+    void keepsAnOldBookmarkThatIsChanged_data();
+    void keepsAnOldBookmarkThatIsChanged();
     void looksAtAllWhereMoreWasWrittenThanTheLogKeeps();
     void looksAtABookmarkThatIsWrittenAgain();
     void mayOutliveItsMap();
@@ -123,6 +125,30 @@ void TestBookmarkBounds::erasesWhatWasWrittenLast()
     f.settle();
     QCOMPARE(f.map.Size(), std::uint64_t{mostBookmarks});
     QVERIFY(!f.map.contains(mostBookmarks) && !f.map.contains(mostBookmarks + 1));
+}
+
+void TestBookmarkBounds::keepsAnOldBookmarkThatIsChanged_data()
+{
+    QTest::addColumn<unsigned int>("old"); // behind the new one
+    QTest::addColumn<unsigned int>("changes");
+    QTest::newRow("by one change") << 7U << 1U;
+    QTest::newRow("by more changes than the log keeps") << 0U << 300U;
+}
+
+void TestBookmarkBounds::keepsAnOldBookmarkThatIsChanged()
+{
+    QFETCH(const unsigned int, old);
+    QFETCH(const unsigned int, changes);
+    Fixture f;
+    f.fill(mostBookmarks);
+    f.settle();
+    f.map.SetAt(mostBookmarks, item(mostBookmarks), nullptr);
+    for (unsigned int i = 0; i < changes; ++i) {
+        f.map.SetAt(old + i, item(old + i, 2), nullptr);
+    }
+    f.settle();
+    QCOMPARE(f.map.Size(), std::uint64_t{mostBookmarks});
+    QVERIFY(!f.map.contains(mostBookmarks));
 }
 
 void TestBookmarkBounds::looksAtAllWhereMoreWasWrittenThanTheLogKeeps()

@@ -6,6 +6,9 @@
 
 #include <QTest>
 
+#include <atomic>
+#include <thread>
+
 using namespace ZelkoRecorder;
 using Moved = FlowConnection::Moved;
 
@@ -18,6 +21,7 @@ private Q_SLOTS:
     void init();
     void connectsToWhoeverListens();
     void isNoneWhereNobodyListens();
+    void endsTheWaitForRoomWhenItIsToStop();
     void givesBytes();
     void takesBytes();
     void waitsWhereThereIsNothingToTake();
@@ -65,6 +69,27 @@ void TestFlowConnection::connectsToWhoeverListens()
 void TestFlowConnection::isNoneWhereNobodyListens()
 {
     QVERIFY(!FlowConnection::open(ZelkoTest::freePort()));
+}
+
+// Nobody takes the connections, of which the system keeps only some.
+void TestFlowConnection::endsTheWaitForRoomWhenItIsToStop()
+{
+    constexpr int beyondRoom = 100;
+    std::atomic<int> opened = 0;
+    std::atomic<bool> hasEnded = false;
+    std::jthread thread([&, port = m_socket->port()](const std::stop_token& stop) {
+        std::vector<std::unique_ptr<FlowConnection>> connections(1);
+        while (opened < beyondRoom && (connections.back() = FlowConnection::open(port, stop))) {
+            connections.emplace_back();
+            ++opened;
+        }
+        hasEnded = true;
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(opened > 0, patience);
+    QVERIFY(!hasEnded);
+    thread.request_stop();
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded, patience);
+    QVERIFY(opened < beyondRoom);
 }
 
 void TestFlowConnection::givesBytes()

@@ -38,6 +38,7 @@ private Q_SLOTS:
     void recordsItsSource();
     void beginsTheSourceAnewWithEachRecording();
     void endsTheRecordingWithTheSource();
+    void keepsWhatASourceGaveUntilItFailed();
     void keepsTheTimesOfACapture();
     void keepsTheHolesOfACapture();
     void endsTheRecordingWhenItsTimeIsOver();
@@ -180,6 +181,27 @@ void TestOwnChannels::endsTheRecordingWithTheSource()
     QCOMPARE(recordedBytes(), beginOfSignal(8000));
     QTRY_COMPARE_WITH_TIMEOUT(m_shown->recording(), u"stopped"_s, patience);
     QCOMPARE(m_shown->error(), QString());
+}
+
+// The file of the samples is cut off while it is read, long before its end.
+void TestOwnChannels::keepsWhatASourceGaveUntilItFailed()
+{
+    constexpr qint64 manySamples = 1LL << 30;
+    const QTemporaryDir folder;
+    const QString stem = folder.filePath(u"capture"_s);
+    SigmfPair pair;
+    pair.global["core:sample_rate"] = 48'000;
+    QVERIFY(pair.write(stem));
+    const QString samples = stem + u".sigmf-data"_s;
+    QVERIFY(QFile::resize(samples, manySamples));
+    begin(stem + u".sigmf-meta"_s);
+    record(StartRequested);
+    QTRY_VERIFY_WITH_TIMEOUT(m_shown->number("FileSize") > 0, patience);
+    QVERIFY(QFile::resize(samples, 0));
+    QTRY_VERIFY_WITH_TIMEOUT(isRecorded(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_shown->recording(), u"stopped"_s, patience);
+    QVERIFY2(m_shown->error().startsWith(u"the source has failed: "_s), qPrintable(m_shown->error()));
+    QVERIFY(recordedBytes().startsWith("0123456789abcdef"));
 }
 
 void TestOwnChannels::keepsTheTimesOfACapture()

@@ -4,12 +4,15 @@
 
 #include <callending.h>
 #include <flowtaker.h>
+#include <freeport.h>
 #include <patience.h>
 #include <sigmfpair.h>
 
 #include <zelkobase/orb/orb.h>
 
 #include <QTest>
+
+#include <atomic>
 
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
@@ -56,6 +59,7 @@ private Q_SLOTS:
     void beginsItsSourceAnewEachTime();
     void stopsTheFlow_data();
     void stopsTheFlow();
+    void tellsThatNobodyTakesItsData();
     void takesTheSamplesOfAReplay();
     void takesNoDatagramsOfAReplay_data();
     void takesNoDatagramsOfAReplay();
@@ -64,8 +68,13 @@ private Q_SLOTS:
 
 private:
     void startFlow() { m_manager->startDataFlowNG(channel, "127.0.0.1", m_taker->port()); }
-    void makeWith(const QString& source) { m_guard = m_manager = new OwnManager(QStringLiteral("Own"), source, 1); }
+    void makeWith(const QString& source)
+    {
+        m_guard = m_manager =
+            new OwnManager(QStringLiteral("Own"), source, 1, [this](const QString&) { ++m_failures; });
+    }
 
+    std::atomic<int> m_failures = 0; // that it was told
     OwnManager* m_manager = nullptr;
     PortableServer::ServantBase_var m_guard;
     std::unique_ptr<FlowTaker> m_taker;
@@ -74,6 +83,7 @@ private:
 void TestOwnManager::init()
 {
     makeWith(endless);
+    m_failures = 0;
     m_taker = std::make_unique<FlowTaker>();
 }
 
@@ -149,6 +159,13 @@ void TestOwnManager::stopsTheFlow()
     };
     ways[static_cast<std::size_t>(way)]();
     QTRY_VERIFY_WITH_TIMEOUT(m_taker->isClosed(), patience);
+    QCOMPARE(m_failures, 0);
+}
+
+void TestOwnManager::tellsThatNobodyTakesItsData()
+{
+    m_manager->startDataFlowNG(channel, "127.0.0.1", freePort());
+    QTRY_COMPARE_WITH_TIMEOUT(m_failures, 1, patience);
 }
 
 void TestOwnManager::takesTheSamplesOfAReplay()

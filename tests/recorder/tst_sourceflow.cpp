@@ -1,3 +1,4 @@
+#include <recorder/served/mailbox.h>
 #include <recorder/service/sourceflow.h>
 
 #include <countingsource.h>
@@ -6,7 +7,6 @@
 #include <patience.h>
 #include <steppedclock.h>
 
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace ZelkoRecorder;
@@ -29,17 +29,23 @@ private Q_SLOTS:
     void leavesOutANumberWhereTimeIsMissing();
     void keepsFramesSmall();
     void endsWithTheSignal();
-    void endsWithASourceThatFails();
+    void breaksOffWithASourceThatFails();
     void waitsForWhoTakesItSlowly();
     void endsWhileNobodyTakesIt();
     void closesTheConnectionInTheEnd();
-    void doesNothingWhereNobodyListens();
+    void tellsThatNobodyListens();
+    void endsBeforeThereIsRoomForIt();
 
 private:
     void start(const SourceDescription& signal, double speed = 1, qint64 failsAt = -1)
     {
-        m_flow = std::make_unique<SourceFlow>(std::make_unique<CountingSource>(signal, failsAt),
-                                              SourceFlow::Start{m_taker->port(), 10'000'000, speed}, m_clock);
+        m_flow =
+            std::make_unique<SourceFlow>(std::make_unique<CountingSource>(signal, failsAt),
+                                         SourceFlow::Start{m_taker->port(), 10'000'000, speed}, keepFault(), m_clock);
+    }
+    SourceFlow::Failed keepFault()
+    {
+        return [this](const QString& why) { m_faults.post([this, why] { m_told.append(why); }); };
     }
     // The time goes on for as long as the condition does not hold.
     template <typename Condition>
@@ -53,6 +59,8 @@ private:
             patience);
     }
 
+    Mailbox m_faults;
+    QStringList m_told;
     SteppedClock m_clock;
     std::unique_ptr<FlowTaker> m_taker;
     std::unique_ptr<SourceFlow> m_flow;
@@ -60,6 +68,7 @@ private:
 
 void TestSourceFlow::init()
 {
+    m_told.clear();
     m_taker = std::make_unique<FlowTaker>();
 }
 
@@ -161,14 +170,18 @@ void TestSourceFlow::endsWithTheSignal()
     QCOMPARE(m_taker->frames().constLast().time, 10'150'000U);
     QCOMPARE(m_taker->samples(), CountingSource::bytes(150));
     QTRY_VERIFY_WITH_TIMEOUT(m_taker->isClosed(), patience);
+    m_flow.reset();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_told, QStringList());
 }
 
-void TestSourceFlow::endsWithASourceThatFails()
+void TestSourceFlow::breaksOffWithASourceThatFails()
 {
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("the cable broke")));
     start(CountingSource::signal(-1), 0, 150);
-    QVERIFY(advanceUntil([this] { return m_taker->hasLast() && m_taker->isClosed(); }));
+    QVERIFY(advanceUntil([this] { return m_taker->isClosed() && !m_told.isEmpty(); }));
+    QCOMPARE(m_told, QStringList{QStringLiteral("the source has failed: the cable broke")});
     QCOMPARE(m_taker->samples(), CountingSource::bytes(150));
+    QVERIFY(!m_taker->hasLast());
 }
 
 // More than any buffer of the system holds.
@@ -197,11 +210,24 @@ void TestSourceFlow::closesTheConnectionInTheEnd()
     QVERIFY(!m_taker->hasLast());
 }
 
-void TestSourceFlow::doesNothingWhereNobodyListens()
+void TestSourceFlow::tellsThatNobodyListens()
 {
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("nobody takes the data")));
     const SourceFlow flow(std::make_unique<CountingSource>(CountingSource::signal(-1)),
-                          SourceFlow::Start{freePort(), 0, 0}, m_clock);
+                          SourceFlow::Start{freePort(), 0, 0}, keepFault(), m_clock);
+    const QStringList told{QStringLiteral("nobody takes the data of the source")};
+    QTRY_COMPARE_WITH_TIMEOUT(m_told, told, patience);
+}
+
+// The taker takes no connection, and the system keeps two.
+void TestSourceFlow::endsBeforeThereIsRoomForIt()
+{
+    const auto first = FlowConnection::open(m_taker->port());
+    const auto second = FlowConnection::open(m_taker->port());
+    QVERIFY(first && second);
+    start(CountingSource::signal(-1));
+    m_flow.reset();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_told, QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestSourceFlow)
