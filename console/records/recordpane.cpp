@@ -153,7 +153,7 @@ QWidget* RecordPane::makeStatusWidget()
 
 void RecordPane::setDevice(const QString& subSystem, const QString& device)
 {
-    if (m_subSystem == subSystem && m_device == device) {
+    if (shows(subSystem, device)) {
         return;
     }
     m_subSystem = subSystem;

@@ -51,6 +51,18 @@ public:
     /// selection and scroll position.
     void setDevice(const QString& subSystem, const QString& device);
 
+    /// Whether it shows those of that device.
+    bool shows(const QString& subSystem, const QString& device) const
+    {
+        return m_subSystem == subSystem && m_device == device;
+    }
+
+    /// @name Whose recordings are shown
+    /// @{
+    const QString& subSystem() const { return m_subSystem; }
+    const QString& device() const { return m_device; }
+    /// @}
+
     /// State of that sub system.
     void setStatus(const SubSystemStatus& status);
 

@@ -74,6 +74,15 @@ void BookmarkTableView::setBookmarks(BookmarkModel* bookmarks)
     look();
 }
 
+void BookmarkTableView::commitEdit()
+{
+    QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+    if (editor) {
+        commitData(editor);
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
+}
+
 QString BookmarkTableView::note() const
 {
     return m_note->isHidden() ? QString() : m_note->text();

@@ -26,6 +26,9 @@ public:
     /// Null for none. Not owned, and may go first.
     void setBookmarks(ZelkoGUI::BookmarkModel* bookmarks);
 
+    /// Takes over what is being typed, as if the user were done with it.
+    void commitEdit();
+
     /// What it says where there are no bookmarks; empty while there are.
     QString note() const;
 

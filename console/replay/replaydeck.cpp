@@ -14,6 +14,7 @@
 #include <zelkobase/state/channelvalues.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
+#include <zelkoguibase/recordlist/recordlistwidget.h>
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 #include <zelkoguibase/state/zelkochannelmodel.h>
 
@@ -112,6 +113,7 @@ void ReplayDeck::connectParts()
     connect(&m_soon, &QTimer::timeout, this, &ReplayDeck::look);
     connect(m_fold, &QToolButton::toggled, m_table, &QWidget::setVisible);
     connect(m_controls, &ReplayControls::startWanted, this, &ReplayDeck::startReplay);
+    connect(this, &ReplayDeck::answered, this, [this] { m_soon.start(); });
     connect(UserRights::Instance(), &UserRights::UpdateUserRights, this, [this] { m_soon.start(); });
 }
 
@@ -139,8 +141,8 @@ void ReplayDeck::setSubSystem(const QString& subSystem)
     if (m_channel) {
         followChannel(*m_channel);
     }
+    updateBar();
     look();
-    showChannel();
 }
 
 void ReplayDeck::followChannel(WorkChannel& channel)
@@ -158,11 +160,13 @@ void ReplayDeck::look()
     if (m_isAsking) {
         return; // whoever asks looks then
     }
-    if (selected() != m_shown) {
-        settleBookmarks();
+    if (selected() != m_shown && !settleBookmarks()) {
+        m_records.list()->select(m_shown.record, true);
+        return;
     }
     updateBar();
     showSelected();
+    showChannel();
 }
 
 bool ReplayDeck::isUnsent() const
@@ -170,30 +174,59 @@ bool ReplayDeck::isUnsent() const
     return m_bookmarks && m_bookmarks->getSynchState() == BookmarkModel::SynchLocalChange;
 }
 
-void ReplayDeck::settleBookmarks()
+bool ReplayDeck::settleBookmarks()
 {
-    if (m_isAsking || !isUnsent()) {
-        return;
+    if (m_isAsking) {
+        return false;
+    }
+    m_table->commitEdit();
+    if (!isUnsent()) {
+        return true;
     }
     const QScopedValueRollback asking(m_isAsking, true);
+    const bool isSettled = ask();
+    QMetaObject::invokeMethod(this, &ReplayDeck::answered, Qt::QueuedConnection); // the asking has ended by then
+    return isSettled;
+}
+
+bool ReplayDeck::ask()
+{
     QMessageBox box(QMessageBox::Question, tr("Bookmarks"),
-                    tr("The bookmarks of the record were changed and are not sent yet."), QMessageBox::NoButton,
+                    tr("The bookmarks of the record were changed and are not sent yet."), QMessageBox::Cancel,
                     window());
     box.setInformativeText(tr("Send them to the recorder?"));
-    const QPushButton* const send = box.addButton(tr("&Send"), QMessageBox::AcceptRole);
-    box.addButton(QMessageBox::Discard);
+    const QPushButton* const sendButton = box.addButton(tr("&Send"), QMessageBox::AcceptRole);
+    const QPushButton* const discard = box.addButton(QMessageBox::Discard);
     box.exec();
-    if (box.clickedButton() == send) {
-        m_bookmarks->sl_synchronize();
-    } else {
-        m_bookmarks->sl_reset();
+    if (box.clickedButton() == sendButton) {
+        return send();
     }
+    if (box.clickedButton() == discard) {
+        m_bookmarks->sl_reset();
+        return true;
+    }
+    return false;
+}
+
+// The connection may have gone while the user was asked, and the record with it.
+bool ReplayDeck::send()
+{
+    if (isUnsent() && m_controller && m_controller->isConnected()) {
+        m_bookmarks->sl_synchronize();
+        return true;
+    }
+    QMessageBox::warning(window(), tr("Bookmarks"),
+                         tr("The bookmarks could not be sent: there is no connection to the recorder any more."));
+    return false;
 }
 
 // Not while bookmarks were changed and not sent, unless nobody can send them any more: another bar has its record set,
-// and that takes those of the recorder.
+// and that takes those of the recorder. Nor while the user is asked about them.
 void ReplayDeck::updateBar()
 {
+    if (m_isAsking && m_bar) {
+        return;
+    }
     WorkChannel* const beside = m_channel && m_channel->isOffered() ? m_channel.get() : nullptr;
     const bool hasRightModel = m_bookmarks && m_bookmarks->readOnly() == !mayChangeAnything();
     if (hasRightModel && m_bar && (beside == m_beside || isUnsent())) {
@@ -275,7 +308,9 @@ void ReplayDeck::takeUpPosition()
 ReplayDeck::Shown ReplayDeck::selected() const
 {
     const QStringList records = m_controller ? m_controller->selectedRecords() : QStringList();
-    return records.size() == 1 ? Shown{records.constFirst(), m_controller->activeDevice()} : Shown();
+    return records.size() == 1
+               ? Shown{records.constFirst(), m_controller->activeDevice(), m_controller->activeSubsystem()}
+               : Shown();
 }
 
 void ReplayDeck::showSelected()

@@ -40,11 +40,16 @@ public:
     ReplayDeck(const WorkChannel::Connection& connection, RecordPane* records, QWidget* parent = nullptr);
     ~ReplayDeck() override;
 
-    /// Where bookmarks were changed and not sent, asks whether they are to be; blocks as long as the user takes. To be
-    /// called before the records that are shown go. Where only the selection changes, that is asked without it.
-    void settleBookmarks();
+    /// Where bookmarks were changed and not sent, asks whether they are to be; blocks as long as the user takes. What
+    /// is being typed counts as changed. To be called before the records that are shown go, or the user who may send
+    /// them. Where only the selection changes, that is asked without it. False: all is to stay as it is, because the
+    /// user wants that, they could not be sent, or he is being asked already.
+    bool settleBookmarks();
 
-    /// Works with the channels of a sub system; with none for an empty name.
+    /// Whether the user is being asked. What is shown is not to be changed meanwhile.
+    bool isAsking() const { return m_isAsking; }
+
+    /// Works with the channels of a sub system; with none for an empty name. There is a bar at once.
     void setSubSystem(const QString& subSystem);
 
     /// @name Whether the table of the bookmarks is unfolded; not at first
@@ -74,11 +79,16 @@ public:
     QToolButton* bookmarkButton() const { return m_fold; }
     /// @}
 
+Q_SIGNALS:
+    /// The user is asked no more: what was held back meanwhile can be done.
+    void answered();
+
 private:
     struct Shown
     {
         QString record; // empty: none
         QString device;
+        QString subSystem;
 
         bool operator==(const Shown&) const = default;
     };
@@ -88,6 +98,8 @@ private:
     void followRecords();
     void look();
     bool isUnsent() const;
+    bool ask();
+    bool send();
     void updateBar();
     void makeBookmarks();
     void makeBar(WorkChannel* beside);

@@ -72,7 +72,8 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
     , m_replay(new ReplayDeck(session->connectionData(), m_records))
     , m_splitter(new QSplitter(Qt::Horizontal))
     , m_badge(new ConnectionBadge)
-    , m_userMenu(new UserMenu(user, this))
+    , m_userMenu(new UserMenu(
+          user, [this] { return m_replay->settleBookmarks(); }, this))
     , m_messages(std::make_unique<UserMessages>(this))
 {
     setObjectName(QStringLiteral("consoleWindow"));
@@ -85,6 +86,7 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
 
     connect(m_devices, &DeviceListView::chosen, this, &ConsoleWindow::showChoice);
     connect(m_records->workDevice(), &WorkDevice::chosen, m_devices, &DeviceListView::choose);
+    connect(m_replay, &ReplayDeck::answered, this, &ConsoleWindow::showChoice);
     connect(session, &Session::statusChanged, this, &ConsoleWindow::statusChanged);
     connect(session, &Session::writeRefused, this, &ConsoleWindow::writeRefused);
     connect(session, &Session::writeNotSent, this, &ConsoleWindow::writeNotSent);
@@ -202,18 +204,32 @@ void ConsoleWindow::showAbout()
                            .arg(QApplication::applicationVersion()));
 }
 
+// Another device goes on to be chosen, or the state of the one that is, while the user is asked about the one before.
 void ConsoleWindow::showChoice()
 {
-    const QString subSystem = m_devices->chosenSubSystem();
-    if (m_records->controller()->activeDevice() != m_devices->chosenDevice()) {
-        m_replay->settleBookmarks();
+    if (m_replay->isAsking() || !leaveDevice()) {
+        return;
     }
+    const QString subSystem = m_devices->chosenSubSystem();
     const SubSystemStatus status = m_session->status(subSystem);
     m_records->setDevice(subSystem, m_devices->chosenDevice());
     m_records->setStatus(status);
     m_replay->setSubSystem(subSystem);
     m_user->workAt(subSystem); // after the device: nothing is selected when the rights become others
     m_badge->show(subSystem, status);
+}
+
+// Where that is not to be, its entry is chosen again; at last when the click that chose another one is over, or that
+// would mark the other one.
+bool ConsoleWindow::leaveDevice()
+{
+    if (m_records->shows(m_devices->chosenSubSystem(), m_devices->chosenDevice()) || m_replay->settleBookmarks()) {
+        return true;
+    }
+    const auto goBack = [this] { m_devices->choose(m_records->subSystem(), m_records->device()); };
+    goBack();
+    QMetaObject::invokeMethod(this, goBack, Qt::QueuedConnection);
+    return false;
 }
 
 void ConsoleWindow::statusChanged(const QString& subSystem)
@@ -251,7 +267,10 @@ void ConsoleWindow::restorePlaces()
 
 void ConsoleWindow::closeEvent(QCloseEvent* event)
 {
-    m_replay->settleBookmarks();
+    if (!m_replay->settleBookmarks()) {
+        event->ignore();
+        return;
+    }
     m_records->savePlaces(*m_settings);
     m_replay->savePlaces(*m_settings);
     m_settings->setValue(geometryKey, saveGeometry());

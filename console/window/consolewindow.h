@@ -54,6 +54,7 @@ private:
     void makeUserButton();
     void makeStatusBar();
     void showChoice();
+    bool leaveDevice();
     void statusChanged(const QString& subSystem);
     void writeRefused(const QString& subSystem, const QString& reason);
     void writeNotSent(const QString& subSystem, const QString& reason);

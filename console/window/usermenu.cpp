@@ -5,6 +5,8 @@
 
 #include <QActionGroup>
 
+#include <utility>
+
 namespace ZelkoConsole {
 
 using ZelkoCommon::Role;
@@ -32,9 +34,10 @@ QString literal(QString name)
 
 } // namespace
 
-UserMenu::UserMenu(ConsoleUser* user, QWidget* parent)
+UserMenu::UserMenu(ConsoleUser* user, MayLeave mayLeave, QWidget* parent)
     : QMenu(tr("&User"), parent)
     , m_user(user)
+    , m_mayLeave(std::move(mayLeave))
     , m_known(new QActionGroup(this))
 {
     setObjectName(QStringLiteral("userMenu"));
@@ -58,7 +61,7 @@ void UserMenu::addKnownUsers()
         action->setCheckable(true);
         action->setData(name);
         action->setStatusTip(tr("Work here as %1.").arg(name));
-        connect(action, &QAction::triggered, this, [this, name] { m_user->switchTo(name); });
+        connect(action, &QAction::triggered, this, [this, name] { become([this, name] { m_user->switchTo(name); }); });
     }
     addActions(m_known->actions());
 }
@@ -72,7 +75,19 @@ void UserMenu::addLogin()
     m_logOut = addAction(tr("Log &Out"));
     m_logOut->setObjectName(QStringLiteral("logOut"));
     m_logOut->setStatusTip(tr("Look at records and do nothing else."));
-    connect(m_logOut, &QAction::triggered, m_user, &ConsoleUser::logOut);
+    connect(m_logOut, &QAction::triggered, this, [this] { become([this] { m_user->logOut(); }); });
+}
+
+// The window may be closed, and this menu with it, while somebody is asked.
+void UserMenu::become(const std::function<void()>& change)
+{
+    const QPointer<UserMenu> self(this);
+    const bool mayLeave = m_mayLeave();
+    if (self && mayLeave) {
+        change();
+    } else if (self) {
+        updateEntries(); // the click has marked another one
+    }
 }
 
 void UserMenu::logIn(const QString& name)
@@ -99,7 +114,7 @@ void UserMenu::ask(const QString& name, const QString& reason)
     }
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (self && dialog && accepted) {
-        m_user->logIn(dialog->credentials());
+        become([this, credentials = dialog->credentials()] { m_user->logIn(credentials); });
     }
     delete dialog;
 }

@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QString>
 
+#include <functional>
+
 class QActionGroup;
 
 namespace ZelkoConsole {
@@ -18,8 +20,11 @@ class UserMenu : public QMenu
     Q_OBJECT
 
 public:
-    /// `user` outlives the menu.
-    explicit UserMenu(ConsoleUser* user, QWidget* parent = nullptr);
+    /// False: the present user goes on to work here.
+    using MayLeave = std::function<bool()>;
+
+    /// `user` outlives the menu. `mayLeave` is asked before another one comes to work here, and may take its time.
+    UserMenu(ConsoleUser* user, MayLeave mayLeave, QWidget* parent = nullptr);
     ~UserMenu() override;
 
     /// Asks for the password of a user, or for a name too where that is empty, and has him work here; nothing changes
@@ -37,11 +42,13 @@ Q_SIGNALS:
 private:
     void addKnownUsers();
     void addLogin();
+    void become(const std::function<void()>& change);
     void ask(const QString& name, const QString& reason);
     void askAgain(const QString& reason, int attempt);
     void updateEntries();
 
     ConsoleUser* const m_user;
+    const MayLeave m_mayLeave;
     QPointer<LoginDialog> m_dialog; // that is open
     QActionGroup* m_known;
     QAction* m_logOut = nullptr; // where there are no known users

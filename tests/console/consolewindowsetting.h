@@ -17,8 +17,8 @@
 /// A console that is shown over such a site, connected, with an operator before it.
 struct ConsoleWindowSetting : RecordListSetting
 {
-    explicit ConsoleWindowSetting(int count = 0)
-        : RecordListSetting(count)
+    explicit ConsoleWindowSetting(int count = 0, const QStringList& moreSubSystems = {})
+        : RecordListSetting(count, moreSubSystems)
         , settings(folder.filePath(QStringLiteral("s.ini")), QSettings::IniFormat)
     {
         open();

@@ -8,11 +8,12 @@
 #include <QAbstractItemModel>
 #include <QStringList>
 
-/// One sub system with one device and some finished records: "r00", "r01" and so on, the later the newer.
+/// One sub system with one device and some finished records: "r00", "r01" and so on, the later the newer. There may be
+/// more sub systems, not connected and without devices.
 struct RecordListSetting
 {
-    explicit RecordListSetting(int count = 0)
-        : site({QStringLiteral("north")})
+    explicit RecordListSetting(int count = 0, const QStringList& moreSubSystems = {})
+        : site(QStringList(QStringLiteral("north")) + moreSubSystems)
     {
         fill(count);
         site.connectTo(north);

@@ -1,8 +1,6 @@
-#include "channelconsole.h"
-#include "replaybarhands.h"
+#include "deckhands.h"
 #include "testbookmarks.h"
 
-#include <console/hands/dialoganswer.h>
 #include <console/replay/bookmarktableview.h>
 #include <console/replay/replaycontrols.h>
 
@@ -12,10 +10,10 @@
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <QToolButton>
 
+using namespace deckhands;
 using namespace ZelkoConsole;
 using namespace Qt::StringLiterals;
 using Replay = SampleChannel::Replay;
@@ -26,37 +24,9 @@ namespace {
 
 constexpr quint64 second = 1'000'000;
 
-VCReplayBar& barOf(const DeckConsole& console)
-{
-    return *console.deck().bar()->findChild<VCReplayBar*>(u"ZelkoReplayBar"_s);
-}
-
 quint64 shownPosition(const DeckConsole& console)
 {
     return static_cast<quint64>(barOf(console).GetMarker(VCReplayBar::PositionMarker)->GetPosition());
-}
-
-void clickRecord(const DeckConsole& console, int number, Qt::KeyboardModifiers modifiers = {})
-{
-    QTableView& table = *console.window->records()->table();
-    const QModelIndexList found =
-        table.model()->match(table.model()->index(0, ZelkoCommon::AbstractRecordListModel::RecordIDColumn),
-                             Qt::DisplayRole, RecordListSetting::id(number), 1, Qt::MatchExactly);
-    QCOMPARE(found.size(), 1);
-    operatorhands::clickRow(table, found.constFirst().row(), modifiers);
-}
-
-bool isShown(const DeckConsole& console, int number)
-{
-    return QTest::qWaitFor(
-        [&] { return barOf(console).GetRecordingStart() == static_cast<double>(DeckConsole::beginOf(number)); },
-        patience);
-}
-
-void choose(const DeckConsole& console, int number)
-{
-    clickRecord(console, number);
-    QVERIFY(isShown(console, number));
 }
 
 void click(QToolButton* button)
@@ -91,7 +61,6 @@ private Q_SLOTS:
     void letsAViewerChangeNothing();
     void standsByItselfWithoutAChannel();
     void keepsWhatWasNotSentWhenAChannelComes();
-    void asksBeforeItDropsWhatWasNotSent();
     void isReachedByKeys();
     void followsAChannelThatOnlyReplays();
     void showsTheRecordAgainAfterAReconnection();
@@ -270,22 +239,6 @@ void TestReplayDeck::keepsWhatWasNotSentWhenAChannelComes()
     QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
     click(console.deck().bar()->findChild<QToolButton*>(u"ResetBookmarks"_s));
     QTRY_COMPARE_WITH_TIMEOUT(channel.position(), DeckConsole::beginOf(1), patience); // the bar is beside it by now
-}
-
-void TestReplayDeck::asksBeforeItDropsWhatWasNotSent()
-{
-    ChannelConsole console(2);
-    choose(console, 1);
-    barOf(console).setFocus();
-    QTest::keyClick(&barOf(console), Qt::Key_Insert);
-    const QSignalSpy sent(console.deck().bookmarks(), &BookmarkModel::si_updateBookmarks);
-    const DialogAnswer answer([](QWidget* dialog) {
-        QTest::mouseClick(qobject_cast<QMessageBox*>(dialog)->button(QMessageBox::Discard), Qt::LeftButton);
-    });
-    choose(console, 0);
-    QVERIFY(answer.wasGiven());
-    QCOMPARE(sent.size(), 0);
-    QCOMPARE(console.deck().bookmarks()->entryCount(), 0);
 }
 
 void TestReplayDeck::isReachedByKeys()

@@ -25,7 +25,8 @@ struct Setting
         }
         user = std::make_unique<ConsoleUser>(site);
         window.show();
-        menu = new UserMenu(user.get(), &window);
+        menu = new UserMenu(
+            user.get(), [this] { return mayLeave; }, &window);
     }
 
     QStringList entries() const
@@ -64,6 +65,7 @@ struct Setting
     std::unique_ptr<ConsoleUser> user;
     QWidget window;
     UserMenu* menu = nullptr;
+    bool mayLeave = true;
 };
 
 void enter(QWidget* dialog, const char* name, const char* text)
@@ -81,6 +83,18 @@ class TestUserMenu : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void keepsWhoMayNotLeave()
+    {
+        Setting setting(true);
+        setting.mayLeave = false;
+        setting.choose(2);
+        QCOMPARE(setting.user->name(), QStringLiteral("operator"));
+        QCOMPARE(setting.checked(), QStringList(QStringLiteral("operator")));
+        setting.mayLeave = true;
+        setting.choose(2);
+        QCOMPARE(setting.user->name(), QStringLiteral("administrator"));
+    }
+
     void beginsAsTheOperatorOfARecorderOfTheConsolesOwn()
     {
         const Setting setting(true);
@@ -171,7 +185,8 @@ private Q_SLOTS:
     {
         Setting setting(false);
         auto* const window = new QWidget;
-        auto* const menu = new UserMenu(setting.user.get(), window);
+        auto* const menu = new UserMenu(
+            setting.user.get(), [] { return true; }, window);
         const DialogAnswer end([window](QWidget*) { delete window; });
         menu->actions().at(0)->trigger();
         QVERIFY(end.wasGiven());
