@@ -146,7 +146,7 @@ Glyph stateGlyph(const ChannelSituation& situation)
 
 QString whyNoRecording(const ChannelSituation& situation)
 {
-    if (const QString why = whyNoUse(situation); !why.isEmpty()) {
+    if (QString why = whyNoUse(situation); !why.isEmpty()) {
         return why;
     }
     if (!situation.canRecord) {
@@ -157,7 +157,7 @@ QString whyNoRecording(const ChannelSituation& situation)
 
 QString whyNoStop(const ChannelSituation& situation)
 {
-    if (const QString why = whyNoUse(situation); !why.isEmpty()) {
+    if (QString why = whyNoUse(situation); !why.isEmpty()) {
         return why;
     }
     return situation.hasRecording() ? QString() : tr("Nothing is being recorded.");
@@ -171,7 +171,7 @@ QString whyNoSettings(const ChannelSituation& situation)
 
 QString whyNoReplay(const ChannelSituation& situation, int selected)
 {
-    if (const QString why = whyNoUse(situation); !why.isEmpty()) {
+    if (QString why = whyNoUse(situation); !why.isEmpty()) {
         return why;
     }
     if (situation.isReplayHeld()) {
@@ -188,7 +188,7 @@ QString whyNoReplay(const ChannelSituation& situation, int selected)
 
 QString whyNoPause(const ChannelSituation& situation)
 {
-    if (const QString why = whyNoUse(situation); !why.isEmpty()) {
+    if (QString why = whyNoUse(situation); !why.isEmpty()) {
         return why;
     }
     const bool isRunning =
@@ -198,7 +198,7 @@ QString whyNoPause(const ChannelSituation& situation)
 
 QString whyNoReplayStop(const ChannelSituation& situation)
 {
-    if (const QString why = whyNoUse(situation); !why.isEmpty()) {
+    if (QString why = whyNoUse(situation); !why.isEmpty()) {
         return why;
     }
     return situation.hasReplay() ? QString() : tr("Nothing is being replayed.");
