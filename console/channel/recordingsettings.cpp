@@ -74,6 +74,14 @@ void showNumber(QSpinBox& number, int value)
     }
 }
 
+// The user is done with it. Whether that is another number than `value`, as it would be shown.
+bool isAnotherThan(QSpinBox& number, int value)
+{
+    number.interpretText();
+    number.findChild<QLineEdit*>()->setModified(false);
+    return number.value() != std::max(value, number.minimum());
+}
+
 } // namespace
 
 RecordingSettings::RecordingSettings(QWidget* parent)
@@ -83,6 +91,15 @@ RecordingSettings::RecordingSettings(QWidget* parent)
     , m_fileSize(makeNumber("fileSize", 100'000'000, tr(" kB"), tr("no limit")))
 {
     m_name->setObjectName(QStringLiteral("recordName"));
+    m_name->setAccessibleName(tr("Name of the next recording"));
+    m_timeout->setAccessibleName(tr("Seconds after which the next recording ends"));
+    m_fileSize->setAccessibleName(tr("Size of the next recording at most, in kB"));
+    arrange();
+    connectParts();
+}
+
+void RecordingSettings::arrange()
+{
     m_name->setMaxLength(longestName);
     m_name->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
     auto* const layout = new QHBoxLayout(this);
@@ -96,9 +113,12 @@ RecordingSettings::RecordingSettings(QWidget* parent)
     layout->addSpacing(6);
     layout->addWidget(makeLabel(tr("At &most:"), m_fileSize));
     layout->addWidget(m_fileSize);
-    m_name->setAccessibleName(tr("Name of the next recording"));
-    m_timeout->setAccessibleName(tr("Seconds after which the next recording ends"));
-    m_fileSize->setAccessibleName(tr("Size of the next recording at most, in kB"));
+}
+
+void RecordingSettings::connectParts()
+{
+    connect(m_timeout, &QSpinBox::editingFinished, this, &RecordingSettings::writeTimeout);
+    connect(m_fileSize, &QSpinBox::editingFinished, this, &RecordingSettings::writeFileSize);
     connect(m_name, &QLineEdit::editingFinished, this, &RecordingSettings::writeName);
     connect(m_timeout, &QSpinBox::valueChanged, this, [this](int seconds) {
         if (m_channel) {
@@ -141,8 +161,8 @@ void RecordingSettings::update()
 void RecordingSettings::commit()
 {
     writeName();
-    m_timeout->interpretText();
-    m_fileSize->interpretText();
+    writeTimeout();
+    writeFileSize();
 }
 
 void RecordingSettings::writeName()
@@ -150,6 +170,21 @@ void RecordingSettings::writeName()
     m_name->setModified(false);
     if (m_channel && m_channel->recordName() != m_name->text()) {
         m_channel->model()->setRecordingName(m_name->text());
+    }
+}
+
+// Somebody else may have written another one while this was typed, so that the number seems to be the same.
+void RecordingSettings::writeTimeout()
+{
+    if (m_channel && isAnotherThan(*m_timeout, m_channel->recordTimeout())) {
+        m_channel->model()->setRecordingTimeout(static_cast<unsigned int>(m_timeout->value()));
+    }
+}
+
+void RecordingSettings::writeFileSize()
+{
+    if (m_channel && isAnotherThan(*m_fileSize, m_channel->fileSizeInKB())) {
+        m_channel->model()->setFileSize(m_fileSize->value());
     }
 }
 

@@ -38,7 +38,11 @@ public:
     QSpinBox* fileSize() const { return m_fileSize; }
 
 private:
+    void arrange();
+    void connectParts();
     void writeName();
+    void writeTimeout();
+    void writeFileSize();
 
     QPointer<WorkChannel> m_channel;
     QLabel* m_label; // of the name

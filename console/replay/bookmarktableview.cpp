@@ -10,7 +10,6 @@
 #include <QKeyEvent>
 
 #include <algorithm>
-#include <functional>
 
 namespace ZelkoConsole {
 
@@ -31,8 +30,17 @@ BookmarkTableView::BookmarkTableView(QWidget* parent)
 {
     setObjectName(QStringLiteral("bookmarkTable"));
     setAccessibleName(tr("Bookmarks"));
+    arrange();
+    dressHeaders();
+    connectParts();
+    look();
+}
+
+BookmarkTableView::~BookmarkTableView() = default;
+
+void BookmarkTableView::arrange()
+{
     RoomyStyle::apply(this);
-    RoomyStyle::apply(horizontalHeader());
     setItemDelegateForColumn(BookmarkModel::TimeColumn, new ZelkoGUI::BookmarkEditTimeDelegate(this));
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                     QAbstractItemView::AnyKeyPressed);
@@ -41,22 +49,28 @@ BookmarkTableView::BookmarkTableView(QWidget* parent)
     setShowGrid(false);
     setAlternatingRowColors(true);
     setCornerButtonEnabled(false);
+}
+
+void BookmarkTableView::dressHeaders()
+{
+    RoomyStyle::apply(horizontalHeader());
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(RoomyStyle::rowHeight(this));
     verticalHeader()->setSectionsClickable(true);
+}
+
+void BookmarkTableView::connectParts()
+{
     connect(verticalHeader(), &QHeaderView::sectionClicked, this, &BookmarkTableView::sectionClicked);
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         if (isAddRow(index)) {
             add();
         }
     });
-    look();
 }
-
-BookmarkTableView::~BookmarkTableView() = default;
 
 void BookmarkTableView::setBookmarks(BookmarkModel* bookmarks)
 {
@@ -155,19 +169,34 @@ void BookmarkTableView::add()
     edit(text);
 }
 
-// From the last on, so that the others keep their rows.
-void BookmarkTableView::remove()
+QList<bool> BookmarkTableView::selectedRows() const
 {
-    QList<int> rows;
+    QList<bool> isSelected(m_bookmarks->entryCount(), false);
     for (const QModelIndex& index : selectionModel()->selectedIndexes()) {
-        if (!isAddRow(index) && !rows.contains(index.row())) {
-            rows.append(index.row());
+        if (!isAddRow(index)) {
+            isSelected[index.row()] = true;
         }
     }
-    std::sort(rows.begin(), rows.end(), std::greater<>());
-    for (const int row : rows) {
-        m_bookmarks->removeEntry(row);
+    return isSelected;
+}
+
+// All at once, as the bars and the map are told of each change. The next that is left is the current one then.
+void BookmarkTableView::remove()
+{
+    const QList<bool> isSelected = selectedRows();
+    const auto first = isSelected.indexOf(true);
+    if (first < 0) {
+        return;
     }
+    BookmarkModel::Entries left;
+    for (int row = 0; row < isSelected.size(); ++row) {
+        if (!isSelected[row]) {
+            left.append(m_bookmarks->entry(row));
+        }
+    }
+    const int column = currentIndex().column();
+    m_bookmarks->setEntries(left);
+    setCurrentIndex(m_bookmarks->index(static_cast<int>(first), std::max(column, 0)));
 }
 
 void BookmarkTableView::keyPressEvent(QKeyEvent* event)

@@ -39,9 +39,13 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void arrange();
+    void dressHeaders();
+    void connectParts();
     void sectionClicked(int section);
     void add();
     void remove();
+    QList<bool> selectedRows() const;
     void look();
     void widenTimes();
     QString noteNow() const;

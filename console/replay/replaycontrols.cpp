@@ -45,6 +45,12 @@ ReplayControls::ReplayControls(QWidget* parent)
     for (QToolButton* const button : {m_play, m_pause, m_stop}) {
         layout->addWidget(button);
     }
+    connectParts();
+    update();
+}
+
+void ReplayControls::connectParts()
+{
     connect(m_play, &QToolButton::clicked, this, &ReplayControls::play);
     connect(m_pause, &QToolButton::clicked, this, [this] {
         if (m_channel) {
@@ -56,7 +62,6 @@ ReplayControls::ReplayControls(QWidget* parent)
             m_channel->model()->setReplayIdle();
         }
     });
-    update();
 }
 
 void ReplayControls::setChannel(WorkChannel* channel)

@@ -35,6 +35,7 @@ Q_SIGNALS:
     void startWanted();
 
 private:
+    void connectParts();
     void update();
     void play();
 

@@ -75,6 +75,7 @@ private Q_SLOTS:
     void addsByKeys();
     void addsByADoubleClickBehindTheLast();
     void takesAwayWhatIsSelected();
+    void takesAwayManyAtOnce();
     void editsByKeys();
     void editsATimeWithinTheRecord();
     void changesNothingOfAViewer();
@@ -162,6 +163,26 @@ void TestBookmarkTableView::takesAwayWhatIsSelected()
     QCOMPARE(setting.site.bookmarks(), QStringList());
     setting.key(Qt::Key_Delete);
     QCOMPARE(setting.site.model.getSynchState(), BookmarkModel::SynchLocalChange);
+}
+
+void TestBookmarkTableView::takesAwayManyAtOnce()
+{
+    Setting setting;
+    setting.site.show({bookmarkAt(10, u"a"_s), bookmarkAt(20, u"b"_s), bookmarkAt(30, u"c"_s), bookmarkAt(40, u"d"_s)});
+    QVERIFY(setting.isActive());
+    const auto selectRow = [&setting](int row) {
+        const QModelIndex text = setting.site.model.index(row, BookmarkModel::TextColumn);
+        QTest::mouseClick(setting.table.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          setting.table.visualRect(text).center());
+    };
+    selectRow(1);
+    selectRow(2);
+    const QSignalSpy changes(&setting.site.model, &BookmarkModel::si_normalizedChanged);
+    setting.key(Qt::Key_Delete);
+    QCOMPARE(setting.site.bookmarks(), QStringList({u"10000000 a"_s, u"40000000 d"_s}));
+    QCOMPARE(changes.size(), 1);
+    setting.key(Qt::Key_Delete); // the next one is where they were
+    QCOMPARE(setting.site.bookmarks(), QStringList(u"10000000 a"_s));
 }
 
 void TestBookmarkTableView::editsByKeys()

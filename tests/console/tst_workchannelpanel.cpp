@@ -36,6 +36,9 @@ private Q_SLOTS:
     void writesWhatIsTyped();
     void writesTheNameBeforeItRecords();
     void showsWhatOthersWriteUnlessSomebodyTypes();
+    void showsTheNumbersOfOthersWhenTheTypingIsDone();
+    void writesTheNumberThatItWasBefore_data();
+    void writesTheNumberThatItWasBefore();
     void saysWhatTheChannelDoes();
     void letsAViewerDoNothing();
     void takesUpTheChannelForWhoMayUseItNow();
@@ -136,6 +139,45 @@ void TestWorkChannelPanel::showsWhatOthersWriteUnlessSomebodyTypes()
     QTest::keyClicks(&name, u"ne"_s);
     QTest::keyClick(&name, Qt::Key_Return);
     QCOMPARE(console.channel.recordName(), u"Mine"_s);
+}
+
+void TestWorkChannelPanel::showsTheNumbersOfOthersWhenTheTypingIsDone()
+{
+    ChannelConsole console;
+    QSpinBox& timeout = *console.panel().settings()->timeout();
+    console.channel.setRecordTimeout(90);
+    QTRY_COMPARE_WITH_TIMEOUT(timeout.value(), 90, patience);
+    timeout.selectAll();
+    operatorhands::type(timeout, u"90"_s);
+    QTest::keyClick(&timeout, Qt::Key_Tab);
+    timeout.setFocus();
+    console.channel.setRecordTimeout(30);
+    QTRY_COMPARE_WITH_TIMEOUT(timeout.value(), 30, patience);
+    QVERIFY(timeout.hasFocus());
+}
+
+void TestWorkChannelPanel::writesTheNumberThatItWasBefore_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::newRow("when the typing is done") << Qt::Key_Return << Qt::KeyboardModifiers();
+    QTest::newRow("before it records") << Qt::Key_C << Qt::KeyboardModifiers(Qt::AltModifier);
+}
+
+void TestWorkChannelPanel::writesTheNumberThatItWasBefore()
+{
+    QFETCH(Qt::Key, key);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    ChannelConsole console;
+    QSpinBox& size = *console.panel().settings()->fileSize();
+    console.channel.setFileSizeInKB(70);
+    QTRY_COMPARE_WITH_TIMEOUT(size.value(), 70, patience);
+    size.selectAll();
+    operatorhands::type(size, u"70"_s);
+    console.channel.setFileSizeInKB(500);
+    letTurnsPass();
+    QTest::keyClick(&size, key, modifiers);
+    QTRY_COMPARE_WITH_TIMEOUT(console.channel.fileSizeInKB(), 70, patience);
 }
 
 void TestWorkChannelPanel::saysWhatTheChannelDoes()
