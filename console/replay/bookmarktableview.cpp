@@ -202,17 +202,23 @@ void BookmarkTableView::remove()
 void BookmarkTableView::keyPressEvent(QKeyEvent* event)
 {
     const bool isPlain = event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
-    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isPlain || !isEditable()) {
-        QTableView::keyPressEvent(event);
-    } else if (event->key() == Qt::Key_Delete) {
+    if (isPlain && isEditable() && editByKey(event->key())) {
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+bool BookmarkTableView::editByKey(int key)
+{
+    const bool isEdit = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2;
+    if (key == Qt::Key_Delete) {
         remove();
-    } else if (event->key() == Qt::Key_Insert ||
-               (isAddRow(currentIndex()) && (isReturn || event->key() == Qt::Key_F2))) {
+    } else if (key == Qt::Key_Insert || (isAddRow(currentIndex()) && isEdit)) {
         add();
     } else {
-        QTableView::keyPressEvent(event);
+        return false;
     }
+    return true;
 }
 
 QSize BookmarkTableView::sizeHint() const

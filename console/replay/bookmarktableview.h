@@ -45,6 +45,7 @@ private:
     void sectionClicked(int section);
     void add();
     void remove();
+    bool editByKey(int key);
     QList<bool> selectedRows() const;
     void look();
     void widenTimes();
