@@ -20,7 +20,6 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <memory>
 
 using zelko::recordmap::RecordItemMap;
@@ -216,20 +215,11 @@ BENCHMARK(overTheBareOrb)->Name("firstload/bareorb")->Unit(benchmark::kMilliseco
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
-    if (BenchPeer::isMe(argc, argv)) {
-        return serve(application);
-    }
-    BenchPeer server;
     // The other end keeps to one processor. This one may use all: its ORB receives while the GUI thread is at work.
-    if (!server.start()) {
-        return EXIT_FAILURE;
-    }
-    serverPort = server.port();
-    zelko::registerItemMapTypes();
-    clientOrb = std::make_unique<ZelkoCommon::Orb>(orbOptions());
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    clientOrb.reset();
-    return EXIT_SUCCESS;
+    const auto begin = [](quint16 port) {
+        serverPort = port;
+        zelko::registerItemMapTypes();
+        clientOrb = std::make_unique<ZelkoCommon::Orb>(orbOptions());
+    };
+    return BenchPeer::run(argc, argv, {serve, begin, [] { clientOrb.reset(); }});
 }

@@ -20,7 +20,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -110,18 +109,9 @@ BENCHMARK(overTheLink)->Name("work_of_a_second/link")->Unit(benchmark::kMillisec
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
-    if (BenchPeer::isMe(argc, argv)) {
-        return serve(application);
-    }
-    BenchPeer server;
-    if (!server.start()) {
-        return EXIT_FAILURE;
-    }
-    serverPort = server.port();
-    clientOrb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    clientOrb.reset();
-    return EXIT_SUCCESS;
+    const auto begin = [](quint16 port) {
+        serverPort = port;
+        clientOrb = std::make_unique<ZelkoCommon::Orb>(ZelkoCommon::OrbOptions());
+    };
+    return BenchPeer::run(argc, argv, {serve, begin, [] { clientOrb.reset(); }});
 }

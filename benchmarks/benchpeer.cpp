@@ -2,10 +2,13 @@
 
 #include <QCoreApplication>
 
+#include <benchmark/benchmark.h>
+
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -16,6 +19,11 @@ constexpr std::chrono::milliseconds patience = std::chrono::minutes(1);
 long lastProcessor()
 {
     return sysconf(_SC_NPROCESSORS_ONLN) - 1;
+}
+
+bool isOtherEnd(int argc, const char* const* argv)
+{
+    return argc == 2 && std::strcmp(argv[1], serveArgument) == 0;
 }
 
 } // namespace
@@ -42,9 +50,21 @@ bool BenchPeer::start()
     return true;
 }
 
-bool BenchPeer::isMe(int argc, const char* const* argv)
+int BenchPeer::run(int argc, char** argv, const Program& program)
 {
-    return argc == 2 && std::strcmp(argv[1], serveArgument) == 0;
+    QCoreApplication application(argc, argv);
+    if (isOtherEnd(argc, argv)) {
+        return program.serve(application);
+    }
+    BenchPeer peer;
+    if (!peer.start()) {
+        return EXIT_FAILURE;
+    }
+    program.begin(peer.m_port);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    program.end();
+    return EXIT_SUCCESS;
 }
 
 void BenchPeer::announce(quint16 port)

@@ -4,6 +4,10 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <functional>
+
+class QCoreApplication;
+
 /// The other end of a benchmark over the network: the same program once more, with the argument "--serve", killed with
 /// this object. It prints the port on which it listens, and a line end, once it can be called.
 ///
@@ -11,24 +15,31 @@
 class BenchPeer
 {
 public:
-    BenchPeer();
-    ~BenchPeer();
     BenchPeer(const BenchPeer&) = delete;
     BenchPeer& operator=(const BenchPeer&) = delete;
 
-    /// Starts it and waits until it can be called, for a minute at most: then it has failed, and a line says so.
-    bool start();
+    /// What differs from one program of that kind to the next.
+    struct Program
+    {
+        std::function<int(QCoreApplication&)> serve; ///< as the other end, until it is killed
+        std::function<void(quint16 port)> begin;     ///< in front of the benchmarks; where the other end listens
+        std::function<void()> end;                   ///< behind them
+    };
 
-    /// Whether the arguments of this program say that it is such an end.
-    static bool isMe(int argc, const char* const* argv);
+    /// The whole of such a program: the other end if its arguments say so, and else its benchmarks. Gives the exit
+    /// code.
+    static int run(int argc, char** argv, const Program& program);
 
     /// What the other end does with its port.
     static void announce(quint16 port);
 
-    /// Where it listens; 0 before it was started.
-    quint16 port() const { return m_port; }
-
 private:
+    BenchPeer();
+    ~BenchPeer();
+
+    /// Starts it and waits until it can be called, for a minute at most: then it has failed, and a line says so.
+    bool start();
+
     QProcess m_process;
     quint16 m_port = 0;
 };

@@ -2,10 +2,9 @@
 
 #include "controllersite.h"
 #include "dialoganswers.h"
-#include "faultproxy.h"
+#include "loopbackservice.h"
 #include "ownconfiguration.h"
 #include "patience.h"
-#include "servicepeer.h"
 #include "testrecords.h"
 #include "tracemask.h"
 
@@ -38,16 +37,6 @@ QString textOf(ServiceStatus status)
 {
     return ZelkoCommon::ToolbarHelper::Instance()->ErrorId2Text(ZelkoCommon::statusCode(status), 1);
 }
-
-/// A recorder's service in this process that is called over the loopback interface.
-struct Service
-{
-    Service() { proxy.setTarget(orb.port()); }
-
-    FaultProxy proxy;
-    ZelkoCommon::Orb orb{ZelkoCommon::OrbOptions()};
-    ServicePeer peer{orb, proxy.port()};
-};
 
 /// Fails at the question for a name, as a part that an application supplies may.
 class FailingTranslator final : public QTranslator
@@ -128,7 +117,7 @@ private:
     void rename(const std::function<void(QInputDialog*)>& answer);
 
     const OwnConfiguration m_configuration;
-    std::optional<Service> m_service;
+    std::optional<LoopbackService> m_service;
     std::optional<ControllerSite> m_site;
     std::optional<DeviceBranch> m_branch;
     std::optional<ControllerLog> m_log;

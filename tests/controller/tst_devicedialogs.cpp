@@ -3,10 +3,9 @@
 #include "commenttable.h"
 #include "controllersite.h"
 #include "copyablerecord.h"
-#include "faultproxy.h"
+#include "loopbackservice.h"
 #include "ownconfiguration.h"
 #include "patience.h"
-#include "servicepeer.h"
 #include "testbookmarks.h"
 
 #include <resources/zelkoicons.h>
@@ -30,16 +29,6 @@ using ZelkoGUI::ZelkoServerGUIController;
 using Action = ZelkoGUI::IZelkoGUIController::enUserAction;
 
 namespace {
-
-/// A recorder's service in this process that is called over the loopback interface.
-struct Service
-{
-    Service() { proxy.setTarget(orb.port()); }
-
-    FaultProxy proxy;
-    ZelkoCommon::Orb orb{ZelkoCommon::OrbOptions()};
-    ServicePeer peer{orb, proxy.port()};
-};
 
 std::shared_ptr<ZELKO_XML::ZELKO_RecordData> record(const QString& id)
 {
@@ -124,7 +113,7 @@ private:
     QStringList calls() const { return m_service->peer.calls(); }
 
     std::optional<OwnConfiguration> m_configuration;
-    std::optional<Service> m_service;
+    std::optional<LoopbackService> m_service;
     std::optional<ControllerSite> m_site;
     std::optional<DeviceBranch> m_branch;
     std::unique_ptr<QWidget> m_parent;

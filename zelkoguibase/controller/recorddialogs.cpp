@@ -89,7 +89,6 @@ void RecordDialogs::showEdit(const QString& recordID)
 {
     if (!m_edit) {
         m_edit = makeEdit(forAll);
-        m_edit->setObjectName(QStringLiteral("EditRecordDialog"));
     }
     show(m_edit, recordID);
 }

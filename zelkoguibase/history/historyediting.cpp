@@ -5,6 +5,8 @@
 #include <QScrollBar>
 #include <QTableView>
 
+#include <algorithm>
+
 namespace ZelkoGUI {
 
 // The view has heard of the reset before, since it was connected before.
