@@ -4,6 +4,7 @@
 
 #include <zelkoguibase/filter/multifiltersortproxymodel.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
+#include <zelkoguibase/recordlist/columnheaderview_p.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -39,6 +40,7 @@ public:
 
     QSortFilterProxyModel& proxy() { return m_proxy; }
     void search(const QString& text) { m_condition->setPattern(text); }
+    void dress(QTableView& view) { view.setHorizontalHeader(new ZelkoGUI::ColumnHeaderView(&view)); }
     void follow(const QItemSelectionModel* selection) { m_proxy.followSelection(selection); }
 
 private:
@@ -59,6 +61,7 @@ public:
     }
 
     QSortFilterProxyModel& proxy() { return m_proxy; }
+    void dress(QTableView&) {}
     void follow(const QItemSelectionModel*) {}
     void search(const QString& text)
     {
@@ -96,6 +99,7 @@ public:
         if (setting.viewed) {
             m_view = std::make_unique<QTableView>();
             m_view->resize(900, 600);
+            m_side.dress(*m_view);
             m_view->setModel(&proxy());
             m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
             m_view->show();

@@ -1,5 +1,6 @@
 #include "menuanswer.h"
 #include "patience.h"
+#include "turns.h"
 
 #include <zelkoguibase/recordlist/columnheaderview_p.h>
 
@@ -96,6 +97,52 @@ struct Setting
     ColumnHeaderView& header;
 };
 
+/// What of a header is painted. All of a window is painted in one go, some time after it was asked for.
+class PaintedParts final : public QObject
+{
+public:
+    explicit PaintedParts(const Setting& setting)
+        : m_header(setting.header.viewport())
+        , m_cells(setting.table.viewport())
+    {
+        m_header->installEventFilter(this);
+        m_cells->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            (watched == m_header ? m_parts : m_paintedCells) += static_cast<QPaintEvent*>(event)->region();
+        }
+        return false;
+    }
+
+    /// Lets all of it be painted that waits for it.
+    void settle()
+    {
+        while (!take().isEmpty()) {
+        }
+    }
+
+    /// Since the last call.
+    QRect take()
+    {
+        letTurnsPass();
+        m_paintedCells = {};
+        m_cells->update();
+        if (!QTest::qWaitFor([this] { return !m_paintedCells.isEmpty(); }, patience)) {
+            qFatal("the window is not painted");
+        }
+        return std::exchange(m_parts, {}).boundingRect();
+    }
+
+private:
+    QWidget* const m_header;
+    QWidget* const m_cells;
+    QRegion m_parts;
+    QRegion m_paintedCells;
+};
+
 } // namespace
 
 class ColumnHeaderViewTest : public QObject
@@ -130,6 +177,9 @@ private Q_SLOTS:
     void takesNoKeysWithoutColumns();
     void leavesOtherKeysToTheTable();
     void leavesTheEndsOfTheTableToTheTable();
+    void paintsWhatLooksDifferent();
+    void paintsNothingForWhatLooksTheSame();
+    void showsTheSectionsOfAnotherModel();
 };
 
 void ColumnHeaderViewTest::isReachedByTheTabKey()
@@ -502,6 +552,61 @@ void ColumnHeaderViewTest::leavesTheEndsOfTheTableToTheTable()
     QCOMPARE(setting.chosen(), u"A"_s);
     setting.press(Qt::Key_Home, Qt::ControlModifier);
     QCOMPARE(setting.table.currentIndex(), setting.model.index(0, 0));
+}
+
+void ColumnHeaderViewTest::paintsWhatLooksDifferent()
+{
+    Setting setting;
+    setting.header.setFixedHeight(30); // as high as it is with a picture
+    QVERIFY(QTest::qWaitForWindowActive(&setting.table, patience));
+    PaintedParts painted(setting);
+    Q_EMIT setting.model.headerDataChanged(Qt::Horizontal, 0, 3);
+    painted.settle();
+
+    const QRect second(setting.header.sectionViewportPosition(1), 0, setting.header.sectionSize(1),
+                       setting.header.viewport()->height());
+    setting.model.setHeaderData(1, Qt::Horizontal, u"Other"_s);
+    QCOMPARE(painted.take(), second);
+    QPixmap mark(16, 16);
+    mark.fill(Qt::red);
+    setting.model.setHeaderData(1, Qt::Horizontal, QIcon(mark), Qt::DecorationRole);
+    QCOMPARE(painted.take(), second);
+    mark.fill(Qt::green);
+    setting.model.setHeaderData(1, Qt::Horizontal, mark, Qt::DecorationRole);
+    QCOMPARE(painted.take(), second);
+}
+
+void ColumnHeaderViewTest::paintsNothingForWhatLooksTheSame()
+{
+    Setting setting;
+    setting.header.setFixedHeight(30);
+    QVERIFY(QTest::qWaitForWindowActive(&setting.table, patience));
+    QPixmap mark(16, 16);
+    mark.fill(Qt::red);
+    setting.model.setHeaderData(2, Qt::Horizontal, QIcon(mark), Qt::DecorationRole);
+    PaintedParts painted(setting);
+    painted.settle();
+    for (int announcement = 0; announcement < 100; ++announcement) {
+        Q_EMIT setting.model.headerDataChanged(Qt::Horizontal, 0, 3);
+    }
+    QCOMPARE(painted.take(), QRect());
+}
+
+void ColumnHeaderViewTest::showsTheSectionsOfAnotherModel()
+{
+    QStandardItemModel other(1, 2);
+    Setting setting;
+    QVERIFY(QTest::qWaitForWindowActive(&setting.table, patience));
+    setting.model.setHeaderData(0, Qt::Horizontal, u"Late"_s);
+    setting.table.setModel(&other);
+    PaintedParts painted(setting);
+    painted.settle();
+    setting.model.setHeaderData(0, Qt::Horizontal, u"Nobody sees this"_s);
+    QCOMPARE(painted.take(), QRect());
+    other.setHeaderData(0, Qt::Horizontal, u"Sees this"_s);
+    QVERIFY(!painted.take().isEmpty());
+    setting.table.setModel(nullptr);
+    letTurnsPass();
 }
 
 QTEST_MAIN(ColumnHeaderViewTest)

@@ -33,6 +33,38 @@ ColumnHeaderView::ColumnHeaderView(QTableView* table)
 
 ColumnHeaderView::~ColumnHeaderView() = default;
 
+// The base class would paint anew whatever is announced.
+void ColumnHeaderView::setModel(QAbstractItemModel* model)
+{
+    m_look.forget();
+    if (this->model() != nullptr) {
+        disconnect(this->model(), &QAbstractItemModel::headerDataChanged, this, nullptr);
+    }
+    QHeaderView::setModel(model);
+    if (model != nullptr) {
+        disconnect(model, &QAbstractItemModel::headerDataChanged, this, nullptr);
+        connect(model, &QAbstractItemModel::headerDataChanged, this, &ColumnHeaderView::sectionsAnnounced);
+    }
+}
+
+// Thousands of announcements may come in one turn of the event loop, before anything is painted.
+void ColumnHeaderView::sectionsAnnounced()
+{
+    if (!m_announced) {
+        m_announced = true;
+        QMetaObject::invokeMethod(this, &ColumnHeaderView::showChanges, Qt::QueuedConnection);
+    }
+}
+
+void ColumnHeaderView::showChanges()
+{
+    m_announced = false;
+    const QList<int> sections = model() != nullptr ? m_look.changes(*model()) : QList<int>();
+    for (const int section : sections) {
+        headerDataChanged(orientation(), section, section);
+    }
+}
+
 int ColumnHeaderView::chosenColumn() const
 {
     if (m_chosen >= 0 && m_chosen < count() && !isSectionHidden(m_chosen)) {

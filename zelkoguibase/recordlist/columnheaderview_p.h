@@ -1,5 +1,7 @@
 #pragma once
 
+#include <zelkoguibase/recordlist/headerlook_p.h>
+
 #include <QHeaderView>
 
 class QMenu;
@@ -20,6 +22,9 @@ class SortMenu;
 /// Keys that sort, move or resize do nothing where a click or a drag would not, either: in a table that is not sorted,
 /// with columns that cannot be moved, and with those that are of a fixed size or size themselves.
 ///
+/// Sections are painted anew when they look different, and not whenever the model announces them: a filtered list
+/// announces all of them with each change of its rows. What was announced is looked at once, when the event loop turns.
+///
 /// With the policy of a custom context menu that is asked for instead, by all of these; with any other there is none.
 class ColumnHeaderView final : public QHeaderView
 {
@@ -32,6 +37,8 @@ public:
 
     /// The column that keys are for; -1 if there is none.
     int chosenColumn() const;
+
+    void setModel(QAbstractItemModel* model) override;
 
     /// Where the chosen column stands, for whoever opens something there by a key.
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
@@ -48,6 +55,8 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void sectionsAnnounced();
+    void showChanges();
     bool takeKey(int key, Qt::KeyboardModifiers modifiers);
     bool goTo(int visual, Qt::KeyboardModifiers modifiers);
     bool step(int by, Qt::KeyboardModifiers modifiers);
@@ -65,6 +74,8 @@ private:
 
     QTableView* const m_table;
     int m_chosen = -1;
+    bool m_announced = false; // since the last look
+    HeaderLook m_look;
     QMenu* m_menu = nullptr;
     SortMenu* m_sortMenu = nullptr;
     ColumnMenu* m_columnMenu = nullptr;
