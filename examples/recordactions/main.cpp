@@ -25,6 +25,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <optional>
+
 using namespace ZelkoCommon;
 using namespace ZelkoGUI;
 
@@ -35,8 +37,7 @@ void say(const QString& text)
     QTextStream(stdout) << text << Qt::endl;
 }
 
-// What a user may do is the application's to say, and the recorder's to grant. Here it is what the recorder takes him
-// for.
+// What users may do is for the application to say and for the recorder to grant. Here it is what that takes him for.
 void takeRights(const ServerConnectionData& connection, const QString& subSystem)
 {
     const bool works = connection.GetRole(subSystem) >= Role::Operator;
@@ -52,7 +53,7 @@ class RecordWindow : public QWidget
 public:
     explicit RecordWindow(const std::shared_ptr<ServerConnectionData>& connection);
 
-    /// The first action on the first recording, once there is one; false until then.
+    /// Has the recorder protect the first recording, or not protect it any more; false while that is not possible.
     bool toggleFirst();
 
     const AbstractRecordListModel& records() const { return *m_controller.recordListModel(); }
@@ -97,31 +98,28 @@ bool RecordWindow::toggleFirst()
     if (records().rowCount() == 0) {
         return false;
     }
-    m_list->select(records().recordID(0), true);
+    m_list->select(records().recordID(0), true); // which the controller hears of
     QAction* const toggle = m_controller.recordAction(IZelkoGUIController::UserActionDeletable);
     const bool isPossible = toggle->isEnabled();
     toggle->trigger(); // which does nothing while it is off
     return isPossible;
 }
 
-// Ends the application when the recording that was acted on comes back changed.
+// Ends the application when the recording comes back with another flag than it had.
 void actOnce(RecordWindow& window)
 {
     auto* const poll = new QTimer(&window);
-    QObject::connect(poll, &QTimer::timeout, &window, [&window, poll] {
-        if (window.toggleFirst()) {
-            poll->stop();
+    QObject::connect(poll, &QTimer::timeout, &window, [&window, before = std::optional<bool>()]() mutable {
+        const auto record = window.records().recordData(0);
+        const bool isDeletable = record && record->GetDeletable();
+        if (record && before && *before != isDeletable) {
+            say(record->GetRecordName() +
+                (isDeletable ? QStringLiteral(" may be deleted") : QStringLiteral(" is protected")));
+            QApplication::quit();
+        } else if (!before && window.toggleFirst()) {
+            before = isDeletable;
         }
     });
-    QObject::connect(&window.records(), &AbstractRecordListModel::si_recordChanged, poll,
-                     [&window, poll](const QString& id) {
-                         if (!poll->isActive()) {
-                             const auto record = window.records().getRecordData(id);
-                             say(record->GetRecordName() + (record->GetDeletable() ? QStringLiteral(" may be deleted")
-                                                                                   : QStringLiteral(" is protected")));
-                             QApplication::quit();
-                         }
-                     });
     poll->start(100);
 }
 
