@@ -116,8 +116,8 @@ void TestOverview::addCaptures()
     }
 }
 
-// Leaves a record at rest in m_record, which has the capture's samples.
-void TestOverview::record(const QString& capture)
+// Recorded by a recorder, and sent by it.
+void TestOverview::overviewOf(const QString& capture)
 {
     m_capture.emplace(capture);
     QVERIFY(m_capture->frames() > static_cast<qsizetype>(lineCount * fftLength));
@@ -125,6 +125,15 @@ void TestOverview::record(const QString& capture)
     QVERIFY(
         m_site->start({u"--once"_s, u"--speed"_s, u"0"_s, u"--index-interval"_s, u"0.1"_s, u"--source"_s, capture}));
     connectAs(Role::Operator);
+    record();
+    if (!QTest::currentTestFailed()) {
+        askForOverview();
+    }
+}
+
+// Leaves a record at rest in m_record, which has the capture's samples.
+void TestOverview::record()
+{
     const auto isAtRest = [this] {
         const QStringList rows = m_site->rows();
         m_record = rows.isEmpty() ? ZELKO_RecordData() : m_site->row(rows.first());
