@@ -12,3 +12,14 @@ double roundNumber(double least)
     }
     return power * 10;
 }
+
+double partOf(double distance, double least, const std::function<double(double)>& roundUp)
+{
+    for (const int parts : {10, 6, 5, 4, 3, 2}) {
+        const double part = distance / parts;
+        if (part >= least && roundUp(part) == part) {
+            return part;
+        }
+    }
+    return distance;
+}

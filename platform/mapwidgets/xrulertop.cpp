@@ -92,13 +92,7 @@ double XRulerTop::labelledDistance() const
 double XRulerTop::smallDistance(double distance) const
 {
     const double perPixel = extent() / (placeAt(visibleStop()) - placeAt(visibleStart()));
-    for (const int parts : {10, 6, 5, 4, 3, 2}) {
-        const double part = distance / parts;
-        if (part >= perPixel * gapBetweenSmallTicks && tickDistance(part) == part) {
-            return part;
-        }
-    }
-    return distance;
+    return partOf(distance, perPixel * gapBetweenSmallTicks, [this](double least) { return tickDistance(least); });
 }
 
 // No more than there are pixels, because adding a distance that is too small for a large number never arrives.

@@ -15,6 +15,8 @@ class QMenu;
 namespace SPECTRUM_OVERVIEW {
 
 class OverviewLevels;
+class WaterfallHands;
+class WaterfallScene;
 
 /// What a waterfall shows at its cursor.
 struct WaterfallCursor
@@ -36,22 +38,22 @@ struct TimeRange
     bool operator==(const TimeRange&) const = default;
 };
 
-/// The spectra of a record as a picture: frequency from left to right, time downwards, levels as colours, with the scales
-/// that belong to it. Over it lie the bookmarks, a selected range of time, and a cursor.
+/// The spectra of a record as a picture: frequency from left to right, time downwards, levels as colours, with the
+/// scales that belong to it. Over it lie the bookmarks, a selected range of time, and a cursor.
 ///
-/// Each pixel has the strongest level of what falls on it, so that no burst is lost. The picture is made in slices of some
-/// milliseconds: what has arrived is seen a moment later, and meanwhile the old picture is there in the new place.
+/// Each pixel has the strongest level of what falls on it, so that no burst is lost. The picture is made in slices of
+/// some milliseconds: what has arrived is seen a moment later, and meanwhile the old picture is there in the new place.
 ///
-/// The cursor follows the mouse and the arrow keys (with Ctrl ten times as far, with Page Up and Down a tenth of the view)
-/// and stays where it was left. With the left button a range is selected, whose edges can be dragged afterwards; with
-/// Shift and a key that moves the cursor up or down it grows from where the cursor was. A click beside it, or Escape, lets
-/// it go. The view shows a range of time and does not choose it: the wheel, + and -, a double click, Return (to the
-/// selection), Shift with the wheel, Ctrl with Page Up and Down (earlier and later) and Home (the whole) only ask for
-/// another one. With Ctrl, the wheel, + and - zoom into the frequencies, which takes no other levels and so happens at
-/// once; Home shows all of them again. Insert asks for a bookmark at the cursor.
+/// The cursor follows the mouse and the arrow keys (with Ctrl ten times as far, with Page Up and Down a tenth of the
+/// view) and stays where it was left. With the left button a range is selected, whose edges can be dragged afterwards;
+/// with Shift and a key that moves the cursor up or down it grows from where the cursor was. A click beside it, or
+/// Escape, lets it go. The view shows a range of time and does not choose it: the wheel, + and -, a double click,
+/// Return (to the selection), Shift with the wheel, Ctrl with Page Up and Down (earlier and later) and Home (the whole)
+/// only ask for another one. With Ctrl, the wheel, + and - zoom into the frequencies, which takes no other levels and
+/// so happens at once; Home shows all of them again. Insert asks for a bookmark at the cursor.
 ///
-/// Where the text of a time is shown it is local. To programs that read the screen the view is a chart whose value is the
-/// text of the cursor. For the GUI thread.
+/// Where the text of a time is shown it is local. To programs that read the screen the view is a chart whose value is
+/// the text of the cursor. For the GUI thread.
 class OVERVIEWDISPLAY_EXPORT WaterfallView : public QWidget
 {
     Q_OBJECT
@@ -63,32 +65,33 @@ public:
     explicit WaterfallView(QWidget* parent = nullptr);
     ~WaterfallView() override;
 
-    /// What is shown; null: nothing. Not owned: outlives the view or is taken away before. To be called as well when all of
-    /// it has become other levels (`OverviewLevels::begin`): from then on nothing that was there is read. What was
-    /// painted of the old ones stays behind the new ones until these arrive.
+    /// What is shown; null: nothing. Not owned: outlives the view or is taken away before. To be called as well when
+    /// all of it has become other levels (`OverviewLevels::begin`): from then on nothing that was there is read. What
+    /// was painted of the old ones stays behind the new ones until these arrive.
     void setLevels(const OverviewLevels* levels);
 
-    /// These lines, both included, have changed. Only they are painted anew. To be called once for a batch, not for each.
+    /// These lines, both included, have changed. Only they are painted anew. To be called once for a batch, not for
+    /// each.
     void linesArrived(int first, int last);
 
     /// What the axis of time shows. Nothing changes unless `start` is before `stop`.
     void setTimeRange(quint64 start, quint64 stop);
     TimeRange timeRange() const;
 
-    /// What the axis of frequency shows, in hertz. Nothing changes unless `low` is below `high` and both are numbers; what
-    /// lies outside of the levels is cut off.
+    /// What the axis of frequency shows, in hertz. Nothing changes unless `low` is below `high` and both are numbers;
+    /// what lies outside of the levels is cut off.
     void setFrequencyRange(double low, double high);
     void showAllFrequencies();
 
-    /// The levels of the darkest and the brightest colour, in dB of full scale; -120 and 0 at first. Nothing changes unless
-    /// `lowest` is below `highest` and both are numbers.
+    /// The levels of the darkest and the brightest colour, in dB of full scale; -120 and 0 at first. Nothing changes
+    /// unless `lowest` is below `highest` and both are numbers.
     void setLevelRange(double lowest, double highest);
 
     /// In any order; the texts may be any.
     void setBookmarks(const QVector<ZELKO_XML::BookmarkEntry>& bookmarks);
 
-    /// Selects a range, which may lie anywhere. Nothing changes unless `start` is before `stop`. Like `clearSelection` it
-    /// ends a drag of the mouse.
+    /// Selects a range, which may lie anywhere. Nothing changes unless `start` is before `stop`. Like `clearSelection`
+    /// it ends a drag of the mouse.
     void setSelection(quint64 start, quint64 stop);
     void clearSelection();
     std::optional<TimeRange> selection() const;
@@ -101,8 +104,8 @@ public:
     /// What stands in place of the picture while there are no levels; plain text.
     void setEmptyText(const QString& text);
 
-    /// The picture with its scales, bookmarks and selection and without the cursor, in the pixels of the screen. Made to
-    /// the end, so that it may take some tenths of a second.
+    /// The picture with its scales, bookmarks and selection and without the cursor, in the pixels of the screen. Made
+    /// to the end, so that it may take some tenths of a second.
     QImage image() const;
 
     QSize sizeHint() const override;
@@ -133,7 +136,6 @@ protected:
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -143,8 +145,8 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    class Private;
-    const std::unique_ptr<Private> d;
+    const std::unique_ptr<WaterfallScene> m_scene;
+    const std::unique_ptr<WaterfallHands> m_hands;
 };
 
 } // namespace SPECTRUM_OVERVIEW

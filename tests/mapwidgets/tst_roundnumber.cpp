@@ -9,6 +9,8 @@ class RoundNumberTest : public QObject
 private Q_SLOTS:
     void isTheNextOneUp_data();
     void isTheNextOneUp();
+    void partsAreRound_data();
+    void partsAreRound();
 };
 
 void RoundNumberTest::isTheNextOneUp_data()
@@ -27,6 +29,25 @@ void RoundNumberTest::isTheNextOneUp()
 {
     QFETCH(double, least);
     QTEST(roundNumber(least), "round");
+}
+
+void RoundNumberTest::partsAreRound_data()
+{
+    QTest::addColumn<double>("distance");
+    QTest::addColumn<double>("least");
+    QTest::addColumn<double>("part");
+    QTest::newRow("a tenth") << 10.0 << 0.5 << 1.0;
+    QTest::newRow("a fifth") << 10.0 << 1.5 << 2.0;
+    QTest::newRow("a half") << 10.0 << 3.0 << 5.0;
+    QTest::newRow("no quarter") << 20.0 << 5.0 << 10.0;
+    QTest::newRow("none") << 10.0 << 6.0 << 10.0;
+}
+
+void RoundNumberTest::partsAreRound()
+{
+    QFETCH(double, distance);
+    QFETCH(double, least);
+    QTEST(partOf(distance, least, roundNumber), "part");
 }
 
 QTEST_APPLESS_MAIN(RoundNumberTest)
