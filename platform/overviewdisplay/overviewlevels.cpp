@@ -30,7 +30,9 @@ std::optional<quint64> between(quint64 time, quint64 lowest, quint64 highest, qu
     return distance(time, inside) <= tolerance ? std::optional(inside) : std::nullopt;
 }
 
-quint64 interpolated(const std::pair<int, quint64>& before, const std::pair<int, quint64>& behind, int line)
+using LineTime = std::map<int, quint64>::value_type;
+
+quint64 interpolated(const LineTime& before, const LineTime& behind, int line)
 {
     const long double part = static_cast<long double>(line - before.first) / (behind.first - before.first);
     return before.second + static_cast<quint64>(part * static_cast<long double>(behind.second - before.second));
@@ -180,8 +182,8 @@ quint64 OverviewLevels::time(int line) const
     if (line <= 0 || line >= lineCount()) {
         return line <= 0 ? m_wish.start : m_wish.stop;
     }
-    const std::pair<int, quint64> first{0, m_wish.start};
-    const std::pair<int, quint64> end{lineCount(), m_wish.stop};
+    const LineTime first{0, m_wish.start};
+    const LineTime end{lineCount(), m_wish.stop};
     return interpolated(behind == m_times.begin() ? first : *std::prev(behind), behind == m_times.end() ? end : *behind,
                         line);
 }

@@ -52,6 +52,9 @@ public:
     bool isComplete(int line) const;
     int completeLines() const { return m_completeLines; }
 
+    /// Whether all lines are complete; not before the first piece.
+    bool isWhole() const { return lineCount() > 0 && m_completeLines == lineCount(); }
+
     /// `binCount()` values, the lowest frequency first, in hundredths of a dB of full scale. Where the receiver was
     /// tuned in another way than for the first piece, the levels stand at their own frequencies among those of that
     /// one, and what has none there is `noLevel`. Null for a line that is not complete. Stays valid until `begin`.

@@ -4,7 +4,8 @@
 
 #include <zelkobase/service/overviewline.h>
 
-#include <cmath>
+#include <algorithm>
+#include <vector>
 
 namespace ZelkoTest {
 
@@ -43,5 +44,22 @@ struct AnswerPieces
 private:
     static constexpr quint32 mostBins = ZelkoCommon::OverviewLine::mostBins;
 };
+
+/// The same line as datagrams.
+inline QList<QByteArray> datagrams(const AnswerPieces& answer, int line)
+{
+    ZelkoCommon::OverviewLine head;
+    head.cookie = answer.cookie;
+    head.line = static_cast<quint32>(line);
+    head.lineCount = answer.wish.lineCount;
+    head.time = answer.time(head.line);
+    head.centreFrequency = answer.centreFrequency;
+    head.span = answer.span;
+    std::vector<float> levels;
+    for (int bin = 0; bin < static_cast<int>(answer.bins); ++bin) {
+        levels.push_back(static_cast<float>(AnswerPieces::level(line, bin)) / 100);
+    }
+    return head.datagrams(levels);
+}
 
 } // namespace ZelkoTest
