@@ -395,6 +395,9 @@ void WaterfallScene::paint(QPainter& painter)
                              m_layout.plot, VerticalScale::Side::Left, m_view.palette().color(QPalette::WindowText));
     }
     overlay.paintScale(m_picture.colours());
+    if (m_band.span <= 0 && !isEmpty()) {
+        overlay.paintNoFrequencies();
+    }
     if (isEmpty()) {
         overlay.paintEmpty(m_emptyText);
     } else {
