@@ -122,6 +122,7 @@ void PositionWidget::setValueSilently(quint64 value)
 {
     setEdited(value);
     take(m_dateTimeEdit->dateTime());
+    updateButtons();
 }
 
 void PositionWidget::setEdited(quint64 time)
@@ -134,7 +135,6 @@ void PositionWidget::take(const QDateTime& time)
 {
     m_value = BookmarkModel::toBookmarkEntry(time);
     matchCombo();
-    updateButtons();
 }
 
 // Of several bookmarks at a time the first one, unless the user has chosen another.
@@ -175,6 +175,7 @@ void PositionWidget::sl_dateTimeChanged(QDateTime dateTime)
 {
     take(dateTime);
     Q_EMIT si_valueChanged(m_value);
+    updateButtons();
 }
 
 void PositionWidget::sl_resetPosition()
