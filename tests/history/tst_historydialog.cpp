@@ -90,7 +90,7 @@ void HistoryDialogTest::itBeginsEmpty()
 {
     verifyEmpty();
     QCOMPARE(m_dialog->windowTitle(), u"Edit History Comments"_s);
-    QVERIFY(m_dialog->windowFlags().testFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint));
+    QCOMPARE(m_dialog->windowFlags(), Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
     QVERIFY(m_dialog->isSizeGripEnabled());
     QCOMPARE(m_dialog->size(), QSize(500, 500));
     QVERIFY(!m_dialog->isModal());
