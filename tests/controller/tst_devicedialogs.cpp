@@ -379,6 +379,9 @@ void DeviceDialogsTest::aLostDeviceHidesItsWindows()
     }
     m_controller->sl_activeDeviceChanged(u"D1"_s);
     QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+    for (const QDialog* const dialog : dialogs) {
+        verifyEmpty(*dialog); // though its record is there again
+    }
     openAll(u"Q"_s);
     QCOMPARE(m_parent->findChildren<QDialog*>(), dialogs);
     for (const QDialog* const dialog : dialogs) {

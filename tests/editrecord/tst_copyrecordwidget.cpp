@@ -235,6 +235,7 @@ void CopyRecordWidgetTest::theCopyIsNamedAfterTheRecord()
     m_records->store(record);
     show(id);
     QTEST(this->name().text(), "copy");
+    QCOMPARE(save().isEnabled(), !id.isEmpty());
 }
 
 void CopyRecordWidgetTest::aRecordThatCannotBeCutIsMarked_data()
