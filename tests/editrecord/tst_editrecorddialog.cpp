@@ -34,6 +34,7 @@ private Q_SLOTS:
     void bookmarksCanBeEditedAfterTheDelay();
     void theButtonsShowForAListThatNeedsThem_data();
     void theButtonsShowForAListThatNeedsThem();
+    void theButtonsAppearAsSoonAsTheyAreNeeded();
     void normalizePutsTheListInOrder();
     void cutRemovesWhatLiesOutside();
     void aNewBookmarkStandsAtThePositionOfTheBar();
@@ -48,6 +49,17 @@ private Q_SLOTS:
     void returnInTheNameDoesNotCloseTheWindow();
 
 private:
+    /// The editor of the seconds of a bookmark; null if it does not open.
+    QDateTimeEdit* openTime(int row) const
+    {
+        const QModelIndex cell = model().index(row, BookmarkModel::TimeColumn);
+        table().edit(cell);
+        auto* const editor = qobject_cast<QDateTimeEdit*>(table().indexWidget(cell));
+        if (editor) {
+            editor->setSelectedSection(QDateTimeEdit::SecondSection);
+        }
+        return editor;
+    }
     void clickHeader(int section) const
     {
         const QHeaderView* const header = table().verticalHeader();
@@ -221,6 +233,24 @@ void EditRecordDialogTest::theButtonsShowForAListThatNeedsThem()
     QVERIFY(!cut()->isVisible());
 }
 
+void EditRecordDialogTest::theButtonsAppearAsSoonAsTheyAreNeeded()
+{
+    open(bookmarkOptions);
+    QDateTimeEdit* const editor = openTime(0);
+    QVERIFY(editor);
+    for (int second = 10; second <= 20; ++second) {
+        QTest::keyClick(editor, Qt::Key_Up);
+    }
+    QVERIFY(!normalize()->isVisible());
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY_WITH_TIMEOUT(normalize()->isVisible(), patience);
+    QVERIFY(!cut()->isVisible());
+    const auto shorter = makeCopyable();
+    shorter->SetStopTime(recordBegin + 15'000'000);
+    m_records->store(shorter);
+    QVERIFY(cut()->isVisible());
+}
+
 void EditRecordDialogTest::normalizePutsTheListInOrder()
 {
     open(bookmarkOptions);
@@ -302,11 +332,9 @@ void EditRecordDialogTest::aHeaderIsPressedWhileAnEditorIsOpen()
 void EditRecordDialogTest::aTimeIsEditedWithinTheRecord()
 {
     open(bookmarkOptions);
-    table().edit(model().index(0, 0));
-    auto* const editor = qobject_cast<QDateTimeEdit*>(table().indexWidget(model().index(0, 0)));
+    QDateTimeEdit* const editor = openTime(0);
     QVERIFY(editor);
     QCOMPARE(editor->minimumDateTime(), model().minDateTime());
-    editor->setSelectedSection(QDateTimeEdit::SecondSection);
     QTest::keyClick(editor, Qt::Key_Up);
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(bookmarkTexts(model().entries()).first(), u"11000000 a"_s, patience);

@@ -242,6 +242,7 @@ void EditRecordDialog::sl_modelDeleted()
     resetRecord();
 }
 
+// Without a record nothing follows the colon, not even a blank.
 void EditRecordDialog::updateRecordData()
 {
     if (!m_recordInfoLabel) {

@@ -48,6 +48,7 @@ void PositionWidget::createEdit(QHBoxLayout& row)
     connect(m_dateTimeEdit, &QDateTimeEdit::dateTimeChanged, this, &PositionWidget::sl_dateTimeChanged);
 }
 
+// Style sheets know the first button by its misspelt name, and resources the icons of the ends without an extension.
 void PositionWidget::createButtons(QHBoxLayout& row, ReplayBarWidget* replayBar)
 {
     if (replayBar) {
