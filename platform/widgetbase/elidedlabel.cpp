@@ -5,10 +5,21 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTextDocument>
+#include <QToolTip>
 
 #include <algorithm>
 
 namespace guiHelper {
+
+namespace {
+
+QString asMarkup(const QString& toolTip)
+{
+    return Qt::mightBeRichText(toolTip) ? toolTip : Qt::convertFromPlainText(toolTip, Qt::WhiteSpaceNormal);
+}
+
+} // namespace
 
 ElidedLabel::ElidedLabel(const QString& text, QWidget* parent)
     : QLabel(text, parent)
@@ -41,10 +52,22 @@ bool ElidedLabel::isElided() const
     return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
 }
 
+// A tool tip that was set may be markup, next to which the text has to be some as well.
+QString ElidedLabel::wholeToolTip() const
+{
+    if (toolTip().isEmpty()) {
+        return plainToolTip(text());
+    }
+    if (Qt::mightBeRichText(text()) || Qt::mightBeRichText(toolTip())) {
+        return Qt::convertFromPlainText(text(), Qt::WhiteSpaceNormal) + asMarkup(toolTip());
+    }
+    return text() + QLatin1Char('\n') + toolTip();
+}
+
 bool ElidedLabel::event(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip && isElided()) {
-        showPlainToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text(), this, rect());
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), wholeToolTip(), this, rect());
         return true;
     }
     return QLabel::event(event);

@@ -7,8 +7,8 @@
 namespace guiHelper {
 
 /// A line of plain text of any length that never widens its window: an ellipsis stands for what there is no room for,
-/// and all of it in the tool tip then. It stands where alignment() has it, and on the other side in languages that are
-/// read from right to left.
+/// and all of it in the tool tip then, in front of the one that was set. It stands where alignment() has it, and on the
+/// other side in languages that are read from right to left.
 class WIDGETBASE_EXPORT ElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -33,6 +33,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QString wholeToolTip() const;
+
     Qt::TextElideMode m_mode = Qt::ElideRight;
     int m_fewestCharacters = 6;
 };

@@ -3,25 +3,28 @@
 #include "commenttable.h"
 #include "controllersite.h"
 #include "copyablerecord.h"
+#include "dialoganswers.h"
 #include "loopbackservice.h"
 #include "ownconfiguration.h"
 #include "patience.h"
 #include "testbookmarks.h"
 
+#include <host/activedevicecontrol.h>
 #include <resources/zelkoicons.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/editrecord/editrecorddialog.h>
 #include <zelkoguibase/history/historydialog.h>
 
 #include <QAction>
-#include <QDialogButtonBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QToolButton>
 #include <QtTest>
 
 #include <optional>
 
 using namespace Qt::StringLiterals;
+using ZelkoConsole::DialogAnswer;
 using ZelkoGUI::BookmarkModel;
 using ZelkoGUI::EditRecordDialog;
 using ZelkoGUI::HistoryDialog;
@@ -44,6 +47,20 @@ QList<Action> windowActions()
     return {Controller::UserActionHistory, Controller::UserActionBookmarks, Controller::UserActionCopy,
             Controller::UserActionEdit};
 }
+
+/// Counts how often a window was put in front of the others, from now on.
+class RaiseCounter : public QObject
+{
+public:
+    explicit RaiseCounter(QWidget& window) { window.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        raises += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
+
+    int raises = 0;
+};
 
 } // namespace
 
@@ -69,10 +86,16 @@ private Q_SLOTS:
     void aWindowIsKeptForTheNextRecord();
     void aMinimisedWindowComesBack_data() { addActions(); }
     void aMinimisedWindowComesBack();
+    void aWindowBehindAnotherOneComesToTheFront_data() { addActions(); }
+    void aWindowBehindAnotherOneComesToTheFront();
+    void bookmarksCannotBeEditedYet_data();
     void bookmarksCannotBeEditedYet();
+    void aCopyNeedsAName_data();
+    void aCopyNeedsAName();
     void windowsAreIndependent();
     void aLostDeviceHidesItsWindows_data();
     void aLostDeviceHidesItsWindows();
+    void theBookmarksOfALostDeviceAreNotSent();
     void commentsGoToTheDevice();
     void bookmarksGoToTheDevice();
     void copiesGoToTheDevice();
@@ -101,6 +124,17 @@ private:
         }
     }
     QDialog* window(Action action) const;
+    BookmarkModel& bookmarks(Action action) const
+    {
+        return *qobject_cast<EditRecordDialog*>(window(action))->bookmarkModel();
+    }
+    /// Leaves a window with a bookmark that is not sent.
+    void moveBookmark(Action action)
+    {
+        QTRY_COMPARE_WITH_TIMEOUT(bookmarks(action).getSynchState(), BookmarkModel::SynchInSync, patience);
+        QVERIFY(bookmarks(action).changeEntry(0, bookmarkAt(5, u"moved"_s)));
+    }
+    static void verifyEmpty(const QDialog& window);
     static QString shownRecord(const QDialog& window)
     {
         const auto isInfo = [](const QLabel* label) {
@@ -116,6 +150,7 @@ private:
     std::optional<LoopbackService> m_service;
     std::optional<ControllerSite> m_site;
     std::optional<DeviceBranch> m_branch;
+    std::optional<ActiveDeviceControl> m_control;
     std::unique_ptr<QWidget> m_parent;
     std::unique_ptr<ZelkoServerGUIController> m_controller;
 };
@@ -130,8 +165,9 @@ void DeviceDialogsTest::init()
     m_branch->setRecord(record(u"P"_s));
     m_branch->setRecord(record(u"Q"_s));
     m_parent = std::make_unique<QWidget>();
+    m_control.emplace();
     m_controller = std::make_unique<ZelkoServerGUIController>(
-        m_site->handler, nullptr, QString(), ZelkoServerGUIController::UserActions(QFlag(1023)), nullptr);
+        m_site->handler, &*m_control, QString(), ZelkoServerGUIController::UserActions(QFlag(1023)), nullptr);
     m_controller->setDialogParent(m_parent.get());
     m_controller->sl_activeDeviceChanged(u"D1"_s);
     QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
@@ -141,6 +177,7 @@ void DeviceDialogsTest::init()
 void DeviceDialogsTest::cleanup()
 {
     m_controller.reset();
+    m_control.reset();
     m_parent.reset();
     m_branch.reset();
     m_site.reset();
@@ -231,13 +268,60 @@ void DeviceDialogsTest::aMinimisedWindowComesBack()
     QVERIFY(dialog->isVisible());
 }
 
+void DeviceDialogsTest::aWindowBehindAnotherOneComesToTheFront()
+{
+    QFETCH(const int, action);
+    const bool isHistory = action == ZelkoServerGUIController::UserActionHistory;
+    const Action other =
+        isHistory ? ZelkoServerGUIController::UserActionCopy : ZelkoServerGUIController::UserActionHistory;
+    open(Action(action), u"P"_s);
+    open(other, u"P"_s);
+    QDialog* const dialog = window(Action(action));
+    QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeWindow(), window(other), patience);
+    const RaiseCounter counter(*dialog);
+    open(Action(action), u"P"_s);
+    QCOMPARE(counter.raises, 1);
+    QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeWindow(), dialog, patience);
+}
+
+void DeviceDialogsTest::bookmarksCannotBeEditedYet_data()
+{
+    QTest::addColumn<int>("action");
+    QTest::newRow("bookmarks") << int(ZelkoServerGUIController::UserActionBookmarks);
+    QTest::newRow("edit") << int(ZelkoServerGUIController::UserActionEdit);
+}
+
 void DeviceDialogsTest::bookmarksCannotBeEditedYet()
 {
-    open(ZelkoServerGUIController::UserActionBookmarks, u"P"_s);
-    const auto* const dialog = qobject_cast<EditRecordDialog*>(window(ZelkoServerGUIController::UserActionBookmarks));
-    QVERIFY(dialog);
-    QCOMPARE(dialog->bookmarkModel()->entryCount(), 2);
-    QTRY_COMPARE_WITH_TIMEOUT(dialog->bookmarkModel()->getSynchState(), BookmarkModel::SynchInSync, patience);
+    QFETCH(const int, action);
+    open(Action(action), u"P"_s);
+    BookmarkModel& model = bookmarks(Action(action));
+    QCOMPARE(model.getSynchState(), BookmarkModel::SynchPending);
+    QCOMPARE(model.entryCount(), 2);
+    QVERIFY(!model.removeEntry(0));
+    QTRY_COMPARE_WITH_TIMEOUT(model.getSynchState(), BookmarkModel::SynchInSync, patience);
+    QVERIFY(model.removeEntry(0));
+}
+
+void DeviceDialogsTest::aCopyNeedsAName_data()
+{
+    QTest::addColumn<int>("action");
+    QTest::newRow("copy") << int(ZelkoServerGUIController::UserActionCopy);
+    QTest::newRow("edit") << int(ZelkoServerGUIController::UserActionEdit);
+}
+
+void DeviceDialogsTest::aCopyNeedsAName()
+{
+    QFETCH(const int, action);
+    open(Action(action), u"P"_s);
+    const auto* const save = window(Action(action))->findChild<QToolButton*>(u"SaveButton"_s);
+    auto* const name = window(Action(action))->findChild<QLineEdit*>(u"RecordNameEdit"_s);
+    QVERIFY(save->isEnabled());
+    name->selectAll();
+    QTest::keyClick(name, Qt::Key_Delete);
+    QVERIFY(!save->isEnabled());
+    QTest::keyClicks(name, u"x"_s);
+    QVERIFY(save->isEnabled());
 }
 
 void DeviceDialogsTest::windowsAreIndependent()
@@ -251,32 +335,75 @@ void DeviceDialogsTest::windowsAreIndependent()
     QCOMPARE(shownRecord(*bookmarks), u"Record: name of Q"_s);
 }
 
+void DeviceDialogsTest::verifyEmpty(const QDialog& window)
+{
+    QCOMPARE(shownRecord(window).trimmed(), u"Record:"_s);
+    if (const auto* const edit = qobject_cast<const EditRecordDialog*>(&window)) {
+        QCOMPARE(edit->bookmarkModel()->getSynchState(), BookmarkModel::SynchNoRecord);
+        QCOMPARE(edit->bookmarkModel()->entryCount(), 0);
+    } else {
+        QCOMPARE(CommentTable(dynamic_cast<const HistoryDialog&>(window)).lastRow(), -1);
+    }
+    const auto* const save = window.findChild<QToolButton*>(u"SaveButton"_s);
+    QVERIFY(!save || !save->isEnabled());
+}
+
 void DeviceDialogsTest::aLostDeviceHidesItsWindows_data()
 {
-    QTest::addColumn<QString>("next");
-    QTest::newRow("no device") << QString();
-    QTest::newRow("another device") << u"D2"_s;
+    using Loss = std::function<void(DeviceDialogsTest&)>;
+    const auto change = [](const QString& next) {
+        return Loss([next](DeviceDialogsTest& test) { test.m_controller->sl_activeDeviceChanged(next); });
+    };
+    QTest::addColumn<Loss>("lose");
+    QTest::newRow("no device") << change(QString());
+    QTest::newRow("another device") << change(u"D2"_s);
+    QTest::newRow("the device is deleted")
+        << Loss([](DeviceDialogsTest& test) { test.m_control->deleteDevice(u"D1"_s, u"north"_s); });
 }
 
 void DeviceDialogsTest::aLostDeviceHidesItsWindows()
 {
-    QFETCH(const QString, next);
+    QFETCH(const std::function<void(DeviceDialogsTest&)>, lose);
     openAll(u"P"_s);
+    moveBookmark(ZelkoServerGUIController::UserActionBookmarks);
+    moveBookmark(ZelkoServerGUIController::UserActionEdit);
     const auto dialogs = m_parent->findChildren<QDialog*>();
     QCOMPARE(dialogs.size(), 4);
-    m_controller->sl_activeDeviceChanged(next);
+    const DialogAnswer answer([](QWidget*) {});
+    lose(*this);
+    QVERIFY(!answer.wasGiven());
+    QCOMPARE(calls(), QStringList());
     for (const QDialog* const dialog : dialogs) {
         QVERIFY(!dialog->isVisible());
-        QCOMPARE(shownRecord(*dialog).trimmed(), u"Record:"_s);
+        verifyEmpty(*dialog);
     }
     m_controller->sl_activeDeviceChanged(u"D1"_s);
     QTRY_VERIFY_WITH_TIMEOUT(m_controller->isConnected(), patience);
+    for (const QDialog* const dialog : dialogs) {
+        verifyEmpty(*dialog); // though its record is there again
+    }
     openAll(u"Q"_s);
     QCOMPARE(m_parent->findChildren<QDialog*>(), dialogs);
     for (const QDialog* const dialog : dialogs) {
         QVERIFY(dialog->isVisible());
         QCOMPARE(shownRecord(*dialog), u"Record: name of Q"_s);
     }
+}
+
+void DeviceDialogsTest::theBookmarksOfALostDeviceAreNotSent()
+{
+    open(ZelkoServerGUIController::UserActionBookmarks, u"P"_s);
+    moveBookmark(ZelkoServerGUIController::UserActionBookmarks);
+    QDialog* const dialog = window(ZelkoServerGUIController::UserActionBookmarks);
+    const DialogAnswer answer([this](QWidget* question) {
+        m_controller->sl_activeDeviceChanged(QString());
+        answers::clickOn(question, QMessageBox::Yes);
+    });
+    dialog->accept();
+    QVERIFY(answer.wasGiven());
+    QCOMPARE(calls(), QStringList());
+    QVERIFY(!dialog->isVisible());
+    verifyEmpty(*dialog);
 }
 
 void DeviceDialogsTest::commentsGoToTheDevice()

@@ -2,6 +2,7 @@
 
 #include "bookmarksite.h"
 #include "copyablerecord.h"
+#include "iconpicture.h"
 #include "patience.h"
 #include "positionhands.h"
 #include "toldrecords.h"
@@ -80,12 +81,19 @@ private Q_SLOTS:
     void withABarTheRangeIsShownThere();
     void bookmarksOfTheModelCanBeChosen();
     void bookmarksFollowTheModel();
+    void aStartChosenBehindTheStopSendsItToTheEnd();
+    void aStopChosenBeforeTheStartSendsItToTheBegin();
+    void itNeedsNoBookmarks();
     void itWorksWithoutAMouse();
 
 private:
     void open(bool allowEmptyName, ZelkoGUI::ReplayBarWidget* bar = nullptr)
     {
-        m_widget = std::make_unique<CopyRecordWidget>(bar, &m_bookmarks->model, allowEmptyName);
+        open(std::make_unique<CopyRecordWidget>(bar, &m_bookmarks->model, allowEmptyName));
+    }
+    void open(std::unique_ptr<CopyRecordWidget> widget)
+    {
+        m_widget = std::move(widget);
         m_start.emplace(*m_widget->findChild<PositionHands::Widget*>(u"StartPosition"_s));
         m_stop.emplace(*m_widget->findChild<PositionHands::Widget*>(u"StopPosition"_s));
         const auto offset = [](quint64 time) {
@@ -176,10 +184,13 @@ void CopyRecordWidgetTest::theWarningAndSaveHaveTheirTexts()
     QCOMPARE(
         label("RecordWarningLabel").toolTip(),
         u"the current record has invalid record parameter (offsets,timestamps) - saving a new record is not possible"_s);
-    QVERIFY(!label("RecordWarningLabel").pixmap(Qt::ReturnByValue).isNull());
+    const int side = m_widget->style()->pixelMetric(QStyle::PM_SmallIconSize);
+    const QPixmap sign = m_widget->style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side);
+    QVERIFY(!sign.isNull());
+    QCOMPARE(label("RecordWarningLabel").pixmap(Qt::ReturnByValue).toImage(), sign.toImage());
     QCOMPARE(save().toolTip(), u"Save selected range as new record"_s);
     QCOMPARE(save().accessibleName(), save().toolTip());
-    QVERIFY(!save().icon().pixmap(16).isNull());
+    QVERIFY(isOf(save().icon(), u":/Zelko/CopyRecord/Save.svg"_s));
 }
 
 void CopyRecordWidgetTest::aRecordIsShownWhole()
@@ -224,6 +235,7 @@ void CopyRecordWidgetTest::theCopyIsNamedAfterTheRecord()
     m_records->store(record);
     show(id);
     QTEST(this->name().text(), "copy");
+    QCOMPARE(save().isEnabled(), !id.isEmpty());
 }
 
 void CopyRecordWidgetTest::aRecordThatCannotBeCutIsMarked_data()
@@ -499,6 +511,40 @@ void CopyRecordWidgetTest::bookmarksFollowTheModel()
     m_bookmarks->model.setEntries({bookmarkAt(10, u"a"_s)});
     open(true); // one that comes later than the bookmarks
     QCOMPARE(m_start->combo.count(), 1);
+}
+
+void CopyRecordWidgetTest::aStartChosenBehindTheStopSendsItToTheEnd()
+{
+    m_bookmarks->show({bookmarkAt(60, u"late"_s)});
+    show();
+    m_stop->widget.setValueSilently(recordBegin + 20 * second);
+    m_start->choose(0);
+    QCOMPARE(told(), QStringList{u"range 60000-90000"_s});
+    QCOMPARE(m_stop->edit.text(), u"23:14:50:000"_s);
+}
+
+void CopyRecordWidgetTest::aStopChosenBeforeTheStartSendsItToTheBegin()
+{
+    m_bookmarks->show({bookmarkAt(10, u"early"_s)});
+    show();
+    m_start->widget.setValueSilently(recordBegin + 85 * second);
+    m_stop->choose(0);
+    QCOMPARE(told(), QStringList{u"range 0-10000"_s});
+    QCOMPARE(m_start->edit.text(), u"23:13:20:000"_s);
+}
+
+void CopyRecordWidgetTest::itNeedsNoBookmarks()
+{
+    open(std::make_unique<CopyRecordWidget>(nullptr, nullptr, true));
+    verifyEmpty();
+    show();
+    QVERIFY(!m_start->combo.isVisible() && !m_stop->combo.isVisible());
+    m_start->press(Section::SecondSection, Qt::Key_Up);
+    QCOMPARE(told(), QStringList{u"range 1000-90000"_s});
+    PositionHands::click(&save());
+    QCOMPARE(told(), QStringList{u"copy R 11000-901000 name of R_Copy"_s});
+    m_records->drop(u"R"_s);
+    verifyEmpty();
 }
 
 void CopyRecordWidgetTest::itWorksWithoutAMouse()

@@ -1,61 +1,25 @@
-#include <zelkoguibase/editrecord/editrecorddialog.h>
-
-#include "copyablerecord.h"
-#include "dialoganswers.h"
-#include "handtimer.h"
-#include "patience.h"
+#include "editrecordtest.h"
+#include "iconpicture.h"
 #include "replaybarhands.h"
-#include "testbookmarks.h"
-#include "toldrecords.h"
 
-#include <resources/zelkoicons.h>
 #include <zelkoguibase/bookmarks/bookmarkedittimedelegate.h>
-#include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/editrecord/copyrecordwidget.h>
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 
 #include <QHeaderView>
-#include <QLabel>
-#include <QTableView>
+#include <QLineEdit>
 #include <QToolButton>
-#include <QtTest>
-
-#include <optional>
 
 using namespace Qt::StringLiterals;
-using ZelkoConsole::DialogAnswer;
-using ZelkoGUI::BookmarkModel;
-using ZelkoGUI::EditRecordDialog;
-using Options = EditRecordDialog::Options;
-using State = BookmarkModel::enSynchState;
-
-namespace {
-
-constexpr int bookmarkOptions = 30;
-constexpr int copyOptions = 29;
-constexpr int allOptions = 255;
-
-} // namespace
 
 /// The window on a record in its three uses: for its bookmarks, for a copy of a part of it, and for both.
-class EditRecordDialogTest : public QObject
+class EditRecordDialogTest : public EditRecordTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { registerZelkoIcons(); }
-    void init()
-    {
-        m_timer.emplace();
-        m_records.emplace();
-        store(twoBookmarks);
-    }
-    void cleanup()
-    {
-        m_dialog.reset();
-        m_records.reset();
-        m_timer.reset();
-    }
+    void init() { makeRecords(); }
+    void cleanup() { dropAll(); }
 
     void itHasThePartsOfItsOptions_data();
     void itHasThePartsOfItsOptions();
@@ -67,14 +31,16 @@ private Q_SLOTS:
     void theLabelNamesTheRecord();
     void withoutARecordItIsEmpty();
     void anOverlongNameDoesNotWidenTheWindow();
-
     void bookmarksCanBeEditedAfterTheDelay();
     void theButtonsShowForAListThatNeedsThem_data();
     void theButtonsShowForAListThatNeedsThem();
+    void theButtonsAppearAsSoonAsTheyAreNeeded();
     void normalizePutsTheListInOrder();
     void cutRemovesWhatLiesOutside();
     void aNewBookmarkStandsAtThePositionOfTheBar();
     void bookmarksAreAddedAndDeletedWithKeys();
+    void aHeaderIsPressedWhileAnEditorIsOpen_data();
+    void aHeaderIsPressedWhileAnEditorIsOpen();
     void aTimeIsEditedWithinTheRecord();
     void bookmarksAreSent();
     void aPartIsCopied();
@@ -82,78 +48,24 @@ private Q_SLOTS:
     void aCopyNeedsANameIfSaid();
     void returnInTheNameDoesNotCloseTheWindow();
 
-    void closingAsksAboutChanges_data();
-    void closingAsksAboutChanges();
-    void escapeAsksAboutChangesToo();
-    void withoutChangesNothingIsAsked();
-    void withoutPromptNothingIsAsked();
-    void aReadOnlyWindowNeverAsks();
-    void itMayGoWhileTheQuestionIsOpen();
-
-    void aDeletedRecordEmptiesItWithoutAWord();
-    void anotherRecordMayBeDeleted();
-    void theModelMayGo();
-    void anotherModelIsFollowed();
-    void theSameWindowShowsAnotherRecord();
-
 private:
-    void store(const BookmarkModel::Entries& bookmarks, const QString& id = u"R"_s)
+    /// The editor of the seconds of a bookmark; null if it does not open.
+    QDateTimeEdit* openTime(int row) const
     {
-        const auto record = makeCopyable(id);
-        record->SetBookmarkEntry(bookmarks);
-        m_records->store(record);
+        const QModelIndex cell = model().index(row, BookmarkModel::TimeColumn);
+        table().edit(cell);
+        auto* const editor = qobject_cast<QDateTimeEdit*>(table().indexWidget(cell));
+        if (editor) {
+            editor->setSelectedSection(QDateTimeEdit::SecondSection);
+        }
+        return editor;
     }
-
-    /// With the record R of the device D, whose bookmarks can be edited at once.
-    void open(int options)
+    void clickHeader(int section) const
     {
-        m_dialog = std::make_unique<EditRecordDialog>(Options(QFlag(options)));
-        model().setSingleShot(m_timer->singleShot());
-        connect(m_dialog.get(), &EditRecordDialog::si_copyRecord, this,
-                [this](const QString& id, quint64 from, quint64 to, const QString& name) {
-                    m_told << u"copy %1 %2-%3 %4"_s.arg(id).arg(from).arg(to).arg(name);
-                });
-        connect(m_dialog.get(), &EditRecordDialog::si_setBookmarkEntries, this,
-                [this](const QString& id, const BookmarkModel::Entries& bookmarks, const QString& device) {
-                    m_told << u"bookmarks %1 of %2: "_s.arg(id, device) + bookmarkTexts(bookmarks).join(u", "_s);
-                });
-        m_dialog->setRecord(u"R"_s, &*m_records, false, u"D"_s);
-        m_dialog->show();
-        m_dialog->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_dialog.get(), patience));
-        m_told.clear();
+        const QHeaderView* const header = table().verticalHeader();
+        const int middle = header->sectionViewportPosition(section) + header->sectionSize(section) / 2;
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, {header->width() / 2, middle});
     }
-    void openChanged(int options)
-    {
-        open(options);
-        QVERIFY(model().changeEntry(0, bookmarkAt(5, u"moved"_s)));
-    }
-
-    template <typename Part>
-    Part* part(const char* name) const
-    {
-        return m_dialog->findChild<Part*>(QLatin1String(name));
-    }
-    BookmarkModel& model() const { return *m_dialog->bookmarkModel(); }
-    QTableView& table() const { return *part<QTableView>("BookmarkTableView"); }
-    QDialogButtonBox& box() const { return *part<QDialogButtonBox>("DialogButtonBox"); }
-    QPushButton* normalize() const { return part<QPushButton>("NormalizeButton"); }
-    QPushButton* cut() const { return part<QPushButton>("ApplyRangeButton"); }
-    QLabel* info() const { return m_dialog->findChild<QLabel*>(u"RecordInfoLabel"_s, Qt::FindDirectChildrenOnly); }
-    void clickOk() const { QTest::mouseClick(box().button(QDialogButtonBox::Ok), Qt::LeftButton); }
-    QStringList told() { return std::exchange(m_told, {}); }
-    void verifyEmpty() const
-    {
-        QCOMPARE(model().getSynchState(), State::SynchNoRecord);
-        QCOMPARE(model().entryCount(), 0);
-        QCOMPARE(info()->text(), u"Record:"_s);
-        QCOMPARE(info()->toolTip(), QString());
-    }
-
-    std::optional<HandTimer> m_timer;
-    std::optional<ToldRecords> m_records;
-    std::unique_ptr<EditRecordDialog> m_dialog;
-    QStringList m_told;
 };
 
 void EditRecordDialogTest::itHasThePartsOfItsOptions_data()
@@ -187,6 +99,7 @@ void EditRecordDialogTest::itHasThePartsOfItsOptions()
     note(box().standardButtons() == QDialogButtonBox::Close, u"close"_s);
     note(box().standardButtons() == QDialogButtonBox::Ok, u"ok"_s);
     note(normalize() && cut(), u"edit"_s);
+    QCOMPARE(box().orientation(), Qt::Horizontal);
     QTEST(parts, "parts");
     QCOMPARE(model().readOnly(), !parts.contains(u"table"_s));
 }
@@ -210,7 +123,7 @@ void EditRecordDialogTest::itIsAsLargeAsItsPartsNeed()
     QCOMPARE(dialog.windowTitle(), u"Edit Record"_s);
     QVERIFY(dialog.isSizeGripEnabled());
     QVERIFY(dialog.promptUnsavedChanged());
-    QVERIFY(dialog.windowFlags().testFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint));
+    QCOMPARE(dialog.windowFlags(), Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
 }
 
 void EditRecordDialogTest::itsPartsStandOneBelowTheOther()
@@ -238,7 +151,8 @@ void EditRecordDialogTest::theTableIsMadeForBookmarks()
     QCOMPARE(normalize()->toolTip(), u"create unique timestamps in the correct sequence"_s);
     QCOMPARE(cut()->text(), u"Cut Range"_s);
     QCOMPARE(cut()->toolTip(), u"remove all entries which do not fit into the record range"_s);
-    QVERIFY(!normalize()->icon().isNull() && !cut()->icon().isNull());
+    QVERIFY(isOf(normalize()->icon(), u":/Zelko/Bookmarks/Normalize.svg"_s));
+    QVERIFY(isOf(cut()->icon(), u":/Zelko/Bookmarks/ApplyRange.svg"_s));
 }
 
 void EditRecordDialogTest::theLabelNamesTheRecord_data()
@@ -319,6 +233,24 @@ void EditRecordDialogTest::theButtonsShowForAListThatNeedsThem()
     QVERIFY(!cut()->isVisible());
 }
 
+void EditRecordDialogTest::theButtonsAppearAsSoonAsTheyAreNeeded()
+{
+    open(bookmarkOptions);
+    QDateTimeEdit* const editor = openTime(0);
+    QVERIFY(editor);
+    for (int second = 10; second <= 20; ++second) {
+        QTest::keyClick(editor, Qt::Key_Up);
+    }
+    QVERIFY(!normalize()->isVisible());
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY_WITH_TIMEOUT(normalize()->isVisible(), patience);
+    QVERIFY(!cut()->isVisible());
+    const auto shorter = makeCopyable();
+    shorter->SetStopTime(recordBegin + 15'000'000);
+    m_records->store(shorter);
+    QVERIFY(cut()->isVisible());
+}
+
 void EditRecordDialogTest::normalizePutsTheListInOrder()
 {
     open(bookmarkOptions);
@@ -348,9 +280,7 @@ void EditRecordDialogTest::aNewBookmarkStandsAtThePositionOfTheBar()
     const double to = from + 45e6;
     const double position = hands.afterDrag(from, to);
     hands.dragPosition(from, to);
-    const QHeaderView* const header = table().verticalHeader();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                      {header->width() / 2, header->sectionViewportPosition(2) + header->sectionSize(2) / 2});
+    clickHeader(2);
     QCOMPARE(model().entryCount(), 3);
     QCOMPARE(model().entry(2).GetTimestamp(), static_cast<quint64>(position));
 }
@@ -375,14 +305,36 @@ void EditRecordDialogTest::bookmarksAreAddedAndDeletedWithKeys()
     QCOMPARE(bookmarkTexts(model().entries()), QStringList({u"20000000 b"_s, u"0 new"_s}));
 }
 
+// What was typed until then is taken first, and what was pressed is done then.
+void EditRecordDialogTest::aHeaderIsPressedWhileAnEditorIsOpen_data()
+{
+    QTest::addColumn<int>("section");
+    QTest::addColumn<QStringList>("bookmarks");
+    QTest::newRow("of the bookmark that is edited") << 0 << QStringList{u"20000000 b"_s};
+    QTest::newRow("of another bookmark") << 1 << QStringList{u"10000000 new"_s};
+    QTest::newRow("of one to come") << 2 << QStringList{u"10000000 new"_s, u"20000000 b"_s, u"0 "_s};
+}
+
+void EditRecordDialogTest::aHeaderIsPressedWhileAnEditorIsOpen()
+{
+    QFETCH(const int, section);
+    open(bookmarkOptions);
+    table().edit(model().index(0, BookmarkModel::TextColumn));
+    auto* const editor = qobject_cast<QLineEdit*>(table().indexWidget(model().index(0, BookmarkModel::TextColumn)));
+    QVERIFY(editor);
+    editor->selectAll();
+    QTest::keyClicks(editor, u"new"_s);
+    clickHeader(section);
+    QTEST(bookmarkTexts(model().entries()), "bookmarks");
+    QVERIFY(m_dialog->isVisible());
+}
+
 void EditRecordDialogTest::aTimeIsEditedWithinTheRecord()
 {
     open(bookmarkOptions);
-    table().edit(model().index(0, 0));
-    auto* const editor = qobject_cast<QDateTimeEdit*>(table().indexWidget(model().index(0, 0)));
+    QDateTimeEdit* const editor = openTime(0);
     QVERIFY(editor);
     QCOMPARE(editor->minimumDateTime(), model().minDateTime());
-    editor->setSelectedSection(QDateTimeEdit::SecondSection);
     QTest::keyClick(editor, Qt::Key_Up);
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(bookmarkTexts(model().entries()).first(), u"11000000 a"_s, patience);
@@ -432,150 +384,6 @@ void EditRecordDialogTest::returnInTheNameDoesNotCloseTheWindow()
         QTest::keyClick(part<QWidget>(name), Qt::Key_Enter);
         QVERIFY(m_dialog->isVisible());
     }
-}
-
-void EditRecordDialogTest::closingAsksAboutChanges_data()
-{
-    QTest::addColumn<QMessageBox::StandardButton>("button");
-    QTest::addColumn<bool>("stays");
-    QTest::addColumn<QStringList>("sent");
-    QTest::addColumn<State>("state");
-    const QStringList bookmarks{u"bookmarks R of D: 5000000 moved, 20000000 b"_s};
-    QTest::newRow("yes") << QMessageBox::Yes << false << bookmarks << State::SynchPending;
-    QTest::newRow("no") << QMessageBox::No << false << QStringList() << State::SynchLocalChange;
-    QTest::newRow("cancel") << QMessageBox::Cancel << true << QStringList() << State::SynchLocalChange;
-}
-
-void EditRecordDialogTest::closingAsksAboutChanges()
-{
-    QFETCH(const QMessageBox::StandardButton, button);
-    openChanged(bookmarkOptions);
-    const DialogAnswer answer([&](QWidget* window) {
-        auto* const question = qobject_cast<QMessageBox*>(window);
-        QVERIFY(question);
-        QCOMPARE(question->parentWidget(), m_dialog.get());
-        QCOMPARE(question->icon(), QMessageBox::Question);
-        QCOMPARE(question->windowTitle(), u"Save Bookmarks"_s);
-        QCOMPARE(question->text(), u"The changes made to the bookmarks have not been saved. Do you want to save them "
-                                   "before closing the window?"_s);
-        QCOMPARE(question->standardButtons(), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-        answers::clickOn(question, button);
-    });
-    clickOk();
-    QVERIFY(answer.wasGiven());
-    QTEST(m_dialog->isVisible(), "stays");
-    QTEST(told(), "sent");
-    QTEST(model().getSynchState(), "state");
-}
-
-void EditRecordDialogTest::escapeAsksAboutChangesToo()
-{
-    openChanged(bookmarkOptions);
-    {
-        const DialogAnswer answer(answers::click(QMessageBox::Cancel));
-        QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
-        QVERIFY(answer.wasGiven());
-        QVERIFY(m_dialog->isVisible());
-    }
-    const DialogAnswer answer(answers::click(QMessageBox::No));
-    QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
-    QVERIFY(answer.wasGiven());
-    QVERIFY(!m_dialog->isVisible());
-    QCOMPARE(told(), QStringList());
-}
-
-void EditRecordDialogTest::withoutChangesNothingIsAsked()
-{
-    open(bookmarkOptions);
-    clickOk();
-    QVERIFY(!m_dialog->isVisible());
-    QCOMPARE(m_dialog->result(), int{QDialog::Accepted});
-    QCOMPARE(told(), QStringList());
-}
-
-void EditRecordDialogTest::withoutPromptNothingIsAsked()
-{
-    openChanged(bookmarkOptions);
-    m_dialog->setPromptUnsavedChanged(false);
-    QVERIFY(!m_dialog->promptUnsavedChanged());
-    clickOk();
-    QVERIFY(!m_dialog->isVisible());
-    QCOMPARE(told(), QStringList());
-}
-
-void EditRecordDialogTest::aReadOnlyWindowNeverAsks()
-{
-    open(copyOptions);
-    QVERIFY(!normalize() && !cut());
-    QTest::mouseClick(box().button(QDialogButtonBox::Close), Qt::LeftButton);
-    QVERIFY(!m_dialog->isVisible());
-    QCOMPARE(m_dialog->result(), int{QDialog::Rejected});
-}
-
-void EditRecordDialogTest::itMayGoWhileTheQuestionIsOpen()
-{
-    openChanged(bookmarkOptions);
-    EditRecordDialog& dialog = *m_dialog;
-    const DialogAnswer answer([this](QWidget*) { m_dialog.reset(); });
-    dialog.accept();
-    QVERIFY(answer.wasGiven());
-    QCOMPARE(told(), QStringList());
-}
-
-void EditRecordDialogTest::aDeletedRecordEmptiesItWithoutAWord()
-{
-    openChanged(allOptions);
-    const DialogAnswer answer([](QWidget*) {});
-    m_records->drop(u"R"_s);
-    QVERIFY(!answer.wasGiven());
-    verifyEmpty();
-    QVERIFY(m_dialog->isVisible());
-    QVERIFY(!part<QLineEdit>("RecordNameEdit")->isEnabled());
-    QCOMPARE(told(), QStringList());
-}
-
-void EditRecordDialogTest::anotherRecordMayBeDeleted()
-{
-    store({}, u"S"_s);
-    open(allOptions);
-    m_records->drop(u"S"_s);
-    QCOMPARE(info()->text(), u"Record: name of R"_s);
-    QCOMPARE(model().entryCount(), 2);
-}
-
-void EditRecordDialogTest::theModelMayGo()
-{
-    open(allOptions);
-    m_records.reset();
-    verifyEmpty();
-}
-
-void EditRecordDialogTest::anotherModelIsFollowed()
-{
-    ToldRecords others;
-    others.store(makeCopyable(u"S"_s));
-    open(allOptions);
-    m_dialog->setRecord(u"S"_s, &others, false, QString());
-    m_records.reset();
-    QCOMPARE(info()->text(), u"Record: name of S"_s);
-    others.replaceAll({});
-    QCOMPARE(info()->text(), u"Record:"_s);
-    others.replaceAll({u"S"_s});
-    QCOMPARE(info()->text(), u"Record: name of S"_s);
-    others.drop(u"S"_s);
-    verifyEmpty();
-}
-
-void EditRecordDialogTest::theSameWindowShowsAnotherRecord()
-{
-    store({bookmarkAt(30, u"c"_s)}, u"S"_s);
-    open(allOptions);
-    m_dialog->setRecord(u"S"_s, &*m_records, false, u"E"_s);
-    QCOMPARE(bookmarkTexts(model().entries()), QStringList{u"30000000 c"_s});
-    model().clear();
-    QTest::mouseClick(part<QToolButton>("ApplyBookmarks"), Qt::LeftButton);
-    QTest::mouseClick(part<QToolButton>("SaveButton"), Qt::LeftButton);
-    QCOMPARE(told(), QStringList({u"bookmarks S of E: "_s, u"copy S 1000-901000 name of S_Copy"_s}));
 }
 
 QTEST_MAIN(EditRecordDialogTest)

@@ -1,5 +1,6 @@
 #include <zelkoguibase/editrecord/positionwidget.h>
 
+#include "iconpicture.h"
 #include "patience.h"
 #include "positionhands.h"
 #include "testbookmarks.h"
@@ -45,6 +46,7 @@ private Q_SLOTS:
     void itBeginsEmpty();
     void eachEndHasItsTexts_data();
     void eachEndHasItsTexts();
+    void itsPartsStandInARow();
     void withoutABarThereIsNoButtonForItsPosition();
     void aRangeTakesTheEndToItsOwn_data();
     void aRangeTakesTheEndToItsOwn();
@@ -65,6 +67,7 @@ private Q_SLOTS:
     void aTypedTimeFindsItsBookmark();
     void aBookmarkOutsideOfTheRangeIsNotTaken();
     void aSilentChangeShowsEverywhere();
+    void aChangeIsToldBetweenTheBookmarksAndTheButtons();
     void anOverlongBookmarkDoesNotWidenTheWindow();
 
 private:
@@ -115,8 +118,11 @@ void PositionWidgetTest::eachEndHasItsTexts_data()
     QTest::addColumn<bool>("isStart");
     QTest::addColumn<QString>("label");
     QTest::addColumn<QString>("reset");
-    QTest::newRow("start") << true << u"Start:"_s << u"reset to record start position"_s;
-    QTest::newRow("stop") << false << u"Stop:"_s << u"reset to record stop position"_s;
+    QTest::addColumn<QString>("icon");
+    QTest::newRow("start") << true << u"Start:"_s << u"reset to record start position"_s
+                           << u":/Zelko/CopyRecord/ResetToStart"_s;
+    QTest::newRow("stop") << false << u"Stop:"_s << u"reset to record stop position"_s
+                          << u":/Zelko/CopyRecord/ResetToEnd"_s;
 }
 
 void PositionWidgetTest::eachEndHasItsTexts()
@@ -132,9 +138,23 @@ void PositionWidgetTest::eachEndHasItsTexts()
     QCOMPARE(m_hands->combo.toolTip(), u"select a bookmark position"_s);
     QCOMPARE(m_hands->combo.sizeAdjustPolicy(), QComboBox::AdjustToContents);
     for (const QToolButton* const button : {m_hands->reset(), m_hands->current()}) {
-        QVERIFY(!button->icon().pixmap(16).isNull());
         QVERIFY(button->focusPolicy() & Qt::TabFocus);
     }
+    QFETCH(const QString, icon);
+    QVERIFY(isOf(m_hands->reset()->icon(), icon));
+    QVERIFY(isOf(m_hands->current()->icon(), u":/Zelko/CopyRecord/SetCurrentPos.svg"_s));
+}
+
+void PositionWidgetTest::itsPartsStandInARow()
+{
+    m_widget->setBookmarks({at(10, u"a"_s)});
+    m_widget->resize(1000, m_widget->height());
+    const QList<const QWidget*> parts{m_widget->findChild<QLabel*>(), &m_hands->edit, m_hands->current(),
+                                      m_hands->reset(), &m_hands->combo};
+    for (int i = 1; i < parts.size(); ++i) {
+        QVERIFY(parts[i - 1]->geometry().right() < parts[i]->geometry().left());
+    }
+    QVERIFY(m_hands->combo.width() > 500); // what there is room for
 }
 
 void PositionWidgetTest::withoutABarThereIsNoButtonForItsPosition()
@@ -334,6 +354,22 @@ void PositionWidgetTest::aSilentChangeShowsEverywhere()
     QCOMPARE(m_hands->combo.currentIndex(), 0);
     QVERIFY(!m_hands->current()->isEnabled());
     QVERIFY(m_hands->reset()->isEnabled());
+}
+
+// Whoever hears of the value finds the bookmarks as they will be and the buttons as they were.
+void PositionWidgetTest::aChangeIsToldBetweenTheBookmarksAndTheButtons()
+{
+    m_widget->setBookmarks({at(1, u"a"_s)});
+    QStringList seen;
+    connect(m_widget.get(), &PositionWidget::si_valueChanged, this, [&] {
+        seen << m_hands->combo.currentText() + (m_hands->reset()->isEnabled() ? u" with button"_s : u" without"_s);
+    });
+    m_hands->press(Section::SecondSection, Qt::Key_Up);
+    QCOMPARE(seen, QStringList{u"1: a without"_s});
+    QVERIFY(m_hands->reset()->isEnabled());
+    PositionHands::click(m_hands->reset());
+    QCOMPARE(seen.last(), u" with button"_s);
+    QVERIFY(!m_hands->reset()->isEnabled());
 }
 
 void PositionWidgetTest::anOverlongBookmarkDoesNotWidenTheWindow()

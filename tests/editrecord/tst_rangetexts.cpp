@@ -1,10 +1,11 @@
 #include "../../zelkoguibase/editrecord/rangetexts_p.h"
 
+#include "recordbegin.h"
+
 #include <QtTest>
 
 namespace {
 
-constexpr quint64 begin = 1700000000000000; // 23:13:20 of the 14th of November 2023
 constexpr quint64 second = 1'000'000;
 
 } // namespace
@@ -36,7 +37,7 @@ void RangeTextsTest::aRangeHasItsDatesOnlyIfTheyDiffer_data()
 void RangeTextsTest::aRangeHasItsDatesOnlyIfTheyDiffer()
 {
     QFETCH(const quint64, length);
-    QTEST(ZelkoGUI::rangeText(begin, begin + length), "text");
+    QTEST(ZelkoGUI::rangeText(recordBegin, recordBegin + length), "text");
 }
 
 void RangeTextsTest::aDurationIsWritten_data()
@@ -44,13 +45,14 @@ void RangeTextsTest::aDurationIsWritten_data()
     QTest::addColumn<quint64>("start");
     QTest::addColumn<quint64>("stop");
     QTest::addColumn<QString>("text");
-    QTest::newRow("none") << begin << begin << "00:00:00.000";
-    QTest::newRow("behind each other the wrong way") << begin + 1 << begin << "n/a";
-    QTest::newRow("less than a millisecond") << begin << begin + 999 << "00:00:00.000";
-    QTest::newRow("less than a millisecond, in two of them") << begin + 999 << begin + 1'000 << "00:00:00.001";
-    QTest::newRow("all parts") << begin << begin + 3'723 * second + 45'000 << "01:02:03.045";
-    QTest::newRow("a second less a millisecond") << begin << begin + 999'000 << "00:00:00.999";
-    QTest::newRow("days") << begin << begin + (100 * 3600 + 59) * second << "100:00:59.000";
+    QTest::newRow("none") << recordBegin << recordBegin << "00:00:00.000";
+    QTest::newRow("behind each other the wrong way") << recordBegin + 1 << recordBegin << "n/a";
+    QTest::newRow("less than a millisecond") << recordBegin << recordBegin + 999 << "00:00:00.000";
+    QTest::newRow("less than a millisecond, in two of them")
+        << recordBegin + 999 << recordBegin + 1'000 << "00:00:00.001";
+    QTest::newRow("all parts") << recordBegin << recordBegin + 3'723 * second + 45'000 << "01:02:03.045";
+    QTest::newRow("a second less a millisecond") << recordBegin << recordBegin + 999'000 << "00:00:00.999";
+    QTest::newRow("days") << recordBegin << recordBegin + (100 * 3600 + 59) * second << "100:00:59.000";
 }
 
 void RangeTextsTest::aDurationIsWritten()

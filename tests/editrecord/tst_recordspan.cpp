@@ -10,7 +10,6 @@ using ZelkoGUI::RecordSpan;
 
 namespace {
 
-constexpr quint64 begin = 1700000000000000;
 constexpr quint64 second = 1'000'000;
 
 RecordSpan span(quint64 startTime, quint64 stopTime, quint64 startOffset, quint64 stopOffset)
@@ -43,8 +42,8 @@ private Q_SLOTS:
 void RecordSpanTest::aRecordSaysWhereItsEndsAre()
 {
     const RecordSpan all(*makeCopyable());
-    QCOMPARE(all.startTime, begin);
-    QCOMPARE(all.stopTime, begin + 90 * second);
+    QCOMPARE(all.startTime, recordBegin);
+    QCOMPARE(all.stopTime, recordBegin + 90 * second);
     QCOMPARE(all.startOffset, 1'000);
     QCOMPARE(all.stopOffset, 901'000);
     QVERIFY(!RecordSpan().isRising());
@@ -56,14 +55,17 @@ void RecordSpanTest::theIndexKnowsBetter_data()
     QTest::addColumn<Index>("index");
     QTest::addColumn<QList<quint64>>("ends"); // seconds and positions
     QTest::newRow("no entry") << Index() << QList<quint64>{0, 90, 1'000, 901'000};
-    QTest::newRow("one entry") << Index{makeIndexEntry(begin + second, 7)} << QList<quint64>{0, 90, 1'000, 901'000};
-    QTest::newRow("two entries") << Index{makeIndexEntry(begin + second, 7), makeIndexEntry(begin + 2 * second, 9)}
+    QTest::newRow("one entry") << Index{makeIndexEntry(recordBegin + second, 7)}
+                               << QList<quint64>{0, 90, 1'000, 901'000};
+    QTest::newRow("two entries") << Index{makeIndexEntry(recordBegin + second, 7),
+                                          makeIndexEntry(recordBegin + 2 * second, 9)}
                                  << QList<quint64>{1, 2, 7, 9};
-    QTest::newRow("out of order") << Index{makeIndexEntry(begin + 5 * second, 7), makeIndexEntry(begin + 2 * second, 3),
-                                           makeIndexEntry(begin + 4 * second, 9)}
+    QTest::newRow("out of order") << Index{makeIndexEntry(recordBegin + 5 * second, 7),
+                                           makeIndexEntry(recordBegin + 2 * second, 3),
+                                           makeIndexEntry(recordBegin + 4 * second, 9)}
                                   << QList<quint64>{2, 5, 3, 9};
-    QTest::newRow("falling positions") << Index{makeIndexEntry(begin + second, 9),
-                                                makeIndexEntry(begin + 2 * second, 7)}
+    QTest::newRow("falling positions") << Index{makeIndexEntry(recordBegin + second, 9),
+                                                makeIndexEntry(recordBegin + 2 * second, 7)}
                                        << QList<quint64>{1, 2, 7, 9};
 }
 
@@ -73,8 +75,8 @@ void RecordSpanTest::theIndexKnowsBetter()
     const auto record = makeCopyable();
     record->SetIndexEntry(index);
     const RecordSpan all(*record);
-    const QList<quint64> ends{(all.startTime - begin) / second, (all.stopTime - begin) / second, all.startOffset,
-                              all.stopOffset};
+    const QList<quint64> ends{(all.startTime - recordBegin) / second, (all.stopTime - recordBegin) / second,
+                              all.startOffset, all.stopOffset};
     QTEST(ends, "ends");
 }
 
@@ -101,17 +103,18 @@ void RecordSpanTest::positionsAreSpreadEvenly_data()
     QTest::addColumn<QList<quint64>>("ends");
     QTest::addColumn<quint64>("time");
     QTest::addColumn<quint64>("offset");
-    const QList<quint64> usual{begin, begin + 90 * second, 1'000, 901'000};
-    QTest::newRow("the start") << usual << begin << quint64{1'000};
-    QTest::newRow("the stop") << usual << begin + 90 * second << quint64{901'000};
-    QTest::newRow("a third") << usual << begin + 30 * second << quint64{301'000};
-    QTest::newRow("cut off, not rounded") << QList<quint64>{begin, begin + 3, 0, 5} << begin + 2 << quint64{3};
-    QTest::newRow("behind the stop") << usual << begin + 180 * second << quint64{1'801'000};
-    QTest::newRow("before the first position of all") << usual << begin - 90 * second << quint64{0};
+    const QList<quint64> usual{recordBegin, recordBegin + 90 * second, 1'000, 901'000};
+    QTest::newRow("the start") << usual << recordBegin << quint64{1'000};
+    QTest::newRow("the stop") << usual << recordBegin + 90 * second << quint64{901'000};
+    QTest::newRow("a third") << usual << recordBegin + 30 * second << quint64{301'000};
+    QTest::newRow("cut off, not rounded")
+        << QList<quint64>{recordBegin, recordBegin + 3, 0, 5} << recordBegin + 2 << quint64{3};
+    QTest::newRow("behind the stop") << usual << recordBegin + 180 * second << quint64{1'801'000};
+    QTest::newRow("before the first position of all") << usual << recordBegin - 90 * second << quint64{0};
     QTest::newRow("a record that takes no time")
-        << QList<quint64>{begin, begin, 1'000, 901'000} << begin + second << quint64{1'000};
-    QTest::newRow("falling positions") << QList<quint64>{begin, begin + 2 * second, 900, 100} << begin + second
-                                       << quint64{500};
+        << QList<quint64>{recordBegin, recordBegin, 1'000, 901'000} << recordBegin + second << quint64{1'000};
+    QTest::newRow("falling positions") << QList<quint64>{recordBegin, recordBegin + 2 * second, 900, 100}
+                                       << recordBegin + second << quint64{500};
     QTest::newRow("more than there are numbers") << QList<quint64>{0, 1, 0, std::numeric_limits<quint64>::max()}
                                                  << quint64{5} << std::numeric_limits<quint64>::max();
 }

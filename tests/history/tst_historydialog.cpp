@@ -56,6 +56,8 @@ private Q_SLOTS:
     void aDeletionOfAnotherRecordIsPassedOver();
     void itMayGoWhileTheMessageIsOpen();
     void anotherRecordMayBeSetWhileTheMessageIsOpen();
+    void theRecordMayComeBackWhileTheMessageIsOpen();
+    void theModelMayGoWhileTheMessageIsOpen();
     void theModelMayGo();
     void anotherModelIsFollowed();
     void aResetForgetsTheRecord();
@@ -90,7 +92,7 @@ void HistoryDialogTest::itBeginsEmpty()
 {
     verifyEmpty();
     QCOMPARE(m_dialog->windowTitle(), u"Edit History Comments"_s);
-    QVERIFY(m_dialog->windowFlags().testFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint));
+    QCOMPARE(m_dialog->windowFlags(), Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
     QVERIFY(m_dialog->isSizeGripEnabled());
     QCOMPARE(m_dialog->size(), QSize(500, 500));
     QVERIFY(!m_dialog->isModal());
@@ -250,6 +252,31 @@ void HistoryDialogTest::anotherRecordMayBeSetWhileTheMessageIsOpen()
     QVERIFY(answer.wasGiven());
     QCOMPARE(label().text(), u"Record: name of S"_s);
     QCOMPARE(rows(), 1);
+}
+
+// The one that the message was about is gone all the same.
+void HistoryDialogTest::theRecordMayComeBackWhileTheMessageIsOpen()
+{
+    open();
+    const DialogAnswer answer([this](QWidget* window) {
+        m_records->store(u"R"_s, twoComments);
+        answers::clickOn(window, QMessageBox::Ok);
+    });
+    m_records->drop(u"R"_s);
+    QVERIFY(answer.wasGiven());
+    verifyEmpty();
+}
+
+void HistoryDialogTest::theModelMayGoWhileTheMessageIsOpen()
+{
+    open();
+    const DialogAnswer answer([this](QWidget* window) {
+        m_records.reset();
+        answers::clickOn(window, QMessageBox::Ok);
+    });
+    Q_EMIT m_records->si_recordDeleted(u"R"_s);
+    QVERIFY(answer.wasGiven());
+    verifyEmpty();
 }
 
 void HistoryDialogTest::theModelMayGo()

@@ -28,7 +28,7 @@ public:
         QObject::connect(model, &HistoryModel::si_addHistoryEntry, &m_context,
                          [this](const QString& entry) { add(u"add "_s + entry); });
         QObject::connect(model, &HistoryModel::si_removeHistoryEntry, &m_context,
-                         [this](quint64 timestamp) { add(u"remove %1"_s.arg(timestamp - CommentedRecords::begin)); });
+                         [this](quint64 timestamp) { add(u"remove %1"_s.arg(timestamp - recordBegin)); });
         QObject::connect(model, &HistoryModel::si_edit, &m_context, [this](const QModelIndex& index) {
             add(u"edit %1-%2"_s.arg(index.row()).arg(index.column()));
         });

@@ -39,6 +39,8 @@ private Q_SLOTS:
     void itBeginsWithoutARecord();
     void aCommentIsTypedAndThenAdded();
     void aCommentIsAddedAsSoonAsItIsTyped();
+    void aHeaderIsPressedWhileTheEditorIsOpen_data();
+    void aHeaderIsPressedWhileTheEditorIsOpen();
     void escapeTakesBackWhatWasTyped();
     void aCommentIsDeleted();
     void aCommentIsTypedAndAddedWithKeys();
@@ -52,6 +54,7 @@ private Q_SLOTS:
     void theCurrentCommentStaysWhileTheListChanges();
     void theScrollPositionStaysWhileTheListChanges();
     void columnsAreKeptForTheNextTime();
+    void columnsAreKeptUnderTheirName();
     void theSameRecordOfAnotherListIsNotSet();
 
 private:
@@ -129,6 +132,35 @@ void HistoryWidgetTest::aCommentIsAddedAsSoonAsItIsTyped()
     enter(u"heard"_s);
     QCOMPARE(asked(), QStringList{u"add R heard"_s});
     QCOMPARE(m_table->text(2), QString());
+}
+
+void HistoryWidgetTest::aHeaderIsPressedWhileTheEditorIsOpen_data()
+{
+    QTest::addColumn<bool>("immediately");
+    QTest::addColumn<int>("section");
+    QTest::addColumn<QStringList>("asked");
+    QTest::addColumn<QString>("text"); // left for the new comment
+    QTest::addColumn<bool>("isOpen");
+    QTest::newRow("of the new comment") << false << 2 << QStringList{u"add R heard"_s} << QString() << false;
+    QTest::newRow("of another comment") << false << 1 << QStringList{u"delete R 2000000"_s} << u"heard"_s << false;
+    QTest::newRow("of the new comment, immediately") << true << 2 << QStringList{u"add R heard"_s} << QString() << true;
+    QTest::newRow("of another comment, immediately")
+        << true << 1 << QStringList{u"add R heard"_s, u"delete R 2000000"_s} << QString() << false;
+}
+
+// What was typed until then is taken first, and what was pressed is done then.
+void HistoryWidgetTest::aHeaderIsPressedWhileTheEditorIsOpen()
+{
+    QFETCH(const bool, immediately);
+    QFETCH(const int, section);
+    QFETCH(const bool, isOpen);
+    m_table->immediately.setChecked(immediately);
+    m_table->clickHeader(2);
+    QTest::keyClicks(m_table->editor(), u"heard"_s);
+    m_table->clickHeader(section);
+    QTRY_COMPARE_WITH_TIMEOUT(m_table->editor() != nullptr, isOpen, patience);
+    QTEST(asked(), "asked");
+    QTEST(m_table->text(2), "text");
 }
 
 void HistoryWidgetTest::escapeTakesBackWhatWasTyped()
@@ -272,6 +304,19 @@ void HistoryWidgetTest::columnsAreKeptForTheNextTime()
     open();
     QCOMPARE(m_table->view.columnWidth(0), 210);
     QCOMPARE(m_table->view.columnWidth(1), m_table->view.viewport()->width() - 210);
+}
+
+void HistoryWidgetTest::columnsAreKeptUnderTheirName()
+{
+    const auto group = [] {
+        return CfgCenter::GetAppCfg(ICfg::UserView)->OpenGroup(u"ColumnStatus"_s, ICfg::Access::Write);
+    };
+    m_table.reset();
+    m_widget.reset();
+    QVERIFY(!group()->GetString(u"HistoryTable"_s, QString()).isEmpty());
+    group()->SetString(u"HistoryTable"_s, u"0:250:shown 1:100:shown"_s);
+    open();
+    QCOMPARE(m_table->view.columnWidth(0), 250);
 }
 
 void HistoryWidgetTest::theSameRecordOfAnotherListIsNotSet()

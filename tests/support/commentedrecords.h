@@ -8,13 +8,11 @@ class CommentedRecords final : public ToldRecords
 public:
     using Comments = QVector<ZELKO_XML::HistoryEntry>;
 
-    static constexpr quint64 begin = 1700000000000000; ///< of the records, in microseconds since the epoch
-
     /// A comment so many seconds behind the begin of the records.
     static ZELKO_XML::HistoryEntry comment(int second, const QString& text)
     {
         ZELKO_XML::HistoryEntry entry;
-        entry.SetTimestamp(begin + static_cast<quint64>(second) * 1'000'000);
+        entry.SetTimestamp(recordBegin + static_cast<quint64>(second) * 1'000'000);
         entry.SetHistoryEntry(text);
         return entry;
     }

@@ -24,7 +24,7 @@ public:
             [this](const QString& id, const QString& entry) { m_asked << QStringLiteral("add %1 %2").arg(id, entry); });
         QObject::connect(&window, &Window::si_deleteHistoryEntry, &m_context,
                          [this](const QString& id, quint64 timestamp) {
-                             m_asked << QStringLiteral("delete %1 %2").arg(id).arg(timestamp - CommentedRecords::begin);
+                             m_asked << QStringLiteral("delete %1 %2").arg(id).arg(timestamp - recordBegin);
                          });
     }
 

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "recordbegin.h"
+
 #include <zelkobase/data/bookmarkentry.h>
 
 #include <QStringList>
 #include <QVector>
-
-/// When the records of tests begin, see makeRecord, in microseconds since the epoch.
-inline constexpr quint64 recordBegin = 1700000000000000;
 
 /// A bookmark at a time in microseconds since the epoch.
 inline ZELKO_XML::BookmarkEntry makeBookmark(quint64 time, const QString& text)

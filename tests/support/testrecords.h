@@ -1,5 +1,7 @@
 #pragma once
 
+#include "recordbegin.h"
+
 #include <zelkobase/data/zelko_recorddata.h>
 
 #include <memory>
@@ -10,8 +12,8 @@ inline std::shared_ptr<ZELKO_XML::ZELKO_RecordData> makeRecord(const QString& id
     auto record = std::make_shared<ZELKO_XML::ZELKO_RecordData>();
     record->SetRecordID(id);
     record->SetRecordName(QStringLiteral("name of ") + id);
-    record->SetStartTime(1700000000000000);
-    record->SetStopTime(1700000090000000);
+    record->SetStartTime(recordBegin);
+    record->SetStopTime(recordBegin + 90'000'000);
     record->SetSize(size);
     record->SetRecordStatus(static_cast<ZELKO_XML::ZELKO_RecordData::RecordStatus>(status));
     return record;

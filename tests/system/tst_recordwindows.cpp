@@ -13,6 +13,7 @@
 #include <QToolButton>
 
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace ZelkoTest;
@@ -28,26 +29,43 @@ namespace {
 const QString record = u"R1"_s;
 constexpr qsizetype size = 4000;
 
-/// A text as a keyboard of any language gives it.
+/// A text as a keyboard of any language gives it, in place of what stands there.
 void enter(QWidget* editor, const QString& text)
 {
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(editor, Qt::Key_Delete);
     QInputMethodEvent event;
     event.setCommitString(text);
     QCoreApplication::sendEvent(editor, &event);
     QTest::keyClick(editor, Qt::Key_Return);
 }
 
+/// Texts of every kind, by a phrase for each.
+QList<std::pair<const char*, QString>> texts()
+{
+    return {
+        {"a word", u"heard"_s},
+        {"of 10,000 characters", QString(10'000, u'x')},
+        {"from right to left", u"هذا تعليق"_s},
+        {"an emoji", u"heard 📡 twice"_s},
+        {"empty", u""_s},
+        {"from right to left, and back", u"قناة 7 \u200Fheard\u200E twice"_s},
+        {"emoji of several characters", u"👩‍🚀🇩🇪"_s},
+        {"two lines", u"first\nsecond"_s},
+        {"two lines of another system", u"first\r\nsecond\r"_s},
+        {"a tabulator", u"first\tsecond"_s},
+        {"control characters", u"a\u0001b\u0007c\u001bd\u007fe\u0085f"_s},
+        {"what looks like markup", u"<b>bold</b> &amp; ]]>"_s},
+        {"blanks around it", u"  heard  "_s},
+    };
+}
+
 void addTexts()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("a word") << u"heard"_s;
-    QTest::newRow("of 10,000 characters") << QString(10'000, u'x');
-    QTest::newRow("from right to left") << u"هذا تعليق"_s;
-    QTest::newRow("an emoji") << u"heard 📡 twice"_s;
-    QTest::newRow("two lines") << u"first\nsecond"_s;
-    QTest::newRow("a tabulator") << u"first\tsecond"_s;
-    QTest::newRow("what looks like markup") << u"<b>bold</b> &amp; ]]>"_s;
-    QTest::newRow("blanks around it") << u"  heard  "_s;
+    for (const auto& [name, text] : texts()) {
+        QTest::newRow(name) << text;
+    }
 }
 
 } // namespace
@@ -67,6 +85,7 @@ private Q_SLOTS:
     void aCommentIsDeleted();
     void aBookmarkIsStored_data() { addTexts(); }
     void aBookmarkIsStored();
+    void textsComeBackFromTheDisk();
     void aPartIsCopied();
 
 private:
@@ -84,6 +103,17 @@ private:
         QStringList texts;
         for (const ZELKO_XML::HistoryEntry& entry : data.GetHistoryEntry()) {
             texts << entry.GetHistoryEntry();
+        }
+        return texts;
+    }
+
+    void add(const CommentTable& table, const QString& text);
+
+    static QStringList bookmarks(const ZELKO_RecordData& data)
+    {
+        QStringList texts;
+        for (const ZELKO_XML::BookmarkEntry& entry : data.GetBookmarkEntry()) {
+            texts << entry.GetBookmark();
         }
         return texts;
     }
@@ -108,6 +138,20 @@ void TestRecordWindows::cleanup()
     m_configuration.reset();
 }
 
+// The window sends no empty comment; a program of somebody's own may.
+void TestRecordWindows::add(const CommentTable& table, const QString& text)
+{
+    if (text.isEmpty()) {
+        m_site->controller().sl_addHistoryEntry(record, text);
+        return;
+    }
+    QTest::keyClick(&table.view, Qt::Key_Insert);
+    QVERIFY(table.editor());
+    enter(table.editor(), text);
+    QTRY_VERIFY_WITH_TIMEOUT(!table.editor(), patience);
+    table.clickHeader(1);
+}
+
 void TestRecordWindows::aCommentIsStored()
 {
     QFETCH(const QString, text);
@@ -115,15 +159,14 @@ void TestRecordWindows::aCommentIsStored()
     QVERIFY(dialog);
     const CommentTable table(*dialog);
     QCOMPARE(table.lastRow(), 1);
-    QTest::keyClick(&table.view, Qt::Key_Insert);
-    QVERIFY(table.editor());
-    enter(table.editor(), text);
-    QTRY_VERIFY_WITH_TIMEOUT(!table.editor(), patience);
-    table.clickHeader(1);
-    QCOMPARE(comments(m_site->stored(record)), QStringList({u"old"_s, text})); // acknowledged is durable
+    add(table, text);
+    const QStringList both{u"old"_s, text};
+    QCOMPARE(comments(m_site->stored(record)), both); // acknowledged is durable
     QTRY_COMPARE_WITH_TIMEOUT(table.lastRow(), 2, patience);
     QCOMPARE(table.text(1), text);
     QCOMPARE(m_site->takeMessages(), QStringList());
+    m_site->recorder().kill();
+    QCOMPARE(comments(m_site->stored(record)), both);
 }
 
 void TestRecordWindows::aCommentIsDeleted()
@@ -150,12 +193,34 @@ void TestRecordWindows::aBookmarkIsStored()
     QVERIFY(table.indexWidget(cell));
     enter(table.indexWidget(cell), text);
     QTRY_COMPARE_WITH_TIMEOUT(model.getSynchState(), BookmarkModel::SynchLocalChange, patience);
+    const QStringList both{text, u"outside"_s};
     QTest::mouseClick(dialog->findChild<QToolButton*>(u"ApplyBookmarks"_s), Qt::LeftButton);
-    const ZELKO_RecordData stored = m_site->stored(record);
-    QCOMPARE(stored.GetBookmarkEntry().first().GetBookmark(), text);
-    QTRY_COMPARE_WITH_TIMEOUT(m_site->row(record).GetBookmarkEntry().first().GetBookmark(), text, patience);
+    QCOMPARE(bookmarks(m_site->stored(record)), both);
+    QTRY_COMPARE_WITH_TIMEOUT(bookmarks(m_site->row(record)), both, patience);
     QTRY_COMPARE_WITH_TIMEOUT(model.getSynchState(), BookmarkModel::SynchInSync, patience);
     QCOMPARE(model.entry(0).GetBookmark(), text);
+    m_site->recorder().kill();
+    QCOMPARE(bookmarks(m_site->stored(record)), both);
+}
+
+// What the next recorder shows, once nothing is shown any more of what the one that was killed has told.
+void TestRecordWindows::textsComeBackFromTheDisk()
+{
+    connectAs(Role::Operator);
+    QVector<ZELKO_XML::BookmarkEntry> entries;
+    for (const auto& [name, text] : texts()) {
+        m_site->controller().sl_addHistoryEntry(record, text);
+        entries << makeBookmark(10'000'000 + static_cast<quint64>(entries.size()), text);
+    }
+    m_site->controller().sl_setBookmarkEntries(record, entries, QString());
+    const QStringList all = bookmarks(m_site->stored(record));
+    m_site->recorder().kill();
+    QTRY_VERIFY_WITH_TIMEOUT(m_site->rows().isEmpty(), patience);
+    QVERIFY(m_site->start());
+    QTRY_COMPARE_WITH_TIMEOUT(m_site->rows(), QStringList{record}, patience);
+    QCOMPARE(all.size(), texts().size());
+    QCOMPARE(bookmarks(m_site->row(record)), all);
+    QCOMPARE(comments(m_site->row(record)), QStringList{u"old"_s} + all);
 }
 
 void TestRecordWindows::aPartIsCopied()
@@ -179,6 +244,9 @@ void TestRecordWindows::aPartIsCopied()
     QCOMPARE(copy.GetStopTime(), quint64{10'750'000});
     QCOMPARE(copy.GetBookmarkEntry().size(), 1);
     QCOMPARE(copy.GetBookmarkEntry().first().GetBookmark(), u"inside"_s);
+    const QVector<ZELKO_XML::IndexEntry> index{indexEntry(10'250'000, 0), indexEntry(10'750'000, size / 2)};
+    QCOMPARE(copy.GetIndexEntry(), index);
+    QCOMPARE(m_site->stored(id).GetIndexEntry(), index);
     const QString samples = ZELKO_XML::sampleFileName(id, copy.GetDataFormat());
     QCOMPARE(readBytes(m_site->recordFolder(id) + u'/' + samples), sampleBytes(size).mid(size / 4, size / 2));
 }

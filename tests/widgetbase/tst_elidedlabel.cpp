@@ -5,6 +5,7 @@
 
 #include <QHBoxLayout>
 #include <QTest>
+#include <QTextDocument>
 #include <QToolTip>
 
 using guiHelper::ElidedLabel;
@@ -147,6 +148,50 @@ private Q_SLOTS:
         operatorhands::rest(label, label.rect().center());
         QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), QStringLiteral("<qt>%1</qt>").arg(markup.toHtmlEscaped()),
                                   patience);
+    }
+
+    void tellsTheToolTipThatWasSetToo_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("toolTip");
+        QTest::addColumn<QString>("shown"); // as who reads it sees it
+        const QString markup = QStringLiteral("<b>") + longText;
+        const QString both = longText + QStringLiteral("\nRecord ID: 7");
+        QTest::newRow("text") << longText << QStringLiteral("Record ID: 7") << both;
+        QTest::newRow("text of two lines")
+            << longText << QStringLiteral("Record\nID: 7") << longText + QStringLiteral("\nRecord\nID: 7");
+        QTest::newRow("markup") << longText << QStringLiteral("<qt>Record <b>ID</b>: 7</qt>") << both;
+        QTest::newRow("what looks like markup, and text")
+            << markup << QStringLiteral("Record <ID>: 7") << markup + QStringLiteral("\nRecord <ID>: 7");
+        QTest::newRow("what looks like markup, and markup")
+            << markup << QStringLiteral("<qt>&lt;i&gt;7</qt>") << markup + QStringLiteral("\n<i>7");
+    }
+
+    void tellsTheToolTipThatWasSetToo()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, toolTip);
+        ElidedLabel label(text);
+        label.setToolTip(toolTip);
+        label.resize(100, 30);
+        label.show();
+        QToolTip::hideText();
+        operatorhands::rest(label, label.rect().center());
+        QTRY_VERIFY_WITH_TIMEOUT(QToolTip::isVisible(), patience);
+        QTextDocument read;
+        read.setHtml(QToolTip::text());
+        QTEST(Qt::mightBeRichText(QToolTip::text()) ? read.toPlainText() : QToolTip::text(), "shown");
+        QCOMPARE(label.toolTip(), toolTip);
+    }
+
+    void tellsTheToolTipThatWasSetOfATextThatIsShown()
+    {
+        ElidedLabel label(QStringLiteral("short"));
+        label.setToolTip(QStringLiteral("Record ID: 7"));
+        label.resize(100, 30);
+        label.show();
+        operatorhands::rest(label, label.rect().center());
+        QTRY_COMPARE_WITH_TIMEOUT(QToolTip::text(), label.toolTip(), patience);
     }
 
     void tellsNothingOfATextThatIsShown()

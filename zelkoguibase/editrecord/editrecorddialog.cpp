@@ -2,7 +2,7 @@
 
 #include <widgetbase/elidedlabel.h>
 #include <widgetbase/plaintooltip.h>
-#include <widgetbase/rowheaderkeys.h>
+#include <widgetbase/rowheadertable.h>
 #include <widgetbase/warningbox.h>
 #include <zelkoguibase/bookmarks/bookmarkedittimedelegate.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
@@ -71,21 +71,13 @@ void EditRecordDialog::createParts(Options options)
 // A time with its date and a warning has room in its column.
 QTableView* EditRecordDialog::createTable()
 {
-    auto* const table = new QTableView(this);
-    table->setObjectName(QStringLiteral("BookmarkTableView"));
+    QTableView* const table = guiHelper::makeRowHeaderTable(m_bookmarkModel, QStringLiteral("BookmarkTableView"), this);
     table->setAccessibleName(tr("bookmarks"));
     table->setAccessibleDescription(tr("Insert adds a bookmark, Delete deletes the selected one"));
-    table->setModel(m_bookmarkModel);
-    table->setAlternatingRowColors(true);
-    table->setSortingEnabled(false);
-    table->setSelectionMode(QAbstractItemView::SingleSelection);
-    table->setTabKeyNavigation(false);
-    table->horizontalHeader()->setStretchLastSection(true);
     table->setColumnWidth(BookmarkModel::TimeColumn, table->fontMetrics().horizontalAdvance(QString(25, u'0')));
     table->setItemDelegateForColumn(BookmarkModel::TimeColumn, new BookmarkEditTimeDelegate(table));
     connect(table->verticalHeader(), &QHeaderView::sectionClicked, m_bookmarkModel,
             &BookmarkModel::sl_verticalHeaderClicked);
-    new guiHelper::RowHeaderKeys(table);
     return table;
 }
 
@@ -250,6 +242,7 @@ void EditRecordDialog::sl_modelDeleted()
     resetRecord();
 }
 
+// Without a record nothing follows the colon, not even a blank.
 void EditRecordDialog::updateRecordData()
 {
     if (!m_recordInfoLabel) {

@@ -48,6 +48,7 @@ void PositionWidget::createEdit(QHBoxLayout& row)
     connect(m_dateTimeEdit, &QDateTimeEdit::dateTimeChanged, this, &PositionWidget::sl_dateTimeChanged);
 }
 
+// Style sheets know the first button by its misspelt name, and resources the icons of the ends without an extension.
 void PositionWidget::createButtons(QHBoxLayout& row, ReplayBarWidget* replayBar)
 {
     if (replayBar) {
@@ -122,6 +123,7 @@ void PositionWidget::setValueSilently(quint64 value)
 {
     setEdited(value);
     take(m_dateTimeEdit->dateTime());
+    updateButtons();
 }
 
 void PositionWidget::setEdited(quint64 time)
@@ -134,7 +136,6 @@ void PositionWidget::take(const QDateTime& time)
 {
     m_value = BookmarkModel::toBookmarkEntry(time);
     matchCombo();
-    updateButtons();
 }
 
 // Of several bookmarks at a time the first one, unless the user has chosen another.
@@ -175,6 +176,7 @@ void PositionWidget::sl_dateTimeChanged(QDateTime dateTime)
 {
     take(dateTime);
     Q_EMIT si_valueChanged(m_value);
+    updateButtons();
 }
 
 void PositionWidget::sl_resetPosition()

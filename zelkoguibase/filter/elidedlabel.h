@@ -7,7 +7,8 @@
 namespace ZelkoGUI::Filter {
 
 /// A line of plain text that ends in an ellipsis where there is too little room for it, with a longer text in its tool
-/// tip then.
+/// tip then. Unlike those of guiHelper::ElidedLabel, its text() and toolTip() are what is shown, for whoever reads the
+/// window through them.
 class ZELKOGUIBASE_EXPORT EnumerationFilterWidgetBase::ElidedLabel : public QLabel
 {
     Q_OBJECT

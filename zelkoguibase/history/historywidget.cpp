@@ -3,7 +3,7 @@
 #include "historyediting_p.h"
 
 #include <widgetbase/qheaderviewcolumnhandler.h>
-#include <widgetbase/rowheaderkeys.h>
+#include <widgetbase/rowheadertable.h>
 #include <zelkoguibase/history/historymodel.h>
 
 #include <QCheckBox>
@@ -38,16 +38,9 @@ HistoryWidget::~HistoryWidget()
 // An editor in a cell that is not the current one would not be scrolled into sight.
 QTableView* HistoryWidget::createView()
 {
-    auto* const view = new QTableView(this);
-    view->setObjectName(QStringLiteral("HistoryTableView"));
+    QTableView* const view = guiHelper::makeRowHeaderTable(m_model, QStringLiteral("HistoryTableView"), this);
     view->setAccessibleName(tr("history comments"));
     view->setAccessibleDescription(tr("Insert adds a comment, Delete deletes the selected one"));
-    view->setModel(m_model);
-    view->setAlternatingRowColors(true);
-    view->setSortingEnabled(false);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
-    view->setTabKeyNavigation(false);
-    view->horizontalHeader()->setStretchLastSection(true);
     view->setColumnWidth(HistoryModel::TimeColumn, 120);
     m_columnHandler =
         new guiHelper::QHeaderViewColumnHandler(view->horizontalHeader(), QStringLiteral("HistoryTable"), this);
@@ -58,7 +51,6 @@ QTableView* HistoryWidget::createView()
     connect(m_model, &HistoryModel::si_edit, view, qOverload<const QModelIndex&>(&QTableView::edit));
     connect(view->verticalHeader(), &QHeaderView::sectionClicked, m_model, &HistoryModel::sl_verticalHeaderClicked);
     new HistoryEditing(m_model, view);
-    new guiHelper::RowHeaderKeys(view);
     return view;
 }
 
