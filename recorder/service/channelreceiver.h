@@ -59,6 +59,7 @@ private:
     bool takeDatagram(std::string_view datagram);
     bool takeStream(std::string_view bytes);
     bool take(ChannelFrame frame, std::string_view samples);
+    void tellOfMissing() const;
     void waitForData() const;
     void endData();
 
