@@ -147,7 +147,7 @@ bool ChannelReceiver::take(ChannelFrame frame, std::string_view samples)
         m_listener.diskRefused(error);
         return false;
     }
-    if (!m_dataCame) {
+    if (!m_dataCame && !m_recording.recordID().isEmpty()) {
         m_dataCame = true;
         m_listener.dataCame();
     }
