@@ -15,6 +15,8 @@ itself, which standing still does not lengthen, the claim says "each_process", a
 
 The goals are listed by program. A program whose claims differ in what they cost has several entries, each with a "program"
 and the "arguments" that choose its benchmarks.
+
+Exits with 0 when all goals are met, with 1 when one is short, and with 2 when something could not be measured.
 """
 
 import argparse
@@ -26,6 +28,10 @@ from pathlib import Path
 
 
 LEAST_PROCESSES = 5
+
+
+class NotMeasured(Exception):
+    """A program, or what it printed, has no figure for a claim; says why."""
 
 
 def arguments():
@@ -41,9 +47,17 @@ def run_once(program, prefix, arguments):
     """One process of a benchmark program: the repetitions of each of its benchmarks, by name."""
     command = prefix + [str(program), "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=5",
                         "--benchmark_format=json"] + arguments
-    output = subprocess.run(command, check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL).stdout
+    try:
+        output = subprocess.run(command, check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL).stdout
+        benchmarks = json.loads(output)["benchmarks"]
+    except (OSError, subprocess.CalledProcessError) as error:
+        raise NotMeasured(str(error)) from error
+    except (ValueError, KeyError, TypeError) as error:
+        raise NotMeasured(f"{program} prints something else than benchmarks: {error}") from error
     results = {}
-    for entry in json.loads(output)["benchmarks"]:
+    for entry in benchmarks:
+        if entry.get("error_occurred"):
+            raise NotMeasured(f"{entry['run_name']}: {entry['error_message']}")
         if entry["run_type"] == "iteration":
             results.setdefault(entry["run_name"], []).append(entry)
     return results
@@ -53,8 +67,14 @@ def values(results, name, key):
     """One figure of all repetitions of a benchmark, whose full name may carry options behind the given one."""
     for full, repetitions in results.items():
         if full == name or full.startswith(name + "/"):
+            if any(key not in repetition for repetition in repetitions):
+                raise NotMeasured(f"{full} does not measure {key}")
             return [repetition[key] for repetition in repetitions]
-    raise KeyError(f"no benchmark {name} among {sorted(results)}")
+    raise NotMeasured(f"no benchmark {name} among {sorted(results)}")
+
+
+def worst_of(claim, measured):
+    return (max if "at_most" in claim else min)(measured)
 
 
 def measure(claim, results):
@@ -62,15 +82,17 @@ def measure(claim, results):
     of both sides, which is one of times where no counter is named."""
     if "benchmark" in claim:
         counted = values(results, claim["benchmark"], claim["counter"])
-        return max(counted) if claim.get("worst") else statistics.median(counted)
+        return worst_of(claim, counted) if claim.get("worst") else statistics.median(counted)
     key = claim.get("counter", "real_time")
     ours, beside = (statistics.median(values(results, claim[side], key)) for side in ("ours", "beside"))
+    if beside == 0:
+        raise NotMeasured(f"{claim['beside']} is 0, which nothing can be compared with")
     return ours / beside
 
 
 def figure(name, claim, measured):
     """The figure of a claim over all processes."""
-    worst = (max if "at_most" in claim else min)(measured)
+    worst = worst_of(claim, measured)
     if claim.get("each_process"):
         return worst
     if claim.get("worst"):
@@ -107,4 +129,8 @@ def main():
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    try:
+        sys.exit(main())
+    except NotMeasured as why:
+        print(why, file=sys.stderr)
+        sys.exit(2)

@@ -101,6 +101,7 @@ std::unique_ptr<ServiceHost> serveCalls(ZelkoCommon::Orb& orb, ServedRecorder& r
     ServiceHost::Options serviceOptions;
     serviceOptions.channels.channel.listenAddress = options.listenAddress;
     serviceOptions.channels.channel.toldAddress = reachableAddress(options.listenAddress);
+    serviceOptions.channels.channel.dataPatience = options.dataPatience;
     return std::make_unique<ServiceHost>(orb, servedBy(recorder, channelDevices), CallRights(callersBySession(server)),
                                          serviceOptions);
 }

@@ -45,6 +45,11 @@ void addOptions(QCommandLineParser& parser)
         "A channel of its own, with a source in place of a receiver, from which clients record when they like and to "
         "which they replay; may be given more than once. Without a source: \"generator:fm\".",
         "name[=description]");
+    add("data-patience",
+        "Seconds that a recording from a channel waits for its first data, unless its own length is more; one without "
+        "a "
+        "length waits until it is stopped.",
+        "seconds", "60");
     add("speed", "Seconds of signal recorded in a second; 0 for as fast as possible.", "factor", "1");
     add("index-interval", "Seconds of signal between two entries of a record's index.", "seconds", "1");
     add("populate", "Prepared records of each device, for load tests.", "count", "0");
@@ -84,6 +89,12 @@ double number(const QCommandLineParser& parser, const QString& name, double leas
                             .arg(parser.value(name))};
     }
     return value;
+}
+
+// Up to a day, and never none at all.
+std::chrono::microseconds seconds(const QCommandLineParser& parser, const QString& name)
+{
+    return std::chrono::microseconds(std::llround(number(parser, name, 0.001, 86400) * 1e6));
 }
 
 int wholeNumber(const QCommandLineParser& parser, const QString& name, int least, int most)
@@ -235,8 +246,9 @@ RecorderOptions read(const QCommandLineParser& parser)
     options.churn.perSecond = number(parser, QStringLiteral("churn"), 0, 1e6);
     options.churn.changes = wholeNumber(parser, QStringLiteral("churn-changes"), 0, 1'000'000'000);
     options.pace.speed = number(parser, QStringLiteral("speed"), 0, 1e6);
-    const double interval = number(parser, QStringLiteral("index-interval"), 0.001, 86400);
-    options.pace.indexInterval = std::chrono::microseconds(std::llround(interval * 1e6));
+    options.pace.indexInterval = seconds(parser, QStringLiteral("index-interval"));
+    options.dataPatience =
+        std::chrono::ceil<std::chrono::milliseconds>(seconds(parser, QStringLiteral("data-patience")));
     options.usersFile = parser.value(QStringLiteral("users"));
     options.tls = tlsOptions(parser);
     options.exportFolders = exportFolders(parser);

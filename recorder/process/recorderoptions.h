@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 
 namespace ZelkoRecorder {
@@ -45,6 +46,8 @@ struct RecorderOptions
     QHash<QString, QStringList> sources;
     /// Channels of the recorder's own.
     QList<OwnChannels::Plan> channels;
+    /// As Channel::Options has it.
+    std::chrono::milliseconds dataPatience{60000};
     /// For each device.
     int preparedRecords = 0;
     ChurnPlan churn;

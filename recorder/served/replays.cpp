@@ -88,7 +88,7 @@ std::optional<Replays::Position> Replays::position(const QString& recordID) cons
     }
     const Replay& replay = running->second.replay;
     const Replay::TimePoint now = m_clock.now();
-    return Position{replay.timeAt(now), replay.offsetAt(now), replay.isPaused()};
+    return Position{replay.timeAt(now), replay.offsetAt(now), replay.isPaused(), replay.pauses()};
 }
 
 RecordPointer Replays::asShown(const RecordPointer& record) const

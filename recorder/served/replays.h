@@ -29,6 +29,7 @@ public:
         quint64 time;   ///< microseconds since the epoch
         quint64 offset; ///< bytes
         bool paused;
+        quint32 pauses = 0; ///< so far, the present one included
 
         friend bool operator==(const Position&, const Position&) = default;
     };

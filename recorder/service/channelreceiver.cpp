@@ -61,15 +61,20 @@ void ChannelReceiver::run()
     }
     for (int reads = 0; reads < mostReadsAfterClose && receive(); ++reads) {
     }
+    if (!m_recording.finish(*m_edits)) {
+        m_listener.diskRefused(QStringLiteral("the disk does not take the end of the record"));
+    }
+    tellOfMissing();
+    m_listener.closed(m_bornID);
+}
+
+void ChannelReceiver::tellOfMissing() const
+{
     if (m_recording.lostFrames() > 0 || m_recording.refusedFrames() > 0) {
         qCWarning(recorderLog).noquote() << "record" << m_bornID << ":" << m_recording.lostFrames()
                                          << "frames of its channel were lost and" << m_recording.refusedFrames()
                                          << "came twice or late";
     }
-    if (!m_recording.finish(*m_edits)) {
-        m_listener.diskRefused(QStringLiteral("the disk does not take the end of the record"));
-    }
-    m_listener.closed(m_bornID);
 }
 
 void ChannelReceiver::waitForData() const
@@ -142,7 +147,7 @@ bool ChannelReceiver::take(ChannelFrame frame, std::string_view samples)
         m_listener.diskRefused(error);
         return false;
     }
-    if (!m_dataCame) {
+    if (!m_dataCame && !m_recording.recordID().isEmpty()) {
         m_dataCame = true;
         m_listener.dataCame();
     }

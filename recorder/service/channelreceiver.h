@@ -21,7 +21,7 @@ public:
     {
         std::function<void(const QString& recordID)> born; ///< before anything of the record is on disk
         std::function<void(const RecordPointer&)> changed; ///< a durable state of the record
-        std::function<void()> dataCame;                    ///< the first frame of the stream is there
+        std::function<void()> dataCame;                    ///< the first samples of the stream are there
         std::function<void()> dataEnded;                   ///< the source has ended the flow, or broke its form
         std::function<void()> full;                        ///< the record has its largest size, no more is taken
         std::function<void(const QString& why)> diskRefused;
@@ -59,6 +59,7 @@ private:
     bool takeDatagram(std::string_view datagram);
     bool takeStream(std::string_view bytes);
     bool take(ChannelFrame frame, std::string_view samples);
+    void tellOfMissing() const;
     void waitForData() const;
     void endData();
 

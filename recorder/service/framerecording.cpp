@@ -11,7 +11,6 @@
 
 namespace ZelkoRecorder {
 
-using Place = FrameSequence::Place;
 using ZELKO_XML::ZELKO_RecordData;
 
 namespace {
@@ -42,17 +41,31 @@ FrameRecording::FrameRecording(const DeviceStore& store, const DeviceClock& cloc
 FrameRecording::~FrameRecording() = default;
 
 // Part of a sample would shift all that are behind it.
-bool FrameRecording::take(ChannelFrame frame, std::string_view samples, QString* error)
+bool FrameRecording::take(const ChannelFrame& frame, std::string_view samples, QString* error)
 {
     if (samples.empty() || isFull()) {
         return true;
     }
     const bool isWhole = samples.size() % m_bytesPerSample == 0;
     const Place place = isWhole ? m_sequence.place(frame, endOf(frame)) : Place::Refused;
-    if (place == Place::Refused) {
+    switch (place) {
+    case Place::Next:
+    case Place::BehindGap:
+        refuseUnproven();
+        return store(frame, samples, place, error);
+    case Place::Unproven:
+    case Place::Proven:
+        keepUnproven(frame, samples);
+        return place == Place::Unproven || storeUnproven(m_sequence.believe(), error);
+    case Place::Refused:
         ++m_refused;
-        return true;
+        break;
     }
+    return true;
+}
+
+bool FrameRecording::store(ChannelFrame frame, std::string_view samples, Place place, QString* error)
+{
     if (m_mostBytes > 0) {
         samples = samples.substr(0, (m_mostBytes - m_size) / m_bytesPerSample * m_bytesPerSample);
         frame.sampleBytes = static_cast<quint32>(samples.size());
@@ -63,6 +76,43 @@ bool FrameRecording::take(ChannelFrame frame, std::string_view samples, QString*
         return false;
     }
     return write(frame, samples, error);
+}
+
+// The sequence knows of no others, so neither does this.
+void FrameRecording::keepUnproven(const ChannelFrame& frame, std::string_view samples)
+{
+    if (m_sequence.unproven() == 1) {
+        refuseUnproven();
+    }
+    m_unproven.push_back({frame, std::string(samples)});
+}
+
+void FrameRecording::refuseUnproven()
+{
+    m_refused += m_unproven.size();
+    m_unproven.clear();
+}
+
+// `places` are those of the frames that are kept.
+bool FrameRecording::storeUnproven(const std::vector<Place>& places, QString* error)
+{
+    const auto kept = std::exchange(m_unproven, {});
+    for (std::size_t i = 0; i < places.size() && !isFull(); ++i) {
+        if (!store(kept[i].frame, kept[i].samples, places[i], error)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool FrameRecording::storeRest()
+{
+    QString error;
+    const auto places = m_sequence.believeAtEnd();
+    if (places.empty()) {
+        refuseUnproven();
+    }
+    return storeUnproven(places, &error);
 }
 
 bool FrameRecording::write(const ChannelFrame& frame, std::string_view samples, QString* error)
@@ -232,6 +282,7 @@ bool FrameRecording::finish(EditQueue& edits)
         return true;
     }
     m_writer->makeEdits(entries, [this] { tell(); });
+    const bool isWhole = storeRest();
     if (std::as_const(m_writer->record()).GetIndexEntry().constLast().GetRecordOffset() < m_size) {
         appendEntry(m_end);
     }
@@ -239,7 +290,7 @@ bool FrameRecording::finish(EditQueue& edits)
     const bool closed = m_writer->finish();
     tell();
     edits.end();
-    return closed;
+    return closed && isWhole;
 }
 
 QString FrameRecording::recordID() const

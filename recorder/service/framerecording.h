@@ -9,7 +9,9 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace ZelkoRecorder {
 
@@ -40,9 +42,9 @@ public:
     static constexpr int maximumIndexEntries = 1024;
 
     /// Writes the frame's samples behind those before. A frame that does not follow, as FrameSequence says, or that
-    /// ends within a sample is left out; one behind a gap begins a new entry of the index. False, and a text for people
-    /// in `error`, if the disk refuses.
-    bool take(ChannelFrame frame, std::string_view samples, QString* error);
+    /// ends within a sample is left out; one behind a gap begins a new entry of the index. One that is unproven is kept
+    /// in memory until it is known what becomes of it. False, and a text for people in `error`, if the disk refuses.
+    bool take(const ChannelFrame& frame, std::string_view samples, QString* error);
 
     /// With this the record never has more bytes of samples: of the frame that goes beyond it only the whole samples
     /// that fit are taken, and of those behind it nothing. 0: no limit.
@@ -61,13 +63,25 @@ public:
     /// Empty as long as there is no record.
     QString recordID() const;
 
-    /// Frames that never came, as their numbers tell, and frames that were left out.
+    /// Frames that never came, as their numbers tell, and frames that were left out. Known when it is finished.
     quint64 lostFrames() const { return m_sequence.lostFrames(); }
     quint64 refusedFrames() const { return m_refused; }
 
 private:
     using Clock = std::chrono::steady_clock;
+    using Place = FrameSequence::Place;
 
+    struct KeptFrame
+    {
+        ChannelFrame frame;
+        std::string samples;
+    };
+
+    bool store(ChannelFrame frame, std::string_view samples, Place place, QString* error);
+    void keepUnproven(const ChannelFrame& frame, std::string_view samples);
+    void refuseUnproven();
+    bool storeUnproven(const std::vector<Place>& places, QString* error);
+    bool storeRest();
     bool write(const ChannelFrame& frame, std::string_view samples, QString* error);
     bool begin(const ChannelFrame& frame, QString* error);
     void moveStart();
@@ -88,6 +102,7 @@ private:
     const quint64 m_bytesPerSample;
     std::unique_ptr<RecordWriter> m_writer;
     FrameSequence m_sequence;
+    std::vector<KeptFrame> m_unproven; // those that the sequence tells of
     ChannelFrame m_last;
     quint64 m_end = 0;  // time behind the last sample
     quint64 m_size = 0; // bytes so far

@@ -23,40 +23,62 @@ FrameSequence::Place FrameSequence::place(const ChannelFrame& frame, quint64 end
         return Place::Next;
     }
     if (follows(m_last, point)) {
-        const qint64 missing = distance(m_last.number, point.number) - 1;
-        m_lost += static_cast<quint64>(missing);
-        m_last = point;
-        m_suspects = 0;
-        return missing > 0 ? Place::BehindGap : Place::Next;
+        m_unproven.clear();
+        return append(point);
     }
-    if (isLate(m_last, point) || !isBelieved(point)) {
+    if (isLate(m_last, point)) {
         return Place::Refused;
     }
+    if (!m_unproven.empty() && !goesOn(m_unproven.back(), point)) {
+        m_unproven.clear();
+    }
+    m_unproven.push_back(point);
+    return unproven() < framesToBelieve ? Place::Unproven : Place::Proven;
+}
+
+std::vector<FrameSequence::Place> FrameSequence::believe()
+{
+    std::vector<Place> places;
+    for (const Point& point : std::exchange(m_unproven, {})) {
+        places.push_back(append(point));
+    }
+    return places;
+}
+
+// Only times are far off here. One wrong frame has a number that fits as seldom as it has the form of a frame.
+std::vector<FrameSequence::Place> FrameSequence::believeAtEnd()
+{
+    if (!m_unproven.empty() && !goesOn(m_last, m_unproven.front())) {
+        m_unproven.clear();
+    }
+    return believe();
+}
+
+// Where the numbers begin anew nobody knows how many there were between.
+FrameSequence::Place FrameSequence::append(const Point& point)
+{
+    const qint64 missing = goesOn(m_last, point) ? distance(m_last.number, point.number) - 1 : 0;
+    const bool isNext = missing == 0 && follows(m_last, point);
+    m_lost += static_cast<quint64>(missing);
     m_last = point;
-    return Place::BehindGap;
+    return isNext ? Place::Next : Place::BehindGap;
+}
+
+bool FrameSequence::goesOn(const Point& before, const Point& point)
+{
+    const qint64 step = distance(before.number, point.number);
+    return step > 0 && step <= longestGap && point.time >= before.time;
 }
 
 bool FrameSequence::follows(const Point& before, const Point& point)
 {
-    const qint64 step = distance(before.number, point.number);
-    return step > 0 && step <= longestGap && point.time >= before.time && point.time <= before.end + longestPause;
+    return goesOn(before, point) && point.time <= before.end + longestPause;
 }
 
 bool FrameSequence::isLate(const Point& before, const Point& point)
 {
     return std::abs(distance(before.number, point.number)) <= longestGap && point.time <= before.time &&
            before.time - point.time <= longestPause;
-}
-
-bool FrameSequence::isBelieved(const Point& point)
-{
-    m_suspects = m_suspects > 0 && follows(m_suspect, point) ? m_suspects + 1 : 1;
-    m_suspect = point;
-    if (m_suspects < framesToBelieve) {
-        return false;
-    }
-    m_suspects = 0;
-    return true;
 }
 
 } // namespace ZelkoRecorder

@@ -71,6 +71,7 @@ bool ReplayStream::begin()
 void ReplayStream::play(const std::stop_token& stop)
 {
     while (!stop.stop_requested()) {
+        const auto asked = m_clock.now();
         const auto position = m_source.position();
         if (!position) {
             if (hasComeToItsEnd()) {
@@ -78,6 +79,7 @@ void ReplayStream::play(const std::stop_token& stop)
             }
             break;
         }
+        m_positionTaken = asked;
         if (!follow(*position)) {
             return;
         }
@@ -87,20 +89,25 @@ void ReplayStream::play(const std::stop_token& stop)
     sendWaiting();
 }
 
+// One that went on and was paused again since the last look has come to another standstill.
 bool ReplayStream::follow(const Replays::Position& position)
 {
+    const bool isSamePause = position.pauses == m_position.pauses;
     m_position = position;
-    m_positionTaken = m_clock.now();
     const Progress progress = sendTo(position.offset);
-    const bool standsStill = position.paused && (m_standsStill || progress == Progress::Done);
-    if (progress != Progress::Failed && standsStill != m_standsStill) {
+    if (progress == Progress::Failed) {
+        return false;
+    }
+    const bool standsStill = position.paused && (progress == Progress::Done || (m_standsStill && isSamePause));
+    if (standsStill != m_standsStill || (standsStill && !isSamePause)) {
         m_standsStill = standsStill;
         m_listener.paused(standsStill);
     }
-    return progress != Progress::Failed;
+    return true;
 }
 
-// Who ends a replay does not say why. It ran until now, and would be over by now: then it is.
+// Who ends a replay does not say why. It ran until now, and would be over by now: then it is. The position is no
+// younger than the moment in which it was asked for, however long the answer took.
 bool ReplayStream::hasComeToItsEnd() const
 {
     const auto since = std::chrono::duration_cast<std::chrono::microseconds>(m_clock.now() - m_positionTaken);

@@ -60,7 +60,9 @@ public:
     struct Listener
     {
         std::function<void(const RecordPointer& record)> began;
-        std::function<void(bool paused)> paused;  ///< it stands still, and all that comes before is sent; or goes on
+        /// It stands still, and all that comes before is sent; or it goes on. Not told where it went on for so short a
+        /// time that nobody noticed: then it stands still again.
+        std::function<void(bool paused)> paused;
         std::function<void(const Ending&)> ended; ///< the last
     };
 

@@ -26,6 +26,7 @@ Replay::Replay(const RecordTimeline& timeline, quint64 start, quint64 stop, Time
 void Replay::pause(TimePoint now)
 {
     m_playedBefore = played(now);
+    m_pauses += m_paused ? 0 : 1;
     m_paused = true;
 }
 

@@ -28,6 +28,9 @@ public:
 
     bool isPaused() const { return m_paused; }
 
+    /// How often it was paused so far: who looks now and then knows a pause by that from the one before.
+    quint32 pauses() const { return m_pauses; }
+
     /// Whether it has come to its stop.
     bool hasEnded(TimePoint now) const;
 
@@ -47,6 +50,7 @@ private:
     quint64 m_start;
     quint64 m_stop;
     bool m_paused = false;
+    quint32 m_pauses = 0;
     TimePoint m_begin;                           // of the part since the last pause
     std::chrono::microseconds m_playedBefore{0}; // in the parts before
 };

@@ -33,6 +33,8 @@ private Q_SLOTS:
     void tellsOfTheRecordThatIsMade();
     void stopsBeforeDataHaveCome();
     void endsARecordingWhenItsTimeIsOver();
+    void endsALoopWhenItsTimeIsOver();
+    void endsARecordingToWhichNoDataCome_data();
     void endsARecordingToWhichNoDataCome();
     void waitsForDataAsLongAsTheRecordingIs_data();
     void waitsForDataAsLongAsTheRecordingIs();
@@ -218,15 +220,42 @@ void TestChannelPanel::endsARecordingWhenItsTimeIsOver()
     QCOMPARE(m_shown->error(), QString());
 }
 
+void TestChannelPanel::endsALoopWhenItsTimeIsOver()
+{
+    m_shown->write<int>("RecordTimeout", 1);
+    m_shown->write<int>("FileSizeInKB", 1);
+    writeRecordingState(continuousRecording);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->calls().contains("start"), patience);
+    send({0});
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isFinished(), patience);
+    QVERIFY(m_manager->calls().contains("stopping"));
+    QCOMPARE(m_shown->error(), QString());
+}
+
+void TestChannelPanel::endsARecordingToWhichNoDataCome_data()
+{
+    QTest::addColumn<bool>("sendsEmptyFrames");
+    QTest::newRow("nothing at all") << false;
+    QTest::newRow("only frames without samples") << true;
+}
+
 void TestChannelPanel::endsARecordingToWhichNoDataCome()
 {
+    QFETCH(const bool, sendsEmptyFrames);
     ZelkoRecorder::ServiceHost::Options options;
     options.channels.channel.dataPatience = std::chrono::milliseconds(1);
     end();
     enterAnew(options);
     m_shown->write<int>("RecordTimeout", 1);
     writeRecordingState(startRequested);
-    QTRY_COMPARE_WITH_TIMEOUT(m_shown->error(), u"no data have come"_s, patience);
+    const auto isTold = [&] {
+        if (sendsEmptyFrames && m_manager->port() != 0) {
+            write(wire(frameOf(0, 0)));
+        }
+        return m_shown->error() == "no data have come";
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isTold(), patience);
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
     QTRY_COMPARE_WITH_TIMEOUT(m_manager->calls().last(), u"finished D1 "_s, patience);
     QVERIFY(m_manager->calls().contains("fault 3: no data have come"));

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void recordsDatagrams();
     void recordsAStreamInPieces();
     void tellsWhatHappensInItsOrder();
+    void takesNoFrameWithoutSamplesForData();
     void takesNoDatagramThatIsNoFrame();
     void takesFramesOfItsStreamOnly();
     void knowsTheSampleRateOfFramesThatDoNot();
@@ -181,6 +182,18 @@ void TestChannelReceiver::tellsWhatHappensInItsOrder()
     QTRY_COMPARE_WITH_TIMEOUT(log().constLast(), QStringLiteral("data ended"), patience);
     QVERIFY(closedRecord());
     QCOMPARE(log(), QStringList({"born", "changed", "data came", "data ended", "changed", "closed"}));
+}
+
+// Nothing is recorded of it.
+void TestChannelReceiver::takesNoFrameWithoutSamplesForData()
+{
+    begin(Kind::Stream);
+    writeStream(wire(frameOf(0, 0)) + wire(frameOf(1, 399)));
+    writeStream(wire(frameOf(2)));
+    QTRY_COMPARE_WITH_TIMEOUT(log(), QStringList({"born", "changed", "data came"}), patience);
+    m_stream.disconnectFromHost();
+    QTRY_COMPARE_WITH_TIMEOUT(log().constLast(), QStringLiteral("data ended"), patience);
+    QCOMPARE(closedRecord()->GetSize(), 400U);
 }
 
 void TestChannelReceiver::takesNoDatagramThatIsNoFrame()

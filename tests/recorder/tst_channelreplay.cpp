@@ -29,6 +29,7 @@ private Q_SLOTS:
     void cleanup();
     void playsARecordToItsEnd();
     void goesThroughTheStatesOfAReplay();
+    void standsStillAgainAtOnce();
     void tellsTheManagerOfEachStep();
     void movesAndHoldsThePosition();
     void beginsAtThePosition();
@@ -137,6 +138,20 @@ void TestChannelReplay::goesThroughTheStatesOfAReplay()
     QCOMPARE(windows.names(),
              (QStringList{"replay started", "running", "pausing", "paused", "running", "stopping", "stopped"}));
     QTRY_VERIFY_WITH_TIMEOUT(!isReplayed(lengthy), patience);
+}
+
+// Two wishes that come together.
+void TestChannelReplay::standsStillAgainAtOnce()
+{
+    const ChoiceLog windows(m_shown->find<ValueSelection>("RecordReplayModes"));
+    run(lengthy);
+    writeState(paused);
+    QTRY_COMPARE_WITH_TIMEOUT(windows.names().constLast(), u"paused"_s, patience);
+    writeState(running);
+    writeState(paused);
+    QTRY_COMPARE_WITH_TIMEOUT(windows.names().mid(4, 2), (QStringList{"running", "pausing"}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(windows.names().constLast(), u"paused"_s, patience);
+    QCOMPARE(state(), u"paused"_s);
 }
 
 void TestChannelReplay::tellsTheManagerOfEachStep()

@@ -37,6 +37,10 @@ private Q_SLOTS:
     void isNotLedAstrayByOneFrame();
     void followsASourceThatBeginsAnew_data();
     void followsASourceThatBeginsAnew();
+    void keepsWhatComesBehindALongHole_data();
+    void keepsWhatComesBehindALongHole();
+    void leavesOutStrangersInTheEnd();
+    void endsAtItsLimitBehindALongHole();
     void isNamedAfterTheTimeOfTheDevice();
     void isBornWithEarlyEdits();
     void takesEditsWhileItIsRecorded();
@@ -55,6 +59,23 @@ private:
         const QByteArray samples = samplesOf(frame);
         QString error;
         return m_recording->take(frame, {samples.constData(), static_cast<std::size_t>(samples.size())}, &error);
+    }
+    static ChannelFrame twoHoursLater(ChannelFrame frame)
+    {
+        frame.time += 7'200'000'000;
+        return frame;
+    }
+    static QByteArray samplesOfFrames(const QList<quint32>& numbers)
+    {
+        QByteArray samples;
+        for (const quint32 number : numbers) {
+            samples += samplesOf(frameOf(number));
+        }
+        return samples;
+    }
+    QByteArray samplesIn(const RecordPointer& record) const
+    {
+        return readBytes(sampleFilePath(m_store->recordFolder(record->GetRecordID()), *record));
     }
     void beginLoop(quint64 bytes);
     bool rename(const QString& name)
@@ -285,7 +306,7 @@ void TestFrameRecording::followsASourceThatBeginsAnew_data()
     QTest::newRow("with numbers that begin again") << 1000U << quint64{10'000'000};
 }
 
-// What is not believed at first is lost, but no more than that.
+// What is not believed at first is not lost for that.
 void TestFrameRecording::followsASourceThatBeginsAnew()
 {
     QFETCH(quint32, number);
@@ -297,9 +318,66 @@ void TestFrameRecording::followsASourceThatBeginsAnew()
     for (quint32 i = 1; i <= 20; ++i) {
         QVERIFY(take(frameOf(i)));
     }
-    constexpr quint64 unbelieved = FrameSequence::framesToBelieve - 1;
-    QCOMPARE(m_recording->refusedFrames(), unbelieved);
-    QCOMPARE(finished()->GetSize(), (21 - unbelieved) * 400);
+    const RecordPointer record = finished();
+    QCOMPARE(m_recording->refusedFrames(), 0U);
+    QCOMPARE(record->GetSize(), 21U * 400);
+    QCOMPARE(samplesIn(record),
+             samplesOfFrames({first.number, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20}));
+}
+
+void TestFrameRecording::keepsWhatComesBehindALongHole_data()
+{
+    QTest::addColumn<quint32>("frames");
+    QTest::newRow("one frame") << 1U;
+    QTest::newRow("less than are believed at once") << 3U;
+    QTest::newRow("as many as are believed at once") << 4U;
+    QTest::newRow("more than that") << 5U;
+}
+
+// The source leaves out a number there.
+void TestFrameRecording::keepsWhatComesBehindALongHole()
+{
+    QFETCH(const quint32, frames);
+    QVERIFY(take(frameOf(0)));
+    QVERIFY(take(frameOf(1)));
+    QList<quint32> numbers{0, 1};
+    for (quint32 i = 0; i < frames; ++i) {
+        numbers.append(3 + i);
+        QVERIFY(take(twoHoursLater(frameOf(3 + i))));
+    }
+    const RecordPointer record = finished();
+    QCOMPARE(m_recording->refusedFrames(), 0U);
+    QCOMPARE(samplesIn(record), samplesOfFrames(numbers));
+    const quint32 end = 7'210'300 + frames * 100;
+    QCOMPARE(indexOf(record), (QStringList{"10000@0", "10200@800", "7210300@800",
+                                           QStringLiteral("%1@%2").arg(end).arg((2 + frames) * 400)}));
+    QCOMPARE(record->GetStopTime(), quint64{end} * 1000);
+}
+
+void TestFrameRecording::leavesOutStrangersInTheEnd()
+{
+    QVERIFY(take(frameOf(0)));
+    for (const quint32 number : {2'000'000'000U, 2'000'000'001U}) {
+        ChannelFrame stranger = frameOf(1);
+        stranger.number = number;
+        QVERIFY(take(stranger));
+    }
+    QCOMPARE(finished()->GetSize(), 400U);
+    QCOMPARE(m_recording->refusedFrames(), 2U);
+}
+
+void TestFrameRecording::endsAtItsLimitBehindALongHole()
+{
+    m_recording->limitTo(1000);
+    QVERIFY(take(frameOf(0)));
+    for (const quint32 number : {2U, 3U, 4U, 5U}) {
+        QVERIFY(!m_recording->isFull());
+        QVERIFY(take(twoHoursLater(frameOf(number))));
+    }
+    QVERIFY(m_recording->isFull());
+    const RecordPointer record = finished();
+    QCOMPARE(record->GetSize(), 1000U);
+    QCOMPARE(record->GetStopTime(), 7'210'350'000U);
 }
 
 void TestFrameRecording::isNamedAfterTheTimeOfTheDevice()

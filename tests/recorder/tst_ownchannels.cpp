@@ -40,7 +40,10 @@ private Q_SLOTS:
     void endsTheRecordingWithTheSource();
     void keepsWhatASourceGaveUntilItFailed();
     void keepsTheTimesOfACapture();
+    void keepsTheHolesOfACapture_data();
     void keepsTheHolesOfACapture();
+    void losesNothingBehindALongHole_data();
+    void losesNothingBehindALongHole();
     void endsTheRecordingWhenItsTimeIsOver();
     void endsTheRecordingAtItsSize();
     void recordsInALoop();
@@ -217,13 +220,25 @@ void TestOwnChannels::keepsTheTimesOfACapture()
     QCOMPARE(recorded()->GetStopTime(), 1'624'058'271'167'959U);
 }
 
+void TestOwnChannels::keepsTheHolesOfACapture_data()
+{
+    QTest::addColumn<QString>("until");
+    QTest::addColumn<QString>("goesOn");
+    QTest::addColumn<QString>("end");
+    QTest::newRow("of seconds") << u"2021-06-18T23:17:55Z"_s << u"1624058275000000"_s << u"1624058275002000"_s;
+    QTest::newRow("of a day") << u"2021-06-19T23:17:55Z"_s << u"1624144675000000"_s << u"1624144675002000"_s;
+}
+
 void TestOwnChannels::keepsTheHolesOfACapture()
 {
+    QFETCH(const QString, until);
+    QFETCH(const QString, goesOn);
+    QFETCH(const QString, end);
     const QTemporaryDir folder;
     const QString stem = folder.filePath(u"capture"_s);
     SigmfPair pair;
-    pair.captures.append(QJsonObject{
-        {"core:sample_start", 2}, {"core:frequency", 145000000.0}, {"core:datetime", "2021-06-18T23:17:55Z"}});
+    pair.captures.append(
+        QJsonObject{{"core:sample_start", 2}, {"core:frequency", 145000000.0}, {"core:datetime", until}});
     QVERIFY(pair.write(stem));
     begin(stem + u".sigmf-meta"_s);
     record(StartRequested);
@@ -233,8 +248,35 @@ void TestOwnChannels::keepsTheHolesOfACapture()
     for (const auto& entry : std::as_const(*recorded()).GetIndexEntry()) {
         entries.append(u"%1 at %2"_s.arg(entry.GetRecordOffset()).arg(entry.GetTimestamp()));
     }
-    QCOMPARE(entries, (QStringList{"0 at 1624058271163959", "8 at 1624058271165959", "8 at 1624058275000000",
-                                   "16 at 1624058275002000"}));
+    QCOMPARE(entries,
+             (QStringList{"0 at 1624058271163959", "8 at 1624058271165959", "8 at " + goesOn, "16 at " + end}));
+}
+
+// More frames than are believed at once, at the pace of the signal and as fast as they are taken.
+void TestOwnChannels::losesNothingBehindALongHole_data()
+{
+    QTest::addColumn<double>("speed");
+    QTest::newRow("in the pace of the signal") << 1.0;
+    QTest::newRow("as fast as it goes") << 0.0;
+}
+
+void TestOwnChannels::losesNothingBehindALongHole()
+{
+    QFETCH(const double, speed);
+    const QTemporaryDir folder;
+    const QString stem = folder.filePath(u"capture"_s);
+    SigmfPair pair;
+    pair.global["core:sample_rate"] = 200'000;
+    pair.captures.append(QJsonObject{
+        {"core:sample_start", 50'000}, {"core:frequency", 145000000.0}, {"core:datetime", "2021-06-19T01:00:00Z"}});
+    pair.samples = beginOfSignal(4 * 150'000);
+    QVERIFY(pair.write(stem));
+    begin(stem + u".sigmf-meta"_s, speed);
+    record(StartRequested);
+    QTRY_VERIFY_WITH_TIMEOUT(isRecorded(), patience);
+    QCOMPARE(recorded()->GetSize(), 600'000U);
+    QVERIFY(recordedBytes() == pair.samples);
+    QCOMPARE(recorded()->GetStopTime(), 1'624'064'400'500'000U);
 }
 
 void TestOwnChannels::endsTheRecordingWhenItsTimeIsOver()

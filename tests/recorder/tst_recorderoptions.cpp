@@ -45,6 +45,7 @@ void TestRecorderOptions::hasDefaults()
     QCOMPARE(options->port, quint16{8004});
     QVERIFY(options->sources.isEmpty());
     QVERIFY(options->channels.isEmpty());
+    QCOMPARE(options->dataPatience, std::chrono::milliseconds(60'000));
     QCOMPARE(options->preparedRecords, 0);
     QCOMPARE(options->churn.perSecond, 0.0);
     QCOMPARE(options->churn.changes, qint64{0});
@@ -59,7 +60,8 @@ void TestRecorderOptions::readsEveryOption()
 {
     const QString line = QStringLiteral(
         "--store /s --sub-system north --device A --device B-2 --listen ::1 --port 0 --populate 100000 --churn 2.5 "
-        "--churn-changes 70000 --speed 0 --index-interval 0.25 --exit-with-parent --once --users /u --source "
+        "--churn-changes 70000 --speed 0 --index-interval 0.25 --data-patience 2.5 --exit-with-parent --once --users "
+        "/u --source "
         "B-2=sigmf:/x=y");
     const auto options = parse(line.split(QLatin1Char(' ')), &m_ending);
     QVERIFY2(options, qPrintable(m_ending.text));
@@ -72,6 +74,7 @@ void TestRecorderOptions::readsEveryOption()
     QCOMPARE(options->churn.changes, qint64{70'000});
     QCOMPARE(options->pace.speed, 0.0);
     QCOMPARE(options->pace.indexInterval, std::chrono::microseconds(250'000));
+    QCOMPARE(options->dataPatience, std::chrono::milliseconds(2500));
     QVERIFY(options->exitWithParent);
     QCOMPARE(options->usersFile, QStringLiteral("/u"));
     QVERIFY(!options->newUser);
@@ -212,6 +215,12 @@ void TestRecorderOptions::refusesBadOptions_data()
     row("half a change", QStringLiteral("--churn-changes 0.5"), QStringLiteral("0.5"));
     row("no time at all between index entries", QStringLiteral("--index-interval 0"),
         QStringLiteral("--index-interval"));
+    row("no patience with data at all", QStringLiteral("--data-patience 0"), QStringLiteral("--data-patience"));
+    row("less patience than none", QStringLiteral("--data-patience -60"), QStringLiteral("-60"));
+    row("patience for ever", QStringLiteral("--data-patience inf"), QStringLiteral("inf"));
+    row("patience for more than a day", QStringLiteral("--data-patience 86401"), QStringLiteral("86401"));
+    row("patience that is no number", QStringLiteral("--data-patience 1min"), QStringLiteral("1min"));
+    row("patience of which nothing is said", QStringLiteral("--data-patience"), QStringLiteral("data-patience"));
     row("a device that is a path", QStringLiteral("--device a/b"), QStringLiteral("a/b"));
     row("a device twice", QStringLiteral("--device A --device A"), QStringLiteral("twice"));
     row("a folder for exports that is not there", QStringLiteral("--export-folder /no/such"),
@@ -238,6 +247,7 @@ void TestRecorderOptions::answersHelpAndVersion_data()
     QTest::addColumn<QString>("option");
     QTest::addColumn<QString>("mentions");
     QTest::newRow("help") << QStringLiteral("--help") << QStringLiteral("--populate");
+    QTest::newRow("help with patience") << QStringLiteral("--help") << QStringLiteral("--data-patience <seconds>");
     QTest::newRow("version") << QStringLiteral("--version") << QStringLiteral("zelko-recorder");
 }
 

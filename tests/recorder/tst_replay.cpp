@@ -97,6 +97,9 @@ void TestReplay::canBePausedAndContinuedTwice()
     replay.continueAt(at(milliseconds(600)));
     replay.continueAt(at(milliseconds(700)));
     QCOMPARE(replay.timeAt(at(milliseconds(800))), quint64{10'500'000});
+    QCOMPARE(replay.pauses(), 1U); // the others meant nothing
+    replay.pause(at(milliseconds(800)));
+    QCOMPARE(replay.pauses(), 2U);
 }
 
 void TestReplay::endsAtItsStop()

@@ -73,10 +73,10 @@ void TestReplays::standsStillWhilePaused()
     QCOMPARE(m_replays->pause(id), StoreStatus::Done);
     m_clock.advance(milliseconds(10'000));
     m_replays->endThoseDue();
-    QCOMPARE(m_replays->position(id), (Replays::Position{10'250'000, 1000, true}));
+    QCOMPARE(m_replays->position(id), (Replays::Position{10'250'000, 1000, true, 1}));
     QCOMPARE(m_replays->goOn(id), StoreStatus::Done);
     m_clock.advance(milliseconds(250));
-    QCOMPARE(m_replays->position(id), (Replays::Position{10'500'000, 2000, false}));
+    QCOMPARE(m_replays->position(id), (Replays::Position{10'500'000, 2000, false, 1}));
 }
 
 void TestReplays::endsAtItsStop()

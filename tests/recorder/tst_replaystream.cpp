@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <mutex>
+
 using namespace ZelkoRecorder;
 using namespace ZelkoTest;
 using namespace Qt::StringLiterals;
@@ -36,9 +38,11 @@ private Q_SLOTS:
     void sendsNothingBeforeSomebodyHasCome();
     void beginsWhereItIsTold();
     void holdsWithTheReplay();
+    void tellsOfEachStandstill();
     void leavesOutAHoleInTime();
     void sendsNoFrameAcrossAnIndexEntry();
     void endsWithTheReplay();
+    void knowsItsEndHoweverLongALookTakes();
     void endsWhenItIsStopped();
     void endsWhenItGoes();
     void givesUpWhereNobodyComes();
@@ -78,6 +82,8 @@ private:
     Record m_record;
     quint64 m_start = 10'000'000;
     StoreStatus m_status = StoreStatus::Done;
+    std::function<std::optional<Replays::Position>()> m_position;
+    std::mutex m_look; // held while the position is looked at
     std::unique_ptr<FlowSocket> m_socket;
     quint16 m_port = 0;
     std::unique_ptr<ReplayReceiver> m_receiver;
@@ -99,6 +105,10 @@ void TestReplayStream::init()
     QVERIFY(writeBytes(m_folder->filePath(u"samples"_s), m_bytes));
     m_start = 10'000'000;
     m_status = StoreStatus::Done;
+    m_position = [this] {
+        const std::lock_guard look(m_look);
+        return m_replays->position(id);
+    };
     m_log.clear();
     m_ending.reset();
     open();
@@ -131,7 +141,7 @@ StoreStatus TestReplayStream::beginReplay(ReplayStream::Source* source)
     source->samples = m_folder->filePath(u"samples"_s);
     source->start = m_start;
     source->stop = timeline.stopTime();
-    source->position = [this] { return m_replays->position(id); };
+    source->position = m_position;
     source->end = [this] { m_replays->stop(id); };
     return m_replays->start(id, timeline, m_start, 0);
 }
@@ -241,6 +251,24 @@ void TestReplayStream::holdsWithTheReplay()
     QCOMPARE(m_ending->end, End::Finished);
 }
 
+// Also of one that comes before anybody has noticed that the replay went on.
+void TestReplayStream::tellsOfEachStandstill()
+{
+    play(finishedRecord(id));
+    QCOMPARE(m_replays->pause(id), StoreStatus::Done);
+    advance(20);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log.mid(1), QStringList{u"stands still"_s}, patience);
+    {
+        const std::lock_guard nobodyLooks(m_look);
+        QCOMPARE(m_replays->goOn(id), StoreStatus::Done);
+        advance(100);
+        QCOMPARE(m_replays->pause(id), StoreStatus::Done);
+    }
+    advance(20);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log.mid(1), (QStringList{u"stands still"_s, u"stands still"_s}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_receiver->samples().size(), 400, patience);
+}
+
 // The second half comes after half a second without samples.
 void TestReplayStream::leavesOutAHoleInTime()
 {
@@ -282,6 +310,24 @@ void TestReplayStream::endsWithTheReplay()
     QCOMPARE(m_ending->end, End::Stopped);
     QCOMPARE(m_ending->time, 10'250'000U);
     QCOMPARE(m_receiver->samples().size(), 1000);
+}
+
+// The first look takes 700 ms, and nobody has looked again when the replay ends.
+void TestReplayStream::knowsItsEndHoweverLongALookTakes()
+{
+    m_position = [this, hasLooked = false]() mutable -> std::optional<Replays::Position> {
+        if (std::exchange(hasLooked, true)) {
+            return std::nullopt;
+        }
+        advance(700);
+        return Replays::Position{10'250'000, 1000, false};
+    };
+    play(finishedRecord(id));
+    QTRY_COMPARE_WITH_TIMEOUT(m_receiver->samples().size(), 1000, patience);
+    advance(50);
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded() && m_receiver->hasEnded(), patience);
+    QCOMPARE(m_ending->end, End::Finished);
+    QCOMPARE(m_receiver->samples(), m_bytes);
 }
 
 void TestReplayStream::endsWhenItIsStopped()

@@ -41,6 +41,7 @@ private Q_SLOTS:
     void cleanup();
     void recordsForOneAndShowsItToTheOther();
     void endsARecordingAtTheSizeThatIsWritten();
+    void waitsForDataAsLongAsItIsTold();
     void replaysForBoth();
     void playsARecordToItsEnd();
     void letsAViewerChangeNothing();
@@ -50,10 +51,10 @@ private Q_SLOTS:
 private:
     using Client = std::unique_ptr<RecorderClient>;
 
-    bool startRecorder()
+    bool startRecorder(const QStringList& more = {})
     {
         m_recorder = std::make_unique<RecorderProcess>(QStringLiteral(ZELKO_RECORDER));
-        return m_recorder->start({u"--store"_s, m_store->path()});
+        return m_recorder->start(QStringList{u"--store"_s, m_store->path()} + more);
     }
     Client connectAs(Role role);
     void enter();
@@ -175,6 +176,23 @@ void TestRecorderChannels::endsARecordingAtTheSizeThatIsWritten()
     const QString id = shown(m_second).text("RecordID");
     QTRY_VERIFY_WITH_TIMEOUT(hasStatus(id, Status::Finished), patience);
     QCOMPARE(m_second->values().record(id)->GetSize(), 1024U);
+}
+
+// For the second that the recording is to last, which is more than its patience.
+void TestRecorderChannels::waitsForDataAsLongAsItIsTold()
+{
+    cleanup();
+    QVERIFY(startRecorder({u"--data-patience"_s, u"0.1"_s}));
+    enter();
+    m_first = connectAs(Role::Operator);
+    QVERIFY(m_first);
+    m_first->write(shown(m_first).find<Value<int>>("RecordTimeout"), 1);
+    const ChoiceLog log(shown(m_first).recordingState());
+    record(StartRequested);
+    QTRY_COMPARE_WITH_TIMEOUT(shown(m_first).error(), u"no data have come"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.names(), (QStringList{"start requested", "stopping", "stopped"}), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->ask("calls").contains("fault 3: no data have come"), patience);
+    QCOMPARE(shown(m_first).text("RecordID"), QString());
 }
 
 void TestRecorderChannels::replaysForBoth()
