@@ -153,6 +153,7 @@ void ReplayDeck::followChannel(WorkChannel& channel)
         updateBar();
         showChannel();
     });
+    connect(channel.model(), &ZelkoChannelModel::si_replayStopped, this, &ReplayDeck::replayStopped);
 }
 
 void ReplayDeck::look()
@@ -266,6 +267,8 @@ void ReplayDeck::makeBar(WorkChannel* beside)
     m_bar->setObjectName(QStringLiteral("replayBar"));
     connect(m_bar.get(), &ReplayBarWidget::si_currentPosChanged, m_bookmarks.get(),
             &BookmarkModel::sl_setNewBookmarkTime);
+    connect(&axis(), &VCReplayBar::signalPositionMoved, this, &ReplayDeck::noteBegin);
+    forgetBegin();
     m_barRow->insertWidget(1, m_bar.get(), 1);
     tabThroughBar();
     if (beside) {
@@ -328,6 +331,10 @@ void ReplayDeck::showSelected()
     } else {
         m_bar->setRecord(wanted.record, m_controller->recordListModel(), wanted.device);
     }
+    if (isBack) {
+        forgetBegin();
+    }
+    noteExtent();
 }
 
 void ReplayDeck::showChannel()
@@ -337,7 +344,27 @@ void ReplayDeck::showChannel()
     m_bar->setPositionMovable(!situation.hasReplay());
 }
 
-// The device is the one that has the record, whichever the workstation records on.
+// The bar begins at the start of the record as well.
+void ReplayDeck::forgetBegin()
+{
+    m_begin = {};
+    m_isOwnReplay = false;
+}
+
+void ReplayDeck::noteExtent()
+{
+    const auto record = m_controller ? m_controller->recordListModel()->getRecordData(m_shown.record) : nullptr;
+    m_begin.setExtent(record ? ZELKO_XML::recordExtent(*record) : ZELKO_XML::RecordExtent{0, 0});
+}
+
+void ReplayDeck::noteBegin(double position)
+{
+    noteExtent(); // the record may have grown
+    m_begin.put(position);
+}
+
+// The device is the one that has the record, whichever the workstation records on. Somebody else may have moved the
+// position of the channel since this operator has put it somewhere.
 void ReplayDeck::startReplay()
 {
     const auto record = m_controller ? m_controller->recordListModel()->getRecordData(m_shown.record) : nullptr;
@@ -347,12 +374,31 @@ void ReplayDeck::startReplay()
     ZelkoChannelModel& model = *m_channel->model();
     model.setDeviceID(m_shown.device);
     model.setRecordData(*record);
+    noteExtent();
+    if (const auto& position = model.channelValues()->valueCurrentReplayPosition()) {
+        position->SetValue(m_begin.position(), nullptr);
+    }
     model.setReplayRunning();
+    m_isOwnReplay = true;
+}
+
+// Where the last one stopped the next one begins; somebody else's is none of this operator's business.
+void ReplayDeck::replayStopped()
+{
+    const auto& position = m_channel->model()->channelValues()->valueCurrentReplayPosition();
+    if (std::exchange(m_isOwnReplay, false) && position) {
+        noteBegin(position->GetValue());
+    }
+}
+
+VCReplayBar& ReplayDeck::axis() const
+{
+    return *m_bar->findChild<VCReplayBar*>();
 }
 
 void ReplayDeck::goToBar()
 {
-    m_bar->findChild<VCReplayBar*>()->setFocus();
+    axis().setFocus();
 }
 
 void ReplayDeck::goToBookmarks()

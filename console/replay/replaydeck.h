@@ -1,6 +1,7 @@
 #pragma once
 
 #include <console/channel/workchannel.h>
+#include <console/replay/replaybegin.h>
 
 #include <QPointer>
 #include <QTimer>
@@ -11,6 +12,7 @@
 class QHBoxLayout;
 class QSettings;
 class QToolButton;
+class VCReplayBar;
 
 namespace ZelkoGUI {
 class BookmarkModel;
@@ -109,13 +111,20 @@ private:
     void showSelected();
     void showChannel();
     void takeUpPosition();
+    VCReplayBar& axis() const;
+    void forgetBegin();
+    void noteExtent();
+    void noteBegin(double position);
     void startReplay();
+    void replayStopped();
 
     const WorkChannel::Connection m_connection;
     RecordPane& m_records;
     const QPointer<ZelkoGUI::ZelkoServerGUIController> m_controller;
     QString m_subSystem;
     Shown m_shown;
+    ReplayBegin m_begin;
+    bool m_isOwnReplay = false; // begun here
     bool m_isAsking = false;
     QTimer m_soon;
     std::unique_ptr<WorkChannel> m_channel;

@@ -282,6 +282,13 @@ void VCReplayBar::markerChanged(int number, bool moved)
     }
 }
 
+void VCReplayBar::markerMovedByUser(int number, double position)
+{
+    if (number == PositionMarker) {
+        Q_EMIT signalPositionMoved(position);
+    }
+}
+
 void VCReplayBar::markerDropped(int number)
 {
     if (isFlag(number) && bookmarkOf(number).time != m_grabbed.time) {

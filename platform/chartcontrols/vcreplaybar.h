@@ -72,6 +72,10 @@ Q_SIGNALS:
     /// A user has set, moved or taken away a bookmark; of a drag, once it has ended in another place.
     void signalBookmarksChanged();
 
+    /// A user has moved the position, as opposed to whoever else writes its value; of a drag, each time. Microseconds
+    /// since the epoch.
+    void signalPositionMoved(double position);
+
 protected:
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -97,6 +101,7 @@ protected:
     double keyStep(double least) const override;
     double roundedPosition(double position) const override;
     void markerChanged(int number, bool moved) override;
+    void markerMovedByUser(int number, double position) override;
     void markerDropped(int number) override;
 
     /// What is read of the current marker beside the dates, the longest text first; empty where it is not shown.
