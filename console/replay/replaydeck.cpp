@@ -51,6 +51,13 @@ QToolButton* makeFoldButton()
     return button;
 }
 
+QString notSentText(BookmarkDelivery::Outcome outcome)
+{
+    return outcome == BookmarkDelivery::Outcome::NoConnection
+               ? ReplayDeck::tr("The bookmarks could not be sent: there is no connection to the recorder any more.")
+               : ReplayDeck::tr("The recorder has not taken the bookmarks. They are still there, and not sent.");
+}
+
 // Where a replay is about to begin, unless that is in the record already.
 bool isIn(const ZELKO_XML::RecordExtent& extent, double position)
 {
@@ -209,16 +216,16 @@ bool ReplayDeck::ask()
     return false;
 }
 
-// The connection may have gone while the user was asked, and the record with it.
+// The connection may have gone while the user was asked, and the record with it; and he may go on editing while the
+// recorder is waited for.
 bool ReplayDeck::send()
 {
-    if (isUnsent() && m_controller && m_controller->isConnected()) {
-        m_bookmarks->sl_synchronize();
-        return true;
+    using Outcome = BookmarkDelivery::Outcome;
+    const Outcome outcome = BookmarkDelivery(m_bookmarks.get(), m_controller).send(m_sendLimit);
+    if (outcome != Outcome::Taken) {
+        QMessageBox::warning(window(), tr("Bookmarks"), notSentText(outcome));
     }
-    QMessageBox::warning(window(), tr("Bookmarks"),
-                         tr("The bookmarks could not be sent: there is no connection to the recorder any more."));
-    return false;
+    return outcome == Outcome::Taken && !isUnsent();
 }
 
 // Not while bookmarks were changed and not sent, unless nobody can send them any more: another bar has its record set,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <console/channel/workchannel.h>
+#include <console/replay/bookmarkdelivery.h>
 #include <console/replay/replaybegin.h>
 
 #include <QPointer>
@@ -42,11 +43,15 @@ public:
     ReplayDeck(const WorkChannel::Connection& connection, RecordPane* records, QWidget* parent = nullptr);
     ~ReplayDeck() override;
 
-    /// Where bookmarks were changed and not sent, asks whether they are to be; blocks as long as the user takes. What
-    /// is being typed counts as changed. To be called before the records that are shown go, or the user who may send
-    /// them. Where only the selection changes, that is asked without it. False: all is to stay as it is, because the
-    /// user wants that, they could not be sent, or he is being asked already.
+    /// Where bookmarks were changed and not sent, asks whether they are to be, and waits for the recorder to take them;
+    /// blocks as long as the user and the recorder take, with an event loop. What is being typed counts as changed. To
+    /// be called before the records that are shown go, or the user who may send them. Where only the selection changes,
+    /// that is asked without it. False: all is to stay as it is, because the user wants that, the recorder has not
+    /// taken them, or he is being asked already.
     bool settleBookmarks();
+
+    /// How long the recorder may take for that.
+    void setSendLimit(std::chrono::milliseconds limit) { m_sendLimit = limit; }
 
     /// Whether the user is being asked. What is shown is not to be changed meanwhile.
     bool isAsking() const { return m_isAsking; }
@@ -126,6 +131,7 @@ private:
     ReplayBegin m_begin;
     bool m_isOwnReplay = false; // begun here
     bool m_isAsking = false;
+    std::chrono::milliseconds m_sendLimit = BookmarkDelivery::DefaultLimit;
     QTimer m_soon;
     std::unique_ptr<WorkChannel> m_channel;
     WorkChannel* m_beside = nullptr; // the channel that the bar was made for
