@@ -9,6 +9,8 @@
 
 #include <chartcontrols/vcreplaybar.h>
 #include <host/userrights.h>
+#include <observerbase/errorhandler.h>
+#include <zelkobase/connection/abstractserverconnectiondata.h>
 #include <zelkobase/data/recordextent.h>
 #include <zelkobase/names/valuenames.h>
 #include <zelkobase/state/channelvalues.h>
@@ -168,6 +170,7 @@ void ReplayDeck::look()
     if (m_isAsking) {
         return; // whoever asks looks then
     }
+    forgetGone();
     if (selected() != m_shown && !settleBookmarks()) {
         m_records.list()->select(m_shown.record, true);
         return;
@@ -182,38 +185,59 @@ bool ReplayDeck::isUnsent() const
     return m_bookmarks && m_bookmarks->getSynchState() == BookmarkModel::SynchLocalChange;
 }
 
-bool ReplayDeck::settleBookmarks()
+bool ReplayDeck::settleBookmarks(Leaving leaving)
 {
     if (m_isAsking) {
         return false;
     }
     m_table->commitEdit();
-    if (!isUnsent()) {
+    const bool asksUnsent = isUnsent() && !(m_isHeld && leaving == Leaving::User);
+    const bool asksLost = !m_lost.isEmpty() && leaving == Leaving::Console;
+    if (!asksUnsent && !asksLost) {
         return true;
     }
     const QScopedValueRollback asking(m_isAsking, true);
-    const bool isSettled = ask();
+    const bool isSettled = (!asksUnsent || settleUnsent()) && (!asksLost || settleLost());
     QMetaObject::invokeMethod(this, &ReplayDeck::answered, Qt::QueuedConnection); // the asking has ended by then
     return isSettled;
 }
 
-bool ReplayDeck::ask()
+bool ReplayDeck::settleUnsent()
 {
-    QMessageBox box(QMessageBox::Question, tr("Bookmarks"),
-                    tr("The bookmarks of the record were changed and are not sent yet."), QMessageBox::Cancel,
-                    window());
-    box.setInformativeText(tr("Send them to the recorder?"));
-    const QPushButton* const sendButton = box.addButton(tr("&Send"), QMessageBox::AcceptRole);
-    const QPushButton* const discard = box.addButton(QMessageBox::Discard);
-    box.exec();
-    if (box.clickedButton() == sendButton) {
+    const QString question = mayChangeAnything() ? tr("Send them to the recorder?") : forbiddenText();
+    switch (ask(tr("The bookmarks of the record were changed and are not sent yet."), question, mayChangeAnything())) {
+    case Answer::Send:
         return send();
-    }
-    if (box.clickedButton() == discard) {
+    case Answer::Discard:
         m_bookmarks->sl_reset();
         return true;
+    case Answer::Stay:
+        break;
     }
     return false;
+}
+
+bool ReplayDeck::settleLost()
+{
+    const Answer answer = ask(tr("Bookmarks were changed and are not sent yet."),
+                              tr("Their record has gone with its connection. They wait for it to come back."), false);
+    if (answer == Answer::Discard) {
+        m_lost.clear();
+    }
+    return answer == Answer::Discard;
+}
+
+ReplayDeck::Answer ReplayDeck::ask(const QString& text, const QString& more, bool canSend)
+{
+    QMessageBox box(QMessageBox::Question, tr("Bookmarks"), text, QMessageBox::Cancel, window());
+    box.setInformativeText(more);
+    const QPushButton* const sendButton = canSend ? box.addButton(tr("&Send"), QMessageBox::AcceptRole) : nullptr;
+    const QPushButton* const discard = box.addButton(QMessageBox::Discard);
+    box.exec();
+    if (sendButton && box.clickedButton() == sendButton) {
+        return Answer::Send;
+    }
+    return box.clickedButton() == discard ? Answer::Discard : Answer::Stay;
 }
 
 // The connection may have gone while the user was asked, and the record with it; and he may go on editing while the
@@ -228,37 +252,101 @@ bool ReplayDeck::send()
     return outcome == Outcome::Taken && !isUnsent();
 }
 
-// Not while bookmarks were changed and not sent, unless nobody can send them any more: another bar has its record set,
-// and that takes those of the recorder. Nor while the user is asked about them.
+// Not while bookmarks were changed and not sent: another bar has its record set, and that takes those of the recorder.
+// Nor while the user is asked about them.
 void ReplayDeck::updateBar()
 {
     if (m_isAsking && m_bar) {
         return;
     }
+    if (!mayChangeAnything()) {
+        m_table->commitEdit(); // what was typed while he had the right
+    }
     WorkChannel* const beside = m_channel && m_channel->isOffered() ? m_channel.get() : nullptr;
-    const bool hasRightModel = m_bookmarks && m_bookmarks->readOnly() == !mayChangeAnything();
-    if (hasRightModel && m_bar && (beside == m_beside || isUnsent())) {
-        return;
+    const bool hasRightModel = m_bookmarks && m_bookmarks->readOnly() != mayEdit();
+    if (!hasRightModel || !m_bar || (beside != m_beside && !isUnsent())) {
+        m_bar.reset();
+        if (!hasRightModel) {
+            makeBookmarks();
+        }
+        makeBar(beside);
+        m_shown = {};
+        showSelected();
     }
-    m_bar.reset();
-    if (!hasRightModel) {
-        makeBookmarks();
+    hold();
+}
+
+// What is to be kept as it was changed stands in a list that can be changed.
+bool ReplayDeck::mayEdit() const
+{
+    return mayChangeAnything() || isUnsent() || hasLost(selected());
+}
+
+// A recorder that takes a right away asks nobody.
+void ReplayDeck::hold()
+{
+    const bool isHeld = isUnsent() && !mayChangeAnything();
+    m_table->setLocked(isHeld);
+    axis().setEnabled(!isHeld);
+    if (auto* const apply = m_bar->findChild<QToolButton*>(QStringLiteral("ApplyBookmarks"))) {
+        apply->setEnabled(isUnsent() && !isHeld);
     }
-    makeBar(beside);
-    m_shown = {};
-    showSelected();
+    const bool wasHeld = std::exchange(m_isHeld, isHeld);
+    if (isHeld && !wasHeld && m_connection->isConnected(m_shown.subSystem)) {
+        ErrorHandler::Instance()->ShowMessage(
+            tr("%1 The bookmarks that were changed and not sent stay on show until they are discarded, or until they "
+               "may be sent again.")
+                .arg(forbiddenText()));
+    }
+}
+
+// The model lets its bookmarks go with the record, be that one that was sent and not answered yet. They are still there
+// when it says so.
+void ReplayDeck::followState(BookmarkModel::enSynchState state)
+{
+    const auto before = std::exchange(m_state, state);
+    const bool isOnItsWay = m_isAsking && before == BookmarkModel::SynchPending;
+    if (state == BookmarkModel::SynchNoRecord && (before == BookmarkModel::SynchLocalChange || isOnItsWay)) {
+        m_lost.insert(m_shown, m_bookmarks->entries());
+    }
+    m_soon.start();
+}
+
+bool ReplayDeck::hasLost(const Shown& shown) const
+{
+    return m_lost.contains(shown) && isInList(shown) && m_connection->isConnected(shown.subSystem);
+}
+
+// What is not in a list that is complete has gone for good.
+void ReplayDeck::forgetGone()
+{
+    if (m_controller && m_controller->isLoadedCompletely()) {
+        m_lost.removeIf([this](const auto& lost) {
+            const Shown& shown = lost.key();
+            return shown.device == m_controller->activeDevice() && shown.subSystem == m_controller->activeSubsystem() &&
+                   !isInList(shown);
+        });
+    }
+}
+
+void ReplayDeck::restoreLost()
+{
+    if (hasLost(m_shown) && !m_bookmarks->readOnly()) {
+        m_bookmarks->setEntries(m_lost.take(m_shown));
+    }
 }
 
 void ReplayDeck::makeBookmarks()
 {
     m_table->setBookmarks(nullptr);
     m_bookmarks.reset(); // with its map, whose place the next one takes
-    m_bookmarks = std::make_unique<BookmarkModel>(!mayChangeAnything());
+    m_bookmarks = std::make_unique<BookmarkModel>(!mayEdit());
+    m_state = BookmarkModel::SynchNoRecord;
     m_bookmarks->createItemMap(bookmarkMapPath());
     m_table->setBookmarks(m_bookmarks.get());
     connect(m_bookmarks.get(), &BookmarkModel::si_updateBookmarks, m_controller,
             &ZelkoGUI::IZelkoGUIController::sl_setBookmarkEntries);
-    connect(m_bookmarks.get(), &BookmarkModel::si_synchStateChanged, this, [this] { m_soon.start(); });
+    connect(m_bookmarks.get(), &BookmarkModel::si_synchStateChanged, this, &ReplayDeck::followState);
 }
 
 void ReplayDeck::makeBar(WorkChannel* beside)
@@ -323,12 +411,16 @@ ReplayDeck::Shown ReplayDeck::selected() const
                : Shown();
 }
 
+bool ReplayDeck::isInList(const Shown& shown) const
+{
+    return m_controller && !shown.record.isEmpty() && m_controller->recordListModel()->hasRecord(shown.record);
+}
+
 void ReplayDeck::showSelected()
 {
     const Shown wanted = selected();
     m_controls->setSelected(m_controller ? static_cast<int>(m_controller->selectedRecords().size()) : 0);
-    const bool isBack = m_bookmarks->getSynchState() == BookmarkModel::SynchNoRecord && !wanted.record.isEmpty() &&
-                        m_controller->recordListModel()->hasRecord(wanted.record);
+    const bool isBack = m_bookmarks->getSynchState() == BookmarkModel::SynchNoRecord && isInList(wanted);
     if (wanted == m_shown && !isBack) {
         return;
     }
@@ -342,6 +434,7 @@ void ReplayDeck::showSelected()
         forgetBegin();
     }
     noteExtent();
+    restoreLost();
 }
 
 void ReplayDeck::showChannel()

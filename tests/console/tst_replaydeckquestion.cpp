@@ -4,7 +4,6 @@
 #include <console/devices/devicelistview.h>
 #include <console/hands/dialoganswer.h>
 #include <console/replay/bookmarktableview.h>
-#include <console/window/usermenu.h>
 
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/replaybar/replaybarwidget.h>
@@ -23,31 +22,6 @@ using ZelkoGUI::BookmarkModel;
 namespace {
 
 const QString connectionIsGone = u"The bookmarks could not be sent: there is no connection to the recorder any more."_s;
-
-// A bookmark at the begin of a record, as the operator sets it.
-void bookmark(const DeckConsole& console, int number)
-{
-    choose(console, number);
-    barOf(console).setFocus();
-    QTest::keyClick(&barOf(console), Qt::Key_Insert);
-    QCOMPARE(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchLocalChange);
-}
-
-void press(QWidget* dialog, const QString& text)
-{
-    for (QAbstractButton* const button : qobject_cast<QMessageBox*>(dialog)->buttons()) {
-        if (button->text().remove(u'&') == text) {
-            QTest::mouseClick(button, Qt::LeftButton);
-            return;
-        }
-    }
-    QFAIL("there is no such button");
-}
-
-void escape(QWidget* dialog)
-{
-    QTest::keyClick(dialog, Qt::Key_Escape);
-}
 
 /// A recorder that takes the bookmarks that are sent to it: the record comes back with them a turn later, and after
 /// whatever happens `before`.
@@ -85,28 +59,6 @@ private:
     QObject m_context; // goes first
 };
 
-/// Answers a question, and escapes from the box behind it, whose text it keeps.
-class TwoAnswers
-{
-public:
-    explicit TwoAnswers(const QString& button)
-        : m_first([this, button](QWidget* dialog) {
-            m_second.emplace([this](QWidget* box) {
-                m_said = qobject_cast<QMessageBox*>(box)->text();
-                escape(box);
-            });
-            press(dialog, button);
-        })
-    {}
-
-    const QString& said() const { return m_said; }
-
-private:
-    QString m_said;
-    std::optional<DialogAnswer> m_second;
-    const DialogAnswer m_first;
-};
-
 void clickDevice(const DeckConsole& console, int subSystem, int device)
 {
     DeviceListView& list = *console.window->devices();
@@ -114,14 +66,6 @@ void clickDevice(const DeckConsole& console, int subSystem, int device)
     QTRY_VERIFY_WITH_TIMEOUT(list.model()->rowCount(parent) > device, patience);
     const QModelIndex index = list.model()->index(device, 0, parent);
     QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, list.visualRect(index).center());
-}
-
-void clickUser(const DeckConsole& console, int number)
-{
-    QMenu& menu = *console.window->userMenu();
-    menu.popup(console.window->mapToGlobal(QPoint(0, 0)));
-    QTRY_VERIFY_WITH_TIMEOUT(menu.isVisible(), patience);
-    QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(menu.actions().at(number)).center());
 }
 
 } // namespace
