@@ -51,7 +51,8 @@ public:
 
     /// Replaces the bookmarks. With `notify` it is told as if a user had done it. A bookmark that the mouse holds is
     /// let go of, unless the same one, where it is now or was grabbed, stands in its place. The current bookmark stays
-    /// the current one, whatever its number becomes; if it is gone, the position is.
+    /// the current one, whatever its number becomes; if it is gone, the position is. In a list as long as before it is
+    /// not gone where in its place only the text is another, or only the time, within the recording.
     void SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify);
 
     /// As they stand on the bar, in the order in which they were set.
@@ -118,6 +119,7 @@ private:
     void setBookmarkCount(std::size_t count);
     void showBookmark(std::size_t index, const BookmarkType& bookmark);
     int currentAmong(const std::vector<BookmarkType>& bookmarks) const;
+    bool isEdited(std::size_t index, const std::vector<BookmarkType>& bookmarks) const;
     int bookmarkBeside(int number) const;
     void createBookmark(double moment);
     void removeBookmark(int number);

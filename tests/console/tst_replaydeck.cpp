@@ -68,6 +68,7 @@ private Q_SLOTS:
     void movesThePositionWithTheReplay();
     void setsABookmarkWhereTheReplayStands();
     void setsABookmarkThatTheTableShows();
+    void keepsTheCurrentBookmarkWhoseTextIsEdited();
     void mirrorsTheBookmarksOnTheTree();
     void letsAViewerChangeNothing();
     void standsByItselfWithoutAChannel();
@@ -264,6 +265,24 @@ void TestReplayDeck::setsABookmarkThatTheTableShows()
     QVERIFY(console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s)->isEnabled());
     click(console.deck().bar()->findChild<QToolButton*>(u"ResetBookmarks"_s));
     QCOMPARE(console.deck().table()->model()->rowCount(), 1);
+}
+
+void TestReplayDeck::keepsTheCurrentBookmarkWhoseTextIsEdited()
+{
+    ChannelConsole console(2);
+    bookmark(console, 1);
+    QCOMPARE(barOf(console).GetCurrentMarker(), VCReplayBar::FirstBookmarkMarker);
+    console.deck().showBookmarks(true);
+    BookmarkTableView& table = *console.deck().table();
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, BookmarkModel::TextColumn));
+    QTest::keyClick(&table, Qt::Key_F2);
+    auto* const editor = table.viewport()->findChild<QLineEdit*>();
+    QVERIFY(editor);
+    operatorhands::type(*editor, u"echo"_s);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(console.deck().bookmarks()->entry(0).GetBookmark(), u"echo"_s, patience);
+    QCOMPARE(barOf(console).GetCurrentMarker(), VCReplayBar::FirstBookmarkMarker);
 }
 
 void TestReplayDeck::mirrorsTheBookmarksOnTheTree()
