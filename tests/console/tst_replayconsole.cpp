@@ -1,4 +1,5 @@
 #include "patience.h"
+#include "recorderclient.h"
 #include "recorderstart.h"
 #include "replaybarhands.h"
 #include "storedrecord.h"
@@ -30,6 +31,9 @@
 #include <QTableView>
 #include <QTest>
 #include <QToolButton>
+
+#include <csignal>
+#include <optional>
 
 using namespace ZelkoConsole;
 using namespace Qt::StringLiterals;
@@ -95,11 +99,26 @@ struct Console : private Store
         operatorhands::clickRow(table(), rowOf(lengthy));
         return QTest::qWaitFor([this] { return play().isEnabled() && bar().GetRecordingStart() > 0; }, patience);
     }
+    BookmarkModel& bookmarks() const { return *deck().bookmarks(); }
+    bool isUnsent() const
+    {
+        return bookmarks().getSynchState() == BookmarkModel::SynchLocalChange && bookmarks().entryCount() == 1;
+    }
+
+    /// Sets one where the position is.
+    void bookmark() const
+    {
+        bar().setFocus();
+        QTest::keyClick(&bar(), Qt::Key_Insert);
+        QVERIFY(isUnsent());
+    }
     qsizetype storedBookmarks() const
     {
         const auto record = records().getRecordData(lengthy);
         return record ? std::as_const(*record).GetBookmarkEntry().size() : 0;
     }
+    quint16 port() const { return session.recorder()->port(); }
+    const ZelkoCommon::LinkCredentials& operatorOfRecorder() const { return session.knownUsers()[1].credentials; }
     QString statusOf(const QString& name) const
     {
         const QAbstractItemModel& model = *table().model();
@@ -118,6 +137,16 @@ void click(QWidget& widget)
     QTest::mouseClick(&widget, Qt::LeftButton);
 }
 
+void send(QWidget* question)
+{
+    const auto& box = *qobject_cast<QMessageBox*>(question);
+    for (QAbstractButton* const button : box.buttons()) {
+        if (box.buttonRole(button) == QMessageBox::AcceptRole) {
+            return QTest::mouseClick(button, Qt::LeftButton);
+        }
+    }
+}
+
 } // namespace
 
 // A console on the recorder as it is built.
@@ -130,8 +159,11 @@ private Q_SLOTS:
     void cleanupTestCase() { m_orb.reset(); }
     void recordsUnderTheNameThatIsTyped();
     void replaysTheRecordThatIsSelected();
+    void replaysFromWhereItsOperatorPutThePosition();
     void storesTheBookmarksThatAreSent();
     void sendsBookmarksThatWouldBeLost();
+    void staysWithBookmarksThatTheRecorderRefuses();
+    void bringsUnsentBookmarksBackAfterARecorderThatDied();
     void leavesTheChannelAloneForAViewer();
 
 private:
@@ -171,14 +203,34 @@ void TestReplayConsole::replaysTheRecordThatIsSelected()
     QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Stopped"_s, patience);
 }
 
+// A whole tenth of the hour lies between where the operator has it and where the other client leaves it.
+void TestReplayConsole::replaysFromWhereItsOperatorPutThePosition()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    const double begin = console.bar().GetRecordingStart();
+    console.bar().setFocus();
+    QTest::keyClick(&console.bar(), Qt::Key_PageUp);
+    const double own = console.position();
+    QVERIFY(own > begin);
+    ZelkoTest::RecorderClient other(*m_orb, console.port(), console.operatorOfRecorder());
+    QTRY_COMPARE_WITH_TIMEOUT(other.channelIds().size(), 1, patience);
+    const ZelkoTest::ShownChannel channel = other.channel(other.channelIds().constFirst());
+    QTRY_COMPARE_WITH_TIMEOUT(channel.position(), own, patience);
+    other.write(channel.find<Value<double>>("CurrentReplayPosition"), begin);
+    QTRY_COMPARE_WITH_TIMEOUT(console.position(), begin, patience);
+    click(console.play());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Replaying"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.position() > own, patience);
+}
+
 void TestReplayConsole::storesTheBookmarksThatAreSent()
 {
     Console console(*m_orb);
     QVERIFY(console.isReady());
     QVERIFY(console.choose());
-    console.bar().setFocus();
-    QTest::keyClick(&console.bar(), Qt::Key_Insert);
-    QCOMPARE(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchLocalChange);
+    console.bookmark();
     click(*console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s));
     QTRY_COMPARE_WITH_TIMEOUT(console.storedBookmarks(), 1, patience);
     QTRY_COMPARE_WITH_TIMEOUT(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchInSync, patience);
@@ -190,19 +242,49 @@ void TestReplayConsole::sendsBookmarksThatWouldBeLost()
     Console console(*m_orb);
     QVERIFY(console.isReady());
     QVERIFY(console.choose());
-    console.bar().setFocus();
-    QTest::keyClick(&console.bar(), Qt::Key_Insert);
-    const DialogAnswer answer([](QWidget* dialog) {
-        const auto& box = *qobject_cast<QMessageBox*>(dialog);
-        for (QAbstractButton* const button : box.buttons()) {
-            if (box.buttonRole(button) == QMessageBox::AcceptRole) {
-                return QTest::mouseClick(button, Qt::LeftButton);
-            }
-        }
-    });
+    console.bookmark();
+    const DialogAnswer answer(send);
     console.table().setFocus();
     console.table().clearSelection();
-    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.bar().GetRecordingStart() == 0, patience);
+    QVERIFY(answer.wasGiven());
+    QCOMPARE(console.storedBookmarks(), 1); // before it went on
+}
+
+void TestReplayConsole::staysWithBookmarksThatTheRecorderRefuses()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    console.bookmark();
+    ZELKO_XML::BookmarkEntry tooLong = console.bookmarks().entry(0);
+    tooLong.SetBookmark(QString(20'000, u'x'));
+    QVERIFY(console.bookmarks().changeEntry(0, tooLong));
+    console.deck().setSendLimit(std::chrono::milliseconds(300));
+    QString said;
+    std::optional<DialogAnswer> second;
+    const DialogAnswer first([&](QWidget* question) {
+        second.emplace([&said](QWidget* box) { said = qobject_cast<QMessageBox*>(box)->text(); });
+        send(question);
+    });
+    QVERIFY(!console.window.close());
+    QCOMPARE(said, u"The recorder has not taken the bookmarks. They are still there, and not sent."_s);
+    QVERIFY(console.isUnsent());
+    QCOMPARE(console.storedBookmarks(), 0);
+    console.bookmarks().sl_reset(); // or it asks again
+}
+
+void TestReplayConsole::bringsUnsentBookmarksBackAfterARecorderThatDied()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    console.bookmark();
+    QCOMPARE(::kill(static_cast<pid_t>(console.session.recorder()->processId()), SIGKILL), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(console.bookmarks().entryCount(), 0, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.isUnsent(), patience);
+    QVERIFY(console.isReady());
+    click(*console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s));
     QTRY_COMPARE_WITH_TIMEOUT(console.storedBookmarks(), 1, patience);
 }
 
