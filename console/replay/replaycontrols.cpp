@@ -90,7 +90,7 @@ void ReplayControls::update()
     setUsable(
         {{m_pause, tr("Holds the replay where it is."), whyNoPause(situation)},
          {m_play,
-          goesOn ? tr("Has the replay go on.") : tr("Replays the record from the position on the bar below the list."),
+          goesOn ? tr("Has the replay go on.") : tr("Replays the record from where you put the position on the bar."),
           whyNoReplay(situation, m_selected)},
          {m_stop, tr("Ends the replay."), whyNoReplayStop(situation)}});
     setVisible(m_channel && m_channel->isOffered());

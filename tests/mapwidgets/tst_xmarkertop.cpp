@@ -46,12 +46,19 @@ public:
         QCoreApplication::sendEvent(static_cast<AxisBase*>(this), &event);
     }
 
+    /// What users have moved since this was called last, as number and place.
+    QList<std::pair<int, double>> takeMoves() { return std::exchange(m_moves, {}); }
+
 protected:
+    void markerMovedByUser(int number, double position) override { m_moves.emplaceBack(number, position); }
     void markerDropped(int) override {}
     int markerTop() const override { return 0; }
     bool isFlag(int number) const override { return number >= 10; }
     QColor markerColor(int) const override { return Qt::black; }
     double keyStep(double least) const override { return least; }
+
+private:
+    QList<std::pair<int, double>> m_moves;
 };
 
 struct Site
@@ -119,6 +126,7 @@ void XMarkerTopTest::movesWithinTheAxis()
     Site site;
     QVERIFY(site.put({{1, 50}}).moveTo(1, place));
     QCOMPARE(site.placeOf(1), reached);
+    QCOMPARE(site.axis.takeMoves(), (QList<std::pair<int, double>>{{1, reached}}));
 }
 
 void XMarkerTopTest::movesToNoPlaceThatIsNone()
@@ -126,6 +134,7 @@ void XMarkerTopTest::movesToNoPlaceThatIsNone()
     Site site;
     QVERIFY(!site.put({{1, 50}}).moveTo(1, qQNaN()));
     QCOMPARE(site.placeOf(1), 50.0);
+    QVERIFY(site.axis.takeMoves().isEmpty());
 }
 
 void XMarkerTopTest::movesByPixels_data()
@@ -193,6 +202,7 @@ void XMarkerTopTest::movesWhatAUserMayMoveOnly()
     QVERIFY(!axis.moveTo(1, 30));
     QVERIFY(!axis.moveBySteps(1, 1));
     QCOMPARE(site.placeOf(1), 50.0);
+    QVERIFY(axis.takeMoves().isEmpty());
 }
 
 void XMarkerTopTest::findsTheNextMarker_data()
