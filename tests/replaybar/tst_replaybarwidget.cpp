@@ -3,6 +3,7 @@
 #include "bookmarksite.h"
 #include "iconpicture.h"
 #include "microseconds.h"
+#include "patience.h"
 #include "shownreplaybar.h"
 #include "updatecounter.h"
 
@@ -505,7 +506,7 @@ void ReplayBarWidgetTest::applyTakesTheFocusBeforeItSends()
     dialog.showRecord(twoBookmarks);
     dialog.site.edit(0, bookmarkAt(11, u"a"_s));
     dialog.shown.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(dialog.shown.widget.get()));
+    QVERIFY(QTest::qWaitForWindowActive(dialog.shown.widget.get(), patience));
     QStringList happened;
     const QObject context;
     connect(qApp, &QApplication::focusChanged, &context, [&](const QWidget*, const QWidget* now) {
