@@ -86,7 +86,8 @@ void BookmarkDelivery::wait(std::chrono::milliseconds limit) const
 // The model takes what was sent for what the recorder has, sooner or later.
 void BookmarkDelivery::takeBack(const Entries& changed) const
 {
-    if (m_bookmarks && m_bookmarks->getSynchState() != BookmarkModel::SynchLocalChange) {
+    const auto state = m_bookmarks ? m_bookmarks->getSynchState() : BookmarkModel::SynchNoRecord;
+    if (state != BookmarkModel::SynchNoRecord && state != BookmarkModel::SynchLocalChange) {
         m_bookmarks->sl_reset();
         m_bookmarks->setEntries(changed);
     }

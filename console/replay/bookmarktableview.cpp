@@ -111,13 +111,11 @@ QString BookmarkTableView::note() const
     return m_note->isHidden() ? QString() : m_note->text();
 }
 
+// A list that can be edited offers to add a bookmark behind the last one.
 bool BookmarkTableView::isEditable() const
 {
-    if (!m_bookmarks || m_isLocked) {
-        return false;
-    }
-    const auto state = m_bookmarks->getSynchState();
-    return state != BookmarkModel::SynchNoRecord && state != BookmarkModel::SynchPending;
+    return m_bookmarks && !m_isLocked &&
+           m_bookmarks->headerData(m_bookmarks->entryCount(), Qt::Vertical, Qt::ToolTipRole).isValid();
 }
 
 // The header offers to add and to take away, which makes no sense where nobody can.

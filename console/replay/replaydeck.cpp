@@ -6,6 +6,7 @@
 #include <console/records/recordsituation.h>
 #include <console/replay/bookmarktableview.h>
 #include <console/replay/replaycontrols.h>
+#include <console/widgets/toolbutton.h>
 
 #include <chartcontrols/vcreplaybar.h>
 #include <host/userrights.h>
@@ -41,14 +42,9 @@ constexpr QLatin1String bookmarksKey("window/bookmarks");
 
 QToolButton* makeFoldButton()
 {
-    auto* const button = new QToolButton;
-    button->setObjectName(QStringLiteral("showBookmarks"));
-    button->setIcon(QIcon(QStringLiteral(":/Zelko/RecordList/Bookmarks.svg")));
+    auto* const button = makeToolButton("showBookmarks", QIcon(QStringLiteral(":/Zelko/RecordList/Bookmarks.svg")));
     button->setCheckable(true);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::StrongFocus);
-    button->setToolTip(ReplayDeck::tr("Show the bookmarks"));
-    button->setAccessibleName(button->toolTip());
+    nameToolButton(button, ReplayDeck::tr("Show the bookmarks"));
     button->setStatusTip(ReplayDeck::tr("Shows the bookmarks of the record as a list, or hides it."));
     return button;
 }
@@ -84,8 +80,6 @@ ReplayDeck::ReplayDeck(const WorkChannel::Connection& connection, RecordPane* re
     , m_table(new BookmarkTableView)
     , m_barRow(new QHBoxLayout)
 {
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(0);
     arrange();
     connectParts();
     followRecords();
@@ -119,17 +113,16 @@ void ReplayDeck::arrange()
 
 void ReplayDeck::connectParts()
 {
-    connect(&m_soon, &QTimer::timeout, this, &ReplayDeck::look);
     connect(m_fold, &QToolButton::toggled, m_table, &QWidget::setVisible);
     connect(m_controls, &ReplayControls::startWanted, this, &ReplayDeck::startReplay);
-    connect(this, &ReplayDeck::answered, this, [this] { m_soon.start(); });
-    connect(UserRights::Instance(), &UserRights::UpdateUserRights, this, [this] { m_soon.start(); });
+    connect(this, &ReplayDeck::answered, this, [this] { m_soon.ask(); });
+    connect(UserRights::Instance(), &UserRights::UpdateUserRights, this, [this] { m_soon.ask(); });
 }
 
 // A record that went with its connection is selected still when it comes back.
 void ReplayDeck::followRecords()
 {
-    const auto soon = [this] { m_soon.start(); };
+    const auto soon = [this] { m_soon.ask(); };
     connect(m_controller, &ZelkoGUI::IZelkoGUIController::si_selectedRecordsChanged, this, soon);
     connect(m_controller, &ZelkoGUI::IZelkoGUIController::si_activeDeviceChanged, this, soon);
     const ZelkoCommon::AbstractRecordListModel* const records = m_controller->recordListModel();
@@ -309,7 +302,7 @@ void ReplayDeck::followState(BookmarkModel::enSynchState state)
     if (state == BookmarkModel::SynchNoRecord && (before == BookmarkModel::SynchLocalChange || isOnItsWay)) {
         m_lost.insert(m_shown, m_bookmarks->entries());
     }
-    m_soon.start();
+    m_soon.ask();
 }
 
 bool ReplayDeck::hasLost(const Shown& shown) const

@@ -3,10 +3,10 @@
 #include <console/channel/workchannel.h>
 #include <console/replay/bookmarkdelivery.h>
 #include <console/replay/replaybegin.h>
+#include <console/soon.h>
 
 #include <QHash>
 #include <QPointer>
-#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -163,7 +163,7 @@ private:
     ZelkoGUI::BookmarkModel::enSynchState m_state = ZelkoGUI::BookmarkModel::SynchNoRecord;
     QHash<Shown, ZelkoGUI::BookmarkModel::Entries> m_lost; // were unsent, and went with their connection
     std::chrono::milliseconds m_sendLimit = BookmarkDelivery::DefaultLimit;
-    QTimer m_soon;
+    Soon m_soon{[this] { look(); }};
     std::unique_ptr<WorkChannel> m_channel;
     WorkChannel* m_beside = nullptr; // the channel that the bar was made for
     std::unique_ptr<ZelkoGUI::BookmarkModel> m_bookmarks;
