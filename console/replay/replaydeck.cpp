@@ -377,14 +377,20 @@ void ReplayDeck::tabThroughBar()
     }
 }
 
-// A channel that only replays has a position as well. Where the position of the channel is none of the record that is
-// shown, no replay of that could begin there.
+// A channel that only replays has a position as well.
 void ReplayDeck::takeUpPosition()
 {
-    ZelkoChannelModel& model = *m_beside->model();
-    if (model.channelState() == ZelkoGlobal::ChannelRecordFlagOff) {
+    if (m_beside->model()->channelState() == ZelkoGlobal::ChannelRecordFlagOff) {
         m_bar->connectSignals();
     }
+    bringPositionIntoRecord();
+    noteCursor();
+}
+
+// Where the position of the channel is none of the record that is shown, no replay of that could begin there.
+void ReplayDeck::bringPositionIntoRecord()
+{
+    const ZelkoChannelModel& model = *m_beside->model();
     const auto& position = model.channelValues()->valueCurrentReplayPosition();
     const auto record = m_controller ? m_controller->recordListModel()->getRecordData(m_shown.record) : nullptr;
     if (!record || !position || model.isReplaying() || model.isPaused()) {
@@ -394,6 +400,14 @@ void ReplayDeck::takeUpPosition()
     if (!isIn(extent, position->GetValue())) {
         position->SetValue(static_cast<double>(extent.start), nullptr);
     }
+}
+
+// The bar tells when its position moves, but not that it is another channel's. What is no time is in no record either.
+void ReplayDeck::noteCursor()
+{
+    const double cursor = axis().GetMarker(VCReplayBar::PositionMarker)->GetPosition();
+    const bool isTime = cursor >= 0 && cursor < 0x1p63;
+    m_bookmarks->sl_setNewBookmarkTime(isTime ? static_cast<quint64>(cursor) : 0);
 }
 
 ReplayDeck::Shown ReplayDeck::selected() const

@@ -142,6 +142,8 @@ private:
     void showSelected();
     void showChannel();
     void takeUpPosition();
+    void bringPositionIntoRecord();
+    void noteCursor();
     VCReplayBar& axis() const;
     void forgetBegin();
     void noteExtent();

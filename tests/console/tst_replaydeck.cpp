@@ -67,6 +67,8 @@ private Q_SLOTS:
     void replaysNothingWithoutARecord();
     void movesThePositionWithTheReplay();
     void setsABookmarkWhereTheReplayStands();
+    void setsABookmarkWhereAnotherChannelStands_data();
+    void setsABookmarkWhereAnotherChannelStands();
     void setsABookmarkThatTheTableShows();
     void keepsTheCurrentBookmarkWhoseTextIsEdited();
     void mirrorsTheBookmarksOnTheTree();
@@ -249,6 +251,37 @@ void TestReplayDeck::setsABookmarkWhereTheReplayStands()
     console.channel.setPosition(DeckConsole::beginOf(2) + second);
     QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2) + second, patience);
     console.deck().showBookmarks(true);
+    console.deck().table()->setFocus();
+    QTest::keyClick(console.deck().table(), Qt::Key_Insert);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
+    QCOMPARE(console.deck().bookmarks()->entry(0).GetTimestamp(), DeckConsole::beginOf(2) + second);
+}
+
+void TestReplayDeck::setsABookmarkWhereAnotherChannelStands_data()
+{
+    QTest::addColumn<bool>("mayRecord");
+    QTest::addColumn<Replay>("replay");
+    QTest::newRow("at rest") << true << Replay::Stopped;
+    QTest::newRow("only for replays") << false << Replay::Stopped;
+    QTest::newRow("replaying") << true << Replay::Running;
+    QTest::newRow("holding a replay") << true << Replay::Paused;
+}
+
+void TestReplayDeck::setsABookmarkWhereAnotherChannelStands()
+{
+    QFETCH(const bool, mayRecord);
+    QFETCH(const Replay, replay);
+    ChannelConsole console(3);
+    const SampleChannel other = console.addChannel("C2", "Beacon");
+    other.setMayRecord(mayRecord);
+    other.setReplay(replay);
+    other.setPosition(DeckConsole::beginOf(2) + second);
+    choose(console, 2);
+    console.deck().showBookmarks(true);
+    QTRY_COMPARE_WITH_TIMEOUT(console.choice().count(), 2, patience);
+    console.choice().setFocus();
+    QTest::keyClick(&console.choice(), Qt::Key_Down);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2) + second, patience);
     console.deck().table()->setFocus();
     QTest::keyClick(console.deck().table(), Qt::Key_Insert);
     QCOMPARE(console.deck().bookmarks()->entryCount(), 1);

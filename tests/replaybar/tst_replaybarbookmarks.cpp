@@ -3,6 +3,7 @@
 #include "dialogbar.h"
 #include "iconpicture.h"
 #include "microseconds.h"
+#include "patience.h"
 
 #include <resources/zelkoicons.h>
 
@@ -123,7 +124,7 @@ void ReplayBarBookmarksTest::applyTakesTheFocusBeforeItSends()
     dialog.showRecord(twoBookmarks);
     dialog.site.edit(0, bookmarkAt(11, u"a"_s));
     dialog.shown.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(dialog.shown.widget.get()));
+    QVERIFY(QTest::qWaitForWindowActive(dialog.shown.widget.get(), patience));
     QStringList happened;
     const QObject context;
     connect(qApp, &QApplication::focusChanged, &context, [&](const QWidget*, const QWidget* now) {

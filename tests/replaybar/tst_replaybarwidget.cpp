@@ -122,11 +122,13 @@ void ReplayBarWidgetTest::showsARecordFromStartToStop()
 void ReplayBarWidgetTest::anIndexTellsTheExtent_data()
 {
     QTest::addColumn<QList<int>>("index");
+    QTest::addColumn<bool>("isFinished");
     QTest::addColumn<int>("first");
     QTest::addColumn<int>("last");
-    QTest::newRow("one entry") << QList<int>{30} << 0 << 90;
-    QTest::newRow("two entries") << QList<int>{10, 80} << 10 << 80;
-    QTest::newRow("in no order") << QList<int>{40, 95, -5, 60} << -5 << 95;
+    QTest::newRow("one entry") << QList<int>{30} << true << 0 << 90;
+    QTest::newRow("two entries") << QList<int>{10, 80} << true << 10 << 80;
+    QTest::newRow("in no order") << QList<int>{40, 95, -5, 60} << true << -5 << 95;
+    QTest::newRow("being recorded") << QList<int>{10, 80} << false << 10 << 80;
 }
 
 void ReplayBarWidgetTest::anIndexTellsTheExtent()
@@ -134,8 +136,10 @@ void ReplayBarWidgetTest::anIndexTellsTheExtent()
     QFETCH(QList<int>, index);
     QFETCH(int, first);
     QFETCH(int, last);
+    QFETCH(bool, isFinished);
     DialogBar dialog;
-    const BookmarkSite::RecordPtr record = BookmarkSite::record({});
+    const BookmarkSite::RecordPtr record = makeRecord(u"R"_s, isFinished ? 5 : 2);
+    record->SetFinished(isFinished);
     QVector<ZELKO_XML::IndexEntry> entries;
     for (const int seconds : index) {
         entries.append(indexAt(seconds));
