@@ -95,7 +95,7 @@ public:
         records.store(record);
         widget().setRecord(device, record->GetRecordID(), &records, address);
         widget().show();
-        QVERIFY(QTest::qWaitForWindowExposed(&widget()));
+        QVERIFY(QTest::qWaitForWindowExposed(&widget(), patience));
         ask();
     }
 
