@@ -4,6 +4,7 @@
 
 #include "barbookmarks.h"
 #include "barclient.h"
+#include "bookmarksignallog.h"
 #include "inputlines.h"
 #include "patience.h"
 
@@ -97,9 +98,16 @@ private:
     {
         return QString::number(BarClient::map(channel)->GetChangeLog().NextNumber());
     }
+    // What the model has told of since the last time: changes, and those of its state.
+    QString changesOfModel()
+    {
+        static const QRegularExpression change(QStringLiteral("^(changed|end|header|state) "));
+        return listed(m_signals.take().filter(change));
+    }
     static void press(QToolButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
 
     BarClient& m_client;
+    BookmarkSignalLog m_signals{&m_client.bookmarks};
     const std::map<QString, Answer> m_answers{
         {"ready", asking([this](const Words&) { return m_client.isReady(); })},
         {"show", doing([this](const Words& words) { m_client.show(words.value(0)); })},
@@ -127,6 +135,7 @@ private:
         {"add", doing([this](const Words&) { clickOnHeader(m_client.bookmarks.entryCount()); })},
         {"remove", doing([this](const Words& words) { clickOnHeader(words.value(0).toInt()); })},
         {"share", doing([this](const Words& words) { m_client.shareBookmarks(words.value(0)); })},
+        {"model-changes", [this](const Words&) { return changesOfModel(); }},
         {"map-changes", [](const Words& words) { return changesOfMap(words.value(0)); }},
         {"rename", doing([this](const Words& words) { m_client.channel.setRecordingName(words.value(0)); })},
         {"name", [this](const Words&) { return m_client.channel.channelValues()->valueRecordName()->GetValue(); }},

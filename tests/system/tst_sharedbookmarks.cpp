@@ -62,8 +62,12 @@ private Q_SLOTS:
     void theFirstListGoesOutOnce();
     void whatTheModelDoesGoesOutOnce_data();
     void whatTheModelDoesGoesOutOnce();
+    void whatTheRecordBecomesGoesOutOnce();
     void whatAnotherDoesIsTakenWithoutAnAnswer_data();
     void whatAnotherDoesIsTakenWithoutAnAnswer();
+    void whatAnotherDoesLeavesEachBookmarkItsKey();
+    void whatStaysAsItIsIsNoNews_data();
+    void whatStaysAsItIsIsNoNews();
     void whatIsRefusedIsTakenBackOnce_data();
     void whatIsRefusedIsTakenBackOnce();
     void whoMayNotEditBookmarksChangesNone();
@@ -88,6 +92,9 @@ private:
     QStringList toModel() { return m_modelWire->received.take(m_handle); }
     QStringList fromOther() { return m_otherWire->sent.take(m_handle); }
     QStringList toOther() { return m_otherWire->received.take(m_handle); }
+
+    // What those heard who listen to the model.
+    QStringList toListeners() { return m_model->tell("model-changes").split(QLatin1Char(','), Qt::SkipEmptyParts); }
 
     // So many changes were logged on either side.
     quint64 changesAtModel() { return changesOfModelsMap() - m_changesOfModel; }
@@ -190,6 +197,7 @@ void TestSharedBookmarks::forget()
     toModel();
     fromOther();
     toOther();
+    toListeners();
     m_changesOfModel = changesOfModelsMap();
     m_changesOfOther = map().GetChangeLog().NextNumber();
 }
@@ -219,33 +227,47 @@ void TestSharedBookmarks::theFirstListGoesOutOnce()
 void TestSharedBookmarks::whatTheModelDoesGoesOutOnce_data()
 {
     QTest::addColumn<QStringList>("deeds");
+    QTest::addColumn<QStringList>("shown");
     QTest::addColumn<QStringList>("sent");
     QTest::addColumn<quint64>("changes");
     QTest::addColumn<QStringList>("items");
+    const QString edited = u"changed 0 columns 1-1"_s;
+    const QString removed = u"end remove 0-0"_s;
+    const QString local = u"state 2"_s;
+    const QString again = u"end reset"_s;
+    const QStringList afresh{"state 4", again, "header changed", "state 1", "header changed"};
     const QString a = u"0: 10000000 a"_s;
     const QString b = u"1: 20000000 b"_s;
-    QTest::newRow("a text is edited") << QStringList{"edit 0 x"} << QStringList{"set 0"} << quint64{1}
-                                      << QStringList{"0: 10000000 x", b};
+    QTest::newRow("a text is edited") << QStringList{"edit 0 x"} << QStringList{local, edited} << QStringList{"set 0"}
+                                      << quint64{1} << QStringList{"0: 10000000 x", b};
     QTest::newRow("a text is edited to what it was")
-        << QStringList{"edit 0 a"} << QStringList() << quint64{0} << QStringList{a, b};
-    QTest::newRow("a bookmark is added") << QStringList{"add"} << QStringList{"set 2"} << quint64{1}
-                                         << QStringList{a, b, "2: 0 "};
-    QTest::newRow("a bookmark is removed")
-        << QStringList{"remove 0"} << QStringList{"erase 0"} << quint64{1} << QStringList{b};
+        << QStringList{"edit 0 a"} << QStringList{edited} << QStringList() << quint64{0} << QStringList{a, b};
+    QTest::newRow("a bookmark is added") << QStringList{"add"} << QStringList{"end insert 2-2", local}
+                                         << QStringList{"set 2"} << quint64{1} << QStringList{a, b, "2: 0 "};
+    QTest::newRow("a bookmark is removed") << QStringList{"remove 0"} << QStringList{removed, local}
+                                           << QStringList{"erase 0"} << quint64{1} << QStringList{b};
     QTest::newRow("a bookmark is dragged on the bar")
-        << QStringList{"drag 10 40"} << QStringList{"set 0"} << quint64{1} << QStringList{"0: 40000000 a", b};
+        << QStringList{"drag 10 40"} << QStringList{local, again} << QStringList{"set 0"} << quint64{1}
+        << QStringList{"0: 40000000 a", b};
     QTest::newRow("the list of the record is taken again after an edit")
-        << QStringList{"edit 0 x", "reset"} << QStringList{"set 0", "lock", "set 0", "open"} << quint64{2}
-        << QStringList{a, b};
+        << QStringList{"edit 0 x", "reset"} << QStringList{local, edited} + afresh
+        << QStringList{"set 0", "lock", "set 0", "open"} << quint64{2} << QStringList{a, b};
     QTest::newRow("the list of the record is taken again after a removal")
-        << QStringList{"remove 0", "reset"} << QStringList{"erase 0", "lock", "set 0", "open"} << quint64{2}
-        << QStringList{a, b};
+        << QStringList{"remove 0", "reset"} << QStringList{removed, local} + afresh
+        << QStringList{"erase 0", "lock", "set 0", "open"} << quint64{2} << QStringList{a, b};
     QTest::newRow("the numbers of the rows become the keys again")
-        << QStringList{"remove 0", "drag 20 30"} << QStringList{"erase 0", "set 0", "erase 1"} << quint64{3}
-        << QStringList{"0: 30000000 b"};
-    QTest::newRow("the list is sent to the recorder")
-        << QStringList{"edit 0 x", "send", "unlock"} << QStringList{"set 0", "lock", "open"} << quint64{1}
-        << QStringList{"0: 10000000 x", b};
+        << QStringList{"remove 0", "drag 20 30"} << QStringList{removed, local, again}
+        << QStringList{"erase 0", "set 0", "erase 1"} << quint64{3} << QStringList{"0: 30000000 b"};
+    QTest::newRow("a text is edited that stands in another row by now")
+        << QStringList{"remove 0", "edit 0 x"} << QStringList{removed, local, edited} << QStringList{"erase 0", "set 1"}
+        << quint64{2} << QStringList{"1: 20000000 x"};
+    QTest::newRow("a bookmark is taken hold of and left where it was")
+        << QStringList{"remove 0", "drag 20 20"} << QStringList{removed, local} << QStringList{"erase 0"} << quint64{1}
+        << QStringList{b};
+    QTest::newRow("the list is locked while it is sent, and opened again")
+        << QStringList{"edit 0 x", "send", "unlock"}
+        << QStringList{local, edited, "state 4", "header changed", "state 1", "header changed"}
+        << QStringList{"set 0", "lock", "open"} << quint64{1} << QStringList{"0: 10000000 x", b};
 }
 
 void TestSharedBookmarks::whatTheModelDoesGoesOutOnce()
@@ -258,6 +280,7 @@ void TestSharedBookmarks::whatTheModelDoesGoesOutOnce()
         QVERIFY(deed == "send" ? m_model->apply() : m_model->act(deed));
     }
     settle();
+    QTEST(toListeners(), "shown");
     QCOMPARE(fromModel(), sorted(sent));
     QCOMPARE(toOther(), sent);
     QCOMPARE(toModel(), QStringList());
@@ -267,25 +290,55 @@ void TestSharedBookmarks::whatTheModelDoesGoesOutOnce()
     QTEST(itemsOfMap(), "items");
 }
 
+// Its model waits until somebody wants it.
+void TestSharedBookmarks::whatTheRecordBecomesGoesOutOnce()
+{
+    share();
+    BarProcess editor(m_site->port());
+    QTRY_VERIFY_WITH_TIMEOUT(editor.is("ready"), patience);
+    QVERIFY(editor.act("show " + record) && editor.act("edit 0 x"));
+    forget();
+    QVERIFY(editor.apply());
+    QTRY_COMPARE_WITH_TIMEOUT(m_model->state(), "SynchExternalChange", patience);
+    settle();
+    QCOMPARE(toListeners(), QStringList{"state 3"});
+    QCOMPARE(fromModel(), QStringList());
+    QCOMPARE(changesAtModel(), 0U);
+
+    QVERIFY(m_model->act("reset"));
+    settle();
+    QCOMPARE(toListeners(), (QStringList{"state 4", "end reset", "header changed", "state 1", "header changed"}));
+    QCOMPARE(fromModel(), (QStringList{"lock", "open", "set 0"}));
+    QCOMPARE(toOther(), (QStringList{"lock", "set 0", "open"}));
+    QCOMPARE(toModel(), QStringList());
+    QCOMPARE(fromOther(), QStringList());
+    QCOMPARE(changesAtModel(), 1U);
+    QCOMPARE(changesAtOther(), 1U);
+    QCOMPARE(itemsOfMap(), (QStringList{"0: 10000000 x", "1: 20000000 b"}));
+}
+
 void TestSharedBookmarks::whatAnotherDoesIsTakenWithoutAnAnswer_data()
 {
     QTest::addColumn<Deed>("deed");
     QTest::addColumn<QStringList>("sent");
+    QTest::addColumn<QStringList>("shown");
     QTest::addColumn<QString>("list");
-    const auto add = [](const Deed& deed, const char* name, const QStringList& sent, const QString& list) {
-        QTest::newRow(name) << deed << sent << list;
-    };
+    const auto add = [](const Deed& deed, const char* name, const QStringList& sent, const QStringList& shown,
+                        const QString& list) { QTest::newRow(name) << deed << sent << shown << list; };
     add([](BookmarkItemMap& map) { map.SetAt(7, item(7, u"new"_s), nullptr); }, "a bookmark under a new key", {"set 7"},
-        u"10000000 a,20000000 b,7000000 new"_s);
+        {"end insert 2-2", "state 2"}, u"10000000 a,20000000 b,7000000 new"_s);
     add([](BookmarkItemMap& map) { map.SetAt(0, item(0, u"other"_s), nullptr); }, "another bookmark under a known key",
-        {"set 0"}, u"0 other,20000000 b"_s);
-    add([](BookmarkItemMap& map) { map.EraseAt(0, nullptr); }, "a bookmark goes", {"erase 0"}, u"20000000 b"_s);
-    add([](BookmarkItemMap& map) { map.Clear(nullptr); }, "all bookmarks go", {"clear"}, QString());
+        {"set 0"}, {"state 2", "changed 0"}, u"0 other,20000000 b"_s);
+    add([](BookmarkItemMap& map) { map.EraseAt(0, nullptr); }, "a bookmark goes", {"erase 0"},
+        {"end remove 0-0", "state 2"}, u"20000000 b"_s);
+    add([](BookmarkItemMap& map) { map.Clear(nullptr); }, "all bookmarks go", {"clear"}, {"state 2", "end reset"},
+        QString());
     add(
         [](BookmarkItemMap& map) {
             map.Set({{0, map.At(0)}, {3, item(3, u"c"_s)}}, true, true, nullptr);
         },
-        "another list", {"set 3", "erase 1"}, u"10000000 a,3000000 c"_s);
+        "another list", {"set 3", "erase 1"}, {"end insert 2-2", "state 2", "end remove 1-1"},
+        u"10000000 a,3000000 c"_s);
 }
 
 void TestSharedBookmarks::whatAnotherDoesIsTakenWithoutAnAnswer()
@@ -297,6 +350,7 @@ void TestSharedBookmarks::whatAnotherDoesIsTakenWithoutAnAnswer()
     forget();
     deed(map());
     settle();
+    QTEST(toListeners(), "shown");
     QCOMPARE(fromOther(), sent);
     QCOMPARE(toModel(), sent);
     QCOMPARE(fromModel(), QStringList());
@@ -307,6 +361,54 @@ void TestSharedBookmarks::whatAnotherDoesIsTakenWithoutAnAnswer()
     QCOMPARE(m_model->state(), "SynchLocalChange");
     const auto stored = m_site->stored(record); // until the list is sent
     QCOMPARE(bookmarkTexts(stored.GetBookmarkEntry()), textsOfTwo);
+}
+
+// What another has added and taken away leaves the model other keys than numbers of rows.
+void TestSharedBookmarks::whatAnotherDoesLeavesEachBookmarkItsKey()
+{
+    share();
+    map().SetAt(7, item(7, u"new"_s), nullptr);
+    map().EraseAt(0, nullptr);
+    settle();
+    forget();
+    QVERIFY(m_model->act("edit 1 x"));
+    QVERIFY(m_model->act("remove 0"));
+    settle();
+    QCOMPARE(fromModel(), (QStringList{"erase 1", "set 7"}));
+    QCOMPARE(toOther(), (QStringList{"set 7", "erase 1"}));
+    QCOMPARE(toModel(), QStringList());
+    QCOMPARE(fromOther(), QStringList());
+    QCOMPARE(changesAtModel(), 2U);
+    QCOMPARE(changesAtOther(), 2U);
+    QCOMPARE(itemsOfMap(), QStringList{"7: 7000000 x"});
+}
+
+void TestSharedBookmarks::whatStaysAsItIsIsNoNews_data()
+{
+    QTest::addColumn<Deed>("deed");
+    const auto add = [](const Deed& deed, const char* name) { QTest::newRow(name) << deed; };
+    add([](BookmarkItemMap& map) { map.SetAt(0, BookmarkMapData(map.At(0)), nullptr); }, "the same bookmark again");
+    add([](BookmarkItemMap& map) { map.EraseAt(7, nullptr); }, "a bookmark goes that is not there");
+    add([](BookmarkItemMap& map) { map.Set(BookmarkItemMap::MapType(map.data()), true, true, nullptr); },
+        "the same list again");
+    add([](BookmarkItemMap& map) { map.SetState(map.GetState(), nullptr); }, "the same state again");
+}
+
+void TestSharedBookmarks::whatStaysAsItIsIsNoNews()
+{
+    QFETCH(const Deed, deed);
+    share();
+    forget();
+    deed(map());
+    settle();
+    QCOMPARE(toListeners(), QStringList());
+    QCOMPARE(fromOther(), QStringList());
+    QCOMPARE(toModel(), QStringList());
+    QCOMPARE(fromModel(), QStringList());
+    QCOMPARE(toOther(), QStringList());
+    QCOMPARE(changesAtModel(), 0U);
+    QCOMPARE(changesAtOther(), 0U);
+    QCOMPARE(m_model->state(), "SynchInSync");
 }
 
 void TestSharedBookmarks::whatIsRefusedIsTakenBackOnce_data()
@@ -336,6 +438,7 @@ void TestSharedBookmarks::whatIsRefusedIsTakenBackOnce()
     forget();
     deed(map());
     settle();
+    QCOMPARE(toListeners(), QStringList());
     QCOMPARE(fromOther(), QStringList{sent});
     QCOMPARE(toModel(), QStringList{sent});
     QCOMPARE(fromModel(), answer);
@@ -372,6 +475,7 @@ void TestSharedBookmarks::whatNoRecordHasIsTakenBackByTheRecorder()
     forget();
     map().SetAt(7, item(8, u"x"_s), nullptr); // under the key of another one
     settle();
+    QCOMPARE(toListeners(), (QStringList{"end insert 2-2", "state 2", "end remove 2-2"}));
     QCOMPARE(toOther(), QStringList{"erase 7"});
     QCOMPARE(toModel(), (QStringList{"set 7", "erase 7"}));
     QCOMPARE(fromModel(), QStringList());
