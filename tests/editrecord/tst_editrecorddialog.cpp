@@ -26,6 +26,8 @@ private Q_SLOTS:
     void itIsAsLargeAsItsPartsNeed_data();
     void itIsAsLargeAsItsPartsNeed();
     void itsPartsStandOneBelowTheOther();
+    void theTableTakesTheRoom();
+    void withoutATableTheRoomIsLeftFree();
     void theTableIsMadeForBookmarks();
     void theLabelNamesTheRecord_data();
     void theLabelNamesTheRecord();
@@ -134,6 +136,24 @@ void EditRecordDialogTest::itsPartsStandOneBelowTheOther()
     for (int i = 1; i < parts.size(); ++i) {
         QVERIFY(parts[i - 1]->geometry().bottom() < parts[i]->geometry().top());
     }
+}
+
+void EditRecordDialogTest::theTableTakesTheRoom()
+{
+    open(allOptions);
+    const int before = table().height();
+    m_dialog->resize(m_dialog->width(), m_dialog->height() + 300);
+    QTRY_COMPARE_WITH_TIMEOUT(table().height(), before + 300, patience);
+}
+
+void EditRecordDialogTest::withoutATableTheRoomIsLeftFree()
+{
+    open(copyOptions);
+    const auto* const bar = part<QWidget>("ReplayBarWidget");
+    const auto room = [&] { return info()->geometry().top() - bar->geometry().bottom(); };
+    const int before = room();
+    m_dialog->resize(m_dialog->width(), m_dialog->height() + 300);
+    QTRY_COMPARE_WITH_TIMEOUT(room(), before + 300, patience);
 }
 
 void EditRecordDialogTest::theTableIsMadeForBookmarks()

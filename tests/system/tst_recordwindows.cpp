@@ -10,6 +10,7 @@
 #include <zelkoguibase/history/historydialog.h>
 
 #include <QInputMethodEvent>
+#include <QTimer>
 #include <QToolButton>
 
 #include <optional>
@@ -185,6 +186,8 @@ void TestRecordWindows::aBookmarkIsStored()
     auto* const dialog = open<EditRecordDialog>(IZelkoGUIController::UserActionBookmarks, u"EditBookmarksDialog"_s);
     QVERIFY(dialog);
     BookmarkModel& model = *dialog->bookmarkModel();
+    model.setSingleShot([](auto, QObject* context, const auto& call) { QTimer::singleShot(0, context, call); });
+    QVERIFY(m_site->click(IZelkoGUIController::UserActionBookmarks, {record})); // without the usual delay
     QTRY_COMPARE_WITH_TIMEOUT(model.getSynchState(), BookmarkModel::SynchInSync, patience);
     auto& table = *dialog->findChild<QTableView*>(u"BookmarkTableView"_s);
     const QModelIndex cell = model.index(0, BookmarkModel::TextColumn);
