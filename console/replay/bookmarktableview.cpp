@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace ZelkoConsole {
 
@@ -92,7 +93,9 @@ void BookmarkTableView::setBookmarks(BookmarkModel* bookmarks)
 
 void BookmarkTableView::setLocked(bool locked)
 {
-    m_isLocked = locked;
+    if (std::exchange(m_isLocked, locked) == locked) {
+        return;
+    }
     setEditTriggers(locked ? QAbstractItemView::NoEditTriggers : EditTriggers(whileUnlocked));
     look();
 }

@@ -204,6 +204,7 @@ bool ReplayDeck::settleUnsent()
         return send();
     case Answer::Discard:
         m_bookmarks->sl_reset();
+        m_lost.remove(m_shown); // if the connection has gone meanwhile
         return true;
     case Answer::Stay:
         break;
@@ -299,7 +300,7 @@ void ReplayDeck::hold()
 void ReplayDeck::followState(BookmarkModel::enSynchState state)
 {
     const auto before = std::exchange(m_state, state);
-    const bool isOnItsWay = m_isAsking && before == BookmarkModel::SynchPending;
+    const bool isOnItsWay = m_isAsking && before == BookmarkModel::SynchPending && !m_bookmarks->readOnly();
     if (state == BookmarkModel::SynchNoRecord && (before == BookmarkModel::SynchLocalChange || isOnItsWay)) {
         m_lost.insert(m_shown, m_bookmarks->entries());
     }
@@ -457,7 +458,7 @@ void ReplayDeck::showChannel()
 void ReplayDeck::forgetBegin()
 {
     m_begin = {};
-    m_isOwnReplay = false;
+    m_replayed = {};
 }
 
 void ReplayDeck::noteExtent()
@@ -488,14 +489,15 @@ void ReplayDeck::startReplay()
         position->SetValue(m_begin.position(), nullptr);
     }
     model.setReplayRunning();
-    m_isOwnReplay = true;
+    m_replayed = m_shown;
 }
 
-// Where the last one stopped the next one begins; somebody else's is none of this operator's business.
+// Where the last one of the record stopped the next one begins; somebody else's is none of this operator's business.
 void ReplayDeck::replayStopped()
 {
+    const Shown replayed = std::exchange(m_replayed, {});
     const auto& position = m_channel->model()->channelValues()->valueCurrentReplayPosition();
-    if (std::exchange(m_isOwnReplay, false) && position) {
+    if (!replayed.record.isEmpty() && replayed == m_shown && position) {
         noteBegin(position->GetValue());
     }
 }

@@ -157,7 +157,7 @@ private:
     QString m_subSystem;
     Shown m_shown;
     ReplayBegin m_begin;
-    bool m_isOwnReplay = false; // begun here
+    Shown m_replayed; // what was begun here; none any more once it has stopped
     bool m_isAsking = false;
     bool m_isHeld = false; // what is unsent is to be looked at
     ZelkoGUI::BookmarkModel::enSynchState m_state = ZelkoGUI::BookmarkModel::SynchNoRecord;

@@ -63,6 +63,7 @@ private Q_SLOTS:
     void beginsAtTheStartOfARecordThatHasGrown();
     void goesOnWhereItsOwnReplayStopped();
     void takesNoPositionFromTheReplayOfSomebodyElse();
+    void takesNoPositionFromTheReplayOfAnotherRecord();
     void holdsAndEndsAReplay();
     void replaysNothingWithoutARecord();
     void movesThePositionWithTheReplay();
@@ -195,6 +196,20 @@ void TestReplayDeck::takesNoPositionFromTheReplayOfSomebodyElse()
     QTRY_VERIFY_WITH_TIMEOUT(console.deck().controls()->playButton()->isEnabled(), patience);
     click(console.deck().controls()->playButton());
     QCOMPARE(console.channel.position(), DeckConsole::beginOf(2));
+}
+
+void TestReplayDeck::takesNoPositionFromTheReplayOfAnotherRecord()
+{
+    ChannelConsole console(3);
+    choose(console, 2);
+    click(console.deck().controls()->playButton());
+    choose(console, 1);
+    console.channel.setPosition(DeckConsole::beginOf(1) + second); // which record 2 has as well
+    console.channel.setReplay(Replay::Stopped);
+    QTRY_VERIFY_WITH_TIMEOUT(console.deck().controls()->playButton()->isEnabled(), patience);
+    click(console.deck().controls()->playButton());
+    QCOMPARE(console.channel.position(), DeckConsole::beginOf(1));
+    QCOMPARE(console.channel.record(), RecordListSetting::id(1));
 }
 
 void TestReplayDeck::holdsAndEndsAReplay()

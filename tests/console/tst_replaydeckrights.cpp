@@ -83,6 +83,7 @@ private Q_SLOTS:
     void bringsItBackWithTheConnection();
     void bringsItBackToLookAtWithoutTheRight();
     void keepsItWhenTheConnectionGoesBeforeTheAnswer();
+    void discardsItThoughTheConnectionGoesWhileItAsks();
     void forgetsItWithTheRecord();
     void asksBeforeItClosesWhileTheRecordIsAway();
 };
@@ -225,6 +226,21 @@ void TestReplayDeckRights::keepsItWhenTheConnectionGoesBeforeTheAnswer()
     QTRY_COMPARE_WITH_TIMEOUT(console.rows(), 2, patience);
     choose(console, 1);
     QVERIFY(console.isUnsent());
+}
+
+void TestReplayDeckRights::discardsItThoughTheConnectionGoesWhileItAsks()
+{
+    UnsentConsole console;
+    const DialogAnswer answer([&](QWidget* dialog) {
+        console.lose();
+        press(dialog, u"Discard"_s);
+    });
+    clickRecord(console, 0);
+    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
+    console.comeBack(2);
+    QTRY_COMPARE_WITH_TIMEOUT(console.rows(), 2, patience);
+    choose(console, 1);
+    QCOMPARE(console.bookmarks().entryCount(), 0);
 }
 
 void TestReplayDeckRights::forgetsItWithTheRecord()
