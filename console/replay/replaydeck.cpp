@@ -5,6 +5,7 @@
 #include <console/records/recordpane.h>
 #include <console/records/recordsituation.h>
 #include <console/replay/bookmarktableview.h>
+#include <console/replay/currentbookmark.h>
 #include <console/replay/replaycontrols.h>
 #include <console/widgets/toolbutton.h>
 
@@ -357,6 +358,7 @@ void ReplayDeck::makeBar(WorkChannel* beside)
     connect(m_bar.get(), &ReplayBarWidget::si_currentPosChanged, m_bookmarks.get(),
             &BookmarkModel::sl_setNewBookmarkTime);
     connect(&axis(), &VCReplayBar::signalPositionMoved, this, &ReplayDeck::noteBegin);
+    new CurrentBookmark(axis(), *m_table, *m_bookmarks, m_bar.get());
     forgetBegin();
     m_barRow->insertWidget(1, m_bar.get(), 1);
     tabThroughBar();

@@ -148,7 +148,7 @@ void VCReplayBar::SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool 
     }
     SetCurrentMarker(current);
     m_isSettingBookmarks = false;
-    m_announcer->tell();
+    tellCurrent();
     update();
     if (notify) {
         Q_EMIT signalBookmarksChanged();
@@ -280,7 +280,7 @@ void VCReplayBar::markerChanged(int number, bool moved)
     if (m_isSettingBookmarks) {
         return; // they are half the old ones
     }
-    m_announcer->tell();
+    tellCurrent();
     if (!isFlag(number) || !moved) {
         return;
     }
@@ -293,6 +293,15 @@ void VCReplayBar::markerChanged(int number, bool moved)
         position == toMoment(m_grabbed.time) && number == draggedMarker() ? m_grabbed.time : timeticks::whole(position);
     if (number != draggedMarker()) {
         Q_EMIT signalBookmarksChanged();
+    }
+}
+
+void VCReplayBar::tellCurrent()
+{
+    m_announcer->tell();
+    const int current = GetCurrentMarker();
+    if (std::exchange(m_toldCurrent, current) != current) {
+        Q_EMIT signalCurrentMarkerChanged(current);
     }
 }
 

@@ -77,6 +77,9 @@ Q_SIGNALS:
     /// since the epoch.
     void signalPositionMoved(double position);
 
+    /// Another marker is the current one, or that one has another number.
+    void signalCurrentMarkerChanged(int number);
+
 protected:
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -112,6 +115,7 @@ private:
     friend class ReplayBarMenu; // does what users do
 
     void tie(ValueObservingPtr<Value<double>>& value, const QString& path);
+    void tellCurrent();
     void updateRange();
     int bookmarkMarker(std::size_t index) const { return FirstBookmarkMarker + static_cast<int>(index); }
     BookmarkType& bookmarkOf(int number) { return m_bookmarks[static_cast<std::size_t>(number - FirstBookmarkMarker)]; }
@@ -142,6 +146,7 @@ private:
     std::vector<BookmarkType> m_bookmarks;
     std::vector<QString> m_bookmarkPaths; ///< of the values that the markers of the bookmarks are tied to
     BookmarkType m_grabbed;               ///< the bookmark that the mouse holds, as it was when it was grabbed
+    int m_toldCurrent = PositionMarker;   ///< of what it told last
     bool m_allowCreation = false;
     bool m_isSettingBookmarks = false;
 };

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void aBookmarkThatStaysKeepsItsValue();
     void theCurrentBookmarkIsFoundAgain_data();
     void theCurrentBookmarkIsFoundAgain();
+    void tellsWhichMarkerIsTheCurrentOne();
     void aDoubleClickSetsABookmarkWhereItIsAllowed();
     void aDoubleClickOnAMarkerSetsNone();
     void insertSetsABookmarkAtThePosition();
@@ -264,6 +265,24 @@ void VCReplayBarTest::theCurrentBookmarkIsFoundAgain()
     b.bar.SetCurrentMarker(7);
     b.bar.SetBookmarks(bookmarks, false);
     QTEST(b.bar.GetCurrentMarker(), "number");
+}
+
+void VCReplayBarTest::tellsWhichMarkerIsTheCurrentOne()
+{
+    Bar b;
+    b.bar.SetBookmarks(Bar::bookmarks({30, 60}), false);
+    const QSignalSpy told(&b.bar, &VCReplayBar::signalCurrentMarkerChanged);
+    b.press(60);
+    b.release(60);
+    b.bar.SetCurrentMarker(7);
+    b.bar.SetBookmarks(Bar::bookmarks({30, 60, 90}), false);
+    QCOMPARE(told, (QList<QVariantList>{{7}}));
+    b.bar.SetBookmarks(Bar::bookmarks({10, 30, 60}), false);
+    QCOMPARE(told, (QList<QVariantList>{{7}, {8}}));
+    b.key(Qt::Key_Left, Qt::ControlModifier); // past the position, which is at 50
+    QCOMPARE(told, (QList<QVariantList>{{7}, {8}, {1}}));
+    b.bar.SetBookmarks({}, false);
+    QCOMPARE(told.size(), 3);
 }
 
 void VCReplayBarTest::aDoubleClickSetsABookmarkWhereItIsAllowed()

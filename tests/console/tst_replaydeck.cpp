@@ -71,6 +71,7 @@ private Q_SLOTS:
     void setsABookmarkWhereAnotherChannelStands_data();
     void setsABookmarkWhereAnotherChannelStands();
     void setsABookmarkThatTheTableShows();
+    void choosesABookmarkOnTheBarAndInTheTable();
     void keepsTheCurrentBookmarkWhoseTextIsEdited();
     void mirrorsTheBookmarksOnTheTree();
     void letsAViewerChangeNothing();
@@ -313,6 +314,21 @@ void TestReplayDeck::setsABookmarkThatTheTableShows()
     QVERIFY(console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s)->isEnabled());
     click(console.deck().bar()->findChild<QToolButton*>(u"ResetBookmarks"_s));
     QCOMPARE(console.deck().table()->model()->rowCount(), 1);
+}
+
+void TestReplayDeck::choosesABookmarkOnTheBarAndInTheTable()
+{
+    ChannelConsole console(2);
+    bookmark(console, 1);
+    console.deck().showBookmarks(true);
+    BookmarkTableView& table = *console.deck().table();
+    QTRY_COMPARE_WITH_TIMEOUT(table.currentIndex().row(), 0, patience);
+    ReplayBarHands hands(barOf(console));
+    QTest::mouseClick(&barOf(console), Qt::LeftButton, {},
+                      hands.handleAt(static_cast<double>(DeckConsole::beginOf(1))));
+    QCOMPARE(barOf(console).GetCurrentMarker(), VCReplayBar::PositionMarker);
+    operatorhands::clickRow(table, 0);
+    QCOMPARE(barOf(console).GetCurrentMarker(), VCReplayBar::FirstBookmarkMarker);
 }
 
 void TestReplayDeck::keepsTheCurrentBookmarkWhoseTextIsEdited()
