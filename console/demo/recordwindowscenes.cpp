@@ -173,6 +173,7 @@ void paintRecordWindowScenes(ScenePainter& painter)
     paintEdit(painter, 29, "copy-record");
     paintEdit(painter, 255, "edit-record");
     paintEditInUse(painter);
+    paintWaterfallScenes(painter);
 }
 
 } // namespace ZelkoConsole
