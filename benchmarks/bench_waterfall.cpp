@@ -92,6 +92,13 @@ public:
         }
     }
 
+    /// Whether what has been painted by and by is the whole picture.
+    bool isComplete()
+    {
+        const QImage painted = m_view.grab().toImage();
+        return painted == m_view.image();
+    }
+
     void move(int y, Qt::MouseButtons buttons) { send(QEvent::MouseMove, y, Qt::NoButton, buttons); }
     void press(int y) { send(QEvent::MouseButtonPress, y, Qt::LeftButton, Qt::LeftButton); }
     void release(int y) { send(QEvent::MouseButtonRelease, y, Qt::LeftButton, Qt::NoButton); }
@@ -119,6 +126,10 @@ void arrive(benchmark::State& state, quint32 bins)
             watched.turn([&] { watched.view().linesArrived(first, first + batch - 1); });
         }
         watched.settle();
+        if (!watched.isComplete()) {
+            state.SkipWithError("not all lines were painted");
+            break;
+        }
         longest = std::max(longest, watched.longest());
     }
     state.counters["longest_turn_ms"] = longest;

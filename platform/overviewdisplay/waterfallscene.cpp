@@ -16,7 +16,7 @@ namespace SPECTRUM_OVERVIEW {
 namespace {
 
 // What is left of a frame of the screen belongs to others.
-constexpr std::chrono::milliseconds slice(5);
+constexpr std::chrono::milliseconds slice(4);
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double smallestPart = 1e-4; ///< of the frequencies

@@ -29,7 +29,7 @@ OverviewJob::OverviewJob(const DeviceStore& store, const ZELKO_RecordData& recor
     , m_format(spectrumSamples(record.GetDataFormat()))
     , m_samples(QDir(store.recordFolder(record.GetRecordID()))
                     .filePath(ZELKO_XML::sampleFileName(record.GetRecordID(), record.GetDataFormat())),
-                SampleValues(m_format.value_or(SpectrumSamples::IQ16), m_timeline.bytesPerFrame()))
+                m_timeline.bytesPerFrame(), bytesOf(m_format.value_or(SpectrumSamples::IQ16)))
     , m_status(look(wish))
 {}
 
@@ -46,8 +46,7 @@ ServiceStatus OverviewJob::look(const OverviewWish& wish)
     if (!m_format) {
         return ServiceStatus::NotSupported;
     }
-    const auto kind = *m_format == SpectrumSamples::Real16 ? Spectrum::Kind::Real : Spectrum::Kind::Complex;
-    m_spectrum = std::make_unique<Spectrum>(kind, *order, wish.window);
+    m_spectrum = std::make_unique<Spectrum>(*m_format, *order, wish.window);
     if (!m_samples.open()) {
         return ServiceStatus::DamagedRecord;
     }
@@ -98,12 +97,11 @@ bool OverviewJob::makeLine(quint32 line, const std::stop_token& stop)
 
 bool OverviewJob::takeSpectrum(quint64 frame, const std::stop_token& stop)
 {
-    const auto* const values = m_samples.values(offsetOf(frame), m_spectrum->length(), stop);
-    if (values == nullptr) {
-        return false;
+    const char* const samples = m_samples.samples(offsetOf(frame), m_spectrum->length(), stop);
+    if (samples != nullptr) {
+        m_spectrum->add(samples);
     }
-    m_spectrum->add(values);
-    return true;
+    return samples != nullptr;
 }
 
 bool OverviewJob::sendLine(quint32 number, const Send& send)

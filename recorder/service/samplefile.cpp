@@ -6,10 +6,12 @@
 
 namespace ZelkoRecorder {
 
-SampleFile::SampleFile(const QString& path, const SampleValues& format)
-    : m_format(format)
+SampleFile::SampleFile(const QString& path, std::size_t bytesPerFrame, std::size_t bytesPerSample)
+    : m_bytesPerFrame(bytesPerFrame)
+    , m_bytesPerSample(bytesPerSample)
+    , m_framesPerBlock(std::max<std::size_t>(blockSize / bytesPerFrame, 1))
     , m_file(path)
-    , m_block(std::max<std::size_t>(blockSize / format.bytesPerFrame(), 1) * format.bytesPerFrame())
+    , m_block(bytesPerFrame == bytesPerSample ? 0 : m_framesPerBlock * bytesPerFrame)
 {}
 
 bool SampleFile::open()
@@ -21,7 +23,7 @@ bool SampleFile::open()
     return true;
 }
 
-const std::complex<float>* SampleFile::values(quint64 offset, std::size_t count, const std::stop_token& stop)
+const char* SampleFile::samples(quint64 offset, std::size_t count, const std::stop_token& stop)
 {
     goTo(offset);
     while (held() < count) {
@@ -29,38 +31,53 @@ const std::complex<float>* SampleFile::values(quint64 offset, std::size_t count,
             return nullptr;
         }
     }
-    return m_values.data() + m_first;
+    return m_samples.data() + m_first;
 }
 
 // What is held from there on stays.
 void SampleFile::goTo(quint64 offset)
 {
     const quint64 distance = offset - m_offset; // a huge one where it lies before
-    const quint64 frames = distance / m_format.bytesPerFrame();
-    const bool isHeld = frames <= held() && distance % m_format.bytesPerFrame() == 0;
-    m_first = isHeld ? m_first + static_cast<std::size_t>(frames) : m_end;
+    const quint64 frames = distance / m_bytesPerFrame;
+    const bool isHeld = frames <= held() && distance % m_bytesPerFrame == 0;
+    m_first = isHeld ? m_first + static_cast<std::size_t>(frames) * m_bytesPerSample : m_end;
     m_offset = offset;
 }
 
 bool SampleFile::appendBlock()
 {
-    const quint64 offset = m_offset + held() * m_format.bytesPerFrame();
-    const bool isThere = m_file.seek(static_cast<qint64>(offset));
-    const qint64 bytes = isThere ? m_file.read(m_block.data(), static_cast<qint64>(m_block.size())) : 0;
-    const std::size_t frames = bytes > 0 ? static_cast<std::size_t>(bytes) / m_format.bytesPerFrame() : 0;
-    makeRoom(frames);
-    m_format.read(m_block.data(), frames, m_values.data() + m_end);
-    m_end += frames;
+    const quint64 offset = m_offset + held() * m_bytesPerFrame;
+    makeRoom();
+    char* const end = m_samples.data() + m_end;
+    const std::size_t frames = m_block.empty() ? read(offset, end) : readFirstChannel(offset, end);
+    m_end += frames * m_bytesPerSample;
     return frames > 0;
 }
 
-// Behind the values that are held.
-void SampleFile::makeRoom(std::size_t values)
+// For a block behind the samples that are held.
+void SampleFile::makeRoom()
 {
-    std::copy(m_values.data() + m_first, m_values.data() + m_end, m_values.data());
-    m_end = held();
+    std::copy(m_samples.data() + m_first, m_samples.data() + m_end, m_samples.data());
+    m_end -= m_first;
     m_first = 0;
-    m_values.resize(std::max(m_values.size(), m_end + values));
+    m_samples.resize(std::max(m_samples.size(), m_end + m_framesPerBlock * m_bytesPerSample));
+}
+
+// Gives how many frames there were.
+std::size_t SampleFile::read(quint64 offset, char* bytes)
+{
+    const bool isThere = m_file.seek(static_cast<qint64>(offset));
+    const qint64 size = isThere ? m_file.read(bytes, static_cast<qint64>(m_framesPerBlock * m_bytesPerFrame)) : 0;
+    return size > 0 ? static_cast<std::size_t>(size) / m_bytesPerFrame : 0;
+}
+
+std::size_t SampleFile::readFirstChannel(quint64 offset, char* bytes)
+{
+    const std::size_t frames = read(offset, m_block.data());
+    for (std::size_t i = 0; i < frames; ++i) {
+        std::copy_n(m_block.data() + i * m_bytesPerFrame, m_bytesPerSample, bytes + i * m_bytesPerSample);
+    }
+    return frames;
 }
 
 } // namespace ZelkoRecorder

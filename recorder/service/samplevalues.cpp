@@ -11,56 +11,23 @@ using DataFormat = ZELKO_XML::ZELKO_RecordData::DataFormat;
 
 namespace {
 
-float scaled(qint16 number)
-{
-    return static_cast<float>(number) * (1.0F / 32768);
-}
-
-float scaled(qint8 number)
-{
-    return static_cast<float>(number) * (1.0F / 128);
-}
-
-float scaled(float number)
+float finite(float number)
 {
     return std::abs(number) <= std::numeric_limits<float>::max() ? number : 0;
 }
 
-template <typename Number>
-struct ComplexSample
+float finite(int number)
 {
-    static constexpr std::size_t bytes = 2 * sizeof(Number);
-
-    static std::complex<float> read(const char* frame)
-    {
-        return {scaled(qFromLittleEndian<Number>(frame)), scaled(qFromLittleEndian<Number>(frame + sizeof(Number)))};
-    }
-};
-
-template <typename Number>
-struct RealSample
-{
-    static constexpr std::size_t bytes = sizeof(Number);
-
-    static std::complex<float> read(const char* frame) { return {scaled(qFromLittleEndian<Number>(frame)), 0}; }
-};
-
-template <typename Sample>
-void readApart(const char* frames, std::size_t distance, std::size_t count, std::complex<float>* values)
-{
-    for (std::size_t i = 0; i < count; ++i) {
-        values[i] = Sample::read(frames + i * distance);
-    }
+    return static_cast<float>(number);
 }
 
-// A distance that the compiler knows lets it take several samples at once.
-template <typename Sample>
-void readFrames(const char* frames, std::size_t distance, std::size_t count, std::complex<float>* values)
+// So plain that the compiler takes several numbers at once.
+template <typename Number>
+void readNumbers(const char* bytes, const std::vector<float>& weights, float* numbers)
 {
-    if (distance == Sample::bytes) {
-        readApart<Sample>(frames, Sample::bytes, count, values);
-    } else {
-        readApart<Sample>(frames, distance, count, values);
+    const float* const weight = weights.data();
+    for (std::size_t i = 0; i < weights.size(); ++i) {
+        numbers[i] = weight[i] * finite(qFromLittleEndian<Number>(bytes + sizeof(Number) * i));
     }
 }
 
@@ -84,22 +51,49 @@ std::optional<SpectrumSamples> spectrumSamples(DataFormat format)
     }
 }
 
-SampleValues::SampleValues(SpectrumSamples samples, std::size_t bytesPerFrame)
-    : m_samples(samples)
-    , m_bytesPerFrame(bytesPerFrame)
-{}
-
-void SampleValues::read(const char* frames, std::size_t count, std::complex<float>* values) const
+std::size_t bytesOf(SpectrumSamples samples)
 {
-    switch (m_samples) {
+    switch (samples) {
     case SpectrumSamples::IQ16:
-        return readFrames<ComplexSample<qint16>>(frames, m_bytesPerFrame, count, values);
+        return 4;
     case SpectrumSamples::IQ8:
-        return readFrames<ComplexSample<qint8>>(frames, m_bytesPerFrame, count, values);
     case SpectrumSamples::Real16:
-        return readFrames<RealSample<qint16>>(frames, m_bytesPerFrame, count, values);
+        return 2;
     case SpectrumSamples::IQFloat:
-        return readFrames<ComplexSample<float>>(frames, m_bytesPerFrame, count, values);
+        break;
+    }
+    return 8;
+}
+
+std::size_t numbersOf(SpectrumSamples samples)
+{
+    return samples == SpectrumSamples::Real16 ? 1 : 2;
+}
+
+float fullScale(SpectrumSamples samples)
+{
+    switch (samples) {
+    case SpectrumSamples::IQ16:
+    case SpectrumSamples::Real16:
+        return 32768;
+    case SpectrumSamples::IQ8:
+        return 128;
+    case SpectrumSamples::IQFloat:
+        break;
+    }
+    return 1;
+}
+
+void readWeighted(SpectrumSamples samples, const char* bytes, const std::vector<float>& weights, float* numbers)
+{
+    switch (samples) {
+    case SpectrumSamples::IQ16:
+    case SpectrumSamples::Real16:
+        return readNumbers<qint16>(bytes, weights, numbers);
+    case SpectrumSamples::IQ8:
+        return readNumbers<qint8>(bytes, weights, numbers);
+    case SpectrumSamples::IQFloat:
+        return readNumbers<float>(bytes, weights, numbers);
     }
 }
 

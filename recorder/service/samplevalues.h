@@ -2,9 +2,9 @@
 
 #include <zelkobase/data/zelko_recorddata.h>
 
-#include <complex>
 #include <cstddef>
 #include <optional>
+#include <vector>
 
 namespace ZelkoRecorder {
 
@@ -14,21 +14,17 @@ enum class SpectrumSamples { IQ16, IQ8, Real16, IQFloat };
 /// How samples of this format are read; nothing for a format that has no spectrum.
 std::optional<SpectrumSamples> spectrumSamples(ZELKO_XML::ZELKO_RecordData::DataFormat format);
 
-/// Reads samples as numbers, of which the format's greatest is 1. Any thread.
-class SampleValues
-{
-public:
-    /// Samples that stand `bytesPerFrame` apart, the first channel in front.
-    SampleValues(SpectrumSamples samples, std::size_t bytesPerFrame);
+/// Bytes of one sample of one channel.
+std::size_t bytesOf(SpectrumSamples samples);
 
-    std::size_t bytesPerFrame() const { return m_bytesPerFrame; }
+/// How many numbers a sample is: 2, I and Q, or 1.
+std::size_t numbersOf(SpectrumSamples samples);
 
-    /// The first channel of `count` frames. What is no number, or infinite, is 0; real samples have no imaginary part.
-    void read(const char* frames, std::size_t count, std::complex<float>* values) const;
+/// The greatest number of the format.
+float fullScale(SpectrumSamples samples);
 
-private:
-    SpectrumSamples m_samples;
-    std::size_t m_bytesPerFrame;
-};
+/// Reads as many numbers of samples that stand one behind the other as there are weights, and multiplies each with its
+/// weight. What is no number, or infinite, is 0. Any thread.
+void readWeighted(SpectrumSamples samples, const char* bytes, const std::vector<float>& weights, float* numbers);
 
 } // namespace ZelkoRecorder

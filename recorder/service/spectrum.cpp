@@ -46,12 +46,12 @@ std::vector<float> windowOf(SpectrumWindow window, std::size_t length)
     return result;
 }
 
-// As the numbers stand in memory, real and imaginary parts in turn.
-std::vector<float> forBothParts(const std::vector<float>& window)
+// A weight for each number of the samples, which brings the greatest number to 1.
+std::vector<float> weightsFor(SpectrumSamples samples, const std::vector<float>& window)
 {
     std::vector<float> result;
     for (const float weight : window) {
-        result.insert(result.end(), {weight, weight});
+        result.insert(result.end(), numbersOf(samples), weight / fullScale(samples));
     }
     return result;
 }
@@ -84,19 +84,18 @@ std::mutex planMutex; // making plans is the one thing that two threads may not 
 
 struct Spectrum::Private
 {
-    Private(Kind kind, int order, SpectrumWindow shape)
-        : isReal(kind == Kind::Real)
+    Private(SpectrumSamples format, int order, SpectrumWindow shape)
+        : samples(format)
+        , isReal(numbersOf(format) == 1)
         , length(std::size_t{1} << order)
         , step(stepOf(shape, length))
-        , window(forBothParts(windowOf(shape, length)))
-        , seen(fftwf_alloc_complex(length))
+        , weights(weightsFor(format, windowOf(shape, length)))
+        , seen(fftwf_alloc_real(weights.size()))
         , transformed(fftwf_alloc_complex(length))
         , strongest(isReal ? length / 2 : length)
         , result(strongest.size())
-    {
-        const std::lock_guard lock(planMutex);
-        plan = fftwf_plan_dft_1d(static_cast<int>(length), seen, transformed, FFTW_FORWARD, FFTW_ESTIMATE);
-    }
+        , plan(makePlan())
+    {}
     ~Private()
     {
         const std::lock_guard lock(planMutex);
@@ -107,27 +106,29 @@ struct Spectrum::Private
     Private(const Private&) = delete;
     Private& operator=(const Private&) = delete;
 
-    void fill(const float* parts);
+    fftwf_plan makePlan() const;
     void keepStrongest();
 
+    const SpectrumSamples samples;
     const bool isReal;
     const std::size_t length;
     const std::size_t step;
-    const std::vector<float> window;
-    fftwf_complex* const seen; // through the window
+    const std::vector<float> weights;
+    float* const seen; // through the window
     fftwf_complex* const transformed;
-    fftwf_plan plan;
     std::vector<float> strongest; // power of each bin, in the order of the transform
     std::vector<float> result;
+    const fftwf_plan plan;
 };
 
-void Spectrum::Private::fill(const float* parts)
+// Pairs of numbers are complex ones in memory.
+fftwf_plan Spectrum::Private::makePlan() const
 {
-    float* const filled = reinterpret_cast<float*>(seen);
-    const float* const weights = window.data();
-    for (std::size_t i = 0; i < 2 * length; ++i) {
-        filled[i] = weights[i] * parts[i];
-    }
+    const std::lock_guard lock(planMutex);
+    const int count = static_cast<int>(length);
+    return isReal ? fftwf_plan_dft_r2c_1d(count, seen, transformed, FFTW_ESTIMATE)
+                  : fftwf_plan_dft_1d(count, reinterpret_cast<fftwf_complex*>(seen), transformed, FFTW_FORWARD,
+                                      FFTW_ESTIMATE);
 }
 
 // A power that is no number stays out.
@@ -149,8 +150,8 @@ std::optional<int> spectrumOrder(int length)
     return std::countr_zero(static_cast<unsigned>(length));
 }
 
-Spectrum::Spectrum(Kind kind, int order, SpectrumWindow window)
-    : d(std::make_unique<Private>(kind, order, window))
+Spectrum::Spectrum(SpectrumSamples samples, int order, SpectrumWindow window)
+    : d(std::make_unique<Private>(samples, order, window))
 {}
 
 Spectrum::~Spectrum() = default;
@@ -175,9 +176,9 @@ void Spectrum::clear()
     std::fill(d->strongest.begin(), d->strongest.end(), 0.0F);
 }
 
-void Spectrum::add(const std::complex<float>* samples)
+void Spectrum::add(const char* samples)
 {
-    d->fill(reinterpret_cast<const float*>(samples)); // which a complex number may be read as
+    readWeighted(d->samples, samples, d->weights, d->seen);
     fftwf_execute(d->plan);
     d->keepStrongest();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <complex>
+#include <recorder/service/samplevalues.h>
+
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,10 +27,8 @@ public:
     /// Lower than that is not told apart from it, in dB.
     static constexpr float lowestLevel = -200;
 
-    enum class Kind { Complex, Real };
-
     /// Of 2 ^ `order` samples; `order` within the bounds.
-    Spectrum(Kind kind, int order, SpectrumWindow window);
+    Spectrum(SpectrumSamples samples, int order, SpectrumWindow window);
     ~Spectrum();
 
     /// How many samples a spectrum takes.
@@ -45,11 +44,11 @@ public:
     /// Begins anew, with nothing heard at all.
     void clear();
 
-    /// Takes the spectrum of `length()` samples, of which 1 is the greatest.
-    void add(const std::complex<float>* samples);
+    /// Takes the spectrum of `length()` samples, which stand one behind the other.
+    void add(const char* samples);
 
     /// The strongest levels since it was begun, from the lowest frequency to the highest, in dB of the strongest tone
-    /// that there can be; valid until the next call.
+    /// that the format can hold; valid until the next call.
     const std::vector<float>& levels();
 
 private:

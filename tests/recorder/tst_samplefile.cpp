@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t bytesPerFrame = 4;
 constexpr std::size_t frameCount = 100'000; // several blocks, the last of which is not full
 
-// Frame i has the two halves of the number i, which tell frames apart.
+// Each frame is its number.
 QByteArray countingFrames()
 {
     QByteArray bytes(frameCount * bytesPerFrame, '\0');
@@ -22,13 +22,6 @@ QByteArray countingFrames()
         qToLittleEndian(i, bytes.data() + i * bytesPerFrame);
     }
     return bytes;
-}
-
-quint32 frameOf(std::complex<float> value)
-{
-    const auto low = static_cast<quint16>(static_cast<qint16>(value.real() * 32768));
-    const auto high = static_cast<quint16>(static_cast<qint16>(value.imag() * 32768));
-    return low | static_cast<quint32>(high) << 16;
 }
 
 } // namespace
@@ -46,6 +39,7 @@ private Q_SLOTS:
     void readsWhatHasGrown();
     void stopsBeforeTheNextBlock();
     void keepsWhatItHasReadWhenStopped();
+    void takesTheFirstChannelOnly();
     void readsFramesThatAreLargerThanABlock();
     void hasNothingWithoutAFile();
 
@@ -63,21 +57,20 @@ void TestSampleFile::initTestCase()
 
 void TestSampleFile::init()
 {
-    m_file =
-        std::make_unique<SampleFile>(m_folder.filePath("samples"), SampleValues(SpectrumSamples::IQ16, bytesPerFrame));
+    m_file = std::make_unique<SampleFile>(m_folder.filePath("samples"), bytesPerFrame, bytesPerFrame);
     QVERIFY(m_file->open());
     QCOMPARE(m_file->size(), quint64{frameCount * bytesPerFrame});
 }
 
 bool TestSampleFile::hasFrames(std::size_t first, std::size_t count)
 {
-    const auto* const values = m_file->values(first * bytesPerFrame, count);
-    for (std::size_t i = 0; values != nullptr && i < count; ++i) {
-        if (frameOf(values[i]) != first + i) {
+    const char* const samples = m_file->samples(first * bytesPerFrame, count);
+    for (std::size_t i = 0; samples != nullptr && i < count; ++i) {
+        if (qFromLittleEndian<quint32>(samples + i * bytesPerFrame) != first + i) {
             return false;
         }
     }
-    return values != nullptr;
+    return samples != nullptr;
 }
 
 void TestSampleFile::readsWhateverIsAskedFor_data()
@@ -116,7 +109,7 @@ void TestSampleFile::readsWhatHasGrown()
 {
     const QString path = m_folder.filePath("growing");
     QVERIFY(writeBytes(path, countingFrames().left(10 * bytesPerFrame + 3)));
-    m_file = std::make_unique<SampleFile>(path, SampleValues(SpectrumSamples::IQ16, bytesPerFrame));
+    m_file = std::make_unique<SampleFile>(path, bytesPerFrame, bytesPerFrame);
     QVERIFY(m_file->open());
     QVERIFY(hasFrames(0, 10));
     QVERIFY(!hasFrames(0, 11));
@@ -128,17 +121,30 @@ void TestSampleFile::readsWhatHasGrown()
 void TestSampleFile::stopsBeforeTheNextBlock()
 {
     std::stop_source source;
-    QVERIFY(m_file->values(0, 10, source.get_token()) != nullptr);
+    QVERIFY(m_file->samples(0, 10, source.get_token()) != nullptr);
     source.request_stop();
-    QVERIFY(m_file->values(0, frameCount, source.get_token()) == nullptr);
+    QVERIFY(m_file->samples(0, frameCount, source.get_token()) == nullptr);
 }
 
 void TestSampleFile::keepsWhatItHasReadWhenStopped()
 {
     std::stop_source source;
     source.request_stop();
-    QVERIFY(m_file->values(0, 10, source.get_token()) == nullptr);
+    QVERIFY(m_file->samples(0, 10, source.get_token()) == nullptr);
     QVERIFY(hasFrames(0, frameCount));
+}
+
+void TestSampleFile::takesTheFirstChannelOnly()
+{
+    SampleFile file(m_folder.filePath("samples"), 4 * bytesPerFrame, bytesPerFrame);
+    QVERIFY(file.open());
+    for (const std::size_t first : {std::size_t{3}, std::size_t{9'000}, frameCount / 4 - 10'000}) {
+        const char* const samples = file.samples(first * 4 * bytesPerFrame, 10'000);
+        QVERIFY(samples != nullptr);
+        for (std::size_t i = 0; i < 10'000; ++i) {
+            QCOMPARE(std::size_t{qFromLittleEndian<quint32>(samples + i * bytesPerFrame)}, 4 * (first + i));
+        }
+    }
 }
 
 void TestSampleFile::readsFramesThatAreLargerThanABlock()
@@ -149,17 +155,17 @@ void TestSampleFile::readsFramesThatAreLargerThanABlock()
         qToLittleEndian(i, bytes.data() + i * large);
     }
     QVERIFY(writeBytes(m_folder.filePath("large"), bytes));
-    SampleFile file(m_folder.filePath("large"), SampleValues(SpectrumSamples::IQ16, large));
+    SampleFile file(m_folder.filePath("large"), large, bytesPerFrame);
     QVERIFY(file.open());
-    const auto* const values = file.values(large, 2);
-    QVERIFY(values != nullptr);
-    QCOMPARE(frameOf(values[0]), 1U);
-    QCOMPARE(frameOf(values[1]), 2U);
+    const char* const samples = file.samples(large, 2);
+    QVERIFY(samples != nullptr);
+    QCOMPARE(qFromLittleEndian<quint32>(samples), 1U);
+    QCOMPARE(qFromLittleEndian<quint32>(samples + bytesPerFrame), 2U);
 }
 
 void TestSampleFile::hasNothingWithoutAFile()
 {
-    SampleFile file(m_folder.filePath("none"), SampleValues(SpectrumSamples::IQ16, bytesPerFrame));
+    SampleFile file(m_folder.filePath("none"), bytesPerFrame, bytesPerFrame);
     QVERIFY(!file.open());
 }
 

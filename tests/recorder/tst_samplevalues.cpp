@@ -13,82 +13,103 @@ Q_DECLARE_METATYPE(ZelkoRecorder::SpectrumSamples)
 
 namespace {
 
-using Values = std::vector<std::complex<float>>;
+using Numbers = QList<float>;
 
 template <typename Number>
-QByteArray numbers(const QList<Number>& list)
+QByteArray bytes(const QList<Number>& list)
 {
     QByteArray bytes(list.size() * static_cast<qsizetype>(sizeof(Number)), '\0');
     qToLittleEndian<Number>(list.constData(), list.size(), bytes.data());
     return bytes;
 }
 
-} // namespace
+// As many as there are weights.
+Numbers read(SpectrumSamples samples, const char* bytes, const std::vector<float>& weights)
+{
+    Numbers numbers(static_cast<qsizetype>(weights.size()));
+    readWeighted(samples, bytes, weights, numbers.data());
+    return numbers;
+}
 
-Q_DECLARE_METATYPE(Values)
+} // namespace
 
 class TestSampleValues : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsSamples_data();
-    void readsSamples();
-    void takesTheFirstChannelOnly();
-    void readsFramesWhereverTheyBegin();
+    void readsNumbers_data();
+    void readsNumbers();
+    void multipliesEachWithItsWeight();
+    void readsWhereverTheyBegin();
+    void knowsHowSamplesLookLike_data();
+    void knowsHowSamplesLookLike();
     void knowsWhichFormatsHaveASpectrum();
 };
 
-void TestSampleValues::readsSamples_data()
+void TestSampleValues::readsNumbers_data()
 {
     QTest::addColumn<SpectrumSamples>("samples");
-    QTest::addColumn<QByteArray>("frames");
-    QTest::addColumn<Values>("values");
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<Numbers>("numbers");
     using S = SpectrumSamples;
     using Float = std::numeric_limits<float>;
-    QTest::newRow("of 16 bits") << S::IQ16 << numbers<qint16>({16384, -32768, 0, 1})
-                                << Values{{0.5F, -1}, {0, 1 / 32768.0F}};
-    QTest::newRow("of 8 bits") << S::IQ8 << numbers<qint8>({64, -128, 0, 1}) << Values{{0.5F, -1}, {0, 1 / 128.0F}};
-    QTest::newRow("that are real") << S::Real16 << numbers<qint16>({16384, -32768}) << Values{{0.5F, 0}, {-1, 0}};
-    QTest::newRow("with a point") << S::IQFloat << numbers<float>({0.25F, -3, 0, 1e-30F})
-                                  << Values{{0.25F, -3}, {0, 1e-30F}};
-    QTest::newRow("that are no numbers") << S::IQFloat << numbers<float>({Float::quiet_NaN(), 1, Float::infinity(), 2})
-                                         << Values{{0, 1}, {0, 2}};
-    QTest::newRow("that are less than all numbers")
-        << S::IQFloat << numbers<float>({-Float::infinity(), Float::max(), -Float::quiet_NaN(), Float::lowest()})
-        << Values{{0, Float::max()}, {0, Float::lowest()}};
+    QTest::newRow("of 16 bits") << S::IQ16 << bytes<qint16>({16384, -32768, 0, 1}) << Numbers{16384, -32768, 0, 1};
+    QTest::newRow("of 8 bits") << S::IQ8 << bytes<qint8>({64, -128, 0, 1}) << Numbers{64, -128, 0, 1};
+    QTest::newRow("that are real") << S::Real16 << bytes<qint16>({16384, -32768}) << Numbers{16384, -32768};
+    QTest::newRow("with a point") << S::IQFloat << bytes<float>({0.25F, -3, 0, 1e-30F})
+                                  << Numbers{0.25F, -3, 0, 1e-30F};
+    QTest::newRow("that are none") << S::IQFloat << bytes<float>({Float::quiet_NaN(), 1, Float::infinity(), 2})
+                                   << Numbers{0, 1, 0, 2};
+    QTest::newRow("that are less than all")
+        << S::IQFloat << bytes<float>({-Float::infinity(), Float::max()}) << Numbers{0, Float::max()};
 }
 
-// Often enough that a compiler which takes several at once does so.
-void TestSampleValues::readsSamples()
+// Often enough that a compiler which takes several at once does so, and some more.
+void TestSampleValues::readsNumbers()
 {
-    QFETCH(SpectrumSamples, samples);
-    QFETCH(QByteArray, frames);
-    QFETCH(Values, values);
-    constexpr std::size_t times = 11;
-    const auto bytesPerFrame = static_cast<std::size_t>(frames.size()) / values.size();
-    Values read(values.size() * times);
-    SampleValues(samples, bytesPerFrame).read(frames.repeated(times).constData(), read.size(), read.data());
-    for (std::size_t i = 0; i < read.size(); ++i) {
-        QCOMPARE(read[i].real(), values[i % values.size()].real());
-        QCOMPARE(read[i].imag(), values[i % values.size()].imag());
+    QFETCH(const SpectrumSamples, samples);
+    QFETCH(const QByteArray, written);
+    QFETCH(const Numbers, numbers);
+    constexpr qsizetype times = 11;
+    const std::vector<float> weights(static_cast<std::size_t>(numbers.size() * times), 1);
+    const Numbers all = read(samples, written.repeated(times).constData(), weights);
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        QCOMPARE(all.at(i), numbers.at(i % numbers.size()));
     }
 }
 
-void TestSampleValues::takesTheFirstChannelOnly()
+void TestSampleValues::multipliesEachWithItsWeight()
 {
-    const QByteArray frames = numbers<qint16>({16384, 8192, 9, 9, -16384, -8192, 9, 9});
-    Values read(2);
-    SampleValues(SpectrumSamples::IQ16, 8).read(frames.constData(), read.size(), read.data());
-    QVERIFY(read == Values({{0.5F, 0.25F}, {-0.5F, -0.25F}}));
+    const QByteArray written = bytes<qint16>({10, 20, 30, -40});
+    QCOMPARE(read(SpectrumSamples::IQ16, written.constData(), {1, 0.5F, 0, 2}), Numbers({10, 10, 0, -80}));
 }
 
-void TestSampleValues::readsFramesWhereverTheyBegin()
+void TestSampleValues::readsWhereverTheyBegin()
 {
-    const QByteArray frames = "x" + numbers<float>({0.5F, 0.25F, -1, -2});
-    Values read(2);
-    SampleValues(SpectrumSamples::IQFloat, 8).read(frames.constData() + 1, read.size(), read.data());
-    QVERIFY(read == Values({{0.5F, 0.25F}, {-1, -2}}));
+    const QByteArray written = "x" + bytes<float>({0.5F, 0.25F, -1, -2});
+    QCOMPARE(read(SpectrumSamples::IQFloat, written.constData() + 1, {1, 1, 1, 1}), Numbers({0.5F, 0.25F, -1, -2}));
+}
+
+void TestSampleValues::knowsHowSamplesLookLike_data()
+{
+    QTest::addColumn<SpectrumSamples>("samples");
+    QTest::addColumn<std::size_t>("bytes");
+    QTest::addColumn<std::size_t>("numbers");
+    QTest::addColumn<float>("greatest");
+    using S = SpectrumSamples;
+    QTest::newRow("IQ of 16 bits") << S::IQ16 << std::size_t{4} << std::size_t{2} << 32768.0F;
+    QTest::newRow("IQ of 8 bits") << S::IQ8 << std::size_t{2} << std::size_t{2} << 128.0F;
+    QTest::newRow("real ones of 16 bits") << S::Real16 << std::size_t{2} << std::size_t{1} << 32768.0F;
+    QTest::newRow("IQ with a point") << S::IQFloat << std::size_t{8} << std::size_t{2} << 1.0F;
+}
+
+void TestSampleValues::knowsHowSamplesLookLike()
+{
+    QFETCH(const SpectrumSamples, samples);
+    QTEST(bytesOf(samples), "bytes");
+    QTEST(numbersOf(samples), "numbers");
+    QTEST(fullScale(samples), "greatest");
 }
 
 void TestSampleValues::knowsWhichFormatsHaveASpectrum()

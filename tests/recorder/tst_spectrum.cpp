@@ -1,4 +1,3 @@
-#include <recorder/service/samplevalues.h>
 #include <recorder/service/spectrum.h>
 
 #include <QByteArray>
@@ -55,6 +54,17 @@ Values burst(std::size_t count, std::size_t first, std::size_t duration)
     return values;
 }
 
+// As samples with a point, which may be any numbers.
+const char* samplesOf(const Values& values)
+{
+    return reinterpret_cast<const char*>(values.data());
+}
+
+Spectrum spectrumThrough(SpectrumWindow window)
+{
+    return Spectrum(SpectrumSamples::IQFloat, order, window);
+}
+
 std::size_t strongest(const std::vector<float>& levels)
 {
     return static_cast<std::size_t>(std::max_element(levels.begin(), levels.end()) - levels.begin());
@@ -108,14 +118,10 @@ void TestSpectrum::findsATone()
     QFETCH(int, bin);
     QFETCH(int, expected);
     const QByteArray frames = tone(samples, bin, 0.1);
-    const SampleValues format(samples, static_cast<std::size_t>(frames.size()) / length);
-    Values values(length);
-    format.read(frames.constData(), length, values.data());
-    Spectrum spectrum(samples == SpectrumSamples::Real16 ? Spectrum::Kind::Real : Spectrum::Kind::Complex, order,
-                      window);
+    Spectrum spectrum(samples, order, window);
     QCOMPARE(spectrum.length(), length);
     spectrum.clear();
-    spectrum.add(values.data());
+    spectrum.add(frames.constData());
     const auto& levels = spectrum.levels();
     QCOMPARE(levels.size(), samples == SpectrumSamples::Real16 ? length / 2 : length);
     QCOMPARE(levels.size(), spectrum.bins());
@@ -128,21 +134,21 @@ void TestSpectrum::findsATone()
 
 void TestSpectrum::seesSilence()
 {
-    Spectrum spectrum(Spectrum::Kind::Complex, order, SpectrumWindow::Hann);
+    Spectrum spectrum = spectrumThrough(SpectrumWindow::Hann);
     const auto isSilent = [&] {
         const auto& levels = spectrum.levels();
         return std::all_of(levels.begin(), levels.end(), [](float level) { return level == Spectrum::lowestLevel; });
     };
     spectrum.clear();
     QVERIFY(isSilent());
-    spectrum.add(Values(length).data());
+    spectrum.add(samplesOf(Values(length)));
     QVERIFY(isSilent());
 }
 
 void TestSpectrum::keepsTheStrongestOfEachBin()
 {
     constexpr std::size_t half = length / 2;
-    Spectrum spectrum(Spectrum::Kind::Complex, order, SpectrumWindow::Rectangular);
+    Spectrum spectrum = spectrumThrough(SpectrumWindow::Rectangular);
     Values quiet = burst(length, 0, length);
     for (auto& value : quiet) {
         value *= 0.1F;
@@ -150,12 +156,12 @@ void TestSpectrum::keepsTheStrongestOfEachBin()
     const Values constant(length, 0.01F);
     spectrum.clear();
     for (const Values& values : {quiet, burst(length, 0, length), quiet, constant}) {
-        spectrum.add(values.data());
+        spectrum.add(samplesOf(values));
     }
     QVERIFY(std::abs(spectrum.levels()[half + 20]) < 0.1F);
     QVERIFY(std::abs(spectrum.levels()[half] + 40) < 0.1F);
     spectrum.clear(); // whatever was heard before is forgotten
-    spectrum.add(constant.data());
+    spectrum.add(samplesOf(constant));
     QVERIFY(spectrum.levels()[half + 20] < -100);
     QVERIFY(std::abs(spectrum.levels()[half] + 40) < 0.1F);
 }
@@ -163,12 +169,12 @@ void TestSpectrum::keepsTheStrongestOfEachBin()
 // Numbers whose squares no number can hold.
 void TestSpectrum::overlooksPowersThatAreNone()
 {
-    Spectrum spectrum(Spectrum::Kind::Complex, order, SpectrumWindow::Hann);
+    Spectrum spectrum = spectrumThrough(SpectrumWindow::Hann);
     Values huge(length, std::numeric_limits<float>::max());
     huge[7] = -std::numeric_limits<float>::max();
     spectrum.clear();
-    spectrum.add(huge.data());
-    spectrum.add(burst(length, 0, length).data());
+    spectrum.add(samplesOf(huge));
+    spectrum.add(samplesOf(burst(length, 0, length)));
     for (const float level : spectrum.levels()) {
         QVERIFY(!std::isnan(level));
     }
@@ -189,12 +195,12 @@ void TestSpectrum::seesShortBurstsWhereverTheyAre()
 {
     QFETCH(SpectrumWindow, window);
     constexpr std::size_t count = 4 * length;
-    Spectrum spectrum(Spectrum::Kind::Complex, order, window);
+    Spectrum spectrum = spectrumThrough(window);
     for (std::size_t first = length; first < 2 * length; first += length / 16) {
         const Values values = burst(count, first, length / 4);
         spectrum.clear();
         for (std::size_t at = 0; at + length <= count; at += spectrum.step()) {
-            spectrum.add(values.data() + at);
+            spectrum.add(samplesOf(values) + at * sizeof(values[0]));
         }
         const float level = spectrum.levels()[length / 2 + 20];
         QVERIFY2(level > -27, qPrintable(QStringLiteral("%1 dB at %2").arg(level).arg(first)));
