@@ -13,16 +13,14 @@ namespace names = zelko::names;
 ServedChannels::ServedChannels(const QString& subSystem, QObject* parent)
     : QObject(parent)
     , m_root(ZelkoCommon::ZelkoConfiguration::MakeRootPath(subSystem))
-    , m_observer([this](TChangeCode) { m_soon.start(); })
+    , m_soon([this] {
+        look();
+        Q_EMIT changed();
+    })
+    , m_observer([this](TChangeCode) { m_soon.ask(); })
     , m_recorder(&m_observer)
     , m_node(&m_observer)
 {
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(0);
-    connect(&m_soon, &QTimer::timeout, this, [this] {
-        look();
-        Q_EMIT changed();
-    });
     look();
 }
 
@@ -37,7 +35,7 @@ const ServedChannels::Channel* ServedChannels::find(const QString& id) const
 
 void ServedChannels::lookSoon()
 {
-    m_soon.start();
+    m_soon.ask();
 }
 
 void ServedChannels::look()

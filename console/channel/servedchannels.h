@@ -1,5 +1,6 @@
 #pragma once
 
+#include <console/soon.h>
 #include <console/treeobserver.h>
 
 #include <valuecore/nodeptr.h>
@@ -8,7 +9,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 #include <vector>
@@ -65,7 +65,7 @@ private:
     void watch(const QString& id);
 
     const QString m_root;
-    QTimer m_soon;
+    Soon m_soon;
     TreeObserver m_observer;
     NodeObservingPtr m_recorder; // the node that gets that of the channels with the first of them
     NodeObservingPtr m_node;

@@ -59,7 +59,7 @@ WorkChannel::WorkChannel(const QString& subSystem, const Connection& connection,
     , m_id(channelIdValue(m_local))
     , m_mayUse(mayChangeAnything())
     , m_model(std::make_unique<ZelkoGUI::ZelkoChannelModel>(m_local, m_id->GetPathName(), m_connection))
-    , m_stateObserver([this](TChangeCode) { m_soon.start(); })
+    , m_stateObserver([this](TChangeCode) { m_soon.ask(); })
     , m_positionObserver([this](TChangeCode) { mirrorPosition(); })
     , m_recording(&m_stateObserver)
     , m_replay(&m_stateObserver)
@@ -71,9 +71,6 @@ WorkChannel::WorkChannel(const QString& subSystem, const Connection& connection,
     , m_fileSize(&m_stateObserver)
     , m_position(&m_positionObserver)
 {
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(0);
-    connect(&m_soon, &QTimer::timeout, this, &WorkChannel::changed);
     connect(&m_served, &ServedChannels::changed, this, &WorkChannel::look);
     for (const auto signal :
          {&AbstractServerConnectionData::si_allTicsConnected, &AbstractServerConnectionData::si_allTicsDisconnected}) {
@@ -103,7 +100,7 @@ void WorkChannel::choose(const QString& id)
     if (m_id) {
         m_id->SetValue(id, nullptr);
     }
-    m_soon.start();
+    m_soon.ask();
 }
 
 // What is lost with its connection is told as that by the model.
@@ -155,7 +152,7 @@ void WorkChannel::observe()
     follow(m_fileSize, values.valueFileSizeInKB());
     follow(m_position, values.valueCurrentReplayPosition());
     mirrorPosition();
-    m_soon.start();
+    m_soon.ask();
 }
 
 void WorkChannel::mirrorPosition()
@@ -172,7 +169,7 @@ void WorkChannel::rightsChanged()
         m_model->setChannelId(QString(), QString());
         look();
     }
-    m_soon.start();
+    m_soon.ask();
 }
 
 ChannelSituation WorkChannel::situation() const

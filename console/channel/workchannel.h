@@ -2,6 +2,7 @@
 
 #include <console/channel/channelsituation.h>
 #include <console/channel/servedchannels.h>
+#include <console/soon.h>
 
 #include <zelkobase/state/localzelkovalues.h>
 
@@ -78,7 +79,7 @@ private:
     QString m_name; // of the channel when it was last seen
     bool m_mayUse;
     std::unique_ptr<ZelkoGUI::ZelkoChannelModel> m_model;
-    QTimer m_soon;
+    Soon m_soon{[this] { Q_EMIT changed(); }};
     TreeObserver m_stateObserver;
     TreeObserver m_positionObserver;
     ValueObservingPtr<ValueSelection> m_recording;

@@ -11,13 +11,9 @@ namespace ZelkoConsole {
 DeviceListModel::SubSystem::SubSystem(DeviceListModel* model, const QString& subSystemName)
     : name(subSystemName)
     , m_model(model)
-    , m_observer([this](TChangeCode) { m_soon.start(); })
+    , m_observer([this](TChangeCode) { m_soon.ask(); })
     , m_node(&m_observer)
-{
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(0);
-    QObject::connect(&m_soon, &QTimer::timeout, model, [this] { readTree(); });
-}
+{}
 
 void DeviceListModel::SubSystem::setStatus(const SubSystemStatus& newStatus)
 {

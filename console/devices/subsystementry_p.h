@@ -1,13 +1,12 @@
 #pragma once
 
 #include <console/devices/devicelistmodel.h>
+#include <console/soon.h>
 #include <console/treeobserver.h>
 
 #include <valuecore/nodeptr.h>
 #include <valuecore/valueptr.h>
 #include <valuecore/valuetypes.h>
-
-#include <QTimer>
 
 namespace ZelkoConsole {
 
@@ -48,7 +47,7 @@ private:
     bool has(const QString& device) const;
 
     DeviceListModel* const m_model;
-    QTimer m_soon;
+    Soon m_soon{[this] { readTree(); }};
     TreeObserver m_observer;
     NodeObservingPtr m_node;
 };

@@ -28,9 +28,6 @@ WorkDevice::WorkDevice(const std::shared_ptr<ZelkoCommon::AbstractServerConnecti
     setStatusTip(tr("The device that this workstation records and replays on."));
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->addWidget(m_label);
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(0);
-    connect(&m_soon, &QTimer::timeout, this, &WorkDevice::updateVisible);
     updateVisible();
 }
 
@@ -64,8 +61,9 @@ DeviceCombo* WorkDevice::makeCombo()
     m_label->setBuddy(combo);
     connect(combo, &QComboBox::activated, this,
             [this] { Q_EMIT chosen(m_combo->GetSelectedSubsystem(), m_combo->GetSelectedDevice()); });
-    connect(combo->model(), &QAbstractItemModel::rowsInserted, &m_soon, qOverload<>(&QTimer::start));
-    connect(combo->model(), &QAbstractItemModel::rowsRemoved, &m_soon, qOverload<>(&QTimer::start));
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(combo->model(), signal, this, [this] { m_soon.ask(); });
+    }
     return combo;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <console/soon.h>
+
 #include <QString>
-#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -53,7 +54,7 @@ private:
     QString m_subSystem;
     bool m_isRecording = false;
     bool m_isReplaying = false;
-    QTimer m_soon;
+    Soon m_soon{[this] { updateVisible(); }};
     QHBoxLayout* m_layout;
     QLabel* m_label;
     ZelkoCommon::DeviceCombo* m_combo = nullptr;

@@ -84,9 +84,6 @@ void RecordActions::fillMenu()
 // An action that stays off may do so for another reason than before, so its own signal is not enough.
 void RecordActions::followController()
 {
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(0);
-    connect(&m_soon, &QTimer::timeout, this, &RecordActions::update);
     for (const QAction* const action : m_controller->recordActions()) {
         connect(action, &QAction::changed, this, &RecordActions::lookSoon);
     }
@@ -101,7 +98,7 @@ void RecordActions::followController()
 
 void RecordActions::lookSoon()
 {
-    m_soon.start();
+    m_soon.ask();
 }
 
 // The progress is told when a connection is lost too, but more often for other reasons.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <zelkoguibase/controller/izelkoguicontroller.h>
+#include <console/soon.h>
 
-#include <QTimer>
+#include <zelkoguibase/controller/izelkoguicontroller.h>
 
 class QMenu;
 
@@ -55,7 +55,7 @@ private:
     QAction* m_synchronizeList;
     QAction* m_synchronizeRecord;
     bool m_isConnected = false; // at the last look
-    QTimer m_soon;
+    Soon m_soon{[this] { update(); }};
 };
 
 } // namespace ZelkoConsole

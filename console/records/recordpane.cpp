@@ -1,6 +1,7 @@
 #include <console/records/recordpane.h>
 
 #include <console/devices/workdevice.h>
+#include <console/records/consolecontroller.h>
 #include <console/records/devicerecords.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordtable.h>
@@ -38,8 +39,7 @@ ZelkoServerGUIController* makeController(const std::shared_ptr<AbstractServerCon
                                          ActiveDeviceControl* activeDevice)
 {
     const auto handler = std::make_shared<ZelkoGUI::ZelkoGuiToServerCorbaHandler>(connection);
-    return new ZelkoServerGUIController(handler, activeDevice, QStringLiteral("console"), RecordActions::offered(),
-                                        nullptr);
+    return new ConsoleController(handler, activeDevice, QStringLiteral("console"), RecordActions::offered(), nullptr);
 }
 
 QString listName()

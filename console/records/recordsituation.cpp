@@ -20,7 +20,7 @@ bool isAllowed(Controller::enUserAction action)
         return UserRights::DeleteRecordsAllowed();
     case Controller::UserActionReset:
         return UserRights::ResetRecordAllowed();
-    case Controller::UserActionRename: // which the library leaves to the recorder to refuse
+    case Controller::UserActionRename: // of which the library knows no right
         return mayChangeAnything();
     default:
         return true;

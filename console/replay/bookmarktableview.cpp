@@ -22,6 +22,9 @@ constexpr int shownRows = 4;
 constexpr int shownCharacters = 46;
 constexpr int fewestCharacters = 30;
 
+constexpr auto whileUnlocked =
+    QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed;
+
 } // namespace
 
 BookmarkTableView::BookmarkTableView(QWidget* parent)
@@ -42,8 +45,7 @@ void BookmarkTableView::arrange()
 {
     RoomyStyle::apply(this);
     setItemDelegateForColumn(BookmarkModel::TimeColumn, new ZelkoGUI::BookmarkEditTimeDelegate(this));
-    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
-                    QAbstractItemView::AnyKeyPressed);
+    setEditTriggers(whileUnlocked);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setTabKeyNavigation(false); // Tab goes on to the next part of the window
     setShowGrid(false);
@@ -88,6 +90,13 @@ void BookmarkTableView::setBookmarks(BookmarkModel* bookmarks)
     look();
 }
 
+void BookmarkTableView::setLocked(bool locked)
+{
+    m_isLocked = locked;
+    setEditTriggers(locked ? QAbstractItemView::NoEditTriggers : EditTriggers(whileUnlocked));
+    look();
+}
+
 void BookmarkTableView::commitEdit()
 {
     QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
@@ -102,19 +111,17 @@ QString BookmarkTableView::note() const
     return m_note->isHidden() ? QString() : m_note->text();
 }
 
+// A list that can be edited offers to add a bookmark behind the last one.
 bool BookmarkTableView::isEditable() const
 {
-    if (!m_bookmarks) {
-        return false;
-    }
-    const auto state = m_bookmarks->getSynchState();
-    return state != BookmarkModel::SynchNoRecord && state != BookmarkModel::SynchPending;
+    return m_bookmarks && !m_isLocked &&
+           m_bookmarks->headerData(m_bookmarks->entryCount(), Qt::Vertical, Qt::ToolTipRole).isValid();
 }
 
 // The header offers to add and to take away, which makes no sense where nobody can.
 void BookmarkTableView::look()
 {
-    verticalHeader()->setVisible(m_bookmarks && !m_bookmarks->readOnly() &&
+    verticalHeader()->setVisible(m_bookmarks && !m_isLocked && !m_bookmarks->readOnly() &&
                                  m_bookmarks->getSynchState() != BookmarkModel::SynchNoRecord);
     const QString text = noteNow();
     m_note->setText(text);

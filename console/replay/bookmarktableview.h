@@ -26,6 +26,9 @@ public:
     /// Null for none. Not owned, and may go first.
     void setBookmarks(ZelkoGUI::BookmarkModel* bookmarks);
 
+    /// Has the bookmarks looked at only, whatever the model allows; not at first.
+    void setLocked(bool locked);
+
     /// Takes over what is being typed, as if the user were done with it.
     void commitEdit();
 
@@ -53,6 +56,7 @@ private:
     bool isAddRow(const QModelIndex& index) const;
     bool isEditable() const;
 
+    bool m_isLocked = false;
     QPointer<ZelkoGUI::BookmarkModel> m_bookmarks;
     guiHelper::ViewportNote* m_note;
 };

@@ -1,6 +1,7 @@
 #include <console/replay/replaycontrols.h>
 
 #include <console/channel/workchannel.h>
+#include <console/widgets/toolbutton.h>
 #include <console/widgets/usable.h>
 
 #include <zelkoguibase/state/zelkochannelmodel.h>
@@ -10,35 +11,15 @@
 
 namespace ZelkoConsole {
 
-namespace {
-
-QToolButton* makeButton(const char* objectName, Glyph glyph)
-{
-    auto* const button = new QToolButton;
-    button->setObjectName(QLatin1String(objectName));
-    button->setIcon(glyphIcon(glyph));
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::StrongFocus);
-    return button;
-}
-
-void name(QToolButton& button, const QString& text)
-{
-    button.setToolTip(text);
-    button.setAccessibleName(text);
-}
-
-} // namespace
-
 ReplayControls::ReplayControls(QWidget* parent)
     : QWidget(parent)
-    , m_play(makeButton("startReplay", Glyph::Play))
-    , m_pause(makeButton("pauseReplay", Glyph::Pause))
-    , m_stop(makeButton("stopReplay", Glyph::Stop))
+    , m_play(makeToolButton("startReplay", glyphIcon(Glyph::Play)))
+    , m_pause(makeToolButton("pauseReplay", glyphIcon(Glyph::Pause)))
+    , m_stop(makeToolButton("stopReplay", glyphIcon(Glyph::Stop)))
 {
     setObjectName(QStringLiteral("replayControls"));
-    name(*m_pause, tr("Pause the replay"));
-    name(*m_stop, tr("Stop the replay"));
+    nameToolButton(m_pause, tr("Pause the replay"));
+    nameToolButton(m_stop, tr("Stop the replay"));
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
@@ -86,11 +67,11 @@ void ReplayControls::update()
 {
     const ChannelSituation situation = m_channel ? m_channel->situation() : ChannelSituation();
     const bool goesOn = situation.isReplayHeld();
-    name(*m_play, goesOn ? tr("Continue the replay") : tr("Replay the record"));
+    nameToolButton(m_play, goesOn ? tr("Continue the replay") : tr("Replay the record"));
     setUsable(
         {{m_pause, tr("Holds the replay where it is."), whyNoPause(situation)},
          {m_play,
-          goesOn ? tr("Has the replay go on.") : tr("Replays the record from the position on the bar below the list."),
+          goesOn ? tr("Has the replay go on.") : tr("Replays the record from where you put the position on the bar."),
           whyNoReplay(situation, m_selected)},
          {m_stop, tr("Ends the replay."), whyNoReplayStop(situation)}});
     setVisible(m_channel && m_channel->isOffered());

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <console/channel/workchannel.h>
+#include <console/replay/bookmarkdelivery.h>
+#include <console/replay/replaybegin.h>
+#include <console/soon.h>
 
+#include <QHash>
 #include <QPointer>
-#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -11,6 +14,7 @@
 class QHBoxLayout;
 class QSettings;
 class QToolButton;
+class VCReplayBar;
 
 namespace ZelkoGUI {
 class BookmarkModel;
@@ -28,6 +32,10 @@ class ReplayControls;
 /// What stands under a record list: the record that is selected there on a replay bar, with its bookmarks to edit,
 /// beside the channel that the workstation records and replays on. Where the recorder serves no channel the bar stands
 /// by itself. Bookmarks go out through the controller of the list; their table can be folded away.
+///
+/// Bookmarks that were changed and not sent are not lost by what a recorder does. Where it takes from the user the
+/// right to send them, they stay on show, to be looked at, until he discards them or has the right again; where its
+/// connection goes, they are there again with their record.
 class ReplayDeck : public QWidget
 {
     Q_OBJECT
@@ -40,11 +48,21 @@ public:
     ReplayDeck(const WorkChannel::Connection& connection, RecordPane* records, QWidget* parent = nullptr);
     ~ReplayDeck() override;
 
-    /// Where bookmarks were changed and not sent, asks whether they are to be; blocks as long as the user takes. What
-    /// is being typed counts as changed. To be called before the records that are shown go, or the user who may send
-    /// them. Where only the selection changes, that is asked without it. False: all is to stay as it is, because the
-    /// user wants that, they could not be sent, or he is being asked already.
-    bool settleBookmarks();
+    /// What goes when bookmarks are to be settled.
+    enum class Leaving {
+        Record, ///< that is shown; where only the selection changes, that is settled without being asked for
+        User,   ///< who may send them; what he may not send any more waits for one who may
+        Console
+    };
+
+    /// Where bookmarks were changed and not sent, asks whether they are to be, and waits for the recorder to take them;
+    /// blocks as long as the user and the recorder take, with an event loop. What is being typed counts as changed.
+    /// False: all is to stay as it is, because the user wants that, the recorder has not taken them, or he is being
+    /// asked already.
+    bool settleBookmarks(Leaving leaving = Leaving::Record);
+
+    /// How long the recorder may take for that.
+    void setSendLimit(std::chrono::milliseconds limit) { m_sendLimit = limit; }
 
     /// Whether the user is being asked. What is shown is not to be changed meanwhile.
     bool isAsking() const { return m_isAsking; }
@@ -91,33 +109,61 @@ private:
         QString subSystem;
 
         bool operator==(const Shown&) const = default;
+        friend size_t qHash(const Shown& shown, size_t seed = 0)
+        {
+            return qHashMulti(seed, shown.record, shown.device, shown.subSystem);
+        }
     };
+
+    enum class Answer { Send, Discard, Stay };
 
     void arrange();
     void connectParts();
     void followRecords();
     void look();
     bool isUnsent() const;
-    bool ask();
+    bool mayEdit() const;
+    bool settleUnsent();
+    bool settleLost();
+    Answer ask(const QString& text, const QString& more, bool canSend);
     bool send();
     void updateBar();
+    void hold();
+    void followState(ZelkoGUI::BookmarkModel::enSynchState state);
+    bool hasLost(const Shown& shown) const;
+    void restoreLost();
+    void forgetGone();
     void makeBookmarks();
     void makeBar(WorkChannel* beside);
     void tabThroughBar();
     void followChannel(WorkChannel& channel);
     Shown selected() const;
+    bool isInList(const Shown& shown) const;
     void showSelected();
     void showChannel();
     void takeUpPosition();
+    void bringPositionIntoRecord();
+    void noteCursor();
+    VCReplayBar& axis() const;
+    void forgetBegin();
+    void noteExtent();
+    void noteBegin(double position);
     void startReplay();
+    void replayStopped();
 
     const WorkChannel::Connection m_connection;
     RecordPane& m_records;
     const QPointer<ZelkoGUI::ZelkoServerGUIController> m_controller;
     QString m_subSystem;
     Shown m_shown;
+    ReplayBegin m_begin;
+    bool m_isOwnReplay = false; // begun here
     bool m_isAsking = false;
-    QTimer m_soon;
+    bool m_isHeld = false; // what is unsent is to be looked at
+    ZelkoGUI::BookmarkModel::enSynchState m_state = ZelkoGUI::BookmarkModel::SynchNoRecord;
+    QHash<Shown, ZelkoGUI::BookmarkModel::Entries> m_lost; // were unsent, and went with their connection
+    std::chrono::milliseconds m_sendLimit = BookmarkDelivery::DefaultLimit;
+    Soon m_soon{[this] { look(); }};
     std::unique_ptr<WorkChannel> m_channel;
     WorkChannel* m_beside = nullptr; // the channel that the bar was made for
     std::unique_ptr<ZelkoGUI::BookmarkModel> m_bookmarks;

@@ -73,7 +73,7 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
     , m_splitter(new QSplitter(Qt::Horizontal))
     , m_badge(new ConnectionBadge)
     , m_userMenu(new UserMenu(
-          user, [this] { return m_replay->settleBookmarks(); }, this))
+          user, [this] { return m_replay->settleBookmarks(ReplayDeck::Leaving::User); }, this))
     , m_messages(std::make_unique<UserMessages>(this))
 {
     setObjectName(QStringLiteral("consoleWindow"));
@@ -267,7 +267,7 @@ void ConsoleWindow::restorePlaces()
 
 void ConsoleWindow::closeEvent(QCloseEvent* event)
 {
-    if (!m_replay->settleBookmarks()) {
+    if (!m_replay->settleBookmarks(ReplayDeck::Leaving::Console)) {
         event->ignore();
         return;
     }

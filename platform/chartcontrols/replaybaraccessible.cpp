@@ -4,6 +4,8 @@
 
 #include <QKeySequence>
 
+#include <cmath>
+
 namespace {
 
 QAccessibleInterface* createFor(const QString&, QObject* object)
@@ -70,9 +72,14 @@ QVariant ReplayBarAccessible::minimumStepSize() const
     return 1.0;
 }
 
+// From another program, which may ask for anything.
 void ReplayBarAccessible::setCurrentValue(const QVariant& value)
 {
-    bar().moveTo(bar().GetCurrentMarker(), value.toDouble());
+    bool isNumber = false;
+    const double position = value.toDouble(&isNumber);
+    if (isNumber && std::isfinite(position) && bar().isEnabled()) {
+        bar().moveTo(bar().GetCurrentMarker(), position);
+    }
 }
 
 QStringList ReplayBarAccessible::actionNames() const

@@ -183,8 +183,21 @@ int VCReplayBar::currentAmong(const std::vector<BookmarkType>& bookmarks) const
         return number;
     }
     const auto found = std::find(bookmarks.begin(), bookmarks.end(), m_bookmarks[index]);
-    return found == bookmarks.end() ? PositionMarker
-                                    : bookmarkMarker(static_cast<std::size_t>(found - bookmarks.begin()));
+    if (found != bookmarks.end()) {
+        return bookmarkMarker(static_cast<std::size_t>(found - bookmarks.begin()));
+    }
+    return isEdited(index, bookmarks) ? number : PositionMarker;
+}
+
+// A table edits one of the two at a time. Bookmarks of the same text are found in other recordings too, at other times.
+bool VCReplayBar::isEdited(std::size_t index, const std::vector<BookmarkType>& bookmarks) const
+{
+    if (bookmarks.size() != m_bookmarks.size()) {
+        return false;
+    }
+    const auto& [time, text] = bookmarks[index];
+    const bool isInRecording = toMoment(time) >= axisStart() && toMoment(time) <= axisStop();
+    return time == m_bookmarks[index].time || (text == m_bookmarks[index].text && isInRecording);
 }
 
 // What stays keeps its marker and its value, so that an editor that is open on it stays tied to it.
@@ -279,6 +292,13 @@ void VCReplayBar::markerChanged(int number, bool moved)
         position == toMoment(m_grabbed.time) && number == draggedMarker() ? m_grabbed.time : timeticks::whole(position);
     if (number != draggedMarker()) {
         Q_EMIT signalBookmarksChanged();
+    }
+}
+
+void VCReplayBar::markerMovedByUser(int number, double position)
+{
+    if (number == PositionMarker) {
+        Q_EMIT signalPositionMoved(position);
     }
 }
 

@@ -51,7 +51,8 @@ public:
 
     /// Replaces the bookmarks. With `notify` it is told as if a user had done it. A bookmark that the mouse holds is
     /// let go of, unless the same one, where it is now or was grabbed, stands in its place. The current bookmark stays
-    /// the current one, whatever its number becomes; if it is gone, the position is.
+    /// the current one, whatever its number becomes; if it is gone, the position is. In a list as long as before it is
+    /// not gone where in its place only the text is another, or only the time, within the recording.
     void SetBookmarks(const std::vector<BookmarkType>& bookmarks, bool notify);
 
     /// As they stand on the bar, in the order in which they were set.
@@ -71,6 +72,10 @@ public:
 Q_SIGNALS:
     /// A user has set, moved or taken away a bookmark; of a drag, once it has ended in another place.
     void signalBookmarksChanged();
+
+    /// A user has moved the position, as opposed to whoever else writes its value; of a drag, each time. Microseconds
+    /// since the epoch.
+    void signalPositionMoved(double position);
 
 protected:
     bool event(QEvent* event) override;
@@ -97,6 +102,7 @@ protected:
     double keyStep(double least) const override;
     double roundedPosition(double position) const override;
     void markerChanged(int number, bool moved) override;
+    void markerMovedByUser(int number, double position) override;
     void markerDropped(int number) override;
 
     /// What is read of the current marker beside the dates, the longest text first; empty where it is not shown.
@@ -113,6 +119,7 @@ private:
     void setBookmarkCount(std::size_t count);
     void showBookmark(std::size_t index, const BookmarkType& bookmark);
     int currentAmong(const std::vector<BookmarkType>& bookmarks) const;
+    bool isEdited(std::size_t index, const std::vector<BookmarkType>& bookmarks) const;
     int bookmarkBeside(int number) const;
     void createBookmark(double moment);
     void removeBookmark(int number);

@@ -339,7 +339,7 @@ bool XMarkerTop::dragMarker(const QMouseEvent& event)
     const double x = event.position().x();
     m_hasMoved = m_hasMoved || !isFlag(m_dragged) || std::abs(x - m_pressedAt) >= dragThreshold;
     if (m_hasMoved && canBeMoved(m_dragged)) {
-        GetMarker(m_dragged)->MoveTo(heldOnAxis(m_axis.valueAt(x - m_grabOffset)));
+        moveByUser(m_dragged, heldOnAxis(m_axis.valueAt(x - m_grabOffset)));
     }
     return true;
 }
@@ -356,8 +356,8 @@ bool XMarkerTop::dropMarker(const QMouseEvent& event)
 
 void XMarkerTop::cancelDrag()
 {
-    if (Marker* const marker = GetMarker(m_dragged)) {
-        marker->MoveTo(m_grabbedPosition);
+    if (GetMarker(m_dragged) != nullptr) {
+        moveByUser(m_dragged, m_grabbedPosition);
     }
     endDrag();
 }
@@ -422,7 +422,16 @@ bool XMarkerTop::moveTo(int number, double position)
     }
     const double held = heldOnAxis(position);
     m_axis.reveal(held);
-    return GetMarker(number)->MoveTo(held);
+    return moveByUser(number, held);
+}
+
+bool XMarkerTop::moveByUser(int number, double position)
+{
+    const bool isMoved = GetMarker(number)->MoveTo(position);
+    if (isMoved) {
+        markerMovedByUser(number, position);
+    }
+    return isMoved;
 }
 
 bool XMarkerTop::moveBySteps(int number, int steps)

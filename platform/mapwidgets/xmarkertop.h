@@ -81,6 +81,9 @@ protected:
 
     void markerChanged(int number, bool moved) override;
 
+    /// A user has moved the marker, which stands at `position` now; of a drag, each time.
+    virtual void markerMovedByUser(int number, double position) = 0;
+
     /// A drag has ended in the place where the marker is now.
     virtual void markerDropped(int number) = 0;
 
@@ -110,6 +113,7 @@ private:
     QColor paintColor(int number) const;
     void paintFlag(QPainter& painter, const PixelGrid& grid, const MarkerFlag& flag) const;
     void paintHandle(QPainter& painter, const PixelGrid& grid, int number) const;
+    bool moveByUser(int number, double position);
     bool moveCurrent(const QKeyEvent& event);
     double arrowStep(int partsOfPixel) const;
     double target(const QKeyEvent& event, double position) const;

@@ -37,7 +37,7 @@ struct ChannelBranch
     TextValue* recordName;   ///< of the next recording; empty: the channel's
     IntValue* recordTimeout; ///< seconds from its first data after which a recording ends by itself; 0: it does not.
                              ///< One without any data ends with an error after these seconds, but never before the
-                             ///< patience of the recorder is over, also with 0
+                             ///< patience of the recorder is over; with 0 it waits for them until it is stopped
     IntValue* fileSizeInKB;  ///< units of 1024 bytes; a recording ends before it is larger. 0: it does not
     Value<double>* position; ///< the moment that is being replayed, or where the next replay begins
     /// @}

@@ -19,9 +19,9 @@ namespace ZelkoRecorder {
 /// where the wish is not granted the state goes back to what is the case, and the error code tells why. Of the
 /// recording state, "start requested" and "recording" begin a recording, "continuous recording" one in a loop of the
 /// size that is asked for, and "stopping" and "stopped" end it; of the replay state, "replay started" and "running"
-/// begin or continue a replay, "pausing" and "paused" hold it, "stopping" and "stopped" end it. Wishes are granted in
-/// the order in which they came, and never within the notification by which they come. A wish that is refused for the
-/// same reason as the one before it has the error code tell it again.
+/// begin or continue a replay, "pausing" and "paused" hold it, as soon as it has begun, "stopping" and "stopped" end
+/// it. Wishes are granted in the order in which they came, and never within the notification by which they come. A wish
+/// that is refused for the same reason as the one before it has the error code tell it again.
 ///
 /// As long as no client has written another device, the device ID is the one that a recording would take without any.
 ///

@@ -113,6 +113,7 @@ bool ChannelReplay::start(const Wish& wish)
     }
     m_device = device;
     m_wish = wish;
+    m_isToPause = false;
     m_position = 0; // not where the last one stood
     m_hasBegun = false;
     m_isConnected = false;
@@ -196,7 +197,9 @@ void ChannelReplay::begin(const RecordPointer& record)
 {
     m_hasBegun = true;
     Q_EMIT began(record);
-    if (m_state == State::Started) {
+    if (m_state == State::Started && m_isToPause) {
+        hold();
+    } else if (m_state == State::Started) {
         enter(State::Running);
     }
     m_caller.call(
@@ -215,18 +218,32 @@ void ChannelReplay::noteStandstill(bool standsStill)
 }
 
 // The stream tells when it has come to stand.
+void ChannelReplay::hold()
+{
+    enter(State::Pausing);
+    m_device->pauseReplay(m_wish.record);
+}
+
+// What has not begun cannot be held yet: the wish waits.
 bool ChannelReplay::pause()
 {
+    if (m_state == State::Started) {
+        m_isToPause = true;
+        return true;
+    }
     if (m_state != State::Running) {
         return false;
     }
-    enter(State::Pausing);
-    m_device->pauseReplay(m_wish.record);
+    hold();
     return true;
 }
 
 bool ChannelReplay::goOn()
 {
+    if (m_state == State::Started && m_isToPause) {
+        m_isToPause = false;
+        return true;
+    }
     if (m_state != State::Pausing && m_state != State::Paused) {
         return false;
     }

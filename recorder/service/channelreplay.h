@@ -18,7 +18,7 @@ class DeviceService;
 /// on the recorder's thread and never makes it wait, but in its destructor.
 ///
 /// The manager is asked whether it is available, and told at which port of the recorder it gets the samples; the replay
-/// begins once it has connected there.
+/// begins once it has connected there. Until then a pause waits, and so does a stop.
 class ChannelReplay : public QObject
 {
     Q_OBJECT
@@ -87,6 +87,7 @@ private:
     void connected(const ManagerCaller::Outcome& outcome);
     ReplayStream::Listener listener();
     void begin(const RecordPointer& record);
+    void hold();
     void noteStandstill(bool standsStill);
     void end(const ReplayStream::Ending& ending);
     void rest();
@@ -97,6 +98,7 @@ private:
     ChannelDevices& m_devices;
     State m_state = State::Stopped;
     Wish m_wish;
+    bool m_isToPause = false;          // as soon as it has begun
     DeviceService* m_device = nullptr; // of the wish
     quint64 m_position = 0;
     bool m_hasBegun = false;

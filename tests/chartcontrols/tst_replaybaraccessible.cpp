@@ -42,6 +42,8 @@ private Q_SLOTS:
     void isASliderWhoseTextIsTheTime();
     void standsForTheCurrentMarker();
     void setsWhatAUserMaySet();
+    void setsNothingThatIsNoNumber_data();
+    void setsNothingThatIsNoNumber();
     void aBarWithoutAPositionHasNoText();
     void tellsWhatAKeyMoves_data();
     void tellsWhatAKeyMoves();
@@ -96,6 +98,25 @@ void ReplayBarAccessibleTest::setsWhatAUserMaySet()
     QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 30);
     value.setCurrentValue(0.0);
     QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 0);
+}
+
+void ReplayBarAccessibleTest::setsNothingThatIsNoNumber_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("nothing") << QVariant();
+    QTest::newRow("a text") << QVariant(QStringLiteral("Tower"));
+    QTest::newRow("no number") << QVariant(qQNaN());
+    QTest::newRow("at no end") << QVariant(qInf());
+    QTest::newRow("at no beginning") << QVariant(-qInf());
+}
+
+void ReplayBarAccessibleTest::setsNothingThatIsNoNumber()
+{
+    QFETCH(const QVariant, value);
+    ToldBar b;
+    b.interface().valueInterface()->setCurrentValue(value);
+    QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 50);
+    QCOMPARE(b.told.take(), QStringList());
 }
 
 void ReplayBarAccessibleTest::aBarWithoutAPositionHasNoText()
@@ -267,6 +288,7 @@ void ReplayBarAccessibleTest::actsOnlyWhereAUserMay()
     b.bar.setEnabled(false);
     QVERIFY(!b.actions().actionNames().contains(QAccessibleActionInterface::increaseAction()));
     b.actions().doAction(QAccessibleActionInterface::increaseAction());
+    b.interface().valueInterface()->setCurrentValue(double(TiedBar::begin));
     QCOMPARE(b.secondOf(VCReplayBar::PositionMarker), 50);
     QCOMPARE(b.told.take(), QStringList());
 }

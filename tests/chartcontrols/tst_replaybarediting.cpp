@@ -86,6 +86,7 @@ class ReplayBarEditingTest : public QObject
 private Q_SLOTS:
     void keysMoveThePosition_data();
     void keysMoveThePosition();
+    void aUsersMovesOfThePositionAreTold();
     void keysEndAtTheEnds_data();
     void keysEndAtTheEnds();
     void keysMoveABookmarkAndTellIt();
@@ -151,6 +152,25 @@ void ReplayBarEditingTest::keysMoveThePosition()
     b.key(key, isFine ? Qt::ShiftModifier : Qt::NoModifier);
     QCOMPARE(b.place(VCReplayBar::PositionMarker), place);
     QCOMPARE(b.takeTold(), 0);
+}
+
+// Of all that writes the value of the position, what a user does alone.
+void ReplayBarEditingTest::aUsersMovesOfThePositionAreTold()
+{
+    Edited edited({20});
+    const QSignalSpy moved(&edited.bar, &VCReplayBar::signalPositionMoved);
+    TiedBar::set(edited.position.path(), begin + 30 * second);
+    edited.drag(20, 25);
+    QCOMPARE(moved.size(), 0);
+    edited.key(Qt::Key_Return); // from the bookmark
+    QCOMPARE(moved.size(), 1);
+    QCOMPARE(moved.constLast().constFirst().toDouble(), double(begin + 25 * second));
+    edited.bar.SetCurrentMarker(VCReplayBar::PositionMarker);
+    edited.key(Qt::Key_Home);
+    QCOMPARE(moved.constLast().constFirst().toDouble(), double(begin));
+    TiedBar::value(edited.position.path()).SetState(TValueState::Locked, nullptr);
+    edited.key(Qt::Key_End);
+    QCOMPARE(moved.size(), 2);
 }
 
 void ReplayBarEditingTest::keysEndAtTheEnds_data()

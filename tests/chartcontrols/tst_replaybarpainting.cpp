@@ -1,4 +1,5 @@
 #include "contrast.h"
+#include "patience.h"
 #include "tiedbar.h"
 
 #include <QtTest>
@@ -290,7 +291,7 @@ void ReplayBarPaintingTest::aDragPaintsOncePerTurn()
     };
     TiedBar b;
     b.bar.SetBookmarks(std::vector<BookmarkType>(1000, BookmarkType(begin + 20 * second, QStringLiteral("b"))), false);
-    QVERIFY(QTest::qWaitForWindowExposed(&b.bar));
+    QVERIFY(QTest::qWaitForWindowExposed(&b.bar, patience));
     b.press(20);
     QCoreApplication::processEvents();
     Counted counted;
@@ -301,7 +302,7 @@ void ReplayBarPaintingTest::aDragPaintsOncePerTurn()
         QCoreApplication::sendEvent(&b.bar, &move);
     }
     QCOMPARE(counted.paints, 0);
-    QTRY_COMPARE_WITH_TIMEOUT(counted.paints, 1, 30'000);
+    QTRY_COMPARE_WITH_TIMEOUT(counted.paints, 1, patience);
 }
 
 QTEST_MAIN(ReplayBarPaintingTest)

@@ -247,6 +247,13 @@ void VCReplayBarTest::theCurrentBookmarkIsFoundAgain_data()
     QTest::newRow("with another text") << Bookmarks{{current.time, QStringLiteral("other")}} << 1;
     QTest::newRow("at another time") << Bookmarks{{begin, current.text}} << 1;
     QTest::newRow("none left") << Bookmarks{} << 1;
+    const auto edited = [](const BookmarkType& bookmark) {
+        return Bookmarks{Bar::bookmarks({70}).front(), bookmark, Bar::bookmarks({20}).front()};
+    };
+    QTest::newRow("its text edited") << edited({current.time, QStringLiteral("other")}) << 7;
+    QTest::newRow("its time edited") << edited({begin, current.text}) << 7;
+    QTest::newRow("one of that text in another recording") << edited({begin - 1, current.text}) << 1;
+    QTest::newRow("another in its place") << edited({begin, QStringLiteral("other")}) << 1;
 }
 
 void VCReplayBarTest::theCurrentBookmarkIsFoundAgain()

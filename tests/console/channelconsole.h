@@ -1,6 +1,7 @@
 #pragma once
 
 #include "consolewindowsetting.h"
+#include "ownlocalvalues.h"
 #include "turns.h"
 
 #include <console/channel/recordingsettings.h>
@@ -10,18 +11,10 @@
 #include <console/hands/operatorhands.h>
 #include <console/replay/replaydeck.h>
 
-#include <valuecore/tree.h>
-
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
-
-/// The local values of a workstation go with this.
-struct OwnLocalValues
-{
-    ~OwnLocalValues() { Tree::Instance()->Remove(QStringLiteral("/ZELKO")); }
-};
 
 /// A console as above whose recorder serves no channel so far.
 struct DeckConsole : private OwnLocalValues, ConsoleWindowSetting

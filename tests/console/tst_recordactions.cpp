@@ -256,9 +256,8 @@ private Q_SLOTS:
         QTest::newRow("one in work becomes deletable")
             << QList<int>{3} << Role::Operator << Controller::UserActionDeletable
             << QStringLiteral("This record is being recorded.");
-        QTest::newRow("a viewer renames")
-            << QList<int>{0} << Role::Viewer << Controller::UserActionRename
-            << QStringLiteral("User viewer may not do this: the recorder will refuse it.");
+        QTest::newRow("a viewer renames") << QList<int>{0} << Role::Viewer << Controller::UserActionRename
+                                          << QStringLiteral("User viewer may not do this.");
         QTest::newRow("one is renamed") << QList<int>{0} << Role::Operator << Controller::UserActionRename
                                         << QStringLiteral("Gives the record another name.");
     }
@@ -277,6 +276,18 @@ private Q_SLOTS:
         }
         Setting::become(role);
         QTRY_COMPARE_WITH_TIMEOUT(setting.action(flag).statusTip(), tip, patience);
+    }
+
+    void letsNobodyRenameWhoMayChangeNothing()
+    {
+        Setting setting(1);
+        setting.click(0);
+        const QAction& rename = setting.action(Controller::UserActionRename);
+        QTRY_VERIFY_WITH_TIMEOUT(rename.isEnabled(), patience);
+        Setting::become(Role::Viewer);
+        QTRY_VERIFY_WITH_TIMEOUT(!rename.isEnabled(), patience);
+        Setting::become(Role::Operator);
+        QTRY_VERIFY_WITH_TIMEOUT(rename.isEnabled(), patience);
     }
 
     void saysThatTheDeviceIsGoneAndTakesItBack()

@@ -1,4 +1,5 @@
 #include "patience.h"
+#include "recorderclient.h"
 #include "recorderstart.h"
 #include "replaybarhands.h"
 #include "storedrecord.h"
@@ -100,6 +101,8 @@ struct Console : private Store
         const auto record = records().getRecordData(lengthy);
         return record ? std::as_const(*record).GetBookmarkEntry().size() : 0;
     }
+    quint16 port() const { return session.recorder()->port(); }
+    const ZelkoCommon::LinkCredentials& operatorOfRecorder() const { return session.knownUsers()[1].credentials; }
     QString statusOf(const QString& name) const
     {
         const QAbstractItemModel& model = *table().model();
@@ -130,6 +133,7 @@ private Q_SLOTS:
     void cleanupTestCase() { m_orb.reset(); }
     void recordsUnderTheNameThatIsTyped();
     void replaysTheRecordThatIsSelected();
+    void replaysFromWhereItsOperatorPutThePosition();
     void storesTheBookmarksThatAreSent();
     void sendsBookmarksThatWouldBeLost();
     void leavesTheChannelAloneForAViewer();
@@ -169,6 +173,28 @@ void TestReplayConsole::replaysTheRecordThatIsSelected()
     QTRY_VERIFY_WITH_TIMEOUT(console.position() > held, patience);
     click(*console.deck().controls()->stopButton());
     QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Stopped"_s, patience);
+}
+
+// A whole tenth of the hour lies between where the operator has it and where the other client leaves it.
+void TestReplayConsole::replaysFromWhereItsOperatorPutThePosition()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    const double begin = console.bar().GetRecordingStart();
+    console.bar().setFocus();
+    QTest::keyClick(&console.bar(), Qt::Key_PageUp);
+    const double own = console.position();
+    QVERIFY(own > begin);
+    ZelkoTest::RecorderClient other(*m_orb, console.port(), console.operatorOfRecorder());
+    QTRY_COMPARE_WITH_TIMEOUT(other.channelIds().size(), 1, patience);
+    const ZelkoTest::ShownChannel channel = other.channel(other.channelIds().constFirst());
+    QTRY_COMPARE_WITH_TIMEOUT(channel.position(), own, patience);
+    other.write(channel.find<Value<double>>("CurrentReplayPosition"), begin);
+    QTRY_COMPARE_WITH_TIMEOUT(console.position(), begin, patience);
+    click(console.play());
+    QTRY_COMPARE_WITH_TIMEOUT(console.state(), u"Replaying"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.position() > own, patience);
 }
 
 void TestReplayConsole::storesTheBookmarksThatAreSent()

@@ -13,6 +13,8 @@
 #include <QSignalSpy>
 #include <QToolButton>
 
+#include <functional>
+
 using namespace deckhands;
 using namespace ZelkoConsole;
 using namespace Qt::StringLiterals;
@@ -41,7 +43,11 @@ int bookmarksOnTree()
     return map ? static_cast<int>(map->data().size()) : -1;
 }
 
+using Use = std::function<void(VCReplayBar&)>;
+
 } // namespace
+
+Q_DECLARE_METATYPE(Use)
 
 // What stands under the record list of a console, with real events.
 class TestReplayDeck : public QObject
@@ -52,11 +58,19 @@ private Q_SLOTS:
     void showsTheOneRecordThatIsSelected();
     void putsThePositionToTheBeginOfTheRecord();
     void replaysTheRecord();
+    void beginsWhereItsOwnOperatorPutThePosition_data();
+    void beginsWhereItsOwnOperatorPutThePosition();
+    void beginsAtTheStartOfARecordThatHasGrown();
+    void goesOnWhereItsOwnReplayStopped();
+    void takesNoPositionFromTheReplayOfSomebodyElse();
     void holdsAndEndsAReplay();
     void replaysNothingWithoutARecord();
     void movesThePositionWithTheReplay();
     void setsABookmarkWhereTheReplayStands();
+    void setsABookmarkWhereAnotherChannelStands_data();
+    void setsABookmarkWhereAnotherChannelStands();
     void setsABookmarkThatTheTableShows();
+    void keepsTheCurrentBookmarkWhoseTextIsEdited();
     void mirrorsTheBookmarksOnTheTree();
     void letsAViewerChangeNothing();
     void standsByItselfWithoutAChannel();
@@ -103,6 +117,83 @@ void TestReplayDeck::replaysTheRecord()
     QCOMPARE(console.channel.record(), RecordListSetting::id(2));
     QCOMPARE(console.channel.device(), console.device);
     QCOMPARE(console.channel.position(), position);
+}
+
+// All who work with a channel share its position, and somebody else selects another record.
+void TestReplayDeck::beginsWhereItsOwnOperatorPutThePosition_data()
+{
+    QTest::addColumn<Use>("put");
+    QTest::addColumn<bool>("isLater");
+    QTest::newRow("by selecting the record") << Use([](VCReplayBar&) {}) << false;
+    QTest::newRow("by the mouse") << Use([](VCReplayBar& bar) {
+        const double begin = bar.GetRecordingStart();
+        ReplayBarHands(bar).dragPosition(begin, begin + 1'500'000);
+    }) << true;
+    QTest::newRow("by keys") << Use([](VCReplayBar& bar) {
+        bar.setFocus();
+        QTest::keyClick(&bar, Qt::Key_PageUp);
+    }) << true;
+    QTest::newRow("by keys, back to the start") << Use([](VCReplayBar& bar) {
+        bar.setFocus();
+        QTest::keyClick(&bar, Qt::Key_PageUp);
+        QTest::keyClick(&bar, Qt::Key_Home);
+    }) << false;
+}
+
+void TestReplayDeck::beginsWhereItsOwnOperatorPutThePosition()
+{
+    QFETCH(const Use, put);
+    QFETCH(const bool, isLater);
+    ChannelConsole console(3);
+    choose(console, 2);
+    put(barOf(console));
+    const quint64 own = console.channel.position();
+    QCOMPARE(own > DeckConsole::beginOf(2), isLater);
+    console.channel.setPosition(DeckConsole::beginOf(2) + 2 * second);
+    console.channel.setPosition(DeckConsole::beginOf(0));
+    click(console.deck().controls()->playButton());
+    QCOMPARE(console.channel.replay(), Replay::Running);
+    QCOMPARE(console.channel.position(), own);
+}
+
+void TestReplayDeck::beginsAtTheStartOfARecordThatHasGrown()
+{
+    ChannelConsole console(3);
+    choose(console, 2);
+    ReplayBarHands(barOf(console)).dragPosition(barOf(console).GetRecordingStart(), barOf(console).GetRecordingStop());
+    const auto record = RecordListSetting::record(2);
+    record->SetStopTime(record->GetStopTime() + second);
+    console.site.setRecord(console.north, console.device, record);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2), patience);
+    console.channel.setPosition(DeckConsole::beginOf(0));
+    click(console.deck().controls()->playButton());
+    QCOMPARE(console.channel.position(), DeckConsole::beginOf(2));
+}
+
+void TestReplayDeck::goesOnWhereItsOwnReplayStopped()
+{
+    ChannelConsole console(3);
+    choose(console, 2);
+    click(console.deck().controls()->playButton());
+    console.channel.setPosition(DeckConsole::beginOf(2) + second);
+    console.channel.setReplay(Replay::Stopped);
+    QTRY_VERIFY_WITH_TIMEOUT(console.deck().controls()->playButton()->isEnabled(), patience);
+    console.channel.setPosition(DeckConsole::beginOf(0));
+    click(console.deck().controls()->playButton());
+    QCOMPARE(console.channel.position(), DeckConsole::beginOf(2) + second);
+}
+
+void TestReplayDeck::takesNoPositionFromTheReplayOfSomebodyElse()
+{
+    ChannelConsole console(3);
+    choose(console, 2);
+    console.channel.setReplay(Replay::Running);
+    console.channel.setPosition(DeckConsole::beginOf(2) + second);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2) + second, patience);
+    console.channel.setReplay(Replay::Stopped);
+    QTRY_VERIFY_WITH_TIMEOUT(console.deck().controls()->playButton()->isEnabled(), patience);
+    click(console.deck().controls()->playButton());
+    QCOMPARE(console.channel.position(), DeckConsole::beginOf(2));
 }
 
 void TestReplayDeck::holdsAndEndsAReplay()
@@ -166,6 +257,37 @@ void TestReplayDeck::setsABookmarkWhereTheReplayStands()
     QCOMPARE(console.deck().bookmarks()->entry(0).GetTimestamp(), DeckConsole::beginOf(2) + second);
 }
 
+void TestReplayDeck::setsABookmarkWhereAnotherChannelStands_data()
+{
+    QTest::addColumn<bool>("mayRecord");
+    QTest::addColumn<Replay>("replay");
+    QTest::newRow("at rest") << true << Replay::Stopped;
+    QTest::newRow("only for replays") << false << Replay::Stopped;
+    QTest::newRow("replaying") << true << Replay::Running;
+    QTest::newRow("holding a replay") << true << Replay::Paused;
+}
+
+void TestReplayDeck::setsABookmarkWhereAnotherChannelStands()
+{
+    QFETCH(const bool, mayRecord);
+    QFETCH(const Replay, replay);
+    ChannelConsole console(3);
+    const SampleChannel other = console.addChannel("C2", "Beacon");
+    other.setMayRecord(mayRecord);
+    other.setReplay(replay);
+    other.setPosition(DeckConsole::beginOf(2) + second);
+    choose(console, 2);
+    console.deck().showBookmarks(true);
+    QTRY_COMPARE_WITH_TIMEOUT(console.choice().count(), 2, patience);
+    console.choice().setFocus();
+    QTest::keyClick(&console.choice(), Qt::Key_Down);
+    QTRY_COMPARE_WITH_TIMEOUT(shownPosition(console), DeckConsole::beginOf(2) + second, patience);
+    console.deck().table()->setFocus();
+    QTest::keyClick(console.deck().table(), Qt::Key_Insert);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
+    QCOMPARE(console.deck().bookmarks()->entry(0).GetTimestamp(), DeckConsole::beginOf(2) + second);
+}
+
 void TestReplayDeck::setsABookmarkThatTheTableShows()
 {
     ChannelConsole console(3);
@@ -176,6 +298,24 @@ void TestReplayDeck::setsABookmarkThatTheTableShows()
     QVERIFY(console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s)->isEnabled());
     click(console.deck().bar()->findChild<QToolButton*>(u"ResetBookmarks"_s));
     QCOMPARE(console.deck().table()->model()->rowCount(), 1);
+}
+
+void TestReplayDeck::keepsTheCurrentBookmarkWhoseTextIsEdited()
+{
+    ChannelConsole console(2);
+    bookmark(console, 1);
+    QCOMPARE(barOf(console).GetCurrentMarker(), VCReplayBar::FirstBookmarkMarker);
+    console.deck().showBookmarks(true);
+    BookmarkTableView& table = *console.deck().table();
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, BookmarkModel::TextColumn));
+    QTest::keyClick(&table, Qt::Key_F2);
+    auto* const editor = table.viewport()->findChild<QLineEdit*>();
+    QVERIFY(editor);
+    operatorhands::type(*editor, u"echo"_s);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(console.deck().bookmarks()->entry(0).GetBookmark(), u"echo"_s, patience);
+    QCOMPARE(barOf(console).GetCurrentMarker(), VCReplayBar::FirstBookmarkMarker);
 }
 
 void TestReplayDeck::mirrorsTheBookmarksOnTheTree()

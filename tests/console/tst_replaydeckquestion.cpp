@@ -4,7 +4,6 @@
 #include <console/devices/devicelistview.h>
 #include <console/hands/dialoganswer.h>
 #include <console/replay/bookmarktableview.h>
-#include <console/window/usermenu.h>
 
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/replaybar/replaybarwidget.h>
@@ -12,6 +11,7 @@
 #include <QMessageBox>
 #include <QSignalSpy>
 
+#include <functional>
 #include <optional>
 
 using namespace deckhands;
@@ -21,30 +21,43 @@ using ZelkoGUI::BookmarkModel;
 
 namespace {
 
-// A bookmark at the begin of a record, as the operator sets it.
-void bookmark(const DeckConsole& console, int number)
-{
-    choose(console, number);
-    barOf(console).setFocus();
-    QTest::keyClick(&barOf(console), Qt::Key_Insert);
-    QCOMPARE(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchLocalChange);
-}
+const QString connectionIsGone = u"The bookmarks could not be sent: there is no connection to the recorder any more."_s;
 
-void press(QWidget* dialog, const QString& text)
+/// A recorder that takes the bookmarks that are sent to it: the record comes back with them a turn later, and after
+/// whatever happens `before`.
+class TakingRecorder
 {
-    for (QAbstractButton* const button : qobject_cast<QMessageBox*>(dialog)->buttons()) {
-        if (button->text().remove(u'&') == text) {
-            QTest::mouseClick(button, Qt::LeftButton);
-            return;
-        }
+public:
+    using Before = std::function<void()>;
+
+    explicit TakingRecorder(
+        DeckConsole& console, Before before = [] {})
+        : m_console(console)
+        , m_before(std::move(before))
+    {
+        QObject::connect(
+            console.deck().bookmarks(), &BookmarkModel::si_updateBookmarks, &m_context,
+            [this](const QString& id, const BookmarkModel::Entries& bookmarks) { take(id, bookmarks); },
+            Qt::QueuedConnection);
     }
-    QFAIL("there is no such button");
-}
 
-void escape(QWidget* dialog)
-{
-    QTest::keyClick(dialog, Qt::Key_Escape);
-}
+    int taken() const { return m_taken; }
+
+private:
+    void take(const QString& id, const BookmarkModel::Entries& bookmarks)
+    {
+        m_before();
+        ++m_taken;
+        const auto record = RecordListSetting::record(id.mid(1).toInt());
+        record->SetBookmarkEntry(bookmarks);
+        m_console.site.setRecord(m_console.north, m_console.device, record);
+    }
+
+    DeckConsole& m_console;
+    const Before m_before;
+    int m_taken = 0;
+    QObject m_context; // goes first
+};
 
 void clickDevice(const DeckConsole& console, int subSystem, int device)
 {
@@ -53,14 +66,6 @@ void clickDevice(const DeckConsole& console, int subSystem, int device)
     QTRY_VERIFY_WITH_TIMEOUT(list.model()->rowCount(parent) > device, patience);
     const QModelIndex index = list.model()->index(device, 0, parent);
     QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, list.visualRect(index).center());
-}
-
-void clickUser(const DeckConsole& console, int number)
-{
-    QMenu& menu = *console.window->userMenu();
-    menu.popup(console.window->mapToGlobal(QPoint(0, 0)));
-    QTRY_VERIFY_WITH_TIMEOUT(menu.isVisible(), patience);
-    QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(menu.actions().at(number)).center());
 }
 
 } // namespace
@@ -83,6 +88,10 @@ private Q_SLOTS:
     void asksAboutWhatIsBeingTyped();
     void saysWhenNothingCanBeSentAnyMore();
     void sendsThoughTheRightsChangeWhileItAsks();
+    void goesOnOnlyWhenTheRecorderHasThem();
+    void staysWithWhatTheRecorderDoesNotTake();
+    void staysWithWhatIsChangedWhileItWaits();
+    void waitsNoLongerThanForTheConnection();
 };
 
 void TestReplayDeckQuestion::asksBeforeItDropsWhatWasNotSent()
@@ -161,9 +170,9 @@ void TestReplayDeckQuestion::staysWithItsUserWhenHeWantsThat()
 
 void TestReplayDeckQuestion::asksBeforeAnotherUserComes()
 {
-    const ChannelConsole console(2);
+    ChannelConsole console(2);
     bookmark(console, 1);
-    const QSignalSpy sent(console.deck().bookmarks(), &BookmarkModel::si_updateBookmarks);
+    const TakingRecorder recorder(console);
     QString sender;
     const DialogAnswer answer([&](QWidget* dialog) {
         sender = console.user->name();
@@ -172,7 +181,7 @@ void TestReplayDeckQuestion::asksBeforeAnotherUserComes()
     clickUser(console, 0);
     QTRY_COMPARE_WITH_TIMEOUT(console.user->name(), u"viewer"_s, patience);
     QCOMPARE(sender, u"operator"_s);
-    QCOMPARE(sent.size(), 1);
+    QCOMPARE(recorder.taken(), 1);
 }
 
 void TestReplayDeckQuestion::holdsTheOtherDeviceBackWhileItAsks()
@@ -180,6 +189,7 @@ void TestReplayDeckQuestion::holdsTheOtherDeviceBackWhileItAsks()
     ChannelConsole console(2);
     console.site.addDevice(console.north, u"A2"_s);
     bookmark(console, 1);
+    const TakingRecorder recorder(console);
     const QSignalSpy sent(console.deck().bookmarks(), &BookmarkModel::si_updateBookmarks);
     const auto& controller = *console.window->records()->controller();
     QString meanwhile;
@@ -262,15 +272,15 @@ void TestReplayDeckQuestion::saysWhenNothingCanBeSentAnyMore()
     });
     QTest::keyClick(console.window.get(), Qt::Key_Q, Qt::ControlModifier);
     QVERIFY(first.wasGiven());
-    QCOMPARE(said, u"The bookmarks could not be sent: there is no connection to the recorder any more."_s);
+    QCOMPARE(said, connectionIsGone);
     QVERIFY(console.window->isVisible());
 }
 
 void TestReplayDeckQuestion::sendsThoughTheRightsChangeWhileItAsks()
 {
-    const ChannelConsole console(2);
+    ChannelConsole console(2);
     bookmark(console, 1);
-    const QSignalSpy sent(console.deck().bookmarks(), &BookmarkModel::si_updateBookmarks);
+    const TakingRecorder recorder(console);
     const DialogAnswer answer([&](QWidget* dialog) {
         console.user->switchTo(u"viewer"_s);
         letTurnsPass();
@@ -279,8 +289,75 @@ void TestReplayDeckQuestion::sendsThoughTheRightsChangeWhileItAsks()
     clickRecord(console, 0);
     QVERIFY(isShown(console, 0));
     QVERIFY(answer.wasGiven());
-    QCOMPARE(sent.size(), 1);
+    QCOMPARE(recorder.taken(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(console.deck().bookmarks()->readOnly(), patience);
+}
+
+void TestReplayDeckQuestion::goesOnOnlyWhenTheRecorderHasThem()
+{
+    ChannelConsole console(2);
+    bookmark(console, 1);
+    bool hasWaited = false;
+    const TakingRecorder recorder(console, [&] {
+        letTurnsPass();
+        hasWaited = console.deck().isAsking() &&
+                    barOf(console).GetRecordingStart() == static_cast<double>(DeckConsole::beginOf(1));
+    });
+    const DialogAnswer answer([](QWidget* dialog) { press(dialog, u"Send"_s); });
+    clickRecord(console, 0);
+    QVERIFY(isShown(console, 0));
+    QVERIFY(answer.wasGiven());
+    QVERIFY(hasWaited);
+    QCOMPARE(recorder.taken(), 1);
+}
+
+void TestReplayDeckQuestion::staysWithWhatTheRecorderDoesNotTake()
+{
+    const ChannelConsole console(2);
+    bookmark(console, 1);
+    console.deck().setSendLimit(std::chrono::milliseconds(50));
+    const TwoAnswers answers(u"Send"_s);
+    QTest::keyClick(console.window.get(), Qt::Key_Q, Qt::ControlModifier);
+    QCOMPARE(answers.said(), u"The recorder has not taken the bookmarks. They are still there, and not sent."_s);
+    QVERIFY(console.window->isVisible());
+    QCOMPARE(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchLocalChange);
+    QCOMPARE(console.deck().bookmarks()->entryCount(), 1);
+}
+
+void TestReplayDeckQuestion::staysWithWhatIsChangedWhileItWaits()
+{
+    ChannelConsole console(2);
+    bookmark(console, 1);
+    BookmarkModel& bookmarks = *console.deck().bookmarks();
+    std::function<void()> unlock;
+    bookmarks.setSingleShot(
+        [&unlock](std::chrono::milliseconds, QObject*, std::function<void()> call) { unlock = std::move(call); });
+    const TakingRecorder recorder(console, [&] {
+        unlock();
+        QTest::keyClick(&barOf(console), Qt::Key_Insert);
+    });
+    const DialogAnswer answer([](QWidget* dialog) { press(dialog, u"Send"_s); });
+    QTest::keyClick(console.window.get(), Qt::Key_Q, Qt::ControlModifier);
+    QVERIFY(answer.wasGiven());
+    QCOMPARE(recorder.taken(), 1);
+    QVERIFY(console.window->isVisible());
+    QCOMPARE(bookmarks.getSynchState(), BookmarkModel::SynchLocalChange);
+    QCOMPARE(bookmarks.entryCount(), 2);
+}
+
+void TestReplayDeckQuestion::waitsNoLongerThanForTheConnection()
+{
+    ChannelConsole console(2);
+    bookmark(console, 1);
+    console.deck().setSendLimit(std::chrono::hours(1));
+    const QObject context;
+    connect(
+        console.deck().bookmarks(), &BookmarkModel::si_updateBookmarks, &context, [&] { console.lose(); },
+        Qt::QueuedConnection);
+    const TwoAnswers answers(u"Send"_s);
+    QTest::keyClick(console.window.get(), Qt::Key_Q, Qt::ControlModifier);
+    QCOMPARE(answers.said(), connectionIsGone);
+    QVERIFY(console.window->isVisible());
 }
 
 QTEST_MAIN(TestReplayDeckQuestion)

@@ -3,6 +3,7 @@
 #include "differentrecords.h"
 #include "filterwindow.h"
 #include "iconpicture.h"
+#include "patience.h"
 
 #include <resources/zelkoicons.h>
 #include <zelkoguibase/filter/stringfiltercondition.h>
@@ -282,7 +283,7 @@ void ExtendedFilterDialogTest::aRowThatWasGoneFromTheBeginningCanBeUsed()
     FilterWindow window(FilterWindow::allColumns(), twoRecords(),
                         [](Dialog& dialog) { dialog.enableInterfaceFilter(false); });
     QWidget* const editor = window.editor(QStringLiteral("InterfaceFilterWidget"));
-    QTRY_VERIFY(!editor->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(!editor->isEnabled(), patience);
     window.dialog().enableInterfaceFilter(true);
     QVERIFY(editor->isVisible());
     window.toggleValues(QStringLiteral("InterfaceFilterWidget"), {QStringLiteral("USB")});

@@ -1,4 +1,5 @@
 #include "faultproxy.h"
+#include "patience.h"
 
 #include <zelkobase/orb/callingsession.h>
 #include <zelkobase/orb/orb.h>
@@ -201,7 +202,7 @@ void TestCallingSession::isNamedInACallBesideAnother()
     const CallingSession::Pass pass(first, addressOf(*m_here));
     m_server->hold();
     auto held = std::async(std::launch::async, [&] { server->write(0, {}, 0); });
-    QTRY_COMPARE(m_server->count(), std::size_t{1});
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count(), std::size_t{1}, patience);
     server->detach(0);
     m_server->release();
     held.get();

@@ -40,11 +40,11 @@ void TestTreeLinkServer::givesTheStateAndThenEachChange()
     LinkServerFixture f;
     f.number->SetValue(1, nullptr);
     f.attach();
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
     f.number->SetValue(2, nullptr);
     f.tree.Remove("/A/Locked");
     f.tree.Emplace("/B", std::make_unique<Value<int>>("New"));
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
     QCOMPARE(f.server.sessionCount(), 1);
     QCOMPARE(f.server.backlogBytes(), std::size_t{0});
     QCOMPARE(f.server.restartCount(), 0);
@@ -67,7 +67,7 @@ void TestTreeLinkServer::aStateWithAFrameLargerThanTheBacklogComesToAnEnd()
     held.unlock();
     QTRY_VERIFY_WITH_TIMEOUT(frameTexts(f.stream += f.client->take()).contains("end"), patience);
     QCOMPARE(f.server.restartCount(), 0);
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
 }
 
 void TestTreeLinkServer::refusesAnotherVersion()
@@ -124,9 +124,9 @@ void TestTreeLinkServer::knowsNobodyByASessionThatEnded()
     const auto first = f->attach();
     const auto second = f->attach();
     const auto users = f->server.users();
-    QTRY_COMPARE(f->server.sessionCount(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(f->server.sessionCount(), 2, patience);
     f->remote->detach(first);
-    QTRY_COMPARE(f->server.sessionCount(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(f->server.sessionCount(), 1, patience);
     QVERIFY(!users(first, here));
     QVERIFY_EXCEPTION_THROWN(f->remote->roleOf(first), ZelkoTreeLink::Refused);
     QVERIFY(!users(0, here));
@@ -150,7 +150,7 @@ void TestTreeLinkServer::refusesMoreClientsThanItTakes()
     f.attach();
     f.attach();
     QCOMPARE(f.refusalOfAttach("operator"), "2: it has as many clients as it takes");
-    QTRY_COMPARE(f.server.sessionCount(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(f.server.sessionCount(), 2, patience);
 }
 
 void TestTreeLinkServer::refusesMoreClientsOfOneHostThanItTakes()
@@ -162,7 +162,7 @@ void TestTreeLinkServer::refusesMoreClientsOfOneHostThanItTakes()
     const auto second = f.attach();
     QCOMPARE(f.refusalOfAttach("operator"), "2: it has as many clients as it takes");
     f.remote->detach(second);
-    QTRY_COMPARE(f.server.sessionCount(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(f.server.sessionCount(), 1, patience);
     QCOMPARE(f.refusalOfAttach("operator"), QString());
 }
 
@@ -174,7 +174,7 @@ void TestTreeLinkServer::takesAClientAgainWhenOneLeft()
     QSignalSpy closed(&f.server, &TreeLinkServer::sessionClosed);
     const auto session = f.attach();
     f.remote->detach(session);
-    QTRY_COMPARE(closed.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(closed.size(), 1, patience);
     QCOMPARE(closed.takeFirst(), (QVariantList{"operator", "the client left"}));
     QCOMPARE(f.refusalOfAttach("operator"), QString());
 }
@@ -186,7 +186,7 @@ void TestTreeLinkServer::dropsAClientOfWhichNothingIsHeard()
     LinkServerFixture f(options);
     QSignalSpy closed(&f.server, &TreeLinkServer::sessionClosed);
     const auto session = f.attach();
-    QTRY_COMPARE(closed.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(closed.size(), 1, patience);
     QCOMPARE(closed.takeFirst(), (QVariantList{"operator", "nothing was heard of the client"}));
     QCOMPARE(f.write(session, {}), "3: it does not know this session any more");
 }
@@ -204,7 +204,7 @@ void TestTreeLinkServer::keepsAClientThatIsHeard()
         refusal += f.write(heard, {});
         return closed.size();
     };
-    QTRY_COMPARE(closedMeanwhile(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(closedMeanwhile(), 1, patience);
     QCOMPARE(refusal, QString());
     QCOMPARE(f.server.sessionCount(), 1);
     QVERIFY(f.write(silent, {}).startsWith("3: "));
@@ -243,7 +243,7 @@ void TestTreeLinkServer::ignoresTheEndOfASessionThatItDoesNotKnow()
     const auto session = f.attach();
     f.remote->detach(session + 1);
     QCOMPARE(f.write(session, {}), QString());
-    QTRY_COMPARE(f.server.sessionCount(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(f.server.sessionCount(), 1, patience);
 }
 
 // They take the connection, and never answer what they are called for.

@@ -1,5 +1,6 @@
 #include "frametext.h"
 #include "linkserverfixture.h"
+#include "patience.h"
 #include "testrecords.h"
 
 #include <zelkobase/maps/itemmaptypes.h>
@@ -48,12 +49,12 @@ void TestTreeLinkServerWrites::executesWritesInTheNameOfTheClient()
 {
     LinkServerFixture f;
     const auto session = f.attach();
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
     const std::size_t bytesBefore = f.stream.size();
     QCOMPARE(f.write(session, FrameStream().commands(2, setInt(5) + setInt(6)).bytes()), QString());
     QCOMPARE(f.number->GetValue(), 6);
     f.locked->SetValue(1, nullptr); // so that there is something to wait for
-    QTRY_VERIFY(f.received().join(' ') != "malformed" && f.stream.size() > bytesBefore);
+    QTRY_VERIFY_WITH_TIMEOUT(f.received().join(' ') != "malformed" && f.stream.size() > bytesBefore, patience);
     QCOMPARE(f.stream.size() - bytesBefore, FrameStream().commands(3, setInt(1)).bytes().size());
 }
 
@@ -67,12 +68,12 @@ void TestTreeLinkServerWrites::tellsAWriteToTheOtherClientsOnly()
     const auto session = f.attach();
     elsewhere([&] { return f.remote->attach(ZelkoTreeLink::PROTOCOL_VERSION, {"", ""}, reference); });
     std::string state;
-    QTRY_VERIFY(frameTexts(state += other->take()).endsWith("end"));
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_VERIFY_WITH_TIMEOUT(frameTexts(state += other->take()).endsWith("end"), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
     const std::size_t bytesBefore = f.stream.size();
     QCOMPARE(f.write(session, FrameStream().commands(2, setInt(5)).bytes()), QString());
     std::string told;
-    QTRY_VERIFY(!(told += other->take()).empty());
+    QTRY_VERIFY_WITH_TIMEOUT(!(told += other->take()).empty(), patience);
     QCOMPARE(told, FrameStream().commands(2, setInt(5)).bytes());
     f.received();
     QCOMPARE(f.stream.size(), bytesBefore);
@@ -82,12 +83,12 @@ void TestTreeLinkServerWrites::refusesAndCorrectsWhatMayNotBeWritten()
 {
     LinkServerFixture f;
     const auto session = f.attach();
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
     const std::size_t bytesBefore = f.stream.size();
     QCOMPARE(f.write(session, FrameStream().commands(3, setInt(5)).bytes()),
              "4: user \"operator\" may not write /A/Locked");
     QCOMPARE(f.locked->GetValue(), 0);
-    QTRY_VERIFY(!f.received().isEmpty() && f.stream.size() > bytesBefore);
+    QTRY_VERIFY_WITH_TIMEOUT(!f.received().isEmpty() && f.stream.size() > bytesBefore, patience);
     QCOMPARE(f.stream.substr(bytesBefore), FrameStream().state(3, *f.locked).bytes());
 }
 
@@ -101,14 +102,14 @@ void TestTreeLinkServerWrites::manyRefusedWritesToALargeMapMakeOneState()
         map->Add(RecordMapData(makeRecord(QString::number(i))), nullptr);
     }
     const auto session = f.attach();
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
     FrameStream writes;
     for (int i = 0; i < 5000; ++i) {
         writes.commands(5, {});
     }
     QCOMPARE(f.write(session, writes.bytes()), "4: user \"operator\" may not write /B/Locked");
     QVERIFY(f.server.backlogBytes() < 1024 * 1024);
-    QTRY_COMPARE(frameTexts(f.stream += f.client->take()).count("end"), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(frameTexts(f.stream += f.client->take()).count("end"), 2, patience);
     QCOMPARE(f.received(), treeList(f.tree));
     QCOMPARE(f.server.backlogBytes(), std::size_t{0});
 }
@@ -209,10 +210,10 @@ void TestTreeLinkServerWrites::tellsAValueAsItIsToWhoAsks()
 {
     LinkServerFixture f;
     const auto session = f.attach();
-    QTRY_COMPARE(f.received(), treeList(f.tree));
+    QTRY_COMPARE_WITH_TIMEOUT(f.received(), treeList(f.tree), patience);
     const std::size_t bytesBefore = f.stream.size();
     QCOMPARE(f.write(session, FrameStream().commands(2, {}).bytes()), QString());
-    QTRY_VERIFY(!f.received().isEmpty() && f.stream.size() > bytesBefore);
+    QTRY_VERIFY_WITH_TIMEOUT(!f.received().isEmpty() && f.stream.size() > bytesBefore, patience);
     QCOMPARE(f.stream.substr(bytesBefore), FrameStream().state(2, *f.number).bytes());
 }
 
@@ -235,7 +236,7 @@ void TestTreeLinkServerWrites::doesNothingOfAWriteThatItDidNotComeToInTime()
     QSignalSpy refused(&f.server, &TreeLinkServer::writeRefused);
     const auto session = f.attach();
     const auto viewer = f.attach("");
-    QTRY_COMPARE(f.server.sessionCount(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(f.server.sessionCount(), 2, patience);
     QCOMPARE(f.writeToBusyTree(session, FrameStream().commands(2, setInt(1)).bytes()), notInTime);
     QCOMPARE(f.writeToBusyTree(viewer, FrameStream().commands(2, setInt(2)).bytes()), notInTime);
     QCOMPARE(f.writeUntilTaken(session, FrameStream().commands(2, setInt(3)).bytes()), QString());

@@ -1,5 +1,7 @@
 #include <process/terminationsignals.h>
 
+#include "patience.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -26,7 +28,7 @@ private Q_SLOTS:
         const QSignalSpy received(&signals, &TerminationSignals::received);
         ::raise(number);
         QCOMPARE(received.count(), 0);
-        QTRY_COMPARE(received.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(received.count(), 1, patience);
     }
 
     void keepsASignalThatCameTooEarly()
@@ -35,7 +37,7 @@ private Q_SLOTS:
         ::raise(SIGTERM);
         const TerminationSignals signals;
         const QSignalSpy received(&signals, &TerminationSignals::received);
-        QTRY_COMPARE(received.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(received.count(), 1, patience);
     }
 };
 

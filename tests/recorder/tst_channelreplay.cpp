@@ -44,6 +44,9 @@ private Q_SLOTS:
     void tellsThatNobodyHasCome();
     void tellsThatItsReceiverIsGone();
     void stopsWhileItIsPrepared();
+    void keepsAPauseUntilItHasBegun_data();
+    void keepsAPauseUntilItHasBegun();
+    void forgetsAPauseWithItsReplay();
     void ignoresAPauseWithoutAReplay();
     void endsWithItsChannel();
     void replaysAtTheCallOfAManager();
@@ -323,6 +326,54 @@ void TestChannelReplay::stopsWhileItIsPrepared()
     QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
     QCOMPARE(m_shown->error(), QString());
     QVERIFY(!m_manager->calls().contains("started"));
+}
+
+void TestChannelReplay::keepsAPauseUntilItHasBegun_data()
+{
+    QTest::addColumn<QList<int>>("wishes");
+    QTest::addColumn<QStringList>("states");
+    const QStringList held{"replay started", "pausing", "paused"};
+    const QStringList going{"replay started", "running"};
+    QTest::newRow("held") << QList<int>{paused} << held;
+    QTest::newRow("held twice") << QList<int>{paused, paused} << held;
+    QTest::newRow("held and continued") << QList<int>{paused, running} << going;
+    QTest::newRow("continued and held again") << QList<int>{paused, running, paused} << held;
+}
+
+// The wishes come between the call to connect and the connection.
+void TestChannelReplay::keepsAPauseUntilItHasBegun()
+{
+    QFETCH(const QList<int>, wishes);
+    QFETCH(const QStringList, states);
+    const ChoiceLog windows(m_shown->find<ValueSelection>("RecordReplayModes"));
+    choose(lengthy);
+    writeState(running);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->replayPort() != 0, patience);
+    for (const int wish : wishes) {
+        writeState(wish);
+        QTRY_COMPARE_WITH_TIMEOUT(state(), u"replay started"_s, patience);
+    }
+    m_receiver = std::make_unique<ReplayReceiver>(m_manager->replayPort());
+    QTRY_COMPARE_WITH_TIMEOUT(windows.names(), states, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->calls().contains("started"), patience);
+    QCOMPARE(windows.names(), states);
+    QCOMPARE(m_shown->error(), QString());
+}
+
+void TestChannelReplay::forgetsAPauseWithItsReplay()
+{
+    choose(lengthy);
+    writeState(running);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->replayPort() != 0, patience);
+    writeState(paused);
+    writeState(stopped);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->calls().constLast(), u"disconnect"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"stopped"_s, patience);
+    writeState(running);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->calls().count("connect for replay"), 2, patience);
+    m_receiver = std::make_unique<ReplayReceiver>(m_manager->replayPort());
+    QTRY_COMPARE_WITH_TIMEOUT(state(), u"running"_s, patience);
 }
 
 void TestChannelReplay::ignoresAPauseWithoutAReplay()

@@ -1,5 +1,7 @@
 #include <recorder/served/jobthread.h>
 
+#include <patience.h>
+
 #include <QTest>
 
 #include <future>
@@ -66,7 +68,7 @@ void TestJobThread::forgetsWaitingJobsWhenItGoes()
     JobThread thread;
     worker = &thread;
     thread.enqueue(again);
-    QTRY_VERIFY(ran > 10);
+    QTRY_VERIFY_WITH_TIMEOUT(ran > 10, patience);
 }
 
 void TestJobThread::finishesTheJobUnderWay()

@@ -1,6 +1,7 @@
 #include <recorder/source/sourcefactory.h>
 #include <recorder/store/devicestore.h>
 
+#include <patience.h>
 #include <recorderclient.h>
 #include <recorderprocess.h>
 #include <storedrecord.h>
@@ -103,7 +104,7 @@ void TestKilledRecorder::showsEveryRecordAfterItWasKilled()
     RecorderProcess recorder(QStringLiteral(ZELKO_RECORDER));
     QVERIFY(recorder.start(arguments(false)));
     RecorderClient client(m_orb, recorder.port());
-    QTRY_VERIFY(isLoaded(client));
+    QTRY_VERIFY_WITH_TIMEOUT(isLoaded(client), patience);
     compare(client);
     for (const char* const device : devices) {
         const DeviceStore store(m_store.filePath(QString::fromLatin1(device)));
@@ -125,13 +126,13 @@ void TestKilledRecorder::runUntilKilled(int round)
     QVERIFY(recorder.start(arguments(true)));
     RecorderClient client(m_orb, recorder.port());
     if (isLooking(round)) {
-        QTRY_VERIFY(isLoaded(client));
+        QTRY_VERIFY_WITH_TIMEOUT(isLoaded(client), patience);
         compare(client);
         int changes = 0;
         Watch watch([&] { ++changes; });
         watch.on(client.values(QStringLiteral("A")).map());
         const int enough = m_random.bounded(15);
-        QTRY_VERIFY(changes >= enough && isRecording(client));
+        QTRY_VERIFY_WITH_TIMEOUT(changes >= enough && isRecording(client), patience);
     }
     QTest::qWait(m_random.bounded(60)); // not just when it has told of a change
     if (isLooking(round)) {

@@ -1,5 +1,7 @@
 #include <recorder/served/mailbox.h>
 
+#include <patience.h>
+
 #include <QTest>
 #include <QThread>
 
@@ -31,7 +33,7 @@ void TestMailbox::runsWhatOtherThreadsPostInOrder()
             });
         }
     });
-    QTRY_COMPARE(ran.size(), std::size_t{count});
+    QTRY_COMPARE_WITH_TIMEOUT(ran.size(), std::size_t{count}, patience);
     poster.join();
     QVERIFY(std::is_sorted(ran.begin(), ran.end()));
 }
@@ -42,7 +44,7 @@ void TestMailbox::runsNothingAtOnce()
     bool ran = false;
     mailbox.post([&] { ran = true; });
     QVERIFY(!ran);
-    QTRY_VERIFY(ran);
+    QTRY_VERIFY_WITH_TIMEOUT(ran, patience);
 }
 
 void TestMailbox::takesWhatAFunctionPosts()
@@ -55,7 +57,7 @@ void TestMailbox::takesWhatAFunctionPosts()
         }
     };
     mailbox.post(again);
-    QTRY_COMPARE(depth, 5);
+    QTRY_COMPARE_WITH_TIMEOUT(depth, 5, patience);
 }
 
 void TestMailbox::forgetsWhatWaitsWhenItGoes()

@@ -1,5 +1,7 @@
 #include <recorder/served/recordchurn.h>
 
+#include <patience.h>
+
 #include <zelkobase/maps/recorditemmap.h>
 
 #include <QTest>
@@ -116,7 +118,7 @@ void TestRecordChurn::runsByItself()
     fill(map, prepared);
     RecordChurn churn(map, prepared, {1000, 30});
     churn.start();
-    QTRY_COMPARE(changes(map, prepared), (QList<int>{10, 10, 10}));
+    QTRY_COMPARE_WITH_TIMEOUT(changes(map, prepared), (QList<int>{10, 10, 10}), patience);
 }
 
 void TestRecordChurn::goesOnWhenNothingIsDueAtFirst()
@@ -127,7 +129,7 @@ void TestRecordChurn::goesOnWhenNothingIsDueAtFirst()
     RecordChurn churn(map, prepared, {20, 0});
     churn.changeUntil(5ms);
     churn.start();
-    QTRY_VERIFY(changes(map, prepared).first() >= 2);
+    QTRY_VERIFY_WITH_TIMEOUT(changes(map, prepared).first() >= 2, patience);
 }
 
 void TestRecordChurn::restsWithoutARate()
@@ -141,7 +143,7 @@ void TestRecordChurn::restsWithoutARate()
     resting.start();
     withoutRecords.start();
     last.start();
-    QTRY_COMPARE(changes(map, prepared), (QList<int>{5, 0, 0}));
+    QTRY_COMPARE_WITH_TIMEOUT(changes(map, prepared), (QList<int>{5, 0, 0}), patience);
 }
 
 QTEST_GUILESS_MAIN(TestRecordChurn)

@@ -1,6 +1,7 @@
 #include <recorder/store/devicestore.h>
 #include <recorder/store/storelock.h>
 
+#include <patience.h>
 #include <recorderclient.h>
 #include <recorderprocess.h>
 #include <sigmfpair.h>
@@ -116,10 +117,10 @@ void TestRecorderProcess::closesRecordingsOnASignal()
     QFETCH(const int, signal);
     QVERIFY(m_recorder->start(withStore(QStringLiteral("--index-interval 0.05 --source generator:fm"))));
     const DeviceStore store(device());
-    QTRY_COMPARE(store.recordIds().size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(store.recordIds().size(), 1, patience);
     const QString id = store.recordIds().first();
     QString error;
-    QTRY_VERIFY(store.read(id, &error) && store.read(id, &error)->GetSize() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(store.read(id, &error) && store.read(id, &error)->GetSize() > 0, patience);
     m_recorder->send(signal);
     QCOMPARE(m_recorder->exitCode(), 0);
     const RecordPointer record = store.read(id, &error);
@@ -193,7 +194,7 @@ void TestRecorderProcess::endsWithItsParent()
     QVERIFY(!ZelkoRecorder::StoreLock().acquire(m_folder->path(), &error));
     parent.kill();
     QVERIFY(parent.waitForFinished());
-    QTRY_VERIFY(ZelkoRecorder::StoreLock().acquire(m_folder->path(), &error));
+    QTRY_VERIFY_WITH_TIMEOUT(ZelkoRecorder::StoreLock().acquire(m_folder->path(), &error), patience);
 }
 
 void TestRecorderProcess::showsARecordingToAClient()
@@ -201,18 +202,19 @@ void TestRecorderProcess::showsARecordingToAClient()
     QVERIFY(m_recorder->start(withStore(QStringLiteral(
         "--device A --device B --index-interval 0.1 --source A=generator:fm,name=Tower --source B=generator:noise"))));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.values(QStringLiteral("A")).isLoaded() && client.values(QStringLiteral("B")).isLoaded());
+    QTRY_VERIFY_WITH_TIMEOUT(
+        client.values(QStringLiteral("A")).isLoaded() && client.values(QStringLiteral("B")).isLoaded(), patience);
     const RecorderValues a = client.values(QStringLiteral("A"));
-    QTRY_COMPARE(a.map()->Size(), std::uint64_t{1});
+    QTRY_COMPARE_WITH_TIMEOUT(a.map()->Size(), std::uint64_t{1}, patience);
     const QString id = a.ids().first();
     QCOMPARE(a.record(id)->GetRecordName(), QStringLiteral("Tower"));
     QCOMPARE(a.record(id)->GetRecordStatus(), Status::Recording);
     QVERIFY(!a.record(id)->GetFinished());
-    QTRY_VERIFY(a.record(id)->GetSize() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(a.record(id)->GetSize() > 0, patience);
     const quint64 size = a.record(id)->GetSize();
-    QTRY_VERIFY(a.record(id)->GetSize() > size);
+    QTRY_VERIFY_WITH_TIMEOUT(a.record(id)->GetSize() > size, patience);
     client.write(a.command<Value<QString>>("SetRecordIdle"), id);
-    QTRY_COMPARE(a.record(id)->GetRecordStatus(), Status::Finished);
+    QTRY_COMPARE_WITH_TIMEOUT(a.record(id)->GetRecordStatus(), Status::Finished, patience);
     QCOMPARE(client.values(QStringLiteral("B")).map()->Size(), std::uint64_t{1});
 }
 
@@ -223,23 +225,23 @@ void TestRecorderProcess::deletesForAClient()
     }
     QVERIFY(m_recorder->start(withStore({})));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.values().isLoaded());
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded(), patience);
     QCOMPARE(client.values().map()->Size(), std::uint64_t{3});
     client.write(client.values().command<Value<QString>>("DeleteRecordingList"), QStringLiteral("R1@R3"));
-    QTRY_COMPARE(client.values().ids(), QStringList{QStringLiteral("R2")});
+    QTRY_COMPARE_WITH_TIMEOUT(client.values().ids(), QStringList{QStringLiteral("R2")}, patience);
     QVERIFY(!QDir(device() + QStringLiteral("/R1")).exists());
     QVERIFY(QDir(device() + QStringLiteral("/R2")).removeRecursively());
-    QTRY_VERIFY(client.values().map()->Empty());
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().map()->Empty(), patience);
 }
 
 void TestRecorderProcess::takesNoOtherValueFromAClient()
 {
     QVERIFY(m_recorder->start(withStore({})));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.values().isLoaded());
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded(), patience);
     client.write(client.values().loadCount(), 77);
     QCOMPARE(client.values().loadCount()->GetValue(), 77);
-    QTRY_COMPARE(client.values().loadCount()->GetValue(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(client.values().loadCount()->GetValue(), 0, patience);
 }
 
 // One read of a pipe that nobody writes to would hold up everything behind it.
@@ -254,8 +256,8 @@ void TestRecorderProcess::servesWithPipesInPlaceOfFiles()
     QVERIFY(
         m_recorder->start(withStore(QStringLiteral("--source %1 --source generator:noise,seconds=0.1").arg(source))));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.values().isLoaded());
-    QTRY_COMPARE(client.values().map()->Size(), std::uint64_t{2});
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.values().map()->Size(), std::uint64_t{2}, patience);
     QVERIFY(client.values().record(QStringLiteral("R1")));
 }
 
@@ -263,8 +265,8 @@ void TestRecorderProcess::servesWhileItLoads()
 {
     QVERIFY(m_recorder->start(withStore(QStringLiteral("--populate 3000"))));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.isConnected());
-    QTRY_COMPARE(client.values().loadCount()->GetValue(), 3000);
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.values().loadCount()->GetValue(), 3000, patience);
     QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded(), 60'000);
     QCOMPARE(client.values().map()->Size(), std::uint64_t{3000});
 }
@@ -291,17 +293,17 @@ void TestRecorderProcess::recordsACaptureOnceAlthoughItIsKilled()
     const auto isLoaded = [this] { return m_client->values().isLoaded(); };
     QVERIFY(m_recorder->start(withCapture(QStringLiteral("--speed 0.01"))));
     connectTo(m_recorder->port());
-    QTRY_VERIFY(isLoaded() && m_client->values().map()->Size() == 1);
+    QTRY_VERIFY_WITH_TIMEOUT(isLoaded() && m_client->values().map()->Size() == 1, patience);
     m_recorder->kill(); // in the middle of it
     QVERIFY(m_recorder->start(withCapture(QString())));
     connectTo(m_recorder->port());
-    QTRY_VERIFY(isLoaded() && atRest(QStringLiteral("capture")) == 2);
+    QTRY_VERIFY_WITH_TIMEOUT(isLoaded() && atRest(QStringLiteral("capture")) == 2, patience);
     m_recorder->send(SIGTERM); // which leaves it the time to note that
     QCOMPARE(m_recorder->exitCode(), 0);
     for (const QString& next : {QStringLiteral("X"), QStringLiteral("Y")}) {
         QVERIFY(m_recorder->start(withCapture(QStringLiteral("--source generator:noise,seconds=0.1,name=") + next)));
         connectTo(m_recorder->port());
-        QTRY_VERIFY(isLoaded() && atRest(next) == 1);
+        QTRY_VERIFY_WITH_TIMEOUT(isLoaded() && atRest(next) == 1, patience);
         QCOMPARE(atRest(QStringLiteral("capture")), 2);
         m_recorder->kill();
     }
@@ -311,25 +313,26 @@ void TestRecorderProcess::changesPreparedRecords()
 {
     QVERIFY(m_recorder->start(withStore(QStringLiteral("--populate 3 --churn 200"))));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.values().isLoaded());
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded(), patience);
     const QString id = client.values().ids().first();
     const quint64 size = client.values().record(id)->GetSize();
-    QTRY_VERIFY(client.values().record(id)->GetSize() > size + 4096);
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().record(id)->GetSize() > size + 4096, patience);
 }
 
 void TestRecorderProcess::recordsFromAChannelOfItsOwn()
 {
     QVERIFY(m_recorder->start(withStore(QStringLiteral("--channel Own=generator:fm,rate=8000"))));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.values().isLoaded() && client.channelIds().size() == 1);
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded() && client.channelIds().size() == 1, patience);
     const ShownChannel channel = client.channel(client.channelIds().constFirst());
-    QTRY_VERIFY(channel.isThere());
+    QTRY_VERIFY_WITH_TIMEOUT(channel.isThere(), patience);
     QCOMPARE(channel.text("ChannelName"), QStringLiteral("Own"));
     client.select(channel.recordingState(), startRequested);
-    QTRY_VERIFY(channel.number("FileSize") > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(channel.number("FileSize") > 0, patience);
     const QString id = channel.text("RecordID");
     client.select(channel.recordingState(), stopRequested);
-    QTRY_VERIFY(client.values().record(id) && client.values().record(id)->GetRecordStatus() == Status::Finished);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        client.values().record(id) && client.values().record(id)->GetRecordStatus() == Status::Finished, patience);
     QCOMPARE(client.values().record(id)->GetRecordName(), QStringLiteral("Own"));
 }
 
@@ -337,11 +340,11 @@ void TestRecorderProcess::closesTheRecordOfItsChannelOnASignal()
 {
     QVERIFY(m_recorder->start(withStore(QStringLiteral("--channel Own"))));
     RecorderClient& client = connectTo(m_recorder->port());
-    QTRY_VERIFY(client.values().isLoaded() && client.channelIds().size() == 1);
+    QTRY_VERIFY_WITH_TIMEOUT(client.values().isLoaded() && client.channelIds().size() == 1, patience);
     const ShownChannel channel = client.channel(client.channelIds().constFirst());
-    QTRY_VERIFY(channel.isThere());
+    QTRY_VERIFY_WITH_TIMEOUT(channel.isThere(), patience);
     client.select(channel.recordingState(), startRequested);
-    QTRY_VERIFY(channel.number("FileSize") > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(channel.number("FileSize") > 0, patience);
     const QString id = channel.text("RecordID");
     m_recorder->send(SIGTERM);
     QCOMPARE(m_recorder->exitCode(), 0);

@@ -2,6 +2,7 @@
 
 #include <filesizelimit.h>
 #include <loglines.h>
+#include <patience.h>
 #include <recordervalues.h>
 #include <storedrecord.h>
 
@@ -105,7 +106,7 @@ private:
     void serveStored()
     {
         serve(plan());
-        QTRY_VERIFY(values().isLoaded());
+        QTRY_VERIFY_WITH_TIMEOUT(values().isLoaded(), patience);
     }
     RecorderValues values(const QString& device = QStringLiteral("D1")) const
     {
@@ -225,7 +226,7 @@ void TestServedDevice::showsARecordingGrowAndEnd()
     recording.sources = {QStringLiteral("generator:carrier,rate=10000,seconds=0.25")};
     serve(recording);
     OneRecordLog log(*values().map());
-    QTRY_VERIFY(!log.log.isEmpty() && log.log.last().first == 5);
+    QTRY_VERIFY_WITH_TIMEOUT(!log.log.isEmpty() && log.log.last().first == 5, patience);
     QCOMPARE(log.log, (QVector<std::pair<int, quint64>>{{2, 0}, {2, 4000}, {2, 8000}, {5, 10'000}}));
     const auto record = values().map()->data().begin()->second.GetRecordData();
     QVERIFY(record->GetFinished() && record->GetDeletable());
@@ -241,7 +242,7 @@ void TestServedDevice::recordsSourcesOneAfterTheOther()
     recording.sources = {QStringLiteral("generator:carrier,seconds=0.1,name=First"),
                          QStringLiteral("generator:noise,seconds=0.1,name=Second")};
     serve(recording);
-    QTRY_COMPARE(values().map()->Size(), std::uint64_t{2});
+    QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), std::uint64_t{2}, patience);
     QStringList names;
     for (const QString& recordID : values().ids()) { // IDs are in the order of time
         names.append(values().record(recordID)->GetRecordName());
@@ -256,7 +257,7 @@ void TestServedDevice::passesOverASourceThatIsNone()
     recording.sources = {QStringLiteral("generator:siren"), QStringLiteral("generator:noise,seconds=0.1,name=Second")};
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot record .*siren")));
     serve(recording);
-    QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
+    QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), std::uint64_t{1}, patience);
     QCOMPARE(values().record(values().ids().first())->GetRecordName(), QStringLiteral("Second"));
 }
 
@@ -264,14 +265,14 @@ void TestServedDevice::recordsASourceOnceIfToldSo()
 {
     using Repeat = RecordingThread::Repeat;
     restart(Repeat::Unfinished, {"A", "A", "B"});
-    QTRY_COMPARE(namesAtRest(), (QStringList{"A", "B"}));
+    QTRY_COMPARE_WITH_TIMEOUT(namesAtRest(), (QStringList{"A", "B"}), patience);
     restart(Repeat::Unfinished, {"A", "B", "C"});
-    QTRY_COMPARE(namesAtRest(), (QStringList{"A", "B", "C"}));
+    QTRY_COMPARE_WITH_TIMEOUT(namesAtRest(), (QStringList{"A", "B", "C"}), patience);
     restart(Repeat::Everything, {"A", "D"});
-    QTRY_COMPARE(namesAtRest(), (QStringList{"A", "A", "B", "C", "D"}));
+    QTRY_COMPARE_WITH_TIMEOUT(namesAtRest(), (QStringList{"A", "A", "B", "C", "D"}), patience);
     QCOMPARE(DeviceStore(plan().folder).remove(values().ids()).size(), 5);
     restart(Repeat::Unfinished, {"A", "D", "E"});
-    QTRY_COMPARE(namesAtRest(), QStringList{"E"});
+    QTRY_COMPARE_WITH_TIMEOUT(namesAtRest(), QStringList{"E"}, patience);
 }
 
 void TestServedDevice::recordsASourceAgainThatWasNotRecordedToItsEnd()
@@ -280,13 +281,13 @@ void TestServedDevice::recordsASourceAgainThatWasNotRecordedToItsEnd()
     recording.repeat = RecordingThread::Repeat::Unfinished;
     recording.sources = {QStringLiteral("generator:noise,rate=10000,seconds=80000,name=Long")};
     serve(recording);
-    QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
+    QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), std::uint64_t{1}, patience);
     values().command<Value<QString>>("SetRecordIdle")->SetValue(values().ids().first(), nullptr);
-    QTRY_COMPARE(namesAtRest(), QStringList{"Long"});
+    QTRY_COMPARE_WITH_TIMEOUT(namesAtRest(), QStringList{"Long"}, patience);
     for (int records = 2; records <= 3; ++records) { // it was stopped, and then interrupted
         m_recorder = std::make_unique<ServedRecorder>();
         serve(recording);
-        QTRY_COMPARE(values().map()->Size(), static_cast<std::uint64_t>(records));
+        QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), static_cast<std::uint64_t>(records), patience);
     }
 }
 
@@ -303,7 +304,8 @@ void TestServedDevice::recordsSeveralDevicesSideBySide()
         return of.map()->Size() == 1 && of.record(of.ids().first())->GetSize() > 0 &&
                of.record(of.ids().first())->GetRecordStatus() == Status::Recording;
     };
-    QTRY_VERIFY(grows(QStringLiteral("D1")) && grows(QStringLiteral("D2")) && grows(QStringLiteral("D3")));
+    QTRY_VERIFY_WITH_TIMEOUT(grows(QStringLiteral("D1")) && grows(QStringLiteral("D2")) && grows(QStringLiteral("D3")),
+                             patience);
 }
 
 void TestServedDevice::closesTheRecordingWhenItEnds()
@@ -311,7 +313,7 @@ void TestServedDevice::closesTheRecordingWhenItEnds()
     DevicePlan recording = plan();
     recording.sources = {QStringLiteral("generator:fm,rate=10000")};
     serve(recording);
-    QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
+    QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), std::uint64_t{1}, patience);
     const QString recordID = values().ids().first();
     m_recorder->close();
     QString error;
@@ -326,7 +328,7 @@ void TestServedDevice::dropsARecordWhoseFolderWasRemoved()
     QVERIFY(store(finishedRecord(id(2))));
     serveStored();
     QVERIFY(QDir(plan().folder + QLatin1Char('/') + id(1)).removeRecursively());
-    QTRY_COMPARE(values().ids(), QStringList{id(2)});
+    QTRY_COMPARE_WITH_TIMEOUT(values().ids(), QStringList{id(2)}, patience);
 }
 
 void TestServedDevice::showsARecordThatWasCopiedIn()
@@ -334,7 +336,7 @@ void TestServedDevice::showsARecordThatWasCopiedIn()
     serveStored();
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(id(1)), 4000));
     QVERIFY(QDir().rename(m_folder->filePath(id(1)), plan().folder + QLatin1Char('/') + id(1)));
-    QTRY_COMPARE(values().ids(), QStringList{id(1)});
+    QTRY_COMPARE_WITH_TIMEOUT(values().ids(), QStringList{id(1)}, patience);
 }
 
 void TestServedDevice::foldsABurstOfRemovals()
@@ -348,7 +350,7 @@ void TestServedDevice::foldsABurstOfRemovals()
     for (int i = 1; i < count; ++i) {
         QVERIFY(QDir(plan().folder + QLatin1Char('/') + id(i)).removeRecursively());
     }
-    QTRY_COMPARE(values().ids(), QStringList{id(0)});
+    QTRY_COMPARE_WITH_TIMEOUT(values().ids(), QStringList{id(0)}, patience);
 }
 
 void TestServedDevice::dropsARecordingWhoseFolderWasRemoved()
@@ -356,10 +358,10 @@ void TestServedDevice::dropsARecordingWhoseFolderWasRemoved()
     DevicePlan recording = plan();
     recording.sources = {QStringLiteral("generator:fm,rate=10000")};
     serve(recording);
-    QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
+    QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), std::uint64_t{1}, patience);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("failed")));
     QVERIFY(QDir(plan().folder + QLatin1Char('/') + values().ids().first()).removeRecursively());
-    QTRY_VERIFY(values().map()->Empty());
+    QTRY_VERIFY_WITH_TIMEOUT(values().map()->Empty(), patience);
 }
 
 void TestServedDevice::showsARecordingAsDamagedUntilTheDiskTakesItsEnd()
@@ -368,12 +370,12 @@ void TestServedDevice::showsARecordingAsDamagedUntilTheDiskTakesItsEnd()
     recording.sources = {QStringLiteral("generator:fm,rate=10000")};
     serve(recording);
     OneRecordLog log(*values().map());
-    QTRY_VERIFY(log.log.size() > 2);
+    QTRY_VERIFY_WITH_TIMEOUT(log.log.size() > 2, patience);
     const QString recordID = values().ids().first();
     {
         const FileSizeLimit full(100);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("recording .* failed: the disk")));
-        QTRY_COMPARE(log.log.last().first, 8);
+        QTRY_COMPARE_WITH_TIMEOUT(log.log.last().first, 8, patience);
     }
     const auto durable = log.log.last();
     QCOMPARE(log.log.at(log.log.size() - 2), std::pair(2, durable.second));
@@ -383,7 +385,7 @@ void TestServedDevice::showsARecordingAsDamagedUntilTheDiskTakesItsEnd()
         idle->HasChanged(TChangeCode::ValueChanged, nullptr); // again: it may have come before the recording ended
         return log.log.last() == std::pair(5, durable.second);
     };
-    QTRY_VERIFY(isAtRest());
+    QTRY_VERIFY_WITH_TIMEOUT(isAtRest(), patience);
 }
 
 void TestServedDevice::deletesWhatAClientAsks()
@@ -393,16 +395,17 @@ void TestServedDevice::deletesWhatAClientAsks()
     }
     serveStored();
     QVERIFY(values().command<Value<QString>>("DeleteRecordingList")->SetValue(QStringLiteral("R1@R3"), nullptr));
-    QTRY_COMPARE(values().ids(), QStringList{id(2)});
-    QTRY_COMPARE(contentOf(plan().folder).keys(),
-                 (QStringList{QStringLiteral("R2/R2.dat"), QStringLiteral("R2/RecordData.xml")}));
+    QTRY_COMPARE_WITH_TIMEOUT(values().ids(), QStringList{id(2)}, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(contentOf(plan().folder).keys(),
+                              (QStringList{QStringLiteral("R2/R2.dat"), QStringLiteral("R2/RecordData.xml")}),
+                              patience);
     // The same words again mean the same again.
     QVERIFY(store(finishedRecord(id(1))));
     values().command<Value<bool>>("Synchronize")->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QTRY_COMPARE(values().ids(), (QStringList{id(1), id(2)}));
+    QTRY_COMPARE_WITH_TIMEOUT(values().ids(), (QStringList{id(1), id(2)}), patience);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not deleted.*R3")));
     values().command<Value<QString>>("DeleteRecordingList")->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QTRY_COMPARE(values().ids(), QStringList{id(2)});
+    QTRY_COMPARE_WITH_TIMEOUT(values().ids(), QStringList{id(2)}, patience);
 }
 
 void TestServedDevice::deletesNothingThatIsProtectedOrInUse()
@@ -417,7 +420,7 @@ void TestServedDevice::deletesNothingThatIsProtectedOrInUse()
     DevicePlan recording = plan();
     recording.sources = {QStringLiteral("generator:fm,rate=10000")};
     serve(recording);
-    QTRY_COMPARE(values().map()->Size(), std::uint64_t{4});
+    QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), std::uint64_t{4}, patience);
     QStringList all = values().ids();
     const auto before = all.filter(QRegularExpression(QStringLiteral("^R[12]$"))) +
                         all.filter(QRegularExpression(QStringLiteral("^20")));
@@ -426,7 +429,7 @@ void TestServedDevice::deletesNothingThatIsProtectedOrInUse()
         QRegularExpression(QStringLiteral("^D1 : not deleted.* 4 records, the first is %1$").arg(before.last())));
     all.append(QStringLiteral("nobody"));
     values().command<Value<QString>>("DeleteRecordingList")->SetValue(all.join(QLatin1Char('@')), nullptr);
-    QTRY_VERIFY(!values().map()->contains(id(3)));
+    QTRY_VERIFY_WITH_TIMEOUT(!values().map()->contains(id(3)), patience);
     QCOMPARE(values().map()->Size(), std::uint64_t{3});
     for (const QString& recordID : before) {
         QVERIFY2(values().map()->contains(recordID), qPrintable(recordID));
@@ -452,7 +455,7 @@ void TestServedDevice::synchronizesWithTheDisk()
     changed.SetRecordName(QStringLiteral("By hand"));
     QVERIFY(DeviceStore(plan().folder).save(changed));
     values().command<Value<bool>>("Synchronize")->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QTRY_COMPARE(values().record(id(1))->GetRecordName(), QStringLiteral("By hand"));
+    QTRY_COMPARE_WITH_TIMEOUT(values().record(id(1))->GetRecordName(), QStringLiteral("By hand"), patience);
 }
 
 void TestServedDevice::synchronizesOneRecord()
@@ -467,7 +470,7 @@ void TestServedDevice::synchronizesOneRecord()
     }
     values().command<Value<QString>>("SyncOneRecord")->SetValue(QStringLiteral("nobody"), nullptr);
     values().command<Value<QString>>("SyncOneRecord")->SetValue(id(2), nullptr);
-    QTRY_COMPARE(values().record(id(2))->GetRecordName(), QStringLiteral("By hand"));
+    QTRY_COMPARE_WITH_TIMEOUT(values().record(id(2))->GetRecordName(), QStringLiteral("By hand"), patience);
     QCOMPARE(values().record(id(1))->GetRecordName(), finishedRecord(id(1)).GetRecordName());
 }
 
@@ -478,7 +481,7 @@ void TestServedDevice::putsARecordToRest()
     QVERIFY(store(damaged));
     serveStored();
     values().command<Value<QString>>("SetRecordIdle")->SetValue(id(1), nullptr);
-    QTRY_COMPARE(values().record(id(1))->GetRecordStatus(), Status::Finished);
+    QTRY_COMPARE_WITH_TIMEOUT(values().record(id(1))->GetRecordStatus(), Status::Finished, patience);
 }
 
 void TestServedDevice::stopsARecordingThatIsToBeIdle()
@@ -486,10 +489,10 @@ void TestServedDevice::stopsARecordingThatIsToBeIdle()
     DevicePlan recording = plan();
     recording.sources = {QStringLiteral("generator:fm,rate=10000")};
     serve(recording);
-    QTRY_COMPARE(values().map()->Size(), std::uint64_t{1});
+    QTRY_COMPARE_WITH_TIMEOUT(values().map()->Size(), std::uint64_t{1}, patience);
     const QString recordID = values().ids().first();
     values().command<Value<QString>>("SetRecordIdle")->SetValue(recordID, nullptr);
-    QTRY_COMPARE(values().record(recordID)->GetRecordStatus(), Status::Finished);
+    QTRY_COMPARE_WITH_TIMEOUT(values().record(recordID)->GetRecordStatus(), Status::Finished, patience);
 }
 
 void TestServedDevice::changesPreparedRecordsForLoadTests()
@@ -499,7 +502,7 @@ void TestServedDevice::changesPreparedRecordsForLoadTests()
     load.churn.perSecond = 500;
     serve(load);
     const PreparedRecords prepared(QStringLiteral("D1"), 10);
-    QTRY_VERIFY(values().isLoaded());
+    QTRY_VERIFY_WITH_TIMEOUT(values().isLoaded(), patience);
     const auto allChanged = [&] {
         for (int i = 0; i < prepared.count(); ++i) {
             if (values().record(prepared.recordId(i))->GetSize() <= prepared.record(i).GetSize()) {
@@ -508,7 +511,7 @@ void TestServedDevice::changesPreparedRecordsForLoadTests()
         }
         return true;
     };
-    QTRY_VERIFY(allChanged());
+    QTRY_VERIFY_WITH_TIMEOUT(allChanged(), patience);
     QString error;
     QVERIFY(*DeviceStore(load.folder).read(prepared.recordId(0), &error) == prepared.record(0));
 }

@@ -1,6 +1,7 @@
 #include <recorder/served/storeworker.h>
 
 #include <filesizelimit.h>
+#include <patience.h>
 #include <storedrecord.h>
 
 #include <QSignalSpy>
@@ -93,7 +94,7 @@ void TestStoreWorker::load(int prepared)
 {
     start(prepared);
     m_worker->load();
-    QTRY_VERIFY(m_log.contains(QStringLiteral("loaded")));
+    QTRY_VERIFY_WITH_TIMEOUT(m_log.contains(QStringLiteral("loaded")), patience);
     m_log.clear();
 }
 
@@ -103,8 +104,9 @@ void TestStoreWorker::loadsCountThenRecordsThenEnd()
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
     start();
     m_worker->load();
-    QTRY_COMPARE(m_log,
-                 (QStringList{QStringLiteral("counted 2"), QStringLiteral("read R1 R2"), QStringLiteral("loaded")}));
+    QTRY_COMPARE_WITH_TIMEOUT(
+        m_log, (QStringList{QStringLiteral("counted 2"), QStringLiteral("read R1 R2"), QStringLiteral("loaded")}),
+        patience);
 }
 
 void TestStoreWorker::loadsLargeStoresInSlices()
@@ -112,7 +114,7 @@ void TestStoreWorker::loadsLargeStoresInSlices()
     start(300);
     m_worker->load();
     m_worker->remove({QStringLiteral("unknown")}); // a job of somebody who does not want to wait for the whole load
-    QTRY_VERIFY(m_log.contains(QStringLiteral("loaded")));
+    QTRY_VERIFY_WITH_TIMEOUT(m_log.contains(QStringLiteral("loaded")), patience);
     QCOMPARE(m_log.size(), 6);
     QCOMPARE(m_log.at(0), QStringLiteral("counted 300"));
     QCOMPARE(m_log.indexOf(QStringLiteral("gone ")), 2);
@@ -127,8 +129,9 @@ void TestStoreWorker::setsUnreadableFoldersAside()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R2")));
     start();
     m_worker->load();
-    QTRY_COMPARE(m_log,
-                 (QStringList{QStringLiteral("counted 2"), QStringLiteral("read R1"), QStringLiteral("loaded")}));
+    QTRY_COMPARE_WITH_TIMEOUT(
+        m_log, (QStringList{QStringLiteral("counted 2"), QStringLiteral("read R1"), QStringLiteral("loaded")}),
+        patience);
     QCOMPARE(contentOf(m_folder->path()), before);
 }
 
@@ -165,7 +168,7 @@ void TestStoreWorker::makesOnlyMissingPreparedRecords()
     QVERIFY(DeviceStore(m_folder->path()).save(renamed));
     start(3);
     m_worker->load();
-    QTRY_VERIFY(m_log.contains(QStringLiteral("loaded")));
+    QTRY_VERIFY_WITH_TIMEOUT(m_log.contains(QStringLiteral("loaded")), patience);
     QString error;
     const DeviceStore store(m_folder->path());
     QVERIFY(*store.read(prepared.recordId(1), &error) == renamed);
@@ -204,10 +207,10 @@ void TestStoreWorker::noticesFoldersThatComeAndGo()
     QVERIFY(QDir(m_folder->filePath(QStringLiteral("R1"))).removeRecursively());
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
     m_worker->rescan();
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1"), QStringLiteral("read R2")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("gone R1"), QStringLiteral("read R2")}), patience);
     m_worker->rescan();
     m_worker->readOne(QStringLiteral("R2")); // to see that the look in between found nothing
-    QTRY_COMPARE(m_log.size(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log.size(), 3, patience);
     QCOMPARE(m_log.last(), QStringLiteral("read R2"));
 }
 
@@ -219,7 +222,7 @@ void TestStoreWorker::passesOverRecordsThatAreBeingRecorded()
     m_worker->rescan();
     m_worker->readOne(QStringLiteral("R1"));
     m_worker->readAll();
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R2"), QStringLiteral("read R2")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R2"), QStringLiteral("read R2")}), patience);
     ZELKO_RecordData record;
     QVERIFY(record.LoadXml(m_folder->filePath(QStringLiteral("R1/RecordData.xml"))));
     QVERIFY(record == unfinishedRecord(QStringLiteral("R1")));
@@ -231,7 +234,7 @@ void TestStoreWorker::readsAllAnew()
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
     load();
     m_worker->readAll();
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1 R2")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R1 R2")}), patience);
 }
 
 void TestStoreWorker::readsOneAnew()
@@ -240,7 +243,7 @@ void TestStoreWorker::readsOneAnew()
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
     load();
     m_worker->readOne(QStringLiteral("R2"));
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R2")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R2")}), patience);
 }
 
 void TestStoreWorker::reportsARecordThatBecameUnreadable()
@@ -250,7 +253,7 @@ void TestStoreWorker::reportsARecordThatBecameUnreadable()
     QVERIFY(writeBytes(m_folder->filePath(QStringLiteral("R1/RecordData.xml")), "<half"));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("set aside .*R1")));
     m_worker->readOne(QStringLiteral("R1"));
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("gone R1")}), patience);
     QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("R1/R1.dat"))));
 }
 
@@ -258,7 +261,7 @@ void TestStoreWorker::reportsARecordThatIsAskedForAndIsNotThere()
 {
     load();
     m_worker->readOne(QStringLiteral("R1"));
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("gone R1")}), patience);
 }
 
 // Somebody's edit takes its time.
@@ -307,7 +310,7 @@ void TestStoreWorker::putsARecordToRest()
     QVERIFY(storeRecord(m_folder->path(), damaged, 4000));
     load();
     m_worker->putToRest(QStringLiteral("R1"));
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R1")}), patience);
     QString error;
     QVERIFY(*DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error) == finishedRecord(QStringLiteral("R1")));
 }
@@ -333,11 +336,11 @@ void TestStoreWorker::removesRecords()
     QVERIFY(storeRecord(m_folder->path(), finishedRecord(QStringLiteral("R2")), 4000));
     load();
     m_worker->remove({QStringLiteral("R1"), QStringLiteral("unknown")});
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("gone R1")}), patience);
     QCOMPARE(contentOf(m_folder->path()).size(), 2);
     m_worker->rescan();
     m_worker->readOne(QStringLiteral("R2"));
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R1"), QStringLiteral("read R2")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("gone R1"), QStringLiteral("read R2")}), patience);
 }
 
 void TestStoreWorker::removesNothingThatIsProtectedOrInUse()
@@ -351,11 +354,11 @@ void TestStoreWorker::removesNothingThatIsProtectedOrInUse()
     RecordUses::Handle use = m_uses.begin(QStringLiteral("R2"), RecordUses::Kind::Copy);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not deleted .* 2 records")));
     m_worker->remove({QStringLiteral("R1"), QStringLiteral("R2"), QStringLiteral("R3")});
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("gone R3")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("gone R3")}), patience);
     use.reset();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not deleted .* 1 records")));
     m_worker->remove({QStringLiteral("R1"), QStringLiteral("R2")});
-    QTRY_COMPARE(m_log.size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log.size(), 2, patience);
     QCOMPARE(m_log.last(), QStringLiteral("gone R2"));
     QCOMPARE(DeviceStore(m_folder->path()).recordIds(), QStringList{QStringLiteral("R1")});
     QVERIFY(m_uses.begin(QStringLiteral("R1"), RecordUses::Kind::Deletion));
@@ -373,8 +376,8 @@ void TestStoreWorker::changesRecords()
     change(QStringLiteral("R1"), QStringLiteral("a"), StoreStatus::Done);
     change(QStringLiteral("R2"), QStringLiteral("b"), StoreStatus::UnknownRecord);
     change(QStringLiteral("R1"), QStringLiteral("c"), StoreStatus::Done);
-    QTRY_COMPARE(answers.load(), 3);
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1"), QStringLiteral("read R1")}));
+    QTRY_COMPARE_WITH_TIMEOUT(answers.load(), 3, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R1"), QStringLiteral("read R1")}), patience);
     QString error;
     QCOMPARE(DeviceStore(m_folder->path()).read(QStringLiteral("R1"), &error)->GetRecordName(), QStringLiteral("c"));
 }
@@ -387,8 +390,8 @@ void TestStoreWorker::showsWhatIsOnDiskAfterAChangeThatFailed()
     m_worker->edit(
         QStringLiteral("R1"), [](ZELKO_RecordData&) { return StoreStatus::DiskRefused; },
         [&status](StoreStatus answer) { status = static_cast<int>(answer); });
-    QTRY_COMPARE(status.load(), static_cast<int>(StoreStatus::DiskRefused));
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1")}));
+    QTRY_COMPARE_WITH_TIMEOUT(status.load(), static_cast<int>(StoreStatus::DiskRefused), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R1")}), patience);
 }
 
 void TestStoreWorker::takesUpWhatOthersPutIntoTheStore()
@@ -398,7 +401,7 @@ void TestStoreWorker::takesUpWhatOthersPutIntoTheStore()
     m_worker->add(std::make_shared<ZELKO_RecordData>(finishedRecord(QStringLiteral("R1"))));
     m_worker->rescan(); // it is known already
     m_worker->readOne(QStringLiteral("R1"));
-    QTRY_COMPARE(m_log, (QStringList{QStringLiteral("read R1"), QStringLiteral("read R1")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_log, (QStringList{QStringLiteral("read R1"), QStringLiteral("read R1")}), patience);
 }
 
 void TestStoreWorker::answersWhetherARecordCouldBeRead()
@@ -409,15 +412,15 @@ void TestStoreWorker::answersWhetherARecordCouldBeRead()
     std::atomic<int> bad = -1;
     m_worker->readOne(QStringLiteral("R1"), [&good](StoreStatus status) { good = static_cast<int>(status); });
     m_worker->readOne(QStringLiteral("R2"), [&bad](StoreStatus status) { bad = static_cast<int>(status); });
-    QTRY_COMPARE(good.load(), static_cast<int>(StoreStatus::Done));
-    QTRY_COMPARE(bad.load(), static_cast<int>(StoreStatus::UnknownRecord));
+    QTRY_COMPARE_WITH_TIMEOUT(good.load(), static_cast<int>(StoreStatus::Done), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(bad.load(), static_cast<int>(StoreStatus::UnknownRecord), patience);
 }
 
 void TestStoreWorker::mayEndInTheMiddleOfALoad()
 {
     start(5000);
     m_worker->load();
-    QTRY_VERIFY(m_log.size() > 2);
+    QTRY_VERIFY_WITH_TIMEOUT(m_log.size() > 2, patience);
     m_worker.reset();
     const qsizetype told = m_log.size();
     QCoreApplication::processEvents();

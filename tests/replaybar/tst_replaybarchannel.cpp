@@ -91,6 +91,8 @@ private Q_SLOTS:
     void aPausedReplayLeavesThePosition();
     void followsReplaysAsTheyStartAndStop();
     void aFlagThatIsOffChangesNothing();
+    void aFlagThatComesBackChangesNothing_data();
+    void aFlagThatComesBackChangesNothing();
     void aLostConnectionIsNotFollowed();
     void aChannelThatIsGoneIsNotFollowed_data();
     void aChannelThatIsGoneIsNotFollowed();
@@ -169,6 +171,39 @@ void ReplayBarChannelTest::aFlagThatIsOffChangesNothing()
     channel.allowRecording(false);
     channel.setReplay(Admin::RecordReplayMode::Stopped);
     QCOMPARE(channel.tie(), u"replay"_s);
+}
+
+void ReplayBarChannelTest::aFlagThatComesBackChangesNothing_data()
+{
+    using Replay = Admin::RecordReplayMode;
+    using Modes = QList<Replay>;
+    QTest::addColumn<Modes>("replay");
+    QTest::addColumn<QString>("tie");
+    QTest::newRow("without a replay") << Modes{} << u"replay"_s;
+    QTest::newRow("while a replay begins") << Modes{Replay::Started} << u"replay"_s;
+    QTest::newRow("while a replay runs") << Modes{Replay::Started, Replay::Running} << u"waterfall"_s;
+    QTest::newRow("while a replay is being paused") << Modes{Replay::Running, Replay::Pausing} << u"waterfall"_s;
+    QTest::newRow("while a replay that ran is paused") << Modes{Replay::Running, Replay::Paused} << u"waterfall"_s;
+    QTest::newRow("while a replay that never ran is paused") << Modes{Replay::Started, Replay::Paused} << u"replay"_s;
+    QTest::newRow("while a replay ends") << Modes{Replay::Running, Replay::Stopping} << u"waterfall"_s;
+    QTest::newRow("behind a replay") << Modes{Replay::Running, Replay::Stopped} << u"replay"_s;
+}
+
+void ReplayBarChannelTest::aFlagThatComesBackChangesNothing()
+{
+    QFETCH(QList<Admin::RecordReplayMode>, replay);
+    Channel channel;
+    channel.open();
+    for (const Admin::RecordReplayMode mode : replay) {
+        channel.setReplay(mode);
+    }
+    QTEST(channel.tie(), "tie");
+    channel.allowRecording(false);
+    QTEST(channel.tie(), "tie");
+    channel.shown->widget->connectSignals();
+    QTEST(channel.tie(), "tie");
+    channel.allowRecording(true);
+    QTEST(channel.tie(), "tie");
 }
 
 void ReplayBarChannelTest::aChannelThatIsGoneIsNotFollowed_data()

@@ -1,23 +1,17 @@
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 
-#include "bookmarksite.h"
-#include "iconpicture.h"
+#include "dialogbar.h"
 #include "microseconds.h"
-#include "shownreplaybar.h"
 #include "updatecounter.h"
 
-#include <resources/zelkoicons.h>
 #include <valuecore/node.h>
 #include <zelkobase/data/indexentry.h>
 
-#include <QApplication>
-#include <QToolButton>
 #include <QtTest>
 
 #include <functional>
 #include <limits>
 
-using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 using ZelkoGUI::BookmarkModel;
 using ZelkoGUI::ReplayBarWidget;
@@ -32,43 +26,10 @@ const auto momentAt = ShownReplayBar::momentAt;
 const auto timeAt = ShownReplayBar::timeAt;
 constexpr quint64 all = std::numeric_limits<quint64>::max();
 
-/// By itself, with the bookmarks of records on the tree.
-struct Dialog
-{
-    explicit Dialog(bool readOnly = false)
-        : site(readOnly)
-    {}
-
-    void store(const QString& id, long long start, long long stop)
-    {
-        const BookmarkSite::RecordPtr record = BookmarkSite::record({}, id);
-        record->SetStartTime(static_cast<quint64>(start));
-        record->SetStopTime(static_cast<quint64>(stop));
-        site.store(record);
-    }
-    void showRecord(const QString& id) { shown.widget->setRecord(id, site.records.get(), u"D"_s); }
-
-    /// Stores and shows the record R of 90 seconds, and forgets the position that was told.
-    void showRecord(const BookmarkSite::Entries& bookmarks = {})
-    {
-        site.store(bookmarks);
-        showRecord(u"R"_s);
-        shown.takePositions();
-    }
-
-    BookmarkSite site;
-    ShownReplayBar shown{std::make_unique<ReplayBarWidget>(&site.model)};
-};
-
 std::size_t guiValues()
 {
     const auto* const node = dynamic_cast<const Node*>(Tree::Instance()->GetItem(u"/GuiCentral"_s));
     return node == nullptr ? 0 : node->GetTreeItems().size();
-}
-
-void click(QToolButton* button)
-{
-    QTest::mouseClick(button, Qt::LeftButton);
 }
 
 ZELKO_XML::IndexEntry indexAt(long long seconds)
@@ -90,8 +51,6 @@ class ReplayBarWidgetTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { registerZelkoIcons(); }
-
     void isABarWithAPositionToMove();
     void theWheelDoesNotZoom();
     void showsARecordFromStartToStop();
@@ -120,21 +79,12 @@ private Q_SLOTS:
     void thePositionCanBeHiddenAndFixed();
     void leavesNoValuesBehind();
 
-    void hasButtonsForAListThatCanBeEditedOnly_data();
-    void hasButtonsForAListThatCanBeEditedOnly();
-    void buttonsFollowTheList_data();
-    void buttonsFollowTheList();
-    void applyTakesTheFocusBeforeItSends();
-    void aBookmarkGoesToTheRecorderAndBack();
-    void noBookmarkIsSetUntilTheRecorderHasAnswered();
-    void anExternalChangeWaitsForTheUser();
-
     void byItselfItHasNoChannel();
 };
 
 void ReplayBarWidgetTest::isABarWithAPositionToMove()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     const VCReplayBar& bar = dialog.shown.bar();
     QCOMPARE(bar.parentWidget(), dialog.shown.widget.get());
@@ -149,7 +99,7 @@ void ReplayBarWidgetTest::isABarWithAPositionToMove()
 
 void ReplayBarWidgetTest::theWheelDoesNotZoom()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     VCReplayBar& bar = dialog.shown.bar();
     const QPointF place = bar.rect().center();
@@ -161,7 +111,7 @@ void ReplayBarWidgetTest::theWheelDoesNotZoom()
 
 void ReplayBarWidgetTest::showsARecordFromStartToStop()
 {
-    Dialog dialog;
+    DialogBar dialog;
     QCOMPARE(dialog.shown.bar().GetRecordingStop(), 0.0);
     dialog.showRecord();
     QCOMPARE(microseconds(dialog.shown.bar().GetRecordingStart()), timeAt(0));
@@ -172,11 +122,13 @@ void ReplayBarWidgetTest::showsARecordFromStartToStop()
 void ReplayBarWidgetTest::anIndexTellsTheExtent_data()
 {
     QTest::addColumn<QList<int>>("index");
+    QTest::addColumn<bool>("isFinished");
     QTest::addColumn<int>("first");
     QTest::addColumn<int>("last");
-    QTest::newRow("one entry") << QList<int>{30} << 0 << 90;
-    QTest::newRow("two entries") << QList<int>{10, 80} << 10 << 80;
-    QTest::newRow("in no order") << QList<int>{40, 95, -5, 60} << -5 << 95;
+    QTest::newRow("one entry") << QList<int>{30} << true << 0 << 90;
+    QTest::newRow("two entries") << QList<int>{10, 80} << true << 10 << 80;
+    QTest::newRow("in no order") << QList<int>{40, 95, -5, 60} << true << -5 << 95;
+    QTest::newRow("being recorded") << QList<int>{10, 80} << false << 10 << 80;
 }
 
 void ReplayBarWidgetTest::anIndexTellsTheExtent()
@@ -184,8 +136,10 @@ void ReplayBarWidgetTest::anIndexTellsTheExtent()
     QFETCH(QList<int>, index);
     QFETCH(int, first);
     QFETCH(int, last);
-    Dialog dialog;
-    const BookmarkSite::RecordPtr record = BookmarkSite::record({});
+    QFETCH(bool, isFinished);
+    DialogBar dialog;
+    const BookmarkSite::RecordPtr record = makeRecord(u"R"_s, isFinished ? 5 : 2);
+    record->SetFinished(isFinished);
     QVector<ZELKO_XML::IndexEntry> entries;
     for (const int seconds : index) {
         entries.append(indexAt(seconds));
@@ -199,7 +153,7 @@ void ReplayBarWidgetTest::anIndexTellsTheExtent()
 
 void ReplayBarWidgetTest::thePositionBeginsAtTheStart()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.site.store(BookmarkSite::Entries());
     dialog.showRecord(u"R"_s);
     QCOMPARE(microseconds(dialog.shown.position().GetPosition()), timeAt(0));
@@ -208,7 +162,7 @@ void ReplayBarWidgetTest::thePositionBeginsAtTheStart()
 
 void ReplayBarWidgetTest::theSameExtentLeavesThePosition()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     dialog.store(u"S"_s, begin, end);
     dialog.shown.setPosition(momentAt(30));
@@ -220,7 +174,7 @@ void ReplayBarWidgetTest::theSameExtentLeavesThePosition()
 
 void ReplayBarWidgetTest::aRecordThatGrowsTakesThePositionBack()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     dialog.shown.setPosition(momentAt(30));
     dialog.shown.takePositions();
@@ -233,7 +187,7 @@ void ReplayBarWidgetTest::aRecordThatGrowsTakesThePositionBack()
 // Who is told the position may ask the list for the bookmarks there.
 void ReplayBarWidgetTest::theListHasTheRecordBeforeThePositionIsTold()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.site.store(twoBookmarks);
     QStringList told;
     const QObject context;
@@ -250,7 +204,7 @@ void ReplayBarWidgetTest::theListHasTheRecordBeforeThePositionIsTold()
 
 void ReplayBarWidgetTest::followsItsRecordOnly()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     dialog.store(u"S"_s, begin, end + second);
     dialog.site.map->EraseAt(u"S"_s, nullptr);
@@ -260,7 +214,7 @@ void ReplayBarWidgetTest::followsItsRecordOnly()
 
 void ReplayBarWidgetTest::aResetWritesZeros()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     UpdateCounter writes;
     ValueObservingPtr<Value<double>> position(&writes);
@@ -288,7 +242,7 @@ void ReplayBarWidgetTest::losesItsRecord_data()
 void ReplayBarWidgetTest::losesItsRecord()
 {
     QFETCH(Use, lose);
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord(twoBookmarks);
     lose(dialog.site);
     QCOMPARE(dialog.shown.bar().GetRecordingStop(), 0.0);
@@ -298,7 +252,7 @@ void ReplayBarWidgetTest::losesItsRecord()
 
 void ReplayBarWidgetTest::anotherModelIsFollowedAlone()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     ZelkoGUI::RecordItemMapModel other(nullptr);
     dialog.shown.widget->setRecord(u"R"_s, &other, u"D"_s);
@@ -328,7 +282,7 @@ void ReplayBarWidgetTest::relativeRangesAreHeldWithinTheRecord()
     QFETCH(quint64, from);
     QFETCH(quint64, to);
     QFETCH(Ranges, ranges);
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     dialog.shown.widget->setRelativeRange(from, to);
     QCOMPARE(dialog.shown.bar().GetRangeVector(), ranges);
@@ -351,7 +305,7 @@ void ReplayBarWidgetTest::rangesAreHighlighted()
     QFETCH(quint64, start);
     QFETCH(quint64, stop);
     QFETCH(Ranges, ranges);
-    Dialog dialog;
+    DialogBar dialog;
     dialog.shown.widget->sl_setRange(1, 2);
     dialog.shown.widget->sl_setRange(start, stop);
     QCOMPARE(dialog.shown.bar().GetRangeVector(), ranges);
@@ -359,7 +313,7 @@ void ReplayBarWidgetTest::rangesAreHighlighted()
 
 void ReplayBarWidgetTest::aRangeIsResetToNone()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.shown.widget->sl_setRange(1, 2);
     dialog.shown.widget->sl_resetRange();
     QVERIFY(dialog.shown.bar().GetRangeVector().empty());
@@ -367,7 +321,7 @@ void ReplayBarWidgetTest::aRangeIsResetToNone()
 
 void ReplayBarWidgetTest::aDragOfThePositionIsTold()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     const double expected = dialog.shown.hands.afterDrag(momentAt(0), momentAt(45));
     dialog.shown.hands.dragPosition(momentAt(0), momentAt(45));
@@ -377,7 +331,7 @@ void ReplayBarWidgetTest::aDragOfThePositionIsTold()
 
 void ReplayBarWidgetTest::thePositionIsToldWhoeverMovesIt()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     dialog.shown.setPosition(momentAt(7));
     QCOMPARE(dialog.shown.takePositions(), QList<quint64>{recordBegin + 7'000'000});
@@ -401,14 +355,14 @@ void ReplayBarWidgetTest::largePositionsKeepTheirValue()
 {
     QFETCH(double, moment);
     QFETCH(quint64, position);
-    Dialog dialog;
+    DialogBar dialog;
     dialog.shown.setPosition(moment);
     QCOMPARE(dialog.shown.takePositions(), QList<quint64>{position});
 }
 
 void ReplayBarWidgetTest::thePositionCanBeHiddenAndFixed()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     dialog.shown.widget->setPositionMovable(false);
     dialog.shown.hands.dragPosition(momentAt(0), momentAt(45));
@@ -426,164 +380,16 @@ void ReplayBarWidgetTest::leavesNoValuesBehind()
 {
     const std::size_t before = guiValues();
     {
-        Dialog dialog;
+        DialogBar dialog;
         dialog.showRecord(twoBookmarks);
         QVERIFY(guiValues() > before);
     }
     QCOMPARE(guiValues(), before);
 }
 
-void ReplayBarWidgetTest::hasButtonsForAListThatCanBeEditedOnly_data()
-{
-    QTest::addColumn<bool>("hasModel");
-    QTest::addColumn<bool>("readOnly");
-    QTest::addColumn<bool>("hasButtons");
-    QTest::newRow("no list") << false << false << false;
-    QTest::newRow("a list to look at") << true << true << false;
-    QTest::newRow("a list to edit") << true << false << true;
-}
-
-void ReplayBarWidgetTest::hasButtonsForAListThatCanBeEditedOnly()
-{
-    QFETCH(bool, hasModel);
-    QFETCH(bool, readOnly);
-    QFETCH(bool, hasButtons);
-    BookmarkSite site(readOnly);
-    const ShownReplayBar shown(std::make_unique<ReplayBarWidget>(hasModel ? &site.model : nullptr));
-    site.store(twoBookmarks);
-    shown.widget->setRecord(u"R"_s, site.records.get(), u"D"_s);
-    QCOMPARE(shown.apply() != nullptr, hasButtons);
-    QCOMPARE(shown.reset() != nullptr, hasButtons);
-    QCOMPARE(shown.bar().GetBookmarks().size(), std::size_t(hasModel ? 2 : 0));
-    QCOMPARE(microseconds(shown.bar().GetRecordingStop()), timeAt(90));
-}
-
-void ReplayBarWidgetTest::buttonsFollowTheList_data()
-{
-    QTest::addColumn<Use>("reach");
-    QTest::addColumn<bool>("canApply");
-    QTest::addColumn<bool>("canReset");
-    QTest::addColumn<bool>("isExternal");
-    QTest::newRow("no record") << Use([](BookmarkSite& site) { site.model.resetRecord(); }) << false << false << false;
-    QTest::newRow("in step") << Use([](BookmarkSite&) {}) << false << false << false;
-    QTest::newRow("changed here") << Use([](BookmarkSite& site) { site.edit(0, bookmarkAt(11, u"a"_s)); }) << true
-                                  << true << false;
-    QTest::newRow("changed elsewhere") << Use([](BookmarkSite& site) { site.store({bookmarkAt(11, u"a"_s)}); }) << false
-                                       << true << true;
-    QTest::newRow("sent") << Use([](BookmarkSite& site) {
-        site.edit(0, bookmarkAt(11, u"a"_s));
-        site.model.sl_synchronize();
-    }) << false << false << false;
-}
-
-void ReplayBarWidgetTest::buttonsFollowTheList()
-{
-    QFETCH(Use, reach);
-    QFETCH(bool, canApply);
-    QFETCH(bool, canReset);
-    QFETCH(bool, isExternal);
-    Dialog dialog;
-    dialog.showRecord(twoBookmarks);
-    reach(dialog.site);
-    const QToolButton& reset = *dialog.shown.reset();
-    const QString name = isExternal ? u"Refresh"_s : u"Reset"_s;
-    QCOMPARE(dialog.shown.apply()->isEnabled(), canApply);
-    QCOMPARE(reset.isEnabled(), canReset);
-    QCOMPARE(picture(reset.icon()), picture(QIcon(u":/Zelko/Bookmarks/%1Bookmarks.svg"_s.arg(name))));
-    QCOMPARE(reset.toolTip(), isExternal ? u"bookmarks changed by an external application - reload from ZELKO"_s
-                                         : u"reset bookmarks from ZELKO"_s);
-    QCOMPARE(picture(dialog.shown.apply()->icon()), picture(QIcon(u":/Zelko/Bookmarks/ApplyBookmarks.svg"_s)));
-    QCOMPARE(dialog.shown.apply()->toolTip(), u"send bookmarks to ZELKO"_s);
-    QCOMPARE(dialog.shown.apply()->accessibleName(), dialog.shown.apply()->toolTip());
-    QCOMPARE(reset.accessibleName(), reset.toolTip());
-}
-
-// The button loses the focus again as soon as it is disabled, which is before anything else can be seen of the sending.
-void ReplayBarWidgetTest::applyTakesTheFocusBeforeItSends()
-{
-    Dialog dialog;
-    dialog.showRecord(twoBookmarks);
-    dialog.site.edit(0, bookmarkAt(11, u"a"_s));
-    dialog.shown.widget->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(dialog.shown.widget.get()));
-    QStringList happened;
-    const QObject context;
-    connect(qApp, &QApplication::focusChanged, &context, [&](const QWidget*, const QWidget* now) {
-        happened.append(now == nullptr ? QString() : now->objectName());
-    });
-    dialog.shown.apply()->setFocusPolicy(Qt::NoFocus);
-    connect(&dialog.site.model, &BookmarkModel::si_updateBookmarks, &context, [&] { happened.append(u"sent"_s); });
-    click(dialog.shown.apply());
-    QCOMPARE(happened.constFirst(), u"ApplyBookmarks"_s);
-    QCOMPARE(happened.count(u"sent"_s), 1);
-}
-
-void ReplayBarWidgetTest::aBookmarkGoesToTheRecorderAndBack()
-{
-    Dialog dialog;
-    dialog.showRecord(twoBookmarks);
-    constexpr int first = VCReplayBar::FirstBookmarkMarker;
-    const VCReplayBar& bar = dialog.shown.bar();
-    BookmarkSite::Entries sent;
-    QStringList addressed;
-    connect(&dialog.site.model, &BookmarkModel::si_updateBookmarks, this,
-            [&](const QString& record, const BookmarkSite::Entries& bookmarks, const QString& device) {
-                sent = bookmarks;
-                addressed << record << device;
-            });
-    dialog.shown.hands.dragFlag(momentAt(10), momentAt(45));
-    QCOMPARE(bar.GetCurrentMarker(), first);
-    QCOMPARE(dialog.site.model.getSynchState(), BookmarkModel::SynchLocalChange);
-    click(dialog.shown.apply());
-    QCOMPARE(dialog.site.model.getSynchState(), BookmarkModel::SynchPending);
-    QCOMPARE(bookmarkTexts(sent).constFirst(), u"20000000 b"_s);
-    QCOMPARE(sent.size(), 2);
-    QCOMPARE(addressed, QStringList({u"R"_s, u"D"_s}));
-    QVERIFY(!bar.GetMarker(first)->IsEnabled());
-
-    dialog.site.store(sent);
-    QCOMPARE(bar.GetBookmarks().front().text, u"b"_s);
-    QCOMPARE(bar.GetCurrentMarker(), first + 1); // the list comes back in order
-    QCOMPARE(bar.GetMarker(first + 1)->GetName(), u"a"_s);
-    dialog.site.timer.advance(2s);
-    QCOMPARE(dialog.site.model.getSynchState(), BookmarkModel::SynchInSync);
-    QVERIFY(bar.GetMarker(first)->IsEnabled());
-    QCOMPARE(bookmarkTexts(dialog.site.model.entries()), bookmarkTexts(sent));
-}
-
-void ReplayBarWidgetTest::noBookmarkIsSetUntilTheRecorderHasAnswered()
-{
-    Dialog dialog;
-    dialog.showRecord(twoBookmarks);
-    VCReplayBar& bar = dialog.shown.bar();
-    const auto doubleClick = [&] {
-        QTest::mouseDClick(&bar, Qt::LeftButton, {}, dialog.shown.hands.flagAt(momentAt(70)));
-    };
-    dialog.shown.hands.dragFlag(momentAt(10), momentAt(45));
-    click(dialog.shown.apply());
-    doubleClick();
-    bar.setFocus();
-    QTest::keyClick(&bar, Qt::Key_Insert);
-    QCOMPARE(bar.GetBookmarks().size(), std::size_t(2));
-    dialog.site.timer.advance(2s);
-    doubleClick();
-    QCOMPARE(bar.GetBookmarks().size(), std::size_t(3));
-}
-
-void ReplayBarWidgetTest::anExternalChangeWaitsForTheUser()
-{
-    Dialog dialog;
-    dialog.showRecord(twoBookmarks);
-    dialog.site.store({bookmarkAt(30, u"c"_s)});
-    QCOMPARE(dialog.shown.bar().GetBookmarks().size(), std::size_t(2));
-    click(dialog.shown.reset());
-    QCOMPARE(dialog.shown.bar().GetBookmarks().size(), std::size_t(1));
-    QVERIFY(!dialog.shown.reset()->isEnabled());
-}
-
 void ReplayBarWidgetTest::byItselfItHasNoChannel()
 {
-    Dialog dialog;
+    DialogBar dialog;
     dialog.showRecord();
     const QString path = dialog.shown.position().GetValueTreePath();
     dialog.shown.widget->connectSignals();

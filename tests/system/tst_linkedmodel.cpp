@@ -147,7 +147,7 @@ void TestLinkedModel::readsChangesAndIsNotDrivenIntoReloads()
 {
     PeerProcess server;
     ModelClient m(m_orb, server.port());
-    QTRY_VERIFY(m.model.connected());
+    QTRY_VERIFY_WITH_TIMEOUT(m.model.connected(), patience);
     QSignalSpy resets(&m.model, &QAbstractItemModel::modelReset);
     QSignalSpy insertions(&m.model, &QAbstractItemModel::rowsInserted);
     server.ask("populate 20000");
@@ -175,7 +175,7 @@ void TestLinkedModel::loadsAHundredThousandRecordsWithoutALongPause()
     QVERIFY(pauses.mostRows() < count / 20);
     QCOMPARE(m.difference(), QString());
     server.kill();
-    QTRY_COMPARE(m.client.log.size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(m.client.log.size(), 2, patience);
     QCOMPARE(m.model.recordCount(), 0);
     qInfo("with its end %.1f ms, %.1f ms of it work", pauses.longest(), pauses.longestWork());
 }

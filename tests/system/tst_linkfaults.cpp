@@ -161,7 +161,7 @@ void TestLinkFaults::bothDirectionsGoThroughTheProxies()
     QVERIFY2(m_toClient.bytes() - bytesBefore > 100000,
              qPrintable(QString::number(m_toClient.bytes() - bytesBefore))); // the batches
     const qint64 called = m_toServer.bytes();
-    QTRY_VERIFY(m_toServer.bytes() > called); // the heartbeats
+    QTRY_VERIFY_WITH_TIMEOUT(m_toServer.bytes() > called, patience); // the heartbeats
 }
 
 void TestLinkFaults::aSlowLineOnlyTakesLonger()
@@ -205,7 +205,7 @@ void TestLinkFaults::aCutIsMended()
     server.ask("populate 1000");
     m_toServer.setTarget(server.port());
     LinkClient client(*m_orb, m_toServer.port(), options());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     server.ask("churn 5000");
     for (int i = 1; i <= 5; ++i) {
         if (toServer) {
@@ -231,7 +231,7 @@ void TestLinkFaults::aFrozenLineIsGivenUpAndTakenUpAgain()
     server.ask("populate 1000");
     m_toServer.setTarget(server.port());
     LinkClient client(*m_orb, m_toServer.port(), options());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     m_toServer.setFrozen(true);
     m_toClient.setFrozen(true);
     QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected"}), patience);
@@ -259,7 +259,7 @@ void TestLinkFaults::damageLeadsToAReconnectAndAnEqualTree()
     server.ask("populate 1000");
     m_toServer.setTarget(server.port());
     LinkClient client(*m_orb, m_toServer.port(), options());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     FaultProxy& damaging = batches ? m_toClient : m_toServer;
     const int damagedBefore = damaging.damaged();
     damaging.setDamage(oneInBytes);
@@ -312,7 +312,7 @@ void TestLinkFaults::garbageFromAStrangerHarmsNobody()
     PeerProcess server;
     m_toServer.setTarget(server.port());
     LinkClient client(*m_orb, m_toServer.port(), options());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     std::vector<std::unique_ptr<QTcpSocket>> strangers;
     for (const QByteArray& bytes : {QByteArray("GET / HTTP/1.1\r\n\r\n"), QByteArray("GIOP"),
                                     QByteArray("GIOP\x01\x02\x01\0\xff\xff\xff\x7f", 12),
@@ -326,7 +326,7 @@ void TestLinkFaults::garbageFromAStrangerHarmsNobody()
         }
     }
     server.ask("number 5");
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QCOMPARE(client.log, QStringList{"connected"});
 }
 
@@ -368,7 +368,7 @@ void TestLinkFaults::strangersThatNeverEndAMessageKeepNobodyOut()
     PeerProcess server;
     m_toServer.setTarget(server.port());
     LinkClient before(*m_orb, m_toServer.port());
-    QTRY_VERIFY(before.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(before.isConnected(), patience);
     const int count = 4 * OrbOptions().maxConnections;
     const int hosts = 4; // that of server and client is one of them
     const Strangers atServer(server.port(), count, bytes, hosts);
@@ -379,8 +379,8 @@ void TestLinkFaults::strangersThatNeverEndAMessageKeepNobodyOut()
     QTRY_VERIFY_WITH_TIMEOUT(client.isConnected() || !failed.isEmpty(), patience);
     QCOMPARE(failed, QList<QVariantList>());
     server.ask("number 5");
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
-    QTRY_COMPARE(before.digest(), server.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(before.digest(), server.ask("digest"), patience);
     QCOMPARE(client.log, QStringList{"connected"});
     QCOMPARE(before.log, QStringList{"connected"});
 }
@@ -421,13 +421,13 @@ void TestLinkFaults::theClientsOfOneHostLeaveRoomForOthers()
     const QString full = "the recorder server refused: it has as many clients as it takes";
     PeerProcess server({"--max-sessions-per-peer", "1"});
     LinkClient first(*m_orb, server.port(), options());
-    QTRY_VERIFY(first.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(first.isConnected(), patience);
     LinkClient second(*m_orb, server.port(), options());
-    QTRY_COMPARE(second.connection.lastError("north"), full);
+    QTRY_COMPARE_WITH_TIMEOUT(second.connection.lastError("north"), full, patience);
     FaultProxy elsewhere(server.port());
     elsewhere.setHost(2);
     LinkClient other(*m_orb, elsewhere.port(), options());
-    QTRY_VERIFY(other.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(other.isConnected(), patience);
     QCOMPARE(second.connection.lastError("north"), full);
     QCOMPARE(server.ask("sessions"), "2");
 }

@@ -160,7 +160,7 @@ void TestRecorderLink::bringsTheListBackAfterTheRecorderWasKilled()
     QCOMPARE(f.client.digest(mapPath), f.recorder.mapDigest());
     const quint16 port = f.recorder.port();
     f.recorder.process().kill();
-    QTRY_COMPARE(f.client.log, (QStringList{"connected", "disconnected"}));
+    QTRY_COMPARE_WITH_TIMEOUT(f.client.log, (QStringList{"connected", "disconnected"}), patience);
     QCOMPARE(f.model.recordCount(), 0);
     f.recorder.start();
     QCOMPARE(f.recorder.port(), port);
@@ -176,7 +176,7 @@ void TestRecorderLink::endsEqualWhenTheRecorderIsKilledUnderLoad()
     Fixture f(m_orb, {1000, 2000, 6000});
     QTRY_VERIFY_WITH_TIMEOUT(f.loaded() && f.changes() > 500, patience);
     f.recorder.process().kill();
-    QTRY_COMPARE(f.client.log.size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(f.client.log.size(), 2, patience);
     f.recorder.start();
     QTRY_COMPARE_WITH_TIMEOUT(f.client.digest(mapPath), f.recorder.mapDigest(), patience);
     QCOMPARE(f.client.log, (QStringList{"connected", "disconnected", "connected"}));
@@ -234,7 +234,7 @@ void TestRecorderLink::endsProperlyWithAClientAttached()
     Fixture f(m_orb, {100});
     QTRY_VERIFY_WITH_TIMEOUT(f.loaded(), patience);
     QVERIFY(f.recorder.process().terminate());
-    QTRY_COMPARE(f.client.log, (QStringList{"connected", "disconnected"}));
+    QTRY_COMPARE_WITH_TIMEOUT(f.client.log, (QStringList{"connected", "disconnected"}), patience);
 }
 
 QTEST_GUILESS_MAIN(TestRecorderLink)

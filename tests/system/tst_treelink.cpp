@@ -100,11 +100,11 @@ void TestTreeLink::followsEachChange()
 {
     PeerProcess server;
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     for (const char* const step :
          {"set A 1", "set A 2", "set B 1", "erase A", "insert New", "number 5", "remove New", "clear"}) {
         QCOMPARE(server.ask(step), "ok");
-        QTRY_COMPARE(client.digest(), server.ask("digest"));
+        QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     }
     QCOMPARE(client.log, QStringList{"connected"});
     QCOMPARE(server.ask("restarts"), "0");
@@ -134,7 +134,7 @@ void TestTreeLink::tellsNodesOfDevices()
     PeerProcess server;
     LinkClient client(m_orb, server.port());
     QSignalSpy added(&client.connection, &AbstractServerConnectionData::si_deviceNodeAdded);
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     QCOMPARE(added.size(), 1);
     QCOMPARE(added.first().first().toString(), client.root + device);
 }
@@ -148,11 +148,11 @@ void TestTreeLink::waitsForAServerThatIsNotThereYet()
     }
     LinkClient client(m_orb, port);
     QSignalSpy failed(&client.connection, &ServerConnectionData::connectFailed);
-    QTRY_VERIFY(failed.size() >= 2);
+    QTRY_VERIFY_WITH_TIMEOUT(failed.size() >= 2, patience);
     QCOMPARE(client.connection.lastError("north"), "nobody answers there, or not in time (TRANSIENT)");
     QCOMPARE(client.log, QStringList());
     PeerProcess server({}, port);
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     QCOMPARE(client.connection.lastError("north"), QString());
 }
 
@@ -166,7 +166,7 @@ void TestTreeLink::comesBackByItselfAfterTheServerWasKilled()
     Watch afterTheEnd([&] { changesAfterTheEnd << client.log.join(','); });
     afterTheEnd.on(client.find<Value<int>>(device + "/Number"));
     first.kill();
-    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected"}));
+    QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected"}), patience);
     QVERIFY(!client.isConnected());
     QVERIFY(!client.writer());
     QVERIFY(!client.connection.lastError("north").isEmpty());
@@ -189,8 +189,9 @@ void TestTreeLink::destroysWhatALostConnectionHeld()
         records.push_back(entry.second.GetRecordData());
     }
     server.kill();
-    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected"}));
-    QTRY_VERIFY(std::all_of(records.begin(), records.end(), [](const auto& record) { return record.expired(); }));
+    QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected"}), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        std::all_of(records.begin(), records.end(), [](const auto& record) { return record.expired(); }), patience);
 }
 
 void TestTreeLink::givesUpAServerThatHangs()
@@ -199,11 +200,11 @@ void TestTreeLink::givesUpAServerThatHangs()
     LinkOptions options = LinkClient::quickOptions();
     options.callTimeout = 500ms;
     LinkClient client(m_orb, server.port(), options);
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     server.stop();
-    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected"}));
+    QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected"}), patience);
     server.continueIt();
-    QTRY_COMPARE(client.log, (QStringList{"connected", "disconnected", "connected"}));
+    QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected", "connected"}), patience);
     QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
 }
 
@@ -212,23 +213,23 @@ void TestTreeLink::theServerForgetsAClientThatLeaves()
     PeerProcess server;
     {
         LinkClient client(m_orb, server.port());
-        QTRY_VERIFY(client.isConnected());
-        QTRY_COMPARE(server.ask("sessions"), "1");
+        QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "1", patience);
     }
-    QTRY_COMPARE(server.ask("sessions"), "0");
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "0", patience);
 }
 
 void TestTreeLink::theServerTakesNoMoreClientsThanItMay()
 {
     PeerProcess server({"--max-sessions", "1"});
     auto first = std::make_unique<LinkClient>(m_orb, server.port());
-    QTRY_VERIFY(first->isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(first->isConnected(), patience);
     LinkClient second(m_orb, server.port());
-    QTRY_COMPARE(second.connection.lastError("north"),
-                 "the recorder server refused: it has as many clients as it takes");
+    QTRY_COMPARE_WITH_TIMEOUT(second.connection.lastError("north"),
+                              "the recorder server refused: it has as many clients as it takes", patience);
     QVERIFY(first->isConnected());
     first.reset();
-    QTRY_VERIFY(second.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(second.isConnected(), patience);
 }
 
 void TestTreeLink::theServerDropsASilentClient()
@@ -237,8 +238,8 @@ void TestTreeLink::theServerDropsASilentClient()
     LinkOptions options = LinkClient::quickOptions();
     options.heartbeat = 5000ms;
     LinkClient client(m_orb, server.port(), options);
-    QTRY_VERIFY(client.isConnected());
-    QTRY_COMPARE(server.ask("sessions"), "0");
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "0", patience);
     QTRY_COMPARE_WITH_TIMEOUT(client.log, (QStringList{"connected", "disconnected", "connected"}), patience);
 }
 
@@ -263,7 +264,7 @@ void TestTreeLink::everyOneOfSeveralClientsEndsEqual()
     server.ask("churn 2000");
     for (int i = 0; i < 5; ++i) {
         clients.push_back(std::make_unique<LinkClient>(m_orb, server.port()));
-        QTRY_VERIFY(clients.back()->isConnected());
+        QTRY_VERIFY_WITH_TIMEOUT(clients.back()->isConnected(), patience);
     }
     clients.erase(clients.begin());
     server.ask("churn 0");
@@ -279,8 +280,8 @@ void TestTreeLink::theServerOutlivesAClientThatIsKilled()
     server.ask("populate 1000");
     LinkClient other(m_orb, server.port());
     const auto client = PeerProcess::client(server.port());
-    QTRY_COMPARE(client->ask("log"), "connected");
-    QTRY_COMPARE(server.ask("sessions"), "2");
+    QTRY_COMPARE_WITH_TIMEOUT(client->ask("log"), "connected", patience);
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "2", patience);
     server.ask("churn 5000");
     client->kill();
     QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "1", patience);
@@ -296,7 +297,7 @@ void TestTreeLink::aStoppedClientEndsEqualAndTheServerStaysBounded()
     const auto client = PeerProcess::client(server.port());
     QTRY_COMPARE_WITH_TIMEOUT(client->ask("digest"), server.ask("digest"), patience);
     server.ask("churn 10000");
-    QTRY_VERIFY(client->ask("digest") != QString());
+    QTRY_VERIFY_WITH_TIMEOUT(client->ask("digest") != QString(), patience);
     const qint64 before = residentBytes(server.pid());
     client->stop();
     qint64 most = 0;
@@ -340,9 +341,9 @@ void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
 {
     PeerProcess server;
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     LinkClient other(m_orb, server.port());
-    QTRY_VERIFY(other.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(other.isConnected(), patience);
     auto* const number = client.find<Value<int>>(device + "/Number");
     const auto* const numberOfOther = other.find<Value<int>>(device + "/Number");
     QList<int> seen;
@@ -351,14 +352,14 @@ void TestTreeLink::changesWaitWhileAnObserverRunsAnEventLoop()
         if (seen.size() == 1) {
             server.ask("number 2");
             server.ask("number 3");
-            QTRY_COMPARE(numberOfOther->GetValue(), 3); // in the event loop of the observer
+            QTRY_COMPARE_WITH_TIMEOUT(numberOfOther->GetValue(), 3, patience); // in the event loop of the observer
             seen << number->GetValue();
         }
     });
     window.on(number);
     server.ask("number 1");
-    QTRY_COMPARE(seen, (QList<int>{1, 1, 2, 3}));
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(seen, (QList<int>{1, 1, 2, 3}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
 }
 
 void TestTreeLink::anEndInTheMiddleOfTheFirstLoadIsClean()
@@ -368,9 +369,10 @@ void TestTreeLink::anEndInTheMiddleOfTheFirstLoadIsClean()
     for (int i = 0; i < 5; ++i) {
         LinkClient client(m_orb, server.port());
         const auto records = quint64(100 + 4000 * i);
-        QTRY_VERIFY(client.find<RecordItemMap>(map) && client.find<RecordItemMap>(map)->Size() > records);
+        QTRY_VERIFY_WITH_TIMEOUT(client.find<RecordItemMap>(map) && client.find<RecordItemMap>(map)->Size() > records,
+                                 patience);
     }
-    QTRY_COMPARE(server.ask("sessions"), "0");
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "0", patience);
 }
 
 void TestTreeLink::aLinkThatIsStoppedLeavesAndTellsNothingMore()
@@ -378,12 +380,12 @@ void TestTreeLink::aLinkThatIsStoppedLeavesAndTellsNothingMore()
     PeerProcess server;
     Tree tree;
     TreeLink link(m_orb, &tree, {"north", "127.0.0.1", server.port()}, LinkClient::quickOptions());
-    QTRY_VERIFY(link.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(link.isConnected(), patience);
     QSignalSpy disconnected(&link, &TreeLink::disconnected);
     const QStringList items = treeList(tree);
     link.stop();
     server.ask("number 5");
-    QTRY_COMPARE(server.ask("sessions"), "0");
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "0", patience);
     QCOMPARE(treeList(tree), items);
     QCOMPARE(disconnected.size(), 0);
 }
@@ -411,10 +413,10 @@ void TestTreeLink::doesNotWaitForOneServerBeforeItLeavesTheNext()
         [] { omniORB::setClientConnectTimeout(static_cast<CORBA::ULong>(OrbOptions().connectTimeout.count())); });
     Tree tree;
     auto data = std::make_unique<ServerConnectionData>(m_orb, &tree, site, options);
-    QTRY_VERIFY(data->isConnected(firstIsSilent ? "south" : "north"));
-    QTRY_VERIFY(silent.hasPendingConnections());
+    QTRY_VERIFY_WITH_TIMEOUT(data->isConnected(firstIsSilent ? "south" : "north"), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(silent.hasPendingConnections(), patience);
     const QTcpSocket* const call = silent.nextPendingConnection();
-    QTRY_VERIFY(call->bytesAvailable() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(call->bytesAvailable() > 0, patience);
     bool leftMeanwhile = false;
     std::thread watcher([&, descriptor = int(call->socketDescriptor())] {
         leftMeanwhile = hasRoomSoon(m_orb, other.port());

@@ -48,7 +48,7 @@ void TestTreeLinkWrites::sendsWritesOfAddedValuesAndNoOthers()
 {
     PeerProcess server;
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     auto* const number = client.find<Value<int>>(device + "/Number");
     auto* const text = client.find<Value<QString>>(device + "/Text");
     client.writer()->AddValue(number, 0);
@@ -56,16 +56,16 @@ void TestTreeLinkWrites::sendsWritesOfAddedValuesAndNoOthers()
     number->SetValue(1, nullptr);
     number->SetValue(2, nullptr);
     number->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QTRY_COMPARE(server.ask("writes"), "3");
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), "3", patience);
     client.writer()->RemoveValue(number);
     number->SetValue(3, nullptr);
     client.writer()->AddValue(text, 0);
     text->SetValue("goes there", nullptr);
-    QTRY_COMPARE(server.ask("writes"), "4");
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), "4", patience);
     QVERIFY(client.digest() != server.ask("digest"));
     client.writer()->AddValue(number, 0);
     number->HasChanged(TChangeCode::ValueChanged, nullptr);
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QCOMPARE(server.ask("writes"), "5");
 }
 
@@ -73,7 +73,7 @@ void TestTreeLinkWrites::neverEchoesAChangeOfTheServer()
 {
     PeerProcess server;
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     auto* const number = client.find<Value<int>>(device + "/Number");
     client.writer()->AddValue(number, 0);
     int updates = 0;
@@ -82,10 +82,10 @@ void TestTreeLinkWrites::neverEchoesAChangeOfTheServer()
     for (int i = 1; i <= 100; ++i) {
         server.ask(QStringLiteral("number %1").arg(i));
     }
-    QTRY_COMPARE(number->GetValue(), 100);
+    QTRY_COMPARE_WITH_TIMEOUT(number->GetValue(), 100, patience);
     QCOMPARE(updates, 100);
     number->SetValue(7, nullptr); // behind any echo
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QCOMPARE(server.ask("writes"), "1");
     QCOMPARE(updates, 101); // and the write did not come back either
 }
@@ -94,15 +94,15 @@ void TestTreeLinkWrites::losesAWriteThatMayNotBeToTheServersValue()
 {
     PeerProcess server;
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     auto* const readOnly = client.find<Value<int>>(device + "/ReadOnly");
     auto* const number = client.find<Value<int>>(device + "/Number");
     client.writer()->AddValue(readOnly, 0);
     client.writer()->AddValue(number, 0);
     readOnly->SetValue(5, nullptr);
     number->SetValue(6, nullptr);
-    QTRY_COMPARE(readOnly->GetValue(), 0);
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(readOnly->GetValue(), 0, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QCOMPARE(number->GetValue(), 6);
     QCOMPARE(server.ask("writes"), "1");
     QCOMPARE(client.log, QStringList{"connected"});
@@ -116,7 +116,7 @@ void TestTreeLinkWrites::sendsAListOf50000RecordsInOneCommand()
     PeerProcess server;
     LinkClient client(m_orb, server.port());
     LinkClient other(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected() && other.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected() && other.isConnected(), patience);
     QStringList ids;
     for (int i = 0; i < 50000; ++i) {
         ids << QStringLiteral("20240101-120000-%1-R1").arg(i, 12, 10, QLatin1Char('0'));
@@ -139,16 +139,16 @@ void TestTreeLinkWrites::refusesAWriteThatIsTooLargeAndTakesTheServersValue()
 {
     PeerProcess server;
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     auto* const text = client.find<Value<QString>>(device + "/Text");
     client.writer()->AddValue(text, 0);
     text->SetValue("small", nullptr);
     text->SetValue(QString(qsizetype(link::maxWritePayload), 'x'), nullptr);
-    QTRY_COMPARE(text->GetValue(), "small");
+    QTRY_COMPARE_WITH_TIMEOUT(text->GetValue(), "small", patience);
     QCOMPARE(client.notSent, QStringList{"a write to " + client.root + device + "/Text is not sent: it is too large"});
     QCOMPARE(client.refusals, QStringList());
     text->SetValue("small again", nullptr);
-    QTRY_COMPARE(client.digest(), server.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), server.ask("digest"), patience);
     QCOMPARE(server.ask("writes"), "2");
     QCOMPARE(client.log, QStringList{"connected"});
 }
@@ -157,7 +157,7 @@ void TestTreeLinkWrites::losesNoWriteToAServerThatIsBusy()
 {
     PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     auto* const text = client.find<Value<QString>>(device + "/Text");
     client.writer()->AddValue(text, 0);
     const TraceTexts traces;
@@ -165,7 +165,7 @@ void TestTreeLinkWrites::losesNoWriteToAServerThatIsBusy()
     for (int i = 0; i < 100; ++i) {
         text->SetValue(QString(20000, QChar(u'a' + i)), nullptr);
     }
-    QTRY_VERIFY(traces.contain("north is busy"));
+    QTRY_VERIFY_WITH_TIMEOUT(traces.contain("north is busy"), patience);
     QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), "100", patience);
     QCOMPARE(client.digest(), server.ask("digest"));
     QCOMPARE(client.log, QStringList{"connected"});
@@ -177,14 +177,14 @@ void TestTreeLinkWrites::refusesWhatIsTooMuchForAServerThatIsBusy()
 {
     PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
     LinkClient client(m_orb, server.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     auto* const text = client.find<Value<QString>>(device + "/Text");
     client.writer()->AddValue(text, 0);
     QCOMPARE(server.ask("hold"), "ok");
     for (int i = 0; i < 100; ++i) {
         text->SetValue(QString(200000, QChar(u'a' + i)), nullptr);
     }
-    QTRY_VERIFY(!client.notSent.isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!client.notSent.isEmpty(), patience);
     const int refused = int(client.notSent.size());
     QVERIFY(refused < 100);
     QTRY_COMPARE_WITH_TIMEOUT(server.ask("writes"), QString::number(100 - refused), patience);
@@ -196,7 +196,7 @@ void TestTreeLinkWrites::leavesAServerThatIsBusy()
 {
     PeerProcess server({"--write-timeout", "50", "--waiting-writes", "100000"});
     auto client = std::make_unique<LinkClient>(m_orb, server.port());
-    QTRY_VERIFY(client->isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client->isConnected(), patience);
     auto* const text = client->find<Value<QString>>(device + "/Text");
     client->writer()->AddValue(text, 0);
     const TraceTexts traces;
@@ -204,27 +204,27 @@ void TestTreeLinkWrites::leavesAServerThatIsBusy()
     for (int i = 0; i < 100; ++i) {
         text->SetValue(QString(20000, QChar(u'a' + i)), nullptr);
     }
-    QTRY_VERIFY(traces.contain("north is busy"));
+    QTRY_VERIFY_WITH_TIMEOUT(traces.contain("north is busy"), patience);
     client.reset(); // the server still stands still
-    QTRY_COMPARE(server.ask("sessions"), "0");
+    QTRY_COMPARE_WITH_TIMEOUT(server.ask("sessions"), "0", patience);
 }
 
 void TestTreeLinkWrites::writesOfAnOldConnectionGoNowhere()
 {
     PeerProcess first;
     LinkClient client(m_orb, first.port());
-    QTRY_VERIFY(client.isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
     const auto old = client.writer();
     first.kill();
-    QTRY_COMPARE(client.log.size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(client.log.size(), 2, patience);
     PeerProcess second({}, first.port());
-    QTRY_COMPARE(client.log.size(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(client.log.size(), 3, patience);
     auto* const number = client.find<Value<int>>(device + "/Number");
     old->AddValue(number, 0);
     number->SetValue(5, nullptr);
     client.writer()->AddValue(number, 0);
     number->SetValue(6, nullptr);
-    QTRY_COMPARE(client.digest(), second.ask("digest"));
+    QTRY_COMPARE_WITH_TIMEOUT(client.digest(), second.ask("digest"), patience);
     QCOMPARE(second.ask("writes"), "1");
 }
 

@@ -357,9 +357,15 @@ void ReplayBarWidget::sl_channelStateChanged(ZelkoGlobal::ChannelAvailableState 
     }
 }
 
+// A flag of the channel that was off for a while is no reason to move the position: a replay that is paused keeps it
+// where it ran. Another channel is one, though nothing has told that the one before went.
 void ReplayBarWidget::connectChannel()
 {
     if (d->channel.isNull()) {
+        return;
+    }
+    const FloatPtr& replayPosition = d->channel->channelValues()->valueCurrentReplayPosition();
+    if (d->isChannelConnected && replayPosition.get() == d->replayPosition.get()) {
         return;
     }
     if (!d->isChannelConnected) {
@@ -367,7 +373,12 @@ void ReplayBarWidget::connectChannel()
         connect(d->channel, &ZelkoChannelModel::si_replayStopped, this, &ReplayBarWidget::sl_replayStopped);
     }
     d->isChannelConnected = true;
-    d->replayPosition = d->channel->channelValues()->valueCurrentReplayPosition();
+    d->replayPosition = replayPosition;
+    takeUpPosition();
+}
+
+void ReplayBarWidget::takeUpPosition()
+{
     if (d->channel->isReplaying()) {
         d->position.GetFromTree(pathOf(d->waterfallTimestamp));
     } else if (d->channel->isStopped() || d->channel->isRecording()) {

@@ -47,7 +47,8 @@ public:
     void setRecord(const QString& recordID, ZelkoCommon::AbstractRecordListModel* model, const QString& deviceID);
     void resetRecord();
 
-    /// Takes the channel to be ready: takes up its position, and follows its replay. Nothing happens without a channel.
+    /// Takes the channel to be ready: takes up its position, and follows its replay. Nothing happens without a channel,
+    /// nor where that was done already.
     void connectSignals();
 
     /// Highlights a range that is given from the start of the record, in microseconds, as far as the record has it;
@@ -90,6 +91,7 @@ private:
     void createBar();
     void createButtons();
     void connectChannel();
+    void takeUpPosition();
     void disconnectChannel();
     void resetReplayBarValues();
     void showPositionOnBar();

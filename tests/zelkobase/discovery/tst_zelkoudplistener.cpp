@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "testdevices.h"
 
 #include <zelkobase/discovery/announcement.h>
@@ -83,7 +84,7 @@ void ZelkoUDPListenerTest::hearsADevice()
     ZELKO_AvailableDevice device = makeDevice({QStringLiteral("192.0.2.7")});
     device.SetDeviceName(QStringLiteral("north"));
     send(device);
-    QTRY_COMPARE(m_heard.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard.size(), 1, patience);
     device.SetLastBroadcast(m_heard[0].GetLastBroadcast());
     QVERIFY(m_heard[0] == device);
 }
@@ -92,7 +93,7 @@ void ZelkoUDPListenerTest::theMomentIsThatOfTheArrival()
 {
     const auto before = static_cast<quint64>(QDateTime::currentMSecsSinceEpoch());
     send(makeDevice({QStringLiteral("192.0.2.7")}));
-    QTRY_COMPARE(m_heard.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard.size(), 1, patience);
     QVERIFY(m_heard[0].GetLastBroadcast() >= before);
     QVERIFY(m_heard[0].GetLastBroadcast() <= static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()));
 }
@@ -102,7 +103,7 @@ void ZelkoUDPListenerTest::passesOverWhatIsNoAnnouncement()
     send(QByteArray("hello"));
     send(QByteArray());
     send(makeDevice({QStringLiteral("192.0.2.7")}));
-    QTRY_COMPARE(heardAddresses(), QStringList{"192.0.2.7"});
+    QTRY_COMPARE_WITH_TIMEOUT(heardAddresses(), QStringList{"192.0.2.7"}, patience);
 }
 
 void ZelkoUDPListenerTest::passesOverADatagramThatIsTooLong()
@@ -110,7 +111,7 @@ void ZelkoUDPListenerTest::passesOverADatagramThatIsTooLong()
     const QByteArray good = Announcement::write(makeDevice({QStringLiteral("192.0.2.8")}));
     send(good + QByteArray(Announcement::MaximumSize, ' '));
     send(makeDevice({QStringLiteral("192.0.2.7")}));
-    QTRY_COMPARE(heardAddresses(), QStringList{"192.0.2.7"});
+    QTRY_COMPARE_WITH_TIMEOUT(heardAddresses(), QStringList{"192.0.2.7"}, patience);
 }
 
 void ZelkoUDPListenerTest::announcesKnownDevicesAgain()
@@ -118,7 +119,7 @@ void ZelkoUDPListenerTest::announcesKnownDevicesAgain()
     send(makeDevice({QStringLiteral("192.0.2.2")}));
     send(makeDevice({QStringLiteral("192.0.2.1")}));
     send(makeDevice({QStringLiteral("192.0.2.2")}));
-    QTRY_COMPARE(m_heard.size(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard.size(), 3, patience);
     m_heard.clear();
     m_listener->refresh();
     QCOMPARE(heardAddresses(), (QStringList{"192.0.2.2", "192.0.2.1"}));
@@ -128,7 +129,7 @@ void ZelkoUDPListenerTest::knowsADeviceByAnyOfItsAddresses()
 {
     send(makeDevice({QStringLiteral("192.0.2.1"), QStringLiteral("192.0.2.2")}));
     send(makeDevice({QStringLiteral("192.0.2.2"), QStringLiteral("192.0.2.3")}));
-    QTRY_COMPARE(m_heard.size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard.size(), 2, patience);
     m_heard.clear();
     m_listener->refresh();
     QCOMPARE(heardAddresses(), (QStringList{"192.0.2.2+192.0.2.3"}));
@@ -140,7 +141,7 @@ void ZelkoUDPListenerTest::aDeviceTakesThePlaceOfAllThatItOverlaps()
     send(makeDevice({QStringLiteral("192.0.2.9")}));
     send(makeDevice({QStringLiteral("192.0.2.2")}));
     send(makeDevice({QStringLiteral("192.0.2.2"), QStringLiteral("192.0.2.1")}));
-    QTRY_COMPARE(m_heard.size(), 4);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard.size(), 4, patience);
     m_heard.clear();
     m_listener->refresh();
     QCOMPARE(heardAddresses(), (QStringList{"192.0.2.2+192.0.2.1", "192.0.2.9"}));
@@ -152,7 +153,7 @@ void ZelkoUDPListenerTest::forgetsTheDeviceHeardLongestAgo()
     const auto hear = [&](const QString& address) {
         addresses << address;
         send(makeDevice({address}));
-        QTRY_COMPARE(m_heard.size(), addresses.size());
+        QTRY_COMPARE_WITH_TIMEOUT(m_heard.size(), addresses.size(), patience);
     };
     for (std::size_t i = 0; i < ZelkoUDPListener::MaximumDevices; ++i) {
         hear(QStringLiteral("10.0.%1.%2").arg(i / 200).arg(i % 200));
@@ -172,7 +173,7 @@ void ZelkoUDPListenerTest::aSlotMayDeleteTheListener()
     send(makeDevice({QStringLiteral("192.0.2.1")}));
     send(makeDevice({QStringLiteral("192.0.2.2")}));
     connect(m_listener.get(), &ZelkoUDPListener::si_deviceUpdate, this, [this] { m_listener.reset(); });
-    QTRY_VERIFY(!m_listener);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_listener, patience);
     QCOMPARE(heardAddresses(), QStringList{"192.0.2.1"});
 }
 
@@ -180,7 +181,7 @@ void ZelkoUDPListenerTest::aSlotMayDeleteTheListenerThatRefreshes()
 {
     send(makeDevice({QStringLiteral("192.0.2.1")}));
     send(makeDevice({QStringLiteral("192.0.2.2")}));
-    QTRY_COMPARE(m_heard.size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard.size(), 2, patience);
     m_heard.clear();
     connect(m_listener.get(), &ZelkoUDPListener::si_deviceUpdate, this, [this] { m_listener.reset(); });
     m_listener->refresh();
@@ -195,7 +196,7 @@ void ZelkoUDPListenerTest::hearsAllOfABurst()
         addresses << QStringLiteral("10.0.0.%1").arg(i);
         send(makeDevice({addresses.last()}));
     }
-    QTRY_COMPARE(heardAddresses(), addresses);
+    QTRY_COMPARE_WITH_TIMEOUT(heardAddresses(), addresses, patience);
 }
 
 void ZelkoUDPListenerTest::twoListenersMayShareAPort()

@@ -1,5 +1,6 @@
 #include "changelogger.h"
 #include "exactbytes.h"
+#include "patience.h"
 #include "sentcommands.h"
 
 #include <valuecore/tree.h>
@@ -139,7 +140,7 @@ void tst_StringItemMap::sendsAtMostOncePerUpdateTime()
         map.Add(StringItem("b", QString::number(i)), nullptr);
     }
     QVERIFY(sent.sent().empty());
-    QTRY_COMPARE(sent.ids(), std::vector<int>({20, 20}));
+    QTRY_COMPARE_WITH_TIMEOUT(sent.ids(), std::vector<int>({20, 20}), patience);
     StringItemMap mirror;
     QVERIFY(mirror.SetCommandString(sent.stream(), nullptr));
     QVERIFY(mirror == map);

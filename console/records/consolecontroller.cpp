@@ -1,0 +1,14 @@
+#include <console/records/consolecontroller.h>
+
+#include <console/records/recordsituation.h>
+
+namespace ZelkoConsole {
+
+ConsoleController::~ConsoleController() = default;
+
+bool ConsoleController::isRenameRecordAvailable(const QString& recordID) const
+{
+    return mayChangeAnything() && ZelkoServerGUIController::isRenameRecordAvailable(recordID);
+}
+
+} // namespace ZelkoConsole

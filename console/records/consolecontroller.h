@@ -1,0 +1,21 @@
+#pragma once
+
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
+
+namespace ZelkoConsole {
+
+/// The controller of the library for a host whose users have rights that the library does not know: who may change
+/// nothing renames nothing either. The recorder would refuse it.
+class ConsoleController : public ZelkoGUI::ZelkoServerGUIController
+{
+    Q_OBJECT
+
+public:
+    using ZelkoServerGUIController::ZelkoServerGUIController;
+    ~ConsoleController() override;
+
+protected:
+    bool isRenameRecordAvailable(const QString& recordID) const override;
+};
+
+} // namespace ZelkoConsole
