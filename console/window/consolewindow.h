@@ -14,6 +14,7 @@ class ConsoleUser;
 class DeviceListModel;
 class DeviceListView;
 class RecordPane;
+class OpenRecordWindows;
 class ReplayDeck;
 class Session;
 class UserMenu;
@@ -55,6 +56,8 @@ private:
     void makeStatusBar();
     void showChoice();
     bool leaveDevice();
+    bool leaveUser();
+    bool isAsking() const;
     void statusChanged(const QString& subSystem);
     void writeRefused(const QString& subSystem, const QString& reason);
     void writeNotSent(const QString& subSystem, const QString& reason);
@@ -71,6 +74,7 @@ private:
     ConnectionBadge* m_badge;
     UserMenu* m_userMenu;
     std::unique_ptr<UserMessages> m_messages;
+    std::unique_ptr<OpenRecordWindows> m_windows;
 };
 
 } // namespace ZelkoConsole
