@@ -32,6 +32,9 @@
 #include <QTest>
 #include <QToolButton>
 
+#include <csignal>
+#include <optional>
+
 using namespace ZelkoConsole;
 using namespace Qt::StringLiterals;
 using Model = ZelkoCommon::AbstractRecordListModel;
@@ -96,6 +99,19 @@ struct Console : private Store
         operatorhands::clickRow(table(), rowOf(lengthy));
         return QTest::qWaitFor([this] { return play().isEnabled() && bar().GetRecordingStart() > 0; }, patience);
     }
+    BookmarkModel& bookmarks() const { return *deck().bookmarks(); }
+    bool isUnsent() const
+    {
+        return bookmarks().getSynchState() == BookmarkModel::SynchLocalChange && bookmarks().entryCount() == 1;
+    }
+
+    /// Sets one where the position is.
+    void bookmark() const
+    {
+        bar().setFocus();
+        QTest::keyClick(&bar(), Qt::Key_Insert);
+        QVERIFY(isUnsent());
+    }
     qsizetype storedBookmarks() const
     {
         const auto record = records().getRecordData(lengthy);
@@ -121,6 +137,16 @@ void click(QWidget& widget)
     QTest::mouseClick(&widget, Qt::LeftButton);
 }
 
+void send(QWidget* question)
+{
+    const auto& box = *qobject_cast<QMessageBox*>(question);
+    for (QAbstractButton* const button : box.buttons()) {
+        if (box.buttonRole(button) == QMessageBox::AcceptRole) {
+            return QTest::mouseClick(button, Qt::LeftButton);
+        }
+    }
+}
+
 } // namespace
 
 // A console on the recorder as it is built.
@@ -136,6 +162,8 @@ private Q_SLOTS:
     void replaysFromWhereItsOperatorPutThePosition();
     void storesTheBookmarksThatAreSent();
     void sendsBookmarksThatWouldBeLost();
+    void staysWithBookmarksThatTheRecorderRefuses();
+    void bringsUnsentBookmarksBackAfterARecorderThatDied();
     void leavesTheChannelAloneForAViewer();
 
 private:
@@ -202,9 +230,7 @@ void TestReplayConsole::storesTheBookmarksThatAreSent()
     Console console(*m_orb);
     QVERIFY(console.isReady());
     QVERIFY(console.choose());
-    console.bar().setFocus();
-    QTest::keyClick(&console.bar(), Qt::Key_Insert);
-    QCOMPARE(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchLocalChange);
+    console.bookmark();
     click(*console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s));
     QTRY_COMPARE_WITH_TIMEOUT(console.storedBookmarks(), 1, patience);
     QTRY_COMPARE_WITH_TIMEOUT(console.deck().bookmarks()->getSynchState(), BookmarkModel::SynchInSync, patience);
@@ -216,19 +242,49 @@ void TestReplayConsole::sendsBookmarksThatWouldBeLost()
     Console console(*m_orb);
     QVERIFY(console.isReady());
     QVERIFY(console.choose());
-    console.bar().setFocus();
-    QTest::keyClick(&console.bar(), Qt::Key_Insert);
-    const DialogAnswer answer([](QWidget* dialog) {
-        const auto& box = *qobject_cast<QMessageBox*>(dialog);
-        for (QAbstractButton* const button : box.buttons()) {
-            if (box.buttonRole(button) == QMessageBox::AcceptRole) {
-                return QTest::mouseClick(button, Qt::LeftButton);
-            }
-        }
-    });
+    console.bookmark();
+    const DialogAnswer answer(send);
     console.table().setFocus();
     console.table().clearSelection();
-    QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.bar().GetRecordingStart() == 0, patience);
+    QVERIFY(answer.wasGiven());
+    QCOMPARE(console.storedBookmarks(), 1); // before it went on
+}
+
+void TestReplayConsole::staysWithBookmarksThatTheRecorderRefuses()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    console.bookmark();
+    ZELKO_XML::BookmarkEntry tooLong = console.bookmarks().entry(0);
+    tooLong.SetBookmark(QString(20'000, u'x'));
+    QVERIFY(console.bookmarks().changeEntry(0, tooLong));
+    console.deck().setSendLimit(std::chrono::milliseconds(300));
+    QString said;
+    std::optional<DialogAnswer> second;
+    const DialogAnswer first([&](QWidget* question) {
+        second.emplace([&said](QWidget* box) { said = qobject_cast<QMessageBox*>(box)->text(); });
+        send(question);
+    });
+    QVERIFY(!console.window.close());
+    QCOMPARE(said, u"The recorder has not taken the bookmarks. They are still there, and not sent."_s);
+    QVERIFY(console.isUnsent());
+    QCOMPARE(console.storedBookmarks(), 0);
+    console.bookmarks().sl_reset(); // or it asks again
+}
+
+void TestReplayConsole::bringsUnsentBookmarksBackAfterARecorderThatDied()
+{
+    Console console(*m_orb);
+    QVERIFY(console.isReady());
+    QVERIFY(console.choose());
+    console.bookmark();
+    QCOMPARE(::kill(static_cast<pid_t>(console.session.recorder()->processId()), SIGKILL), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(console.bookmarks().entryCount(), 0, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(console.isUnsent(), patience);
+    QVERIFY(console.isReady());
+    click(*console.deck().bar()->findChild<QToolButton*>(u"ApplyBookmarks"_s));
     QTRY_COMPARE_WITH_TIMEOUT(console.storedBookmarks(), 1, patience);
 }
 
