@@ -1,7 +1,7 @@
 #include <chartcontrols/replaybartooltip_p.h>
 
-#include <chartcontrols/timeticks_p.h>
 #include <chartcontrols/vcreplaybar.h>
+#include <mapwidgets/timeticks.h>
 
 #include <algorithm>
 

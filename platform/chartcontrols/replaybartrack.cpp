@@ -1,5 +1,6 @@
 #include <chartcontrols/replaybartrack_p.h>
 
+#include <mapwidgets/axiscolours.h>
 #include <mapwidgets/pixelgrid.h>
 
 #include <QFontMetrics>
@@ -7,12 +8,6 @@
 #include <QString>
 
 #include <algorithm>
-
-// Whether a text is darker than what it stands on tells which colours can be seen there.
-bool ReplayBarTrack::isDark(const QPalette& palette)
-{
-    return palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
-}
 
 QColor ReplayBarTrack::color(QPalette::ColorRole role) const
 {
@@ -61,7 +56,7 @@ void ReplayBarTrack::paintRange(QPainter& painter, double from, double to) const
     const PixelGrid grid(painter);
     const QColor edge = color(QPalette::Highlight);
     QColor inside = edge;
-    inside.setAlphaF(isDark(palette) ? 0.55F : 0.3F);
+    inside.setAlphaF(axiscolours::isDark(palette) ? 0.55F : 0.3F);
     const double left = std::max(from, area.left());
     const double right = std::min(to, area.right());
     painter.fillRect(grid.rect({left, area.top(), right - left + 1, area.height()}), inside);

@@ -15,9 +15,6 @@ struct ReplayBarTrack
     bool hasFocus = false;
     QRectF area; ///< of the widget; its right and bottom edges are the last places that belong to it
 
-    /// Whether what is painted with the palette stands on a dark ground.
-    static bool isDark(const QPalette& palette);
-
     void paintRecording(QPainter& painter) const;
 
     /// In place of a recording: why there is none.

@@ -2,12 +2,13 @@
 
 #include <chartcontrols/replaybaraccessible_p.h>
 #include <chartcontrols/replaybarannouncer_p.h>
-#include <chartcontrols/replaybarheadline_p.h>
 #include <chartcontrols/replaybarmenu_p.h>
 #include <chartcontrols/replaybartooltip_p.h>
 #include <chartcontrols/replaybartrack_p.h>
-#include <chartcontrols/timeticks_p.h>
 #include <controlwidgets/guicentral.h>
+#include <mapwidgets/axiscolours.h>
+#include <mapwidgets/axisheadline.h>
+#include <mapwidgets/timeticks.h>
 
 #include <QContextMenuEvent>
 #include <QHelpEvent>
@@ -329,9 +330,9 @@ int VCReplayBar::markerTop() const
 QColor VCReplayBar::markerColor(int number) const
 {
     if (isFlag(number)) {
-        return ReplayBarTrack::isDark(palette()) ? QColor(0xE8, 0xA8, 0x38) : QColor(0xF2, 0xB1, 0x3C);
+        return axiscolours::bookmark(palette());
     }
-    return ReplayBarTrack::isDark(palette()) ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC9, 0x2A, 0x2A);
+    return axiscolours::isDark(palette()) ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC9, 0x2A, 0x2A);
 }
 
 double VCReplayBar::keyStep(double least) const
@@ -403,8 +404,7 @@ QStringList VCReplayBar::readings() const
 void VCReplayBar::paintHeadline(QPainter& painter) const
 {
     painter.setPen(palette().color(QPalette::WindowText));
-    const ReplayBarHeadline headline{timeticks::dates(axisStart(), axisStop()), readings(),
-                                     markerColor(GetCurrentMarker())};
+    const AxisHeadline headline{timeticks::dates(axisStart(), axisStop()), readings(), markerColor(GetCurrentMarker())};
     headline.paint(painter, pixelAt(visibleStart()), static_cast<int>(std::lround(rightBorder())) + 1);
 }
 

@@ -32,7 +32,7 @@ void MarkerFlags::add(int number, double place, bool isCurrent)
 
 QString MarkerFlags::textOf(const MarkerFlag& flag, const QString& name)
 {
-    return flag.count > 1 ? QStringLiteral("%1 +%2").arg(name).arg(flag.count - 1) : name;
+    return flag.count > 1 ? QStringLiteral("%1 +%2").arg(name, QString::number(flag.count - 1)) : name;
 }
 
 std::vector<MarkerFlag> MarkerFlags::poles() const

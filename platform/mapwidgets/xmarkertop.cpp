@@ -1,6 +1,7 @@
 #include <mapwidgets/xmarkertop.h>
 
 #include <controlwidgets/axisbase.h>
+#include <mapwidgets/axiscolours.h>
 #include <mapwidgets/markerflags_p.h>
 #include <mapwidgets/pixelgrid.h>
 
@@ -28,11 +29,6 @@ QColor blended(const QColor& color, const QColor& other, float share)
     return QColor::fromRgbF(color.redF() * (1 - share) + other.redF() * share,
                             color.greenF() * (1 - share) + other.greenF() * share,
                             color.blueF() * (1 - share) + other.blueF() * share);
-}
-
-QColor textColorOn(const QColor& color)
-{
-    return qGray(color.rgb()) > 110 ? QColor(0x1A, 0x14, 0x00) : QColor(Qt::white);
 }
 
 MarkerFlags::Texts textsOf(const QFontMetricsF& metrics)
@@ -275,7 +271,7 @@ void XMarkerTop::paintFlag(QPainter& painter, const PixelGrid& grid, const Marke
         painter.fillRect(cloth.adjusted(line, line, -line, -line), color);
     }
     if (!flag.text.isEmpty()) {
-        painter.setPen(textColorOn(color));
+        painter.setPen(axiscolours::textOn(color));
         painter.drawText(QPointF(flag.left + MarkerFlags::padding, markerTop() + 1 + m_axis.fontMetrics().ascent()),
                          flag.text);
     }

@@ -1,6 +1,7 @@
 #include <mapwidgets/xrulertop.h>
 
 #include <mapwidgets/pixelgrid.h>
+#include <mapwidgets/roundnumber.h>
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -36,13 +37,7 @@ int XRulerTop::rulerTop() const
 
 double XRulerTop::tickDistance(double least) const
 {
-    const double power = std::pow(10.0, std::floor(std::log10(least)));
-    for (const double factor : {1.0, 2.0, 5.0}) {
-        if (power * factor >= least) {
-            return power * factor;
-        }
-    }
-    return power * 10;
+    return roundNumber(least);
 }
 
 double XRulerTop::firstTick(double value, double distance) const
@@ -97,13 +92,7 @@ double XRulerTop::labelledDistance() const
 double XRulerTop::smallDistance(double distance) const
 {
     const double perPixel = extent() / (placeAt(visibleStop()) - placeAt(visibleStart()));
-    for (const int parts : {10, 6, 5, 4, 3, 2}) {
-        const double part = distance / parts;
-        if (part >= perPixel * gapBetweenSmallTicks && tickDistance(part) == part) {
-            return part;
-        }
-    }
-    return distance;
+    return partOf(distance, perPixel * gapBetweenSmallTicks, [this](double least) { return tickDistance(least); });
 }
 
 // No more than there are pixels, because adding a distance that is too small for a large number never arrives.

@@ -1,7 +1,5 @@
 #include <recorder/service/overviewjob.h>
 
-#include <recorder/service/overviewline.h>
-
 #include <zelkobase/data/recordfiles.h>
 
 #include <QDir>
@@ -11,12 +9,13 @@
 namespace ZelkoRecorder {
 
 using ZELKO_XML::ZELKO_RecordData;
+using ZelkoCommon::OverviewLine;
 using ZelkoCommon::ServiceStatus;
 
 OverviewJob::OverviewJob(const DeviceStore& store, const ZELKO_RecordData& record, const OverviewWish& wish)
     : m_record(record)
     , m_timeline(record)
-    , m_cookie(overviewCookie(wish.device, wish.record))
+    , m_cookie(ZelkoCommon::overviewCookie(wish.device, wish.record))
     , m_samples(QDir(store.recordFolder(record.GetRecordID()))
                     .filePath(ZELKO_XML::sampleFileName(record.GetRecordID(), record.GetDataFormat())))
     , m_status(look(wish))

@@ -4,6 +4,7 @@
 #include <recorder/store/devicestore.h>
 #include <recorder/store/recordtimeline.h>
 
+#include <zelkobase/service/overviewline.h>
 #include <zelkobase/service/servicestatus.h>
 
 #include <QByteArray>
@@ -32,7 +33,7 @@ struct OverviewWish
 class OverviewJob
 {
 public:
-    static constexpr qint64 mostLines = 100'000;
+    static constexpr qint64 mostLines = ZelkoCommon::OverviewLine::mostLines;
 
     /// Takes a datagram; false to end the overview.
     using Send = std::function<bool(const QByteArray& datagram)>;

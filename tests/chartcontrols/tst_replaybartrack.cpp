@@ -50,7 +50,6 @@ private Q_SLOTS:
     void paintsARangeAsFarAsItGoes_data();
     void paintsARangeAsFarAsItGoes();
     void paintsTicksPale();
-    void knowsADarkPalette();
 };
 
 void ReplayBarTrackTest::framesARecording_data()
@@ -127,17 +126,6 @@ void ReplayBarTrackTest::paintsTicksPale()
     QVERIFY(painted.at(40) != QColor(Qt::white));
     QVERIFY(painted.at(40).lightness() > 200);
     QCOMPARE(painted.at(41), QColor(Qt::white));
-}
-
-void ReplayBarTrackTest::knowsADarkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Base, Qt::black);
-    palette.setColor(QPalette::Text, Qt::white);
-    QVERIFY(ReplayBarTrack::isDark(palette));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Text, Qt::black);
-    QVERIFY(!ReplayBarTrack::isDark(palette));
 }
 
 QTEST_MAIN(ReplayBarTrackTest)

@@ -82,11 +82,11 @@ struct Console : OwnRecorderConsole
         return isIn(*dialog, BookmarkModel::SynchLocalChange) ? dialog : nullptr;
     }
 
-    void become(int user)
+    void become(int number)
     {
         QMenu& menu = *window.userMenu();
         menu.popup(window.mapToGlobal(QPoint(0, 0)));
-        MenuAnswer::click(menu, menu.actions().at(user));
+        MenuAnswer::click(menu, menu.actions().at(number));
     }
 
     static bool isIn(const EditRecordDialog& dialog, BookmarkModel::enSynchState state)

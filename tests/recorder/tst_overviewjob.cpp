@@ -1,5 +1,4 @@
 #include <recorder/service/overviewjob.h>
-#include <recorder/service/overviewline.h>
 
 #include <storedrecord.h>
 
@@ -118,7 +117,7 @@ void TestOverviewJob::saysWhatALineIs()
     QCOMPARE(last.size(), qsizetype{60 + 2 * 64});
     QCOMPARE(last.left(8).toHex(), QByteArray("5a4f564c01000100"));
     QCOMPARE(at<quint16>(datagrams.first(), 6), quint16{0});
-    QCOMPARE(at<quint64>(last, 8), overviewCookie("D1", "r1"));
+    QCOMPARE(at<quint64>(last, 8), ZelkoCommon::overviewCookie("D1", "r1"));
     QCOMPARE(at<quint32>(last, 16), 1U);
     QCOMPARE(at<quint32>(last, 20), 2U);
     QCOMPARE(at<quint32>(last, 24), 0U);

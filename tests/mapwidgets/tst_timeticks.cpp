@@ -1,6 +1,6 @@
 #include "microseconds.h"
 
-#include <chartcontrols/timeticks_p.h>
+#include <mapwidgets/timeticks.h>
 
 #include <QDateTime>
 #include <QtTest>

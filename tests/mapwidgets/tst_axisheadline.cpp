@@ -1,10 +1,10 @@
-#include <chartcontrols/replaybarheadline_p.h>
+#include <mapwidgets/axisheadline.h>
 
 #include <QApplication>
 #include <QFontMetrics>
 #include <QtTest>
 
-class ReplayBarHeadlineTest : public QObject
+class AxisHeadlineTest : public QObject
 {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ private Q_SLOTS:
     void showsWhatHasRoom();
 };
 
-void ReplayBarHeadlineTest::showsWhatHasRoom_data()
+void AxisHeadlineTest::showsWhatHasRoom_data()
 {
     QTest::addColumn<QString>("room");
     QTest::addColumn<QString>("date");
@@ -30,20 +30,20 @@ void ReplayBarHeadlineTest::showsWhatHasRoom_data()
     QTest::newRow("nothing") << QString() << QStringLiteral("CEST") << QString();
 }
 
-void ReplayBarHeadlineTest::showsWhatHasRoom()
+void AxisHeadlineTest::showsWhatHasRoom()
 {
     QFETCH(QString, room);
-    const ReplayBarHeadline headline{{QStringLiteral("2026-05-04 CEST"), QStringLiteral("CEST")},
-                                     {QStringLiteral("Tower 10:11:12.123456"), QStringLiteral("10:11:12")},
-                                     Qt::red};
+    const AxisHeadline headline{{QStringLiteral("2026-05-04 CEST"), QStringLiteral("CEST")},
+                                {QStringLiteral("Tower 10:11:12.123456"), QStringLiteral("10:11:12")},
+                                Qt::red};
     const QFontMetrics metrics(QApplication::font());
     const auto chosen = headline.chosen(metrics, metrics.horizontalAdvance(room));
     QTEST(chosen.date, "date");
     QTEST(chosen.reading, "reading");
-    const auto without = ReplayBarHeadline{headline.dates, {}, Qt::red}.chosen(metrics, 1000);
+    const auto without = AxisHeadline{headline.dates, {}, Qt::red}.chosen(metrics, 1000);
     QCOMPARE(without.date, headline.dates.constFirst());
     QCOMPARE(without.reading, QString());
 }
 
-QTEST_MAIN(ReplayBarHeadlineTest)
-#include "tst_replaybarheadline.moc"
+QTEST_MAIN(AxisHeadlineTest)
+#include "tst_axisheadline.moc"

@@ -1,4 +1,4 @@
-#include <chartcontrols/replaybarheadline_p.h>
+#include <mapwidgets/axisheadline.h>
 
 #include <mapwidgets/pixelgrid.h>
 
@@ -13,7 +13,7 @@ constexpr int signSize = 7;
 
 } // namespace
 
-ReplayBarHeadline::Chosen ReplayBarHeadline::chosen(const QFontMetrics& metrics, int width) const
+AxisHeadline::Chosen AxisHeadline::chosen(const QFontMetrics& metrics, int width) const
 {
     for (const QString& date : dates) {
         const int used = metrics.horizontalAdvance(date) + gapBetweenTexts + signSize + gapBehindSign;
@@ -31,7 +31,7 @@ ReplayBarHeadline::Chosen ReplayBarHeadline::chosen(const QFontMetrics& metrics,
     return {dates.constLast(), {}};
 }
 
-void ReplayBarHeadline::paint(QPainter& painter, int left, int right) const
+void AxisHeadline::paint(QPainter& painter, int left, int right) const
 {
     const QFontMetrics metrics = painter.fontMetrics();
     const auto [date, reading] = chosen(metrics, right - left);

@@ -1,4 +1,6 @@
-#include <chartcontrols/timeticks_p.h>
+#include <mapwidgets/timeticks.h>
+
+#include <mapwidgets/roundnumber.h>
 
 #include <QDateTime>
 
@@ -33,17 +35,6 @@ QDateTime localTime(long long moment)
 double shiftAt(double moment)
 {
     return localTime(whole(moment)).offsetFromUtc() * second;
-}
-
-double roundNumber(double least)
-{
-    const double power = std::pow(10.0, std::floor(std::log10(least)));
-    for (const double factor : {1.0, 2.0, 5.0}) {
-        if (power * factor >= least) {
-            return power * factor;
-        }
-    }
-    return power * 10;
 }
 
 // The clocks may be changed between a moment and the one it is rounded to.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <mapwidgets/mapwidgets_export.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -7,38 +9,38 @@
 namespace timeticks {
 
 /// The whole number of microseconds nearest to a moment, held within what such a number can be.
-long long whole(double moment);
+MAPWIDGETS_EXPORT long long whole(double moment);
 
 /// The smallest round distance of at least `least`, and at least a microsecond: 1, 2 or 5 units or tens of them below a
 /// second, then the divisions of minutes, hours and days that clocks have, then 1, 2 or 5 days or tens of them.
-double distance(double least);
+MAPWIDGETS_EXPORT double distance(double least);
 
 /// The first moment at or behind `moment` that is a multiple of `distance` in local time.
-double first(double moment, double distance);
+MAPWIDGETS_EXPORT double first(double moment, double distance);
 
 /// The multiple behind a multiple; where clocks are changed that is nearer or farther than `distance`.
-double next(double tick, double distance);
+MAPWIDGETS_EXPORT double next(double tick, double distance);
 
 /// The time of day, as fine as the distance needs; the date at midnight and with days between ticks. The first tick
 /// behind a change of the clocks tells the zone as well.
-QString text(double moment, double distance);
+MAPWIDGETS_EXPORT QString text(double moment, double distance);
 
 /// A text as long as any at a distance, within one day or beyond.
-QString longestText(double distance, bool isWithinDay);
+MAPWIDGETS_EXPORT QString longestText(double distance, bool isWithinDay);
 
 /// The text of an end of an axis of that extent: as fine as it takes to tell it from the other end, seconds at least.
-QString endText(double moment, double extent);
+MAPWIDGETS_EXPORT QString endText(double moment, double extent);
 
 /// Date, time to the microsecond, and zone.
-QString dateAndTime(long long moment);
+MAPWIDGETS_EXPORT QString dateAndTime(long long moment);
 
 /// The time of day to the microsecond, and shorter texts for where there is less room: milliseconds, seconds.
-QStringList timesOfDay(long long moment);
+MAPWIDGETS_EXPORT QStringList timesOfDay(long long moment);
 
 /// Whether both are on the same day.
-bool isSameDay(double moment, double other);
+MAPWIDGETS_EXPORT bool isSameDay(double moment, double other);
 
 /// The dates from `start` to `stop` with their zone, and shorter texts for where there is less room, down to the zone.
-QStringList dates(double start, double stop);
+MAPWIDGETS_EXPORT QStringList dates(double start, double stop);
 
 } // namespace timeticks
