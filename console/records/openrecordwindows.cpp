@@ -1,5 +1,6 @@
 #include <console/records/openrecordwindows.h>
 
+#include <overviewdisplay/spectrumoverviewwidget.h>
 #include <zelkoguibase/editrecord/editrecorddialog.h>
 #include <zelkoguibase/history/historydialog.h>
 
@@ -21,7 +22,7 @@ bool isOnRecord(const QWidget& window)
 
 bool isOverview(const QWidget& window)
 {
-    return window.inherits("SPECTRUM_OVERVIEW::SpectrumOverviewWidget");
+    return qobject_cast<const SPECTRUM_OVERVIEW::SpectrumOverviewWidget*>(&window);
 }
 
 bool closeOne(const QPointer<QWidget>& window)

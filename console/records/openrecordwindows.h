@@ -23,8 +23,8 @@ public:
 
     /// What goes when windows are closed.
     enum class Leaving {
-        Device,       ///< whose records they show; an overview goes on showing the one that it has
-        UserOrConsole ///< who may do what they offer
+        Device,    ///< whose records they show; an overview goes on with the one that it has, which names its device
+        Everything ///< the recorder that they talk to, the user who may do what they offer, or the console
     };
 
     /// Closes what goes with that. Each window may ask about what was changed in it, and so block as long as the user

@@ -226,8 +226,11 @@ void ConsoleWindow::showChoice()
 // would mark the other one.
 bool ConsoleWindow::leaveDevice()
 {
-    if (m_records->shows(m_devices->chosenSubSystem(), m_devices->chosenDevice()) ||
-        (m_windows->close(OpenRecordWindows::Leaving::Device) && m_replay->settleBookmarks())) {
+    const QString subSystem = m_devices->chosenSubSystem();
+    const auto leaving = m_records->subSystem() == subSystem ? OpenRecordWindows::Leaving::Device
+                                                             : OpenRecordWindows::Leaving::Everything;
+    if (m_records->shows(subSystem, m_devices->chosenDevice()) ||
+        (m_windows->close(leaving) && m_replay->settleBookmarks())) {
         return true;
     }
     const auto goBack = [this] { m_devices->choose(m_records->subSystem(), m_records->device()); };
@@ -239,7 +242,7 @@ bool ConsoleWindow::leaveDevice()
 // What the user has open may be more than the next one may do.
 bool ConsoleWindow::leaveUser()
 {
-    return m_windows->close(OpenRecordWindows::Leaving::UserOrConsole) &&
+    return m_windows->close(OpenRecordWindows::Leaving::Everything) &&
            m_replay->settleBookmarks(ReplayDeck::Leaving::User);
 }
 
@@ -283,7 +286,7 @@ void ConsoleWindow::restorePlaces()
 
 void ConsoleWindow::closeEvent(QCloseEvent* event)
 {
-    if (!m_windows->close(OpenRecordWindows::Leaving::UserOrConsole) ||
+    if (!m_windows->close(OpenRecordWindows::Leaving::Everything) ||
         !m_replay->settleBookmarks(ReplayDeck::Leaving::Console)) {
         event->ignore();
         return;

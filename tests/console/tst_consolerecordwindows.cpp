@@ -2,6 +2,7 @@
 #include "menuanswer.h"
 #include "ownrecorderconsole.h"
 #include "positionhands.h"
+#include "shownoverview.h"
 
 #include <console/hands/dialoganswer.h>
 #include <console/records/recordactions.h>
@@ -30,12 +31,12 @@ Q_DECLARE_METATYPE(ZelkoGUI::IZelkoGUIController::enUserAction)
 
 namespace {
 
-const QString lengthy = u"Long"_s; // an hour
+const QString record = u"R1"_s; // a second
 
 struct Console : OwnRecorderConsole
 {
     explicit Console(ZelkoCommon::Orb& orb)
-        : OwnRecorderConsole(orb, ZelkoTest::hourLongRecord(lengthy))
+        : OwnRecorderConsole(orb, ZelkoTest::finishedRecord(record))
     {}
     using OneRecordStore::stored;
 
@@ -44,11 +45,11 @@ struct Console : OwnRecorderConsole
     /// Selects the record, once it can be worked on.
     bool choose() const
     {
-        const auto isListed = [this] { return rowOf(lengthy) >= 0; };
+        const auto isListed = [this] { return rowOf(record) >= 0; };
         if (!QTest::qWaitFor(isListed, patience)) {
             return false;
         }
-        operatorhands::clickRow(table(), rowOf(lengthy));
+        operatorhands::clickRow(table(), rowOf(record));
         return QTest::qWaitFor([this] { return action(Controller::UserActionEdit).isEnabled(); }, patience);
     }
 
@@ -69,6 +70,14 @@ struct Console : OwnRecorderConsole
     {
         return qobject_cast<EditRecordDialog*>(opened(flag));
     }
+
+    QWidget* openOverview() const
+    {
+        open(Controller::UserActionOverview);
+        return shownOverview();
+    }
+
+    void killRecorder() const { ::kill(static_cast<pid_t>(session.recorder()->processId()), SIGKILL); }
 
     /// Opens the window of the bookmarks, and sets one there that is not sent.
     EditRecordDialog* bookmark() const
@@ -115,6 +124,12 @@ QString shownRecord(const QDialog& dialog)
     return dialog.findChild<QLabel*>(QLatin1String(name), Qt::FindDirectChildrenOnly)->text();
 }
 
+/// Whether spectra have come.
+bool hasPicture(const QWidget& overview)
+{
+    return overview.findChild<QAction*>(u"ActionSavePicture"_s)->isEnabled();
+}
+
 const QList<std::pair<const char*, Controller::enUserAction>> windows{
     {"comments", Controller::UserActionHistory},
     {"bookmarks", Controller::UserActionBookmarks},
@@ -154,6 +169,8 @@ private Q_SLOTS:
     void storesACommentThatIsAdded();
     void storesTheBookmarksThatAreSent();
     void listsTheCopyOfAPart();
+    void showsTheSpectrumThatTheRecorderSends();
+    void keepsTheSpectrumOfARecorderThatWasKilled();
     void leavesToAViewerOnlyToLook();
     void emptiesTheWindowsOfARecordThatIsDeleted_data() { addWindows(); }
     void emptiesTheWindowsOfARecordThatIsDeleted();
@@ -177,7 +194,7 @@ void TestConsoleRecordWindows::opensByButtonAndKeysInFrontOfItself()
     QVERIFY(dialog);
     QCOMPARE(dialog->parentWidget(), &m_console->window);
     QVERIFY(!dialog->isModal());
-    QCOMPARE(shownRecord(*dialog), u"Record: Name of Long"_s);
+    QCOMPARE(shownRecord(*dialog), u"Record: Name of R1"_s);
     QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeWindow(), dialog, patience);
     QVERIFY(dialog->close());
     m_console->window.activateWindow();
@@ -199,7 +216,7 @@ void TestConsoleRecordWindows::storesACommentThatIsAdded()
     table.typeAndEnter(u"heard twice"_s);
     QTRY_VERIFY_WITH_TIMEOUT(!table.editor(), patience);
     table.clickHeader(0);
-    const ZELKO_XML::ZELKO_RecordData stored = m_console->stored(lengthy);
+    const ZELKO_XML::ZELKO_RecordData stored = m_console->stored(record);
     QCOMPARE(stored.GetHistoryEntry().size(), 1);
     QCOMPARE(stored.GetHistoryEntry().constFirst().GetHistoryEntry(), u"heard twice"_s);
     QTRY_COMPARE_WITH_TIMEOUT(table.lastRow(), 1, patience);
@@ -212,7 +229,7 @@ void TestConsoleRecordWindows::storesTheBookmarksThatAreSent()
     const EditRecordDialog* const dialog = m_console->bookmark();
     QVERIFY(dialog);
     QTest::mouseClick(dialog->findChild<QToolButton*>(u"ApplyBookmarks"_s), Qt::LeftButton);
-    QCOMPARE(m_console->stored(lengthy).GetBookmarkEntry().size(), 1);
+    QCOMPARE(m_console->stored(record).GetBookmarkEntry().size(), 1);
     QTRY_VERIFY_WITH_TIMEOUT(Console::isIn(*dialog, BookmarkModel::SynchInSync), patience);
     QCOMPARE(dialog->bookmarkModel()->entryCount(), 1);
 }
@@ -224,18 +241,46 @@ void TestConsoleRecordWindows::listsTheCopyOfAPart()
     const EditRecordDialog* const dialog = m_console->edit(Controller::UserActionCopy);
     QVERIFY(dialog);
     const PositionHands start(*dialog->findChild<PositionHands::Widget*>(u"StartPosition"_s));
-    start.press(QDateTimeEdit::MinuteSection, Qt::Key_Up, 30);
+    start.type(QDateTimeEdit::MSecSection, u"500"_s);
     auto* const save = dialog->findChild<QToolButton*>(u"SaveButton"_s);
     QTRY_VERIFY_WITH_TIMEOUT(save->isEnabled(), patience);
     QTest::mouseClick(save, Qt::LeftButton);
     QTRY_COMPARE_WITH_TIMEOUT(m_console->table().model()->rowCount(), 2, patience);
     QStringList ids = shownrecords::ids(*m_console->table().model());
-    ids.removeOne(lengthy);
+    ids.removeOne(record);
     const auto copy = m_console->records().getRecordData(ids.constFirst());
     QVERIFY(copy);
-    QCOMPARE(copy->GetRecordName(), u"Name of Long_Copy"_s);
-    QCOMPARE(copy->GetStartTime(), quint64{1'810'000'000});
-    QCOMPARE(copy->GetStopTime(), quint64{3'610'000'000});
+    QCOMPARE(copy->GetRecordName(), u"Name of R1_Copy"_s);
+    QCOMPARE(copy->GetStartTime(), quint64{10'500'000});
+    QCOMPARE(copy->GetStopTime(), quint64{11'000'000});
+}
+
+// In a window of its own beside that of the console, which it is closed with.
+void TestConsoleRecordWindows::showsTheSpectrumThatTheRecorderSends()
+{
+    QVERIFY(m_console->choose());
+    const QPointer<QWidget> overview = m_console->openOverview();
+    QVERIFY(overview);
+    QVERIFY(!overview->parentWidget());
+    QCOMPARE(overview->windowTitle(), u"Spectrum Overview: Name of R1"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(hasPicture(*overview), patience);
+    QVERIFY(m_console->window.close());
+    QTRY_VERIFY_WITH_TIMEOUT(!overview, patience);
+}
+
+void TestConsoleRecordWindows::keepsTheSpectrumOfARecorderThatWasKilled()
+{
+    QVERIFY(m_console->choose());
+    const QPointer<QWidget> overview = m_console->openOverview();
+    QVERIFY(overview);
+    QTRY_VERIFY_WITH_TIMEOUT(hasPicture(*overview), patience);
+    m_console->killRecorder();
+    QTRY_VERIFY_WITH_TIMEOUT(m_console->rowOf(record) < 0, patience);
+    QVERIFY(overview && overview->isVisible());
+    QVERIFY(m_console->choose());
+    QTRY_VERIFY_WITH_TIMEOUT(hasPicture(*overview), patience);
+    m_console.reset();
+    QVERIFY(!overview);
 }
 
 void TestConsoleRecordWindows::leavesToAViewerOnlyToLook()
@@ -248,9 +293,9 @@ void TestConsoleRecordWindows::leavesToAViewerOnlyToLook()
     }
     m_console->become(0);
     QTRY_COMPARE_WITH_TIMEOUT(m_console->user.name(), u"viewer"_s, patience);
-    QTRY_VERIFY_WITH_TIMEOUT(m_console->controller().isConnected() && m_console->rowOf(lengthy) >= 0, patience);
-    operatorhands::clickRow(m_console->table(), m_console->rowOf(lengthy));
-    const QStringList chosen{lengthy};
+    QTRY_VERIFY_WITH_TIMEOUT(m_console->controller().isConnected() && m_console->rowOf(record) >= 0, patience);
+    operatorhands::clickRow(m_console->table(), m_console->rowOf(record));
+    const QStringList chosen{record};
     QTRY_COMPARE_WITH_TIMEOUT(m_console->controller().selectedRecords(), chosen, patience);
     for (const auto& [name, flag] : windows) {
         QVERIFY2(!m_console->action(flag).isEnabled(), name);
@@ -281,7 +326,7 @@ void TestConsoleRecordWindows::emptiesTheWindowsOfARecordThatIsDeleted()
     QVERIFY(yes.wasGiven());
     QTRY_COMPARE_WITH_TIMEOUT(shownRecord(*dialog).trimmed(), u"Record:"_s, patience);
     QVERIFY(!deleted || deleted->wasGiven());
-    QCOMPARE(m_console->rowOf(lengthy), -1);
+    QCOMPARE(m_console->rowOf(record), -1);
     QVERIFY(dialog->isVisible());
 }
 
@@ -294,13 +339,13 @@ void TestConsoleRecordWindows::opensThemAgainWhenTheRecorderWasKilled()
     QDialog* const dialog = m_console->opened(flag);
     QVERIFY(dialog);
     const DialogAnswer told([](QWidget*) {});
-    ::kill(static_cast<pid_t>(m_console->session.recorder()->processId()), SIGKILL);
-    QTRY_VERIFY_WITH_TIMEOUT(m_console->rowOf(lengthy) < 0, patience);
+    m_console->killRecorder();
+    QTRY_VERIFY_WITH_TIMEOUT(m_console->rowOf(record) < 0, patience);
     QTRY_VERIFY_WITH_TIMEOUT(!m_console->action(flag).isEnabled(), patience);
     QVERIFY(m_console->choose());
     m_console->open(flag);
     QCOMPARE(m_console->opened(flag), dialog);
-    QCOMPARE(shownRecord(*dialog), u"Record: Name of Long"_s);
+    QCOMPARE(shownRecord(*dialog), u"Record: Name of R1"_s);
     QVERIFY(!told.wasGiven());
 }
 
@@ -316,7 +361,7 @@ void TestConsoleRecordWindows::staysOpenForTheBookmarksInAWindow()
     QVERIFY(Console::isIn(*dialog, BookmarkModel::SynchLocalChange));
     const DialogAnswer discard([](QWidget* box) { answerWith(box, QMessageBox::No); });
     QVERIFY(m_console->window.close());
-    QCOMPARE(m_console->stored(lengthy).GetBookmarkEntry().size(), 0);
+    QCOMPARE(m_console->stored(record).GetBookmarkEntry().size(), 0);
 }
 
 void TestConsoleRecordWindows::sendsTheBookmarksInAWindowBeforeItCloses()
@@ -328,7 +373,7 @@ void TestConsoleRecordWindows::sendsTheBookmarksInAWindowBeforeItCloses()
     QVERIFY(m_console->window.close());
     QVERIFY(save.wasGiven());
     QVERIFY(!dialog->isVisible());
-    QCOMPARE(m_console->stored(lengthy).GetBookmarkEntry().size(), 1);
+    QCOMPARE(m_console->stored(record).GetBookmarkEntry().size(), 1);
 }
 
 void TestConsoleRecordWindows::goesWithItsWindowsOpen()
