@@ -12,9 +12,14 @@
 #include <console/window/consolewindow.h>
 #include <console/window/usermessages.h>
 
+#include <overviewdisplay/spectrumoverviewwidget.h>
 #include <zelkobase/models/abstractrecordlistmodel.h>
+#include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
+#include <zelkoguibase/editrecord/editrecorddialog.h>
 
+#include <QApplication>
+#include <QDateTimeEdit>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QHeaderView>
@@ -24,6 +29,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QToolBar>
+#include <QToolButton>
 
 #include <algorithm>
 #include <csignal>
@@ -33,6 +39,7 @@ namespace ZelkoConsole {
 
 using Controller = ZelkoGUI::IZelkoGUIController;
 using ZelkoCommon::AbstractRecordListModel;
+using ZelkoGUI::EditRecordDialog;
 using Status = ZELKO_XML::ZELKO_RecordData::RecordStatus;
 
 namespace {
@@ -73,7 +80,8 @@ bool DemoWalk::run()
     m_window.show();
     m_window.activateWindow();
     return seeLiveRecord() && seeRecordGrow() && seeFinishedRecords() && sortBySize() && selectTwo() &&
-           killRecorder() && seeListRestored() && chooseRecord() && renameRecord() && keepRecord() && deleteRecord();
+           killRecorder() && seeListRestored() && chooseRecord() && renameRecord() && commentRecord() &&
+           bookmarkRecord() && copyRecord() && seeSpectrum() && keepRecord() && deleteRecord();
 }
 
 bool DemoWalk::seeLiveRecord()
@@ -87,7 +95,7 @@ bool DemoWalk::seeRecordGrow()
     const QPersistentModelIndex record = recordWithStatus(static_cast<int>(Status::Recording));
     const quint64 before = sizeOf(record);
     return waitFor(QStringLiteral("the size of a record growing"), [&] { return sizeOf(record) > before; }) &&
-           takePicture("1-growing-record");
+           takePicture("01-growing-record");
 }
 
 bool DemoWalk::seeFinishedRecords()
@@ -129,7 +137,7 @@ bool DemoWalk::selectTwo()
     if (m_selected.size() != 2) {
         return fail(QStringLiteral("a click and Shift+Down selected %1 records instead of 2").arg(m_selected.size()));
     }
-    return takePicture("2-finished-records");
+    return takePicture("02-finished-records");
 }
 
 bool DemoWalk::killRecorder()
@@ -141,7 +149,7 @@ bool DemoWalk::killRecorder()
                        return m_session.status(subSystem).state == LinkState::Unreachable &&
                               m_table.model()->rowCount() == 0;
                    }) &&
-           takePicture("3-recorder-killed");
+           takePicture("03-recorder-killed");
 }
 
 bool DemoWalk::seeListRestored()
@@ -150,7 +158,7 @@ bool DemoWalk::seeListRestored()
         return m_window.records()->records()->isComplete() && m_table.model()->rowCount() >= m_rowsBefore &&
                shownrecords::selectedIds(m_table) == m_selected && isSortedBySize();
     });
-    return restored && takePicture("4-restored-list");
+    return restored && takePicture("04-restored-list");
 }
 
 // The first of those that are expected: it is finished, and nobody records it again.
@@ -173,7 +181,7 @@ bool DemoWalk::renameRecord()
 {
     const QString name = QStringLiteral("Renamed by the operator");
     const DialogAnswer answer([&](QWidget* dialog) {
-        takePicture(*dialog, "5-rename");
+        takePicture(*dialog, "05-rename");
         auto* const field = dialog->findChild<QLineEdit*>();
         QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClicks(field, name);
@@ -183,7 +191,86 @@ bool DemoWalk::renameRecord()
     return (answer.wasGiven() || fail(QStringLiteral("Ctrl+R did not ask for a name"))) &&
            waitFor(QStringLiteral("the new name of a recording"),
                    [&] { return chosenText(AbstractRecordListModel::NameColumn) == name; }) &&
-           takePicture("6-renamed");
+           takePicture("06-renamed");
+}
+
+// Typed into the empty row at the end, and added by the key that begins one as well.
+bool DemoWalk::commentRecord()
+{
+    const QDialog* const dialog = openWindow(Controller::UserActionHistory, "HistoryTableView");
+    if (!dialog) {
+        return false;
+    }
+    auto* const table = dialog->findChild<QTableView*>(QStringLiteral("HistoryTableView"));
+    QTest::keyClick(table, Qt::Key_Insert);
+    const auto editor = [table] { return table->indexWidget(table->currentIndex()); };
+    if (!editor()) {
+        return fail(QStringLiteral("no comment can be typed"));
+    }
+    QTest::keyClicks(editor(), QStringLiteral("A strong signal, to be looked at again"));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    return waitFor(QStringLiteral("the comment that was typed"), [&] { return !editor(); }) && addComment(*table) &&
+           closeWindow(dialog->window(), "07-comments");
+}
+
+bool DemoWalk::addComment(QTableView& table)
+{
+    const int rows = table.model()->rowCount();
+    QTest::keyClick(&table, Qt::Key_Insert);
+    return waitFor(QStringLiteral("the comment on a recording"), [&] { return table.model()->rowCount() > rows; });
+}
+
+bool DemoWalk::bookmarkRecord()
+{
+    const QDialog* const dialog = openWindow(Controller::UserActionBookmarks, "BookmarkTableView");
+    if (!dialog) {
+        return false;
+    }
+    const auto& bookmarks = *qobject_cast<const EditRecordDialog*>(dialog)->bookmarkModel();
+    const auto isInSync = [&] { return bookmarks.getSynchState() == ZelkoGUI::BookmarkModel::SynchInSync; };
+    if (!waitFor(QStringLiteral("bookmarks to be edited"), isInSync)) {
+        return false;
+    }
+    QTest::keyClick(dialog->findChild<QTableView*>(QStringLiteral("BookmarkTableView")), Qt::Key_Insert);
+    QTest::mouseClick(dialog->findChild<QToolButton*>(QStringLiteral("ApplyBookmarks")), Qt::LeftButton);
+    return waitFor(QStringLiteral("the bookmark of a recording"),
+                   [&] { return isInSync() && bookmarks.entryCount() == 1; }) &&
+           closeWindow(dialog->window(), "08-bookmarks");
+}
+
+// All but its first second.
+bool DemoWalk::copyRecord()
+{
+    const QDialog* const dialog = openWindow(Controller::UserActionCopy, "StartPosition");
+    if (!dialog) {
+        return false;
+    }
+    auto* const start = dialog->findChild<QWidget*>(QStringLiteral("StartPosition"))->findChild<QDateTimeEdit*>();
+    start->setSelectedSection(QDateTimeEdit::SecondSection);
+    QTest::keyClick(start, Qt::Key_Up);
+    const int rows = m_table.model()->rowCount();
+    QTest::mouseClick(dialog->findChild<QToolButton*>(QStringLiteral("SaveButton")), Qt::LeftButton);
+    return waitFor(QStringLiteral("the copy of a recording"), [&] { return m_table.model()->rowCount() > rows; }) &&
+           closeWindow(dialog->window(), "09-copy");
+}
+
+bool DemoWalk::seeSpectrum()
+{
+    if (!clickAction(Controller::UserActionOverview)) {
+        return false;
+    }
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+        return qobject_cast<const SPECTRUM_OVERVIEW::SpectrumOverviewWidget*>(window);
+    });
+    if (found == windows.end()) {
+        return fail(QStringLiteral("the spectrum of a recording was not opened"));
+    }
+    const auto* const progress = (*found)->findChild<QWidget*>(QStringLiteral("ProgressBar"));
+    const auto* const save = (*found)->findChild<QAction*>(QStringLiteral("ActionSavePicture"));
+    return waitFor(QStringLiteral("the spectrum of a recording"),
+                   [&] { return save->isEnabled() && !progress->isVisible(); }) &&
+           closeWindow(*found, "10-spectrum");
 }
 
 bool DemoWalk::keepRecord()
@@ -194,7 +281,7 @@ bool DemoWalk::keepRecord()
     return clickAction(Controller::UserActionDeletable) &&
            waitFor(QStringLiteral("a recording that cannot be deleted"),
                    [&] { return !isDeletable() && !remove.isEnabled(); }) &&
-           takePicture("7-not-deletable") && clickAction(Controller::UserActionDeletable) &&
+           takePicture("11-not-deletable") && clickAction(Controller::UserActionDeletable) &&
            waitFor(QStringLiteral("a recording that can be deleted again"),
                    [&] { return isDeletable() && remove.isEnabled(); });
 }
@@ -202,13 +289,13 @@ bool DemoWalk::keepRecord()
 bool DemoWalk::deleteRecord()
 {
     const DialogAnswer answer([this](QWidget* dialog) {
-        takePicture(*dialog, "8-delete");
+        takePicture(*dialog, "12-delete");
         QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes), Qt::LeftButton);
     });
     return clickAction(Controller::UserActionDelete) &&
            (answer.wasGiven() || fail(QStringLiteral("the recording was deleted without a question"))) &&
            waitFor(QStringLiteral("the list without the deleted recording"), [this] { return !chosen().isValid(); }) &&
-           takePicture("9-deleted");
+           takePicture("13-deleted");
 }
 
 bool DemoWalk::clickAction(Controller::enUserAction action)
@@ -218,6 +305,26 @@ bool DemoWalk::clickAction(Controller::enUserAction action)
     QTest::mouseClick(pane.toolBar()->widgetForAction(wanted), Qt::LeftButton);
     const QMessageBox* const message = m_window.messages()->box();
     return !message || fail(QStringLiteral("\"%1\" ended with: %2").arg(wanted->toolTip(), message->text()));
+}
+
+QDialog* DemoWalk::openWindow(Controller::enUserAction action, const char* part)
+{
+    if (!clickAction(action)) {
+        return nullptr;
+    }
+    for (QDialog* const dialog : m_window.findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (dialog->isVisible() && dialog->findChild<QWidget*>(QLatin1String(part))) {
+            return dialog;
+        }
+    }
+    fail(QStringLiteral("no window with %1 was opened").arg(QLatin1String(part)));
+    return nullptr;
+}
+
+bool DemoWalk::closeWindow(QWidget* window, const char* name)
+{
+    return takePicture(*window, name) &&
+           (window->close() || fail(QStringLiteral("the window of %1 was not closed").arg(QLatin1String(name))));
 }
 
 QModelIndex DemoWalk::chosen() const

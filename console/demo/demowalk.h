@@ -10,6 +10,7 @@
 
 #include <functional>
 
+class QDialog;
 class QModelIndex;
 class QTableView;
 class QWidget;
@@ -21,7 +22,8 @@ class ConsoleWindow;
 
 /// Drives a console through a session as an operator would, with real events, against its own recorder; looks at what
 /// is shown and leaves pictures: a growing record, finished records sorted and selected, the recorder killed, the list
-/// back, and then one of the finished records renamed, kept from being deleted and deleted after all.
+/// back, and then one of the finished records renamed, commented, bookmarked, copied in part, its spectrum seen, kept
+/// from being deleted and deleted after all.
 class DemoWalk
 {
 public:
@@ -49,6 +51,11 @@ private:
     bool seeListRestored();
     bool chooseRecord();
     bool renameRecord();
+    bool commentRecord();
+    bool addComment(QTableView& table);
+    bool bookmarkRecord();
+    bool copyRecord();
+    bool seeSpectrum();
     bool keepRecord();
     bool deleteRecord();
 
@@ -58,6 +65,10 @@ private:
     bool takePicture(QWidget& widget, const char* name);
     bool fail(const QString& text);
     bool clickAction(ZelkoGUI::IZelkoGUIController::enUserAction action);
+    /// The window that an action opens, with that part in it. Null: there is none, and `failure()` says so.
+    QDialog* openWindow(ZelkoGUI::IZelkoGUIController::enUserAction action, const char* part);
+    /// Once there is a picture of it.
+    bool closeWindow(QWidget* window, const char* name);
     QModelIndex chosen() const;
     QString chosenText(int column) const;
     QModelIndex recordWithStatus(int status) const;

@@ -1,16 +1,22 @@
 #include <console/demo/paintedbar.h>
 #include <console/demo/scenepainter.h>
 #include <console/demo/scenes.h>
+#include <console/demo/windowscene.h>
 #include <console/hands/dialoganswer.h>
+#include <console/hands/operatorhands.h>
+#include <console/records/recordpane.h>
+#include <console/window/consolewindow.h>
 
 #include <valuecore/tree.h>
 #include <vornappstartup/cfgcenter.h>
 #include <zelkobase/maps/recorditemmap.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
+#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 #include <zelkoguibase/editrecord/editrecorddialog.h>
 #include <zelkoguibase/history/historydialog.h>
 #include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -163,6 +169,33 @@ void paintEditInUse(ScenePainter& painter)
     dialog.accept();
 }
 
+// The one window in front of the console, which is closed then.
+void paintShown(ScenePainter& painter, const ConsoleWindow& window, const char* scene)
+{
+    for (QDialog* const dialog : window.findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (dialog->isVisible()) {
+            painter.paint(*dialog, scene);
+            dialog->close();
+        }
+    }
+}
+
+// As an operator opens them, on a record of the list.
+void paintOfConsole(ScenePainter& painter, WindowScene& scene)
+{
+    using Controller = ZelkoGUI::IZelkoGUIController;
+    ConsoleWindow& window = scene.openFilled(12);
+    operatorhands::clickRow(*window.records()->table(), 1);
+    QApplication::processEvents();
+    for (const auto& [flag, name] : {std::pair(Controller::UserActionHistory, "console-history"),
+                                     std::pair(Controller::UserActionBookmarks, "console-edit-bookmarks"),
+                                     std::pair(Controller::UserActionCopy, "console-copy-record"),
+                                     std::pair(Controller::UserActionEdit, "console-edit-record")}) {
+        window.records()->controller()->recordAction(flag)->trigger();
+        paintShown(painter, window, name);
+    }
+}
+
 } // namespace
 
 void paintRecordWindowScenes(ScenePainter& painter)
@@ -174,6 +207,8 @@ void paintRecordWindowScenes(ScenePainter& painter)
     paintEdit(painter, 255, "edit-record");
     paintEditInUse(painter);
     paintWaterfallScenes(painter);
+    WindowScene scene;
+    paintOfConsole(painter, scene);
 }
 
 } // namespace ZelkoConsole

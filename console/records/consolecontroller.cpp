@@ -11,4 +11,9 @@ bool ConsoleController::isRenameRecordAvailable(const QString& recordID) const
     return mayChangeAnything() && ZelkoServerGUIController::isRenameRecordAvailable(recordID);
 }
 
+bool ConsoleController::isResynchRecordAvailable(const QString& recordID, const QString& deviceID) const
+{
+    return mayChangeAnything() && ZelkoServerGUIController::isResynchRecordAvailable(recordID, deviceID);
+}
+
 } // namespace ZelkoConsole

@@ -5,7 +5,8 @@
 namespace ZelkoConsole {
 
 /// The controller of the library for a host whose users have rights that the library does not know: who may change
-/// nothing renames nothing either. The recorder would refuse it.
+/// nothing renames nothing either, and opens no window on a record, since each begins with having the record sent anew.
+/// The recorder would refuse it.
 class ConsoleController : public ZelkoGUI::ZelkoServerGUIController
 {
     Q_OBJECT
@@ -16,6 +17,7 @@ public:
 
 protected:
     bool isRenameRecordAvailable(const QString& recordID) const override;
+    bool isResynchRecordAvailable(const QString& recordID, const QString& deviceID) const override;
 };
 
 } // namespace ZelkoConsole

@@ -15,7 +15,10 @@ using ZelkoGUI::IZelkoGUIController;
 namespace {
 
 constexpr IZelkoGUIController::enUserAction offeredActions[] = {
-    IZelkoGUIController::UserActionReset, IZelkoGUIController::UserActionRename, IZelkoGUIController::UserActionDelete,
+    IZelkoGUIController::UserActionReset,    IZelkoGUIController::UserActionHistory,
+    IZelkoGUIController::UserActionRename,   IZelkoGUIController::UserActionBookmarks,
+    IZelkoGUIController::UserActionCopy,     IZelkoGUIController::UserActionEdit,
+    IZelkoGUIController::UserActionOverview, IZelkoGUIController::UserActionDelete,
     IZelkoGUIController::UserActionDeletable};
 
 // What has not changed is not set: each setting is a change for whoever follows the action, this class included.

@@ -26,7 +26,7 @@ class RecordActions : public QObject
 public:
     using Controller = ZelkoGUI::ZelkoServerGUIController;
 
-    /// The actions for which the console has all that they need. Each of the others is offered when its window exists.
+    /// All that a device can do to a record. A download goes into an archive, which the console has none of.
     static ZelkoGUI::IZelkoGUIController::UserActions offered();
 
     /// `controller` offers these actions and outlives this object or dies with it; the menu becomes a child of `owner`.

@@ -20,7 +20,13 @@ bool isAllowed(Controller::enUserAction action)
         return UserRights::DeleteRecordsAllowed();
     case Controller::UserActionReset:
         return UserRights::ResetRecordAllowed();
-    case Controller::UserActionRename: // of which the library knows no right
+    case Controller::UserActionHistory:
+        return UserRights::HistoryCommentAllowed();
+    case Controller::UserActionRename: // of these the library knows no right
+    case Controller::UserActionBookmarks:
+    case Controller::UserActionCopy:
+    case Controller::UserActionEdit:
+    case Controller::UserActionOverview:
         return mayChangeAnything();
     default:
         return true;
@@ -113,6 +119,27 @@ QString whyNotRenamed(const RecordSituation& situation)
     return tr("The device does not take new names of records.");
 }
 
+QString whyNotCopied(const RecordSituation& situation)
+{
+    if (situation.known < situation.selected) {
+        return notKnownText(situation);
+    }
+    return situation.rawStream > 0 ? tr("No part of a raw stream can be copied.") : notAvailableText();
+}
+
+// As with names, it must be the device when nothing else stands in the way.
+QString whyNoOverview(const RecordSituation& situation)
+{
+    if (situation.known < situation.selected) {
+        return notKnownText(situation);
+    }
+    if (situation.inWork > 0 || situation.recording > 0) {
+        return inWorkText(situation);
+    }
+    return situation.withSpectrum > 0 ? tr("The device does not send spectra.")
+                                      : tr("This record has no samples of which spectra can be made.");
+}
+
 // Of the selection alone.
 QString whyNotForSelection(Controller::enUserAction action, const RecordSituation& situation)
 {
@@ -123,6 +150,11 @@ QString whyNotForSelection(Controller::enUserAction action, const RecordSituatio
         return whyNotToggled(situation);
     case Controller::UserActionRename:
         return whyNotRenamed(situation);
+    case Controller::UserActionCopy:
+    case Controller::UserActionEdit:
+        return whyNotCopied(situation);
+    case Controller::UserActionOverview:
+        return whyNoOverview(situation);
     default:
         return situation.known < situation.selected ? notKnownText(situation) : notAvailableText();
     }
@@ -140,6 +172,8 @@ void count(RecordSituation& situation, const Record& record)
     situation.replaying += counts(Status::Replaying);
     situation.transferring += counts(Status::Transferring);
     situation.damaged += counts(Status::Damaged);
+    situation.rawStream += record.GetDataRate() == Record::DataRate::RawStream ? 1 : 0;
+    situation.withSpectrum += hasSpectrum(record) ? 1 : 0;
 }
 
 } // namespace
@@ -216,6 +250,16 @@ QString whatItDoes(Controller::enUserAction action)
         return tr("Deletes those of the selected records that are deletable, after a question.");
     case Controller::UserActionDeletable:
         return tr("Makes the selected records deletable, or not deletable.");
+    case Controller::UserActionHistory:
+        return tr("Shows the comments on the record, adds and deletes them.");
+    case Controller::UserActionBookmarks:
+        return tr("Shows the bookmarks of the record on an axis and in a table, and changes them.");
+    case Controller::UserActionCopy:
+        return tr("Makes a new record of a part of this one.");
+    case Controller::UserActionEdit:
+        return tr("Changes the bookmarks of the record, and makes a new one of a part of it.");
+    case Controller::UserActionOverview:
+        return tr("Shows the spectrum of the record over its whole time.");
     default:
         return {};
     }

@@ -20,6 +20,8 @@ struct RecordSituation
     int replaying = 0;        ///< of these
     int transferring = 0;     ///< of these
     int damaged = 0;          ///< of these
+    int rawStream = 0;        ///< of these: cannot be copied or edited
+    int withSpectrum = 0;     ///< of these: with samples from which spectra are made
 
     bool operator==(const RecordSituation&) const = default;
 };

@@ -3,6 +3,7 @@
 #include <console/devices/devicelistmodel.h>
 #include <console/devices/devicelistview.h>
 #include <console/devices/workdevice.h>
+#include <console/records/openrecordwindows.h>
 #include <console/records/recordactions.h>
 #include <console/records/recordpane.h>
 #include <console/records/recordtable.h>
@@ -73,8 +74,9 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
     , m_splitter(new QSplitter(Qt::Horizontal))
     , m_badge(new ConnectionBadge)
     , m_userMenu(new UserMenu(
-          user, [this] { return m_replay->settleBookmarks(ReplayDeck::Leaving::User); }, this))
+          user, [this] { return leaveUser(); }, this))
     , m_messages(std::make_unique<UserMessages>(this))
+    , m_windows(std::make_unique<OpenRecordWindows>(this))
 {
     setObjectName(QStringLiteral("consoleWindow"));
     setWindowTitle(tr("Recorder Console"));
@@ -87,6 +89,7 @@ ConsoleWindow::ConsoleWindow(Session* session, ConsoleUser* user, QSettings* set
     connect(m_devices, &DeviceListView::chosen, this, &ConsoleWindow::showChoice);
     connect(m_records->workDevice(), &WorkDevice::chosen, m_devices, &DeviceListView::choose);
     connect(m_replay, &ReplayDeck::answered, this, &ConsoleWindow::showChoice);
+    connect(m_windows.get(), &OpenRecordWindows::answered, this, &ConsoleWindow::showChoice);
     connect(session, &Session::statusChanged, this, &ConsoleWindow::statusChanged);
     connect(session, &Session::writeRefused, this, &ConsoleWindow::writeRefused);
     connect(session, &Session::writeNotSent, this, &ConsoleWindow::writeNotSent);
@@ -207,7 +210,7 @@ void ConsoleWindow::showAbout()
 // Another device goes on to be chosen, or the state of the one that is, while the user is asked about the one before.
 void ConsoleWindow::showChoice()
 {
-    if (m_replay->isAsking() || !leaveDevice()) {
+    if (isAsking() || !leaveDevice()) {
         return;
     }
     const QString subSystem = m_devices->chosenSubSystem();
@@ -223,13 +226,29 @@ void ConsoleWindow::showChoice()
 // would mark the other one.
 bool ConsoleWindow::leaveDevice()
 {
-    if (m_records->shows(m_devices->chosenSubSystem(), m_devices->chosenDevice()) || m_replay->settleBookmarks()) {
+    const QString subSystem = m_devices->chosenSubSystem();
+    const auto leaving = m_records->subSystem() == subSystem ? OpenRecordWindows::Leaving::Device
+                                                             : OpenRecordWindows::Leaving::Everything;
+    if (m_records->shows(subSystem, m_devices->chosenDevice()) ||
+        (m_windows->close(leaving) && m_replay->settleBookmarks())) {
         return true;
     }
     const auto goBack = [this] { m_devices->choose(m_records->subSystem(), m_records->device()); };
     goBack();
     QMetaObject::invokeMethod(this, goBack, Qt::QueuedConnection);
     return false;
+}
+
+// What the user has open may be more than the next one may do.
+bool ConsoleWindow::leaveUser()
+{
+    return m_windows->close(OpenRecordWindows::Leaving::Everything) &&
+           m_replay->settleBookmarks(ReplayDeck::Leaving::User);
+}
+
+bool ConsoleWindow::isAsking() const
+{
+    return m_windows->isClosing() || m_replay->isAsking();
 }
 
 void ConsoleWindow::statusChanged(const QString& subSystem)
@@ -267,7 +286,8 @@ void ConsoleWindow::restorePlaces()
 
 void ConsoleWindow::closeEvent(QCloseEvent* event)
 {
-    if (!m_replay->settleBookmarks(ReplayDeck::Leaving::Console)) {
+    if (!m_windows->close(OpenRecordWindows::Leaving::Everything) ||
+        !m_replay->settleBookmarks(ReplayDeck::Leaving::Console)) {
         event->ignore();
         return;
     }

@@ -13,6 +13,7 @@ class ConnectionBadge;
 class ConsoleUser;
 class DeviceListModel;
 class DeviceListView;
+class OpenRecordWindows;
 class RecordPane;
 class ReplayDeck;
 class Session;
@@ -55,6 +56,8 @@ private:
     void makeStatusBar();
     void showChoice();
     bool leaveDevice();
+    bool leaveUser();
+    bool isAsking() const;
     void statusChanged(const QString& subSystem);
     void writeRefused(const QString& subSystem, const QString& reason);
     void writeNotSent(const QString& subSystem, const QString& reason);
@@ -71,6 +74,7 @@ private:
     ConnectionBadge* m_badge;
     UserMenu* m_userMenu;
     std::unique_ptr<UserMessages> m_messages;
+    std::unique_ptr<OpenRecordWindows> m_windows;
 };
 
 } // namespace ZelkoConsole

@@ -88,30 +88,30 @@ private Q_SLOTS:
     {
         const Setting setting;
         const QList<QAction*> expected = setting.pane.controller()->recordActions();
-        QCOMPARE(expected.size(), 4);
+        QCOMPARE(expected.size(), 9);
         QCOMPARE(setting.pane.toolBar()->actions(), expected);
         QCOMPARE(setting.menu().actions().mid(0, expected.size()), expected);
         QCOMPARE(setting.menu().actions().mid(expected.size() + 1),
                  QList<QAction*>({setting.actions().synchronizeRecord(), setting.actions().synchronizeList()}));
     }
 
-    void offersOnlyWhatTheConsoleHasWindowsFor_data()
+    void offersAllThatADeviceCanDo_data()
     {
         QTest::addColumn<Controller::enUserAction>("flag");
         QTest::addColumn<bool>("isOffered");
-        QTest::newRow("copy") << Controller::UserActionCopy << false;
+        QTest::newRow("copy") << Controller::UserActionCopy << true;
         QTest::newRow("delete") << Controller::UserActionDelete << true;
-        QTest::newRow("download") << Controller::UserActionDownload << false;
-        QTest::newRow("edit") << Controller::UserActionEdit << false;
+        QTest::newRow("download, which goes into an archive") << Controller::UserActionDownload << false;
+        QTest::newRow("edit") << Controller::UserActionEdit << true;
         QTest::newRow("reset") << Controller::UserActionReset << true;
         QTest::newRow("rename") << Controller::UserActionRename << true;
-        QTest::newRow("bookmarks") << Controller::UserActionBookmarks << false;
+        QTest::newRow("bookmarks") << Controller::UserActionBookmarks << true;
         QTest::newRow("deletable flag") << Controller::UserActionDeletable << true;
-        QTest::newRow("history") << Controller::UserActionHistory << false;
-        QTest::newRow("spectrum overview") << Controller::UserActionOverview << false;
+        QTest::newRow("history") << Controller::UserActionHistory << true;
+        QTest::newRow("spectrum overview") << Controller::UserActionOverview << true;
     }
 
-    void offersOnlyWhatTheConsoleHasWindowsFor()
+    void offersAllThatADeviceCanDo()
     {
         QFETCH(Controller::enUserAction, flag);
         QFETCH(bool, isOffered);
@@ -123,7 +123,8 @@ private Q_SLOTS:
     {
         Setting setting(3);
         const MenuAnswer answer([&](QMenu& menu) {
-            QCOMPARE(menu.actions().mid(0, 4), setting.pane.controller()->recordActions());
+            const QList<QAction*> actions = setting.pane.controller()->recordActions();
+            QCOMPARE(menu.actions().mid(0, actions.size()), actions);
             QCOMPARE(setting.pane.controller()->selectedRecords(), QStringList(RecordListSetting::id(1)));
             QVERIFY(setting.action(Controller::UserActionDelete).isEnabled());
         });
@@ -258,6 +259,19 @@ private Q_SLOTS:
             << QStringLiteral("This record is being recorded.");
         QTest::newRow("a viewer renames") << QList<int>{0} << Role::Viewer << Controller::UserActionRename
                                           << QStringLiteral("User viewer may not do this.");
+        QTest::newRow("nothing selected, history")
+            << QList<int>() << Role::Operator << Controller::UserActionHistory << none;
+        QTest::newRow("two selected, bookmarks")
+            << QList<int>{0, 1} << Role::Operator << Controller::UserActionBookmarks << several;
+        QTest::newRow("a viewer copies") << QList<int>{0} << Role::Viewer << Controller::UserActionCopy
+                                         << QStringLiteral("User viewer may not do this.");
+        QTest::newRow("a viewer looks at spectra") << QList<int>{0} << Role::Viewer << Controller::UserActionOverview
+                                                   << QStringLiteral("User viewer may not do this.");
+        QTest::newRow("the spectra of one in work") << QList<int>{3} << Role::Operator << Controller::UserActionOverview
+                                                    << QStringLiteral("This record is being recorded.");
+        QTest::newRow("the comments on one")
+            << QList<int>{0} << Role::Operator << Controller::UserActionHistory
+            << QStringLiteral("Shows the comments on the record, adds and deletes them.");
         QTest::newRow("one is renamed") << QList<int>{0} << Role::Operator << Controller::UserActionRename
                                         << QStringLiteral("Gives the record another name.");
     }
@@ -342,6 +356,62 @@ private Q_SLOTS:
         setting.site.setRecord(setting.north, setting.device, RecordListSetting::record(1));
         QTRY_COMPARE_WITH_TIMEOUT(toggle.statusTip(),
                                   QStringLiteral("Makes the selected records deletable, or not deletable."), patience);
+    }
+
+    void leavesToAViewerOnlyToLook_data()
+    {
+        QTest::addColumn<Controller::enUserAction>("flag");
+        QTest::newRow("history") << Controller::UserActionHistory;
+        QTest::newRow("rename") << Controller::UserActionRename;
+        QTest::newRow("bookmarks") << Controller::UserActionBookmarks;
+        QTest::newRow("copy") << Controller::UserActionCopy;
+        QTest::newRow("edit") << Controller::UserActionEdit;
+        QTest::newRow("spectrum overview") << Controller::UserActionOverview;
+        QTest::newRow("delete") << Controller::UserActionDelete;
+        QTest::newRow("deletable flag") << Controller::UserActionDeletable;
+        QTest::newRow("reset") << Controller::UserActionReset;
+    }
+
+    // The action is off at once, and again on for who may use it.
+    void leavesToAViewerOnlyToLook()
+    {
+        QFETCH(Controller::enUserAction, flag);
+        Setting setting(1);
+        setting.click(0);
+        const QAction& action = setting.action(flag);
+        QTRY_VERIFY_WITH_TIMEOUT(action.isEnabled(), patience);
+        Setting::become(Role::Viewer);
+        QVERIFY(!action.isEnabled());
+        Setting::become(Role::Operator);
+        QVERIFY(action.isEnabled());
+    }
+
+    void saysThatARawStreamIsNotCopied()
+    {
+        Setting setting;
+        const auto stream = RecordListSetting::record(0);
+        stream->SetDataRate(SampleSite::Record::DataRate::RawStream);
+        setting.site.setRecord(setting.north, setting.device, stream);
+        setting.click(0);
+        for (const auto flag : {Controller::UserActionCopy, Controller::UserActionEdit}) {
+            QTRY_COMPARE_WITH_TIMEOUT(setting.action(flag).statusTip(),
+                                      QStringLiteral("No part of a raw stream can be copied."), patience);
+            QVERIFY(!setting.action(flag).isEnabled());
+        }
+        QVERIFY(setting.action(Controller::UserActionBookmarks).isEnabled());
+    }
+
+    void saysThatARecordHasNoSpectrum()
+    {
+        Setting setting;
+        const auto bits = RecordListSetting::record(0);
+        bits->SetDataFormat(SampleSite::Record::DataFormat::Bearings);
+        setting.site.setRecord(setting.north, setting.device, bits);
+        setting.click(0);
+        const QAction& overview = setting.action(Controller::UserActionOverview);
+        QTRY_COMPARE_WITH_TIMEOUT(overview.statusTip(),
+                                  QStringLiteral("This record has no samples of which spectra can be made."), patience);
+        QVERIFY(!overview.isEnabled());
     }
 
     void synchronizesNothingForAViewer()

@@ -106,6 +106,45 @@ private Q_SLOTS:
         row("one that is gone cannot be reset", Role::Operator,
             {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionReset,
             "This record is not in the list at the moment.");
+        row("no part of a raw stream is copied", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1, .rawStream = 1},
+            Controller::UserActionCopy, "No part of a raw stream can be copied.");
+        row("nor edited", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1, .rawStream = 1},
+            Controller::UserActionEdit, "No part of a raw stream can be copied.");
+        row("nothing is known against a copy", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1},
+            Controller::UserActionCopy, "This is not available for this record.");
+        row("one that is gone is not said to be a raw stream", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionCopy,
+            "This record is not in the list at the moment.");
+        row("one that is gone has no spectrum to speak of", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1}, Controller::UserActionOverview,
+            "This record is not in the list at the moment.");
+        row("one that grows has no spectrum yet", Role::Operator,
+            {.isDeviceChosen = true,
+             .isConnected = true,
+             .selected = 1,
+             .known = 1,
+             .inWork = 1,
+             .recording = 1,
+             .withSpectrum = 1},
+            Controller::UserActionOverview, "This record is being recorded.");
+        row("one that says it grows, and that it is finished", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .recording = 1, .withSpectrum = 1},
+            Controller::UserActionOverview, "This record is being recorded.");
+        row("one without samples has no spectrum", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1},
+            Controller::UserActionOverview, "This record has no samples of which spectra can be made.");
+        row("only the device can be against a spectrum", Role::Operator,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1, .withSpectrum = 1},
+            Controller::UserActionOverview, "The device does not send spectra.");
+        row("who may change nothing has no comments opened", Role::Viewer,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1},
+            Controller::UserActionHistory, "User viewer may not do this.");
+        row("who may change nothing has no bookmarks opened", Role::Viewer,
+            {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .finished = 1},
+            Controller::UserActionBookmarks, "User viewer may not do this.");
         row("nothing is known against it", Role::Operator,
             {.isDeviceChosen = true, .isConnected = true, .selected = 1, .known = 1, .deletable = 1, .finished = 1},
             Controller::UserActionReset, "This is not available for this record.");
@@ -138,6 +177,8 @@ private Q_SLOTS:
         const auto growing = makeRecord(QStringLiteral("growing"), 2);
         growing->SetDeletable(true);
         growing->SetFinished(false);
+        growing->SetDataRate(ZELKO_XML::ZELKO_RecordData::DataRate::RawStream);
+        kept->SetDataFormat(ZELKO_XML::ZELKO_RecordData::DataFormat::IQ32);
         const auto other = makeRecord(QStringLiteral("other"));
         other->SetDeletable(true);
         FixedRecordModel model(
@@ -153,7 +194,9 @@ private Q_SLOTS:
                                                                  .deletable = 1,
                                                                  .finished = 1,
                                                                  .inWork = 1,
-                                                                 .recording = 1}));
+                                                                 .recording = 1,
+                                                                 .rawStream = 1,
+                                                                 .withSpectrum = 1}));
     }
 
     void tellsWhyTheFlagOfARecordIsNotTurned_data()
@@ -193,7 +236,15 @@ private Q_SLOTS:
             "Deletes those of the selected records that are deletable, after a question.");
         row("deletable flag", Controller::UserActionDeletable,
             "Makes the selected records deletable, or not deletable.");
-        row("one that is not offered", Controller::UserActionCopy, "");
+        row("history", Controller::UserActionHistory, "Shows the comments on the record, adds and deletes them.");
+        row("bookmarks", Controller::UserActionBookmarks,
+            "Shows the bookmarks of the record on an axis and in a table, and changes them.");
+        row("copy", Controller::UserActionCopy, "Makes a new record of a part of this one.");
+        row("edit", Controller::UserActionEdit,
+            "Changes the bookmarks of the record, and makes a new one of a part of it.");
+        row("spectrum overview", Controller::UserActionOverview,
+            "Shows the spectrum of the record over its whole time.");
+        row("one that is not offered", Controller::UserActionDownload, "");
     }
 
     void saysWhatEachOfferedActionDoes()

@@ -1,35 +1,21 @@
-#include "patience.h"
+#include "ownrecorderconsole.h"
 #include "recorderclient.h"
-#include "recorderstart.h"
 #include "replaybarhands.h"
-#include "storedrecord.h"
 #include "turns.h"
 
 #include <console/channel/recordingsettings.h>
 #include <console/channel/workchannelpanel.h>
-#include <console/demo/shownrecords.h>
 #include <console/hands/dialoganswer.h>
-#include <console/hands/operatorhands.h>
-#include <console/records/recordpane.h>
 #include <console/replay/replaycontrols.h>
 #include <console/replay/replaydeck.h>
-#include <console/session/consolesession.h>
-#include <console/session/consoleuser.h>
-#include <console/window/consolewindow.h>
 
-#include <zelkobase/models/abstractrecordlistmodel.h>
-#include <zelkobase/orb/orb.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
-#include <zelkoguibase/controller/zelkoserverguicontroller.h>
 #include <zelkoguibase/replaybar/replaybarwidget.h>
 
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSettings>
 #include <QSignalSpy>
-#include <QTableView>
-#include <QTest>
 #include <QToolButton>
 
 #include <csignal>
@@ -42,41 +28,15 @@ using ZelkoGUI::BookmarkModel;
 
 namespace {
 
-const QString device = u"Recorder1"_s;
 const QString lengthy = u"Long"_s; // an hour
+const QStringList oneChannel{u"Channel 1=generator:fm,rate=48000,frequency=145500000,bandwidth=12500"_s};
 
-EmbeddedRecorderOptions withChannel(const QTemporaryDir& store)
-{
-    EmbeddedRecorderOptions options = recorderStart(store);
-    options.channels = {u"Channel 1=generator:fm,rate=48000,frequency=145500000,bandwidth=12500"_s};
-    return options;
-}
-
-/// A store with a record of an hour.
-struct Store
-{
-    Store()
-    {
-        const QString path = folder.filePath(u"store/"_s + device);
-        if (!ZelkoTest::storeRecord(path, ZelkoTest::hourLongRecord(lengthy), 4000)) {
-            qWarning("the record for the test cannot be stored");
-        }
-    }
-    const QTemporaryDir folder;
-};
-
-/// A console with a recorder of its own, which has a channel and such a store.
-struct Console : private Store
+/// A console whose recorder has a channel and a record of an hour.
+struct Console : OwnRecorderConsole
 {
     explicit Console(ZelkoCommon::Orb& orb)
-        : session(orb, withChannel(folder))
-        , settings(folder.filePath(u"s.ini"_s), QSettings::IniFormat)
-        , user(session)
-        , window(&session, &user, &settings)
-    {
-        window.show();
-        window.activateWindow();
-    }
+        : OwnRecorderConsole(orb, ZelkoTest::hourLongRecord(lengthy), oneChannel)
+    {}
 
     bool isReady() const
     {
@@ -87,11 +47,7 @@ struct Console : private Store
     QString state() const { return panel().stateText(); }
     VCReplayBar& bar() const { return *deck().bar()->findChild<VCReplayBar*>(u"ZelkoReplayBar"_s); }
     double position() const { return bar().GetMarker(VCReplayBar::PositionMarker)->GetPosition(); }
-    QTableView& table() const { return *window.records()->table(); }
-    const Model& records() const { return *window.records()->controller()->recordListModel(); }
     QToolButton& play() const { return *deck().controls()->playButton(); }
-
-    int rowOf(const QString& id) const { return static_cast<int>(shownrecords::ids(*table().model()).indexOf(id)); }
 
     /// Has the record of an hour shown, and ready to be replayed.
     bool choose()
@@ -117,19 +73,12 @@ struct Console : private Store
         const auto record = records().getRecordData(lengthy);
         return record ? std::as_const(*record).GetBookmarkEntry().size() : 0;
     }
-    quint16 port() const { return session.recorder()->port(); }
-    const ZelkoCommon::LinkCredentials& operatorOfRecorder() const { return session.knownUsers()[1].credentials; }
     QString statusOf(const QString& name) const
     {
         const QAbstractItemModel& model = *table().model();
         const auto found = model.match(model.index(0, Model::NameColumn), Qt::DisplayRole, name, 1, Qt::MatchExactly);
         return found.isEmpty() ? QString() : found.constFirst().siblingAtColumn(Model::StatusColumn).data().toString();
     }
-
-    ConsoleSession session;
-    QSettings settings;
-    ConsoleUser user;
-    ConsoleWindow window;
 };
 
 void click(QWidget& widget)

@@ -49,11 +49,13 @@ private Q_SLOTS:
         const Ending ending = runDemo(folder, stem + QLatin1String(".sigmf-data"));
         QVERIFY2(ending.exitCode == 0, qPrintable(ending.text));
         QCOMPARE(QDir(folder.filePath(QStringLiteral("pictures"))).entryList(QDir::Files),
-                 QStringList({QStringLiteral("1-growing-record.png"), QStringLiteral("2-finished-records.png"),
-                              QStringLiteral("3-recorder-killed.png"), QStringLiteral("4-restored-list.png"),
-                              QStringLiteral("5-rename.png"), QStringLiteral("6-renamed.png"),
-                              QStringLiteral("7-not-deletable.png"), QStringLiteral("8-delete.png"),
-                              QStringLiteral("9-deleted.png")}));
+                 QStringList({QStringLiteral("01-growing-record.png"), QStringLiteral("02-finished-records.png"),
+                              QStringLiteral("03-recorder-killed.png"), QStringLiteral("04-restored-list.png"),
+                              QStringLiteral("05-rename.png"), QStringLiteral("06-renamed.png"),
+                              QStringLiteral("07-comments.png"), QStringLiteral("08-bookmarks.png"),
+                              QStringLiteral("09-copy.png"), QStringLiteral("10-spectrum.png"),
+                              QStringLiteral("11-not-deletable.png"), QStringLiteral("12-delete.png"),
+                              QStringLiteral("13-deleted.png")}));
     }
 
     void refusesACaptureThatCannotBeRecorded()

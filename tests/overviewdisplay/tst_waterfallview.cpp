@@ -283,8 +283,8 @@ void WaterfallViewTest::refusesRangesThatAreNone()
     shown.view.setTimeRange(7, 7);
     shown.view.setTimeRange(8, 7);
     QCOMPARE(shown.view.timeRange(), range);
-    for (const auto& [low, high] : {std::pair(noNumber, 1.0), std::pair(1.0, noNumber), std::pair(5.0, 5.0), std::pair(6.0, 5.0),
-                                    std::pair(-infinity, 0.0), std::pair(0.0, infinity)}) {
+    for (const auto& [low, high] : {std::pair(noNumber, 1.0), std::pair(1.0, noNumber), std::pair(5.0, 5.0),
+                                    std::pair(6.0, 5.0), std::pair(-infinity, 0.0), std::pair(0.0, infinity)}) {
         shown.view.setLevelRange(low, high);
         shown.view.setFrequencyRange(low, high);
     }
