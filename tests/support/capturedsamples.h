@@ -29,6 +29,7 @@ public:
     const QByteArray& bytes() const { return m_bytes; }
     double sampleRate() const { return m_sampleRate; }
     bool isReal() const { return m_isReal; }
+    bool isIqOf16Bits() const { return !m_isReal && !m_isOf8Bits; }
     qsizetype bytesPerFrame() const { return m_bytesPerFrame; }
     qsizetype frames() const { return m_bytes.size() / m_bytesPerFrame; }
 
