@@ -30,13 +30,16 @@ public:
         NoPort      ///< this host has no port to hear at
     };
 
+    /// After so long without a line, unless more is said, nothing more is expected.
+    static constexpr std::chrono::milliseconds Silence{5000};
+
     struct Recorder
     {
         QString address;    ///< in numbers; anything else: not known
         quint64 cookie = 0; ///< of device and record
 
-        /// After how long without a line nothing more is expected.
-        std::chrono::milliseconds patience{5000};
+        /// How long a line may take.
+        std::chrono::milliseconds patience = Silence;
     };
 
     /// How often one wish is asked for: in all, and in a row without a line.
@@ -79,7 +82,7 @@ Q_SIGNALS:
     /// port of this host; the address is empty where the recorder is to take the one from which it is called.
     void si_ask(const SPECTRUM_OVERVIEW::OverviewWish& wish, const QString& address, uint port);
 
-    /// All levels are gone.
+    /// All levels are gone. The state is Idle, of which nothing else is told where Waiting follows.
     void si_emptied();
 
     /// These lines and perhaps others between them are complete now. Once for a slice of what came.

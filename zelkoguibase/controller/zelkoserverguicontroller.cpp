@@ -12,7 +12,9 @@
 #include <host/activedevicecontrol.h>
 #include <observerbase/errorhandler.h>
 #include <observerbase/trace.h>
+#include <overviewdisplay/spectrumoverviewwidget.h>
 #include <zelkobase/connection/abstractserverconnectiondata.h>
+#include <zelkobase/connection/zelkoconfiguration.h>
 #include <zelkobase/data/recordstate.h>
 #include <zelkobase/names/valuenames.h>
 #include <zelkobase/service/errordescriptor.h>
@@ -398,8 +400,7 @@ bool ZelkoServerGUIController::isDownloadRecordAvailable(const QStringList&) con
 
 void ZelkoServerGUIController::downloadRecord(const QStringList& recordIDs)
 {
-    Q_EMIT si_downloadRecordings(recordIDs, d->values.ipAddress ? d->values.ipAddress->GetValue() : QString(),
-                                 notDeletable(*d->recordModel, recordIDs));
+    Q_EMIT si_downloadRecordings(recordIDs, d->values.address(), notDeletable(*d->recordModel, recordIDs));
 }
 
 // Windows on a record
@@ -465,6 +466,23 @@ void ZelkoServerGUIController::showSpectrumOverview(const QString& recordID)
 {
     resynchRecord(recordID, QString());
     openSpectrumOverview(recordID);
+}
+
+// Several of them can be compared, so none is kept. The window may outlive this controller, which it is no child of.
+void ZelkoServerGUIController::openSpectrumOverview(const QString& recordID)
+{
+    using Overview = SPECTRUM_OVERVIEW::SpectrumOverviewWidget;
+    using Self = ZelkoServerGUIController;
+    auto* const overview = new Overview(d->connectionData->GetConfiguration()->cfgPath());
+    connect(overview, &Overview::si_resyncRecord, this, &Self::sl_resyncRecord);
+    connect(overview, &Overview::si_copyRecord, this,
+            qOverload<QString, quint64, quint64, QString, QString>(&Self::sl_copyRecord));
+    connect(overview, &Overview::si_setBookmarkEntries, this, &Self::sl_setBookmarkEntries);
+    connect(overview, &Overview::si_overviewSpectrumStreamed, this, &Self::sl_overviewSpectrumStreamed);
+    connect(overview, &Overview::si_errorText, this, &Self::sl_errorText);
+    overview->setAttribute(Qt::WA_DeleteOnClose);
+    overview->setRecord(activeDevice(), recordID, recordListModel(), d->values.address());
+    overview->show();
 }
 
 // Requests to the recorder's service

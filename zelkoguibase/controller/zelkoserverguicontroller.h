@@ -25,7 +25,9 @@ class ZelkoGuiToServerCorbaHandler;
 ///
 /// Its windows on a record, for the comments, the bookmarks, a copy and for both of these, have the dialog parent of
 /// their first use. Each is kept for the life of the controller, or of that parent, and shows the record of its last
-/// use. The windows are independent of each other; all are emptied and hidden when the device is another one.
+/// use. The windows are independent of each other; all are emptied and hidden when the device is another one. A
+/// spectrum overview is a window of its own for each use, which lives until the user closes it and follows the record
+/// list for as long as that is there.
 ///
 /// GUI thread only, as the tree's.
 class ZELKOGUIBASE_EXPORT ZelkoServerGUIController : public IZelkoGUIController, public IObserver
@@ -153,9 +155,7 @@ private:
     unsigned long setDeletableFlags(const QStringList& recordIDs, bool flag);
     void renameAsked(const QString& recordID);
 
-    /// Where the spectrum overview of a record has its place, one window per use: as long as there is none, the action
-    /// ends with the record having been asked for.
-    void openSpectrumOverview(const QString& /*recordID*/) {}
+    void openSpectrumOverview(const QString& recordID);
 
     struct Private;
     const std::unique_ptr<Private> d;
