@@ -133,12 +133,14 @@ void WaterfallViewTest::keepsTheStrongestOfWhatFallsOnAPixel()
     }
     shown.view.linesArrived(0, 1999);
     const QImage image = shown.view.image();
+    const QRgb strong = shown.colourOf(-1000);
+    const QRgb weak = shown.colourOf(-9000);
     int bright = 0;
     for (int row = 0; row < ShownWaterfall::rows; ++row) {
         for (int column = 0; column < ShownWaterfall::columns; ++column) {
             const bool isThere = column == (2 * 512 + 301) / 4 && row == 123;
             bright += isThere ? 1 : 0;
-            QCOMPARE(image.pixel(shown.at(column, row)), shown.colourOf(isThere ? -1000 : -9000));
+            QCOMPARE(image.pixel(shown.at(column, row)), isThere ? strong : weak);
         }
     }
     QCOMPARE(bright, 1);
