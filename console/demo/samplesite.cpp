@@ -174,6 +174,7 @@ SampleSite::RecordPtr sampleRecord(const QString& id, const QString& name, Sampl
     record->SetStartTime(start);
     record->SetStopTime(start + duration);
     record->SetSize(duration * sampleRate / 250000);
+    record->SetStopPosition(record->GetSize());
     record->SetDataFormat(Record::DataFormat::IQ16);
     record->SetDataRate(Record::DataRate::UpTo1MB);
     record->SetInterface(Record::Interface::Ethernet);

@@ -19,12 +19,12 @@
 #include <QTableView>
 #include <QTest>
 
-/// The folder of a recorder in which it finds one record, of 4000 bytes.
+/// The folder of a recorder in which it finds one record, with as many bytes as it says.
 struct OneRecordStore
 {
     explicit OneRecordStore(const ZELKO_XML::ZELKO_RecordData& record)
     {
-        if (!ZelkoTest::storeRecord(deviceFolder(), record, 4000)) {
+        if (!ZelkoTest::storeRecord(deviceFolder(), record, static_cast<qsizetype>(record.GetSize()))) {
             qWarning("the record for the test cannot be stored");
         }
     }

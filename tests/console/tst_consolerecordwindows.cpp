@@ -31,12 +31,23 @@ Q_DECLARE_METATYPE(ZelkoGUI::IZelkoGUIController::enUserAction)
 
 namespace {
 
-const QString record = u"R1"_s; // a second
+const QString record = u"R1"_s;
+
+/// Of ten seconds, in which there is room for some spectra.
+ZELKO_XML::ZELKO_RecordData tenSeconds()
+{
+    ZELKO_XML::ZELKO_RecordData data = ZelkoTest::finishedRecord(record);
+    data.SetStopTime(20'000'000);
+    data.SetSize(40'000);
+    data.SetStopPosition(40'000);
+    data.SetIndexEntry({ZelkoTest::indexEntry(10'000'000, 0), ZelkoTest::indexEntry(20'000'000, 40'000)});
+    return data;
+}
 
 struct Console : OwnRecorderConsole
 {
     explicit Console(ZelkoCommon::Orb& orb)
-        : OwnRecorderConsole(orb, ZelkoTest::finishedRecord(record))
+        : OwnRecorderConsole(orb, tenSeconds())
     {}
     using OneRecordStore::stored;
 
@@ -252,7 +263,7 @@ void TestConsoleRecordWindows::listsTheCopyOfAPart()
     QVERIFY(copy);
     QCOMPARE(copy->GetRecordName(), u"Name of R1_Copy"_s);
     QCOMPARE(copy->GetStartTime(), quint64{10'500'000});
-    QCOMPARE(copy->GetStopTime(), quint64{11'000'000});
+    QCOMPARE(copy->GetStopTime(), quint64{20'000'000});
 }
 
 // In a window of its own beside that of the console, which it is closed with.
