@@ -95,8 +95,9 @@ public:
     /// Whether what has been painted by and by is the whole picture.
     bool isComplete()
     {
+        const QRect picture = m_view.pictureArea().toRect();
         const QImage painted = m_view.grab().toImage();
-        return painted == m_view.image();
+        return painted.copy(picture) == m_view.image().copy(picture);
     }
 
     void move(int y, Qt::MouseButtons buttons) { send(QEvent::MouseMove, y, Qt::NoButton, buttons); }

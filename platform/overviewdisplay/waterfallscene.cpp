@@ -330,7 +330,7 @@ void WaterfallScene::updateEdges(const std::optional<TimeRange>& before)
         return;
     }
     const auto updateBetween = [this](quint64 one, quint64 other) {
-        const auto [first, last] = std::minmax({rows().placeOf(one), rows().placeOf(other)}); // values, not references
+        const auto [first, last] = std::minmax({rows().placeOf(one), rows().placeOf(other)});
         const double end = rows().rows;
         m_view.update(areaOf(static_cast<int>(std::clamp(first, 0.0, end)),
                              static_cast<int>(std::clamp(last, 0.0, end)), besideCross));

@@ -19,7 +19,7 @@ class WaterfallHands;
 class WaterfallScene;
 
 /// What a waterfall shows at its cursor.
-struct WaterfallCursor
+struct OVERVIEWDISPLAY_EXPORT WaterfallCursor
 {
     quint64 time = 0;     ///< microseconds since the epoch
     double frequency = 0; ///< hertz; NaN: not known

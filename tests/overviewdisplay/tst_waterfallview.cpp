@@ -133,12 +133,14 @@ void WaterfallViewTest::keepsTheStrongestOfWhatFallsOnAPixel()
     }
     shown.view.linesArrived(0, 1999);
     const QImage image = shown.view.image();
+    const QRgb strong = shown.colourOf(-1000);
+    const QRgb weak = shown.colourOf(-9000);
     int bright = 0;
     for (int row = 0; row < ShownWaterfall::rows; ++row) {
         for (int column = 0; column < ShownWaterfall::columns; ++column) {
             const bool isThere = column == (2 * 512 + 301) / 4 && row == 123;
             bright += isThere ? 1 : 0;
-            QCOMPARE(image.pixel(shown.at(column, row)), shown.colourOf(isThere ? -1000 : -9000));
+            QCOMPARE(image.pixel(shown.at(column, row)), isThere ? strong : weak);
         }
     }
     QCOMPARE(bright, 1);
@@ -283,8 +285,8 @@ void WaterfallViewTest::refusesRangesThatAreNone()
     shown.view.setTimeRange(7, 7);
     shown.view.setTimeRange(8, 7);
     QCOMPARE(shown.view.timeRange(), range);
-    for (const auto& [low, high] : {std::pair(noNumber, 1.0), std::pair(1.0, noNumber), std::pair(5.0, 5.0), std::pair(6.0, 5.0),
-                                    std::pair(-infinity, 0.0), std::pair(0.0, infinity)}) {
+    for (const auto& [low, high] : {std::pair(noNumber, 1.0), std::pair(1.0, noNumber), std::pair(5.0, 5.0),
+                                    std::pair(6.0, 5.0), std::pair(-infinity, 0.0), std::pair(0.0, infinity)}) {
         shown.view.setLevelRange(low, high);
         shown.view.setFrequencyRange(low, high);
     }
@@ -395,6 +397,11 @@ void WaterfallViewTest::saysWhyItIsEmpty()
     shown.view.setEmptyText(QString());
     const QImage none = shown.view.image();
     QVERIFY(none != waiting);
+    shown.view.setEmptyText(QStringLiteral("Waiting"));
+    shown.view.resize(shown.view.size() + QSize(10, 10));
+    shown.view.image();
+    shown.view.resize(shown.view.size() - QSize(10, 10));
+    QVERIFY2(shown.view.image() == waiting, "another size is no reason to show a picture");
     shown.take(0, 0);
     QCOMPARE(shown.painted(256, 100), shown.missing());
 }
