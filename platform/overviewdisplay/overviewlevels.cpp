@@ -15,8 +15,13 @@ constexpr quint32 pieceBins = OverviewLine::mostBins;
 // A sample that lies on the edge of what was asked for may be the one before it, at the lowest sample rates too.
 constexpr quint64 edge = 1'000'000; // microseconds
 
-// Times are cut to microseconds, so those of two answers differ a little where samples lie closer.
-constexpr quint64 rounding = 2; // microseconds
+// Times are cut to microseconds, so those of two answers differ a little where samples lie closer; and lines begin with
+// a sample, so those of a part may begin one sample beside those of the whole, at either end.
+quint64 roundingAt(double span)
+{
+    constexpr double most = 1e6; // microseconds
+    return 2 + (span > 0 ? static_cast<quint64>(std::min(2e6 / span, most)) : 0);
+}
 
 quint64 distance(quint64 a, quint64 b)
 {
@@ -103,6 +108,7 @@ std::optional<quint64> OverviewLevels::fittingTime(int line, quint64 time) const
     if (m_wish.start >= m_wish.stop) {
         return std::nullopt;
     }
+    const quint64 rounding = roundingAt(m_band.span);
     const std::optional<quint64> inside = between(time, m_wish.start, m_wish.stop, edge);
     const auto behind = m_times.lower_bound(line);
     if (!inside || behind == m_times.end() || behind->first != line) {

@@ -31,6 +31,7 @@ void WaterfallPicture::forget()
     std::fill(m_now.levels.begin(), m_now.levels.end(), OverviewLevels::noLevel);
     m_now.image.fill(m_colours.missing());
     findOldColumns();
+    markAll(Row::Old);
 }
 
 void WaterfallPicture::setPart(const QSize& size, const TimeRange& time, const BandPart& band)
@@ -40,8 +41,7 @@ void WaterfallPicture::setPart(const QSize& size, const TimeRange& time, const B
     if (wanted == m_now.size() && time == m_now.times.range && band == m_now.band) {
         return;
     }
-    const bool isWhole = std::find(m_rows.begin(), m_rows.end(), Row::New) == m_rows.end();
-    if (isWhole && !m_now.levels.empty()) {
+    if (isWorthKeeping()) {
         m_old = std::move(m_now);
     }
     m_now = {{time, wanted.height()}, band, wanted.width(), {}, QImage(wanted, QImage::Format_RGB32)};
@@ -55,11 +55,18 @@ void WaterfallPicture::setPart(const QSize& size, const TimeRange& time, const B
     markAll(Row::New);
 }
 
+// Pixels that are made only in part, or tell of nothing, are less than those before them.
+bool WaterfallPicture::isWorthKeeping() const
+{
+    const bool isWhole = std::find(m_rows.begin(), m_rows.end(), Row::New) == m_rows.end();
+    return isWhole && std::any_of(m_now.levels.begin(), m_now.levels.end(),
+                                  [](qint16 level) { return level != OverviewLevels::noLevel; });
+}
+
 // What the pixels show now is what is known of their places from here on.
 void WaterfallPicture::startAgain()
 {
-    const bool isWhole = std::find(m_rows.begin(), m_rows.end(), Row::New) == m_rows.end();
-    if (isWhole && !m_now.levels.empty()) {
+    if (isWorthKeeping()) {
         m_old = m_now;
         findOldColumns();
     }

@@ -94,6 +94,7 @@ private:
 
     void mark(int row, Row state);
     void markAll(Row state);
+    bool isWorthKeeping() const;
     void startAgain();
     void workOn(int row);
     void findLevels(int row);

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void anAxisWithoutWidthHasOnePlace();
     void namesAreAskedForWhereThereIsRoomOnly();
     void clothsNeverLieOverEachOther();
+    void namesThatLookLikePlaceholdersStayAsTheyAre();
 };
 
 void MarkerFlagsTest::flagsStandFromLeftToRight()
@@ -205,6 +206,15 @@ void MarkerFlagsTest::clothsNeverLieOverEachOther()
         }
         QCOMPARE(total, count);
     }
+}
+
+void MarkerFlagsTest::namesThatLookLikePlaceholdersStayAsTheyAre()
+{
+    MarkerFlag flag;
+    flag.count = 3;
+    QCOMPARE(MarkerFlags::textOf(flag, QStringLiteral("Tower %1 %2")), QStringLiteral("Tower %1 %2 +2"));
+    flag.count = 1;
+    QCOMPARE(MarkerFlags::textOf(flag, QStringLiteral("Tower %1")), QStringLiteral("Tower %1"));
 }
 
 QTEST_APPLESS_MAIN(MarkerFlagsTest)

@@ -104,6 +104,7 @@ private Q_SLOTS:
     void missingLinesAreRanges_data();
     void missingLinesAreRanges();
     void aPartBringsWhatIsMissing();
+    void aPartMayBeginASampleBeside();
     void aPartIsAskedForFromTheLineBefore();
     void aPartOfAnotherShapeIsRefused();
     void partsOutsideOfTheLinesAreNone();
@@ -474,6 +475,27 @@ void OverviewLevelsTest::aPartBringsWhatIsMissing()
         }
     }
     compareWhole(levels, answer);
+}
+
+// A line of which a piece has come begins one sample later in the answer for the part.
+void OverviewLevelsTest::aPartMayBeginASampleBeside()
+{
+    constexpr quint64 sampleRate = 48'000;
+    constexpr quint64 sample = 1'000'000 / sampleRate;
+    const AnswerPieces answer{tenLines, tenLines.fftLength, 7, 100'000'000, sampleRate};
+    OverviewLevels levels;
+    levels.begin(tenLines);
+    takeAllBut(levels, answer, {4});
+    QVERIFY(levels.take(answer.piece(4, 0)));
+    levels.beginPart({3, 4});
+    OverviewPiece piece =
+        AnswerPieces{levels.partWish({3, 4}), tenLines.fftLength, 7, 100'000'000, sampleRate}.piece(1, 1);
+    piece.time = answer.time(4) + 10 * sample;
+    QVERIFY(!levels.take(piece));
+    piece.time = answer.time(4) + sample;
+    QVERIFY(levels.take(piece));
+    QVERIFY(levels.isComplete(4));
+    QCOMPARE(levels.time(4), answer.time(4));
 }
 
 void OverviewLevelsTest::aPartIsAskedForFromTheLineBefore()

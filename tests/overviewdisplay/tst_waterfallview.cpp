@@ -397,6 +397,11 @@ void WaterfallViewTest::saysWhyItIsEmpty()
     shown.view.setEmptyText(QString());
     const QImage none = shown.view.image();
     QVERIFY(none != waiting);
+    shown.view.setEmptyText(QStringLiteral("Waiting"));
+    shown.view.resize(shown.view.size() + QSize(10, 10));
+    shown.view.image();
+    shown.view.resize(shown.view.size() - QSize(10, 10));
+    QVERIFY2(shown.view.image() == waiting, "another size is no reason to show a picture");
     shown.take(0, 0);
     QCOMPARE(shown.painted(256, 100), shown.missing());
 }
