@@ -206,6 +206,7 @@ void paintRecordWindowScenes(ScenePainter& painter)
     paintEdit(painter, 29, "copy-record");
     paintEdit(painter, 255, "edit-record");
     paintEditInUse(painter);
+    paintWaterfallScenes(painter);
     WindowScene scene;
     paintOfConsole(painter, scene);
 }

@@ -52,4 +52,7 @@ void paintReplayWidgetScenes(ScenePainter& painter);
 /// The windows on a record: its comments, its bookmarks, a copy of a part of it.
 void paintRecordWindowScenes(ScenePainter& painter);
 
+/// The spectra of a recording: in use, as they arrive, of a moment and of days.
+void paintWaterfallScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

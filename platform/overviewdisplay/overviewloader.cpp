@@ -101,6 +101,7 @@ void OverviewLoader::begin(const Recorder& recorder, const OverviewWish& wish)
     d->missing.clear();
     d->levels.begin(wish);
     d->stream.reset();
+    d->state = State::Idle;
     const int before = ++d->presentAsk;
     Q_EMIT si_emptied();
     if (self && d->presentAsk == before) {
@@ -119,11 +120,12 @@ void OverviewLoader::clear()
 {
     const QPointer<OverviewLoader> self(this);
     const int before = ++d->presentAsk;
+    const State stateBefore = std::exchange(d->state, State::Idle);
     d->stream.reset();
     d->levels.begin({});
     Q_EMIT si_emptied();
-    if (self && d->presentAsk == before) {
-        d->setState(State::Idle);
+    if (self && d->presentAsk == before && stateBefore != State::Idle) {
+        Q_EMIT si_stateChanged();
     }
 }
 

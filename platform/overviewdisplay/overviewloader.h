@@ -82,7 +82,7 @@ Q_SIGNALS:
     /// port of this host; the address is empty where the recorder is to take the one from which it is called.
     void si_ask(const SPECTRUM_OVERVIEW::OverviewWish& wish, const QString& address, uint port);
 
-    /// All levels are gone.
+    /// All levels are gone. The state is Idle, of which nothing else is told where Waiting follows.
     void si_emptied();
 
     /// These lines and perhaps others between them are complete now. Once for a slice of what came.

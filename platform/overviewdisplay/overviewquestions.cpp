@@ -1,5 +1,7 @@
 #include "overviewquestions_p.h"
 
+#include <overviewdisplay/spectrumoverviewwidget.h>
+
 #include <vornappstartup/cfgcenter.h>
 
 #include <QDir>
@@ -56,11 +58,11 @@ void askText(QWidget* window, const QString& title, const QString& label, const 
 void askPictureFile(QWidget* window, const QString& folder, const QString& proposal,
                     const std::function<void(const QString& fileName)>& taken)
 {
-    auto* const dialog = new QFileDialog(window, QFileDialog::tr("Save Picture"), startOf(folder));
+    auto* const dialog = new QFileDialog(window, SpectrumOverviewWidget::tr("Save Picture"), startOf(folder));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setOption(QFileDialog::DontUseNativeDialog, !hasNativeDialogs());
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setNameFilter(QFileDialog::tr("Pictures (*.png)"));
+    dialog->setNameFilter(SpectrumOverviewWidget::tr("Pictures (*.png)"));
     dialog->setDefaultSuffix(QStringLiteral("png"));
     dialog->selectFile(fileNameFrom(proposal) + QStringLiteral(".png"));
     QObject::connect(dialog, &QFileDialog::fileSelected, window, taken);

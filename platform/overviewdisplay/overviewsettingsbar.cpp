@@ -90,6 +90,7 @@ QCheckBox* OverviewSettingsBar::addSwitch(const char* name, const QString& label
     auto* const box = new QCheckBox(label, this);
     box->setObjectName(QLatin1String(name));
     box->setToolTip(help);
+    addSeparator();
     addWidget(box);
     return box;
 }

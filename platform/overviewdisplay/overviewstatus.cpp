@@ -59,6 +59,9 @@ OverviewStatus::OverviewStatus(QWidget* parent)
     m_cursor->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_progress->setObjectName(QStringLiteral("ProgressBar"));
     m_progress->setAccessibleName(tr("Lines received"));
+    QSizePolicy policy = m_progress->sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // or the picture would change its size at the end
+    m_progress->setSizePolicy(policy);
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_text, 1);

@@ -47,7 +47,9 @@ std::vector<Tick> VerticalScale::ofTime(const TimeRange& range, double height, c
     const auto add = [&](double every, bool hasText) {
         double tick = timeticks::first(start, every);
         for (int i = 0; i < height && tick < start + extent; ++i) {
-            ticks.push_back({(tick - start) / extent * height, hasText ? timeticks::text(tick, every) : QString()});
+            if (tick >= start) {
+                ticks.push_back({(tick - start) / extent * height, hasText ? timeticks::text(tick, every) : QString()});
+            }
             tick = timeticks::next(tick, every);
         }
     };

@@ -20,6 +20,8 @@ using ZELKO_XML::BookmarkEntry;
 constexpr double longestCloth = 260;
 constexpr double emptyCloth = 10;
 constexpr double reach = 3; // pixels beside a line at which the mouse still finds it
+constexpr double mostOpaque = 0.85;
+constexpr double palest = 0.1;
 constexpr int mostLines = 10;
 constexpr int mostLetters = 200;
 
@@ -58,7 +60,7 @@ void WaterfallFlags::layOut(const TimeRows& times, double ratio, double clothHei
         }
         const int row = times.rowAt(time);
         if (row != rowBefore) {
-            m_flags.push_back({row / ratio, row / ratio, i, 0, false});
+            m_flags.push_back({row / ratio, row / ratio, i});
         }
         ++m_flags.back().count;
         rowBefore = row;
@@ -66,7 +68,8 @@ void WaterfallFlags::layOut(const TimeRows& times, double ratio, double clothHei
     hang();
 }
 
-// Downwards from its line as far as the next one allows, the last one upwards where the picture ends.
+// Downwards from its line as far as the next one allows, the last one upwards where the picture ends. Where lines stand
+// close they are paler, so that the picture under them is still seen.
 void WaterfallFlags::hang()
 {
     double free = 0;
@@ -79,6 +82,7 @@ void WaterfallFlags::hang()
             flag.cloth = flag.place - m_clothHeight;
             flag.hasCloth = true;
         }
+        flag.opacity = std::clamp((end - flag.place) / m_clothHeight, palest, isLast || flag.hasCloth ? 1.0 : 0.5);
         free = flag.hasCloth ? flag.cloth + m_clothHeight : flag.place + 1;
     }
 }
@@ -98,7 +102,6 @@ QRectF WaterfallFlags::clothOf(const Flag& flag, const QRectF& plot, const QStri
     return {plot.right() - width, plot.top() + flag.cloth, width, m_clothHeight};
 }
 
-// Where lines stand too close for texts they are pale, so that the picture under them is still seen.
 void WaterfallFlags::paint(QPainter& painter, const QRectF& plot, const QPalette& palette) const
 {
     const PixelGrid grid(painter);
@@ -106,7 +109,7 @@ void WaterfallFlags::paint(QPainter& painter, const QRectF& plot, const QPalette
     const QColor color = axiscolours::bookmark(palette);
     for (const Flag& flag : m_flags) {
         QColor line = color;
-        line.setAlphaF(flag.hasCloth ? 0.85F : 0.3F);
+        line.setAlphaF(static_cast<float>(mostOpaque * flag.opacity));
         painter.fillRect(grid.horizontal(plot.top() + flag.place, plot.left(), plot.right()), line);
         const QString text = flag.hasCloth ? nameOf(flag) : QString();
         const QRectF cloth = flag.hasCloth ? clothOf(flag, plot, text, metrics)

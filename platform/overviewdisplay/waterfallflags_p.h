@@ -36,6 +36,7 @@ private:
         qsizetype first = 0;
         int count = 0;
         bool hasCloth = false;
+        double opacity = 1; ///< of the line
     };
 
     void hang();

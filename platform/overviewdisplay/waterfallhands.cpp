@@ -279,7 +279,7 @@ void WaterfallHands::moveTo(int column, int row, bool doesSelect)
 void WaterfallHands::select(quint64 from, quint64 to)
 {
     const TimeRows& rows = m_scene.rows();
-    const auto [first, last] = std::minmax(rows.rowAt(from), rows.rowAt(to));
+    const auto [first, last] = std::minmax({rows.rowAt(from), rows.rowAt(to)});
     const TimeRange range{rows.timeOf(first), rows.timeOf(last + 1)};
     m_scene.changeSelection([&](WaterfallSelection& selection) { selection.set(range); });
 }

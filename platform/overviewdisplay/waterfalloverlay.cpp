@@ -14,11 +14,15 @@
 namespace SPECTRUM_OVERVIEW {
 namespace {
 
+constexpr double edgeThickness = 2;
+constexpr double gripWidth = 30;
+constexpr double gripHeight = 6;
 constexpr int besideSample = VerticalScale::tickLength + VerticalScale::gap;
 
 const QColor shade(0, 0, 0, 130);
-const QColor edgeLine(255, 255, 255, 230);
-const QColor crossLine(255, 255, 255, 220);
+const QColor edgeLine(255, 255, 255);
+const QColor gripColor(60, 64, 70);
+const QColor crossLine(255, 255, 255, 180);
 const QColor crossShade(0, 0, 0, 120);
 
 void frame(QPainter& painter, const QRectF& area, const QColor& color)
@@ -42,7 +46,7 @@ void WaterfallOverlay::paintFrame(bool hasFocus) const
 void WaterfallOverlay::paintEmpty(const QString& text) const
 {
     painter.fillRect(PixelGrid(painter).rect(layout.plot), palette.color(QPalette::Base));
-    painter.setPen(palette.color(QPalette::Disabled, QPalette::WindowText));
+    painter.setPen(palette.color(QPalette::Text));
     const double margin = painter.fontMetrics().height();
     painter.drawText(layout.plot.adjusted(margin, 0, -margin, 0), Qt::AlignCenter | Qt::TextWordWrap, text);
 }
@@ -71,18 +75,29 @@ void WaterfallOverlay::paintScale(const LevelColours& colours) const
 
 void WaterfallOverlay::paintSelection(double first, double last) const
 {
-    const PixelGrid grid(painter);
     const QRectF& plot = layout.plot;
     const double top = std::clamp(layout.yOf(first), plot.top(), plot.bottom());
     const double bottom = std::clamp(layout.yOf(last), plot.top(), plot.bottom());
     painter.fillRect(QRectF(plot.topLeft(), QPointF(plot.right(), top)), shade);
     painter.fillRect(QRectF(QPointF(plot.left(), bottom), plot.bottomRight()), shade);
-    if (layout.yOf(first) >= plot.top() && first < layout.pixels.height()) {
-        painter.fillRect(grid.rect({plot.left(), top, plot.width(), 1}), edgeLine);
+    if (first >= 0 && first < layout.pixels.height()) {
+        paintEdge(top);
     }
-    if (last > 0 && layout.yOf(last) <= plot.bottom()) {
-        painter.fillRect(grid.rect({plot.left(), bottom - 1, plot.width(), 1}), edgeLine);
+    if (last > 0 && last <= layout.pixels.height()) {
+        paintEdge(bottom - edgeThickness);
     }
+}
+
+// With a grip in the middle, where one sees that it can be dragged.
+void WaterfallOverlay::paintEdge(double top) const
+{
+    const PixelGrid grid(painter);
+    const QRectF& plot = layout.plot;
+    painter.fillRect(grid.rect({plot.left(), top, plot.width(), edgeThickness}), edgeLine);
+    const double middle = plot.center().x();
+    const QRectF grip(middle - gripWidth / 2, top + edgeThickness / 2 - gripHeight / 2, gripWidth, gripHeight);
+    painter.fillRect(grid.rect(grip), edgeLine);
+    painter.fillRect(grid.rect(grip.adjusted(1, 1, -1, -1)), gripColor);
 }
 
 // White alone would not be seen on strong levels.
@@ -99,6 +114,13 @@ void WaterfallOverlay::paintCross(int column, int row) const
         painter.fillRect(grid.horizontal(y, plot.left(), plot.right(), thickness), color);
     }
     painter.restore();
+}
+
+void WaterfallOverlay::paintNoFrequencies() const
+{
+    const QRectF room(layout.plot.left(), layout.rulerTop, layout.plot.width(), painter.fontMetrics().height());
+    painter.setPen(palette.color(QPalette::WindowText));
+    painter.drawText(room, Qt::AlignCenter, WaterfallView::tr("The frequencies are not known"));
 }
 
 } // namespace SPECTRUM_OVERVIEW

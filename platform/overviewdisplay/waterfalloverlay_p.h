@@ -31,6 +31,12 @@ struct WaterfallOverlay
     void paintSelection(double first, double last) const;
 
     void paintCross(int column, int row) const;
+
+    /// In place of the axis of frequency.
+    void paintNoFrequencies() const;
+
+private:
+    void paintEdge(double top) const;
 };
 
 } // namespace SPECTRUM_OVERVIEW

@@ -16,7 +16,7 @@ namespace SPECTRUM_OVERVIEW {
 namespace {
 
 // What is left of a frame of the screen belongs to others.
-constexpr std::chrono::milliseconds slice(5);
+constexpr std::chrono::milliseconds slice(4);
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double smallestPart = 1e-4; ///< of the frequencies
@@ -330,7 +330,7 @@ void WaterfallScene::updateEdges(const std::optional<TimeRange>& before)
         return;
     }
     const auto updateBetween = [this](quint64 one, quint64 other) {
-        const auto [first, last] = std::minmax(rows().placeOf(one), rows().placeOf(other));
+        const auto [first, last] = std::minmax({rows().placeOf(one), rows().placeOf(other)});
         const double end = rows().rows;
         m_view.update(areaOf(static_cast<int>(std::clamp(first, 0.0, end)),
                              static_cast<int>(std::clamp(last, 0.0, end)), besideCross));
@@ -395,6 +395,9 @@ void WaterfallScene::paint(QPainter& painter)
                              m_layout.plot, VerticalScale::Side::Left, m_view.palette().color(QPalette::WindowText));
     }
     overlay.paintScale(m_picture.colours());
+    if (m_band.span <= 0 && !isEmpty()) {
+        overlay.paintNoFrequencies();
+    }
     if (isEmpty()) {
         overlay.paintEmpty(m_emptyText);
     } else {

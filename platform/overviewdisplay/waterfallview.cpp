@@ -119,6 +119,11 @@ void WaterfallView::setEmptyText(const QString& text)
     m_scene->setEmptyText(text);
 }
 
+QRectF WaterfallView::pictureArea() const
+{
+    return m_scene->layout().plot;
+}
+
 QImage WaterfallView::image() const
 {
     return m_scene->image();

@@ -19,7 +19,7 @@ class WaterfallHands;
 class WaterfallScene;
 
 /// What a waterfall shows at its cursor.
-struct WaterfallCursor
+struct OVERVIEWDISPLAY_EXPORT WaterfallCursor
 {
     quint64 time = 0;     ///< microseconds since the epoch
     double frequency = 0; ///< hertz; NaN: not known
@@ -103,6 +103,9 @@ public:
 
     /// What stands in place of the picture while there are no levels; plain text.
     void setEmptyText(const QString& text);
+
+    /// Where the levels are painted, in pixels of the window; empty where there is no room for them.
+    QRectF pictureArea() const;
 
     /// The picture with its scales, bookmarks and selection and without the cursor, in the pixels of the screen. Made
     /// to the end, so that it may take some tenths of a second.

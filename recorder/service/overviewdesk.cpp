@@ -5,10 +5,14 @@
 #include <zelkobase/orb/hostaddress.h>
 
 #include <netdb.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <condition_variable>
 
 namespace ZelkoRecorder {
@@ -44,10 +48,12 @@ public:
 
     bool isConnected() const { return m_connected; }
 
-    // A datagram that is lost is lost, whether here or on its way.
-    void send(const QByteArray& datagram) const
+    // False once it is known that nobody has the port. A datagram that is lost otherwise is lost, whether here or on
+    // its way.
+    bool send(const QByteArray& datagram) const
     {
-        ::send(m_socket, datagram.constData(), static_cast<std::size_t>(datagram.size()), MSG_NOSIGNAL);
+        const auto size = static_cast<std::size_t>(datagram.size());
+        return ::send(m_socket, datagram.constData(), size, MSG_NOSIGNAL) >= 0 || errno != ECONNREFUSED;
     }
 
 private:
@@ -55,38 +61,68 @@ private:
     bool m_connected = false;
 };
 
+// Lets datagrams go no faster than one each `pause`. Time that was slept too long is made up for, that of the disk is
+// not: a line that took long does not come all at once.
+class Pace
+{
+public:
+    explicit Pace(std::chrono::microseconds pause)
+        : m_pause(pause)
+        , m_next(Clock::now())
+    {}
+
+    // False if `stop` came before.
+    bool wait(const std::stop_token& stop)
+    {
+        constexpr std::chrono::milliseconds oversleep(5);
+        m_next = std::max(m_next, Clock::now() - oversleep) + m_pause;
+        std::unique_lock lock(m_mutex);
+        m_wake.wait_until(lock, stop, m_next, [] { return false; });
+        return !stop.stop_requested();
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    const std::chrono::microseconds m_pause;
+    Clock::time_point m_next;
+    std::mutex m_mutex;
+    std::condition_variable_any m_wake;
+};
+
+// Whoever records or replays needs the processor more.
+void giveWayToOtherThreads()
+{
+    constexpr int patient = 10;
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), patient);
+}
+
 } // namespace
 
 struct OverviewDesk::Running
 {
-    Running(const std::string& client, std::unique_ptr<OverviewJob> work, std::unique_ptr<DatagramSocket> target,
-            std::chrono::microseconds pause)
-        : peer(client)
+    Running(std::string toClient, quint16 toPort, std::unique_ptr<OverviewJob> work,
+            std::unique_ptr<DatagramSocket> target, int datagramsPerSecond)
+        : client(std::move(toClient))
+        , port(toPort)
         , job(std::move(work))
         , socket(std::move(target))
-        , thread([this, pause](const std::stop_token& stop) {
-            run(stop, pause);
-            done = true;
-        })
+        , pace(std::chrono::microseconds(1'000'000 / datagramsPerSecond))
+        , thread([this](const std::stop_token& stop) { run(stop); })
     {}
 
-    void run(const std::stop_token& stop, std::chrono::microseconds pause)
+    void run(const std::stop_token& stop)
     {
-        std::mutex mutex;
-        std::condition_variable_any wake;
-        auto next = std::chrono::steady_clock::now();
-        job->run([&](const QByteArray& datagram) {
-            socket->send(datagram);
-            next += pause;
-            std::unique_lock lock(mutex);
-            wake.wait_until(lock, stop, next, [] { return false; });
-            return !stop.stop_requested();
-        });
+        giveWayToOtherThreads();
+        job->run([&](const QByteArray& datagram) { return socket->send(datagram) && pace.wait(stop); }, stop);
+        done = true;
     }
 
-    const std::string peer;
+    const std::string client;
+    const quint16 port;
     const std::unique_ptr<OverviewJob> job;
     const std::unique_ptr<DatagramSocket> socket;
+    Pace pace;
     std::atomic<bool> done = false;
     std::jthread thread; // goes first
 };
@@ -118,42 +154,50 @@ ServiceStatus OverviewDesk::begin(DeviceService& device, const OverviewWish& wis
     if (job->status() != ServiceStatus::None) {
         return job->status();
     }
-    std::list<std::unique_ptr<Running>> ended; // joined without the mutex
+    RunningList ended; // joined without the mutex
     const std::lock_guard lock(m_mutex);
-    endOf(client, ended);
     if (m_closed) {
         return ServiceStatus::ShuttingDown;
     }
+    makeRoom(client, wish.port, ended);
     if (static_cast<int>(m_running.size()) >= m_options.mostAtOnce) {
         return ServiceStatus::LimitReached;
     }
-    const std::chrono::microseconds pause(1'000'000 / m_options.datagramsPerSecond);
-    m_running.push_back(std::make_unique<Running>(client, std::move(job), std::move(socket), pause));
+    m_running.push_back(
+        std::make_unique<Running>(client, wish.port, std::move(job), std::move(socket), m_options.datagramsPerSecond));
     return ServiceStatus::None;
 }
 
-// With those that have come to their end anyway. With the mutex held.
-void OverviewDesk::endOf(const std::string& peer, std::list<std::unique_ptr<Running>>& ended)
+// Those that it chooses, and those that have come to their end anyway. With the mutex held.
+template <typename Choice>
+void OverviewDesk::end(const Choice& choice, RunningList& ended)
 {
-    for (auto running = m_running.begin(); running != m_running.end();) {
-        const auto next = std::next(running);
-        if ((*running)->peer == peer || (*running)->done) {
+    for (auto at = m_running.begin(); at != m_running.end();) {
+        const auto running = at++;
+        if ((*running)->done || choice(**running)) {
             (*running)->thread.request_stop();
             ended.splice(ended.end(), m_running, running);
         }
-        running = next;
+    }
+}
+
+// For one more to this port of this client. With the mutex held.
+void OverviewDesk::makeRoom(const std::string& client, quint16 port, RunningList& ended)
+{
+    const auto isOfClient = [&](const auto& running) { return running->client == client; };
+    end([&](const Running& running) { return running.client == client && running.port == port; }, ended);
+    if (std::count_if(m_running.begin(), m_running.end(), isOfClient) >= m_options.mostOfClient) {
+        const Running* const oldest = std::find_if(m_running.begin(), m_running.end(), isOfClient)->get();
+        end([&](const Running& running) { return &running == oldest; }, ended);
     }
 }
 
 void OverviewDesk::close()
 {
-    std::list<std::unique_ptr<Running>> ended;
+    RunningList ended; // joined without the mutex
     const std::lock_guard lock(m_mutex);
     m_closed = true;
-    for (const auto& running : m_running) {
-        running->thread.request_stop();
-    }
-    ended.swap(m_running);
+    end([](const Running&) { return true; }, ended);
 }
 
 } // namespace ZelkoRecorder

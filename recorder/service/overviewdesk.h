@@ -12,14 +12,16 @@ namespace ZelkoRecorder {
 
 class DeviceService;
 
-/// Sends overviews, each on a thread of its own and no faster than a network likes it: one for each client at a time,
-/// and few at once. Any thread.
+/// Sends overviews, each on a thread of its own that gives way to all others, and no faster than a network likes it.
+/// An overview goes to one port of the client that asks; a client is an address, and few at once are served. One ends
+/// with its last line, with another wish for the same port, or when nobody has that port any more. Any thread.
 class OverviewDesk
 {
 public:
     struct Options
     {
-        int mostAtOnce = 4;
+        int mostAtOnce = 8;
+        int mostOfClient = 4;          ///< at once; the oldest of them ends for one more
         int datagramsPerSecond = 2000; ///< of each overview
     };
 
@@ -28,8 +30,9 @@ public:
     /// Ends all of them.
     ~OverviewDesk();
 
-    /// Begins to send what the client at the address `peer` wants, which is this process where it is empty. What it
-    /// wanted before ends. NotAllowed for any address but its own; otherwise as OverviewJob says.
+    /// Begins to send what the client at the address `peer` wants, which is this process where it is empty; what was
+    /// sent to the same port before has ended by then. NotAllowed for any address but its own, BadArgument for no port,
+    /// LimitReached where too many are sent to others; otherwise as OverviewJob says.
     ZelkoCommon::ServiceStatus begin(DeviceService& device, const OverviewWish& wish, const std::string& peer);
 
     /// Ends all of them, and begins none any more.
@@ -37,12 +40,15 @@ public:
 
 private:
     struct Running;
+    using RunningList = std::list<std::unique_ptr<Running>>;
 
-    void endOf(const std::string& peer, std::list<std::unique_ptr<Running>>& ended);
+    template <typename Choice>
+    void end(const Choice& choice, RunningList& ended);
+    void makeRoom(const std::string& client, quint16 port, RunningList& ended);
 
     const Options m_options;
     std::mutex m_mutex;
-    std::list<std::unique_ptr<Running>> m_running;
+    RunningList m_running;
     bool m_closed = false;
 };
 

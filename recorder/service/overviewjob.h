@@ -1,5 +1,6 @@
 #pragma once
 
+#include <recorder/service/samplefile.h>
 #include <recorder/service/spectrum.h>
 #include <recorder/store/devicestore.h>
 #include <recorder/store/recordtimeline.h>
@@ -8,10 +9,10 @@
 #include <zelkobase/service/servicestatus.h>
 
 #include <QByteArray>
-#include <QFile>
 
 #include <functional>
 #include <memory>
+#include <stop_token>
 
 namespace ZelkoRecorder {
 
@@ -29,7 +30,12 @@ struct OverviewWish
     quint16 port = 0;
 };
 
-/// Makes the lines of one overview. For one thread at a time.
+/// Makes the lines of one overview. For one thread at a time; needs some MiB whatever the record.
+///
+/// The samples of the time that was asked for are shared out evenly among the lines, and a line has the strongest
+/// levels of all spectra whose middle lies in its share. Where the shares are shorter than a spectrum each line is one
+/// spectrum, the first from the first sample on and the last up to the last, so that they overlap evenly. Time, centre
+/// frequency and span of a line are those of its first sample, whatever the index says of later ones.
 class OverviewJob
 {
 public:
@@ -47,22 +53,29 @@ public:
 
     quint32 lineCount() const { return m_lineCount; }
 
-    /// Makes all lines, evenly over the time that was asked for. False if `send` or the disk ended it.
-    bool run(const Send& send);
+    /// Makes all lines, once. False if `send`, `stop` or the disk ended it; `stop` is looked at all the time.
+    bool run(const Send& send, const std::stop_token& stop = {});
 
 private:
     ZelkoCommon::ServiceStatus look(const OverviewWish& wish);
     bool countLines(const OverviewWish& wish);
+    bool makeLine(quint32 line, const std::stop_token& stop);
+    bool takeSpectrum(quint64 frame, const std::stop_token& stop);
     bool sendLine(quint32 line, const Send& send);
-    quint64 offsetOf(quint32 line) const;
+    bool linesOverlap() const;
+    quint64 frameOf(quint32 line) const;
+    quint64 offsetOf(quint64 frame) const { return m_begin + frame * m_timeline.bytesPerFrame(); }
+    quint64 lastSpectrum() const { return m_frames - m_spectrum->length(); }
 
     const ZELKO_XML::ZELKO_RecordData m_record;
     const RecordTimeline m_timeline;
     const quint64 m_cookie;
-    QFile m_samples;
+    const std::optional<SpectrumSamples> m_format;
+    SampleFile m_samples;
     std::unique_ptr<Spectrum> m_spectrum;
     quint64 m_begin = 0; // bytes
-    quint64 m_end = 0;
+    quint64 m_frames = 0;
+    quint64 m_next = 0; // frame at which the next spectrum begins
     quint32 m_lineCount = 0;
     ZelkoCommon::ServiceStatus m_status;
 };

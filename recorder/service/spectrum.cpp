@@ -1,7 +1,5 @@
 #include <recorder/service/spectrum.h>
 
-#include <QtEndian>
-
 #include <fftw3.h>
 
 #include <algorithm>
@@ -11,8 +9,6 @@
 #include <numbers>
 
 namespace ZelkoRecorder {
-
-using DataFormat = ZELKO_XML::ZELKO_RecordData::DataFormat;
 
 namespace {
 
@@ -50,46 +46,35 @@ std::vector<float> windowOf(SpectrumWindow window, std::size_t length)
     return result;
 }
 
-float number16(const char* bytes)
+// As the numbers stand in memory, real and imaginary parts in turn.
+std::vector<float> forBothParts(const std::vector<float>& window)
 {
-    return static_cast<float>(qFromLittleEndian<qint16>(bytes)) / 32768;
+    std::vector<float> result;
+    for (const float weight : window) {
+        result.insert(result.end(), {weight, weight});
+    }
+    return result;
 }
 
-float number8(const char* bytes)
+// What stands at the edges of a window that fades is hardly seen, so the next one begins before this one ends: the
+// sooner the less a window sees but its middle.
+std::size_t stepOf(SpectrumWindow window, std::size_t length)
 {
-    return static_cast<float>(static_cast<signed char>(*bytes)) / 128;
-}
-
-float numberFloat(const char* bytes)
-{
-    const auto value = qFromLittleEndian<float>(bytes);
-    return std::isfinite(value) ? value : 0;
-}
-
-struct Layout
-{
-    float (*number)(const char*);
-    std::size_t quadrature; // offset of Q; 0 for real samples
-};
-
-Layout layoutOf(SpectrumSamples samples)
-{
-    switch (samples) {
-    case SpectrumSamples::IQ16:
-        return {number16, 2};
-    case SpectrumSamples::IQ8:
-        return {number8, 1};
-    case SpectrumSamples::Real16:
-        return {number16, 0};
-    case SpectrumSamples::IQFloat:
+    switch (window) {
+    case SpectrumWindow::Hann:
+    case SpectrumWindow::Hamming:
+        return length - length / 4;
+    case SpectrumWindow::Blackman:
+    case SpectrumWindow::FlatTop:
+        return length / 2;
+    case SpectrumWindow::Rectangular:
         break;
     }
-    return {numberFloat, 4};
+    return length;
 }
 
-float level(const fftwf_complex& bin)
+float level(float power)
 {
-    const float power = bin[0] * bin[0] + bin[1] * bin[1];
     return power > 0 ? std::max(10 * std::log10(power), Spectrum::lowestLevel) : Spectrum::lowestLevel;
 }
 
@@ -99,60 +84,59 @@ std::mutex planMutex; // making plans is the one thing that two threads may not 
 
 struct Spectrum::Private
 {
-    Private(SpectrumSamples samples, int order, SpectrumWindow shape, std::size_t frameBytes)
-        : length(std::size_t{1} << order)
-        , bytesPerFrame(frameBytes)
-        , layout(layoutOf(samples))
-        , window(windowOf(shape, length))
-        , buffer(fftwf_alloc_complex(length))
-        , result(layout.quadrature == 0 ? length / 2 : length)
+    Private(Kind kind, int order, SpectrumWindow shape)
+        : isReal(kind == Kind::Real)
+        , length(std::size_t{1} << order)
+        , step(stepOf(shape, length))
+        , window(forBothParts(windowOf(shape, length)))
+        , seen(fftwf_alloc_complex(length))
+        , transformed(fftwf_alloc_complex(length))
+        , strongest(isReal ? length / 2 : length)
+        , result(strongest.size())
     {
         const std::lock_guard lock(planMutex);
-        plan = fftwf_plan_dft_1d(static_cast<int>(length), buffer, buffer, FFTW_FORWARD, FFTW_ESTIMATE);
+        plan = fftwf_plan_dft_1d(static_cast<int>(length), seen, transformed, FFTW_FORWARD, FFTW_ESTIMATE);
     }
     ~Private()
     {
         const std::lock_guard lock(planMutex);
         fftwf_destroy_plan(plan);
-        fftwf_free(buffer);
+        fftwf_free(transformed);
+        fftwf_free(seen);
     }
     Private(const Private&) = delete;
     Private& operator=(const Private&) = delete;
 
-    void fill(const char* frames);
+    void fill(const float* parts);
+    void keepStrongest();
 
+    const bool isReal;
     const std::size_t length;
-    const std::size_t bytesPerFrame;
-    const Layout layout;
+    const std::size_t step;
     const std::vector<float> window;
-    fftwf_complex* const buffer;
+    fftwf_complex* const seen; // through the window
+    fftwf_complex* const transformed;
     fftwf_plan plan;
+    std::vector<float> strongest; // power of each bin, in the order of the transform
     std::vector<float> result;
 };
 
-void Spectrum::Private::fill(const char* frames)
+void Spectrum::Private::fill(const float* parts)
 {
-    for (std::size_t i = 0; i < length; ++i, frames += bytesPerFrame) {
-        buffer[i][0] = window[i] * layout.number(frames);
-        buffer[i][1] = layout.quadrature == 0 ? 0 : window[i] * layout.number(frames + layout.quadrature);
+    float* const filled = reinterpret_cast<float*>(seen);
+    const float* const weights = window.data();
+    for (std::size_t i = 0; i < 2 * length; ++i) {
+        filled[i] = weights[i] * parts[i];
     }
 }
 
-std::optional<SpectrumSamples> spectrumSamples(DataFormat format)
+// A power that is no number stays out.
+void Spectrum::Private::keepStrongest()
 {
-    switch (format) {
-    case DataFormat::IQ16:
-        return SpectrumSamples::IQ16;
-    case DataFormat::IQ8:
-        return SpectrumSamples::IQ8;
-    case DataFormat::Real16:
-    case DataFormat::Audio16:
-        return SpectrumSamples::Real16;
-    case DataFormat::IQ32: // of 32 bits each, and with a floating point: what the recorder writes, and takes
-    case DataFormat::IQFloat:
-        return SpectrumSamples::IQFloat;
-    default:
-        return std::nullopt;
+    float* const kept = strongest.data();
+    for (std::size_t i = 0; i < strongest.size(); ++i) {
+        const float power = transformed[i][0] * transformed[i][0] + transformed[i][1] * transformed[i][1];
+        kept[i] = power > kept[i] ? power : kept[i];
     }
 }
 
@@ -165,33 +149,47 @@ std::optional<int> spectrumOrder(int length)
     return std::countr_zero(static_cast<unsigned>(length));
 }
 
-Spectrum::Spectrum(SpectrumSamples samples, int order, SpectrumWindow window, std::size_t bytesPerFrame)
-    : d(std::make_unique<Private>(samples, order, window, bytesPerFrame))
+Spectrum::Spectrum(Kind kind, int order, SpectrumWindow window)
+    : d(std::make_unique<Private>(kind, order, window))
 {}
 
 Spectrum::~Spectrum() = default;
 
-std::size_t Spectrum::bytes() const
+std::size_t Spectrum::length() const
 {
-    return d->length * d->bytesPerFrame;
+    return d->length;
+}
+
+std::size_t Spectrum::step() const
+{
+    return d->step;
 }
 
 std::size_t Spectrum::bins() const
 {
-    return d->result.size();
+    return d->strongest.size();
+}
+
+void Spectrum::clear()
+{
+    std::fill(d->strongest.begin(), d->strongest.end(), 0.0F);
+}
+
+void Spectrum::add(const std::complex<float>* samples)
+{
+    d->fill(reinterpret_cast<const float*>(samples)); // which a complex number may be read as
+    fftwf_execute(d->plan);
+    d->keepStrongest();
 }
 
 // The upper half of what the transform gives are the frequencies below the centre. Of real samples it mirrors the lower
 // half, and each tone is split between the two.
-const std::vector<float>& Spectrum::levels(const char* frames)
+const std::vector<float>& Spectrum::levels()
 {
     constexpr float ofBothHalves = 6.0206F;
-    d->fill(frames);
-    fftwf_execute(d->plan);
-    const bool isReal = d->layout.quadrature == 0;
     const std::size_t half = d->length / 2;
     for (std::size_t i = 0; i < d->result.size(); ++i) {
-        d->result[i] = isReal ? level(d->buffer[i]) + ofBothHalves : level(d->buffer[(i + half) % d->length]);
+        d->result[i] = d->isReal ? level(d->strongest[i]) + ofBothHalves : level(d->strongest[(i + half) % d->length]);
     }
     return d->result;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <zelkobase/data/zelko_recorddata.h>
-
+#include <complex>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -11,16 +10,10 @@ namespace ZelkoRecorder {
 /// The window that samples are seen through. The numbers are those of the service.
 enum class SpectrumWindow { Rectangular, Hann, Hamming, Blackman, FlatTop };
 
-/// How the samples of a record are read as numbers.
-enum class SpectrumSamples { IQ16, IQ8, Real16, IQFloat };
-
-/// How samples of this format are read; nothing for a format that has no spectrum.
-std::optional<SpectrumSamples> spectrumSamples(ZELKO_XML::ZELKO_RecordData::DataFormat format);
-
 /// Which power of two a length in samples is; nothing for a length that no spectrum has.
 std::optional<int> spectrumOrder(int length);
 
-/// Turns stretches of samples into spectra. For one thread.
+/// Turns stretches of samples into spectra, and keeps the strongest level that they have in each bin. For one thread.
 class Spectrum
 {
 public:
@@ -33,20 +26,31 @@ public:
     /// Lower than that is not told apart from it, in dB.
     static constexpr float lowestLevel = -200;
 
-    /// Of 2 ^ `order` samples, which stand `bytesPerFrame` apart, the first channel in front. `order` within the
-    /// bounds.
-    Spectrum(SpectrumSamples samples, int order, SpectrumWindow window, std::size_t bytesPerFrame);
+    enum class Kind { Complex, Real };
+
+    /// Of 2 ^ `order` samples; `order` within the bounds.
+    Spectrum(Kind kind, int order, SpectrumWindow window);
     ~Spectrum();
 
-    /// Bytes of samples that a spectrum takes.
-    std::size_t bytes() const;
+    /// How many samples a spectrum takes.
+    std::size_t length() const;
+
+    /// How far behind one spectrum the next begins, so that all samples between are seen: windows that fade at their
+    /// ends overlap.
+    std::size_t step() const;
 
     /// How many levels a spectrum has: as many as samples, or half of that for real ones.
     std::size_t bins() const;
 
-    /// The spectrum of `bytes()` bytes, from the lowest frequency to the highest, in dB of the strongest tone that the
-    /// format can hold; valid until the next call.
-    const std::vector<float>& levels(const char* frames);
+    /// Begins anew, with nothing heard at all.
+    void clear();
+
+    /// Takes the spectrum of `length()` samples, of which 1 is the greatest.
+    void add(const std::complex<float>* samples);
+
+    /// The strongest levels since it was begun, from the lowest frequency to the highest, in dB of the strongest tone
+    /// that there can be; valid until the next call.
+    const std::vector<float>& levels();
 
 private:
     struct Private;

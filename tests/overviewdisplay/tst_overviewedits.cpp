@@ -28,9 +28,19 @@ std::shared_ptr<ZELKO_XML::ZELKO_RecordData> recordWith(const Bookmarks& bookmar
     return record;
 }
 
-const Bookmarks threeBookmarks{OverviewWindow::bookmark(start + 10 * second, QStringLiteral("first")),
-                               OverviewWindow::bookmark(start + 45 * second, QStringLiteral("middle")),
-                               OverviewWindow::bookmark(start + 80 * second, QStringLiteral("last"))};
+Bookmarks bookmarksAround(quint64 middle)
+{
+    return {OverviewWindow::bookmark(start + 10 * second, QStringLiteral("first")),
+            OverviewWindow::bookmark(middle, QStringLiteral("middle")),
+            OverviewWindow::bookmark(start + 80 * second, QStringLiteral("last"))};
+}
+
+const Bookmarks threeBookmarks = bookmarksAround(start + 45 * second);
+
+void clickSave(const QFileDialog* dialog)
+{
+    QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save), Qt::LeftButton);
+}
 
 QStringList texts(const Bookmarks& bookmarks)
 {
@@ -83,6 +93,13 @@ private:
         m_lists.emplace(&widget(), &SpectrumOverviewWidget::si_setBookmarkEntries);
         site().point(0.5);
         QVERIFY(site().view().cursor());
+    }
+
+    /// The same with three bookmarks, one of them at the cursor.
+    void showAroundCursor()
+    {
+        show({});
+        site().records.store(recordWith(bookmarksAround(site().view().cursor()->time)));
     }
 
     /// Answers the question that what is done brings.
@@ -196,9 +213,7 @@ void OverviewEditsTest::aListThatIsNotTakenLetsGoLater()
 
 void OverviewEditsTest::theBookmarkAtTheCursorIsDeleted()
 {
-    show(threeBookmarks);
-    const quint64 time = site().view().cursor()->time;
-    QVERIFY(time > start + 43 * second && time < start + 47 * second);
+    showAroundCursor();
     QVERIFY(site().action("ActionRemoveBookmark").isEnabled());
     QTest::keyClick(&site().view(), Qt::Key_Delete);
     QCOMPARE(m_lists->size(), 1);
@@ -210,7 +225,7 @@ void OverviewEditsTest::theBookmarkAtTheCursorIsDeleted()
 
 void OverviewEditsTest::theBookmarkAtTheCursorIsDeletedFromTheMenu()
 {
-    show(threeBookmarks);
+    showAroundCursor();
     const MenuAnswer answer([this](QMenu& menu) {
         QVERIFY(menu.actions().contains(&site().action("ActionRemoveBookmark")));
         menu.setActiveAction(&site().action("ActionRemoveBookmark"));
@@ -308,9 +323,8 @@ void OverviewEditsTest::thePictureIsSaved()
         QVERIFY(dialog);
         auto* const edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         QCOMPARE(edit->text(), "overview.png");
-        edit->selectAll();
-        QTest::keyClicks(edit, QString(file).chopped(4));
-        QTest::keyClick(edit, Qt::Key_Return);
+        edit->setText(QString(file).chopped(4));
+        clickSave(dialog);
     };
     answering(answer, [this] { site().click("ActionSavePicture"); });
     const QImage saved(file);
@@ -328,10 +342,9 @@ void OverviewEditsTest::aPictureThatCannotBeSavedIsTold()
         auto* const dialog = qobject_cast<QFileDialog*>(window);
         QVERIFY(dialog);
         auto* const edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        edit->selectAll();
-        QTest::keyClicks(edit, file);
+        edit->setText(file);
         QVERIFY(QDir(folder.path()).removeRecursively());
-        QTest::keyClick(edit, Qt::Key_Return);
+        clickSave(dialog);
     };
     answering(answer, [this] { site().click("ActionSavePicture"); });
     QCOMPARE(failed.size(), 1);

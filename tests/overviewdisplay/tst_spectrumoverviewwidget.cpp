@@ -137,7 +137,7 @@ void SpectrumOverviewWidgetTest::whatIsMissingIsAskedForAgain()
     site().answer({2});
     QTRY_COMPARE_WITH_TIMEOUT(site().status(), "4 of 5 lines", patience);
     letTurnsPass();
-    site().timer.advance(silence);
+    site().timer.advance(OverviewLoader::Stragglers);
     QCOMPARE(site().asks.size(), 2u);
     QCOMPARE(site().lastAsk().wish.lineCount, 2u);
     QCOMPARE(site().lastAsk().wish.start, start + 18 * second);

@@ -1,3 +1,4 @@
+#include <recorder/service/samplevalues.h>
 #include <recorder/service/spectrum.h>
 
 #include <QByteArray>
@@ -6,7 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <complex>
+#include <limits>
 #include <numbers>
 
 using namespace ZelkoRecorder;
@@ -39,6 +41,20 @@ QByteArray tone(SpectrumSamples samples, int bin, double amplitude)
     return bytes;
 }
 
+using Values = std::vector<std::complex<float>>;
+
+// `count` values from the middle of a signal that is silent but for a tone in bin 20 at full scale, which lasts from
+// `first` on for `duration` of them.
+Values burst(std::size_t count, std::size_t first, std::size_t duration)
+{
+    Values values(count);
+    for (std::size_t i = first; i < first + duration; ++i) {
+        const double phase = 2 * std::numbers::pi * 20 * static_cast<double>(i) / static_cast<double>(length);
+        values[i] = {static_cast<float>(std::cos(phase)), static_cast<float>(std::sin(phase))};
+    }
+    return values;
+}
+
 std::size_t strongest(const std::vector<float>& levels)
 {
     return static_cast<std::size_t>(std::max_element(levels.begin(), levels.end()) - levels.begin());
@@ -57,9 +73,10 @@ private Q_SLOTS:
     void findsATone_data();
     void findsATone();
     void seesSilence();
-    void takesTheFirstChannelOnly();
-    void overlooksNumbersThatAreNone();
-    void knowsWhichFormatsHaveOne();
+    void keepsTheStrongestOfEachBin();
+    void overlooksPowersThatAreNone();
+    void seesShortBurstsWhereverTheyAre_data();
+    void seesShortBurstsWhereverTheyAre();
 };
 
 void TestSpectrum::findsATone_data()
@@ -91,10 +108,17 @@ void TestSpectrum::findsATone()
     QFETCH(int, bin);
     QFETCH(int, expected);
     const QByteArray frames = tone(samples, bin, 0.1);
-    Spectrum spectrum(samples, order, window, static_cast<std::size_t>(frames.size()) / length);
-    QCOMPARE(spectrum.bytes(), static_cast<std::size_t>(frames.size()));
-    const auto& levels = spectrum.levels(frames.constData());
+    const SampleValues format(samples, static_cast<std::size_t>(frames.size()) / length);
+    Values values(length);
+    format.read(frames.constData(), length, values.data());
+    Spectrum spectrum(samples == SpectrumSamples::Real16 ? Spectrum::Kind::Real : Spectrum::Kind::Complex, order,
+                      window);
+    QCOMPARE(spectrum.length(), length);
+    spectrum.clear();
+    spectrum.add(values.data());
+    const auto& levels = spectrum.levels();
     QCOMPARE(levels.size(), samples == SpectrumSamples::Real16 ? length / 2 : length);
+    QCOMPARE(levels.size(), spectrum.bins());
     const std::size_t where = strongest(levels);
     QVERIFY2(std::abs(static_cast<int>(where) - expected) <= 0, qPrintable(QString::number(where)));
     QVERIFY2(std::abs(levels[where] + 20) < 0.2, qPrintable(QString::number(static_cast<double>(levels[where]))));
@@ -104,46 +128,77 @@ void TestSpectrum::findsATone()
 
 void TestSpectrum::seesSilence()
 {
-    const QByteArray frames(4 * length, '\0');
-    Spectrum spectrum(SpectrumSamples::IQ16, order, SpectrumWindow::Hann, 4);
-    const auto& levels = spectrum.levels(frames.constData());
-    QVERIFY(std::all_of(levels.begin(), levels.end(), [](float level) { return level == Spectrum::lowestLevel; }));
+    Spectrum spectrum(Spectrum::Kind::Complex, order, SpectrumWindow::Hann);
+    const auto isSilent = [&] {
+        const auto& levels = spectrum.levels();
+        return std::all_of(levels.begin(), levels.end(), [](float level) { return level == Spectrum::lowestLevel; });
+    };
+    spectrum.clear();
+    QVERIFY(isSilent());
+    spectrum.add(Values(length).data());
+    QVERIFY(isSilent());
 }
 
-void TestSpectrum::takesTheFirstChannelOnly()
+void TestSpectrum::keepsTheStrongestOfEachBin()
 {
-    const QByteArray first = tone(SpectrumSamples::IQ16, 20, 0.1);
-    const QByteArray second = tone(SpectrumSamples::IQ16, -50, 1);
-    QByteArray frames;
-    for (qsizetype i = 0; i < first.size(); i += 4) {
-        frames += first.mid(i, 4) + second.mid(i, 4);
+    constexpr std::size_t half = length / 2;
+    Spectrum spectrum(Spectrum::Kind::Complex, order, SpectrumWindow::Rectangular);
+    Values quiet = burst(length, 0, length);
+    for (auto& value : quiet) {
+        value *= 0.1F;
     }
-    Spectrum spectrum(SpectrumSamples::IQ16, order, SpectrumWindow::Hann, 8);
-    QCOMPARE(strongest(spectrum.levels(frames.constData())), length / 2 + 20);
+    const Values constant(length, 0.01F);
+    spectrum.clear();
+    for (const Values& values : {quiet, burst(length, 0, length), quiet, constant}) {
+        spectrum.add(values.data());
+    }
+    QVERIFY(std::abs(spectrum.levels()[half + 20]) < 0.1F);
+    QVERIFY(std::abs(spectrum.levels()[half] + 40) < 0.1F);
+    spectrum.clear(); // whatever was heard before is forgotten
+    spectrum.add(constant.data());
+    QVERIFY(spectrum.levels()[half + 20] < -100);
+    QVERIFY(std::abs(spectrum.levels()[half] + 40) < 0.1F);
 }
 
-void TestSpectrum::overlooksNumbersThatAreNone()
+// Numbers whose squares no number can hold.
+void TestSpectrum::overlooksPowersThatAreNone()
 {
-    QByteArray frames = tone(SpectrumSamples::IQFloat, 20, 0.1);
-    constexpr quint32 notANumber = 0x7fc00000;
-    qToLittleEndian(notANumber, frames.data() + 40);
-    Spectrum spectrum(SpectrumSamples::IQFloat, order, SpectrumWindow::Hann, 8);
-    const auto& levels = spectrum.levels(frames.constData());
-    QVERIFY(std::all_of(levels.begin(), levels.end(), [](float level) { return std::isfinite(level); }));
-    QCOMPARE(strongest(levels), length / 2 + 20);
+    Spectrum spectrum(Spectrum::Kind::Complex, order, SpectrumWindow::Hann);
+    Values huge(length, std::numeric_limits<float>::max());
+    huge[7] = -std::numeric_limits<float>::max();
+    spectrum.clear();
+    spectrum.add(huge.data());
+    spectrum.add(burst(length, 0, length).data());
+    for (const float level : spectrum.levels()) {
+        QVERIFY(!std::isnan(level));
+    }
 }
 
-void TestSpectrum::knowsWhichFormatsHaveOne()
+void TestSpectrum::seesShortBurstsWhereverTheyAre_data()
 {
-    using Format = ZELKO_XML::ZELKO_RecordData::DataFormat;
-    QVERIFY(spectrumSamples(Format::IQ16) == SpectrumSamples::IQ16);
-    QVERIFY(spectrumSamples(Format::IQ32) == SpectrumSamples::IQFloat);
-    QVERIFY(spectrumSamples(Format::IQFloat) == SpectrumSamples::IQFloat);
-    QVERIFY(spectrumSamples(Format::IQ8) == SpectrumSamples::IQ8);
-    QVERIFY(spectrumSamples(Format::Real16) == SpectrumSamples::Real16);
-    QVERIFY(spectrumSamples(Format::Audio16) == SpectrumSamples::Real16);
-    QVERIFY(!spectrumSamples(Format::Text));
-    QVERIFY(!spectrumSamples(Format::Symbols));
+    QTest::addColumn<SpectrumWindow>("window");
+    QTest::newRow("without a window") << SpectrumWindow::Rectangular;
+    QTest::newRow("through a Hann window") << SpectrumWindow::Hann;
+    QTest::newRow("through a Hamming window") << SpectrumWindow::Hamming;
+    QTest::newRow("through a Blackman window") << SpectrumWindow::Blackman;
+    QTest::newRow("through a flat top window") << SpectrumWindow::FlatTop;
+}
+
+// A tone at full scale that lasts for a quarter of a spectrum has -12 dB where all of a spectrum counts the same.
+void TestSpectrum::seesShortBurstsWhereverTheyAre()
+{
+    QFETCH(SpectrumWindow, window);
+    constexpr std::size_t count = 4 * length;
+    Spectrum spectrum(Spectrum::Kind::Complex, order, window);
+    for (std::size_t first = length; first < 2 * length; first += length / 16) {
+        const Values values = burst(count, first, length / 4);
+        spectrum.clear();
+        for (std::size_t at = 0; at + length <= count; at += spectrum.step()) {
+            spectrum.add(values.data() + at);
+        }
+        const float level = spectrum.levels()[length / 2 + 20];
+        QVERIFY2(level > -27, qPrintable(QStringLiteral("%1 dB at %2").arg(level).arg(first)));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestSpectrum)

@@ -95,7 +95,7 @@ public:
         records.store(record);
         widget().setRecord(device, record->GetRecordID(), &records, address);
         widget().show();
-        QVERIFY(QTest::qWaitForWindowExposed(&widget()));
+        QVERIFY(QTest::qWaitForWindowExposed(&widget(), patience));
         ask();
     }
 
@@ -139,8 +139,12 @@ public:
         QTest::mouseClick(bar->widgetForAction(&action(name)), Qt::LeftButton);
     }
 
-    /// Puts the cursor to the middle, as a share of the height.
-    void point(double share) { QTest::mouseMove(&view(), place(share)); }
+    /// Puts the cursor to the middle, as a share of the height. From elsewhere, or nothing would have moved.
+    void point(double share)
+    {
+        QTest::mouseMove(&view(), place(share) - QPoint(20, 20));
+        QTest::mouseMove(&view(), place(share));
+    }
 
     /// Drags from one height to another.
     void select(double from, double to)

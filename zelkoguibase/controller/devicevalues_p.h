@@ -26,6 +26,9 @@ struct DeviceValues
 
     void letGo();
 
+    /// Of the device; empty while it is not known.
+    QString address() const { return ipAddress ? ipAddress->GetValue() : QString(); }
+
     bool isExtended() const { return extended && extended->GetValue(); }
 
     /// Gives a command to the device, also if it is the one that it was given last; nothing without the value.

@@ -400,8 +400,7 @@ bool ZelkoServerGUIController::isDownloadRecordAvailable(const QStringList&) con
 
 void ZelkoServerGUIController::downloadRecord(const QStringList& recordIDs)
 {
-    Q_EMIT si_downloadRecordings(recordIDs, d->values.ipAddress ? d->values.ipAddress->GetValue() : QString(),
-                                 notDeletable(*d->recordModel, recordIDs));
+    Q_EMIT si_downloadRecordings(recordIDs, d->values.address(), notDeletable(*d->recordModel, recordIDs));
 }
 
 // Windows on a record
@@ -482,7 +481,7 @@ void ZelkoServerGUIController::openSpectrumOverview(const QString& recordID)
     connect(overview, &Overview::si_overviewSpectrumStreamed, this, &Self::sl_overviewSpectrumStreamed);
     connect(overview, &Overview::si_errorText, this, &Self::sl_errorText);
     overview->setAttribute(Qt::WA_DeleteOnClose);
-    overview->setRecord(activeDevice(), recordID, recordListModel(), d->values.ipAddress->GetValue());
+    overview->setRecord(activeDevice(), recordID, recordListModel(), d->values.address());
     overview->show();
 }
 

@@ -1,0 +1,360 @@
+#include "overviewwindow.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+using SPECTRUM_OVERVIEW::OverviewLoader;
+using SPECTRUM_OVERVIEW::OverviewWish;
+using SPECTRUM_OVERVIEW::SpectrumOverviewWidget;
+using SPECTRUM_OVERVIEW::TimeRange;
+using ZELKO_XML::ZELKO_RecordData;
+using ZelkoTest::OverviewWindow;
+
+Q_DECLARE_METATYPE(std::shared_ptr<ZELKO_RecordData>)
+
+namespace {
+
+constexpr quint64 start = OverviewWindow::start;
+constexpr quint64 second = OverviewWindow::second;
+constexpr quint64 stop = OverviewWindow::stop;
+constexpr std::chrono::milliseconds growth{2100};
+const QString recordID = OverviewWindow::recordID;
+
+std::shared_ptr<ZELKO_RecordData> longer(int seconds)
+{
+    return OverviewWindow::makeIndexed(recordID, stop + static_cast<quint64>(seconds) * second);
+}
+
+} // namespace
+
+/// What the window of an overview does when its record, or the list of it, changes.
+class OverviewSessionTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_site = std::make_unique<OverviewWindow>(); }
+    void cleanup() { m_site.reset(); }
+
+    void aNewNameIsInTheTitle();
+    void aNameCannotPutAPlaceHolderIntoTheTitle();
+    void aChangeOfOtherThingsAsksForNothing();
+    void aGrownRecordIsAskedForOnce();
+    void aRecordThatGrowsOnIsAskedForAgain();
+    void growthWaitsForTheAnswerBefore();
+    void aZoomStaysWhereItIsWhenTheRecordGrows();
+    void aZoomIsCutWhenTheRecordShrinks();
+    void aDeletedRecordLeavesNothing();
+    void aDeletedRecordDoesNotComeBack();
+    void otherRecordsAreNoneOfItsBusiness();
+    void aRecordThatIsGoneLeavesItsPicture();
+    void aRecordThatComesBackGoesOn();
+    void aRecordThatWentWhileItsLinesCameIsAskedForAgain();
+    void aListThatGoesLeavesThePicture();
+    void aRecordThatIsNotInTheListYetIsWaitedFor();
+    void recordsThatCannotBeShownSayWhy_data();
+    void recordsThatCannotBeShownSayWhy();
+    void aRecordThatCannotBeShownMayBecomeOneThatCan();
+    void whatIsMissingOfTheRecordIsAskedForOnce();
+    void whatComesByItselfIsNotAskedFor();
+    void aListIsNotNeeded();
+
+private:
+    OverviewWindow& site() { return *m_site; }
+
+    std::unique_ptr<OverviewWindow> m_site;
+};
+
+void OverviewSessionTest::aNewNameIsInTheTitle()
+{
+    site().showWhole();
+    const auto renamed = OverviewWindow::makeIndexed();
+    renamed->SetRecordName("beacon 7");
+    site().records.store(renamed);
+    QCOMPARE(site().widget().windowTitle(), "Spectrum Overview: beacon 7");
+    const auto nameless = OverviewWindow::makeIndexed();
+    nameless->SetRecordName(QString());
+    site().records.store(nameless);
+    QCOMPARE(site().widget().windowTitle(), "Spectrum Overview: R1");
+}
+
+void OverviewSessionTest::aNameCannotPutAPlaceHolderIntoTheTitle()
+{
+    const auto record = OverviewWindow::makeIndexed();
+    record->SetRecordName("a[*]b");
+    site().showRecord(record);
+    QCOMPARE(site().widget().windowTitle(), "Spectrum Overview: a[*][*]b"); // one of which is shown
+}
+
+void OverviewSessionTest::aChangeOfOtherThingsAsksForNothing()
+{
+    site().showWhole();
+    const auto renamed = OverviewWindow::makeIndexed();
+    renamed->SetRecordName("beacon 7");
+    renamed->SetBookmarkEntry({OverviewWindow::bookmark(start + second, "text")});
+    site().records.store(renamed);
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().asks.size(), 1u);
+    QVERIFY(site().action("ActionSavePicture").isEnabled());
+}
+
+void OverviewSessionTest::aGrownRecordIsAskedForOnce()
+{
+    site().showWhole();
+    site().records.store(longer(10));
+    QCOMPARE(site().view().timeRange(), (TimeRange{start, stop + 10 * second}));
+    site().records.store(longer(20));
+    QCOMPARE(site().asks.size(), 1u);
+    QVERIFY(site().action("ActionSavePicture").isEnabled());
+    site().timer.advance(growth);
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE(site().lastAsk().wish.start, start);
+    QCOMPARE(site().lastAsk().wish.stop, stop + 20 * second);
+    site().answer();
+    QTRY_COMPARE_WITH_TIMEOUT(site().progress().isVisible(), false, patience);
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().asks.size(), 2u);
+}
+
+// It grows each second, so that there is never a pause to wait for.
+void OverviewSessionTest::aRecordThatGrowsOnIsAskedForAgain()
+{
+    site().showWhole();
+    for (int i = 1; i <= 5; ++i) {
+        site().records.store(longer(i));
+        site().timer.advance(std::chrono::milliseconds(1000));
+    }
+    QVERIFY(site().asks.size() >= 2u);
+}
+
+void OverviewSessionTest::growthWaitsForTheAnswerBefore()
+{
+    site().showRecord();
+    site().peer.sendLine(site().lastAsk().wish, site().lastAsk().port, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(site().status(), "1 of 5 lines", patience);
+    site().records.store(longer(10));
+    site().timer.advance(growth);
+    QCOMPARE(site().asks.size(), 1u);
+    site().answer();
+    QTRY_COMPARE_WITH_TIMEOUT(site().progress().isVisible(), false, patience);
+    site().timer.advance(growth);
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE(site().lastAsk().wish.stop, stop + 10 * second);
+}
+
+void OverviewSessionTest::aZoomStaysWhereItIsWhenTheRecordGrows()
+{
+    site().showWhole();
+    site().select(0.3, 0.7);
+    site().click("ActionZoomIn");
+    site().ask();
+    const TimeRange zoomed = site().view().timeRange();
+    site().records.store(longer(10));
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().view().timeRange(), zoomed);
+    site().click("ActionWhole");
+    QCOMPARE(site().view().timeRange(), (TimeRange{start, stop + 10 * second}));
+}
+
+void OverviewSessionTest::aZoomIsCutWhenTheRecordShrinks()
+{
+    site().showWhole();
+    site().select(0.5, 0.9);
+    site().click("ActionZoomIn");
+    site().ask();
+    site().records.store(OverviewWindow::makeIndexed(recordID, start + 50 * second));
+    QCOMPARE(site().view().timeRange().stop, start + 50 * second);
+    const std::size_t asks = site().asks.size();
+    site().ask();
+    QCOMPARE(site().asks.size(), asks + 1);
+    QCOMPARE(site().lastAsk().wish.stop, start + 50 * second);
+}
+
+void OverviewSessionTest::aDeletedRecordLeavesNothing()
+{
+    site().showWhole();
+    site().select(0.3, 0.7);
+    site().records.drop(recordID);
+    QCOMPARE(site().status(), "The record has been deleted.");
+    QCOMPARE(site().enabledActions(), QStringList());
+    QVERIFY(!site().view().selection());
+    QCOMPARE(site().widget().windowTitle(), "Spectrum Overview: name of R1");
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().asks.size(), 1u);
+}
+
+void OverviewSessionTest::aDeletedRecordDoesNotComeBack()
+{
+    site().showRecord();
+    site().records.drop(recordID);
+    QVERIFY(!site().progress().isVisible());
+    site().records.store(OverviewWindow::makeIndexed());
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().asks.size(), 1u);
+    QCOMPARE(site().status(), "The record has been deleted.");
+}
+
+void OverviewSessionTest::otherRecordsAreNoneOfItsBusiness()
+{
+    site().showWhole();
+    const QString before = site().status();
+    site().records.store(OverviewWindow::makeIndexed("R2", stop + second));
+    site().records.drop("R2");
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().status(), before);
+    QCOMPARE(site().asks.size(), 1u);
+}
+
+void OverviewSessionTest::aRecordThatIsGoneLeavesItsPicture()
+{
+    site().showWhole();
+    const QImage before = site().view().image();
+    site().records.replaceAll({});
+    QCOMPARE(site().status(), "The record is not in the list at the moment.");
+    QCOMPARE(site().enabledActions(), QStringList{"SavePicture"});
+    QCOMPARE(site().view().image(), before);
+    site().select(0.3, 0.7);
+    QTest::keyClick(&site().view(), Qt::Key_Plus);
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().enabledActions(), QStringList{"SavePicture"});
+    QCOMPARE(site().asks.size(), 1u);
+}
+
+void OverviewSessionTest::aRecordThatComesBackGoesOn()
+{
+    site().showWhole();
+    site().records.replaceAll({});
+    site().records.store(OverviewWindow::makeIndexed());
+    QCOMPARE(site().status(), "5 lines, each of 18 s");
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().asks.size(), 1u);
+    site().select(0.3, 0.7);
+    site().click("ActionZoomIn");
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+}
+
+void OverviewSessionTest::aRecordThatWentWhileItsLinesCameIsAskedForAgain()
+{
+    site().showRecord();
+    site().peer.sendLine(site().lastAsk().wish, site().lastAsk().port, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(site().status(), "1 of 5 lines", patience);
+    site().records.replaceAll({});
+    QVERIFY(!site().progress().isVisible());
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().asks.size(), 1u);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+    site().answer();
+    QTRY_COMPARE_WITH_TIMEOUT(site().status(), "5 lines, each of 18 s", patience);
+}
+
+void OverviewSessionTest::aListThatGoesLeavesThePicture()
+{
+    auto records = std::make_unique<ToldRecords>();
+    records->store(OverviewWindow::makeIndexed());
+    site().showWhole();
+    site().widget().setRecord(OverviewWindow::device, recordID, records.get(), OverviewWindow::address);
+    site().ask();
+    site().answer();
+    QTRY_COMPARE_WITH_TIMEOUT(site().status(), "5 lines, each of 18 s", patience);
+    records.reset();
+    QCOMPARE(site().status(), "The record is not in the list at the moment.");
+    QCOMPARE(site().enabledActions(), QStringList{"SavePicture"});
+}
+
+void OverviewSessionTest::aRecordThatIsNotInTheListYetIsWaitedFor()
+{
+    site().widget().setRecord(OverviewWindow::device, recordID, &site().records, OverviewWindow::address);
+    site().widget().show();
+    site().ask();
+    QCOMPARE(site().status(), "The record is not in the list at the moment.");
+    QCOMPARE(site().asks.size(), 0u);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 1u);
+}
+
+void OverviewSessionTest::recordsThatCannotBeShownSayWhy_data()
+{
+    QTest::addColumn<std::shared_ptr<ZELKO_RecordData>>("record");
+    QTest::addColumn<QString>("reason");
+    const auto unindexed = OverviewWindow::makeIndexed();
+    unindexed->SetIndexEntry({});
+    QTest::newRow("without an index") << unindexed << "The sample rate of the record is not known.";
+    const auto rateless = OverviewWindow::makeIndexed();
+    rateless->SetIndexEntry({OverviewWindow::indexEntry(start, 0, 0), OverviewWindow::indexEntry(stop, 23'040, 0)});
+    QTest::newRow("without a sample rate") << rateless << "The sample rate of the record is not known.";
+    QTest::newRow("empty") << OverviewWindow::makeIndexed(recordID, start) << "The record has no samples.";
+    const auto endless = OverviewWindow::makeIndexed();
+    endless->SetStopTime(0);
+    endless->SetIndexEntry({OverviewWindow::indexEntry(start, 0)});
+    QTest::newRow("without an end") << endless << "The record has no samples.";
+    QTest::newRow("shorter than any spectrum")
+        << OverviewWindow::makeIndexed(recordID, start + second / 2) << "The record is too short for a spectrum.";
+    QTest::newRow("shorter than one spectrum") << OverviewWindow::makeIndexed(recordID, start + 2 * second)
+                                               << "The record is shorter than one FFT of this length.";
+}
+
+void OverviewSessionTest::recordsThatCannotBeShownSayWhy()
+{
+    QFETCH(std::shared_ptr<ZELKO_RecordData>, record);
+    QFETCH(QString, reason);
+    site().showRecord(record);
+    site().timer.advance(10 * growth);
+    QCOMPARE(site().status(), reason);
+    QCOMPARE(site().asks.size(), 0u);
+    QVERIFY(!site().progress().isVisible());
+}
+
+void OverviewSessionTest::aRecordThatCannotBeShownMayBecomeOneThatCan()
+{
+    site().showRecord(OverviewWindow::makeIndexed(recordID, start));
+    QCOMPARE(site().asks.size(), 0u);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 1u);
+    QCOMPARE(site().lastAsk().wish.stop, stop);
+}
+
+void OverviewSessionTest::whatIsMissingOfTheRecordIsAskedForOnce()
+{
+    QSignalSpy resynced(&site().widget(), &SpectrumOverviewWidget::si_resyncRecord);
+    const auto unindexed = OverviewWindow::makeIndexed();
+    unindexed->SetIndexEntry({});
+    site().showRecord(unindexed);
+    QCOMPARE(resynced.size(), 0); // who has opened the window may have asked
+    site().timer.advance(growth);
+    QCOMPARE(resynced, (QList<QVariantList>{{recordID, OverviewWindow::device}}));
+    site().records.store(unindexed);
+    site().timer.advance(10 * growth);
+    QCOMPARE(resynced.size(), 1);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 1u);
+}
+
+void OverviewSessionTest::whatComesByItselfIsNotAskedFor()
+{
+    QSignalSpy resynced(&site().widget(), &SpectrumOverviewWidget::si_resyncRecord);
+    const auto unindexed = OverviewWindow::makeIndexed();
+    unindexed->SetIndexEntry({});
+    site().showRecord(unindexed);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().timer.advance(10 * growth);
+    QCOMPARE(resynced.size(), 0);
+    QVERIFY(!site().asks.empty());
+}
+
+void OverviewSessionTest::aListIsNotNeeded()
+{
+    site().widget().setRecord(OverviewWindow::device, recordID, nullptr, OverviewWindow::address);
+    site().ask();
+    QCOMPARE(site().status(), "The record is not in the list at the moment.");
+    QCOMPARE(site().enabledActions(), QStringList());
+}
+
+QTEST_MAIN(OverviewSessionTest)
+
+#include "tst_overviewsession.moc"
