@@ -19,6 +19,7 @@
 #include <QToolBar>
 
 #include <csignal>
+#include <optional>
 
 using namespace ZelkoConsole;
 using namespace Qt::StringLiterals;
@@ -341,7 +342,7 @@ void TestConsoleRecordWindows::emptiesTheWindowsOfARecordThatIsDeleted()
     QVERIFY(dialog->isVisible());
 }
 
-// Nobody is told that the record was deleted, and the window that is there shows it again.
+// Nobody is told that the record was deleted, and the window that is there shows it again by itself.
 void TestConsoleRecordWindows::opensThemAgainWhenTheRecorderWasKilled()
 {
     QFETCH(const Controller::enUserAction, flag);
@@ -353,7 +354,9 @@ void TestConsoleRecordWindows::opensThemAgainWhenTheRecorderWasKilled()
     m_console->killRecorder();
     QTRY_VERIFY_WITH_TIMEOUT(m_console->rowOf(record) < 0, patience);
     QTRY_VERIFY_WITH_TIMEOUT(!m_console->action(flag).isEnabled(), patience);
+    QCOMPARE(shownRecord(*dialog).trimmed(), u"Record:"_s);
     QVERIFY(m_console->choose());
+    QTRY_COMPARE_WITH_TIMEOUT(shownRecord(*dialog), u"Record: Name of R1"_s, patience);
     m_console->open(flag);
     QCOMPARE(m_console->opened(flag), dialog);
     QCOMPARE(shownRecord(*dialog), u"Record: Name of R1"_s);

@@ -8,6 +8,7 @@
 #include <zelkoguibase/editrecord/editrecorddialog.h>
 
 #include <QSignalSpy>
+#include <QTimer>
 #include <QToolBar>
 
 using namespace deckhands;
