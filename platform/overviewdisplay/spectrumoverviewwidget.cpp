@@ -189,7 +189,6 @@ void SpectrumOverviewWidget::Private::recordChanged()
         view->clearSelection();
     }
     view->setBookmarks(bookmarks);
-    view->setEmptyText(session.problem());
     showTitle();
     updateActions();
 }
@@ -262,6 +261,7 @@ void SpectrumOverviewWidget::Private::updateActions()
     actions->askAgain->setEnabled(isUsable);
     status->showSession(session);
     status->showCursor(view->cursorText());
+    view->setEmptyText(status->text());
 }
 
 void SpectrumOverviewWidget::Private::extendMenu(QMenu* menu)

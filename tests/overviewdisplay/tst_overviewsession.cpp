@@ -302,8 +302,12 @@ void OverviewSessionTest::recordsThatCannotBeShownSayWhy()
     QFETCH(std::shared_ptr<ZELKO_RecordData>, record);
     QFETCH(QString, reason);
     site().showRecord(record);
+    const QImage before = site().view().image();
     site().timer.advance(10 * growth);
     QCOMPARE(site().status(), reason);
+    QCOMPARE(site().view().image(), before);
+    site().view().setEmptyText(QStringLiteral("another reason"));
+    QVERIFY(site().view().image() != before); // the reason stands in its place
     QCOMPARE(site().asks.size(), 0u);
     QVERIFY(!site().progress().isVisible());
 }
