@@ -37,6 +37,18 @@ void AutomaticLevels::add(const qint16* levels, int count)
     }
 }
 
+void AutomaticLevels::addLines(const OverviewLevels& levels, int first, int last)
+{
+    m_isAdded.resize(static_cast<std::size_t>(levels.lineCount()), false);
+    for (int line = std::max(first, 0); line <= std::min(last, levels.lineCount() - 1); ++line) {
+        const auto number = static_cast<std::size_t>(line);
+        if (!m_isAdded[number] && levels.isComplete(line)) {
+            m_isAdded[number] = true;
+            add(levels.levels(line), levels.binCount());
+        }
+    }
+}
+
 AutomaticLevels::Range AutomaticLevels::range() const
 {
     if (m_count == 0) {

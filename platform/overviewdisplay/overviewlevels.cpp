@@ -15,13 +15,10 @@ constexpr quint32 pieceBins = OverviewLine::mostBins;
 // A sample that lies on the edge of what was asked for may be the one before it, at the lowest sample rates too.
 constexpr quint64 edge = 1'000'000; // microseconds
 
-// Times are cut to microseconds, so those of two answers differ a little where samples lie closer; and lines begin with
-// a sample, so those of a part may begin one sample beside those of the whole, at either end.
-quint64 roundingAt(double span)
-{
-    constexpr double most = 1e6; // microseconds
-    return 2 + (span > 0 ? static_cast<quint64>(std::min(2e6 / span, most)) : 0);
-}
+constexpr quint64 microsecondsPerSecond = 1'000'000;
+
+// Times are cut to microseconds, so those of two answers differ a little where samples lie closer.
+constexpr quint64 rounding = 2; // microseconds
 
 quint64 distance(quint64 a, quint64 b)
 {
@@ -64,7 +61,7 @@ bool OverviewLevels::take(const OverviewPiece& piece)
         return false;
     }
     const int number = static_cast<int>(piece.line) + std::max(m_part.first, 0);
-    const std::optional<quint64> when = fittingTime(number, piece.time);
+    const std::optional<quint64> when = fittingTime(number, piece);
     if (!when) {
         return false;
     }
@@ -103,20 +100,28 @@ bool OverviewLevels::isOfLine(const Line& line, const OverviewPiece& piece) cons
     return line.pieces.none() || line.band == band;
 }
 
-std::optional<quint64> OverviewLevels::fittingTime(int line, quint64 time) const
+std::optional<quint64> OverviewLevels::fittingTime(int line, const OverviewPiece& piece) const
 {
     if (m_wish.start >= m_wish.stop) {
         return std::nullopt;
     }
-    const quint64 rounding = roundingAt(m_band.span);
-    const std::optional<quint64> inside = between(time, m_wish.start, m_wish.stop, edge);
+    const std::optional<quint64> inside = between(piece.time, m_wish.start, m_wish.stop, edge);
     const auto behind = m_times.lower_bound(line);
     if (!inside || behind == m_times.end() || behind->first != line) {
         const quint64 lowest = behind == m_times.begin() ? m_wish.start : std::prev(behind)->second;
         const quint64 highest = behind == m_times.end() ? m_wish.stop : behind->second;
         return inside ? between(*inside, lowest, highest, rounding) : std::nullopt;
     }
-    return between(*inside, behind->second, behind->second, rounding);
+    return between(*inside, behind->second, behind->second, rounding + cutDifference(piece));
+}
+
+// Lines are cut between samples, and those of a part are cut anew: a sample or two beside where the whole was cut.
+quint64 OverviewLevels::cutDifference(const OverviewPiece& piece) const
+{
+    constexpr quint64 samples = 2 * microsecondsPerSecond;
+    const quint64 spans = piece.binCount < m_wish.fftLength ? 2 : 1; // in the sample rate: real samples have two
+    const quint64 rate = std::min(piece.span, microsecondsPerSecond) * spans;
+    return rate == 0 ? 0 : (samples + rate - 1) / rate;
 }
 
 void OverviewLevels::takeShape(const OverviewPiece& piece)

@@ -107,7 +107,8 @@ private:
 
     bool hasShape(const ZelkoCommon::OverviewPiece& piece) const;
     bool isOfLine(const Line& line, const ZelkoCommon::OverviewPiece& piece) const;
-    std::optional<quint64> fittingTime(int line, quint64 time) const;
+    std::optional<quint64> fittingTime(int line, const ZelkoCommon::OverviewPiece& piece) const;
+    quint64 cutDifference(const ZelkoCommon::OverviewPiece& piece) const;
     void takeShape(const ZelkoCommon::OverviewPiece& piece);
     void fill(Line& line, const ZelkoCommon::OverviewPiece& piece);
     void layInBand(Line& line) const;

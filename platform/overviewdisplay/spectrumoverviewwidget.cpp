@@ -221,12 +221,7 @@ void SpectrumOverviewWidget::Private::emptied()
 
 void SpectrumOverviewWidget::Private::linesArrived(int first, int last)
 {
-    const OverviewLevels& all = session.loader().levels();
-    for (int line = first; line <= last; ++line) {
-        if (const qint16* const numbers = all.levels(line)) {
-            levels.add(numbers, all.binCount());
-        }
-    }
+    levels.addLines(session.loader().levels(), first, last);
     view->linesArrived(first, last);
     showLevels();
     updateActions();

@@ -1,6 +1,8 @@
 #include <overviewdisplay/automaticlevels_p.h>
 #include <overviewdisplay/overviewlevels.h>
 
+#include "overviewpieces.h"
+
 #include <QtTest>
 
 using SPECTRUM_OVERVIEW::AutomaticLevels;
@@ -31,6 +33,7 @@ private Q_SLOTS:
     void isFromTheNoiseToTheSignal();
     void aBurstInOneBinOfALongLineCounts();
     void whatHasNotArrivedDoesNotCount();
+    void aLineCountsOnce();
     void staysTheSameForLevelsThatAreAlike();
 };
 
@@ -78,6 +81,28 @@ void AutomaticLevelsTest::whatHasNotArrivedDoesNotCount()
     std::fill(line.begin(), line.begin() + 100, qint16{-5'050});
     add(levels, line);
     QCOMPARE(text(levels.range()), "-75 to -45");
+}
+
+// One in twenty lines is not the noise, however often it is among those that have arrived; a repaired one counts too.
+void AutomaticLevelsTest::aLineCountsOnce()
+{
+    const SPECTRUM_OVERVIEW::OverviewWish wish{1'000'000, 21'000'000, 20, 64, ZelkoDataTypes::eFFT_Window::Hann};
+    OverviewLevels lines;
+    lines.begin(wish);
+    AutomaticLevels levels;
+    levels.addLines(lines, 0, 19);
+    for (int line = 0; line < 19; ++line) {
+        ZelkoCommon::OverviewPiece piece = ZelkoTest::AnswerPieces{wish}.piece(line);
+        piece.levels.fill(line == 0 ? -10'050 : -5'050);
+        QVERIFY(lines.take(piece));
+        levels.addLines(lines, -1, line + 1);
+    }
+    QCOMPARE(text(levels.range()), "-75 to -45");
+    ZelkoCommon::OverviewPiece repaired = ZelkoTest::AnswerPieces{wish}.piece(19);
+    repaired.levels.fill(-2'050);
+    QVERIFY(lines.take(repaired));
+    levels.addLines(lines, 0, 20);
+    QCOMPARE(text(levels.range()), "-55 to -15");
 }
 
 void AutomaticLevelsTest::staysTheSameForLevelsThatAreAlike()

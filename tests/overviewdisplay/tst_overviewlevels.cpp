@@ -53,6 +53,26 @@ void takeAllBut(OverviewLevels& levels, const AnswerPieces& answer, const QList<
     }
 }
 
+// The answer of a recorder that has a sample at the begin of all: lines are cut between samples.
+struct SampledAnswer
+{
+    OverviewWish wish;
+    quint32 bins;
+    quint64 rate; // samples a second
+
+    quint64 sampleAt(quint64 time) const { return ((time - begin) * rate + second / 2) / second; }
+
+    OverviewPiece piece(int line, int number) const
+    {
+        const quint64 span = bins < wish.fftLength ? rate / 2 : rate;
+        OverviewPiece piece = AnswerPieces{wish, bins, 7, 100'000'000, span}.piece(line, number);
+        const quint64 first = sampleAt(wish.start);
+        const quint64 sample = first + (sampleAt(wish.stop) - first) * quint64(line) / wish.lineCount;
+        piece.time = begin + sample * second / rate;
+        return piece;
+    }
+};
+
 QString text(const std::vector<LineRange>& ranges)
 {
     QStringList texts;
@@ -104,7 +124,8 @@ private Q_SLOTS:
     void missingLinesAreRanges_data();
     void missingLinesAreRanges();
     void aPartBringsWhatIsMissing();
-    void aPartMayBeginASampleBeside();
+    void aPartCompletesHalfALine_data();
+    void aPartCompletesHalfALine();
     void aPartIsAskedForFromTheLineBefore();
     void aPartOfAnotherShapeIsRefused();
     void partsOutsideOfTheLinesAreNone();
@@ -477,25 +498,38 @@ void OverviewLevelsTest::aPartBringsWhatIsMissing()
     compareWhole(levels, answer);
 }
 
-// A line of which a piece has come begins one sample later in the answer for the part.
-void OverviewLevelsTest::aPartMayBeginASampleBeside()
+void OverviewLevelsTest::aPartCompletesHalfALine_data()
 {
-    constexpr quint64 sampleRate = 48'000;
-    constexpr quint64 sample = 1'000'000 / sampleRate;
-    const AnswerPieces answer{tenLines, tenLines.fftLength, 7, 100'000'000, sampleRate};
+    QTest::addColumn<quint32>("bins");
+    QTest::addColumn<quint64>("rate");
+    for (const quint64 rate :
+         std::initializer_list<quint64>{8'000, 44'100, 48'000, 250'000, 500'000, 700'000, 1'000'000, 2'400'000}) {
+        QTest::addRow("I and Q at %llu Hz", rate) << 2048u << rate;
+        QTest::addRow("real samples at %llu Hz", rate) << 1024u << rate;
+    }
+}
+
+void OverviewLevelsTest::aPartCompletesHalfALine()
+{
+    QFETCH(quint32, bins);
+    QFETCH(quint64, rate);
+    const OverviewWish wish{begin, begin + 3 * minute, 698, 2048, eFFT_Window::Hann};
     OverviewLevels levels;
-    levels.begin(tenLines);
-    takeAllBut(levels, answer, {4});
-    QVERIFY(levels.take(answer.piece(4, 0)));
-    levels.beginPart({3, 4});
-    OverviewPiece piece =
-        AnswerPieces{levels.partWish({3, 4}), tenLines.fftLength, 7, 100'000'000, sampleRate}.piece(1, 1);
-    piece.time = answer.time(4) + 10 * sample;
-    QVERIFY(!levels.take(piece));
-    piece.time = answer.time(4) + sample;
-    QVERIFY(levels.take(piece));
-    QVERIFY(levels.isComplete(4));
-    QCOMPARE(levels.time(4), answer.time(4));
+    levels.begin(wish);
+    const SampledAnswer whole{wish, bins, rate};
+    for (int line = 0; line < 698; ++line) {
+        QVERIFY(levels.take(whole.piece(line, 0)));
+    }
+    for (int line = 0; line < 698; ++line) {
+        const LineRange part = levels.partAround({line, line});
+        levels.beginPart(part);
+        const SampledAnswer again{levels.partWish(part), bins, rate};
+        for (int number = 1; number < int(bins / 512); ++number) {
+            QVERIFY2(levels.take(again.piece(line - part.first, number)), qPrintable(QString::number(line)));
+        }
+        QVERIFY(levels.isComplete(line));
+    }
+    QVERIFY(levels.isWhole());
 }
 
 void OverviewLevelsTest::aPartIsAskedForFromTheLineBefore()
