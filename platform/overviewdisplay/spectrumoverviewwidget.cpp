@@ -375,10 +375,13 @@ SpectrumOverviewWidget::SpectrumOverviewWidget(const QString& cfgPath, QWidget* 
     d->begin();
 }
 
+// A box in which a level stands half typed takes it when it is hidden, which QWidget would do when all here is gone.
 SpectrumOverviewWidget::~SpectrumOverviewWidget()
 {
+    const QByteArray geometry = saveGeometry();
+    hide();
     OverviewSettings settings = d->settingsBar->settings();
-    settings.geometry = saveGeometry();
+    settings.geometry = geometry;
     settings.write(d->cfgPath);
     d->view->setLevels(nullptr);
 }

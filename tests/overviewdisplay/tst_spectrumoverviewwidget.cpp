@@ -50,6 +50,8 @@ private Q_SLOTS:
     void levelsAreFoundAutomatically();
     void levelsAreChosen();
     void oneLevelPushesTheOther();
+    void aLevelThatIsTypedHalfIsTakenWhenTheWindowGoes();
+    void noMnemonicStandsTwice();
     void settingsOutliveTheWindow();
     void badSettingsFallBack();
     void closingEndsTheStream();
@@ -381,6 +383,35 @@ void SpectrumOverviewWidgetTest::oneLevelPushesTheOther()
     type(lowest, "100");
     QCOMPARE(lowest->value(), 99);
     QCOMPARE(highest->value(), 100);
+}
+
+// A box takes what was typed when it is hidden, which the end of the window does too.
+void SpectrumOverviewWidgetTest::aLevelThatIsTypedHalfIsTakenWhenTheWindowGoes()
+{
+    site().showRecord();
+    QTest::keyClick(site().widget().findChild<QCheckBox*>("AutomaticLevelsBox"), Qt::Key_Space);
+    auto* const lowest = site().widget().findChild<QSpinBox*>("LowestLevelBox");
+    lowest->selectAll();
+    QTest::keyClicks(lowest, "-8");
+    QCOMPARE(lowest->value(), -120);
+    site().close();
+    site().configuration.readAgain();
+    site().open();
+    QCOMPARE(site().widget().findChild<QSpinBox*>("LowestLevelBox")->value(), -8);
+}
+
+void SpectrumOverviewWidgetTest::noMnemonicStandsTwice()
+{
+    QStringList keys;
+    for (const QLabel* const label : site().widget().findChildren<QLabel*>()) {
+        keys << (label->buddy() ? QKeySequence::mnemonic(label->text()).toString() : QString());
+    }
+    for (const QCheckBox* const box : site().widget().findChildren<QCheckBox*>()) {
+        keys << QKeySequence::mnemonic(box->text()).toString();
+    }
+    keys.removeAll(QString());
+    QCOMPARE(keys.size(), 6);
+    QCOMPARE(QSet<QString>(keys.begin(), keys.end()).size(), keys.size());
 }
 
 void SpectrumOverviewWidgetTest::settingsOutliveTheWindow()
