@@ -53,8 +53,8 @@ void OverviewSession::setRecord(const QString& deviceID, const QString& recordID
     m_deviceID = deviceID;
     m_address = address;
     m_extent = {};
-    m_isInterrupted = false;
     m_isGrowing = false;
+    m_wasAway = false;
     m_hasResynced = false;
     m_loader.clear();
     m_record.follow(recordID, model);
@@ -123,7 +123,7 @@ void OverviewSession::look()
         break;
     case State::None:
     case State::Gone:
-        m_isInterrupted = m_isInterrupted || m_loader.isLoading();
+        m_wasAway = true;
         m_loader.end();
         break;
     }
@@ -136,11 +136,12 @@ void OverviewSession::lookAtFacts()
         m_singleShot(ResyncDelay, this, [this, number = m_recordNumber] { resync(number); });
     }
     if (!isUsable()) {
+        m_wasAway = true;
         return;
     }
     takeExtent(facts().extent);
-    if (std::exchange(m_isInterrupted, false)) {
-        schedule(AskDelay);
+    if (std::exchange(m_wasAway, false)) {
+        show(m_range); // with the settings that were chosen meanwhile
     }
 }
 

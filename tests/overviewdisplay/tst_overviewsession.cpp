@@ -49,6 +49,9 @@ private Q_SLOTS:
     void otherRecordsAreNoneOfItsBusiness();
     void aRecordThatIsGoneLeavesItsPicture();
     void aRecordThatComesBackGoesOn();
+    void anotherFftIsAskedForWhenTheRecordIsBack();
+    void anAskThatTheRecordWentBeforeIsMadeWhenItIsBack();
+    void aRecordThatWasSilentIsAskedAgainWhenItIsBack();
     void aRecordThatWentWhileItsLinesCameIsAskedForAgain();
     void aListThatGoesLeavesThePicture();
     void aRecordThatIsNotInTheListYetIsWaitedFor();
@@ -218,6 +221,53 @@ void OverviewSessionTest::aRecordThatIsGoneLeavesItsPicture()
     site().timer.advance(10 * growth);
     QCOMPARE(site().enabledActions(), QStringList{"SavePicture"});
     QCOMPARE(site().asks.size(), 1u);
+    const TimeRange zoomed = site().view().timeRange();
+    QVERIFY(zoomed.stop - zoomed.start < stop - start);
+    site().records.store(OverviewWindow::makeIndexed());
+    QCOMPARE(site().view().timeRange(), zoomed);
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE((TimeRange{site().lastAsk().wish.start, site().lastAsk().wish.stop}), zoomed);
+}
+
+void OverviewSessionTest::anotherFftIsAskedForWhenTheRecordIsBack()
+{
+    site().showWhole();
+    site().records.replaceAll({});
+    QTest::keyClick(&site().box("FftLengthBox"), Qt::Key_Up);
+    site().ask();
+    QCOMPARE(site().asks.size(), 1u);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE(site().lastAsk().wish.fftLength, 512u);
+}
+
+void OverviewSessionTest::anAskThatTheRecordWentBeforeIsMadeWhenItIsBack()
+{
+    site().showWhole();
+    QTest::keyClick(&site().view(), Qt::Key_Plus);
+    site().records.replaceAll({});
+    site().ask();
+    QCOMPARE(site().asks.size(), 1u);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE(site().lastAsk().wish.start, site().view().timeRange().start);
+}
+
+void OverviewSessionTest::aRecordThatWasSilentIsAskedAgainWhenItIsBack()
+{
+    site().showRecord();
+    site().timer.advance(std::chrono::minutes(10));
+    QVERIFY(!site().progress().isVisible());
+    const std::size_t asks = site().asks.size();
+    site().records.replaceAll({});
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), asks + 1);
+    site().answer();
+    QTRY_COMPARE_WITH_TIMEOUT(site().status(), "5 lines, each of 18 s", patience);
 }
 
 void OverviewSessionTest::aRecordThatComesBackGoesOn()
