@@ -55,6 +55,13 @@ void askText(QWidget* window, const QString& title, const QString& label, const 
     dialog->open();
 }
 
+void closeTextQuestions(QWidget& window)
+{
+    for (QInputDialog* const dialog : window.findChildren<QInputDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+        dialog->close();
+    }
+}
+
 void askPictureFile(QWidget* window, const QString& folder, const QString& proposal,
                     const std::function<void(const QString& fileName)>& taken)
 {

@@ -59,6 +59,7 @@ struct SpectrumOverviewWidget::Private
     void begin();
 
     void recordChanged();
+    void cutSelection();
     void showRange();
     void emptied();
     void linesArrived(int first, int last);
@@ -73,6 +74,7 @@ struct SpectrumOverviewWidget::Private
     void zoomOut();
     std::optional<BookmarkEntry> bookmarkAtCursor() const;
     bool canSetBookmarks() const { return session.isUsable() && !areBookmarksSent; }
+    bool canSetBookmark(quint64 time) const { return canSetBookmarks() && session.facts().has(time); }
     void askBookmark(quint64 time);
     void removeBookmark();
     void send(const Bookmarks& bookmarks);
@@ -188,10 +190,23 @@ void SpectrumOverviewWidget::Private::recordChanged()
         bookmarks.clear();
         view->clearSelection();
     }
+    cutSelection();
     view->setBookmarks(bookmarks);
     view->setEmptyText(session.problem());
     showTitle();
     updateActions();
+}
+
+// What a record does not have any more cannot be copied out of it.
+void SpectrumOverviewWidget::Private::cutSelection()
+{
+    const auto selection = view->selection();
+    if (!selection || !session.isUsable() || session.facts().has(*selection)) {
+        return;
+    }
+    const TimeRange extent = session.facts().extent;
+    view->clearSelection();
+    view->setSelection(std::max(selection->start, extent.start), std::min(selection->stop, extent.stop));
 }
 
 void SpectrumOverviewWidget::Private::showTitle()
@@ -250,12 +265,13 @@ void SpectrumOverviewWidget::Private::showLevels()
 void SpectrumOverviewWidget::Private::updateActions()
 {
     const bool isUsable = session.isUsable();
+    const auto cursor = view->cursor();
     const bool hasSelection = isUsable && view->selection();
     const bool hasPicture = session.loader().levels().completeLines() > 0;
     actions->zoomIn->setEnabled(hasSelection);
     actions->zoomOut->setEnabled(isUsable && !session.isWhole());
     actions->whole->setEnabled(isUsable && !session.isWhole());
-    actions->addBookmark->setEnabled(canSetBookmarks() && view->cursor());
+    actions->addBookmark->setEnabled(cursor && canSetBookmark(cursor->time));
     actions->removeBookmark->setEnabled(canSetBookmarks() && bookmarkAtCursor());
     actions->copyRange->setEnabled(hasSelection && session.facts().canBeCopied);
     actions->savePicture->setEnabled(hasPicture);
@@ -302,9 +318,9 @@ std::optional<BookmarkEntry> SpectrumOverviewWidget::Private::bookmarkAtCursor()
 // The record may have changed, or gone, when the user is done with the question.
 void SpectrumOverviewWidget::Private::askBookmark(quint64 time)
 {
-    if (canSetBookmarks()) {
+    if (canSetBookmark(time)) {
         askText(q, tr("New Bookmark"), tr("Text of the bookmark:"), QString(), [this, time](const QString& text) {
-            if (canSetBookmarks()) {
+            if (canSetBookmark(time)) {
                 send(withBookmark(bookmarks, time, text));
             }
         });
@@ -344,7 +360,7 @@ void SpectrumOverviewWidget::Private::askCopy()
     }
     askText(q, tr("Copy Range"), tr("Name of the new record:"), session.facts().name,
             [this, range = *selection](const QString& name) {
-                if (session.isUsable()) {
+                if (session.isUsable() && session.facts().has(range)) {
                     Q_EMIT q->si_copyRecord(session.record().recordID(), range.start, range.stop, name, deviceID);
                 }
             });
@@ -398,9 +414,11 @@ bool SpectrumOverviewWidget::eventFilter(QObject* watched, QEvent* event)
 void SpectrumOverviewWidget::setRecord(const QString& deviceID, const QString& recordID,
                                        ZelkoCommon::AbstractRecordListModel* model, const QString& ipAddress)
 {
+    closeTextQuestions(*this);
     d->deviceID = deviceID;
     d->areBookmarksSent = false;
     d->view->clearSelection();
+    d->view->removeCursor();
     d->session.setRecord(deviceID, recordID, model, ipAddress);
 }
 

@@ -1,5 +1,6 @@
 #include "overviewwindow.h"
 
+#include <QApplication>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -44,6 +45,8 @@ private Q_SLOTS:
     void growthWaitsForTheAnswerBefore();
     void aZoomStaysWhereItIsWhenTheRecordGrows();
     void aZoomIsCutWhenTheRecordShrinks();
+    void aSelectionIsCutWhenTheRecordShrinks();
+    void noBookmarkIsSetBehindARecordThatShrank();
     void aDeletedRecordLeavesNothing();
     void aDeletedRecordDoesNotComeBack();
     void otherRecordsAreNoneOfItsBusiness();
@@ -171,6 +174,34 @@ void OverviewSessionTest::aZoomIsCutWhenTheRecordShrinks()
     site().ask();
     QCOMPARE(site().asks.size(), asks + 1);
     QCOMPARE(site().lastAsk().wish.stop, start + 50 * second);
+}
+
+void OverviewSessionTest::aSelectionIsCutWhenTheRecordShrinks()
+{
+    site().showWhole();
+    site().select(0.3, 0.7);
+    const auto before = site().view().selection();
+    QVERIFY(before && before->stop > start + 50 * second);
+    site().records.store(longer(10));
+    QCOMPARE(site().view().selection(), before);
+    site().records.store(longer(-40));
+    QCOMPARE(site().view().selection(), std::optional(TimeRange{before->start, stop - 40 * second}));
+    QVERIFY(site().action("ActionCopyRange").isEnabled());
+    site().records.store(longer(-70));
+    QVERIFY(!site().view().selection());
+    QVERIFY(!site().action("ActionCopyRange").isEnabled());
+}
+
+void OverviewSessionTest::noBookmarkIsSetBehindARecordThatShrank()
+{
+    site().showWhole();
+    site().point(0.8);
+    QVERIFY(site().action("ActionAddBookmark").isEnabled());
+    site().records.store(longer(-40));
+    QVERIFY(!site().action("ActionAddBookmark").isEnabled());
+    QTest::keyClick(&site().view(), Qt::Key_Insert);
+    letTurnsPass();
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void OverviewSessionTest::aDeletedRecordLeavesNothing()

@@ -474,10 +474,15 @@ void SpectrumOverviewWidgetTest::anotherRecordTakesItsPlace()
 {
     site().showWhole();
     site().select(0.3, 0.7);
+    site().point(0.5);
+    QVERIFY(site().action("ActionAddBookmark").isEnabled());
     site().records.store(OverviewWindow::makeIndexed("R2", stop + 60 * second));
     site().widget().setRecord(OverviewWindow::device, "R2", &site().records, OverviewWindow::address);
     QCOMPARE(site().widget().windowTitle(), "Spectrum Overview: name of R2");
     QVERIFY(!site().view().selection());
+    QVERIFY(!site().view().cursor());
+    QCOMPARE(site().label("CursorLabel"), QString());
+    QVERIFY(!site().action("ActionAddBookmark").isEnabled());
     QVERIFY(!site().action("ActionSavePicture").isEnabled());
     site().ask();
     QCOMPARE(site().lastAsk().record, "R2");
