@@ -6,7 +6,6 @@
 
 #include <QElapsedTimer>
 #include <QPointer>
-#include <QTimer>
 
 #include <optional>
 #include <utility>
@@ -23,11 +22,6 @@ constexpr std::size_t sliceStep = 32;
 
 // The gaps that random losses leave are too many to be asked for one by one.
 constexpr int mostRanges = 4;
-
-void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
-{
-    QTimer::singleShot(delay, context, call);
-}
 
 } // namespace
 
@@ -54,7 +48,7 @@ struct OverviewLoader::Private
     State outcome() const;
 
     OverviewLoader* const owner;
-    SingleShot singleShot = callLater;
+    SingleShot singleShot = Vorn::callLater;
     Recorder recorder;
     OverviewLevels levels;
     State state = State::Idle;

@@ -3,11 +3,12 @@
 #include <overviewdisplay/overviewdisplay_export.h>
 #include <overviewdisplay/overviewlevels.h>
 
+#include <observerbase/singleshot.h>
+
 #include <QObject>
 #include <QString>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 
 namespace SPECTRUM_OVERVIEW {
@@ -49,9 +50,7 @@ public:
     /// How long lines that overtook one another are waited for behind the last one.
     static constexpr std::chrono::milliseconds Stragglers{500};
 
-    /// Calls `call` once, `delay` from now, on the GUI thread; not if `context` is gone by then.
-    using SingleShot =
-        std::function<void(std::chrono::milliseconds delay, QObject* context, std::function<void()> call)>;
+    using SingleShot = Vorn::SingleShot;
 
     explicit OverviewLoader(QObject* parent = nullptr);
     ~OverviewLoader() override;

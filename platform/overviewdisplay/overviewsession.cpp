@@ -1,7 +1,5 @@
 #include "overviewsession_p.h"
 
-#include <QTimer>
-
 #include <utility>
 
 namespace SPECTRUM_OVERVIEW {
@@ -14,16 +12,11 @@ namespace {
 // Fewer lines more than that are not worth to ask for all of them again.
 constexpr double worthwhile = 1.25;
 
-void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
-{
-    QTimer::singleShot(delay, context, call);
-}
-
 } // namespace
 
 OverviewSession::OverviewSession(QObject* parent)
     : QObject(parent)
-    , m_singleShot(callLater)
+    , m_singleShot(Vorn::callLater)
 {
     connectParts();
 }

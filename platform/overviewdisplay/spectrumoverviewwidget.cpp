@@ -14,7 +14,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QPointer>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <QtMath>
 
@@ -34,11 +33,6 @@ constexpr std::chrono::milliseconds unlockDelay{2000};
 
 // A bookmark is at the cursor if it is not further away than so many parts of what is shown.
 constexpr quint64 cursorReach = 50;
-
-void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
-{
-    QTimer::singleShot(delay, context, call);
-}
 
 // A window's title has a place holder, which a name must not bring in.
 QString titleText(QString name)
@@ -91,7 +85,7 @@ struct SpectrumOverviewWidget::Private
     OverviewSettingsBar* const settingsBar;
     WaterfallView* const view;
     OverviewStatus* const status;
-    OverviewLoader::SingleShot singleShot = callLater;
+    OverviewLoader::SingleShot singleShot = Vorn::callLater;
     Bookmarks bookmarks; // as they are drawn
     int sendings = 0;    // number of the last one, so that older ones unlock nothing
     bool areBookmarksSent = false;
