@@ -47,6 +47,11 @@ public:
     static constexpr int MostAsks = 16;
     static constexpr int MostFruitlessAsks = 3;
 
+    /// So long the recorder is left alone after an answer that broke off, before it is asked again; each further time
+    /// it is twice as long. It serves a few at once, and may have ended this stream for that of another window.
+    static constexpr std::chrono::milliseconds FirstPause{2000};
+    static constexpr std::chrono::milliseconds LongestPause{32000};
+
     /// How long lines that overtook one another are waited for behind the last one.
     static constexpr std::chrono::milliseconds Stragglers{500};
 
