@@ -9,7 +9,8 @@ class QWidget;
 namespace ZelkoConsole {
 
 /// The windows on a record that are open beside a window of the console: those that its controller keeps in front of
-/// it, for comments, bookmarks and copies, and the spectrum overviews, which are nobody's children. GUI thread.
+/// it, for comments, bookmarks and copies, and the spectrum overviews. These are nobody's children, so all of the
+/// process are taken for its own: a program has one window of the console. GUI thread.
 class OpenRecordWindows : public QObject
 {
     Q_OBJECT

@@ -33,6 +33,12 @@ struct OverviewFacts
 
     Lack lack() const;
 
+    /// Whether it lies in the record.
+    bool has(quint64 time) const { return extent.start <= time && time < extent.stop; }
+
+    /// Whether all of it does.
+    bool has(const TimeRange& range) const { return extent.start <= range.start && range.stop <= extent.stop; }
+
     /// Samples in a range of time.
     double samplesIn(const TimeRange& range) const;
 

@@ -6,8 +6,8 @@
 
 #include <QElapsedTimer>
 #include <QPointer>
-#include <QTimer>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -24,11 +24,6 @@ constexpr std::size_t sliceStep = 32;
 // The gaps that random losses leave are too many to be asked for one by one.
 constexpr int mostRanges = 4;
 
-void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
-{
-    QTimer::singleShot(delay, context, call);
-}
-
 } // namespace
 
 struct OverviewLoader::Private
@@ -43,18 +38,21 @@ struct OverviewLoader::Private
     void ask(const OverviewWish& wish);
     void watch(std::chrono::milliseconds delay, int number, void (Private::*then)());
     void look();
+    void pauseEnded();
     void takeSlice();
     void takeSome(const std::vector<OverviewPiece>& pieces);
     void take(const OverviewPiece& piece);
     void tellArrived();
     bool isAnswered() const;
+    int fruitlessSoFar() const;
+    bool isOver() const;
     void answerEnded();
     void askForMissing();
     void giveUp();
     State outcome() const;
 
     OverviewLoader* const owner;
-    SingleShot singleShot = callLater;
+    SingleShot singleShot = Vorn::callLater;
     Recorder recorder;
     OverviewLevels levels;
     State state = State::Idle;
@@ -63,9 +61,10 @@ struct OverviewLoader::Private
     std::optional<LineRange> arrived;
     int presentAsk = 0;    // its number, so that timers of others are known
     int asks = 0;          // for this wish
-    int fruitlessAsks = 0; // the last ones
+    int fruitlessAsks = 0; // the last ones before this
     int linesBefore = 0;   // that were complete when it was asked
     bool hasHeard = false; // since the last look
+    std::chrono::milliseconds nextPause = FirstPause;
     ZelkoCommon::WakeUp wakeUp;
     std::unique_ptr<OverviewStream> stream; // goes first, as it calls the above
 };
@@ -98,6 +97,7 @@ void OverviewLoader::begin(const Recorder& recorder, const OverviewWish& wish)
     d->recorder = recorder;
     d->asks = 0;
     d->fruitlessAsks = 0;
+    d->nextPause = FirstPause;
     d->missing.clear();
     d->levels.begin(wish);
     d->stream.reset();
@@ -180,6 +180,19 @@ void OverviewLoader::Private::look()
 {
     if (std::exchange(hasHeard, false)) {
         watch(recorder.patience, presentAsk, &Private::look);
+    } else if (isOver()) {
+        giveUp();
+    } else {
+        watch(nextPause, presentAsk, &Private::pauseEnded);
+        nextPause = std::min(2 * nextPause, LongestPause);
+    }
+}
+
+// What is late is heard as long as nothing else is asked for.
+void OverviewLoader::Private::pauseEnded()
+{
+    if (hasHeard) {
+        look();
     } else {
         answerEnded();
     }
@@ -252,12 +265,22 @@ bool OverviewLoader::Private::isAnswered() const
     return true;
 }
 
+int OverviewLoader::Private::fruitlessSoFar() const
+{
+    return levels.completeLines() > linesBefore ? 0 : fruitlessAsks + 1;
+}
+
+bool OverviewLoader::Private::isOver() const
+{
+    return levels.isWhole() || fruitlessSoFar() >= MostFruitlessAsks || asks >= MostAsks;
+}
+
 void OverviewLoader::Private::answerEnded()
 {
-    fruitlessAsks = levels.completeLines() > linesBefore ? 0 : fruitlessAsks + 1;
-    if (levels.isWhole() || fruitlessAsks >= MostFruitlessAsks || asks >= MostAsks) {
+    if (isOver()) {
         giveUp();
     } else {
+        fruitlessAsks = fruitlessSoFar();
         askForMissing();
     }
 }

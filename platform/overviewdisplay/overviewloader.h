@@ -3,11 +3,12 @@
 #include <overviewdisplay/overviewdisplay_export.h>
 #include <overviewdisplay/overviewlevels.h>
 
+#include <observerbase/singleshot.h>
+
 #include <QObject>
 #include <QString>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 
 namespace SPECTRUM_OVERVIEW {
@@ -46,12 +47,15 @@ public:
     static constexpr int MostAsks = 16;
     static constexpr int MostFruitlessAsks = 3;
 
+    /// So long the recorder is left alone after an answer that broke off, before it is asked again; each further time
+    /// it is twice as long. It serves a few at once, and may have ended this stream for that of another window.
+    static constexpr std::chrono::milliseconds FirstPause{2000};
+    static constexpr std::chrono::milliseconds LongestPause{32000};
+
     /// How long lines that overtook one another are waited for behind the last one.
     static constexpr std::chrono::milliseconds Stragglers{500};
 
-    /// Calls `call` once, `delay` from now, on the GUI thread; not if `context` is gone by then.
-    using SingleShot =
-        std::function<void(std::chrono::milliseconds delay, QObject* context, std::function<void()> call)>;
+    using SingleShot = Vorn::SingleShot;
 
     explicit OverviewLoader(QObject* parent = nullptr);
     ~OverviewLoader() override;

@@ -15,15 +15,22 @@ namespace SPECTRUM_OVERVIEW {
 
 namespace {
 
-constexpr qsizetype longestName = 100;
+// File systems take 255 bytes, which the suffix and that of the temporary file have their part of.
+constexpr qsizetype longestName = 240;
 
 // Names of records may hold anything; those of files may not.
 QString fileNameFrom(const QString& text)
 {
     QString name;
-    for (const QChar character : text.left(longestName)) {
+    qsizetype bytes = 0;
+    for (const QChar character : text) {
         const bool isPlain = character.isLetterOrNumber() || QStringLiteral(" -_.").contains(character);
-        name.append(isPlain ? character : QLatin1Char('_'));
+        const QChar taken = isPlain ? character : QLatin1Char('_');
+        bytes += QString(taken).toUtf8().size();
+        if (bytes > longestName) {
+            break;
+        }
+        name.append(taken);
     }
     name = name.trimmed();
     return name.isEmpty() || name.startsWith(QLatin1Char('.')) ? QStringLiteral("overview") : name;
@@ -53,6 +60,13 @@ void askText(QWidget* window, const QString& title, const QString& label, const 
     dialog->setTextValue(proposal);
     QObject::connect(dialog, &QInputDialog::textValueSelected, window, taken);
     dialog->open();
+}
+
+void closeTextQuestions(QWidget& window)
+{
+    for (QInputDialog* const dialog : window.findChildren<QInputDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+        dialog->close();
+    }
 }
 
 void askPictureFile(QWidget* window, const QString& folder, const QString& proposal,

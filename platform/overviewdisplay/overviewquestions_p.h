@@ -14,7 +14,10 @@ namespace SPECTRUM_OVERVIEW {
 void askText(QWidget* window, const QString& title, const QString& label, const QString& proposal,
              const std::function<void(const QString& text)>& taken);
 
-/// The same for a file to save a PNG picture in; whether it may replace another one is asked as well. `proposal` is a
+/// Takes back those that a window has asked for a text, as if the user had.
+void closeTextQuestions(QWidget& window);
+
+/// Asks for a file to save a PNG picture in; whether it may replace another one is asked as well. `proposal` is a
 /// name for people, or empty; `folder` where to begin, empty: wherever the user keeps pictures.
 void askPictureFile(QWidget* window, const QString& folder, const QString& proposal,
                     const std::function<void(const QString& fileName)>& taken);

@@ -1,7 +1,5 @@
 #include "overviewsession_p.h"
 
-#include <QTimer>
-
 #include <utility>
 
 namespace SPECTRUM_OVERVIEW {
@@ -14,16 +12,11 @@ namespace {
 // Fewer lines more than that are not worth to ask for all of them again.
 constexpr double worthwhile = 1.25;
 
-void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
-{
-    QTimer::singleShot(delay, context, call);
-}
-
 } // namespace
 
 OverviewSession::OverviewSession(QObject* parent)
     : QObject(parent)
-    , m_singleShot(callLater)
+    , m_singleShot(Vorn::callLater)
 {
     connectParts();
 }
@@ -53,8 +46,8 @@ void OverviewSession::setRecord(const QString& deviceID, const QString& recordID
     m_deviceID = deviceID;
     m_address = address;
     m_extent = {};
-    m_isInterrupted = false;
     m_isGrowing = false;
+    m_wasAway = false;
     m_hasResynced = false;
     m_loader.clear();
     m_record.follow(recordID, model);
@@ -123,7 +116,7 @@ void OverviewSession::look()
         break;
     case State::None:
     case State::Gone:
-        m_isInterrupted = m_isInterrupted || m_loader.isLoading();
+        m_wasAway = true;
         m_loader.end();
         break;
     }
@@ -136,11 +129,12 @@ void OverviewSession::lookAtFacts()
         m_singleShot(ResyncDelay, this, [this, number = m_recordNumber] { resync(number); });
     }
     if (!isUsable()) {
+        m_wasAway = true;
         return;
     }
     takeExtent(facts().extent);
-    if (std::exchange(m_isInterrupted, false)) {
-        schedule(AskDelay);
+    if (std::exchange(m_wasAway, false)) {
+        show(m_range); // with the settings that were chosen meanwhile
     }
 }
 

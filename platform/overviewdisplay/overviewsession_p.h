@@ -102,9 +102,9 @@ private:
     int m_recordNumber = 0; // counts the records that were set
     int m_scheduled = 0;    // number of the last wish that waits, so that those before it are forgotten
     bool m_isWhole = true;
-    bool m_isTooShort = false;    // the range, for the length of the spectra
-    bool m_isInterrupted = false; // the record went while its lines came
+    bool m_isTooShort = false; // the range, for the length of the spectra
     bool m_isGrowing = false;
+    bool m_wasAway = false; // the record could not be worked with, and nothing that was wanted was asked for
     bool m_hasResynced = false;
 };
 

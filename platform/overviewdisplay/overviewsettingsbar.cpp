@@ -53,7 +53,7 @@ OverviewSettingsBar::OverviewSettingsBar(QWidget* parent)
     , m_lineCount(addBox("LineCountBox", tr("L&ines:"), tr("Lines that the recorder sends of what is shown")))
     , m_automatic(addSwitch("AutomaticLevelsBox", tr("A&utomatic levels"),
                             tr("Colours from the noise to the strongest signal")))
-    , m_lowest(addLevel("LowestLevelBox", tr("Lo&west level:")))
+    , m_lowest(addLevel("LowestLevelBox", tr("Lowes&t level:")))
     , m_highest(addLevel("HighestLevelBox", tr("Hi&ghest level:")))
 {
     setObjectName(QStringLiteral("SettingsBar"));

@@ -39,7 +39,8 @@ QString loaderText(const OverviewLoader& loader)
             .arg(levels.lineCount() - levels.completeLines())
             .arg(levels.lineCount());
     case State::Silent:
-        return OverviewStatus::tr("The recorder has sent nothing. \"Ask Again\" asks it once more.");
+        return OverviewStatus::tr(
+            "The recorder has sent nothing: it may be busy, or refuse. \"Ask Again\" asks it once more.");
     case State::NoPort:
         return OverviewStatus::tr("This computer has no port to receive spectra at.");
     }

@@ -14,7 +14,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QPointer>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <QtMath>
 
@@ -35,11 +34,6 @@ constexpr std::chrono::milliseconds unlockDelay{2000};
 // A bookmark is at the cursor if it is not further away than so many parts of what is shown.
 constexpr quint64 cursorReach = 50;
 
-void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
-{
-    QTimer::singleShot(delay, context, call);
-}
-
 // A window's title has a place holder, which a name must not bring in.
 QString titleText(QString name)
 {
@@ -59,6 +53,7 @@ struct SpectrumOverviewWidget::Private
     void begin();
 
     void recordChanged();
+    void cutSelection();
     void showRange();
     void emptied();
     void linesArrived(int first, int last);
@@ -73,6 +68,7 @@ struct SpectrumOverviewWidget::Private
     void zoomOut();
     std::optional<BookmarkEntry> bookmarkAtCursor() const;
     bool canSetBookmarks() const { return session.isUsable() && !areBookmarksSent; }
+    bool canSetBookmark(quint64 time) const { return canSetBookmarks() && session.facts().has(time); }
     void askBookmark(quint64 time);
     void removeBookmark();
     void send(const Bookmarks& bookmarks);
@@ -89,7 +85,7 @@ struct SpectrumOverviewWidget::Private
     OverviewSettingsBar* const settingsBar;
     WaterfallView* const view;
     OverviewStatus* const status;
-    OverviewLoader::SingleShot singleShot = callLater;
+    OverviewLoader::SingleShot singleShot = Vorn::callLater;
     Bookmarks bookmarks; // as they are drawn
     int sendings = 0;    // number of the last one, so that older ones unlock nothing
     bool areBookmarksSent = false;
@@ -188,9 +184,22 @@ void SpectrumOverviewWidget::Private::recordChanged()
         bookmarks.clear();
         view->clearSelection();
     }
+    cutSelection();
     view->setBookmarks(bookmarks);
     showTitle();
     updateActions();
+}
+
+// What a record does not have any more cannot be copied out of it.
+void SpectrumOverviewWidget::Private::cutSelection()
+{
+    const auto selection = view->selection();
+    if (!selection || !session.isUsable() || session.facts().has(*selection)) {
+        return;
+    }
+    const TimeRange extent = session.facts().extent;
+    view->clearSelection();
+    view->setSelection(std::max(selection->start, extent.start), std::min(selection->stop, extent.stop));
 }
 
 void SpectrumOverviewWidget::Private::showTitle()
@@ -244,12 +253,13 @@ void SpectrumOverviewWidget::Private::showLevels()
 void SpectrumOverviewWidget::Private::updateActions()
 {
     const bool isUsable = session.isUsable();
+    const auto cursor = view->cursor();
     const bool hasSelection = isUsable && view->selection();
     const bool hasPicture = session.loader().levels().completeLines() > 0;
     actions->zoomIn->setEnabled(hasSelection);
     actions->zoomOut->setEnabled(isUsable && !session.isWhole());
     actions->whole->setEnabled(isUsable && !session.isWhole());
-    actions->addBookmark->setEnabled(canSetBookmarks() && view->cursor());
+    actions->addBookmark->setEnabled(cursor && canSetBookmark(cursor->time));
     actions->removeBookmark->setEnabled(canSetBookmarks() && bookmarkAtCursor());
     actions->copyRange->setEnabled(hasSelection && session.facts().canBeCopied);
     actions->savePicture->setEnabled(hasPicture);
@@ -297,9 +307,9 @@ std::optional<BookmarkEntry> SpectrumOverviewWidget::Private::bookmarkAtCursor()
 // The record may have changed, or gone, when the user is done with the question.
 void SpectrumOverviewWidget::Private::askBookmark(quint64 time)
 {
-    if (canSetBookmarks()) {
+    if (canSetBookmark(time)) {
         askText(q, tr("New Bookmark"), tr("Text of the bookmark:"), QString(), [this, time](const QString& text) {
-            if (canSetBookmarks()) {
+            if (canSetBookmark(time)) {
                 send(withBookmark(bookmarks, time, text));
             }
         });
@@ -339,7 +349,7 @@ void SpectrumOverviewWidget::Private::askCopy()
     }
     askText(q, tr("Copy Range"), tr("Name of the new record:"), session.facts().name,
             [this, range = *selection](const QString& name) {
-                if (session.isUsable()) {
+                if (session.isUsable() && session.facts().has(range)) {
                     Q_EMIT q->si_copyRecord(session.record().recordID(), range.start, range.stop, name, deviceID);
                 }
             });
@@ -370,10 +380,13 @@ SpectrumOverviewWidget::SpectrumOverviewWidget(const QString& cfgPath, QWidget* 
     d->begin();
 }
 
+// A box in which a level stands half typed takes it when it is hidden, which QWidget would do when all here is gone.
 SpectrumOverviewWidget::~SpectrumOverviewWidget()
 {
+    const QByteArray geometry = saveGeometry();
+    hide();
     OverviewSettings settings = d->settingsBar->settings();
-    settings.geometry = saveGeometry();
+    settings.geometry = geometry;
     settings.write(d->cfgPath);
     d->view->setLevels(nullptr);
 }
@@ -390,9 +403,11 @@ bool SpectrumOverviewWidget::eventFilter(QObject* watched, QEvent* event)
 void SpectrumOverviewWidget::setRecord(const QString& deviceID, const QString& recordID,
                                        ZelkoCommon::AbstractRecordListModel* model, const QString& ipAddress)
 {
+    closeTextQuestions(*this);
     d->deviceID = deviceID;
     d->areBookmarksSent = false;
     d->view->clearSelection();
+    d->view->removeCursor();
     d->session.setRecord(deviceID, recordID, model, ipAddress);
 }
 

@@ -25,6 +25,9 @@ namespace SPECTRUM_OVERVIEW {
 /// or its list goes the picture stays until it comes back. For a record that was deleted there is nothing to be seen
 /// any more.
 ///
+/// It knows no users: it offers to set bookmarks and to copy to whoever has it before him. An application whose users
+/// may not all do that closes it before another one comes.
+///
 /// Its settings outlive it in the user's configuration: what the spectra are made of, the levels of the colours, the
 /// place of the window and the folder of saved pictures. GUI thread.
 class OVERVIEWDISPLAY_EXPORT SpectrumOverviewWidget : public QWidget

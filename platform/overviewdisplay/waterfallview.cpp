@@ -104,6 +104,11 @@ std::optional<TimeRange> WaterfallView::selection() const
     return m_scene->selection().range();
 }
 
+void WaterfallView::removeCursor()
+{
+    m_scene->removeCursor();
+}
+
 std::optional<WaterfallCursor> WaterfallView::cursor() const
 {
     return m_scene->cursor();

@@ -96,6 +96,8 @@ public:
     void clearSelection();
     std::optional<TimeRange> selection() const;
 
+    /// Until the mouse or a key brings it back.
+    void removeCursor();
     std::optional<WaterfallCursor> cursor() const;
 
     /// Date, time, frequency and level of the cursor; empty without one.

@@ -303,8 +303,11 @@ void TestConsoleRecordWindows::leavesToAViewerOnlyToLook()
         m_console->open(flag);
         QVERIFY2(m_console->opened(flag), name);
     }
+    const QPointer<QWidget> overview = m_console->openOverview();
+    QVERIFY(overview);
     m_console->become(0);
     QTRY_COMPARE_WITH_TIMEOUT(m_console->user.name(), u"viewer"_s, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!overview, patience);
     QTRY_VERIFY_WITH_TIMEOUT(m_console->controller().isConnected() && m_console->rowOf(record) >= 0, patience);
     operatorhands::clickRow(m_console->table(), m_console->rowOf(record));
     const QStringList chosen{record};
@@ -314,6 +317,8 @@ void TestConsoleRecordWindows::leavesToAViewerOnlyToLook()
         m_console->open(flag);
         QVERIFY2(!m_console->opened(flag), name);
     }
+    QVERIFY(!m_console->action(Controller::UserActionOverview).isEnabled());
+    QVERIFY(!m_console->openOverview());
     m_console->become(1);
     QTRY_VERIFY_WITH_TIMEOUT(m_console->action(Controller::UserActionEdit).isEnabled(), patience);
     QCOMPARE(refused.size(), 0);

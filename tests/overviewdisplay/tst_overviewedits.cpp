@@ -76,6 +76,8 @@ private Q_SLOTS:
     void rawStreamsAreNotCopied();
     void anAnswerAfterTheRecordWentDoesNothing_data();
     void anAnswerAfterTheRecordWentDoesNothing();
+    void aQuestionGoesWithItsRecord_data();
+    void aQuestionGoesWithItsRecord();
     void aQuestionGoesWithItsWindow();
     void thePictureIsSaved();
     void aPictureThatCannotBeSavedIsTold();
@@ -280,22 +282,54 @@ void OverviewEditsTest::rawStreamsAreNotCopied()
 void OverviewEditsTest::anAnswerAfterTheRecordWentDoesNothing_data()
 {
     QTest::addColumn<QString>("action");
-    QTest::newRow("a bookmark") << "ActionAddBookmark";
-    QTest::newRow("a copy") << "ActionCopyRange";
+    QTest::addColumn<bool>("isDeleted");
+    QTest::newRow("a bookmark in a deleted record") << "ActionAddBookmark" << true;
+    QTest::newRow("a bookmark behind the record") << "ActionAddBookmark" << false;
+    QTest::newRow("a copy of a deleted record") << "ActionCopyRange" << true;
+    QTest::newRow("a copy of more than the record") << "ActionCopyRange" << false;
 }
 
 void OverviewEditsTest::anAnswerAfterTheRecordWentDoesNothing()
 {
     QFETCH(QString, action);
+    QFETCH(bool, isDeleted);
     show({});
     site().select(0.3, 0.7);
     site().point(0.5);
     QSignalSpy copied(&widget(), &SpectrumOverviewWidget::si_copyRecord);
-    const auto answer = [this](QWidget* window) {
-        site().records.drop(recordID);
+    const auto answer = [this, isDeleted](QWidget* window) {
+        if (isDeleted) {
+            site().records.drop(recordID);
+        } else {
+            site().records.store(OverviewWindow::makeIndexed(recordID, start + 40 * second));
+        }
         answers::type(QStringLiteral("late"))(window);
     };
     answering(answer, [&] { site().click(action.toLatin1().constData()); });
+    QCOMPARE(m_lists->size(), 0);
+    QCOMPARE(copied.size(), 0);
+}
+
+void OverviewEditsTest::aQuestionGoesWithItsRecord_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::newRow("of a bookmark") << "ActionAddBookmark";
+    QTest::newRow("of a copy") << "ActionCopyRange";
+}
+
+void OverviewEditsTest::aQuestionGoesWithItsRecord()
+{
+    QFETCH(QString, action);
+    show({});
+    site().select(0.3, 0.7);
+    QSignalSpy copied(&widget(), &SpectrumOverviewWidget::si_copyRecord);
+    site().click(action.toLatin1().constData());
+    QPointer<QWidget> question;
+    QTRY_VERIFY_WITH_TIMEOUT((question = QApplication::activeModalWidget()), patience);
+    site().records.store(OverviewWindow::makeIndexed("R2"));
+    widget().setRecord(device, "R2", &site().records, OverviewWindow::address);
+    QVERIFY(!QApplication::activeModalWidget());
+    QTRY_VERIFY_WITH_TIMEOUT(!question, patience);
     QCOMPARE(m_lists->size(), 0);
     QCOMPARE(copied.size(), 0);
 }

@@ -17,6 +17,7 @@ using State = OverviewLoader::State;
 namespace {
 
 constexpr std::chrono::milliseconds silence{5000};
+constexpr std::chrono::milliseconds firstPause{2000};
 const OverviewWish tenLines{1'700'000'000'000'000, 1'700'000'060'000'000, 10, 64, eFFT_Window::Hann};
 const OverviewLoader::Recorder recorder{QStringLiteral("127.0.0.1"), 7, silence};
 
@@ -46,6 +47,9 @@ private Q_SLOTS:
     void randomGapsAreAFewAsks();
     void slowLinesAreWaitedFor();
     void nobodyAnswers();
+    void aStreamThatBreaksOffIsAskedForLaterAndLater();
+    void whatComesInAPauseIsTaken();
+    void aStreamThatGoesOnInAPauseIsWaitedFor();
     void gapsThatAreNeverFilledAreLeft();
     void asksAreBounded();
     void beginningAgainForgetsTheFirst();
@@ -182,7 +186,7 @@ void OverviewLoaderTest::theEndIsAskedForAfterASilence()
     awaitLines(7);
     m_timer.advance(silence); // there was something since it was asked
     QCOMPARE(m_asks.size(), 1u);
-    m_timer.advance(silence);
+    m_timer.advance(silence + firstPause);
     QCOMPARE(m_asks.size(), 2u);
     QCOMPARE(lastAsk().wish, loader().levels().partWish({6, 9}));
     answer();
@@ -232,11 +236,62 @@ void OverviewLoaderTest::nobodyAnswers()
         QCOMPARE(lastAsk().wish, tenLines);
         QCOMPARE(loader().state(), State::Waiting);
         m_timer.advance(silence);
+        if (ask < OverviewLoader::MostFruitlessAsks) {
+            QCOMPARE(m_asks.size(), std::size_t(ask)); // it may be busy
+            m_timer.advance(ask * firstPause);
+        }
     }
     QCOMPARE(loader().state(), State::Silent);
     QCOMPARE(m_asks.size(), std::size_t(OverviewLoader::MostFruitlessAsks));
     m_timer.advance(10 * silence);
     QCOMPARE(m_asks.size(), std::size_t(OverviewLoader::MostFruitlessAsks));
+}
+
+// A recorder that serves too many ends the oldest stream for a new one. If each of them were asked for again at once
+// they would end one another for good.
+void OverviewLoaderTest::aStreamThatBreaksOffIsAskedForLaterAndLater()
+{
+    begin();
+    std::size_t asks = 0;
+    for (const int seconds : {2, 4, 8, 16, 32, 32}) {
+        ++asks;
+        QCOMPARE(m_asks.size(), asks);
+        m_peer->sendLine(lastAsk().wish, lastAsk().port, asks == 1 ? 0 : 1); // behind the one before what is missing
+        awaitLines(int(asks));
+        m_timer.advance(2 * silence + std::chrono::milliseconds(1000 * seconds - 1));
+        QCOMPARE(m_asks.size(), asks);
+        QVERIFY(loader().isLoading());
+        m_timer.advance(std::chrono::milliseconds(1));
+    }
+    QCOMPARE(m_asks.size(), asks + 1);
+    begin(); // another wish has its own pauses
+    m_timer.advance(silence + firstPause);
+    QCOMPARE(m_asks.size(), asks + 3);
+}
+
+void OverviewLoaderTest::whatComesInAPauseIsTaken()
+{
+    begin();
+    m_timer.advance(silence);
+    answer();
+    awaitLines(10);
+    QCOMPARE(loader().state(), State::Complete);
+    m_timer.advance(10 * silence);
+    QCOMPARE(m_asks.size(), 1u);
+}
+
+void OverviewLoaderTest::aStreamThatGoesOnInAPauseIsWaitedFor()
+{
+    begin();
+    m_timer.advance(silence);
+    m_peer->sendLine(tenLines, lastAsk().port, 0);
+    awaitLines(1);
+    m_timer.advance(firstPause + silence);
+    QCOMPARE(m_asks.size(), 1u);
+    answer();
+    awaitLines(10);
+    QCOMPARE(loader().state(), State::Complete);
+    QCOMPARE(m_asks.size(), 1u);
 }
 
 void OverviewLoaderTest::gapsThatAreNeverFilledAreLeft()
@@ -249,6 +304,7 @@ void OverviewLoaderTest::gapsThatAreNeverFilledAreLeft()
         QVERIFY(loader().isLoading());
         QCOMPARE(m_asks.size(), std::size_t(2 + ask));
         m_timer.advance(silence);
+        m_timer.advance((1 + ask) * firstPause);
     }
     QCOMPARE(loader().state(), State::Incomplete);
     QCOMPARE(loader().levels().completeLines(), 9);

@@ -62,7 +62,9 @@ void OverviewQuestionsTest::namesOfRecordsBecomeNamesOfFiles_data()
     QTest::newRow("nothing") << QString() << "overview.png";
     QTest::newRow("blanks") << "   "
                             << "overview.png";
-    QTest::newRow("long") << QString(10'000, u'x') << QString(100, u'x') + ".png";
+    QTest::newRow("long") << QString(10'000, u'x') << QString(240, u'x') + ".png";
+    QTest::newRow("long in letters of three bytes") << QString(100, u'録') << QString(80, u'録') + ".png";
+    QTest::newRow("a letter across the end") << QString(119, u'é') + "x録" << QString(119, u'é') + "x.png";
 }
 
 void OverviewQuestionsTest::namesOfRecordsBecomeNamesOfFiles()
@@ -77,6 +79,9 @@ void OverviewQuestionsTest::namesOfRecordsBecomeNamesOfFiles()
     askPictureFile(&window, m_folder.path(), name, [](const QString&) { QFAIL("nothing was chosen"); });
     QTRY_VERIFY_WITH_TIMEOUT(answer.wasGiven(), patience);
     QTEST(offered, "fileName");
+    QImage picture(20, 10, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QCOMPARE(savePicture(picture, m_folder.filePath(offered)), QString());
 }
 
 void OverviewQuestionsTest::theLastFolderIsOffered()

@@ -1,5 +1,6 @@
 #include "overviewwindow.h"
 
+#include <QApplication>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -44,11 +45,16 @@ private Q_SLOTS:
     void growthWaitsForTheAnswerBefore();
     void aZoomStaysWhereItIsWhenTheRecordGrows();
     void aZoomIsCutWhenTheRecordShrinks();
+    void aSelectionIsCutWhenTheRecordShrinks();
+    void noBookmarkIsSetBehindARecordThatShrank();
     void aDeletedRecordLeavesNothing();
     void aDeletedRecordDoesNotComeBack();
     void otherRecordsAreNoneOfItsBusiness();
     void aRecordThatIsGoneLeavesItsPicture();
     void aRecordThatComesBackGoesOn();
+    void anotherFftIsAskedForWhenTheRecordIsBack();
+    void anAskThatTheRecordWentBeforeIsMadeWhenItIsBack();
+    void aRecordThatWasSilentIsAskedAgainWhenItIsBack();
     void aRecordThatWentWhileItsLinesCameIsAskedForAgain();
     void aListThatGoesLeavesThePicture();
     void aRecordThatIsNotInTheListYetIsWaitedFor();
@@ -170,6 +176,34 @@ void OverviewSessionTest::aZoomIsCutWhenTheRecordShrinks()
     QCOMPARE(site().lastAsk().wish.stop, start + 50 * second);
 }
 
+void OverviewSessionTest::aSelectionIsCutWhenTheRecordShrinks()
+{
+    site().showWhole();
+    site().select(0.3, 0.7);
+    const auto before = site().view().selection();
+    QVERIFY(before && before->stop > start + 50 * second);
+    site().records.store(longer(10));
+    QCOMPARE(site().view().selection(), before);
+    site().records.store(longer(-40));
+    QCOMPARE(site().view().selection(), std::optional(TimeRange{before->start, stop - 40 * second}));
+    QVERIFY(site().action("ActionCopyRange").isEnabled());
+    site().records.store(longer(-70));
+    QVERIFY(!site().view().selection());
+    QVERIFY(!site().action("ActionCopyRange").isEnabled());
+}
+
+void OverviewSessionTest::noBookmarkIsSetBehindARecordThatShrank()
+{
+    site().showWhole();
+    site().point(0.8);
+    QVERIFY(site().action("ActionAddBookmark").isEnabled());
+    site().records.store(longer(-40));
+    QVERIFY(!site().action("ActionAddBookmark").isEnabled());
+    QTest::keyClick(&site().view(), Qt::Key_Insert);
+    letTurnsPass();
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
 void OverviewSessionTest::aDeletedRecordLeavesNothing()
 {
     site().showWhole();
@@ -218,6 +252,53 @@ void OverviewSessionTest::aRecordThatIsGoneLeavesItsPicture()
     site().timer.advance(10 * growth);
     QCOMPARE(site().enabledActions(), QStringList{"SavePicture"});
     QCOMPARE(site().asks.size(), 1u);
+    const TimeRange zoomed = site().view().timeRange();
+    QVERIFY(zoomed.stop - zoomed.start < stop - start);
+    site().records.store(OverviewWindow::makeIndexed());
+    QCOMPARE(site().view().timeRange(), zoomed);
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE((TimeRange{site().lastAsk().wish.start, site().lastAsk().wish.stop}), zoomed);
+}
+
+void OverviewSessionTest::anotherFftIsAskedForWhenTheRecordIsBack()
+{
+    site().showWhole();
+    site().records.replaceAll({});
+    QTest::keyClick(&site().box("FftLengthBox"), Qt::Key_Up);
+    site().ask();
+    QCOMPARE(site().asks.size(), 1u);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE(site().lastAsk().wish.fftLength, 512u);
+}
+
+void OverviewSessionTest::anAskThatTheRecordWentBeforeIsMadeWhenItIsBack()
+{
+    site().showWhole();
+    QTest::keyClick(&site().view(), Qt::Key_Plus);
+    site().records.replaceAll({});
+    site().ask();
+    QCOMPARE(site().asks.size(), 1u);
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), 2u);
+    QCOMPARE(site().lastAsk().wish.start, site().view().timeRange().start);
+}
+
+void OverviewSessionTest::aRecordThatWasSilentIsAskedAgainWhenItIsBack()
+{
+    site().showRecord();
+    site().timer.advance(std::chrono::minutes(10));
+    QVERIFY(!site().progress().isVisible());
+    const std::size_t asks = site().asks.size();
+    site().records.replaceAll({});
+    site().records.store(OverviewWindow::makeIndexed());
+    site().ask();
+    QCOMPARE(site().asks.size(), asks + 1);
+    site().answer();
+    QTRY_COMPARE_WITH_TIMEOUT(site().status(), "5 lines, each of 18 s", patience);
 }
 
 void OverviewSessionTest::aRecordThatComesBackGoesOn()

@@ -18,6 +18,7 @@ constexpr quint64 start = OverviewWindow::start;
 constexpr quint64 second = OverviewWindow::second;
 constexpr quint64 stop = OverviewWindow::stop;
 constexpr std::chrono::milliseconds silence = OverviewLoader::Silence + std::chrono::seconds(1);
+constexpr std::chrono::milliseconds manySilences = 10 * silence; // more than are waited for
 
 } // namespace
 
@@ -50,6 +51,8 @@ private Q_SLOTS:
     void levelsAreFoundAutomatically();
     void levelsAreChosen();
     void oneLevelPushesTheOther();
+    void aLevelThatIsTypedHalfIsTakenWhenTheWindowGoes();
+    void noMnemonicStandsTwice();
     void settingsOutliveTheWindow();
     void badSettingsFallBack();
     void closingEndsTheStream();
@@ -148,8 +151,9 @@ void SpectrumOverviewWidgetTest::whatIsMissingIsAskedForAgain()
 void SpectrumOverviewWidgetTest::saysThatNothingComes()
 {
     site().showRecord();
-    site().timer.advance(OverviewLoader::MostFruitlessAsks * silence);
-    QCOMPARE(site().status(), "The recorder has sent nothing. \"Ask Again\" asks it once more.");
+    site().timer.advance(manySilences);
+    QCOMPARE(site().status(),
+             "The recorder has sent nothing: it may be busy, or refuse. \"Ask Again\" asks it once more.");
     QVERIFY(!site().progress().isVisible());
     const std::size_t asks = site().asks.size();
     site().click("ActionAskAgain");
@@ -163,7 +167,7 @@ void SpectrumOverviewWidgetTest::saysThatLinesAreMissing()
     site().showRecord();
     site().answer({0, 2});
     QTRY_COMPARE_WITH_TIMEOUT(site().status(), "3 of 5 lines", patience);
-    site().timer.advance((OverviewLoader::MostFruitlessAsks + 2) * silence);
+    site().timer.advance(manySilences);
     QCOMPARE(site().status(), "2 of 5 lines have not come. \"Ask Again\" asks for all of them once more.");
     QTest::keyClick(&site().widget(), Qt::Key_F5);
     QCOMPARE(site().lastAsk().wish.lineCount, 5u);
@@ -383,6 +387,35 @@ void SpectrumOverviewWidgetTest::oneLevelPushesTheOther()
     QCOMPARE(highest->value(), 100);
 }
 
+// A box takes what was typed when it is hidden, which the end of the window does too.
+void SpectrumOverviewWidgetTest::aLevelThatIsTypedHalfIsTakenWhenTheWindowGoes()
+{
+    site().showRecord();
+    QTest::keyClick(site().widget().findChild<QCheckBox*>("AutomaticLevelsBox"), Qt::Key_Space);
+    auto* const lowest = site().widget().findChild<QSpinBox*>("LowestLevelBox");
+    lowest->selectAll();
+    QTest::keyClicks(lowest, "-8");
+    QCOMPARE(lowest->value(), -120);
+    site().close();
+    site().configuration.readAgain();
+    site().open();
+    QCOMPARE(site().widget().findChild<QSpinBox*>("LowestLevelBox")->value(), -8);
+}
+
+void SpectrumOverviewWidgetTest::noMnemonicStandsTwice()
+{
+    QStringList keys;
+    for (const QLabel* const label : site().widget().findChildren<QLabel*>()) {
+        keys << (label->buddy() ? QKeySequence::mnemonic(label->text()).toString() : QString());
+    }
+    for (const QCheckBox* const box : site().widget().findChildren<QCheckBox*>()) {
+        keys << QKeySequence::mnemonic(box->text()).toString();
+    }
+    keys.removeAll(QString());
+    QCOMPARE(keys.size(), 6);
+    QCOMPARE(QSet<QString>(keys.begin(), keys.end()).size(), keys.size());
+}
+
 void SpectrumOverviewWidgetTest::settingsOutliveTheWindow()
 {
     site().showRecord();
@@ -443,10 +476,15 @@ void SpectrumOverviewWidgetTest::anotherRecordTakesItsPlace()
 {
     site().showWhole();
     site().select(0.3, 0.7);
+    site().point(0.5);
+    QVERIFY(site().action("ActionAddBookmark").isEnabled());
     site().records.store(OverviewWindow::makeIndexed("R2", stop + 60 * second));
     site().widget().setRecord(OverviewWindow::device, "R2", &site().records, OverviewWindow::address);
     QCOMPARE(site().widget().windowTitle(), "Spectrum Overview: name of R2");
     QVERIFY(!site().view().selection());
+    QVERIFY(!site().view().cursor());
+    QCOMPARE(site().label("CursorLabel"), QString());
+    QVERIFY(!site().action("ActionAddBookmark").isEnabled());
     QVERIFY(!site().action("ActionSavePicture").isEnabled());
     site().ask();
     QCOMPARE(site().lastAsk().record, "R2");

@@ -12,20 +12,9 @@
 #include <zelkoguibase/bookmarks/bookmarkmodelconnector.h>
 #include <zelkoguibase/recordlist/followrecords_p.h>
 
-#include <QTimer>
-
 namespace ZelkoGUI {
 
 using ZelkoCommon::AbstractRecordListModel;
-
-namespace {
-
-void callLater(std::chrono::milliseconds delay, QObject* context, const std::function<void()>& call)
-{
-    QTimer::singleShot(delay, context, call);
-}
-
-} // namespace
 
 struct BookmarkModel::Private
 {
@@ -63,7 +52,7 @@ struct BookmarkModel::Private
     BookmarkList list;
     enSynchState state = SynchNoRecord;
     quint64 newBookmarkTime = 0;
-    SingleShot singleShot = callLater;
+    SingleShot singleShot = Vorn::callLater;
     bool isResetting = false;
     bool isHeaderDue = false; // once the reset has ended
     std::unique_ptr<BookmarkModelConnector> connector;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <observerbase/singleshot.h>
 #include <zelkobase/data/bookmarkentry.h>
 #include <zelkoguibase/zelkoguibase_export.h>
 
@@ -8,7 +9,6 @@
 #include <QVector>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 
 class VCReplayBar;
@@ -61,9 +61,7 @@ public:
     /// How long a list that was sent, or a record that was set with `delayed`, keeps the model locked.
     static constexpr std::chrono::milliseconds UnlockDelay{2000};
 
-    /// Calls `call` once, `delay` from now, on the GUI thread; not if `context` is gone by then.
-    using SingleShot =
-        std::function<void(std::chrono::milliseconds delay, QObject* context, std::function<void()> call)>;
+    using SingleShot = Vorn::SingleShot;
 
     explicit BookmarkModel(bool readOnly, QObject* parent = nullptr);
     ~BookmarkModel() override;
