@@ -56,10 +56,14 @@ double carriers(double time, double place)
 } // namespace
 
 PaintedSpectra::PaintedSpectra(double seconds, int lines, int bins)
+    : PaintedSpectra(OverviewWish{begin, begin + static_cast<quint64>(seconds * static_cast<double>(second)),
+                                  static_cast<quint32>(lines), static_cast<quint32>(bins),
+                                  ZelkoDataTypes::eFFT_Window::Hann})
+{}
+
+PaintedSpectra::PaintedSpectra(const OverviewWish& wish)
 {
-    m_levels.begin(OverviewWish{begin, begin + static_cast<quint64>(seconds * static_cast<double>(second)),
-                                static_cast<quint32>(lines), static_cast<quint32>(bins),
-                                ZelkoDataTypes::eFFT_Window::Hann});
+    m_levels.begin(wish);
 }
 
 void PaintedSpectra::setCentre(quint64 centre, quint64 span)

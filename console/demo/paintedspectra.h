@@ -17,6 +17,9 @@ public:
     /// `seconds` of recording in so many lines.
     explicit PaintedSpectra(double seconds = 600, int lines = 900, int bins = 1024);
 
+    /// What a recorder answers to this wish.
+    explicit PaintedSpectra(const SPECTRUM_OVERVIEW::OverviewWish& wish);
+
     /// 0: frequencies count from the centre, or are not known at all.
     void setCentre(quint64 centre, quint64 span = 2'400'000);
 

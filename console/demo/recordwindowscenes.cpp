@@ -1,4 +1,5 @@
 #include <console/demo/paintedbar.h>
+#include <console/demo/paintedrecords.h>
 #include <console/demo/scenepainter.h>
 #include <console/demo/scenes.h>
 #include <console/demo/windowscene.h>
@@ -7,14 +8,11 @@
 #include <console/records/recordpane.h>
 #include <console/window/consolewindow.h>
 
-#include <valuecore/tree.h>
 #include <vornappstartup/cfgcenter.h>
-#include <zelkobase/maps/recorditemmap.h>
 #include <zelkoguibase/bookmarks/bookmarkmodel.h>
 #include <zelkoguibase/controller/zelkoserverguicontroller.h>
 #include <zelkoguibase/editrecord/editrecorddialog.h>
 #include <zelkoguibase/history/historydialog.h>
-#include <zelkoguibase/recordlist/recorditemmapmodel.h>
 
 #include <QApplication>
 #include <QHeaderView>
@@ -24,12 +22,10 @@
 namespace ZelkoConsole {
 namespace {
 
-using zelko::recordmap::RecordItemMap;
 using ZelkoGUI::EditRecordDialog;
 using ZelkoGUI::HistoryDialog;
 using Record = ZELKO_XML::ZELKO_RecordData;
 
-constexpr auto branch = QLatin1String("/Painted");
 constexpr auto ordinary = QLatin1String("R");
 constexpr auto empty = QLatin1String("E");
 constexpr auto overlong = QLatin1String("L");
@@ -68,50 +64,34 @@ private:
     const QTemporaryDir m_folder;
 };
 
-/// The records of a device: an ordinary one of an hour, one with nothing in it, and one whose texts are too long.
-class PaintedRecords
+void store(PaintedRecords& records, const QString& id, const QString& name,
+           const QVector<ZELKO_XML::HistoryEntry>& comments, const QVector<ZELKO_XML::BookmarkEntry>& bookmarks)
 {
-public:
-    PaintedRecords()
-    {
-        m_model.connect(branch + QStringLiteral("/Map"));
-        store(ordinary, QStringLiteral("Airport tower"),
-              {comment(62, QStringLiteral("Second voice from minute 41 on")),
-               comment(95, QStringLiteral("Heard again by the night shift, see the log of the 5th of May")),
-               comment(240, QStringLiteral("To be kept"))},
-              {mark(6, QStringLiteral("Tower")), mark(14, QStringLiteral("Answer")),
-               mark(41, QStringLiteral("Ground, second voice"))});
-        store(empty, QString(), {}, {});
-        const QString text = QStringLiteral("a text that goes on and on ").repeated(20);
-        store(overlong, text, {comment(62, text)}, {mark(6, text), mark(14, QStringLiteral("Answer"))});
-    }
-    ~PaintedRecords() { Tree::Instance()->Remove(branch); }
-    PaintedRecords(const PaintedRecords&) = delete;
-    PaintedRecords& operator=(const PaintedRecords&) = delete;
+    auto record = std::make_shared<Record>();
+    record->SetRecordID(id);
+    record->SetRecordName(name);
+    record->SetStartTime(momentAt(0));
+    record->SetStopTime(momentAt(id == empty ? 0 : 60));
+    record->SetStopPosition(id == empty ? 0 : 1'200'000'000);
+    record->SetRecordStatus(Record::RecordStatus::Finished);
+    record->SetHistoryEntry(comments);
+    record->SetBookmarkEntry(bookmarks);
+    records.store(record);
+}
 
-    ZelkoGUI::RecordItemMapModel* model() { return &m_model; }
-    void remove(const QString& id) { m_map.EraseAt(id, nullptr); }
-
-private:
-    void store(const QString& id, const QString& name, const QVector<ZELKO_XML::HistoryEntry>& comments,
-               const QVector<ZELKO_XML::BookmarkEntry>& bookmarks)
-    {
-        auto record = std::make_shared<Record>();
-        record->SetRecordID(id);
-        record->SetRecordName(name);
-        record->SetStartTime(momentAt(0));
-        record->SetStopTime(momentAt(id == empty ? 0 : 60));
-        record->SetStopPosition(id == empty ? 0 : 1'200'000'000);
-        record->SetRecordStatus(Record::RecordStatus::Finished);
-        record->SetHistoryEntry(comments);
-        record->SetBookmarkEntry(bookmarks);
-        m_map.Add(zelko::recordmap::RecordMapData(record), nullptr);
-    }
-
-    RecordItemMap& m_map =
-        *Tree::Instance()->Emplace(branch, std::make_unique<RecordItemMap>(QStringLiteral("Map"), TValueState::Open));
-    ZelkoGUI::RecordItemMapModel m_model{nullptr};
-};
+// An ordinary one of an hour, one with nothing in it, and one whose texts are too long.
+void fill(PaintedRecords& records)
+{
+    store(records, ordinary, QStringLiteral("Airport tower"),
+          {comment(62, QStringLiteral("Second voice from minute 41 on")),
+           comment(95, QStringLiteral("Heard again by the night shift, see the log of the 5th of May")),
+           comment(240, QStringLiteral("To be kept"))},
+          {mark(6, QStringLiteral("Tower")), mark(14, QStringLiteral("Answer")),
+           mark(41, QStringLiteral("Ground, second voice"))});
+    store(records, empty, QString(), {}, {});
+    const QString text = QStringLiteral("a text that goes on and on ").repeated(20);
+    store(records, overlong, text, {comment(62, text)}, {mark(6, text), mark(14, QStringLiteral("Answer"))});
+}
 
 // With a comment that is being deleted, and one that was typed and not sent.
 void paintHistoryInUse(ScenePainter& painter, HistoryDialog& dialog)
@@ -125,6 +105,7 @@ void paintHistoryInUse(ScenePainter& painter, HistoryDialog& dialog)
 void paintHistory(ScenePainter& painter)
 {
     PaintedRecords records;
+    fill(records);
     HistoryDialog dialog;
     dialog.show();
     painter.paint(dialog, "history-without-a-record");
@@ -142,6 +123,7 @@ void paintHistory(ScenePainter& painter)
 void paintEdit(ScenePainter& painter, int options, const char* scene)
 {
     PaintedRecords records;
+    fill(records);
     EditRecordDialog dialog(EditRecordDialog::Options(QFlag(options)), nullptr);
     const auto paint = [&](const QString& id, const char* state) {
         dialog.setRecord(id, records.model(), false, QString());
@@ -159,6 +141,7 @@ void paintEdit(ScenePainter& painter, int options, const char* scene)
 void paintEditInUse(ScenePainter& painter)
 {
     PaintedRecords records;
+    fill(records);
     EditRecordDialog dialog(EditRecordDialog::Options(QFlag(255)), nullptr);
     dialog.show();
     dialog.setRecord(ordinary, records.model(), false, QString());
@@ -207,6 +190,7 @@ void paintRecordWindowScenes(ScenePainter& painter)
     paintEdit(painter, 255, "edit-record");
     paintEditInUse(painter);
     paintWaterfallScenes(painter);
+    paintOverviewScenes(painter);
     WindowScene scene;
     paintOfConsole(painter, scene);
 }

@@ -55,4 +55,7 @@ void paintRecordWindowScenes(ScenePainter& painter);
 /// The spectra of a recording: in use, as they arrive, of a moment and of days.
 void paintWaterfallScenes(ScenePainter& painter);
 
+/// The window of an overview: in use, as lines arrive, without any, and the question that it asks.
+void paintOverviewScenes(ScenePainter& painter);
+
 } // namespace ZelkoConsole

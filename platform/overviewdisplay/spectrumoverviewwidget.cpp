@@ -210,7 +210,11 @@ void SpectrumOverviewWidget::Private::showTitle()
 
 void SpectrumOverviewWidget::Private::showRange()
 {
-    view->setTimeRange(session.range().start, session.range().stop);
+    if (session.range() == TimeRange()) {
+        view->clearTimeRange();
+    } else {
+        view->setTimeRange(session.range().start, session.range().stop);
+    }
     updateActions();
 }
 

@@ -26,6 +26,28 @@ constexpr double stepsPerView = 8; // of Shift with the wheel
 constexpr double halfView = 0.5;
 constexpr double doubleClickZoom = 4;
 
+// Where an arrow key points to.
+std::optional<QPoint> directionOf(int key)
+{
+    switch (key) {
+    case Qt::Key_Up:
+        return QPoint(0, -1);
+    case Qt::Key_Down:
+        return QPoint(0, 1);
+    case Qt::Key_Left:
+        return QPoint(-1, 0);
+    case Qt::Key_Right:
+        return QPoint(1, 0);
+    default:
+        return std::nullopt;
+    }
+}
+
+bool doesSelect(const QKeyEvent& event)
+{
+    return event.modifiers().testFlag(Qt::ShiftModifier);
+}
+
 } // namespace
 
 WaterfallHands::WaterfallHands(WaterfallView& view, WaterfallScene& scene)
@@ -217,36 +239,27 @@ int WaterfallHands::columnStep() const
 
 bool WaterfallHands::moveKey(const QKeyEvent& event)
 {
-    const bool doesSelect = event.modifiers().testFlag(Qt::ShiftModifier);
-    const bool isFast = event.modifiers().testFlag(Qt::ControlModifier);
-    const int times = isFast ? fast : 1;
-    const int page = std::max(m_scene.rows().rows / pagesPerView, 1);
-    switch (event.key()) {
-    case Qt::Key_Up:
-        moveBy(0, -rowStep() * times, doesSelect);
-        return true;
-    case Qt::Key_Down:
-        moveBy(0, rowStep() * times, doesSelect);
-        return true;
-    case Qt::Key_Left:
-        moveBy(-columnStep() * times, 0, doesSelect);
-        return true;
-    case Qt::Key_Right:
-        moveBy(columnStep() * times, 0, doesSelect);
-        return true;
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown: {
-        const int direction = event.key() == Qt::Key_PageUp ? -1 : 1;
-        if (isFast) {
-            ask(moved(m_scene.timeRange(), direction * halfView));
-        } else {
-            moveBy(0, direction * page, doesSelect);
-        }
-        return true;
+    const auto direction = directionOf(event.key());
+    if (!direction) {
+        return pageKey(event);
     }
-    default:
+    const int times = event.modifiers().testFlag(Qt::ControlModifier) ? fast : 1;
+    moveBy(direction->x() * columnStep() * times, direction->y() * rowStep() * times, doesSelect(event));
+    return true;
+}
+
+bool WaterfallHands::pageKey(const QKeyEvent& event)
+{
+    if (event.key() != Qt::Key_PageUp && event.key() != Qt::Key_PageDown) {
         return false;
     }
+    const int direction = event.key() == Qt::Key_PageUp ? -1 : 1;
+    if (event.modifiers().testFlag(Qt::ControlModifier)) {
+        ask(moved(m_scene.timeRange(), direction * halfView));
+    } else {
+        moveBy(0, direction * std::max(m_scene.rows().rows / pagesPerView, 1), doesSelect(event));
+    }
+    return true;
 }
 
 // The first key shows the cursor in the middle.

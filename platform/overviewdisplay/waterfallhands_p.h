@@ -40,6 +40,7 @@ private:
     int rowStep() const;
     int columnStep() const;
     bool moveKey(const QKeyEvent& event);
+    bool pageKey(const QKeyEvent& event);
     void moveBy(int columns, int rows, bool doesSelect);
     void moveTo(int column, int row, bool doesSelect);
     void select(quint64 from, quint64 to);

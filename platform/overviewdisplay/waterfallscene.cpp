@@ -91,19 +91,33 @@ void WaterfallScene::linesArrived(int first, int last)
 void WaterfallScene::setTimeRange(const TimeRange& range)
 {
     if (range.start < range.stop && range != m_range) {
-        m_range = range;
-        arrange();
-        m_view.update();
-        tellCursor();
+        changeTimeRange(range);
     }
+}
+
+void WaterfallScene::clearTimeRange()
+{
+    m_place.reset(); // it was at a time of that range
+    changeTimeRange({});
+}
+
+void WaterfallScene::changeTimeRange(const TimeRange& range)
+{
+    m_range = range;
+    arrange();
+    m_view.update();
+    tellCursor();
 }
 
 void WaterfallScene::setLevelRange(double lowest, double highest)
 {
-    if (std::isfinite(lowest) && std::isfinite(highest) && lowest < highest) {
-        m_lowest = std::max(lowest, WaterfallView::LowestLevel);
-        m_highest = std::min(highest, WaterfallView::HighestLevel);
-        m_highest = std::max(m_highest, m_lowest + 0.01);
+    if (!std::isfinite(lowest) || !std::isfinite(highest) || !(lowest < highest)) {
+        return;
+    }
+    const std::pair before(m_lowest, m_highest);
+    m_lowest = std::max(lowest, WaterfallView::LowestLevel);
+    m_highest = std::max(std::min(highest, WaterfallView::HighestLevel), m_lowest + 0.01);
+    if (before != std::pair(m_lowest, m_highest)) {
         recolour();
     }
 }

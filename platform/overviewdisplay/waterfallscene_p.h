@@ -41,6 +41,7 @@ public:
     void setLevels(const OverviewLevels* levels);
     void linesArrived(int first, int last);
     void setTimeRange(const TimeRange& range);
+    void clearTimeRange();
     const TimeRange& timeRange() const { return m_range; }
     void setLevelRange(double lowest, double highest);
     void setBookmarks(const QVector<ZELKO_XML::BookmarkEntry>& bookmarks);
@@ -94,6 +95,7 @@ public:
 
 private:
     bool isEmpty() const;
+    void changeTimeRange(const TimeRange& range);
     void takeBand();
     BandPart part() const;
     double frequencyOf(double share) const;

@@ -58,6 +58,11 @@ void WaterfallView::setTimeRange(quint64 start, quint64 stop)
     m_scene->setTimeRange({start, stop});
 }
 
+void WaterfallView::clearTimeRange()
+{
+    m_scene->clearTimeRange();
+}
+
 TimeRange WaterfallView::timeRange() const
 {
     return m_scene->timeRange();

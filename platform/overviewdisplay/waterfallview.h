@@ -76,6 +76,11 @@ public:
 
     /// What the axis of time shows. Nothing changes unless `start` is before `stop`.
     void setTimeRange(quint64 start, quint64 stop);
+
+    /// Shows no time, and so no axis of it and no levels, until there is another range. The cursor is gone.
+    void clearTimeRange();
+
+    /// 0 to 0: none.
     TimeRange timeRange() const;
 
     /// What the axis of frequency shows, in hertz. Nothing changes unless `low` is below `high` and both are numbers;
@@ -84,7 +89,7 @@ public:
     void showAllFrequencies();
 
     /// The levels of the darkest and the brightest colour, in dB of full scale; -120 and 0 at first. Nothing changes
-    /// unless `lowest` is below `highest` and both are numbers.
+    /// unless `lowest` is below `highest` and both are numbers; nothing is painted anew where they are as they were.
     void setLevelRange(double lowest, double highest);
 
     /// In any order; the texts may be any.

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void badSettingsFallBack();
     void closingEndsTheStream();
     void anotherRecordTakesItsPlace();
+    void aRecordWithoutSamplesHasNoTimes();
 
 private:
     OverviewWindow& site() { return *m_site; }
@@ -492,6 +493,19 @@ void SpectrumOverviewWidgetTest::anotherRecordTakesItsPlace()
     site().widget().setRecord(QString(), QString(), nullptr, QString());
     QCOMPARE(site().status(), "No record");
     QCOMPARE(site().enabledActions(), QStringList());
+    QCOMPARE(site().view().timeRange(), TimeRange());
+}
+
+void SpectrumOverviewWidgetTest::aRecordWithoutSamplesHasNoTimes()
+{
+    site().showWhole();
+    site().records.store(makeRecord("R2", 5, 0));
+    site().widget().setRecord(OverviewWindow::device, "R2", &site().records, OverviewWindow::address);
+    QCOMPARE(site().view().timeRange(), TimeRange());
+    QVERIFY(!site().view().cursor());
+    site().widget().setRecord(OverviewWindow::device, OverviewWindow::recordID, &site().records,
+                              OverviewWindow::address);
+    QCOMPARE(site().view().timeRange(), (TimeRange{start, stop}));
 }
 
 QTEST_MAIN(SpectrumOverviewWidgetTest)

@@ -50,6 +50,16 @@ private:
     QRegion m_region;
 };
 
+/// Whether the lines 60 and 61, of two rows each, are painted at last, and nothing that is not beside them.
+bool paintsOnlyTheNewRows(ShownWaterfall& shown, PaintedRegion& painted)
+{
+    const QPoint place = shown.at(0, 121);
+    const QRect rows(shown.at(0, 120 - 4), QSize(ShownWaterfall::columns, 4 + 8));
+    QRegion region;
+    const bool isPainted = QTest::qWaitFor([&] { return (region += painted.take()).contains(place); }, patience);
+    return isPainted && QRegion(rows).united(region) == QRegion(rows);
+}
+
 } // namespace
 
 class WaterfallViewTest : public QObject
@@ -64,6 +74,7 @@ private Q_SLOTS:
     void tellsWhatHasNotArrived_data();
     void tellsWhatHasNotArrived();
     void paintsTheRowsOfNewLinesOnly();
+    void paintsNothingForTheSameColours();
     void showsNewColoursOfTheSameLevels();
     void zoomsIntoWhatItHas();
     void showsTheCoarsePictureUntilFinerLinesArrive();
@@ -73,6 +84,7 @@ private Q_SLOTS:
     void cutsFrequenciesToTheBand();
     void refusesRangesThatAreNone();
     void hasTheRangeOfItsFirstLevels();
+    void forgetsItsRange();
     void paintsBookmarksOverTheirTimes();
     void tellsTheTextsOfBookmarks_data();
     void tellsTheTextsOfBookmarks();
@@ -175,11 +187,21 @@ void WaterfallViewTest::paintsTheRowsOfNewLinesOnly()
     QCoreApplication::processEvents();
     PaintedRegion painted(shown.view);
     shown.take(60, 61);
-    const QPoint place = shown.at(0, 121);
-    QRegion region;
-    QTRY_VERIFY_WITH_TIMEOUT((region += painted.take()).contains(place), patience);
-    const QRect rows(shown.at(0, 120 - 4), QSize(ShownWaterfall::columns, 4 + 8));
-    QVERIFY2(QRegion(rows).united(region) == QRegion(rows), qPrintable(QDebug::toString(region)));
+    QVERIFY(paintsOnlyTheNewRows(shown, painted));
+}
+
+// As an owner has it who sets the range with each batch.
+void WaterfallViewTest::paintsNothingForTheSameColours()
+{
+    ShownWaterfall shown;
+    shown.take(0, 50);
+    shown.view.image();
+    QCoreApplication::processEvents();
+    PaintedRegion painted(shown.view);
+    shown.view.setLevelRange(-100, 0);
+    shown.take(60, 61);
+    shown.view.setLevelRange(-100, 0);
+    QVERIFY(paintsOnlyTheNewRows(shown, painted));
 }
 
 void WaterfallViewTest::showsNewColoursOfTheSameLevels()
@@ -303,6 +325,25 @@ void WaterfallViewTest::hasTheRangeOfItsFirstLevels()
     shown.view.setTimeRange(5, 6);
     shown.view.setLevels(&shown.levels);
     QCOMPARE(shown.view.timeRange(), (TimeRange{5, 6}));
+}
+
+void WaterfallViewTest::forgetsItsRange()
+{
+    ShownWaterfall shown;
+    shown.takeAll();
+    shown.move(shown.at(300, 50));
+    WaterfallView unused;
+    unused.resize(shown.view.size());
+    unused.setLevelRange(-100, 0);
+    QSignalSpy moved(&shown.view, &WaterfallView::si_cursorMoved);
+    shown.view.clearTimeRange();
+    shown.view.setLevels(nullptr);
+    QCOMPARE(shown.view.timeRange(), TimeRange());
+    QVERIFY(!shown.view.cursor());
+    QCOMPARE(moved.size(), 1);
+    QCOMPARE(shown.view.image(), unused.image());
+    shown.view.setLevels(&shown.levels);
+    QCOMPARE(shown.painted(7, 39), shown.colourOf(AnswerPieces::level(19, 3)));
 }
 
 void WaterfallViewTest::paintsBookmarksOverTheirTimes()
