@@ -39,7 +39,8 @@ void RoundNumberTest::partsAreRound_data()
     QTest::newRow("a tenth") << 10.0 << 0.5 << 1.0;
     QTest::newRow("a fifth") << 10.0 << 1.5 << 2.0;
     QTest::newRow("a half") << 10.0 << 3.0 << 5.0;
-    QTest::newRow("no quarter") << 20.0 << 5.0 << 10.0;
+    QTest::newRow("a quarter") << 20.0 << 5.0 << 5.0;
+    QTest::newRow("no quarter that is not round") << 10.0 << 2.1 << 5.0;
     QTest::newRow("none") << 10.0 << 6.0 << 10.0;
 }
 
