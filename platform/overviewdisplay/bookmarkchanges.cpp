@@ -1,6 +1,9 @@
 #include "bookmarkchanges_p.h"
 
+#include "timedistance_p.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace SPECTRUM_OVERVIEW {
 
@@ -13,12 +16,13 @@ bool isEarlier(const BookmarkEntry& a, const BookmarkEntry& b)
     return a.GetTimestamp() < b.GetTimestamp();
 }
 
-quint64 distance(quint64 a, quint64 b)
-{
-    return a < b ? b - a : a - b;
-}
-
 } // namespace
+
+Bookmarks inOrder(Bookmarks bookmarks)
+{
+    std::stable_sort(bookmarks.begin(), bookmarks.end(), &isEarlier);
+    return bookmarks;
+}
 
 Bookmarks withBookmark(Bookmarks bookmarks, quint64 time, const QString& text)
 {
@@ -26,8 +30,7 @@ Bookmarks withBookmark(Bookmarks bookmarks, quint64 time, const QString& text)
     entry.SetTimestamp(time);
     entry.SetBookmark(text);
     bookmarks.append(entry);
-    std::stable_sort(bookmarks.begin(), bookmarks.end(), &isEarlier);
-    return bookmarks;
+    return inOrder(std::move(bookmarks));
 }
 
 Bookmarks withoutBookmark(Bookmarks bookmarks, const BookmarkEntry& bookmark)
@@ -40,9 +43,9 @@ std::optional<BookmarkEntry> nearestBookmark(const Bookmarks& bookmarks, quint64
 {
     const auto nearest =
         std::min_element(bookmarks.begin(), bookmarks.end(), [time](const BookmarkEntry& a, const BookmarkEntry& b) {
-            return distance(a.GetTimestamp(), time) < distance(b.GetTimestamp(), time);
+            return timeDistance(a.GetTimestamp(), time) < timeDistance(b.GetTimestamp(), time);
         });
-    const bool isNear = nearest != bookmarks.end() && distance(nearest->GetTimestamp(), time) <= reach;
+    const bool isNear = nearest != bookmarks.end() && timeDistance(nearest->GetTimestamp(), time) <= reach;
     return isNear ? std::optional(*nearest) : std::nullopt;
 }
 

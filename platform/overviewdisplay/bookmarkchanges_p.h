@@ -10,6 +10,9 @@ namespace SPECTRUM_OVERVIEW {
 
 using Bookmarks = QVector<ZELKO_XML::BookmarkEntry>;
 
+/// The bookmarks in the order of their times; those of the same time as they were.
+Bookmarks inOrder(Bookmarks bookmarks);
+
 /// The bookmarks with one more, in the order of their times; behind those of the same time.
 Bookmarks withBookmark(Bookmarks bookmarks, quint64 time, const QString& text);
 

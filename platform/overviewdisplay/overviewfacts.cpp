@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace SPECTRUM_OVERVIEW {
 
@@ -32,12 +33,82 @@ TimeRange extentOf(const ZELKO_RecordData& record)
     return {std::min(extent.start, record.GetStartTime()), std::max(extent.stop, record.GetStopTime())};
 }
 
+// The entries of the index, and the end.
+QVector<IndexEntry> pointsOf(const ZELKO_RecordData& record)
+{
+    QVector<IndexEntry> points = record.GetIndexEntry();
+    std::stable_sort(points.begin(), points.end(),
+                     [](const IndexEntry& a, const IndexEntry& b) { return a.GetTimestamp() < b.GetTimestamp(); });
+    if (!points.isEmpty() && points.constLast().GetTimestamp() < record.GetStopTime()) {
+        IndexEntry end = points.constLast();
+        end.SetTimestamp(record.GetStopTime());
+        end.SetRecordOffset(std::max(record.GetStopPosition(), record.GetSize()));
+        points.append(end);
+    }
+    return points;
+}
+
+struct Stretch
+{
+    Stretch(const IndexEntry& from, const IndexEntry& to)
+        : time{from.GetTimestamp(), to.GetTimestamp()}
+        , most(static_cast<double>(time.stop - time.start) / microsecondsPerSecond *
+               static_cast<double>(from.GetSampleRate()))
+        , bytes(static_cast<double>(to.GetRecordOffset() - std::min(from.GetRecordOffset(), to.GetRecordOffset())))
+    {}
+
+    TimeRange time;
+    double most; // samples that fit into it
+    double bytes;
+};
+
+std::vector<Stretch> stretchesOf(const QVector<IndexEntry>& points)
+{
+    std::vector<Stretch> stretches;
+    for (qsizetype at = 0; at + 1 < points.size(); ++at) {
+        stretches.emplace_back(points.at(at), points.at(at + 1));
+    }
+    return stretches;
+}
+
+// Of all channels together: a stretch without a hole tells. 0 where the index does not say where samples stand.
+double bytesPerSample(const std::vector<Stretch>& stretches)
+{
+    constexpr double fewSamples = 100; // of which times in microseconds tell nothing
+    double bytes = 0;
+    for (const Stretch& stretch : stretches) {
+        if (stretch.most >= fewSamples) {
+            bytes = std::max(bytes, std::round(stretch.bytes / stretch.most));
+        }
+    }
+    return bytes;
+}
+
+// As recorders reckon: where samples are missing for a part of the time, they come first, and then the hole.
+QVector<SampleRun> runsOf(const ZELKO_RecordData& record)
+{
+    constexpr double tolerance = 0.01;
+    const std::vector<Stretch> stretches = stretchesOf(pointsOf(record));
+    const double size = bytesPerSample(stretches);
+    QVector<SampleRun> runs;
+    for (const Stretch& stretch : stretches) {
+        const double samples = size > 0 ? stretch.bytes / size : stretch.most;
+        const double share = stretch.most > 0 ? samples / stretch.most : 0;
+        const auto length = static_cast<double>(stretch.time.stop - stretch.time.start);
+        const bool hasHole = share < 1 - tolerance;
+        const quint64 stop = stretch.time.start + static_cast<quint64>(length * share);
+        runs.append({{stretch.time.start, hasHole ? stop : stretch.time.stop}, samples});
+    }
+    return runs;
+}
+
 } // namespace
 
 OverviewFacts::OverviewFacts(const ZELKO_RecordData& record)
     : name(record.GetRecordName())
     , extent(extentOf(record))
     , sampleRate(highestRate(record))
+    , runs(runsOf(record))
     , size(record.GetSize())
     , canBeCopied(record.GetDataRate() != ZELKO_RecordData::DataRate::RawStream)
     , bookmarks(record.GetBookmarkEntry())
@@ -56,7 +127,19 @@ OverviewFacts::Lack OverviewFacts::lack() const
 
 double OverviewFacts::samplesIn(const TimeRange& range) const
 {
-    return static_cast<double>(range.stop - range.start) * sampleRate / microsecondsPerSecond;
+    if (runs.isEmpty()) {
+        return static_cast<double>(range.stop - range.start) * sampleRate / microsecondsPerSecond;
+    }
+    double samples = 0;
+    for (const SampleRun& run : runs) {
+        const quint64 start = std::max(run.time.start, range.start);
+        const quint64 stop = std::min(run.time.stop, range.stop);
+        if (start < stop) {
+            const auto whole = static_cast<double>(run.time.stop - run.time.start);
+            samples += run.samples * static_cast<double>(stop - start) / whole;
+        }
+    }
+    return samples;
 }
 
 // A microsecond more, as the recorder's cuts lie on samples and not on these.

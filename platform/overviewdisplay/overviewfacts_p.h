@@ -11,6 +11,13 @@ namespace SPECTRUM_OVERVIEW {
 
 struct OverviewSettings;
 
+/// Samples one behind the other, with no hole in time between them.
+struct SampleRun
+{
+    TimeRange time;
+    double samples = 0;
+};
+
 /// What an overview needs to know of a record.
 struct OverviewFacts
 {
@@ -25,9 +32,10 @@ struct OverviewFacts
     explicit OverviewFacts(const ZELKO_XML::ZELKO_RecordData& record);
 
     QString name;
-    TimeRange extent;      ///< from the first sample to behind the last
-    double sampleRate = 0; ///< the highest that it has, in hertz
-    quint64 size = 0;      ///< bytes
+    TimeRange extent;        ///< from the first sample to behind the last
+    double sampleRate = 0;   ///< the highest that it has, in hertz
+    QVector<SampleRun> runs; ///< of the index, in order; without one the samples lie evenly over the extent
+    quint64 size = 0;        ///< bytes
     bool canBeCopied = true;
     QVector<ZELKO_XML::BookmarkEntry> bookmarks;
 
@@ -39,7 +47,7 @@ struct OverviewFacts
     /// Whether all of it does.
     bool has(const TimeRange& range) const { return extent.start <= range.start && range.stop <= extent.stop; }
 
-    /// Samples in a range of time.
+    /// Samples in a range of time; none in a hole.
     double samplesIn(const TimeRange& range) const;
 
     /// The range, as far as it lies in the record, and no shorter than one spectrum, if the record is not.

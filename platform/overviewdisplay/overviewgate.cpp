@@ -36,8 +36,7 @@ bool OverviewGate::canBeFrom(const Sender& sender) const
 
 bool OverviewGate::isWished(const OverviewPiece& piece) const
 {
-    const bool hasBins = piece.binCount == m_wish.fftLength || piece.binCount == m_wish.fftLength / 2;
-    return piece.cookie == m_cookie && hasBins && piece.lineCount <= m_wish.lineCount;
+    return piece.cookie == m_cookie && m_wish.canHave(piece.lineCount, piece.binCount);
 }
 
 } // namespace SPECTRUM_OVERVIEW

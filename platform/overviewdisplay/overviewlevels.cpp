@@ -1,5 +1,7 @@
 #include <overviewdisplay/overviewlevels.h>
 
+#include "timedistance_p.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -20,16 +22,11 @@ constexpr quint64 microsecondsPerSecond = 1'000'000;
 // Times are cut to microseconds, so those of two answers differ a little where samples lie closer.
 constexpr quint64 rounding = 2; // microseconds
 
-quint64 distance(quint64 a, quint64 b)
-{
-    return a < b ? b - a : a - b;
-}
-
 // The time, brought between these limits if it is hardly outside of them.
 std::optional<quint64> between(quint64 time, quint64 lowest, quint64 highest, quint64 tolerance)
 {
     const quint64 inside = std::clamp(time, lowest, highest);
-    return distance(time, inside) <= tolerance ? std::optional(inside) : std::nullopt;
+    return timeDistance(time, inside) <= tolerance ? std::optional(inside) : std::nullopt;
 }
 
 using LineTime = std::map<int, quint64>::value_type;
@@ -82,8 +79,7 @@ bool OverviewLevels::hasShape(const OverviewPiece& piece) const
     const bool isFirst = m_lines.empty();
     const bool isPart = m_part.count() > 0;
     const auto wished = static_cast<quint32>(isPart ? m_part.count() : lineCount());
-    const bool haveBinsWish = piece.binCount == m_wish.fftLength || piece.binCount == m_wish.fftLength / 2;
-    const bool fitsWish = haveBinsWish && piece.lineCount <= std::min<quint32>(m_wish.lineCount, mostLines);
+    const bool fitsWish = m_wish.canHave(piece.lineCount, piece.binCount) && piece.lineCount <= mostLines;
     const bool fitsFirst = piece.binCount == static_cast<quint32>(m_binCount) && piece.lineCount == wished;
     const bool isInside = piece.line < piece.lineCount && piece.binCount != 0 &&
                           piece.binCount <= mostPieces * pieceBins && piece.firstBin < piece.binCount &&

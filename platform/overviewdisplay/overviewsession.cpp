@@ -101,7 +101,15 @@ QString OverviewSession::problem() const
     case Lack::Nothing:
         break;
     }
-    return m_isTooShort ? tr("The record is shorter than one FFT of this length.") : QString();
+    if (!m_isTooShort) {
+        return {};
+    }
+    if (isWhole()) {
+        return tr("The record is shorter than one FFT of this length.");
+    }
+    return facts().samplesIn(m_range) > 0
+               ? tr("There are fewer samples at this time than one FFT of this length takes.")
+               : tr("The record has a hole at this time: it has no samples there.");
 }
 
 void OverviewSession::look()

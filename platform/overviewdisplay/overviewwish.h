@@ -15,6 +15,12 @@ struct OverviewWish
     quint32 fftLength = 0; ///< samples of a spectrum, a power of two
     ZelkoDataTypes::eFFT_Window window = ZelkoDataTypes::eFFT_Window::Hann;
 
+    /// Whether an answer can have so many lines of so many bins: there are half as many for real samples.
+    bool canHave(quint32 lines, quint32 bins) const
+    {
+        return lines <= lineCount && (bins == fftLength || bins == fftLength / 2);
+    }
+
     bool operator==(const OverviewWish&) const = default;
 };
 

@@ -1,5 +1,7 @@
 #include <overviewdisplay/waterfallflags_p.h>
 
+#include "bookmarkchanges_p.h"
+
 #include <mapwidgets/axiscolours.h>
 #include <mapwidgets/markerflags_p.h>
 #include <mapwidgets/pixelgrid.h>
@@ -41,10 +43,7 @@ QString lineOf(const BookmarkEntry& bookmark)
 
 void WaterfallFlags::setBookmarks(const QVector<BookmarkEntry>& bookmarks)
 {
-    m_bookmarks = bookmarks;
-    std::stable_sort(m_bookmarks.begin(), m_bookmarks.end(), [](const BookmarkEntry& one, const BookmarkEntry& other) {
-        return one.GetTimestamp() < other.GetTimestamp();
-    });
+    m_bookmarks = inOrder(bookmarks);
 }
 
 void WaterfallFlags::layOut(const TimeRows& times, double ratio, double clothHeight)

@@ -192,7 +192,7 @@ CORBA::ULong AdminServant::getOverviewSpectrumStreamed(const char* device, const
         wish.window = static_cast<SpectrumWindow>(window);
         wish.host = host;
         wish.port = port;
-        return m_overviews->begin(service, wish, ZelkoCommon::callingPeer());
+        return m_overviews->begin(service, wish, {ZelkoCommon::callingPeer(), ZelkoCommon::calledAddress()});
     }));
 }
 

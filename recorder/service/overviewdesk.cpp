@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
+#include <tuple>
 
 namespace ZelkoRecorder {
 
@@ -21,20 +22,31 @@ using ZelkoCommon::ServiceStatus;
 
 namespace {
 
+using Addresses = std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)>;
+
+// An address in numbers, for datagrams; null if it is none. An empty one would be that of this host.
+Addresses addressOf(const std::string& host, quint16 port)
+{
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_DGRAM;
+    hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+    addrinfo* found = nullptr;
+    const bool isFound =
+        !host.empty() && ::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) == 0;
+    return {isFound ? found : nullptr, &::freeaddrinfo};
+}
+
 // A socket that is connected to an address in numbers; sends datagrams until it goes.
 class DatagramSocket
 {
 public:
-    DatagramSocket(const std::string& host, quint16 port)
+    // A client takes what comes from the address that it has called, and the way to it may begin at another one.
+    DatagramSocket(const std::string& own, const std::string& host, quint16 port)
     {
-        addrinfo hints{};
-        hints.ai_socktype = SOCK_DGRAM;
-        hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
-        addrinfo* found = nullptr;
-        if (::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) == 0) {
-            m_socket = ::socket(found->ai_family, found->ai_socktype | SOCK_CLOEXEC, found->ai_protocol);
-            m_connected = m_socket >= 0 && ::connect(m_socket, found->ai_addr, found->ai_addrlen) == 0;
-            ::freeaddrinfo(found);
+        if (const Addresses peer = addressOf(host, port)) {
+            m_socket = ::socket(peer->ai_family, peer->ai_socktype | SOCK_CLOEXEC, peer->ai_protocol);
+            bindTo(own, peer->ai_family);
+            m_connected = m_socket >= 0 && ::connect(m_socket, peer->ai_addr, peer->ai_addrlen) == 0;
         }
     }
     ~DatagramSocket()
@@ -57,6 +69,16 @@ public:
     }
 
 private:
+    // Where this host does not have that address any more, any other has to do.
+    void bindTo(const std::string& own, int family) const
+    {
+        constexpr quint16 anyPort = 0;
+        const Addresses address = addressOf(own, anyPort);
+        if (address && address->ai_family == family) {
+            std::ignore = ::bind(m_socket, address->ai_addr, address->ai_addrlen);
+        }
+    }
+
     int m_socket = -1;
     bool m_connected = false;
 };
@@ -136,9 +158,9 @@ OverviewDesk::~OverviewDesk()
     close();
 }
 
-ServiceStatus OverviewDesk::begin(DeviceService& device, const OverviewWish& wish, const std::string& peer)
+ServiceStatus OverviewDesk::begin(DeviceService& device, const OverviewWish& wish, const Call& call)
 {
-    const std::string client = peer.empty() ? ZelkoCommon::loopbackAddress : peer;
+    const std::string client = call.peer.empty() ? ZelkoCommon::loopbackAddress : call.peer;
     if (!wish.host.empty() && ZelkoCommon::plainAddress(wish.host) != client) {
         return ServiceStatus::NotAllowed;
     }
@@ -146,7 +168,7 @@ ServiceStatus OverviewDesk::begin(DeviceService& device, const OverviewWish& wis
     if (!record) {
         return ServiceStatus::NoSuchRecord;
     }
-    auto socket = std::make_unique<DatagramSocket>(client, wish.port);
+    auto socket = std::make_unique<DatagramSocket>(call.called, client, wish.port);
     if (wish.port == 0 || !socket->isConnected()) {
         return ServiceStatus::BadArgument;
     }

@@ -25,15 +25,22 @@ public:
         int datagramsPerSecond = 2000; ///< of each overview
     };
 
+    /// The two ends of a client's call, in numbers.
+    struct Call
+    {
+        std::string peer;   ///< empty: this process
+        std::string called; ///< from where it expects the answer; empty: from any address of this host
+    };
+
     explicit OverviewDesk(const Options& options);
 
     /// Ends all of them.
     ~OverviewDesk();
 
-    /// Begins to send what the client at the address `peer` wants, which is this process where it is empty; what was
-    /// sent to the same port before has ended by then. NotAllowed for any address but its own, BadArgument for no port,
-    /// LimitReached where too many are sent to others; otherwise as OverviewJob says.
-    ZelkoCommon::ServiceStatus begin(DeviceService& device, const OverviewWish& wish, const std::string& peer);
+    /// Begins to send what the client of this call wants; what was sent to the same port before has ended by then.
+    /// NotAllowed for any address but its own, BadArgument for no port, LimitReached where too many are sent to others;
+    /// otherwise as OverviewJob says.
+    ZelkoCommon::ServiceStatus begin(DeviceService& device, const OverviewWish& wish, const Call& call);
 
     /// Ends all of them, and begins none any more.
     void close();

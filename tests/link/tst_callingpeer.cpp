@@ -17,6 +17,7 @@ private Q_SLOTS:
 void TestCallingPeer::isNobodyOutsideOfACall()
 {
     QCOMPARE(callingPeer(), std::string());
+    QCOMPARE(calledAddress(), std::string());
 }
 
 void TestCallingPeer::tellsTheHostOfATransportAddress_data()

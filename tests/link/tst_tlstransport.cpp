@@ -35,10 +35,12 @@ public:
     void detach(ZelkoTreeLink::SessionId) override
     {
         peer = callingPeer();
+        called = calledAddress();
         session = CallingSession::current();
     }
 
     std::string peer;
+    std::string called;
     std::uint64_t session = 0;
     CORBA::ULong bytes = 0;
 };
@@ -211,6 +213,7 @@ void TestTlsTransport::knowsPeerAndSessionOfACall()
     const ZelkoTreeLink::TreeServer_var server = remote(orb, proxy);
     server->detach(0);
     QCOMPARE(servant->peer, "127.0.0.2");
+    QCOMPARE(servant->called, "127.0.0.1");
     QCOMPARE(servant->session, 0U);
     const CallingSession::Pass pass(4711, CallingSession::lastCalledAddress());
     server->detach(0);

@@ -31,12 +31,23 @@ OverviewFacts facts(double rate = 1'000, quint64 seconds = 100)
     return facts;
 }
 
-ZELKO_XML::IndexEntry indexEntry(quint64 time, quint64 rate)
+ZELKO_XML::IndexEntry indexEntry(quint64 time, quint64 rate, quint64 offset = 0)
 {
     ZELKO_XML::IndexEntry entry;
     entry.SetTimestamp(time);
     entry.SetSampleRate(rate);
+    entry.SetRecordOffset(offset);
     return entry;
+}
+
+auto recordWithAHole()
+{
+    auto record = makeRecord(QStringLiteral("R"));
+    record->SetIndexEntry({indexEntry(start, 8'000), indexEntry(start + 30 * second, 2'000, 320'000)});
+    record->SetStartTime(start);
+    record->SetStopTime(start + 40 * second);
+    record->SetSize(400'000);
+    return record;
 }
 
 } // namespace
@@ -52,6 +63,10 @@ private Q_SLOTS:
     void rangesStayInTheRecord();
     void linesFitTheSamplesTheRoomAndTheWish_data();
     void linesFitTheSamplesTheRoomAndTheWish();
+    void samplesAreThoseOfTheIndex_data();
+    void samplesAreThoseOfTheIndex();
+    void anIndexWithoutOffsetsHasTheRatesAlone();
+    void aHoleHasNoWish();
     void aRangeShorterThanASpectrumHasNoWish();
     void linesThatTakeLongAreWaitedForLonger();
 };
@@ -137,6 +152,42 @@ void OverviewFactsTest::linesFitTheSamplesTheRoomAndTheWish()
     const OverviewFacts all = facts(rate);
     QCOMPARE(all.wish(all.extent, settings, 700),
              (OverviewWish{all.extent.start, all.extent.stop, lines, fftLength, eFFT_Window::FlatTop}));
+}
+
+// 10 seconds with 8,000 samples each, 20 that have none, 10 with 2,000 each; four bytes a sample.
+void OverviewFactsTest::samplesAreThoseOfTheIndex_data()
+{
+    QTest::addColumn<TimeRange>("range");
+    QTest::addColumn<double>("samples");
+    QTest::newRow("all") << TimeRange{start, start + 40 * second} << 100'000.0;
+    QTest::newRow("before the hole") << TimeRange{start, start + 5 * second} << 40'000.0;
+    QTest::newRow("into the hole") << TimeRange{start + 9 * second, start + 20 * second} << 8'000.0;
+    QTest::newRow("in the hole") << TimeRange{start + 11 * second, start + 29 * second} << 0.0;
+    QTest::newRow("out of the hole") << TimeRange{start + 20 * second, start + 31 * second} << 2'000.0;
+    QTest::newRow("with the lower rate") << TimeRange{start + 32 * second, start + 36 * second} << 8'000.0;
+    QTest::newRow("outside of the record") << TimeRange{0, start} << 0.0;
+}
+
+void OverviewFactsTest::samplesAreThoseOfTheIndex()
+{
+    QFETCH(TimeRange, range);
+    QTEST(OverviewFacts(*recordWithAHole()).samplesIn(range), "samples");
+}
+
+void OverviewFactsTest::anIndexWithoutOffsetsHasTheRatesAlone()
+{
+    const auto record = recordWithAHole();
+    record->SetIndexEntry({indexEntry(start, 8'000), indexEntry(start + 30 * second, 2'000)});
+    record->SetSize(0);
+    QCOMPARE(OverviewFacts(*record).samplesIn({start, start + 40 * second}), 260'000.0);
+}
+
+void OverviewFactsTest::aHoleHasNoWish()
+{
+    const OverviewFacts facts(*recordWithAHole());
+    OverviewSettings settings;
+    QVERIFY(!facts.wish({start + 11 * second, start + 29 * second}, settings, 700));
+    QCOMPARE(facts.wish(facts.extent, settings, 700)->lineCount, 97u);
 }
 
 void OverviewFactsTest::aRangeShorterThanASpectrumHasNoWish()

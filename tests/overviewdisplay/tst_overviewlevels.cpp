@@ -73,6 +73,15 @@ struct SampledAnswer
     }
 };
 
+// A piece that is spoilt, as the first one and after another one.
+void addRow(const char* name, const std::function<void(OverviewPiece&)>& spoil)
+{
+    OverviewPiece piece = AnswerPieces{tenLines}.piece(5, 1);
+    spoil(piece);
+    QTest::addRow("%s, first", name) << true << piece;
+    QTest::addRow("%s, later", name) << false << piece;
+}
+
 QString text(const std::vector<LineRange>& ranges)
 {
     QStringList texts;
@@ -245,13 +254,6 @@ void OverviewLevelsTest::piecesOfAnotherAnswerAreRefused_data()
 {
     QTest::addColumn<bool>("isFirst");
     QTest::addColumn<OverviewPiece>("piece");
-    const OverviewPiece good = AnswerPieces{tenLines}.piece(5, 1);
-    const auto addRow = [&good](const char* name, const std::function<void(OverviewPiece&)>& spoil) {
-        OverviewPiece piece = good;
-        spoil(piece);
-        QTest::addRow("%s, first", name) << true << piece;
-        QTest::addRow("%s, later", name) << false << piece;
-    };
     addRow("more lines than wished", [](OverviewPiece& p) { p.lineCount = 11; });
     addRow("no lines", [](OverviewPiece& p) { p.lineCount = 0; });
     addRow("a line behind the last", [](OverviewPiece& p) { p.line = 10; });
@@ -265,7 +267,7 @@ void OverviewLevelsTest::piecesOfAnotherAnswerAreRefused_data()
     addRow("too few levels", [](OverviewPiece& p) { p.levels.removeLast(); });
     addRow("too many levels", [](OverviewPiece& p) { p.levels.append(0); });
     addRow("no levels", [](OverviewPiece& p) { p.levels.clear(); });
-    OverviewPiece fewer = good;
+    OverviewPiece fewer = AnswerPieces{tenLines}.piece(5, 1);
     fewer.lineCount = 9;
     QTest::newRow("another number of lines than before") << false << fewer;
     OverviewPiece half = AnswerPieces{tenLines, 512}.piece(5);

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void aRecordThatIsNotInTheListYetIsWaitedFor();
     void recordsThatCannotBeShownSayWhy_data();
     void recordsThatCannotBeShownSayWhy();
+    void aHoleInARecordIsCalledOne();
     void aRecordThatCannotBeShownMayBecomeOneThatCan();
     void whatIsMissingOfTheRecordIsAskedForOnce();
     void whatComesByItselfIsNotAskedFor();
@@ -391,6 +392,26 @@ void OverviewSessionTest::recordsThatCannotBeShownSayWhy()
     QVERIFY(site().view().image() != before); // the reason stands in its place
     QCOMPARE(site().asks.size(), 0u);
     QVERIFY(!site().progress().isVisible());
+}
+
+// From 20 to 60 seconds behind the start.
+void OverviewSessionTest::aHoleInARecordIsCalledOne()
+{
+    const auto record = OverviewWindow::makeIndexed();
+    record->SetSize(12'800);
+    record->SetIndexEntry({OverviewWindow::indexEntry(start, 0), OverviewWindow::indexEntry(start + 60 * second, 5'120),
+                           OverviewWindow::indexEntry(stop, 12'800)});
+    site().showWhole(record);
+    QCOMPARE(site().lastAsk().wish.lineCount, 3u); // of 1,024 samples
+    site().select(0.4, 0.5);
+    site().click("ActionZoomIn");
+    site().timer.advance(growth);
+    QCOMPARE(site().asks.size(), 1u);
+    QCOMPARE(site().status(), "The record has a hole at this time: it has no samples there.");
+    site().click("ActionWhole");
+    site().timer.advance(growth);
+    QCOMPARE(site().asks.size(), 2u);
+    QVERIFY(site().status() != "The record has a hole at this time: it has no samples there.");
 }
 
 void OverviewSessionTest::aRecordThatCannotBeShownMayBecomeOneThatCan()

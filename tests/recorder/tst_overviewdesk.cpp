@@ -51,6 +51,15 @@ public:
         return pieces;
     }
 
+    // From where the next one comes, which is taken.
+    QString takeSender()
+    {
+        QHostAddress sender;
+        char first = 0;
+        m_socket.readDatagram(&first, 1, &sender);
+        return sender.toString();
+    }
+
     bool hasPieces() const { return m_socket.hasPendingDatagrams(); }
     void close() { m_socket.close(); }
 
@@ -61,7 +70,7 @@ private:
 
 ServiceStatus begin(OverviewDesk& desk, DeviceService& device, const Target& target, qint64 lines)
 {
-    return desk.begin(device, target.wish(lines), target.address());
+    return desk.begin(device, target.wish(lines), {target.address(), {}});
 }
 
 // At 50 datagrams a second, longer than any test may take.
@@ -77,6 +86,8 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase() { m_recorder.reset(); }
     void sendsToTheClientThatAsks();
+    void sendsFromTheAddressThatWasCalled_data();
+    void sendsFromTheAddressThatWasCalled();
     void sendsToNobodyElse();
     void sendsToNoPort();
     void sendsToAClientOfTheNewerFamily();
@@ -128,17 +139,38 @@ void TestOverviewDesk::sendsToTheClientThatAsks()
     }
 }
 
+void TestOverviewDesk::sendsFromTheAddressThatWasCalled_data()
+{
+    QTest::addColumn<QByteArray>("called");
+    QTest::addColumn<QString>("sender");
+    QTest::newRow("another one than the client's") << QByteArray("127.0.0.5") << "127.0.0.5";
+    QTest::newRow("the client's") << QByteArray("127.0.0.1") << "127.0.0.1";
+    QTest::newRow("one that is not known") << QByteArray() << "127.0.0.1";
+    QTest::newRow("one that this host does not have") << QByteArray("192.0.2.7") << "127.0.0.1";
+    QTest::newRow("one of the newer family") << QByteArray("::1") << "127.0.0.1";
+}
+
+void TestOverviewDesk::sendsFromTheAddressThatWasCalled()
+{
+    QFETCH(QByteArray, called);
+    Target target;
+    OverviewDesk desk({});
+    QCOMPARE(desk.begin(device(), target.wish(1), {target.address(), called.toStdString()}), ServiceStatus::None);
+    QTRY_VERIFY_WITH_TIMEOUT(target.hasPieces(), patience);
+    QTEST(target.takeSender(), "sender");
+}
+
 void TestOverviewDesk::sendsToNobodyElse()
 {
     const Target target;
     OverviewDesk desk({});
     OverviewWish wish = target.wish(5);
     wish.host = "127.0.0.1";
-    QCOMPARE(desk.begin(device(), wish, "192.0.2.7"), ServiceStatus::NotAllowed);
+    QCOMPARE(desk.begin(device(), wish, {"192.0.2.7", {}}), ServiceStatus::NotAllowed);
     wish.host = "localhost"; // a name may be anybody's
-    QCOMPARE(desk.begin(device(), wish, "127.0.0.1"), ServiceStatus::NotAllowed);
+    QCOMPARE(desk.begin(device(), wish, {"127.0.0.1", {}}), ServiceStatus::NotAllowed);
     wish.host = "127.0.0.1";
-    QCOMPARE(desk.begin(device(), wish, "127.0.0.1"), ServiceStatus::None);
+    QCOMPARE(desk.begin(device(), wish, {"127.0.0.1", {}}), ServiceStatus::None);
 }
 
 void TestOverviewDesk::sendsToNoPort()
@@ -146,7 +178,7 @@ void TestOverviewDesk::sendsToNoPort()
     OverviewDesk desk({});
     OverviewWish wish = Target().wish(5);
     wish.port = 0;
-    QCOMPARE(desk.begin(device(), wish, "127.0.0.1"), ServiceStatus::BadArgument);
+    QCOMPARE(desk.begin(device(), wish, {"127.0.0.1", {}}), ServiceStatus::BadArgument);
 }
 
 void TestOverviewDesk::sendsToAClientOfTheNewerFamily()
@@ -158,7 +190,7 @@ void TestOverviewDesk::sendsToAClientOfTheNewerFamily()
     OverviewWish wish = Target().wish(1);
     wish.port = target.localPort();
     wish.host = "[0::1]";
-    QCOMPARE(desk.begin(device(), wish, "::1"), ServiceStatus::None);
+    QCOMPARE(desk.begin(device(), wish, {"::1", {}}), ServiceStatus::None);
     QTRY_COMPARE_WITH_TIMEOUT(target.hasPendingDatagrams(), comesHere, patience);
 }
 
@@ -289,9 +321,9 @@ void TestOverviewDesk::beginsNothingOnceItIsClosed()
 {
     const Target target;
     OverviewDesk desk({.mostAtOnce = 2, .datagramsPerSecond = 10});
-    QCOMPARE(desk.begin(device(), target.wish(endless), ""), ServiceStatus::None);
+    QCOMPARE(desk.begin(device(), target.wish(endless), {"", {}}), ServiceStatus::None);
     desk.close();
-    QCOMPARE(desk.begin(device(), target.wish(1), ""), ServiceStatus::ShuttingDown);
+    QCOMPARE(desk.begin(device(), target.wish(1), {"", {}}), ServiceStatus::ShuttingDown);
 }
 
 QTEST_GUILESS_MAIN(TestOverviewDesk)

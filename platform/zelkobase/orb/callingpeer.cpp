@@ -11,12 +11,18 @@ namespace {
 using Request = omni::omniInterceptors::serverReceiveRequest_T;
 
 thread_local std::string peer;
+thread_local std::string called;
+
+std::string hostOf(const char* address)
+{
+    return hostOfTransportAddress(address ? address : "");
+}
 
 // The thread that reads a request is the one that serves it.
 CORBA::Boolean notePeer(Request::info_T& request)
 {
-    const char* const address = request.peeraddress();
-    peer = hostOfTransportAddress(address ? address : "");
+    peer = hostOf(request.peeraddress());
+    called = hostOf(request.myaddress());
     return true;
 }
 
@@ -25,6 +31,11 @@ CORBA::Boolean notePeer(Request::info_T& request)
 const std::string& callingPeer()
 {
     return peer;
+}
+
+const std::string& calledAddress()
+{
+    return called;
 }
 
 void noteCallingPeers()

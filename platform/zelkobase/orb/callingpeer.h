@@ -10,7 +10,10 @@ namespace ZelkoCommon {
 /// the call comes from this process, and on a thread that serves none.
 ZELKOBASEORB_EXPORT const std::string& callingPeer();
 
-/// Makes `callingPeer` known. Called by Orb when the ORB is initialised and serves nothing yet.
+/// The address of this host, in the same form, at which that peer has called. Empty when `callingPeer` is.
+ZELKOBASEORB_EXPORT const std::string& calledAddress();
+
+/// Makes both known. Called by Orb when the ORB is initialised and serves nothing yet.
 void noteCallingPeers();
 
 /// The host of an address of a transport, as `plainAddress` has it: "fd00::2" of "giop:tcp:[fd00::2]:4711". Empty where
