@@ -16,6 +16,7 @@ namespace SPECTRUM_OVERVIEW {
 namespace {
 
 constexpr qsizetype longestName = 100;
+constexpr int shownCharacters = 60; // of what is typed; Qt has room for a word
 
 // Names of records may hold anything; those of files may not.
 QString fileNameFrom(const QString& text)
@@ -51,6 +52,7 @@ void askText(QWidget* window, const QString& title, const QString& label, const 
     dialog->setWindowTitle(title);
     dialog->setLabelText(label);
     dialog->setTextValue(proposal);
+    dialog->resize(shownCharacters * dialog->fontMetrics().averageCharWidth(), dialog->sizeHint().height());
     QObject::connect(dialog, &QInputDialog::textValueSelected, window, taken);
     dialog->open();
 }

@@ -12,6 +12,11 @@ namespace {
 constexpr double firstLowest = -120;
 constexpr double firstHighest = 0;
 
+bool isKnown(qint16 level)
+{
+    return level != OverviewLevels::noLevel;
+}
+
 } // namespace
 
 WaterfallPicture::WaterfallPicture()
@@ -42,7 +47,7 @@ void WaterfallPicture::setPart(const QSize& size, const TimeRange& time, const B
     }
     const bool isWhole = std::find(m_rows.begin(), m_rows.end(), Row::New) == m_rows.end();
     if (isWhole && !m_now.levels.empty()) {
-        m_old = std::move(m_now);
+        m_old = knowsAnything() ? std::move(m_now) : Pixels();
     }
     m_now = {{time, wanted.height()}, band, wanted.width(), {}, QImage(wanted, QImage::Format_RGB32)};
     m_now.levels.assign(static_cast<std::size_t>(wanted.width()) * static_cast<std::size_t>(wanted.height()),
@@ -60,7 +65,7 @@ void WaterfallPicture::startAgain()
 {
     const bool isWhole = std::find(m_rows.begin(), m_rows.end(), Row::New) == m_rows.end();
     if (isWhole && !m_now.levels.empty()) {
-        m_old = m_now;
+        m_old = knowsAnything() ? m_now : Pixels();
         findOldColumns();
     }
     markAll(Row::Old);
@@ -252,6 +257,11 @@ qint16 WaterfallPicture::level(int column, int row) const
 {
     const bool isInside = QRect(QPoint(0, 0), m_now.size()).contains(column, row);
     return isInside ? m_now.row(row)[column] : OverviewLevels::noLevel;
+}
+
+bool WaterfallPicture::knowsAnything() const
+{
+    return std::any_of(m_now.levels.begin(), m_now.levels.end(), isKnown);
 }
 
 bool WaterfallPicture::hasLevels() const

@@ -95,6 +95,7 @@ private:
     void mark(int row, Row state);
     void markAll(Row state);
     void startAgain();
+    bool knowsAnything() const;
     void workOn(int row);
     void findLevels(int row);
     void takeOld(int row);
