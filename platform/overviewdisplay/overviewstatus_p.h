@@ -24,6 +24,9 @@ public:
     void showSession(const OverviewSession& session);
     void showCursor(const QString& text);
 
+    /// What it says of the session.
+    QString text() const;
+
 private:
     void showProgress(const OverviewSession& session);
 

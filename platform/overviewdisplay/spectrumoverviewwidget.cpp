@@ -189,7 +189,6 @@ void SpectrumOverviewWidget::Private::recordChanged()
         view->clearSelection();
     }
     view->setBookmarks(bookmarks);
-    view->setEmptyText(session.problem());
     showTitle();
     updateActions();
 }
@@ -265,6 +264,7 @@ void SpectrumOverviewWidget::Private::updateActions()
     actions->savePicture->setEnabled(hasPicture);
     actions->askAgain->setEnabled(isUsable);
     status->showSession(session);
+    view->setEmptyText(status->text());
     status->showCursor(view->cursorText());
 }
 

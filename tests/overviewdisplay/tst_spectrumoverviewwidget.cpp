@@ -151,6 +151,9 @@ void SpectrumOverviewWidgetTest::saysThatNothingComes()
     site().showRecord();
     site().timer.advance(OverviewLoader::MostFruitlessAsks * silence);
     QCOMPARE(site().status(), "The recorder has sent nothing. \"Ask Again\" asks it once more.");
+    const QImage shown = site().view().image();
+    site().view().setEmptyText(site().status());
+    QCOMPARE(site().view().image(), shown);
     QVERIFY(!site().progress().isVisible());
     const std::size_t asks = site().asks.size();
     site().click("ActionAskAgain");
