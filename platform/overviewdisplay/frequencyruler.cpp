@@ -7,7 +7,7 @@
 namespace SPECTRUM_OVERVIEW {
 namespace {
 
-constexpr int gapBehindUnit = 10;
+constexpr int unitLeft = 4; ///< as the date above it, where no text of a tick comes
 
 } // namespace
 
@@ -44,9 +44,9 @@ QString FrequencyRuler::longestTickText(double distance) const
 void FrequencyRuler::paintUnit(QPainter& painter) const
 {
     const QString unit = FrequencyText(visibleStart(), visibleStop()).unit();
-    const QRectF room(0, rulerTop(), placeAt(visibleStart()) - gapBehindUnit, fontMetrics().height());
+    const QRectF room(unitLeft, rulerTop(), placeAt(visibleStart()) - unitLeft, fontMetrics().height());
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(room, Qt::AlignRight | Qt::AlignVCenter, m_hasCentre ? unit : QStringLiteral("± ") + unit);
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, m_hasCentre ? unit : QStringLiteral("± ") + unit);
 }
 
 void FrequencyRuler::paintEvent(QPaintEvent*)

@@ -17,6 +17,7 @@ namespace {
 
 // File systems take 255 bytes, which the suffix and that of the temporary file have their part of.
 constexpr qsizetype longestName = 240;
+constexpr int shownCharacters = 60; // of what is typed; Qt has room for a word
 
 // Names of records may hold anything; those of files may not.
 QString fileNameFrom(const QString& text)
@@ -58,6 +59,7 @@ void askText(QWidget* window, const QString& title, const QString& label, const 
     dialog->setWindowTitle(title);
     dialog->setLabelText(label);
     dialog->setTextValue(proposal);
+    dialog->resize(shownCharacters * dialog->fontMetrics().averageCharWidth(), dialog->sizeHint().height());
     QObject::connect(dialog, &QInputDialog::textValueSelected, window, taken);
     dialog->open();
 }

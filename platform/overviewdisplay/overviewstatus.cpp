@@ -80,6 +80,11 @@ void OverviewStatus::showSession(const OverviewSession& session)
     showProgress(session);
 }
 
+QString OverviewStatus::text() const
+{
+    return m_text->text();
+}
+
 void OverviewStatus::showProgress(const OverviewSession& session)
 {
     const OverviewLevels& levels = session.loader().levels();

@@ -269,6 +269,7 @@ void SpectrumOverviewWidget::Private::updateActions()
     actions->savePicture->setEnabled(hasPicture);
     actions->askAgain->setEnabled(isUsable);
     status->showSession(session);
+    view->setEmptyText(status->text());
     status->showCursor(view->cursorText());
     view->setEmptyText(status->text());
 }

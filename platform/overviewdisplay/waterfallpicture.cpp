@@ -12,6 +12,11 @@ namespace {
 constexpr double firstLowest = -120;
 constexpr double firstHighest = 0;
 
+bool isKnown(qint16 level)
+{
+    return level != OverviewLevels::noLevel;
+}
+
 } // namespace
 
 WaterfallPicture::WaterfallPicture()
@@ -59,8 +64,7 @@ void WaterfallPicture::setPart(const QSize& size, const TimeRange& time, const B
 bool WaterfallPicture::isWorthKeeping() const
 {
     const bool isWhole = std::find(m_rows.begin(), m_rows.end(), Row::New) == m_rows.end();
-    return isWhole && std::any_of(m_now.levels.begin(), m_now.levels.end(),
-                                  [](qint16 level) { return level != OverviewLevels::noLevel; });
+    return isWhole && std::any_of(m_now.levels.begin(), m_now.levels.end(), isKnown);
 }
 
 // What the pixels show now is what is known of their places from here on.

@@ -155,6 +155,9 @@ void SpectrumOverviewWidgetTest::saysThatNothingComes()
     site().timer.advance(manySilences);
     QCOMPARE(site().status(),
              "The recorder has sent nothing: it may be busy, or refuse. \"Ask Again\" asks it once more.");
+    const QImage shown = site().view().image();
+    site().view().setEmptyText(site().status());
+    QCOMPARE(site().view().image(), shown);
     QVERIFY(!site().progress().isVisible());
     const std::size_t asks = site().asks.size();
     site().click("ActionAskAgain");

@@ -91,6 +91,7 @@ private Q_SLOTS:
     void paintsTheSelectionAsItIs();
     void givesAnImageWithoutTheCursor();
     void saysWhyItIsEmpty();
+    void isEmptyUntilSomethingComes();
     void livesWithAbsurdTimes_data();
     void livesWithAbsurdTimes();
     void livesWithoutASpan();
@@ -445,6 +446,22 @@ void WaterfallViewTest::saysWhyItIsEmpty()
     QVERIFY2(shown.view.image() == waiting, "another size is no reason to show a picture");
     shown.take(0, 0);
     QCOMPARE(shown.painted(256, 100), shown.missing());
+}
+
+// What was asked for in vain is asked for once more.
+void WaterfallViewTest::isEmptyUntilSomethingComes()
+{
+    ShownWaterfall shown;
+    const QImage empty = shown.view.image();
+    shown.levels.begin(shown.answer.wish);
+    shown.view.setLevels(&shown.levels);
+    QCOMPARE(shown.view.image(), empty);
+    shown.view.resize(shown.view.size() + QSize(1, 1));
+    shown.view.resize(shown.view.size() - QSize(1, 1));
+    QCOMPARE(shown.view.image(), empty);
+    shown.take(0, 0);
+    QCOMPARE(shown.painted(8, 0), shown.colourOf(AnswerPieces::level(0, 4)));
+    QCOMPARE(shown.painted(8, 20), shown.missing());
 }
 
 void WaterfallViewTest::livesWithAbsurdTimes_data()
