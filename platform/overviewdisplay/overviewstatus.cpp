@@ -93,11 +93,6 @@ void OverviewStatus::showProgress(const OverviewSession& session)
     m_progress->setValue(levels.completeLines());
 }
 
-QString OverviewStatus::text() const
-{
-    return m_text->text();
-}
-
 void OverviewStatus::showCursor(const QString& text)
 {
     m_cursor->setText(text);

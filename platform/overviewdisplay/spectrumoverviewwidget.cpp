@@ -271,7 +271,6 @@ void SpectrumOverviewWidget::Private::updateActions()
     status->showSession(session);
     view->setEmptyText(status->text());
     status->showCursor(view->cursorText());
-    view->setEmptyText(status->text());
 }
 
 void SpectrumOverviewWidget::Private::extendMenu(QMenu* menu)
