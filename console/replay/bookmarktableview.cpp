@@ -148,8 +148,8 @@ QString BookmarkTableView::noteNow() const
     if (m_bookmarks->entryCount() > 0) {
         return {};
     }
-    return m_bookmarks->readOnly() ? tr("No bookmarks.")
-                                   : tr("No bookmarks: Insert or a double click on the bar sets one.");
+    return m_bookmarks->readOnly() || m_isLocked ? tr("No bookmarks.")
+                                                 : tr("No bookmarks: Insert or a double click on the bar sets one.");
 }
 
 bool BookmarkTableView::isAddRow(const QModelIndex& index) const

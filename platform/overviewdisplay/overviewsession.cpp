@@ -49,6 +49,7 @@ void OverviewSession::setRecord(const QString& deviceID, const QString& recordID
     m_isGrowing = false;
     m_wasAway = false;
     m_hasResynced = false;
+    m_isTooShort = false;
     m_loader.clear();
     m_record.follow(recordID, model);
     setRange({}, true);
@@ -187,6 +188,7 @@ void OverviewSession::show(const TimeRange& range)
         return;
     }
     const TimeRange shown = facts().within(range, m_settings.fftLength);
+    m_isTooShort = false; // until it is asked for
     setRange(shown, shown == m_extent);
     schedule(AskDelay);
 }

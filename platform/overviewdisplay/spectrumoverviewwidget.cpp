@@ -351,9 +351,9 @@ void SpectrumOverviewWidget::Private::askCopy()
     if (!selection) {
         return;
     }
-    askText(q, tr("Copy Range"), tr("Name of the new record:"), session.facts().name,
+    askText(q, tr("Copy Range"), tr("Name of the new record:"), session.facts().name + QStringLiteral("_Copy"),
             [this, range = *selection](const QString& name) {
-                if (session.isUsable() && session.facts().has(range)) {
+                if (!name.isEmpty() && session.isUsable() && session.facts().has(range)) {
                     Q_EMIT q->si_copyRecord(session.record().recordID(), range.start, range.stop, name, deviceID);
                 }
             });

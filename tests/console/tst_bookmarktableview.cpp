@@ -92,6 +92,9 @@ void TestBookmarkTableView::saysWhyItIsEmpty()
     setting.site.show(BookmarkModel::Entries());
     QCOMPARE(setting.table.note(), u"No bookmarks: Insert or a double click on the bar sets one."_s);
     QCOMPARE(setting.table.accessibleDescription(), setting.table.note());
+    setting.table.setLocked(true);
+    QCOMPARE(setting.table.note(), u"No bookmarks."_s);
+    setting.table.setLocked(false);
     setting.site.show(twoBookmarks);
     QCOMPARE(setting.table.note(), QString());
     QVERIFY(setting.table.verticalHeader()->isVisible());

@@ -73,6 +73,7 @@ private Q_SLOTS:
     void theBookmarkAtTheCursorIsDeletedFromTheMenu();
     void noBookmarkIsDeletedFarFromTheCursor();
     void theSelectionIsCopied();
+    void aCopyHasAName();
     void rawStreamsAreNotCopied();
     void anAnswerAfterTheRecordWentDoesNothing_data();
     void anAnswerAfterTheRecordWentDoesNothing();
@@ -260,13 +261,22 @@ void OverviewEditsTest::theSelectionIsCopied()
     const auto answer = [](QWidget* window) {
         auto* const dialog = qobject_cast<QInputDialog*>(window);
         QVERIFY(dialog);
-        QCOMPARE(dialog->textValue(), "name of R1");
+        QCOMPARE(dialog->textValue(), "name of R1_Copy");
         answers::typeInto(dialog, QStringLiteral("a burst"));
         answers::accept(dialog);
     };
     answering(answer, [this] { site().click("ActionCopyRange"); });
     QCOMPARE(copied, (QList<QVariantList>{{recordID, selection->start, selection->stop, "a burst", device}}));
     QVERIFY(selection->start > start && selection->start < selection->stop && selection->stop < stop);
+}
+
+void OverviewEditsTest::aCopyHasAName()
+{
+    site().showWhole();
+    QSignalSpy copied(&widget(), &SpectrumOverviewWidget::si_copyRecord);
+    site().select(0.3, 0.7);
+    answering(answers::type(QString()), [this] { site().click("ActionCopyRange"); });
+    QCOMPARE(copied.size(), 0);
 }
 
 void OverviewEditsTest::rawStreamsAreNotCopied()

@@ -409,6 +409,7 @@ void OverviewSessionTest::aHoleInARecordIsCalledOne()
     QCOMPARE(site().asks.size(), 1u);
     QCOMPARE(site().status(), "The record has a hole at this time: it has no samples there.");
     site().click("ActionWhole");
+    QVERIFY(!site().status().contains("hole") && !site().status().contains("shorter"));
     site().timer.advance(growth);
     QCOMPARE(site().asks.size(), 2u);
     QVERIFY(site().status() != "The record has a hole at this time: it has no samples there.");

@@ -29,6 +29,7 @@ inline void typeInto(QInputDialog* dialog, const QString& text)
 {
     auto* const edit = dialog->findChild<QLineEdit*>();
     edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
     QTest::keyClicks(edit, text);
 }
 

@@ -112,7 +112,6 @@ public:
     const Ask& lastAsk() const { return asks.back(); }
     void answer(const QSet<int>& lost = {}) { peer.answer(lastAsk().wish, lastAsk().port, lost); }
 
-    bool hasWindow() const { return m_widget != nullptr; }
     Widget& widget() { return *m_widget; }
     View& view() { return *widget().findChild<View*>(); }
     QProgressBar& progress() { return *widget().findChild<QProgressBar*>(); }
