@@ -5,6 +5,7 @@
 #include <zelkobase/service/servicestatus.h>
 #include <zelkobase/service/toolbarhelper.h>
 
+#include <QApplication>
 #include <QSignalSpy>
 
 using namespace ZelkoTest;
@@ -66,7 +67,7 @@ private Q_SLOTS:
     void initTestCase() { openOrb(); }
     void cleanupTestCase() { closeOrb(); }
     void init();
-    void cleanup() { leaveSite(); }
+    void cleanup();
     void deletesWhatMayBeDeleted();
     void keepsWhatIsNotConfirmed();
     void putsARecordToRest();
@@ -115,6 +116,17 @@ private:
         return data;
     }
 };
+
+// Windows that stand by themselves outlive the controller that opened them.
+void TestRecorderActions::cleanup()
+{
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (!window->parent() && window->testAttribute(Qt::WA_DeleteOnClose)) {
+            delete window;
+        }
+    }
+    leaveSite();
+}
 
 void TestRecorderActions::init()
 {
