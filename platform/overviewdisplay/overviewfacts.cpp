@@ -166,9 +166,10 @@ std::optional<OverviewWish> OverviewFacts::wish(const TimeRange& range, const Ov
     if (!(fitting >= 1)) {
         return std::nullopt;
     }
-    const double most = std::min<double>(OverviewLevels::mostLines, OverviewLevels::mostLevels / settings.fftLength);
+    const qint64 most = std::min<qint64>(OverviewLevels::mostLines, OverviewLevels::mostLevels / settings.fftLength);
     const int wanted = settings.lineCount == 0 ? std::max(room, 1) : settings.lineCount;
-    const auto lines = static_cast<quint32>(std::min({fitting, most, static_cast<double>(wanted)}));
+    const auto lines =
+        static_cast<quint32>(std::min({fitting, static_cast<double>(most), static_cast<double>(wanted)}));
     return OverviewWish{range.start, range.stop, lines, settings.fftLength, settings.window};
 }
 

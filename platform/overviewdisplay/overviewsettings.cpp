@@ -10,15 +10,15 @@ using ZelkoDataTypes::eFFT_Window;
 
 namespace {
 
-const QString groupName = QStringLiteral("SpectrumOverview");
-const QString fftLengthKey = QStringLiteral("FftLength");
-const QString windowKey = QStringLiteral("Window");
-const QString lineCountKey = QStringLiteral("Lines");
-const QString automaticLevelsKey = QStringLiteral("AutomaticLevels");
-const QString lowestLevelKey = QStringLiteral("LowestLevel");
-const QString highestLevelKey = QStringLiteral("HighestLevel");
-const QString pictureFolderKey = QStringLiteral("PictureFolder");
-const QString geometryKey = QStringLiteral("Geometry");
+constexpr QLatin1String groupName("SpectrumOverview");
+constexpr QLatin1String fftLengthKey("FftLength");
+constexpr QLatin1String windowKey("Window");
+constexpr QLatin1String lineCountKey("Lines");
+constexpr QLatin1String automaticLevelsKey("AutomaticLevels");
+constexpr QLatin1String lowestLevelKey("LowestLevel");
+constexpr QLatin1String highestLevelKey("HighestLevel");
+constexpr QLatin1String pictureFolderKey("PictureFolder");
+constexpr QLatin1String geometryKey("Geometry");
 
 // Null where nothing is kept under the path, or nothing can be.
 std::unique_ptr<ICfg> openGroup(const QString& cfgPath, ICfg::Access access)

@@ -57,8 +57,8 @@ Address addressOf(const QString& text, quint16 port)
     hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
     addrinfo* found = nullptr;
     const QByteArray service = QByteArray::number(port);
-    ::getaddrinfo(text.toUtf8().constData(), service.constData(), &hints, &found);
-    return Address(found);
+    const int failure = ::getaddrinfo(text.toUtf8().constData(), service.constData(), &hints, &found);
+    return Address(failure == 0 ? found : nullptr);
 }
 
 // The address of this host on the way to another: a datagram that is only addressed needs no peer. Empty if there is
@@ -72,7 +72,7 @@ QString addressTowards(const QString& recorder)
         return {};
     }
     const bool hasWay = ::connect(socket, target->ai_addr, target->ai_addrlen) == 0;
-    const QString own = hasWay ? QString::fromStdString(nameOf(socket).address) : QString();
+    QString own = hasWay ? QString::fromStdString(nameOf(socket).address) : QString();
     ::close(socket);
     return own;
 }

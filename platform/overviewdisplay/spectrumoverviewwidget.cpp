@@ -11,6 +11,7 @@
 #include <overviewdisplay/waterfallview.h>
 
 #include <QAction>
+#include <QEvent>
 #include <QFileInfo>
 #include <QMenu>
 #include <QPointer>

@@ -427,7 +427,7 @@ QImage WaterfallScene::image()
     m_picture.finish();
     m_view.update();
     m_hidesCursor = true;
-    const QImage image = m_view.grab().toImage();
+    QImage image = m_view.grab().toImage();
     m_hidesCursor = false;
     tellCursor();
     return image;

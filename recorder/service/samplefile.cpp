@@ -67,7 +67,8 @@ void SampleFile::makeRoom()
 std::size_t SampleFile::read(quint64 offset, char* bytes)
 {
     const bool isThere = m_file.seek(static_cast<qint64>(offset));
-    const qint64 size = isThere ? m_file.read(bytes, static_cast<qint64>(m_framesPerBlock * m_bytesPerFrame)) : 0;
+    const std::size_t most = m_framesPerBlock * m_bytesPerFrame;
+    const qint64 size = isThere ? m_file.read(bytes, static_cast<qint64>(most)) : 0;
     return size > 0 ? static_cast<std::size_t>(size) / m_bytesPerFrame : 0;
 }
 

@@ -118,7 +118,7 @@ struct Spectrum::Private
     fftwf_complex* const transformed;
     std::vector<float> strongest; // power of each bin, in the order of the transform
     std::vector<float> result;
-    const fftwf_plan plan;
+    fftwf_plan_s* const plan;
 };
 
 // Pairs of numbers are complex ones in memory.
