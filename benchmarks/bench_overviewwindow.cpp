@@ -1,8 +1,8 @@
 // The whole window of an overview, with its thread, its levels and its texts: each turn of the event loop while lines
 // arrive from the network.
 
+#include "longestturn.h"
 #include "overviewwindow.h"
-#include "threadwork.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -16,8 +16,7 @@ namespace {
 using ZelkoTest::OverviewWindow;
 
 constexpr int lines = 10'000;
-constexpr int batch = 20;         // which the system keeps for the window's thread even where it gives little room
-constexpr int settledAfter = 200; // turns
+constexpr int batch = 20; // which the system keeps for the window's thread even where it gives little room
 constexpr quint64 rate = 2'400'000;
 
 /// A record of a minute and a half with so many samples that all lines are of spectra of their own.
@@ -40,11 +39,12 @@ public:
         m_site.widget().resize(1920, 1080);
         m_site.box("LineCountBox").setCurrentText(QString::number(lines));
         m_site.showRecord(makeDense());
-        settle();
-        m_longest = 0;
+        m_turns.settle();
+        m_turns.restart();
     }
 
-    double longest() const { return m_longest; }
+    double longest() const { return m_turns.ms(); }
+    void settle() { m_turns.settle(); }
     bool hasAsked() const { return !m_site.asks.empty() && m_site.lastAsk().wish.lineCount == lines; }
 
     /// The line and those behind it. False if they do not come within reason.
@@ -56,28 +56,14 @@ public:
         QElapsedTimer clock;
         clock.start();
         while (m_site.progress().value() < first + batch && !clock.hasExpired(patience)) {
-            turn();
+            m_turns.turn();
         }
         return m_site.progress().value() >= first + batch;
     }
 
-    void settle()
-    {
-        for (int i = 0; i < settledAfter; ++i) {
-            turn();
-        }
-    }
-
 private:
-    void turn()
-    {
-        const double start = threadWorkMs();
-        QCoreApplication::processEvents();
-        m_longest = std::max(m_longest, threadWorkMs() - start);
-    }
-
     OverviewWindow m_site;
-    double m_longest = 0;
+    LongestTurn m_turns;
 };
 
 bool arriveAll(WatchedWindow& window)

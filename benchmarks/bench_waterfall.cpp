@@ -1,7 +1,7 @@
 // The waterfall of an overview in a large window: each turn of the event loop while lines arrive, and while a user
 // changes what is shown of all of them.
 
-#include "threadwork.h"
+#include "longestturn.h"
 
 #include <overviewdisplay/overviewlevels.h>
 #include <overviewdisplay/waterfallview.h>
@@ -12,7 +12,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 
@@ -24,7 +23,6 @@ constexpr quint64 begin = 1'700'000'000'000'000;
 constexpr quint64 lineTime = 36'000; // microseconds
 constexpr int lines = 10'000;
 constexpr int batch = 100;
-constexpr int settledAfter = 200; // turns
 
 /// The lines of an overview, which come when they are asked for.
 class Answer
@@ -70,27 +68,12 @@ public:
         m_view.resize(1920, 1080);
         m_view.setLevels(&answer.levels());
         m_view.show();
-        settle();
-        m_longest = 0;
+        m_turns.settle();
+        m_turns.restart();
     }
 
     WaterfallView& view() { return m_view; }
-    double longest() const { return m_longest; }
-
-    void turn(const std::function<void()>& work = [] {})
-    {
-        const double start = threadWorkMs();
-        work();
-        QCoreApplication::processEvents();
-        m_longest = std::max(m_longest, threadWorkMs() - start);
-    }
-
-    void settle()
-    {
-        for (int i = 0; i < settledAfter; ++i) {
-            turn();
-        }
-    }
+    LongestTurn& turns() { return m_turns; }
 
     /// Whether what has been painted by and by is the whole picture.
     bool isComplete()
@@ -113,7 +96,7 @@ private:
     }
 
     WaterfallView m_view;
-    double m_longest = 0;
+    LongestTurn m_turns;
 };
 
 void arrive(benchmark::State& state, quint32 bins)
@@ -124,14 +107,14 @@ void arrive(benchmark::State& state, quint32 bins)
         WatchedView watched(answer);
         for (int first = 0; first < lines; first += batch) {
             answer.take(first, first + batch - 1);
-            watched.turn([&] { watched.view().linesArrived(first, first + batch - 1); });
+            watched.turns().turn([&] { watched.view().linesArrived(first, first + batch - 1); });
         }
-        watched.settle();
+        watched.turns().settle();
         if (!watched.isComplete()) {
             state.SkipWithError("not all lines were painted");
             break;
         }
-        longest = std::max(longest, watched.longest());
+        longest = std::max(longest, watched.turns().ms());
     }
     state.counters["longest_turn_ms"] = longest;
 }
@@ -149,11 +132,11 @@ void change(benchmark::State& state, Deed deed)
     WatchedView watched(answer);
     int number = 0;
     for (auto _ : state) {
-        watched.turn([&] { deed(watched, number); });
+        watched.turns().turn([&] { deed(watched, number); });
         ++number;
     }
-    watched.settle();
-    state.counters["longest_turn_ms"] = watched.longest();
+    watched.turns().settle();
+    state.counters["longest_turn_ms"] = watched.turns().ms();
 }
 
 void resize(WatchedView& watched, int number)

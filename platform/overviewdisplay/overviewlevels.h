@@ -28,7 +28,7 @@ class OVERVIEWDISPLAY_EXPORT OverviewLevels
 {
 public:
     static constexpr qint64 mostLevels = 128 * 1024 * 1024; ///< of all lines; two bytes each
-    static constexpr int mostLines = 100'000;               ///< as many as recorders make
+    static constexpr int mostLines = ZelkoCommon::OverviewLine::mostLines;
 
     /// Empties it. A wish for more than there may be has no answer.
     void begin(const OverviewWish& wish);

@@ -43,36 +43,18 @@ int newSocket(int family)
     return ::socket(family, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
 }
 
-struct FreeAddress
-{
-    void operator()(addrinfo* address) const { ::freeaddrinfo(address); }
-};
-using Address = std::unique_ptr<addrinfo, FreeAddress>;
-
-// Null for what is no address in numbers.
-Address addressOf(const QString& text, quint16 port)
-{
-    addrinfo hints{};
-    hints.ai_socktype = SOCK_DGRAM;
-    hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
-    addrinfo* found = nullptr;
-    const QByteArray service = QByteArray::number(port);
-    const int failure = ::getaddrinfo(text.toUtf8().constData(), service.constData(), &hints, &found);
-    return Address(failure == 0 ? found : nullptr);
-}
-
 // The address of this host on the way to another: a datagram that is only addressed needs no peer. Empty if there is
 // no way.
-QString addressTowards(const QString& recorder)
+std::string addressTowards(const std::string& recorder)
 {
     constexpr quint16 anyPort = 9;
-    const Address target = addressOf(recorder, anyPort);
+    const auto target = ZelkoCommon::datagramAddress(recorder, anyPort);
     const int socket = target ? newSocket(target->ai_family) : -1;
     if (socket < 0) {
         return {};
     }
     const bool hasWay = ::connect(socket, target->ai_addr, target->ai_addrlen) == 0;
-    QString own = hasWay ? QString::fromStdString(nameOf(socket).address) : QString();
+    std::string own = hasWay ? nameOf(socket).address : std::string();
     ::close(socket);
     return own;
 }
@@ -95,16 +77,16 @@ int boundSocket(int family, const sockaddr* address, socklen_t length)
     return -1;
 }
 
-int socketAt(const QString& own)
+int socketAt(const std::string& own)
 {
-    const Address address = addressOf(own, 0);
+    const auto address = ZelkoCommon::datagramAddress(own, 0);
     return address ? boundSocket(address->ai_family, address->ai_addr, address->ai_addrlen) : -1;
 }
 
 int socketAnywhere()
 {
-    const int socket = socketAt(QStringLiteral("::"));
-    return socket >= 0 ? socket : socketAt(QStringLiteral("0.0.0.0"));
+    const int socket = socketAt("::");
+    return socket >= 0 ? socket : socketAt("0.0.0.0");
 }
 
 bool isLoopback(const std::string& address)
@@ -116,27 +98,28 @@ bool isLoopback(const std::string& address)
 
 // A recorder on this host may be known by one address and be reached by another: it is told none then, and sends from
 // the one to which it was called.
+OverviewSocket::Way OverviewSocket::wayTo(const std::string& recorder, const std::string& own)
+{
+    if (recorder.empty()) {
+        return {};
+    }
+    if (own != recorder || isLoopback(recorder)) {
+        return {own, {recorder}};
+    }
+    return {{}, {recorder, ZelkoCommon::loopbackAddress, "::1"}};
+}
+
 std::unique_ptr<OverviewSocket> OverviewSocket::open(const QString& recorder)
 {
     const std::string peer = ZelkoCommon::plainAddress(recorder.toStdString());
-    const QString own = peer.empty() ? QString() : addressTowards(recorder);
-    const bool isHere = own.toStdString() == peer && !isLoopback(peer);
-    std::vector<std::string> senders;
-    if (!peer.empty()) {
-        senders.push_back(peer);
-    }
-    if (!peer.empty() && isHere) {
-        senders.insert(senders.end(), {ZelkoCommon::loopbackAddress, "::1"});
-    }
-    const QString told = isHere ? QString() : own;
-    const int socket = told.isEmpty() ? socketAnywhere() : socketAt(told);
-    return socket < 0 ? nullptr : std::unique_ptr<OverviewSocket>(new OverviewSocket(socket, told, std::move(senders)));
+    Way way = wayTo(peer, addressTowards(peer));
+    const int socket = way.own.empty() ? socketAnywhere() : socketAt(way.own);
+    return socket < 0 ? nullptr : std::unique_ptr<OverviewSocket>(new OverviewSocket(socket, std::move(way)));
 }
 
-OverviewSocket::OverviewSocket(int socket, QString ownAddress, std::vector<std::string> senders)
+OverviewSocket::OverviewSocket(int socket, Way way)
     : m_socket(socket)
-    , m_ownAddress(std::move(ownAddress))
-    , m_senders(std::move(senders))
+    , m_way(std::move(way))
 {}
 
 OverviewSocket::~OverviewSocket()

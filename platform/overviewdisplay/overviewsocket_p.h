@@ -22,6 +22,19 @@ struct Sender
 class OverviewSocket
 {
 public:
+    /// How the lines of a recorder come.
+    struct Way
+    {
+        std::string own;                  ///< what the recorder is told; empty: it takes that from which it is called
+        std::vector<std::string> senders; ///< from where they can come; empty: from anywhere
+
+        bool operator==(const Way&) const = default;
+    };
+
+    /// The way of the lines of the recorder at that address (empty: not known) to a host that has `own` on the way to
+    /// it (empty: there is none).
+    static Way wayTo(const std::string& recorder, const std::string& own);
+
     /// `recorder` is the address of the recorder in numbers; anything else means that it is not known. Null if there is
     /// no socket to be had.
     static std::unique_ptr<OverviewSocket> open(const QString& recorder);
@@ -31,11 +44,11 @@ public:
 
     /// What the recorder is told: the address of this host on the way to it. Empty where the recorder is to take the
     /// one from which it is called, as it knows better.
-    QString ownAddress() const { return m_ownAddress; }
+    QString ownAddress() const { return QString::fromStdString(m_way.own); }
     quint16 port() const;
 
     /// From where the lines of that recorder can come; empty: from anywhere.
-    const std::vector<std::string>& senders() const { return m_senders; }
+    const std::vector<std::string>& senders() const { return m_way.senders; }
 
     /// To be polled for reading.
     int descriptor() const { return m_socket; }
@@ -45,11 +58,10 @@ public:
     bool read(char* buffer, std::size_t room, std::size_t* size, Sender* sender) const;
 
 private:
-    OverviewSocket(int socket, QString ownAddress, std::vector<std::string> senders);
+    OverviewSocket(int socket, Way way);
 
     const int m_socket;
-    const QString m_ownAddress;
-    const std::vector<std::string> m_senders;
+    const Way m_way;
 };
 
 } // namespace SPECTRUM_OVERVIEW

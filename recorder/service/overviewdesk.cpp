@@ -22,20 +22,6 @@ using ZelkoCommon::ServiceStatus;
 
 namespace {
 
-using Addresses = std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)>;
-
-// An address in numbers, for datagrams; null if it is none. An empty one would be that of this host.
-Addresses addressOf(const std::string& host, quint16 port)
-{
-    addrinfo hints{};
-    hints.ai_socktype = SOCK_DGRAM;
-    hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
-    addrinfo* found = nullptr;
-    const bool isFound =
-        !host.empty() && ::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) == 0;
-    return {isFound ? found : nullptr, &::freeaddrinfo};
-}
-
 // A socket that is connected to an address in numbers; sends datagrams until it goes.
 class DatagramSocket
 {
@@ -43,7 +29,7 @@ public:
     // A client takes what comes from the address that it has called, and the way to it may begin at another one.
     DatagramSocket(const std::string& own, const std::string& host, quint16 port)
     {
-        if (const Addresses peer = addressOf(host, port)) {
+        if (const auto peer = ZelkoCommon::datagramAddress(host, port)) {
             m_socket = ::socket(peer->ai_family, peer->ai_socktype | SOCK_CLOEXEC, peer->ai_protocol);
             bindTo(own, peer->ai_family);
             m_connected = m_socket >= 0 && ::connect(m_socket, peer->ai_addr, peer->ai_addrlen) == 0;
@@ -73,7 +59,7 @@ private:
     void bindTo(const std::string& own, int family) const
     {
         constexpr quint16 anyPort = 0;
-        const Addresses address = addressOf(own, anyPort);
+        const auto address = ZelkoCommon::datagramAddress(own, anyPort);
         if (address && address->ai_family == family) {
             std::ignore = ::bind(m_socket, address->ai_addr, address->ai_addrlen);
         }

@@ -4,6 +4,7 @@
 #include "loopbackservice.h"
 #include "ownconfiguration.h"
 #include "patience.h"
+#include "shownoverview.h"
 #include "testrecords.h"
 
 #include <overviewdisplay/spectrumoverviewwidget.h>
@@ -42,17 +43,6 @@ std::shared_ptr<ZELKO_RecordData> spectralRecord(const QString& id)
     return record;
 }
 
-QList<SpectrumOverviewWidget*> windows()
-{
-    QList<SpectrumOverviewWidget*> all;
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-        if (auto* const overview = qobject_cast<SpectrumOverviewWidget*>(widget)) {
-            all << overview;
-        }
-    }
-    return all;
-}
-
 } // namespace
 
 /// The spectrum overviews that the controller of a device opens.
@@ -85,11 +75,11 @@ private Q_SLOTS:
 private:
     SpectrumOverviewWidget& open(const QString& record = u"P"_s)
     {
-        const QList<SpectrumOverviewWidget*> before = windows();
+        const QList<SpectrumOverviewWidget*> before = openedOverviews();
         m_controller->sl_selectedRecordsChanged({record});
         m_site->client->take();
         m_controller->recordAction(overviewAction)->trigger();
-        QList<SpectrumOverviewWidget*> opened = windows();
+        QList<SpectrumOverviewWidget*> opened = openedOverviews();
         opened.removeIf([&before](SpectrumOverviewWidget* window) { return before.contains(window); });
         return *opened.value(0);
     }
@@ -127,7 +117,7 @@ void DeviceOverviewsTest::init()
 
 void DeviceOverviewsTest::cleanup()
 {
-    qDeleteAll(windows());
+    qDeleteAll(openedOverviews());
     m_controller.reset();
     m_branch.reset();
     m_site.reset();
@@ -150,7 +140,7 @@ void DeviceOverviewsTest::aSecondUseMakesASecondWindow()
     const SpectrumOverviewWidget& first = open();
     const SpectrumOverviewWidget& second = open();
     const SpectrumOverviewWidget& third = open(u"Q"_s);
-    QCOMPARE(windows().size(), 3);
+    QCOMPARE(openedOverviews().size(), 3);
     QCOMPARE(first.windowTitle(), second.windowTitle());
     QCOMPARE(third.windowTitle(), u"Spectrum Overview: name of Q"_s);
     QVERIFY(first.isVisible() && second.isVisible() && third.isVisible());
@@ -162,7 +152,7 @@ void DeviceOverviewsTest::aClosedWindowIsGone()
     open(u"Q"_s);
     first->close();
     QTRY_VERIFY_WITH_TIMEOUT(!first, patience);
-    QCOMPARE(windows().size(), 1);
+    QCOMPARE(openedOverviews().size(), 1);
 }
 
 void DeviceOverviewsTest::theDeviceIsAskedForSpectra()
@@ -226,7 +216,7 @@ void DeviceOverviewsTest::aWindowOutlivesTheController()
 {
     const SpectrumOverviewWidget& window = open();
     m_controller.reset();
-    QCOMPARE(windows().size(), 1);
+    QCOMPARE(openedOverviews().size(), 1);
     QCOMPARE(status(window), u"The record is not in the list at the moment."_s);
 }
 

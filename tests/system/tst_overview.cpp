@@ -2,6 +2,7 @@
 #include <burstcapture.h>
 #include <capturedsamples.h>
 #include <ownconfiguration.h>
+#include <shownoverview.h>
 #include <testbookmarks.h>
 
 #include <overviewdisplay/spectrumoverviewwidget.h>
@@ -364,10 +365,7 @@ void TestOverview::theBurstIsCutOut()
 void TestOverview::openWindow()
 {
     QVERIFY(m_site->click(Action::UserActionOverview, {m_record.GetRecordID()}));
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-        auto* const overview = qobject_cast<SpectrumOverviewWidget*>(widget);
-        m_window = overview != nullptr ? overview : m_window;
-    }
+    m_window = shownOverview();
     QVERIFY(m_window);
 }
 

@@ -1,6 +1,7 @@
 #include <actiontest.h>
 #include <ownconfiguration.h>
 #include <samplebytes.h>
+#include <shownoverview.h>
 
 #include <overviewdisplay/spectrumoverviewwidget.h>
 #include <overviewdisplay/waterfallview.h>
@@ -30,16 +31,6 @@ ZELKO_RecordData tenSeconds()
     data.SetStopPosition(size);
     data.SetIndexEntry({indexEntry(10'000'000, 0), indexEntry(20'000'000, size)});
     return data;
-}
-
-SpectrumOverviewWidget* openWindow()
-{
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-        if (auto* const overview = qobject_cast<SpectrumOverviewWidget*>(widget)) {
-            return overview;
-        }
-    }
-    return nullptr;
 }
 
 } // namespace
@@ -92,7 +83,7 @@ void TestOverviewWindow::init()
     QVERIFY(m_site->start());
     connectAs(Role::Operator);
     QVERIFY(m_site->click(Action::UserActionOverview, {record}));
-    m_window = openWindow();
+    m_window = shownOverview();
     QVERIFY(m_window);
     m_window->resize(1500, 800);
     QTRY_COMPARE_WITH_TIMEOUT(status(), u"9 lines, each of 1.111 s"_s, patience);
@@ -100,7 +91,7 @@ void TestOverviewWindow::init()
 
 void TestOverviewWindow::cleanup()
 {
-    delete openWindow();
+    qDeleteAll(openedOverviews());
     leaveSite();
     m_configuration.reset();
 }

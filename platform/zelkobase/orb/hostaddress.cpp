@@ -32,4 +32,21 @@ std::string plainAddress(const sockaddr* address, unsigned int length)
     return isMapped ? text.substr(sizeof mapped - 1) : text;
 }
 
+void FreeAddress::operator()(addrinfo* address) const
+{
+    ::freeaddrinfo(address);
+}
+
+// An empty text would be taken for this host.
+SocketAddress datagramAddress(const std::string& address, std::uint16_t port)
+{
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_DGRAM;
+    hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+    addrinfo* found = nullptr;
+    const bool isFound =
+        !address.empty() && ::getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &found) == 0;
+    return SocketAddress(isFound ? found : nullptr);
+}
+
 } // namespace ZelkoCommon
